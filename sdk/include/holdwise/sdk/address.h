@@ -1,0 +1,62 @@
+#pragma once
+#include <QString>
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+namespace holdwise {
+
+/// One address (a page of the host reachable by name). A plug-in derives its entry object from this class; the host
+/// drives it on the user-interface thread only.
+class TAddressItem {
+ public:
+  /// @param name      name of the address, shown on its tab
+  /// @param number    ordering number of the address
+  /// @param text      second text, unused by this host
+  /// @param flag1     the address keeps its own history (unused by this host)
+  /// @param flag2     the address is listed among the tabs
+  TAddressItem(QString name, std::uint16_t number, QString text, bool flag1, bool flag2)
+      : name_(std::move(name)), number_(number), text_(std::move(text)), flag1_(flag1), flag2_(flag2) {}
+  virtual ~TAddressItem() = default;
+  TAddressItem(const TAddressItem&) = delete;
+  TAddressItem& operator=(const TAddressItem&) = delete;
+
+  /// The user goes to this address; `parameter` may be empty.
+  virtual void EnterAddress(const QString& parameter) = 0;
+  /// The user leaves this address.
+  virtual void LeaveAddress() {}
+  /// True while the item shows itself in the work area.
+  [[nodiscard]] virtual bool GetIsWorkState() const = 0;
+  /// The host's colour theme has changed.
+  virtual void ChangeColorTheme() {}
+  /// The views of this address, for hosts that visit them all; null when it has none. Owned by the item.
+  [[nodiscard]] virtual class ViewCatalogue* Views() { return nullptr; }
+
+  [[nodiscard]] const QString& Name() const noexcept { return name_; }
+  [[nodiscard]] std::uint16_t Number() const noexcept { return number_; }
+  [[nodiscard]] bool IsListed() const noexcept { return flag2_; }
+
+ protected:
+  std::uint8_t byteFlag_ = 1;  ///< 0 once an item has set itself up
+
+ private:
+  QString name_;
+  std::uint16_t number_;
+  QString text_;
+  bool flag1_;
+  bool flag2_;
+};
+
+/// The host's navigation. User-interface thread only.
+class AddressServices {
+ public:
+  virtual ~AddressServices() = default;
+  /// Shares ownership of the item with the host until it is unregistered. A second item of the same name: Error(Refused).
+  virtual void RegisterAddressItem(std::shared_ptr<TAddressItem> item) = 0;
+  /// Leaves the item if it is entered and forgets it. An unknown item is ignored.
+  virtual void UnregisterAddressItem(const std::shared_ptr<TAddressItem>& item) = 0;
+  /// Goes to the named address with a parameter. False when no such address exists.
+  virtual bool GotoAddress(const QString& name, const QString& parameter) = 0;
+};
+
+}  // namespace holdwise

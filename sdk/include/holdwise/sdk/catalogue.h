@@ -1,0 +1,50 @@
+#pragma once
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+class QWidget;
+
+namespace holdwise {
+
+/// Texts of one grid: one title per column (empty for a hidden key column), and the rows.
+struct GridText {
+  QString name;
+  QStringList titles;
+  std::vector<bool> hidden;  ///< one per column
+  std::vector<QStringList> rows;
+};
+
+/// What a host may ask of an address that holds several views: visit them, read their grids. User-interface thread only.
+class ViewCatalogue {
+ public:
+  virtual ~ViewCatalogue() = default;
+  struct View {
+    int frameId = 0;
+    QString caption;
+  };
+  /// The views that exist in this build, in tree order. The item must have been entered.
+  [[nodiscard]] virtual std::vector<View> List() const = 0;
+  /// Shows a view as a click on its tree node does. False when there is none with that id.
+  virtual bool Show(int frameId) = 0;
+  /// Id of the view now shown; 0 when none.
+  [[nodiscard]] virtual int Current() const = 0;
+  /// True when the shown view has all it asked for: no download or calculation under way, first prices in and shown.
+  [[nodiscard]] virtual bool IsSettled() const = 0;
+  /// The shown view's frame; null when none. Owned by the module.
+  [[nodiscard]] virtual QWidget* Frame() const = 0;
+  /// Texts of the shown view's grids.
+  [[nodiscard]] virtual std::vector<GridText> Grids() const = 0;
+
+  struct Holdings {
+    QString gridName;    ///< name of the grid that follows the selected portfolio; empty when the view has none
+    QStringList portfolioIds;  ///< selectable portfolios, in list order
+  };
+  [[nodiscard]] virtual Holdings HoldingsGrid() const = 0;
+  /// Selects a portfolio of the shown view as a click on its row does. False when it is not listed.
+  virtual bool SelectPortfolio(const QString& portfolioId) = 0;
+  /// The data behind the views has changed (an import): reload the shown view and ask for prices again.
+  virtual void DataChanged() = 0;
+};
+
+}  // namespace holdwise

@@ -1,0 +1,67 @@
+#pragma once
+#include <QString>
+#include <cstdint>
+#include <memory>
+
+#include "holdwise/packet/result_set.h"
+
+namespace holdwise {
+
+/// Statements against the local database. One statement a call, plain text with its literals in place.
+/// Values are never coerced silently: a literal that its column cannot hold as it stands (no number, impossible date,
+/// fraction into an integer column, text too long) is an Error(Refused) that names it.
+/// A failing statement throws Error(Database) with the engine's message, Error(Busy) on a lock conflict.
+class DatabaseStatements {
+ public:
+  virtual ~DatabaseStatements() = default;
+  /// All rows of a select. Column names as the engine gives them.
+  [[nodiscard]] virtual ResultSet Query(const QString& sql) = 0;
+  /// First column of the first row as an integer; -1 when there is no row or it is null.
+  [[nodiscard]] virtual std::int64_t Count(const QString& sql) = 0;
+  /// First column of the first row; null when there is no row.
+  [[nodiscard]] virtual Value Scalar(const QString& sql) = 0;
+  /// Runs a statement; 1 on success (also for "SET GENERATOR"), also when no row was concerned.
+  virtual int Execute(const QString& sql) = 0;
+
+  /// Explicit transaction. Without one each statement is its own. Starting twice, or ending what was not started, is
+  /// Error(Refused). After a failed Commit nothing is stored and the transaction has ended.
+  virtual void StartTransaction() = 0;
+  virtual void Commit() = 0;
+  virtual void RollBack() = 0;
+  [[nodiscard]] virtual bool InTransaction() const = 0;
+};
+
+/// A second line of statements with its own transaction. Destruction rolls back what is open.
+class UserDataSession : public DatabaseStatements {};
+
+/// The host's local database. Calls may come from any thread and run one after the other; transactions belong to the
+/// user-interface thread.
+class UserDataServices : public DatabaseStatements {
+ public:
+  [[nodiscard]] virtual std::unique_ptr<UserDataSession> OpenSession() = 0;
+};
+
+/// Rolls back at the end of its scope unless committed.
+class TransactionScope {
+ public:
+  explicit TransactionScope(DatabaseStatements& database) : database_(database) { database_.StartTransaction(); }
+  ~TransactionScope() {
+    if (!open_) return;
+    try {
+      database_.RollBack();
+    } catch (...) {  // the engine has already given up the transaction
+    }
+  }
+  TransactionScope(const TransactionScope&) = delete;
+  TransactionScope& operator=(const TransactionScope&) = delete;
+  void Commit() {
+    open_ = false;
+    database_.Commit();
+  }
+
+ private:
+  DatabaseStatements& database_;
+  bool open_ = true;
+};
+
+}  // namespace holdwise

@@ -1,0 +1,54 @@
+#pragma once
+#include <QString>
+#include <QStringView>
+#include <optional>
+#include <vector>
+
+#include "holdwise/packet/result_set.h"
+
+namespace holdwise {
+
+/// Current data of a stock or an index; prices in yuan (points for an index), 0 = unknown.
+struct NowData {
+  double currentPrice = 0;
+  double previousClose = 0;
+};
+
+/// Account figures of a stock, as the data folder gives them; every figure times 10000.
+struct AccountInfo {
+  double eps = 0;               ///< earnings per share, yuan x 10000
+  double netAssetPerShare = 0;  ///< yuan x 10000
+  double totalShares = 0;       ///< shares x 10000
+};
+
+/// Runs a statement of the local database straight into a result set.
+class TLocatDBOper {
+ public:
+  virtual ~TLocatDBOper() = default;
+  virtual void DoQuery(const QString& sql, ResultSet& resultSet) = 0;
+};
+
+/// The host's data centre. Const functions may be called from any thread.
+class TDataCenter {
+ public:
+  virtual ~TDataCenter() = default;
+  /// The market's current date as "YYYY-MM-DD"; empty while none is known.
+  [[nodiscard]] virtual QString CurrentDateText() const = 0;
+  /// Trading dates up to the current date, YYYYMMDD, most recent first.
+  [[nodiscard]] virtual const std::vector<int>& TradingDates() const = 0;
+  /// Current data of the stock with that code number; all zero when unknown.
+  [[nodiscard]] virtual NowData StockNowData(int codeNumber) const = 0;
+  /// Current data of index 1, 399001 or 399300; all zero when unknown.
+  [[nodiscard]] virtual NowData IndexNowData(int indexNumber) const = 0;
+  /// Account figures; none when the data folder has none for the stock.
+  [[nodiscard]] virtual std::optional<AccountInfo> StockAccountInfo(int codeNumber) const = 0;
+  /// Code numbers of a named stock group ("OptionalStock" = the user's own stocks); empty when unknown.
+  [[nodiscard]] virtual std::vector<int> GetGroupCodeNumList(const QString& groupName) const = 0;
+  /// Is the market open?
+  [[nodiscard]] virtual bool IsOpen() const = 0;
+  /// Market id used on the bus for a market type (1 Shanghai, 2 Shenzhen); 0 when unknown.
+  [[nodiscard]] virtual unsigned BusMarketId(int marketType) const = 0;
+  [[nodiscard]] virtual TLocatDBOper& LocalDatabase() = 0;
+};
+
+}  // namespace holdwise
