@@ -1,0 +1,180 @@
+#!/usr/bin/python3
+"""Compares every cell of the performance view's exported grids with figures computed straight from daily bars.
+
+The real programs make a data folder from the CSV bars, import five portfolios and export the view; this script computes
+what the view must show with numpy from the same CSVs and nothing else. Usage:
+
+    check_performance.py --bin DIR --market-data DIR --date YYYY-MM-DD [--date ...]
+"""
+import argparse
+import csv
+import datetime as dt
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+from decimal import ROUND_HALF_UP, Decimal
+
+import numpy as np
+
+PORTFOLIOS = {  # name: [(code, quantity, buy price)]
+    "银行稳健": [("600036", 1200, "35.10"), ("601398", 30000, "4.85"), ("000001", 5000, "10.02")],
+    "消费(白酒)": [("600519", 100, "1400.00"), ("000568", 800, "130.5"), ("600887", 2500, "26.77"), ("000333", 900, "61")],
+    "Growth-1": [("300750", 300, "188.88"), ("002594", 400, "95.00")],
+    "十全_十美": [("600030", 1000, "20.01"), ("600028", 9000, "6.05"), ("600050", 10000, "4.9"), ("600900", 1500, "25"),
+                  ("601318", 700, "44.44"), ("601088", 1100, "33.3"), ("000651", 600, "39.99"), ("000725", 20000, "3.95"),
+                  ("300059", 2300, "15.6"), ("000002", 8000, "9.12")],
+    "同股再持": [("600519", 1, "0.01"), ("600036", 999999999, "99999.99")],
+}
+PORTFOLIO_TITLES = ["组合名称", "创建日期", "最新市值(元)", "日涨跌幅(%)", "周涨跌幅(%)", "月涨跌幅(%)", "期间收益(元)",
+                    "期间收益率(%)", "操作", "#9"]
+HOLDING_TITLES = ["代码", "名称", "所属行业", "最新价(元)", "涨跌幅(%)", "数量(股)", "比例(%)", "日贡献(元)", "周贡献(元)",
+                  "月贡献(元)", "期间收益(元)", "期间收益率(%)", "#12", "#13", "#14"]
+
+
+def fixed(value):
+    """"0.00", half away from zero on the exact value of the double."""
+    text = str(Decimal(float(value)).quantize(Decimal("0.01"), rounding=ROUND_HALF_UP))
+    return "0.00" if text == "-0.00" else text
+
+
+def shortest(value):
+    text = repr(float(value))
+    return text[:-2] if text.endswith(".0") else text
+
+
+class Bars:
+    """Closes of one security up to the market's date, as a numpy array beside its dates."""
+
+    def __init__(self, path, until):
+        rows = [r for r in csv.DictReader(open(path, encoding="utf-8")) if r["date"] <= until.isoformat()]
+        self.dates = np.array([np.datetime64(r["date"]) for r in rows])
+        self.closes = np.array([float(r["close"]) for r in rows])
+
+    def last_between(self, first, last):
+        inside = (self.dates >= np.datetime64(first)) & (self.dates <= np.datetime64(last))
+        return float(self.closes[inside][-1]) if inside.any() else None
+
+
+def previous_week(day):
+    before = day - dt.timedelta(days=7)
+    monday = before - dt.timedelta(days=before.weekday())
+    return monday, monday + dt.timedelta(days=6)
+
+
+def previous_month(day):
+    last = day.replace(day=1) - dt.timedelta(days=1)
+    return last.replace(day=1), last
+
+
+def expected(market_data, day):
+    securities = {r["code"]: r for r in csv.DictReader(open(market_data / "securities.csv", encoding="utf-8"))}
+    bars = {c: Bars(market_data / "bars" / f"{c}.csv", day) for rows in PORTFOLIOS.values() for c, _, _ in rows}
+    portfolios, holdings = {}, {}
+    for name, rows in PORTFOLIOS.items():
+        quantities = np.array([float(q) for _, q, _ in rows])
+        prices = np.array([float(p) for _, _, p in rows])
+        total = float(np.sum(quantities * prices))
+        now = np.array([bars[c].closes[-1] for c, _, _ in rows])
+        before = np.array([bars[c].closes[-2] for c, _, _ in rows])
+        week = [bars[c].last_between(*previous_week(day)) for c, _, _ in rows]
+        month = [bars[c].last_between(*previous_month(day)) for c, _, _ in rows]
+        week_sum = sum(Decimal(str(w)) * int(q) for w, q in zip(week, quantities) if w is not None)
+        month_sum = sum(Decimal(str(m)) * int(q) for m, q in zip(month, quantities) if m is not None)
+        value = float(sum(Decimal(str(p)) * int(q) for p, q in zip(now, quantities)))
+        before_sum = float(sum(Decimal(str(p)) * int(q) for p, q in zip(before, quantities)))
+        cost = float(sum(Decimal(p) * q for _, q, p in rows))
+
+        def change(base):
+            return fixed((value - float(base)) / float(base) * 100) if base else "0"
+
+        portfolios[name] = [name, day.isoformat(), fixed(value), change(before_sum), change(week_sum), change(month_sum),
+                            fixed(value - cost), change(cost), ""]
+        table = []
+        for i, (code, quantity, buy) in enumerate(rows):
+            price, old, bought = float(now[i]), float(before[i]), float(buy)
+            has_week = week[i] is not None
+            week_text = shortest(week[i]) if has_week else "0"
+            month_text = ("" if month[i] is None else shortest(month[i])) if has_week else "0"
+            month_number = float(month_text or 0)
+            table.append([
+                code, securities[code]["name"], securities[code]["industry"], fixed(price), fixed((price - old) / old * 100),
+                str(quantity), fixed(quantity * bought / total * 100), fixed((price - old) * quantity),
+                fixed((price - week[i]) * quantity) if has_week and week[i] else "0",
+                fixed((price - month_number) * quantity) if month_number else "0",
+                fixed((price - bought) * quantity), fixed((price - bought) / bought * 100), shortest(bought), week_text,
+                month_text])
+        holdings[name] = table
+    return portfolios, holdings
+
+
+def run(*command):
+    done = subprocess.run([str(c) for c in command], capture_output=True, text=True, timeout=120)
+    if done.returncode != 0:
+        sys.exit(f"{command[0]} ended with {done.returncode}\n{done.stdout}\n{done.stderr}")
+
+
+def read_csv(path):
+    with open(path, encoding="utf-8-sig", newline="") as file:
+        rows = list(csv.reader(file))
+    return rows[0], rows[1:]
+
+
+def compare(where, titles, rows, wanted_titles, wanted_rows, problems):
+    if titles != wanted_titles:
+        problems.append(f"{where}: titles {titles} instead of {wanted_titles}")
+    if len(rows) != len(wanted_rows):
+        problems.append(f"{where}: {len(rows)} rows instead of {len(wanted_rows)}")
+    cells = 0
+    for got, want in zip(rows, wanted_rows):
+        for title, g, w in zip(wanted_titles, got, want):
+            cells += 1
+            if g != w:
+                problems.append(f"{where}: {got[0]} {title}: shown {g!r}, computed {w!r}")
+    return cells
+
+
+def check(binaries, market_data, day, folder, problems):
+    data, work, out = folder / "data", folder / "work", folder / "out"
+    run(binaries / "holdwise-market", "build", "--bars", market_data / "bars", "--indices", market_data / "indices",
+        "--securities", market_data / "securities.csv", "--dates", market_data / "trading_dates.csv", "--rates",
+        market_data / "deposit_rates.csv", "--date", day.isoformat(), "--out", data)
+    with open(folder / "portfolios.csv", "w", encoding="utf-8", newline="") as file:
+        writer = csv.writer(file)
+        writer.writerow(["name", "code", "quantity", "price"])
+        writer.writerows([name, *row] for name, rows in PORTFOLIOS.items() for row in rows)
+    os.environ.setdefault("QT_QPA_PLATFORM", "offscreen")
+    run(binaries / "holdwise-terminal", "--data", data, "--work", work, "--import", folder / "portfolios.csv", "--export", out)
+
+    portfolios, holdings = expected(market_data, day)
+    titles, rows = read_csv(out / "2001-strngrd.csv")
+    newest_first = list(reversed(list(PORTFOLIOS)))
+    if [r[0] for r in rows] != newest_first:
+        problems.append(f"{day}: portfolios {[r[0] for r in rows]} instead of {newest_first}")
+    cells = compare(f"{day} strngrd", titles, rows, PORTFOLIO_TITLES, [portfolios[n] for n in newest_first], problems)
+    for row in rows:
+        titles, table = read_csv(out / f"2001-StringGrid1-{row[9]}.csv")
+        cells += compare(f"{day} {row[0]}", titles, table, HOLDING_TITLES, holdings[row[0]], problems)
+    if not (out / "2001.png").stat().st_size:
+        problems.append(f"{day}: the picture of the view is empty")
+    return cells
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--bin", type=pathlib.Path, required=True)
+    parser.add_argument("--market-data", type=pathlib.Path, required=True)
+    parser.add_argument("--date", action="append", required=True)
+    arguments = parser.parse_args()
+    problems, cells = [], 0
+    for text in arguments.date:
+        with tempfile.TemporaryDirectory() as folder:
+            cells += check(arguments.bin, arguments.market_data, dt.date.fromisoformat(text), pathlib.Path(folder), problems)
+    print("\n".join(problems[:40]))
+    print(f"{cells} cells compared on {len(arguments.date)} dates, {len(problems)} differ")
+    sys.exit(1 if problems or cells == 0 else 0)
+
+
+if __name__ == "__main__":
+    main()
