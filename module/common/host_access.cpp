@@ -12,6 +12,8 @@ Host& ModuleHost() {
   return *moduleHost;
 }
 
-void SetModuleHost(Host* host) { moduleHost = host; }
+void SetModuleHost(Host* host) {
+  moduleHost = host;
+}
 
 }  // namespace holdwise

@@ -51,7 +51,8 @@ class TAddressItem {
 class AddressServices {
  public:
   virtual ~AddressServices() = default;
-  /// Shares ownership of the item with the host until it is unregistered. A second item of the same name: Error(Refused).
+  /// Shares ownership of the item with the host until it is unregistered. A second item of the same name:
+  /// Error(Refused).
   virtual void RegisterAddressItem(std::shared_ptr<TAddressItem> item) = 0;
   /// Leaves the item if it is entered and forgets it. An unknown item is ignored.
   virtual void UnregisterAddressItem(const std::shared_ptr<TAddressItem>& item) = 0;

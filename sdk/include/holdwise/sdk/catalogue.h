@@ -15,7 +15,8 @@ struct GridText {
   std::vector<QStringList> rows;
 };
 
-/// What a host may ask of an address that holds several views: visit them, read their grids. User-interface thread only.
+/// What a host may ask of an address that holds several views: visit them, read their grids. User-interface thread
+/// only.
 class ViewCatalogue {
  public:
   virtual ~ViewCatalogue() = default;
@@ -37,7 +38,7 @@ class ViewCatalogue {
   [[nodiscard]] virtual std::vector<GridText> Grids() const = 0;
 
   struct Holdings {
-    QString gridName;    ///< name of the grid that follows the selected portfolio; empty when the view has none
+    QString gridName;          ///< name of the grid that follows the selected portfolio; empty when the view has none
     QStringList portfolioIds;  ///< selectable portfolios, in list order
   };
   [[nodiscard]] virtual Holdings HoldingsGrid() const = 0;

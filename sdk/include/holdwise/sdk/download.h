@@ -16,13 +16,13 @@ class TDSBAsynDownFileRole {
     QString nameString;
     QString componentName;
     int communicationType = 0;
-    int downWaitStartTime = 500;   ///< ms before a waiting hint may be shown
-    int downWaitTimeOut = 20000;   ///< ms until the request fails with kTimedOut
-    bool downFailTips = false;     ///< the host itself tells the user of a failure
-    bool downWaitTips = false;     ///< the host itself shows that it waits, after downWaitStartTime
-    bool isCompress = true;        ///< the host may ask for a compressed transfer; content arrives plain
-    bool isStream = false;         ///< deliver in memory (OnReciveStearm) instead of on disk (OnReciveAFile)
-    int localDirectoryType = 2;    ///< 2 = work-data folder
+    int downWaitStartTime = 500;  ///< ms before a waiting hint may be shown
+    int downWaitTimeOut = 20000;  ///< ms until the request fails with kTimedOut
+    bool downFailTips = false;    ///< the host itself tells the user of a failure
+    bool downWaitTips = false;    ///< the host itself shows that it waits, after downWaitStartTime
+    bool isCompress = true;       ///< the host may ask for a compressed transfer; content arrives plain
+    bool isStream = false;        ///< deliver in memory (OnReciveStearm) instead of on disk (OnReciveAFile)
+    int localDirectoryType = 2;   ///< 2 = work-data folder
     QString defaultPath;
   };
   /// Error codes of the events.

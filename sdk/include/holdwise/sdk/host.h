@@ -38,8 +38,9 @@ class Host {
 /// Version of these headers; a plug-in refuses a host of another version.
 inline constexpr int kSdkVersion = 1;
 
-/// The functions a plug-in library exports with C linkage, in the order a host calls them: Initialize, GetPlugInName and
-/// GetPlugInVersion (UTF-8, static storage), GetPlugInEnter, ..., GetPlugInExit, Finalize. The library stays loaded.
+/// The functions a plug-in library exports with C linkage, in the order a host calls them: Initialize, GetPlugInName
+/// and GetPlugInVersion (UTF-8, static storage), GetPlugInEnter, ..., GetPlugInExit, Finalize. The library stays
+/// loaded.
 using InitializeFunction = bool (*)(Host* host, int sdkVersion);  ///< false: refused (version)
 using PlugInTextFunction = const char* (*)();
 using PlugInVoidFunction = void (*)();

@@ -46,8 +46,8 @@ class ClockService {
   [[nodiscard]] virtual QDateTime Now() const = 0;
 };
 
-/// Title frame of the host: a caption bar over a client panel. It is a QWidget without parent when made; the caller owns
-/// it. The splitter calls let it draw and follow a splitter of its content.
+/// Title frame of the host: a caption bar over a client panel. It is a QWidget without parent when made; the caller
+/// owns it. The splitter calls let it draw and follow a splitter of its content.
 class TFrmQMTitle : public QWidget {
  public:
   using QWidget::QWidget;
