@@ -1,0 +1,28 @@
+#pragma once
+#include <memory>
+
+#include "bus/message_bus.h"
+#include "holdwise/sdk/bus.h"
+
+namespace holdwise {
+
+/// The request/response role over a message bus. Events come on the user-interface thread. A request that is not a
+/// cancellation and stays without an answer for the profile's time-out ends in one reply with `timedOut`; a later
+/// answer to it is still delivered. When the bus comes back after a break, the subscription in force is sent again. The
+/// destructor cancels the subscription.
+class DataDownRole final : public TDSBAsynDataDownRole {
+ public:
+  /// `bus` must outlive the role.
+  explicit DataDownRole(MessageBus& bus);
+  ~DataDownRole() override;
+
+  void SetComponentName(const QString& name) override;
+  void SetProfile(const TDRequestProfile& profile) override;
+  void Send(const QString& command) override;
+
+ private:
+  class Engine;
+  std::unique_ptr<Engine> engine_;
+};
+
+}  // namespace holdwise

@@ -1,0 +1,26 @@
+#pragma once
+#include "bus/in_process_bus.h"
+#include "datacentre/market_data.h"
+#include "datacentre/quotes_watcher.h"
+
+namespace holdwise {
+
+/// The market of one machine put together: an in-process bus over the quotes of the data folder, which follows
+/// quotes.dat and, when the market is simulated, keeps the data centre's current data in step with the bus.
+/// User-interface thread.
+class EmbeddedMarket final : public QObject {
+  Q_OBJECT
+
+ public:
+  /// `data` is loaded; both must outlive it.
+  EmbeddedMarket(MarketData& data, DebugServers& log);
+
+  [[nodiscard]] InProcessBus& Bus() { return bus_; }
+
+ private:
+  MarketData& data_;
+  InProcessBus bus_;
+  QuotesWatcher watcher_;
+};
+
+}  // namespace holdwise

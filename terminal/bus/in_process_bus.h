@@ -1,0 +1,67 @@
+#pragma once
+#include <QElapsedTimer>
+#include <QTimer>
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "bus/message_bus.h"
+#include "holdwise/market/live_simulation.h"
+#include "holdwise/market/quote_service.h"
+
+namespace holdwise {
+
+/// The bus of one machine: requests are served by a quote service in the same process, replies come through the event
+/// loop. While something is subscribed a timer looks once a second for prices to push; with a simulated market the same
+/// timer moves them. Always connected.
+class InProcessBus final : public MessageBus {
+  Q_OBJECT
+
+ public:
+  /// `simulationSeed`: moves the prices when given. Quotes that the service refuses: Error(Refused).
+  explicit InProcessBus(std::vector<Quote> quotes, std::optional<std::uint64_t> simulationSeed = std::nullopt);
+  ~InProcessBus() override;
+
+  [[nodiscard]] SubscriberId Attach(Receiver receiver) override;
+  void Detach(SubscriberId subscriber) override;
+  RequestId Request(SubscriberId subscriber, const TDMessage& message) override;
+  [[nodiscard]] State ConnectionState() const override { return State::Connected; }
+
+  /// Puts other quotes in place (a new snapshot); every subscription in force is answered again. Refused quotes change
+  /// nothing: Error(Refused).
+  void SetQuotes(std::vector<Quote> quotes);
+  /// Quotes with their current prices.
+  [[nodiscard]] const std::vector<Quote>& Quotes() const { return service_->Quotes(); }
+  /// Does the timer run? Only while something is subscribed.
+  [[nodiscard]] bool IsTicking() const { return timer_.isActive(); }
+
+ Q_SIGNALS:
+  /// The simulated market has made a step.
+  void PricesMoved();
+
+ private:
+  struct Subscription {
+    RequestId request = 0;
+    TDMessage message;
+  };
+  struct Subscriber {
+    Receiver receiver;
+    std::optional<Subscription> subscription;
+  };
+
+  void Deliver(SubscriberId subscriber, RequestId request, TDMessage message);
+  void Tick();
+  void StartOrStopTimer();
+
+  std::unique_ptr<QuoteService> service_;
+  std::unique_ptr<LiveSimulation> simulation_;
+  std::optional<std::uint64_t> seed_;
+  std::map<SubscriberId, Subscriber> subscribers_;
+  SubscriberId lastSubscriber_ = 0;
+  RequestId lastRequest_ = 0;
+  QElapsedTimer clock_;
+  QTimer timer_;
+};
+
+}  // namespace holdwise

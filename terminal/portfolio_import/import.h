@@ -1,0 +1,53 @@
+#pragma once
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <vector>
+
+#include "holdwise/sdk/codenum.h"
+#include "holdwise/sdk/database.h"
+#include "holdwise/sdk/datacenter.h"
+
+namespace holdwise {
+
+/// A line of the file that keeps the import from happening, and why (Chinese). Line 0 stands for the file as a whole.
+struct ImportProblem {
+  int line = 0;
+  QString reason;
+};
+
+/// Either `problems` is empty and everything was written, or nothing was written (also when `cancelled`).
+struct ImportResult {
+  int portfolios = 0;
+  int holdings = 0;
+  bool cancelled = false;
+  std::vector<ImportProblem> problems;  ///< ascending by line
+  QStringList warnings;                 ///< base-data files that could not be used; the import went on without them
+};
+
+/// What an import works with; all must outlive the call.
+struct ImportServices {
+  UserDataServices& database;
+  const CodeNumServices& codes;
+  const TDataCenter& dataCentre;
+  QString dataFolder;  ///< the data folder with the base data of the securities
+};
+
+/// Told after every portfolio and every base-data file; may let the event loop run. False gives the import up.
+using ImportProgress = std::function<bool(int done, int total)>;
+
+/// Imports portfolios from a CSV text (UTF-8 or GB18030): a heading row naming the columns name, code, quantity and
+/// price in any order (also in Chinese: 组合名称, 股票代码, 数量(股), 买入价(元)), then one row a holding; the rows of
+/// a portfolio need not stand together. Each becomes a saved portfolio of 2 to 10 holdings with weights by cost, and
+/// the statistics of its securities and of the indices are loaded. Everything is written in one transaction. A file
+/// that breaks a rule is reported line by line in the result. A failing statement or commit throws the database's Error
+/// after the roll-back; Error(Refused) when the data centre has no date or no level of index 1, or when a transaction
+/// is already open. User-interface thread.
+[[nodiscard]] ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& services,
+                                            const ImportProgress& progress = {});
+/// The same from a file; one that cannot be read is a problem of line 0.
+[[nodiscard]] ImportResult ImportPortfoliosFromFile(const QString& path, const ImportServices& services,
+                                                    const ImportProgress& progress = {});
+
+}  // namespace holdwise
