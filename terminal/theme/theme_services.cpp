@@ -1,0 +1,73 @@
+#include "terminal/theme/theme_services.h"
+
+#include <QLabel>
+
+#include "terminal/theme/theme_pictures.h"
+
+namespace holdwise {
+
+ThemeServices::ThemeServices(ThemeKind kind, DebugServers& debug) : kind_(kind), debug_(debug) {}
+
+void ThemeServices::SetKind(ThemeKind kind) {
+  if (kind == kind_) return;
+  kind_ = kind;
+  if (OnChanged) OnChanged();
+}
+
+QPalette ThemeServices::WindowPalette() const {
+  const auto color = [this](const char* key) { return ThemeColorOf(kind_, key); };
+  const QColor ground = color("Qm_BGCorlor");
+  const QColor bar = color("ktr_gridtitlebk");
+  const QColor text = color("Grid_UnSelTxtColor");
+  QPalette palette(bar, ground);
+  palette.setColor(QPalette::Window, ground);
+  palette.setColor(QPalette::WindowText, text);
+  palette.setColor(QPalette::Base, color("KTR_HighLightColor1"));
+  palette.setColor(QPalette::AlternateBase, color("KTR_HighLightColor2"));
+  palette.setColor(QPalette::Text, text);
+  palette.setColor(QPalette::Button, bar);
+  palette.setColor(QPalette::ButtonText, text);
+  palette.setColor(QPalette::BrightText, color("Section_BigTxtColor"));
+  palette.setColor(QPalette::Highlight, color("Qm_GridRowSelectColor"));
+  palette.setColor(QPalette::HighlightedText, color("Grid_SelTxtColor"));
+  palette.setColor(QPalette::Link, color("Grid_ClickTxtColor"));
+  palette.setColor(QPalette::ToolTipBase, bar);
+  palette.setColor(QPalette::ToolTipText, text);
+  palette.setColor(QPalette::PlaceholderText, color("Qm_CharAxisLineColor"));
+  palette.setColor(QPalette::Light, color("KTR_BorderColor"));
+  palette.setColor(QPalette::Midlight, color("Grid_Color"));
+  palette.setColor(QPalette::Mid, color("KTR_BorderColor"));
+  palette.setColor(QPalette::Dark, color("KTR_BorderColor"));
+  palette.setColor(QPalette::Shadow, ground.darker(140));
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    palette.setColor(QPalette::Disabled, role, color("Qm_CharAxisLineColor"));
+  return palette;
+}
+
+QColor ThemeServices::ColorOf(const QString& key) const {
+  if (const std::optional<QColor> color = FindThemeColor(kind_, key)) return *color;
+  ReportUnknown(key);
+  return QColor(Qt::magenta);
+}
+
+void ThemeServices::AssignPicture(const QString& key, QLabel& image) const {
+  const qreal ratio = image.devicePixelRatioF();
+  QPixmap picture = PictureOf(key, image.size() * ratio);
+  picture.setDevicePixelRatio(ratio);
+  image.setScaledContents(true);
+  image.setPixmap(picture);
+}
+
+QPixmap ThemeServices::PictureOf(const QString& key, const QSize& size) const {
+  if (!ThemePictureKeys().contains(key)) {
+    ReportUnknown(key);
+    return {};
+  }
+  return PaintThemePicture(kind_, key, size);
+}
+
+void ThemeServices::ReportUnknown(const QString& key) const {
+  if (reported_.insert(key).second) debug_.WriteLog(QStringLiteral("颜色主题中没有键：%1").arg(key));
+}
+
+}  // namespace holdwise

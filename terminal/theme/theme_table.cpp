@@ -1,0 +1,80 @@
+#include "terminal/theme/theme_table.h"
+
+#include <QHash>
+#include <array>
+
+namespace holdwise {
+namespace {
+
+// Texts keep a contrast of at least 4.5 against every ground they can stand on; a test holds the table to that.
+// clang-format off
+constexpr std::array kColors{
+    ThemeColor{"Qm_BGCorlor",                0x151a21, 0xffffff},
+    ThemeColor{"QM_TitleFontColor",          0xb4bfcc, 0x3a4656},
+    ThemeColor{"Qm_GridRowSelectColor",      0x26466e, 0xcfe2fb},
+    ThemeColor{"Grid_SelTxtColor",           0xffffff, 0x0a2744},
+    ThemeColor{"Grid_UnSelTxtColor",         0xd6dce4, 0x1f2933},
+    ThemeColor{"KTR_HighLightColor1",        0x171d25, 0xffffff},
+    ThemeColor{"KTR_HighLightColor2",        0x1d242e, 0xf4f7fb},
+    ThemeColor{"Grid_TitleUnSelTxtColor",    0xb4bfcc, 0x3a4656},
+    ThemeColor{"Section_BigTxtColor",        0xf2bd62, 0x17467f},
+    ThemeColor{"Grid_Color",                 0x2a323e, 0xdbe2ea},
+    ThemeColor{"Grid_ClickTxtColor",         0x74b6ff, 0x0b5cb8},
+    ThemeColor{"Grid_ClickTxtHighLightColor",0xffcb6b, 0xa23c00},
+    ThemeColor{"KTR_BorderColor",            0x364150, 0xc5ced9},
+    ThemeColor{"ktr_gridtitlebk",            0x232b36, 0xe9eef5},
+    ThemeColor{"QM_EditFrameColor",          0x55657a, 0x9aa9ba},
+    ThemeColor{"Qm_CharAxisLineColor",       0x6d7b8d, 0x7d8a99},
+    ThemeColor{"Qm_GridJgColor",             0x2a323e, 0xe3e8ee},
+    ThemeColor{"Qm_KlineRedColor",           0xf2606a, 0xc62836},
+    ThemeColor{"Qm_KlineBlueColor",          0x5aa8f5, 0x1d6fc2},
+    ThemeColor{"Qm_KlineYellowColor",        0xe6b84c, 0x9a6a00},
+    ThemeColor{"Invest_YJFJ_Gray",           0x323c4a, 0xd3dae3},
+    ThemeColor{"Invest_YJFJ_ZeroLine",       0x9aa7b7, 0x5a6776},
+    ThemeColor{"Invest_HStart_COLOR",        0x2b3542, 0xe3e9f1},
+    ThemeColor{"Invest_HEnd_COLOR",          0x3d4b5d, 0xc3cfdd},
+    ThemeColor{"Invest_BStart_COLOR",        0x2f6fb8, 0x8fbcf0},
+    ThemeColor{"Invest_BEnd_COLOR",          0x62b0ff, 0x2f7fd6},
+    ThemeColor{"TreeListColor",              0x364150, 0xc5ced9},
+};
+// clang-format on
+
+QHash<QString, const ThemeColor*> MakeIndex() {
+  QHash<QString, const ThemeColor*> index;
+  for (const ThemeColor& color : kColors) index.insert(QString::fromLatin1(color.key), &color);
+  return index;
+}
+
+}  // namespace
+
+std::span<const ThemeColor> ThemeColors() {
+  return kColors;
+}
+
+QStringList ThemePictureKeys() {
+  return {QStringLiteral("Grid_TitleUpBg"), QStringLiteral("GridTitle"),      QStringLiteral("Qm_SaveBgPic"),
+          QStringLiteral("Qm_SaveMovePic"), QStringLiteral("Qm_DeleteBgPic"), QStringLiteral("Qm_DeleteMovePic")};
+}
+
+std::optional<QColor> FindThemeColor(ThemeKind kind, const QString& key) {
+  static const QHash<QString, const ThemeColor*> index = MakeIndex();
+  const ThemeColor* color = index.value(key, nullptr);
+  if (color == nullptr) return std::nullopt;
+  return QColor(kind == ThemeKind::Dark ? color->dark : color->light);
+}
+
+QColor ThemeColorOf(ThemeKind kind, const char* key) {
+  return FindThemeColor(kind, QString::fromLatin1(key)).value_or(QColor(Qt::magenta));
+}
+
+std::optional<ThemeKind> ThemeKindFromName(const QString& name) {
+  if (name == QStringLiteral("dark")) return ThemeKind::Dark;
+  if (name == QStringLiteral("light")) return ThemeKind::Light;
+  return std::nullopt;
+}
+
+QString ThemeKindName(ThemeKind kind) {
+  return kind == ThemeKind::Dark ? QStringLiteral("dark") : QStringLiteral("light");
+}
+
+}  // namespace holdwise

@@ -1,0 +1,146 @@
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QLabel>
+#include <cmath>
+
+#include "terminal/theme/theme_pictures.h"
+#include "terminal/theme/theme_services.h"
+
+namespace holdwise {
+namespace {
+
+class RecordingLog : public DebugServers {
+ public:
+  void WriteLog(const QString& text) override { lines.append(text); }
+  QStringList lines;
+};
+
+const QStringList kColorKeys{
+    "Qm_BGCorlor",         "QM_TitleFontColor",    "Qm_GridRowSelectColor", "Grid_SelTxtColor",
+    "Grid_UnSelTxtColor",  "KTR_HighLightColor1",  "KTR_HighLightColor2",   "Grid_TitleUnSelTxtColor",
+    "Section_BigTxtColor", "Grid_Color",           "Grid_ClickTxtColor",    "Grid_ClickTxtHighLightColor",
+    "KTR_BorderColor",     "ktr_gridtitlebk",      "QM_EditFrameColor",     "Qm_CharAxisLineColor",
+    "Qm_GridJgColor",      "Qm_KlineRedColor",     "Qm_KlineBlueColor",     "Qm_KlineYellowColor",
+    "Invest_YJFJ_Gray",    "Invest_YJFJ_ZeroLine", "Invest_HStart_COLOR",   "Invest_HEnd_COLOR",
+    "Invest_BStart_COLOR", "Invest_BEnd_COLOR",    "TreeListColor"};
+const QStringList kPictureKeys{"Grid_TitleUpBg", "GridTitle", "Qm_SaveBgPic", "Qm_SaveMovePic"};
+
+// Relative luminance and contrast ratio as WCAG 2.1 defines them.
+double Luminance(const QColor& color) {
+  const auto channel = [](double value) {
+    return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * channel(color.redF()) + 0.7152 * channel(color.greenF()) + 0.0722 * channel(color.blueF());
+}
+
+double Contrast(const QColor& first, const QColor& second) {
+  const double a = Luminance(first);
+  const double b = Luminance(second);
+  return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+}
+
+class ThemeTest : public testing::TestWithParam<ThemeKind> {
+ protected:
+  RecordingLog log_;
+  ThemeServices theme_{GetParam(), log_};
+  [[nodiscard]] QColor Color(const QString& key) const { return theme_.Colors().ColorOf(key); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Both, ThemeTest, testing::Values(ThemeKind::Dark, ThemeKind::Light),
+                         [](const auto& theme) { return ThemeKindName(theme.param).toStdString(); });
+
+TEST_P(ThemeTest, EveryColourKeyHasAnOpaqueValue) {
+  for (const QString& key : kColorKeys) {
+    const QColor color = Color(key);
+    EXPECT_NE(color, QColor(Qt::magenta)) << key.toStdString();
+    EXPECT_EQ(color.alpha(), 255) << key.toStdString();
+  }
+  EXPECT_TRUE(log_.lines.isEmpty()) << log_.lines.join('\n').toStdString();
+}
+
+TEST_P(ThemeTest, EveryPictureKeyIsPaintedInTheWantedSize) {
+  for (const QString& key : kPictureKeys) {
+    for (const QSize size : {QSize(25, 19), QSize(800, 35), QSize(1, 1)}) {
+      const QPixmap picture = theme_.Images().PictureOf(key, size);
+      EXPECT_EQ(picture.size(), size) << key.toStdString();
+    }
+    EXPECT_TRUE(theme_.Images().PictureOf(key, QSize(0, 10)).isNull());
+  }
+  EXPECT_NE(theme_.Images().PictureOf("Qm_SaveBgPic", {25, 19}).toImage(),
+            theme_.Images().PictureOf("Qm_SaveMovePic", {25, 19}).toImage());
+}
+
+TEST_P(ThemeTest, TextsStandOutFromTheirGrounds) {
+  const QStringList grounds{"Qm_BGCorlor", "KTR_HighLightColor1", "KTR_HighLightColor2"};
+  const QStringList texts{"QM_TitleFontColor",   "Grid_UnSelTxtColor", "Grid_TitleUnSelTxtColor",
+                          "Section_BigTxtColor", "Grid_ClickTxtColor", "Grid_ClickTxtHighLightColor",
+                          "Qm_KlineRedColor",    "Qm_KlineBlueColor"};
+  for (const QString& ground : grounds)
+    for (const QString& text : texts)
+      EXPECT_GE(Contrast(Color(text), Color(ground)), 4.5) << text.toStdString() << " on " << ground.toStdString();
+  EXPECT_GE(Contrast(Color("Grid_SelTxtColor"), Color("Qm_GridRowSelectColor")), 4.5);
+  for (const char* text : {"QM_TitleFontColor", "Grid_TitleUnSelTxtColor", "Section_BigTxtColor"})
+    EXPECT_GE(Contrast(Color(text), Color("ktr_gridtitlebk")), 4.5) << text;
+}
+
+TEST_P(ThemeTest, TextsStandOutFromTheHeaderPictures) {
+  for (const char* key : {"Grid_TitleUpBg", "GridTitle"}) {
+    const QImage picture = theme_.Images().PictureOf(key, {40, 35}).toImage();
+    for (int y = 0; y < picture.height() - 1; ++y)
+      for (const char* text : {"QM_TitleFontColor", "Grid_TitleUnSelTxtColor", "Section_BigTxtColor"})
+        EXPECT_GE(Contrast(Color(text), picture.pixelColor(20, y)), 4.5) << text << " on " << key << " row " << y;
+  }
+}
+
+TEST_P(ThemeTest, WindowPaletteIsReadable) {
+  const QPalette palette = theme_.WindowPalette();
+  EXPECT_GE(Contrast(palette.color(QPalette::WindowText), palette.color(QPalette::Window)), 4.5);
+  EXPECT_GE(Contrast(palette.color(QPalette::Text), palette.color(QPalette::Base)), 4.5);
+  EXPECT_GE(Contrast(palette.color(QPalette::ButtonText), palette.color(QPalette::Button)), 4.5);
+  EXPECT_GE(Contrast(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)), 4.5);
+  EXPECT_GE(Contrast(palette.color(QPalette::ToolTipText), palette.color(QPalette::ToolTipBase)), 4.5);
+}
+
+TEST_P(ThemeTest, UnknownKeysAreVisibleAndLoggedOnce) {
+  EXPECT_EQ(Color("qm_bgcorlor"), QColor(Qt::magenta));
+  EXPECT_EQ(Color("qm_bgcorlor"), QColor(Qt::magenta));
+  EXPECT_TRUE(theme_.Images().PictureOf("NoSuchPicture", {10, 10}).isNull());
+  ASSERT_EQ(log_.lines.size(), 2);
+  EXPECT_TRUE(log_.lines[0].contains("qm_bgcorlor"));
+  EXPECT_TRUE(log_.lines[1].contains("NoSuchPicture"));
+}
+
+TEST(ThemeSwitch, ChangesTheColoursAndTellsOnce) {
+  RecordingLog log;
+  ThemeServices theme(ThemeKind::Dark, log);
+  int changes = 0;
+  theme.OnChanged = [&changes] { ++changes; };
+  const IColorSet2& colors = theme.Colors();
+  const QColor dark = colors.ColorOf("Qm_BGCorlor");
+  theme.SetKind(ThemeKind::Dark);
+  EXPECT_EQ(changes, 0);
+  theme.SetKind(ThemeKind::Light);
+  EXPECT_EQ(changes, 1);
+  EXPECT_GT(Luminance(colors.ColorOf("Qm_BGCorlor")), Luminance(dark));
+}
+
+TEST(ThemeSwitch, PicturesAreAssignedStretched) {
+  RecordingLog log;
+  ThemeServices theme(ThemeKind::Light, log);
+  QLabel label;
+  label.resize(120, 23);
+  theme.Colors().AssignPicture("Grid_TitleUpBg", label);
+  EXPECT_TRUE(label.hasScaledContents());
+  EXPECT_EQ(label.pixmap(Qt::ReturnByValue).size(), QSize(120, 23));
+}
+
+TEST(ThemeSwitch, NamesAreReadExactly) {
+  EXPECT_EQ(ThemeKindFromName("dark"), ThemeKind::Dark);
+  EXPECT_EQ(ThemeKindFromName("light"), ThemeKind::Light);
+  EXPECT_FALSE(ThemeKindFromName("Dark").has_value());
+  EXPECT_FALSE(ThemeKindFromName("").has_value());
+}
+
+}  // namespace
+}  // namespace holdwise
