@@ -1,0 +1,104 @@
+#include "common/close_price.h"
+
+#include "common/date_text.h"
+#include "common/holding_rows.h"
+#include "common/host_access.h"
+#include "common/statements.h"
+#include "common/untcommon.h"
+#include "holdwise/packet/number_text.h"
+
+namespace holdwise {
+namespace {
+
+QDate CurrentDate() {
+  const QString text = ModuleHost().DataCenter().CurrentDateText();
+  const auto date = ParseDate(text);
+  if (!date)
+    throw Error(ErrorCategory::Refused, "the host's current date is not a date: \"" + text.toStdString() + "\"");
+  return *date;
+}
+
+TNameValueSnapshot WithCloses(const TNameValueSnapshot& before, sql::PeriodType type, const TDayRange& range) {
+  const ResultSet rows = Database().Query(sql::HeldCloses(type, range));
+  auto closes = std::make_shared<TNameValueList>(*before);
+  const int codeColumn = rows.Column("SECUCODE");
+  const int closeColumn = rows.Column("CLOSEPRICE");
+  for (int row = 0; row < rows.RowCount(); ++row) {
+    const QString code = rows.TextAt(row, codeColumn);
+    if (!code.isEmpty()) closes->Set(code, ShortestText(NumberAt(rows, row, closeColumn)));
+  }
+  return closes;
+}
+
+TNameValueSnapshot WithSums(const TNameValueSnapshot& before, const ResultSet& holdings, const TNameValueList& closes) {
+  auto sums = std::make_shared<TNameValueList>(*before);
+  if (holdings.IsEmpty()) return sums;
+  const int codeColumn = holdings.Column("SECUCODE");
+  const int quantityColumn = holdings.Column("PZSL");
+  StoreSumsByPortfolio(
+      holdings,
+      [&](int row) {
+        return RealOr(closes.ValueOf(holdings.TextAt(row, codeColumn))) * NumberAt(holdings, row, quantityColumn);
+      },
+      *sums);
+  return sums;
+}
+
+}  // namespace
+
+TDayRange PreviousWeek(QDate day) {
+  const QDate weekBefore = day.addDays(-7);
+  const QDate monday = weekBefore.addDays(Qt::Monday - weekBefore.dayOfWeek());
+  return {monday, monday.addDays(6)};
+}
+
+TDayRange PreviousMonth(QDate day) {
+  const QDate inMonthBefore = QDate(day.year(), day.month(), 1).addDays(-10);
+  return {QDate(inMonthBefore.year(), inMonthBefore.month(), 1),
+          QDate(inMonthBefore.year(), inMonthBefore.month(), inMonthBefore.daysInMonth())};
+}
+
+TClosePrice::TClosePrice()
+    : weekCloses_(std::make_shared<TNameValueList>()),
+      monthCloses_(std::make_shared<TNameValueList>()),
+      weekSums_(std::make_shared<TNameValueList>()),
+      monthSums_(std::make_shared<TNameValueList>()) {}
+
+TNameValueSnapshot TClosePrice::GetWeekCloseStringList() {
+  RefreshIfNeeded();
+  return weekCloses_;
+}
+
+TNameValueSnapshot TClosePrice::GetMonthCloseStringList() {
+  RefreshIfNeeded();
+  return monthCloses_;
+}
+
+TNameValueSnapshot TClosePrice::GetWeekCloseStringList_Sum() {
+  RefreshIfNeeded();
+  return weekSums_;
+}
+
+TNameValueSnapshot TClosePrice::GetMonthCloseStringList_Sum() {
+  RefreshIfNeeded();
+  return monthSums_;
+}
+
+void TClosePrice::RefreshIfNeeded() {
+  if (isGet_ && !isNeedUpdate_) return;
+  isNeedUpdate_ = false;
+  ReGetClosePrice();
+}
+
+void TClosePrice::SetIsGetClosePrice(bool flag) {
+  isGet_ = flag;
+  if (!flag) return;
+  const QDate today = CurrentDate();
+  weekCloses_ = WithCloses(weekCloses_, sql::PeriodType::Week, PreviousWeek(today));
+  monthCloses_ = WithCloses(monthCloses_, sql::PeriodType::Month, PreviousMonth(today));
+  const ResultSet holdings = Database().Query(sql::kSavedHoldingsForCloses);
+  weekSums_ = WithSums(weekSums_, holdings, *weekCloses_);
+  monthSums_ = WithSums(monthSums_, holdings, *monthCloses_);
+}
+
+}  // namespace holdwise

@@ -1,0 +1,12 @@
+#pragma once
+#include <QString>
+
+namespace holdwise {
+
+/// Writes a guarded routine's failure to the host's debug log, in the one form the support people search for:
+/// "Holdwise.bpl->unit->Routine 发生错误!错误信息:" and the text. Any thread.
+void LogFailure(const QString& unit, const QString& routine, const QString& text);
+/// The same for the exception being handled; to be called inside a catch block.
+void LogCurrentException(const QString& unit, const QString& routine);
+
+}  // namespace holdwise

@@ -1,0 +1,56 @@
+#pragma once
+#include <QString>
+
+#include "common/close_price.h"
+
+/// Every statement of the module, once. Values are pasted in as they stand, as the host's service expects them: numbers
+/// and day numbers plain, names and dates in single quotes, nothing escaped. A name with a single quote therefore
+/// breaks its statement, and the database refuses it.
+namespace holdwise::sql {
+
+/// Portfolios.
+inline const QString kAllPortfolios = QStringLiteral("select * from alg_commain");
+inline const QString kSavedPortfolios = QStringLiteral("select * from alg_commain where SAVEFLAG = 1 order by ID desc");
+inline const QString kCountPortfolios = QStringLiteral("select Count(*) from alg_commain");
+inline const QString kCountSavedPortfolios = QStringLiteral("select Count(*) from alg_commain where SAVEFLAG = 1");
+inline const QString kCountUnsavedPortfolios = QStringLiteral("select Count(*) from alg_commain where SAVEFLAG <> 1");
+inline const QString kNextPortfolioId = QStringLiteral("select gen_id(ALG_ROWID_MAIN,1) from rdb$database");
+[[nodiscard]] QString PortfolioByName(const QString& name);
+/// Deletes the header and the holdings of the named portfolio in one statement.
+[[nodiscard]] QString DeleteRecord(const QString& name);
+
+/// Holdings.
+inline const QString kAllHoldings = QStringLiteral("select * from alg_comdetail");
+inline const QString kCountHoldings = QStringLiteral("select Count(*) from alg_comdetail");
+inline const QString kHeldCodes = QStringLiteral("select distinct SECUCODE from alg_comdetail");
+inline const QString kHoldingsForNowValues =
+    QStringLiteral("select  SECUCODE,Mainid,PZSL from alg_comdetail order by MainId");
+inline const QString kHoldingsForPreviousCloses =
+    QStringLiteral("select PZSL,MAINID,SecuCode from alg_comdetail order by MAINID");
+inline const QString kSavedHoldingsForCloses = QStringLiteral(
+    "select MainID,SecuCode,PZSL from alg_comdetail where MainID in (select ID from alg_commain where SAVEFLAG = 1) "
+    "order by MainID");
+inline const QString kPortfolioCosts =
+    QStringLiteral("select MainId,Sum(PZSL*BUYPRICE) as sum_value from alg_comdetail group by MainId");
+[[nodiscard]] QString HoldingsOf(const QString& portfolioId);
+
+/// Statistics.
+inline const QString kLatestDay = QStringLiteral("select Max(HQDate) from alg_stockstatistic where hqtype = 0");
+enum class PeriodType { Week = 1, Month = 2 };
+/// Closes of the held securities whose period ends inside the range.
+[[nodiscard]] QString HeldCloses(PeriodType type, const TDayRange& range);
+
+/// Exchange files: rows with their own ids, then the generators moved past them. All values are texts of the file.
+struct HoldingTexts {
+  QString id, portfolioId, code, quantity, weight, buyPrice;
+};
+[[nodiscard]] QString RestoreHolding(const HoldingTexts& holding);
+struct PortfolioTexts {
+  QString id, name, indexClose, editDate, saveFlag;
+};
+/// The figures are stored as 0 and unfinished: the statistics engine makes them again.
+[[nodiscard]] QString RestorePortfolio(const PortfolioTexts& portfolio);
+[[nodiscard]] QString SetHoldingGenerator(qint64 value);
+[[nodiscard]] QString SetPortfolioGenerator(qint64 value);
+
+}  // namespace holdwise::sql
