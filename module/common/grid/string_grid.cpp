@@ -1,0 +1,286 @@
+#include "common/grid/string_grid.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <QToolTip>
+#include <algorithm>
+#include <utility>
+
+#include "common/grid/cell_geometry.h"
+#include "common/grid/grid_model.h"
+
+namespace holdwise {
+namespace {
+
+/// Hands the drawing of a cell to its grid.
+class GridDelegate : public QStyledItemDelegate {
+ public:
+  explicit GridDelegate(TStringGrid& grid) : QStyledItemDelegate(&grid), grid_(grid) {}
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    if (grid_.IsEmpty()) return;
+    const GridCellPaint cell{index.column(), index.row(), option.rect, index.row() == grid_.Row()};
+    painter->save();
+    painter->setClipRect(option.rect, Qt::IntersectClip);
+    painter->setFont(grid_.font());
+    grid_.OnDrawCell ? grid_.OnDrawCell(*painter, cell) : grid_.DrawDefaultCell(*painter, cell);
+    painter->restore();
+  }
+
+ private:
+  TStringGrid& grid_;
+};
+
+}  // namespace
+
+TStringGrid::TStringGrid(QWidget* parent) : QTableView(parent), model_(new GridModel(this)) {
+  setModel(model_);
+  setItemDelegate(new GridDelegate(*this));
+  horizontalHeader()->hide();
+  horizontalHeader()->setMinimumSectionSize(0);
+  verticalHeader()->hide();
+  verticalHeader()->setMinimumSectionSize(kDefaultRowHeight);
+  verticalHeader()->setDefaultSectionSize(kDefaultRowHeight);
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  setShowGrid(false);
+  setFrameShape(QFrame::NoFrame);
+  setSelectionBehavior(SelectRows);
+  setSelectionMode(SingleSelection);
+  setEditTriggers(NoEditTriggers);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setFocusPolicy(Qt::ClickFocus);
+  setTabKeyNavigation(false);
+  setAutoScroll(false);
+  setMouseTracking(true);
+  viewport()->setMouseTracking(true);
+
+  emptyText_ = new QLabel(viewport());
+  emptyText_->setAlignment(Qt::AlignCenter);
+  emptyText_->setWordWrap(true);
+  emptyText_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  emptyText_->hide();
+  connect(model_, &QAbstractItemModel::dataChanged, this, &TStringGrid::UpdateEmptyText);
+  selectionModel()->setCurrentIndex(model_->index(0, 0), QItemSelectionModel::NoUpdate);
+}
+
+TStringGrid::~TStringGrid() = default;
+
+int TStringGrid::ColCount() const {
+  return model_->columnCount();
+}
+int TStringGrid::RowCount() const {
+  return model_->rowCount();
+}
+void TStringGrid::SetColCount(int columns) {
+  model_->SetColumnCount(columns);
+}
+void TStringGrid::SetRowCount(int rows) {
+  model_->SetRowCount(rows);
+}
+const QString& TStringGrid::Cells(int column, int row) const {
+  return model_->Text(column, row);
+}
+void TStringGrid::SetCells(int column, int row, const QString& text) {
+  model_->SetText(column, row, text);
+}
+
+int TStringGrid::Row() const {
+  return std::max(currentIndex().row(), 0);
+}
+
+bool TStringGrid::SelectCell(int column, int row) {
+  if (column < 0 || column >= ColCount() || row < 0 || row >= RowCount()) return false;
+  if (OnSelectCell && !OnSelectCell(column, row)) return false;
+  if (row >= RowCount()) return false;
+  const bool moves = row != Row();
+  selectionModel()->setCurrentIndex(model_->index(row, column), QItemSelectionModel::NoUpdate);
+  scrollTo(currentIndex());
+  if (moves) viewport()->update();
+  return true;
+}
+
+GridCell TStringGrid::MouseToCell(const QPoint& position) const {
+  const QModelIndex index = indexAt(position);
+  return index.isValid() ? GridCell{index.column(), index.row()} : GridCell{};
+}
+
+QRect TStringGrid::CellRect(int column, int row) const {
+  const QModelIndex index = model_->index(row, column);
+  return index.isValid() ? visualRect(index) : QRect();
+}
+
+void TStringGrid::RedrawCell(const GridCell& cell) {
+  viewport()->update(CellRect(cell.column, cell.row));
+}
+
+void TStringGrid::SetColWidths(const std::vector<int>& widths) {
+  const int count = std::min(static_cast<int>(widths.size()), ColCount());
+  for (int column = 0; column < count; ++column) {
+    setColumnWidth(column, std::max(widths[static_cast<size_t>(column)], 0));
+  }
+}
+
+void TStringGrid::SetHiddenColumns(const std::vector<int>& columns) {
+  for (int column = 0; column < ColCount(); ++column) {
+    setColumnHidden(column, std::find(columns.begin(), columns.end(), column) != columns.end());
+  }
+}
+
+void TStringGrid::SetColumnAlignment(int column, Qt::Alignment alignment) {
+  std::erase(leftColumns_, column);
+  if (alignment.testFlag(Qt::AlignLeft)) leftColumns_.push_back(column);
+}
+
+Qt::Alignment TStringGrid::ColumnAlignment(int column) const {
+  const bool left = std::find(leftColumns_.begin(), leftColumns_.end(), column) != leftColumns_.end();
+  return left ? Qt::AlignLeft : Qt::AlignHCenter;
+}
+
+void TStringGrid::SetColors(const GridColors& colors) {
+  colors_ = colors;
+  QPalette area = palette();
+  area.setColor(QPalette::Base, colors.background);
+  area.setColor(QPalette::Window, colors.background);
+  area.setColor(QPalette::WindowText, colors.unselectedText);
+  setPalette(area);
+  viewport()->update();
+}
+
+void TStringGrid::DrawDefaultCell(QPainter& painter, const GridCellPaint& cell) const {
+  PaintCellBackground(painter, cell, colors_);
+  PaintCellText(painter, cell, colors_, Cells(cell.column, cell.row), ColumnAlignment(cell.column));
+}
+
+void TStringGrid::SetEmptyText(const QString& text) {
+  emptyText_->setText(text);
+  UpdateEmptyText();
+}
+
+void TStringGrid::UpdateEmptyText() {
+  emptyText_->setVisible(IsEmpty() && !emptyText_->text().isEmpty());
+  // Leaving and entering the empty state changes how every cell is drawn, not only the changed ones.
+  const bool wasEmpty = std::exchange(wasEmpty_, IsEmpty());
+  if (wasEmpty != wasEmpty_) viewport()->update();
+}
+
+QRect TStringGrid::TextBox(const GridCell& cell) const {
+  const QRect rect = CellRect(cell.column, cell.row);
+  const QSize size(TextWidth(cell), fontMetrics().height());
+  return ColumnAlignment(cell.column) == Qt::AlignLeft ? LeftTextBox(rect, size) : CentredTextBox(rect, size);
+}
+
+int TStringGrid::TextWidth(const GridCell& cell) const {
+  return fontMetrics().horizontalAdvance(Cells(cell.column, cell.row).trimmed());
+}
+
+void TStringGrid::SetHandCursor(bool hand) {
+  hand ? viewport()->setCursor(Qt::PointingHandCursor) : viewport()->unsetCursor();
+}
+
+void TStringGrid::ShowHint(const QString& text) {
+  if (!text.isEmpty()) {
+    QToolTip::showText(QCursor::pos(), text, viewport());
+  } else if (QToolTip::isVisible()) {
+    QToolTip::hideText();
+  }
+}
+
+GridText TStringGrid::ToGridText() const {
+  GridText text;
+  text.name = objectName();
+  for (int column = 0; column < ColCount(); ++column) {
+    text.titles << titles_.value(column);
+    text.hidden.push_back(isColumnHidden(column));
+  }
+  if (IsEmpty()) return text;
+  for (int row = 0; row < RowCount(); ++row) {
+    QStringList cells;
+    for (int column = 0; column < ColCount(); ++column) cells << Cells(column, row);
+    text.rows.push_back(cells);
+  }
+  return text;
+}
+
+void TStringGrid::mousePressEvent(QMouseEvent* event) {
+  const GridCell cell = MouseToCell(event->pos());
+  const auto button = event->button();
+  const auto modifiers = event->modifiers();
+  const QPoint position = event->pos();
+  event->accept();
+  if (button == Qt::LeftButton && !cell.IsNone()) SelectCell(cell.column, cell.row);
+  Q_EMIT MouseDown(button, modifiers, position);
+}
+
+void TStringGrid::mouseMoveEvent(QMouseEvent* event) {
+  event->accept();
+  Q_EMIT MouseMove(event->pos());
+}
+
+void TStringGrid::mouseReleaseEvent(QMouseEvent* event) {
+  event->accept();
+  Q_EMIT MouseUp(event->pos());
+}
+
+void TStringGrid::mouseDoubleClickEvent(QMouseEvent* event) {
+  // The second press of a double click is a press as well.
+  const QPoint position = event->pos();
+  mousePressEvent(event);
+  Q_EMIT DoubleClick(position);
+}
+
+int TStringGrid::RowForKey(int key) const {
+  const int page = std::max(viewport()->height() / kDefaultRowHeight, 1);
+  switch (key) {
+    case Qt::Key_Up:
+      return Row() - 1;
+    case Qt::Key_Down:
+      return Row() + 1;
+    case Qt::Key_PageUp:
+      return std::max(Row() - page, 0);
+    case Qt::Key_PageDown:
+      return std::min(Row() + page, RowCount() - 1);
+    case Qt::Key_Home:
+      return 0;
+    case Qt::Key_End:
+      return RowCount() - 1;
+    default:
+      return -1;
+  }
+}
+
+void TStringGrid::keyPressEvent(QKeyEvent* event) {
+  const int key = event->key();
+  const auto modifiers = event->modifiers();
+  const int row = RowForKey(key);
+  // Keys the grid has no use for go on to the host.
+  event->setAccepted(row >= 0);
+  if (row >= 0 && row != Row()) SelectCell(std::max(currentIndex().column(), 0), row);
+  Q_EMIT KeyDown(key, modifiers);
+}
+
+void TStringGrid::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  emptyText_->setGeometry(viewport()->rect());
+  if (ClientWidth() == lastClientWidth_) return;
+  lastClientWidth_ = ClientWidth();
+  Q_EMIT ClientWidthChanged(lastClientWidth_);
+}
+
+GridBatch::GridBatch(TStringGrid& grid) : model_(grid.Model()) {
+  model_.BeginBatch();
+}
+GridBatch::~GridBatch() {
+  model_.EndBatch();
+}
+
+void ClearStrnGrd(TStringGrid& grid) {
+  grid.Model().ClearTexts();
+  grid.SetRowCount(0);
+}
+
+}  // namespace holdwise

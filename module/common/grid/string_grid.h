@@ -1,0 +1,140 @@
+#pragma once
+#include <QTableView>
+#include <functional>
+#include <vector>
+
+#include "common/grid/grid_painter.h"
+#include "holdwise/sdk/catalogue.h"
+
+class QLabel;
+
+namespace holdwise {
+
+class GridModel;
+
+/// A cell by column and row; (-1, -1) = none.
+struct GridCell {
+  int column = -1;
+  int row = -1;
+  [[nodiscard]] bool IsNone() const noexcept { return column < 0 && row < 0; }
+  bool operator==(const GridCell&) const = default;
+};
+
+/// The one grid of all views: texts in columns and rows, whole-row selection, no headers and no lines, a vertical
+/// scroll bar only. There is always at least one row; the grid counts as empty while its cell (0, 0) is empty, and then
+/// draws nothing. User-interface thread only.
+class TStringGrid : public QTableView {
+  Q_OBJECT
+ public:
+  static constexpr int kDefaultRowHeight = 26;  ///< pixels
+
+  explicit TStringGrid(QWidget* parent = nullptr);
+  ~TStringGrid() override;
+
+  [[nodiscard]] int ColCount() const;
+  [[nodiscard]] int RowCount() const;
+  void SetColCount(int columns);
+  /// A count below 1 leaves one row. New rows are empty; a current row that is cut off moves to the last one.
+  void SetRowCount(int rows);
+  /// Text of a cell; empty outside the grid.
+  [[nodiscard]] const QString& Cells(int column, int row) const;
+  void SetCells(int column, int row, const QString& text);
+  [[nodiscard]] bool IsEmpty() const { return Cells(0, 0).isEmpty(); }
+
+  /// The current row; never -1.
+  [[nodiscard]] int Row() const;
+  /// Makes a row current as a click on it does: OnSelectCell is asked first and may refuse. False when refused or when
+  /// there is no such cell.
+  bool SelectCell(int column, int row);
+  /// Called before the current row changes, also when the row is the current one already. False refuses.
+  std::function<bool(int column, int row)> OnSelectCell;
+
+  /// Cell at a position of the viewport; none outside the cells.
+  [[nodiscard]] GridCell MouseToCell(const QPoint& position) const;
+  /// Rectangle of a cell in viewport pixels; empty when there is no such cell or it is scrolled out of view.
+  [[nodiscard]] QRect CellRect(int column, int row) const;
+  void RedrawCell(const GridCell& cell);
+  /// Width of the cell area, without the scroll bar.
+  [[nodiscard]] int ClientWidth() const { return viewport()->width(); }
+
+  /// One width a column, pixels; negative counts as 0.
+  void SetColWidths(const std::vector<int>& widths);
+  [[nodiscard]] int ColWidth(int column) const { return columnWidth(column); }
+  /// Columns that carry keys: never shown, never selected, marked in ToGridText.
+  void SetHiddenColumns(const std::vector<int>& columns);
+  /// Titles by column, for header strips and ToGridText; hidden columns have none.
+  void SetTitles(const QStringList& titles) { titles_ = titles; }
+  [[nodiscard]] const QStringList& Titles() const noexcept { return titles_; }
+
+  /// Texts are centred unless a column says Qt::AlignLeft.
+  void SetColumnAlignment(int column, Qt::Alignment alignment);
+  [[nodiscard]] Qt::Alignment ColumnAlignment(int column) const;
+  /// Colours of the rows and of the area beside and below them.
+  void SetColors(const GridColors& colors);
+  [[nodiscard]] const GridColors& Colors() const noexcept { return colors_; }
+  /// Replaces the drawing of a cell (background and text); not called while the grid is empty.
+  std::function<void(QPainter& painter, const GridCellPaint& cell)> OnDrawCell;
+  /// The drawing that OnDrawCell replaces.
+  void DrawDefaultCell(QPainter& painter, const GridCellPaint& cell) const;
+  /// A quiet text in the middle of the grid while it is empty; none when empty.
+  void SetEmptyText(const QString& text);
+
+  /// Box of a cell's trimmed text as drawn, in viewport pixels; not limited to the cell.
+  [[nodiscard]] QRect TextBox(const GridCell& cell) const;
+  [[nodiscard]] int TextWidth(const GridCell& cell) const;
+  /// The hand cursor of links; false = the default cursor.
+  void SetHandCursor(bool hand);
+  /// Shows a text at the mouse pointer; the empty text takes a shown one away.
+  void ShowHint(const QString& text);
+
+  /// All texts with the titles; no rows while the grid is empty. The grid's objectName is the name.
+  [[nodiscard]] GridText ToGridText() const;
+  [[nodiscard]] GridModel& Model() const { return *model_; }
+
+ Q_SIGNALS:
+  /// Mouse events in viewport pixels; MouseDown comes after the row under the mouse has become current.
+  void MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& position);
+  void MouseMove(const QPoint& position);
+  void MouseUp(const QPoint& position);
+  void DoubleClick(const QPoint& position);
+  void KeyDown(int key, Qt::KeyboardModifiers modifiers);
+  /// The cell area became wider or narrower.
+  void ClientWidthChanged(int width);
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void UpdateEmptyText();
+  [[nodiscard]] int RowForKey(int key) const;
+
+  GridModel* model_;
+  QLabel* emptyText_;
+  GridColors colors_;
+  QStringList titles_;
+  std::vector<int> leftColumns_;
+  int lastClientWidth_ = -1;
+  bool wasEmpty_ = true;
+};
+
+/// Collects the text changes of its scope into one announcement.
+class GridBatch {
+ public:
+  explicit GridBatch(TStringGrid& grid);
+  ~GridBatch();
+  GridBatch(const GridBatch&) = delete;
+  GridBatch& operator=(const GridBatch&) = delete;
+
+ private:
+  GridModel& model_;
+};
+
+/// Empties every cell and takes all rows but the one that always stays; the first row becomes current.
+void ClearStrnGrd(TStringGrid& grid);
+
+}  // namespace holdwise
