@@ -1,1 +1,85 @@
+#include <fcntl.h>
+#include <unistd.h>
 
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <cerrno>
+#include <cstdio>
+
+#include "holdwise/packet/packet_file.h"
+#include "read_file.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kNameAttempts = 100;
+
+[[noreturn]] void ThrowWriteError(const QString& path, int errorNumber) {
+  throw Error(ErrorCategory::Io, SystemErrorText(path, "文件无法写入", errorNumber));
+}
+
+/// A new file under a name of its own in the folder of the target; removed again unless it was renamed.
+class TemporaryFile {
+ public:
+  TemporaryFile(const QString& target, mode_t mode) : target_(target), file_(Create(mode)) {}
+  ~TemporaryFile() {
+    if (!renamed_) ::unlink(name_.constData());
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+  void Write(const QByteArray& bytes) const {
+    qsizetype written = 0;
+    while (written < bytes.size()) {
+      const ssize_t count =
+          ::write(file_.Get(), bytes.constData() + written, static_cast<std::size_t>(bytes.size() - written));
+      if (count < 0 && errno == EINTR) continue;
+      if (count < 0) ThrowWriteError(target_, errno);
+      written += count;
+    }
+  }
+  void Flush() const {
+    if (::fsync(file_.Get()) != 0) ThrowWriteError(target_, errno);
+  }
+  void Rename() {
+    if (!file_.Close()) ThrowWriteError(target_, errno);
+    if (std::rename(name_.constData(), QFile::encodeName(target_).constData()) != 0) ThrowWriteError(target_, errno);
+    renamed_ = true;
+  }
+
+ private:
+  int Create(mode_t mode) {
+    const QString folder = QFileInfo(target_).path();
+    for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
+      const QString unique = QString::number(QRandomGenerator::system()->generate64(), 36);
+      name_ = QFile::encodeName(folder + QStringLiteral("/.holdwise-") + unique + QStringLiteral(".tmp"));
+      const int descriptor = ::open(name_.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+      if (descriptor >= 0) return descriptor;
+      if (errno != EEXIST) break;
+    }
+    ThrowWriteError(target_, errno);
+  }
+
+  QString target_;
+  QByteArray name_;
+  FileDescriptor file_;
+  bool renamed_ = false;
+};
+
+}  // namespace
+
+void WriteFileAtomically(const QString& path, const QByteArray& bytes, Durability durability) {
+  const bool lasting = durability == Durability::Lasting;
+  // Opened before anything is written, so that after the rename only the flush itself can fail.
+  const FileDescriptor folder(
+      lasting ? ::open(QFile::encodeName(QFileInfo(path).path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC) : -1);
+  if (lasting && !folder.IsOpen()) ThrowWriteError(path, errno);
+  TemporaryFile file(path, lasting ? 0600 : 0666);
+  file.Write(bytes);
+  if (lasting) file.Flush();
+  file.Rename();
+  if (lasting && ::fsync(folder.Get()) != 0 && errno != EINVAL) ThrowWriteError(path, errno);
+}
+
+}  // namespace holdwise

@@ -12,8 +12,9 @@
 /// byte-order mark, or GB18030.
 namespace holdwise {
 
-/// Whole content of a file as UTF-8 without byte-order mark: valid UTF-8 is taken as such, everything else must be valid
-/// GB18030. Neither: Error(Corrupt). Missing: Error(NotFound); unreadable: Error(Io); above `maxBytes`: Error(Refused).
+/// Whole content of a file as UTF-8 without byte-order mark: valid UTF-8 is taken as such, everything else must be
+/// valid GB18030. Neither: Error(Corrupt). Missing: Error(NotFound); unreadable: Error(Io); above `maxBytes`:
+/// Error(Refused).
 [[nodiscard]] QByteArray ReadTextFile(const QString& path, std::int64_t maxBytes = 512LL << 20);
 /// The same for bytes at hand.
 [[nodiscard]] QByteArray ToUtf8Text(const QByteArray& bytes);

@@ -7,8 +7,8 @@
 #include <variant>
 #include <vector>
 
-/// Messages of the bus "DSB": named fields, sequences of field sets, and the addressing of a request. Plain value types;
-/// thread-safe as const.
+/// Messages of the bus "DSB": named fields, sequences of field sets, and the addressing of a request. Plain value
+/// types; thread-safe as const.
 namespace holdwise {
 
 /// Exact decimal: value = mantissa x 10^-scale.
@@ -17,7 +17,8 @@ struct Decimal {
   int scale = 0;
   [[nodiscard]] double ToDouble() const noexcept;
   [[nodiscard]] bool IsZero() const noexcept { return mantissa == 0; }
-  /// Nearest decimal with that many digits after the point (0 to 9), half away from zero.
+  /// Nearest decimal with that many digits after the point (0 to 9), half away from zero. A value that is not finite or
+  /// does not fit: Error(Refused).
   [[nodiscard]] static Decimal FromDouble(double value, int scale);
   bool operator==(const Decimal&) const = default;
 };

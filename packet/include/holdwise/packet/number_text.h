@@ -9,8 +9,8 @@
 /// Numbers as texts, made and read in this one place. No locale anywhere. All functions are pure and thread-safe.
 namespace holdwise {
 
-/// Strict reading of a decimal number: optional sign, digits with an optional ".", optional exponent; at least one digit.
-/// No blanks, no thousands marks, no trailing characters, no "nan"/"inf"/hex; a value that overflows a double is
+/// Strict reading of a decimal number: optional sign, digits with an optional ".", optional exponent; at least one
+/// digit. No blanks, no thousands marks, no trailing characters, no "nan"/"inf"/hex; a value that overflows a double is
 /// refused. Empty text is refused.
 [[nodiscard]] std::optional<double> ParseReal(std::string_view text) noexcept;
 [[nodiscard]] std::optional<double> ParseReal(QStringView text) noexcept;

@@ -18,14 +18,15 @@ struct PacketLimits {
   int columns = 1024;
   int rows = 20'000'000;
   int nameBytes = 128;
-  int textBytes = 1 << 20;  ///< one text value
+  int textBytes = 1 << 20;                  ///< one text value
+  std::int64_t memoryBytes = 4096LL << 20;  ///< the values of a decoded set in memory
 };
 
 /// Serialises. Throws Error(Refused) when a limit is exceeded.
 [[nodiscard]] QByteArray EncodePacket(const ResultSet& resultSet, const PacketLimits& limits = {});
 
-/// Parses exactly one packet with nothing behind it. Damaged, truncated or hostile bytes: Error(Corrupt); above a limit:
-/// Error(Refused). Never returns a partly filled set.
+/// Parses exactly one packet with nothing behind it. Damaged, truncated or hostile bytes: Error(Corrupt); above a
+/// limit: Error(Refused). Never returns a partly filled set.
 [[nodiscard]] ResultSet DecodePacket(const QByteArray& bytes, const PacketLimits& limits = {});
 
 /// Stream form: the device is read to its end / written from its position. Device failure: Error(Io).

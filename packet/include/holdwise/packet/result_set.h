@@ -33,8 +33,8 @@ struct Value {
 /// Column names are matched without regard to ASCII case, as the database does.
 class ResultSet {
  public:
-  /// Adds a column; rows that already exist hold null there. A name that is empty or already used throws Error(Refused).
-  /// Returns the column's index.
+  /// Adds a column; rows that already exist hold null there. A name that is empty or already used throws
+  /// Error(Refused). Returns the column's index.
   int AddColumn(std::string_view name, ColumnType type);
 
   [[nodiscard]] int ColumnCount() const noexcept { return static_cast<int>(columns_.size()); }
@@ -85,6 +85,7 @@ class ResultSet {
     std::vector<std::string> texts;
     std::vector<bool> nulls;
   };
+  void CheckColumn(int column) const;
   void CheckCell(int row, int column) const;
   ColumnData& Typed(int row, int column, ColumnType type);
 
