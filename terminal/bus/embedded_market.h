@@ -18,7 +18,11 @@ class EmbeddedMarket final : public QObject {
   [[nodiscard]] InProcessBus& Bus() { return bus_; }
 
  private:
+  void TakeOverFile();
+  void FollowSimulation();
+
   MarketData& data_;
+  DebugServers& log_;
   InProcessBus bus_;
   QuotesWatcher watcher_;
 };

@@ -12,7 +12,7 @@ struct FetchResult {
   QByteArray content;
 };
 
-/// A fetch under way. Destroying it gives it up: its answer never comes.
+/// A fetch under way. Destroying it gives it up: its answer never comes. It may be destroyed inside its own answer.
 class Fetch {
  public:
   virtual ~Fetch() = default;

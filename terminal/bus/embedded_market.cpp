@@ -1,0 +1,49 @@
+#include "bus/embedded_market.h"
+
+#include <QRandomGenerator>
+
+namespace holdwise {
+namespace {
+
+constexpr int kPriceDecimals = 2;
+
+std::vector<Quote> ServiceQuotes(const MarketData& data) {
+  std::vector<Quote> quotes;
+  for (const CodedQuote& coded : data.Quotes()) {
+    quotes.push_back({coded.codeNumber, Decimal::FromDouble(coded.now.currentPrice, kPriceDecimals),
+                      Decimal::FromDouble(coded.now.previousClose, kPriceDecimals)});
+  }
+  return quotes;
+}
+
+std::optional<std::uint64_t> Seed(const MarketData& data) {
+  if (!data.IsSimulated()) return std::nullopt;
+  return QRandomGenerator::global()->generate64();
+}
+
+}  // namespace
+
+EmbeddedMarket::EmbeddedMarket(MarketData& data, DebugServers& log)
+    : data_(data), log_(log), bus_(ServiceQuotes(data), Seed(data)), watcher_(data, log) {
+  connect(&watcher_, &QuotesWatcher::Reloaded, this, &EmbeddedMarket::TakeOverFile);
+  connect(&bus_, &InProcessBus::PricesMoved, this, &EmbeddedMarket::FollowSimulation);
+}
+
+void EmbeddedMarket::TakeOverFile() {
+  try {
+    bus_.SetQuotes(ServiceQuotes(data_));
+  } catch (const Error& error) {
+    log_.WriteLog(QStringLiteral("报价服务没有接受新行情：%1").arg(QString::fromUtf8(error.what())));
+  }
+}
+
+void EmbeddedMarket::FollowSimulation() {
+  std::vector<CodedQuote> moved;
+  moved.reserve(bus_.Quotes().size());
+  for (const Quote& quote : bus_.Quotes()) {
+    moved.push_back({quote.codeNumber, {quote.price.ToDouble(), quote.previousClose.ToDouble()}});
+  }
+  data_.ApplyQuotes(moved);
+}
+
+}  // namespace holdwise

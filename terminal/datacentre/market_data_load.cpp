@@ -1,0 +1,251 @@
+#include <QDir>
+#include <QFile>
+#include <QSet>
+#include <algorithm>
+#include <limits>
+#include <unordered_map>
+
+#include "datacentre/code_numbers.h"
+#include "datacentre/market_data.h"
+#include "datacentre/table_reader.h"
+#include "holdwise/packet/csv.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kFormat = 1;
+
+/// The six digits as an integer, -1 when the text is anything else.
+int SixDigitCode(const std::string& text) {
+  if (text.size() != 6 || !std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+    return -1;
+  }
+  return std::stoi(text);
+}
+
+}  // namespace
+
+void MarketData::Load(const QString& folder) {
+  const QDir dir(folder);
+  folder_ = dir.absolutePath();
+  LoadMarket(dir.filePath(QStringLiteral("market.dat")));
+  LoadSecurities(dir.filePath(QStringLiteral("securities.dat")));
+  LoadTradingDates(dir.filePath(QStringLiteral("trading_dates.dat")));
+  stockQuotes_.assign(securities_.size(), NowData{});
+  const std::vector<CodedQuote> quotes = ReadQuotes(dir.filePath(QStringLiteral("quotes.dat")));
+  ApplyQuotes(quotes);
+  const QString accounts = dir.filePath(QStringLiteral("accounts.dat"));
+  if (QFile::exists(accounts)) LoadAccounts(accounts);
+  const QString groups = dir.filePath(QStringLiteral("groups.dat"));
+  if (QFile::exists(groups)) LoadGroups(groups);
+}
+
+void MarketData::LoadMarket(const QString& path) {
+  const TableReader file(path);
+  const int date = file.Column("current_date", ColumnType::Integer);
+  const int simulated = file.Column("simulated", ColumnType::Integer);
+  const int format = file.Column("format", ColumnType::Integer);
+  if (file.RowCount() != 1) file.Refuse(1, QStringLiteral("只应有一行数据"));
+  if (file.IntegerAt(0, format) != kFormat) {
+    file.Refuse(0, QStringLiteral("格式版本%1不受支持，需要版本%2").arg(file.IntegerAt(0, format)).arg(kFormat));
+  }
+  currentDate_ = file.IntegerAt(0, date);
+  if (!IsDateNumber(currentDate_)) file.Refuse(0, QStringLiteral("日期%1无效").arg(currentDate_));
+  const int flag = file.IntegerAt(0, simulated);
+  if (flag != 0 && flag != 1) file.Refuse(0, QStringLiteral("模拟标志%1应为0或1").arg(flag));
+  simulated_ = flag == 1;
+}
+
+void MarketData::LoadSecurities(const QString& path) {
+  const TableReader file(path);
+  const int code = file.Column("code", ColumnType::Text);
+  const int name = file.Column("name", ColumnType::Text);
+  const int industry = file.Column("industry", ColumnType::Text, true);
+  const int market = file.Column("market", ColumnType::Integer);
+  const int listDate = file.Column("list_date", ColumnType::Integer, true);
+  const int aShare = file.Column("a_share", ColumnType::Integer);
+
+  securities_.clear();
+  securities_.reserve(static_cast<std::size_t>(file.RowCount()));
+  texts_.clear();
+  std::unordered_map<std::string, std::uint32_t> industries;  // a hundred or so industries serve all securities
+  for (int row = 0; row < file.RowCount(); ++row) {
+    const std::string codeText = file.Table().Utf8At(row, code);
+    const int digits = SixDigitCode(codeText);
+    if (digits < 0) {
+      file.Refuse(row, QStringLiteral("证券代码“%1”不是六位数字").arg(QString::fromStdString(codeText)));
+    }
+    if (IsIndexNumber(digits) && digits != kCompositeIndex) {
+      file.Refuse(row, QStringLiteral("证券代码%1是指数代码").arg(QString::fromStdString(codeText)));
+    }
+    const std::string nameText = file.Table().Utf8At(row, name);
+    const std::string industryText = file.Table().Utf8At(row, industry);
+    if (nameText.empty()) file.Refuse(row, QStringLiteral("证券名称为空"));
+    if (std::max(nameText.size(), industryText.size()) > std::numeric_limits<std::uint16_t>::max()) {
+      file.Refuse(row, QStringLiteral("证券名称或行业过长"));
+    }
+    const int marketType = file.IntegerAt(row, market);
+    if (marketType != 1 && marketType != 2) file.Refuse(row, QStringLiteral("市场%1应为1或2").arg(marketType));
+    const int flag = file.IntegerAt(row, aShare);
+    if (flag != 0 && flag != 1) file.Refuse(row, QStringLiteral("A股标志%1应为0或1").arg(flag));
+    if (!file.Table().IsNull(row, listDate) && !IsDateNumber(file.IntegerAt(row, listDate))) {
+      file.Refuse(row, QStringLiteral("上市日期%1无效").arg(file.IntegerAt(row, listDate)));
+    }
+    Security security;
+    security.codeNumber = kStockBase + digits;
+    security.market = static_cast<std::uint8_t>(marketType);
+    security.aShare = flag == 1;
+    security.nameOffset = static_cast<std::uint32_t>(texts_.size());
+    security.nameBytes = static_cast<std::uint16_t>(nameText.size());
+    texts_ += nameText;
+    const auto [known, isNew] = industries.try_emplace(industryText, static_cast<std::uint32_t>(texts_.size()));
+    if (isNew) texts_ += industryText;
+    security.industryOffset = known->second;
+    security.industryBytes = static_cast<std::uint16_t>(industryText.size());
+    securities_.push_back(security);
+  }
+  texts_.shrink_to_fit();
+  std::sort(securities_.begin(), securities_.end(),
+            [](const Security& a, const Security& b) { return a.codeNumber < b.codeNumber; });
+  const auto twice =
+      std::adjacent_find(securities_.begin(), securities_.end(),
+                         [](const Security& a, const Security& b) { return a.codeNumber == b.codeNumber; });
+  if (twice != securities_.end()) {
+    const std::string codeText = std::to_string(twice->codeNumber).substr(1);
+    int row = file.RowCount() - 1;  // the second of the two
+    while (file.Table().Utf8At(row, code) != codeText) --row;
+    file.Refuse(row, QStringLiteral("证券代码%1重复").arg(QString::fromStdString(codeText)));
+  }
+}
+
+void MarketData::LoadTradingDates(const QString& path) {
+  const TableReader file(path);
+  const int date = file.Column("date", ColumnType::Integer);
+  tradingDates_.clear();
+  int previous = 0;
+  for (int row = 0; row < file.RowCount(); ++row) {
+    const int value = file.IntegerAt(row, date);
+    if (!IsDateNumber(value)) file.Refuse(row, QStringLiteral("交易日%1无效").arg(value));
+    if (value <= previous) file.Refuse(row, QStringLiteral("交易日%1没有按先后顺序排列").arg(value));
+    previous = value;
+    if (value <= currentDate_) tradingDates_.push_back(value);
+  }
+  if (tradingDates_.empty()) file.Refuse(0, QStringLiteral("没有不晚于当前日期%1的交易日").arg(currentDate_));
+  std::reverse(tradingDates_.begin(), tradingDates_.end());
+  tradingDates_.shrink_to_fit();
+}
+
+std::vector<CodedQuote> MarketData::ReadQuotes(const QString& path) const {
+  const TableReader file(path);
+  const int code = file.Column("code_number", ColumnType::Integer);
+  const int price = file.Column("price", ColumnType::Real);
+  const int previousClose = file.Column("prev_close", ColumnType::Real);
+  std::vector<CodedQuote> quotes;
+  quotes.reserve(static_cast<std::size_t>(file.RowCount()));
+  QSet<int> seen;
+  seen.reserve(file.RowCount());
+  int skipped = 0;
+  for (int row = 0; row < file.RowCount(); ++row) {
+    const CodedQuote quote{file.IntegerAt(row, code), {file.FiniteAt(row, price), file.FiniteAt(row, previousClose)}};
+    if (seen.contains(quote.codeNumber)) file.Refuse(row, QStringLiteral("代码%1重复").arg(quote.codeNumber));
+    seen.insert(quote.codeNumber);
+    if (quote.now.currentPrice <= 0) file.Refuse(row, QStringLiteral("代码%1的价格不大于零").arg(quote.codeNumber));
+    if (quote.now.previousClose < 0) file.Refuse(row, QStringLiteral("代码%1的昨收价为负").arg(quote.codeNumber));
+    if (IsIndexNumber(quote.codeNumber) || IndexOfSecurity(quote.codeNumber) >= 0) {
+      quotes.push_back(quote);
+    } else {
+      ++skipped;
+    }
+  }
+  LogSkipped(path, skipped);
+  return quotes;
+}
+
+void MarketData::LoadAccounts(const QString& path) {
+  const TableReader file(path, true);
+  const int code = file.Column("code_number", ColumnType::Integer);
+  const int eps = file.Column("eps", ColumnType::Real);
+  const int netAsset = file.Column("net_asset_per_share", ColumnType::Real);
+  const int shares = file.Column("total_shares", ColumnType::Real);
+  accounts_.clear();
+  int skipped = 0;
+  for (int row = 0; row < file.RowCount(); ++row) {
+    const Account account{file.IntegerAt(row, code),
+                          {file.FiniteAt(row, eps), file.FiniteAt(row, netAsset), file.FiniteAt(row, shares)}};
+    if (account.info.totalShares < 0) file.Refuse(row, QStringLiteral("代码%1的总股本为负").arg(account.codeNumber));
+    if (IndexOfSecurity(account.codeNumber) >= 0) {
+      accounts_.push_back(account);
+    } else {
+      ++skipped;
+    }
+  }
+  LogSkipped(path, skipped);
+  std::sort(accounts_.begin(), accounts_.end(),
+            [](const Account& a, const Account& b) { return a.codeNumber < b.codeNumber; });
+  const auto twice = std::adjacent_find(accounts_.begin(), accounts_.end(), [](const Account& a, const Account& b) {
+    return a.codeNumber == b.codeNumber;
+  });
+  if (twice == accounts_.end()) return;
+  int row = file.RowCount() - 1;
+  while (file.IntegerAt(row, code) != twice->codeNumber) --row;
+  file.Refuse(row, QStringLiteral("代码%1重复").arg(twice->codeNumber));
+}
+
+void MarketData::LoadGroups(const QString& path) {
+  const TableReader file(path, true);
+  const int name = file.Column("name", ColumnType::Text);
+  const int code = file.Column("code_number", ColumnType::Integer);
+  std::map<QString, std::vector<int>> groups;
+  int skipped = 0;
+  for (int row = 0; row < file.RowCount(); ++row) {
+    const QString groupName = file.Table().TextAt(row, name);
+    const int codeNumber = file.IntegerAt(row, code);
+    if (groupName.isEmpty()) file.Refuse(row, QStringLiteral("分组名称为空"));
+    if (IndexOfSecurity(codeNumber) < 0) {
+      ++skipped;
+      continue;
+    }
+    std::vector<int>& members = groups[groupName];
+    if (std::find(members.begin(), members.end(), codeNumber) != members.end()) {
+      file.Refuse(row, QStringLiteral("分组“%1”中代码%2重复").arg(groupName).arg(codeNumber));
+    }
+    members.push_back(codeNumber);
+  }
+  LogSkipped(path, skipped);
+  const std::unique_lock lock(mutex_);
+  groups_ = std::move(groups);
+}
+
+void MarketData::LoadOptionalStocks(const QString& path) {
+  if (!QFile::exists(path)) return;
+  const QString text = QString::fromUtf8(ReadTextFile(path));
+  std::vector<int> members;
+  int line = 0;
+  for (const QString& raw : text.split(QLatin1Char('\n'))) {
+    ++line;
+    const QString code = raw.trimmed();
+    if (code.isEmpty()) continue;
+    const auto refuse = [&](const QString& reason) {
+      const QString where = QStringLiteral("自选股文件“%1”第%2行：").arg(QDir::toNativeSeparators(path)).arg(line);
+      throw Error(ErrorCategory::Refused, (where + reason).toStdString());
+    };
+    const int digits = SixDigitCode(code.toStdString());
+    if (digits < 0) refuse(QStringLiteral("“%1”不是六位股票代码").arg(code));
+    const int codeNumber = kStockBase + digits;
+    if (IndexOfSecurity(codeNumber) < 0) refuse(QStringLiteral("没有代码为%1的股票").arg(code));
+    if (std::find(members.begin(), members.end(), codeNumber) != members.end()) {
+      refuse(QStringLiteral("代码%1重复").arg(code));
+    }
+    members.push_back(codeNumber);
+  }
+  const std::unique_lock lock(mutex_);
+  groups_[QString::fromLatin1(kOptionalStockGroup)] = std::move(members);
+}
+
+void MarketData::LogSkipped(const QString& path, int rows) const {
+  if (rows == 0) return;
+  log_.WriteLog(
+      QStringLiteral("行情数据文件“%1”：跳过%2行，其证券不在证券表中").arg(QDir::toNativeSeparators(path)).arg(rows));
+}
+
+}  // namespace holdwise

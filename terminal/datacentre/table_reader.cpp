@@ -1,0 +1,84 @@
+#include "datacentre/table_reader.h"
+
+#include <QDate>
+#include <QDir>
+#include <cmath>
+#include <limits>
+
+#include "holdwise/packet/packet_file.h"
+
+namespace holdwise {
+namespace {
+
+QString Says(ErrorCategory category) {
+  switch (category) {
+    case ErrorCategory::NotFound:
+      return QStringLiteral("文件不存在");
+    case ErrorCategory::Io:
+      return QStringLiteral("文件无法读取");
+    case ErrorCategory::Refused:
+      return QStringLiteral("文件超出限制");
+    default:
+      return QStringLiteral("文件已损坏");
+  }
+}
+
+[[noreturn]] void Fail(ErrorCategory category, const QString& path, const QString& text) {
+  throw Error(category, QStringLiteral("行情数据文件“%1”：%2").arg(QDir::toNativeSeparators(path), text).toStdString());
+}
+
+ResultSet ReadTable(const QString& path) {
+  try {
+    return ReadPacketFile(path);
+  } catch (const Error& error) {
+    Fail(error.Category(), path,
+         Says(error.Category()) + QStringLiteral("（%1）").arg(QString::fromUtf8(error.what())));
+  }
+}
+
+}  // namespace
+
+TableReader::TableReader(const QString& path, bool mayBeEmpty) : path_(path), table_(ReadTable(path)) {
+  if (table_.IsEmpty() && !mayBeEmpty) Fail(ErrorCategory::Corrupt, path_, QStringLiteral("文件没有数据行"));
+}
+
+int TableReader::Column(const char* name, ColumnType type, bool mayBeNull) const {
+  const int column = table_.FindColumn(name);
+  if (column < 0) Fail(ErrorCategory::Corrupt, path_, QStringLiteral("缺少列“%1”").arg(QLatin1String(name)));
+  if (table_.TypeOf(column) != type) {
+    Fail(ErrorCategory::Corrupt, path_, QStringLiteral("列“%1”的类型不对").arg(QLatin1String(name)));
+  }
+  if (mayBeNull) return column;
+  for (int row = 0; row < table_.RowCount(); ++row) {
+    if (table_.IsNull(row, column)) {
+      Fail(ErrorCategory::Corrupt, path_, QStringLiteral("第%1行的列“%2”为空").arg(row + 1).arg(QLatin1String(name)));
+    }
+  }
+  return column;
+}
+
+int TableReader::IntegerAt(int row, int column) const {
+  const std::int64_t value = table_.Integers(column)[static_cast<std::size_t>(row)];
+  if (value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max()) {
+    Refuse(row, QStringLiteral("数值%1超出范围").arg(value));
+  }
+  return static_cast<int>(value);
+}
+
+double TableReader::FiniteAt(int row, int column) const {
+  const double value = table_.Reals(column)[static_cast<std::size_t>(row)];
+  if (!std::isfinite(value)) Refuse(row, QStringLiteral("不是有效的数值"));
+  return value;
+}
+
+void TableReader::Refuse(int row, const QString& reason) const {
+  Fail(ErrorCategory::Refused, path_, QStringLiteral("第%1行：%2").arg(row + 1).arg(reason));
+}
+
+bool IsDateNumber(std::int64_t date) {
+  if (date < 19000101 || date > 21991231) return false;
+  const int number = static_cast<int>(date);
+  return QDate::isValid(number / 10000, number / 100 % 100, number % 100);
+}
+
+}  // namespace holdwise

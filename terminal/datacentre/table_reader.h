@@ -1,0 +1,35 @@
+#pragma once
+#include <QString>
+#include <cstdint>
+#include <vector>
+
+#include "holdwise/packet/result_set.h"
+
+namespace holdwise {
+
+/// One packet file of the data folder with the errors its reader reports: every text names the file. Rows count from 1
+/// in texts.
+class TableReader {
+ public:
+  /// Reads the file. NotFound, Io, Corrupt or Refused as the packet reader finds it; Corrupt when it has no rows and
+  /// `mayBeEmpty` is false.
+  explicit TableReader(const QString& path, bool mayBeEmpty = false);
+
+  [[nodiscard]] int RowCount() const { return table_.RowCount(); }
+  /// Index of a column of that type whose rows all hold a value (unless `mayBeNull`); else Error(Corrupt).
+  [[nodiscard]] int Column(const char* name, ColumnType type, bool mayBeNull = false) const;
+  [[nodiscard]] const ResultSet& Table() const { return table_; }
+  [[nodiscard]] int IntegerAt(int row, int column) const;
+  [[nodiscard]] double FiniteAt(int row, int column) const;
+  /// Throws Error(Refused) about a row.
+  [[noreturn]] void Refuse(int row, const QString& reason) const;
+
+ private:
+  QString path_;
+  ResultSet table_;
+};
+
+/// A calendar date as YYYYMMDD between 1900 and 2199?
+[[nodiscard]] bool IsDateNumber(std::int64_t date);
+
+}  // namespace holdwise
