@@ -5,12 +5,15 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QToolTip>
 #include <algorithm>
 #include <utility>
 
+#include "common/event_guard.h"
+#include "common/frame_parts.h"
 #include "common/grid/cell_geometry.h"
 #include "common/grid/grid_model.h"
 
@@ -38,7 +41,10 @@ class GridDelegate : public QStyledItemDelegate {
 
 }  // namespace
 
-TStringGrid::TStringGrid(QWidget* parent) : QTableView(parent), model_(new GridModel(this)) {
+TStringGrid::TStringGrid(QString unit, const QString& name, QWidget* parent)
+    : QTableView(parent), unit_(std::move(unit)), model_(new GridModel(this)) {
+  setObjectName(name);
+  setFont(DesignFont());
   setModel(model_);
   setItemDelegate(new GridDelegate(*this));
   horizontalHeader()->hide();
@@ -206,31 +212,41 @@ GridText TStringGrid::ToGridText() const {
   return text;
 }
 
+void TStringGrid::Guarded(const std::function<void()>& body) const {
+  GuardEvent(unit_, objectName(), body);
+}
+
 void TStringGrid::mousePressEvent(QMouseEvent* event) {
-  const GridCell cell = MouseToCell(event->pos());
-  const auto button = event->button();
-  const auto modifiers = event->modifiers();
-  const QPoint position = event->pos();
   event->accept();
-  if (button == Qt::LeftButton && !cell.IsNone()) SelectCell(cell.column, cell.row);
-  Q_EMIT MouseDown(button, modifiers, position);
+  Guarded([this, button = event->button(), modifiers = event->modifiers(), position = event->pos()] {
+    const GridCell cell = MouseToCell(position);
+    if (button == Qt::LeftButton && !cell.IsNone()) SelectCell(cell.column, cell.row);
+    if (OnMouseDown) OnMouseDown(button, modifiers, position);
+  });
 }
 
 void TStringGrid::mouseMoveEvent(QMouseEvent* event) {
   event->accept();
-  Q_EMIT MouseMove(event->pos());
+  Guarded([this, event] {
+    if (OnMouseMove) OnMouseMove(event->pos());
+  });
 }
 
 void TStringGrid::mouseReleaseEvent(QMouseEvent* event) {
   event->accept();
-  Q_EMIT MouseUp(event->pos());
+  Guarded([this, event] {
+    if (OnMouseUp) OnMouseUp(event->pos());
+  });
 }
 
 void TStringGrid::mouseDoubleClickEvent(QMouseEvent* event) {
-  // The second press of a double click is a press as well.
+  const QPointer<TStringGrid> alive(this);
   const QPoint position = event->pos();
   mousePressEvent(event);
-  Q_EMIT DoubleClick(position);
+  if (alive.isNull()) return;
+  Guarded([this, position] {
+    if (OnDoubleClick) OnDoubleClick(position);
+  });
 }
 
 int TStringGrid::RowForKey(int key) const {
@@ -254,21 +270,22 @@ int TStringGrid::RowForKey(int key) const {
 }
 
 void TStringGrid::keyPressEvent(QKeyEvent* event) {
-  const int key = event->key();
-  const auto modifiers = event->modifiers();
-  const int row = RowForKey(key);
+  const int row = RowForKey(event->key());
   // Keys the grid has no use for go on to the host.
   event->setAccepted(row >= 0);
-  if (row >= 0 && row != Row()) SelectCell(std::max(currentIndex().column(), 0), row);
-  Q_EMIT KeyDown(key, modifiers);
+  Guarded([this, row, key = event->key(), modifiers = event->modifiers()] {
+    if (row >= 0 && row != Row()) SelectCell(std::max(currentIndex().column(), 0), row);
+    if (OnKeyDown) OnKeyDown(key, modifiers);
+  });
 }
 
 void TStringGrid::resizeEvent(QResizeEvent* event) {
   QTableView::resizeEvent(event);
   emptyText_->setGeometry(viewport()->rect());
-  if (ClientWidth() == lastClientWidth_) return;
-  lastClientWidth_ = ClientWidth();
-  Q_EMIT ClientWidthChanged(lastClientWidth_);
+  if (std::exchange(lastClientWidth_, ClientWidth()) == ClientWidth()) return;
+  Guarded([this] {
+    if (OnClientWidthChanged) OnClientWidthChanged(ClientWidth());
+  });
 }
 
 GridBatch::GridBatch(TStringGrid& grid) : model_(grid.Model()) {

@@ -24,11 +24,12 @@ struct GridCell {
 /// scroll bar only. There is always at least one row; the grid counts as empty while its cell (0, 0) is empty, and then
 /// draws nothing. User-interface thread only.
 class TStringGrid : public QTableView {
-  Q_OBJECT
  public:
   static constexpr int kDefaultRowHeight = 26;  ///< pixels
 
-  explicit TStringGrid(QWidget* parent = nullptr);
+  /// `unit` and `name` tell the grid in the debug log; the name is also its objectName and its name in ToGridText. What
+  /// the hooks below throw while the grid handles an event goes to the debug log.
+  TStringGrid(QString unit, const QString& name, QWidget* parent = nullptr);
   ~TStringGrid() override;
 
   [[nodiscard]] int ColCount() const;
@@ -87,19 +88,20 @@ class TStringGrid : public QTableView {
   /// Shows a text at the mouse pointer; the empty text takes a shown one away.
   void ShowHint(const QString& text);
 
-  /// All texts with the titles; no rows while the grid is empty. The grid's objectName is the name.
+  /// All texts with the titles; no rows while the grid is empty.
   [[nodiscard]] GridText ToGridText() const;
   [[nodiscard]] GridModel& Model() const { return *model_; }
 
- Q_SIGNALS:
-  /// Mouse events in viewport pixels; MouseDown comes after the row under the mouse has become current.
-  void MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& position);
-  void MouseMove(const QPoint& position);
-  void MouseUp(const QPoint& position);
-  void DoubleClick(const QPoint& position);
-  void KeyDown(int key, Qt::KeyboardModifiers modifiers);
+  /// Mouse events, positions in viewport pixels. OnMouseDown comes after the row under the mouse has become current; a
+  /// double click is two presses and then OnDoubleClick.
+  std::function<void(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& position)> OnMouseDown;
+  std::function<void(const QPoint& position)> OnMouseMove;
+  std::function<void(const QPoint& position)> OnMouseUp;
+  std::function<void(const QPoint& position)> OnDoubleClick;
+  /// A key, after the grid has moved its row for the keys that do so.
+  std::function<void(int key, Qt::KeyboardModifiers modifiers)> OnKeyDown;
   /// The cell area became wider or narrower.
-  void ClientWidthChanged(int width);
+  std::function<void(int width)> OnClientWidthChanged;
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;
@@ -111,8 +113,10 @@ class TStringGrid : public QTableView {
 
  private:
   void UpdateEmptyText();
+  void Guarded(const std::function<void()>& body) const;
   [[nodiscard]] int RowForKey(int key) const;
 
+  QString unit_;
   GridModel* model_;
   QLabel* emptyText_;
   GridColors colors_;

@@ -1,0 +1,97 @@
+#include "common/frame_parts.h"
+
+#include <algorithm>
+
+#include "common/grid/cell_geometry.h"
+#include "common/grid/string_grid.h"
+#include "common/host_access.h"
+
+namespace holdwise {
+
+QFont DesignFont(int pixels, bool bold) {
+  QFont font;
+  font.setFamilies({QStringLiteral("宋体"), QStringLiteral("SimSun"), QStringLiteral("Noto Sans CJK SC")});
+  font.setPixelSize(pixels);
+  font.setBold(bold);
+  return font;
+}
+
+void SetPanelColor(QWidget& panel, const QColor& color) {
+  QPalette palette = panel.palette();
+  palette.setColor(QPalette::Window, color);
+  panel.setPalette(palette);
+  panel.setAutoFillBackground(true);
+}
+
+void SetTextColor(QWidget& label, const QColor& color) {
+  QPalette palette = label.palette();
+  palette.setColor(QPalette::WindowText, color);
+  label.setPalette(palette);
+}
+
+PictureStrip::PictureStrip(int height, QWidget* parent) : QWidget(parent), picture_(new QLabel(this)) {
+  setFixedHeight(height);
+  picture_->setScaledContents(true);
+  picture_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+  picture_->setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void PictureStrip::ApplyPicture(const QString& key) {
+  ModuleHost().ColorTheme().Colors().AssignPicture(key, *picture_);
+}
+
+void PictureStrip::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  picture_->setGeometry(rect());
+}
+
+HeaderStrip::HeaderStrip(const TStringGrid& grid, QWidget* parent) : PictureStrip(kHeight, parent), grid_(grid) {
+  for (const QString& title : grid.Titles()) {
+    auto* label = new QLabel(title, this);
+    label->setFont(DesignFont());
+    labels_.push_back(label);
+  }
+}
+
+void HeaderStrip::ApplyTheme(const QColor& text, const QString& pictureKey) {
+  for (QLabel* label : labels_) SetTextColor(*label, text);
+  ApplyPicture(pictureKey);
+}
+
+void HeaderStrip::FollowColumns() {
+  int left = 0;
+  for (int column = 0; column < static_cast<int>(labels_.size()); ++column) {
+    QLabel& label = *labels_[static_cast<size_t>(column)];
+    const int width = grid_.ColWidth(column);
+    const bool isLeft = grid_.ColumnAlignment(column) == Qt::AlignLeft;
+    label.setAlignment((isLeft ? Qt::AlignLeft : Qt::AlignHCenter) | Qt::AlignVCenter);
+    label.setIndent(isLeft ? kTextInset : 0);
+    label.setGeometry(left, 0, width, height());
+    // A title that its column is too narrow for is still readable under the mouse.
+    label.setToolTip(label.sizeHint().width() > width ? label.text() : QString());
+    left += width;
+  }
+}
+
+TitleStrip::TitleStrip(const QString& caption, const QFont& font, QPoint place, QWidget* parent)
+    : PictureStrip(kHeight, parent), place_(place), caption_(new QLabel(caption, this)) {
+  caption_->setFont(font);
+  PlaceCaption();
+}
+
+void TitleStrip::SetCaption(const QString& caption) {
+  caption_->setText(caption);
+  PlaceCaption();
+}
+
+void TitleStrip::resizeEvent(QResizeEvent* event) {
+  PictureStrip::resizeEvent(event);
+  PlaceCaption();
+}
+
+void TitleStrip::PlaceCaption() {
+  const QSize wanted = caption_->sizeHint();
+  caption_->setGeometry(place_.x(), place_.y(), std::min(wanted.width(), width() - place_.x()), wanted.height());
+}
+
+}  // namespace holdwise

@@ -1,0 +1,60 @@
+#include "common/view_frame.h"
+
+#include <QCoreApplication>
+
+#include "common/event_guard.h"
+#include "common/grid/string_grid.h"
+
+namespace holdwise {
+
+void SendFrameMessage(QWidget& frame, FrameMessage message) {
+  FrameEvent event(message);
+  QCoreApplication::sendEvent(&frame, &event);
+  if (event.failure) std::rethrow_exception(event.failure);
+}
+
+bool TViewFrame::SelectPortfolio(const QString& /*portfolioId*/) {
+  return false;
+}
+
+bool TViewFrame::event(QEvent* event) {
+  auto* message = dynamic_cast<FrameEvent*>(event);
+  if (message == nullptr) return QWidget::event(event);
+  try {
+    switch (static_cast<FrameMessage>(event->type())) {
+      case FrameMessage::Init:
+        DoInit_();
+        return true;
+      case FrameMessage::ChangeSkin:
+        msg_changeskin();
+        return true;
+      case FrameMessage::ReflashNowPrice:
+        ReflashNowPrice();
+        return true;
+      case FrameMessage::Hidden:
+        return false;
+    }
+  } catch (...) {
+    message->failure = std::current_exception();
+  }
+  return true;
+}
+
+void TViewFrame::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  GuardEvent(UnitName(), QStringLiteral("FrameResize"), [this] { FrameResize(); });
+}
+
+QStringList PortfolioIds(const TStringGrid& grid, int keyColumn) {
+  QStringList ids;
+  if (grid.IsEmpty()) return ids;
+  for (int row = 0; row < grid.RowCount(); ++row) ids << grid.Cells(keyColumn, row);
+  return ids;
+}
+
+bool SelectPortfolioRow(TStringGrid& grid, int keyColumn, const QString& portfolioId) {
+  const auto row = PortfolioIds(grid, keyColumn).indexOf(portfolioId);
+  return row >= 0 && grid.SelectCell(0, static_cast<int>(row));
+}
+
+}  // namespace holdwise
