@@ -1,1 +1,115 @@
+#include <algorithm>
+#include <cstring>
 
+#include "holdwise/packet/csv.h"
+#include "holdwise/packet/error.h"
+
+namespace holdwise {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+bool IsBlank(char c) noexcept {
+  return c == ' ' || c == '\t';
+}
+
+std::string_view Trimmed(std::string_view text) noexcept {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+bool Contains(std::string_view text, char c) noexcept {
+  return !text.empty() && std::memchr(text.data(), c, text.size()) != nullptr;
+}
+
+[[noreturn]] void Corrupt(std::int64_t line, const char* what) {
+  throw Error(ErrorCategory::Corrupt, "第 " + std::to_string(line) + " 行：" + what);
+}
+
+}  // namespace
+
+CsvReader::CsvReader(std::string_view utf8, BlankLines blankLines) : rest_(utf8), blankLines_(blankLines) {
+  if (rest_.starts_with(kByteOrderMark)) rest_.remove_prefix(kByteOrderMark.size());
+}
+
+bool CsvReader::Next() {
+  fields_.clear();
+  quoted_.clear();
+  while (!rest_.empty()) {
+    line_ = nextLine_;
+    std::string_view line = rest_.substr(0, rest_.find('\n'));
+    if (Contains(line, '"')) {
+      SplitQuoted();
+      return true;
+    }
+    rest_.remove_prefix(std::min(line.size() + 1, rest_.size()));
+    ++nextLine_;
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    if (blankLines_ == BlankLines::Skip && Trimmed(line).empty()) continue;
+    SplitPlain(line);
+    return true;
+  }
+  return false;
+}
+
+void CsvReader::SplitPlain(std::string_view line) {
+  for (std::size_t comma = line.find(','); comma != std::string_view::npos; comma = line.find(',')) {
+    fields_.push_back(Trimmed(line.substr(0, comma)));
+    line.remove_prefix(comma + 1);
+  }
+  fields_.push_back(Trimmed(line));
+}
+
+void CsvReader::SplitQuoted() {
+  unquoted_.clear();
+  for (;;) {
+    const std::size_t start = rest_.find_first_not_of(" \t");
+    const bool quoted = start != std::string_view::npos && rest_[start] == '"';
+    if (quoted) {
+      rest_.remove_prefix(start + 1);
+      fields_.push_back(TakeQuoted());
+      rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t"), rest_.size()));
+    } else {
+      std::string_view field = rest_.substr(0, rest_.find_first_of(",\n"));
+      rest_.remove_prefix(field.size());
+      if (!rest_.starts_with(',') && field.ends_with('\r')) field.remove_suffix(1);
+      fields_.push_back(Trimmed(field));
+    }
+    quoted_.push_back(quoted);
+    if (!rest_.starts_with(',')) return EndLine();
+    rest_.remove_prefix(1);
+  }
+}
+
+/// From behind the opening quote to behind the closing one.
+std::string_view CsvReader::TakeQuoted() {
+  std::string_view field;
+  bool doubled = false;
+  for (std::size_t from = 0;;) {
+    const std::size_t quote = rest_.find('"', from);
+    if (quote == std::string_view::npos) Corrupt(line_, "引号没有结束");
+    field = rest_.substr(0, quote);
+    if (quote + 1 >= rest_.size() || rest_[quote + 1] != '"') break;
+    doubled = true;
+    from = quote + 2;
+  }
+  rest_.remove_prefix(field.size() + 1);
+  nextLine_ += std::count(field.begin(), field.end(), '\n');
+  if (!doubled) return field;
+  std::string& text = unquoted_.emplace_back();
+  for (std::size_t i = 0; i < field.size(); ++i) {
+    text.push_back(field[i]);
+    if (field[i] == '"') ++i;
+  }
+  return text;
+}
+
+void CsvReader::EndLine() {
+  if (rest_.starts_with('\r')) rest_.remove_prefix(1);
+  if (!rest_.empty() && rest_.front() != '\n') Corrupt(line_, "引号之后有多余的字符");
+  if (!rest_.empty()) rest_.remove_prefix(1);
+  ++nextLine_;
+}
+
+}  // namespace holdwise

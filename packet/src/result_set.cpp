@@ -1,18 +1,14 @@
 #include "holdwise/packet/result_set.h"
 
-#include <QDate>
 #include <QUtf8StringView>
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
+#include "date_time_text.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise {
 namespace {
-
-constexpr std::int64_t kDayMilliseconds = 86'400'000;
-constexpr std::int64_t kEpochJulianDay = 2'440'588;
 
 char LowerAscii(char c) noexcept {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -33,27 +29,6 @@ bool IsUtf8(std::string_view text) noexcept {
 
 std::string Place(const std::string& columnName, int row) {
   return "“" + columnName + "”列第 " + std::to_string(row + 1) + " 行";
-}
-
-std::string DateTimeUtf8(std::int64_t milliseconds) {
-  std::int64_t days = milliseconds / kDayMilliseconds;
-  std::int64_t inDay = milliseconds % kDayMilliseconds;
-  if (inDay < 0) {
-    inDay += kDayMilliseconds;
-    --days;
-  }
-  int year = 0;
-  int month = 0;
-  int day = 0;
-  QDate::fromJulianDay(days + kEpochJulianDay).getDate(&year, &month, &day);
-  char text[64];
-  int length = std::snprintf(text, sizeof text, "%04d-%02d-%02d", year, month, day);
-  if (inDay != 0) {
-    const auto seconds = static_cast<int>(inDay / 1000);
-    length += std::snprintf(text + length, sizeof text - static_cast<std::size_t>(length), " %02d:%02d:%02d",
-                            seconds / 3600, seconds / 60 % 60, seconds % 60);
-  }
-  return {text, static_cast<std::size_t>(length)};
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
 #pragma once
 #include <QByteArray>
-#include <QIODevice>
 #include <QString>
 #include <cstdint>
+#include <deque>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -19,31 +20,50 @@ namespace holdwise {
 /// The same for bytes at hand.
 [[nodiscard]] QByteArray ToUtf8Text(const QByteArray& bytes);
 
-/// Walks the records of a UTF-8 text without copying plain fields. Blank lines are skipped. The text must outlive it.
+/// What happens to a line with nothing but blanks.
+enum class BlankLines {
+  Skip,
+  Keep,  ///< a record of one empty field
+};
+
+/// Walks the records of a UTF-8 text without copying plain fields. The text must outlive it.
 class CsvReader {
  public:
-  explicit CsvReader(std::string_view utf8);
-  /// Moves to the next record; false at the end. An unclosed quote: Error(Corrupt) with the line number.
+  explicit CsvReader(std::string_view utf8, BlankLines blankLines = BlankLines::Skip);
+  /// Moves to the next record; false at the end. An unclosed quote, or characters between a closing quote and the next
+  /// comma: Error(Corrupt) with the line number.
   bool Next();
-  /// Fields of the current record, blanks at both ends removed from unquoted fields. Valid until the next Next().
+  /// Fields of the current record, blanks (space, tab) at both ends removed from unquoted fields. Valid until the next
+  /// Next().
   [[nodiscard]] const std::vector<std::string_view>& Fields() const noexcept { return fields_; }
+  /// Whether the field was written in quotes: tells an empty text from nothing.
+  [[nodiscard]] bool IsQuoted(std::size_t field) const { return field < quoted_.size() && quoted_[field]; }
   /// 1-based number of the line on which the current record begins.
   [[nodiscard]] std::int64_t Line() const noexcept { return line_; }
 
  private:
+  void SplitPlain(std::string_view line);
+  void SplitQuoted();
+  std::string_view TakeQuoted();
+  void EndLine();
+
   std::string_view rest_;
+  BlankLines blankLines_;
   std::int64_t nextLine_ = 1;
   std::int64_t line_ = 0;
   std::vector<std::string_view> fields_;
-  std::vector<std::string> unquoted_;
+  std::vector<bool> quoted_;
+  /// Fields with doubled quotes, undoubled; a deque because views into it must survive its growth.
+  std::deque<std::string> unquoted_;
 };
 
-/// One field as CSV (quoted when needed).
+/// One field as CSV: in quotes when it is empty, begins or ends with a blank, or holds a comma, a quote or a line end.
 [[nodiscard]] QString CsvField(const QString& text);
 
 /// A result set as CSV: heading row of "name:type" (type one of integer, real, text, datetime), null as an empty
-/// unquoted field, an empty text as "". FromCsv reads exactly that back; a bad heading or value is Error(Refused) with
-/// line and column.
+/// unquoted field, an empty text as "", a datetime as "YYYY-MM-DD", "YYYY-MM-DD HH:MM:SS" or with ".mmm" behind.
+/// FromCsv reads exactly that back; a bad heading or value is Error(Refused) with line and column, as is text without a
+/// heading. ToCsv refuses a set without columns, a real that is not finite and a datetime outside the years 1 to 9999.
 [[nodiscard]] QByteArray ResultSetToCsv(const ResultSet& resultSet);
 [[nodiscard]] ResultSet ResultSetFromCsv(const QByteArray& utf8);
 

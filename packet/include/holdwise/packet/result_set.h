@@ -55,6 +55,7 @@ class ResultSet {
   void SetReal(int row, int column, double value);
   void SetText(int row, int column, std::string_view utf8);
   void SetText(int row, int column, const QString& text);
+  void SetText(int row, int column, const char* utf8) { SetText(row, column, std::string_view(utf8)); }
   void SetDateTime(int row, int column, std::int64_t milliseconds);
   void SetNull(int row, int column);
 

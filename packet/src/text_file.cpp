@@ -1,0 +1,63 @@
+#include <iconv.h>
+
+#include <QUtf8StringView>
+#include <cerrno>
+#include <system_error>
+
+#include "holdwise/packet/csv.h"
+#include "holdwise/packet/error.h"
+#include "read_file.h"
+
+namespace holdwise {
+namespace {
+
+/// A character converter of the C library; it stops at the first byte that is not valid, as wanted here.
+class Converter {
+ public:
+  Converter() : handle_(::iconv_open("UTF-8", "GB18030")) {
+    if (handle_ == kInvalid) {
+      throw Error(ErrorCategory::Io, "系统不支持 GB18030 编码（" + std::generic_category().message(errno) + "）");
+    }
+  }
+  ~Converter() { ::iconv_close(handle_); }
+  Converter(const Converter&) = delete;
+  Converter& operator=(const Converter&) = delete;
+
+  [[nodiscard]] QByteArray Convert(QByteArray bytes) const {
+    // Two bytes become at most three, one stays one, four become at most four.
+    QByteArray utf8(bytes.size() / 2 * 3 + 4, Qt::Uninitialized);
+    char* from = bytes.data();
+    char* to = utf8.data();
+    auto fromLeft = static_cast<std::size_t>(bytes.size());
+    auto toLeft = static_cast<std::size_t>(utf8.size());
+    if (::iconv(handle_, &from, &fromLeft, &to, &toLeft) != 0) {
+      throw Error(ErrorCategory::Corrupt,
+                  "文本既不是 UTF-8 也不是 GB18030（第 " + std::to_string(from - bytes.constData() + 1) + " 个字节）");
+    }
+    utf8.truncate(utf8.size() - static_cast<qsizetype>(toLeft));
+    return utf8;
+  }
+
+ private:
+  inline static const iconv_t kInvalid = reinterpret_cast<iconv_t>(-1);  // as iconv_open reports failure
+  iconv_t handle_;
+};
+
+}  // namespace
+
+QByteArray ToUtf8Text(const QByteArray& bytes) {
+  QByteArray text = QUtf8StringView(bytes).isValidUtf8() ? bytes : Converter().Convert(bytes);
+  if (text.startsWith("\xEF\xBB\xBF")) text.remove(0, 3);
+  return text;
+}
+
+QByteArray ReadTextFile(const QString& path, std::int64_t maxBytes) {
+  const QByteArray bytes = ReadWholeFile(path, maxBytes);
+  try {
+    return ToUtf8Text(bytes);
+  } catch (const Error& error) {
+    throw Error(error.Category(), path.toStdString() + "：" + error.what());
+  }
+}
+
+}  // namespace holdwise
