@@ -34,7 +34,8 @@ struct ImportServices {
   QString dataFolder;  ///< the data folder with the base data of the securities
 };
 
-/// Told after every portfolio and every base-data file; may let the event loop run. False gives the import up.
+/// Told before every portfolio and every base-data file and once at the end; `done` grows from 0 to `total`. May let
+/// the event loop run, in which nobody may use the database. False gives the import up.
 using ImportProgress = std::function<bool(int done, int total)>;
 
 /// Imports portfolios from a CSV text (UTF-8 or GB18030): a heading row naming the columns name, code, quantity and
