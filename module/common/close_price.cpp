@@ -94,11 +94,15 @@ void TClosePrice::SetIsGetClosePrice(bool flag) {
   isGet_ = flag;
   if (!flag) return;
   const QDate today = CurrentDate();
-  weekCloses_ = WithCloses(weekCloses_, sql::PeriodType::Week, PreviousWeek(today));
-  monthCloses_ = WithCloses(monthCloses_, sql::PeriodType::Month, PreviousMonth(today));
+  // All four are made before the first is replaced, so that a failing query leaves a matching set.
+  auto weekCloses = WithCloses(weekCloses_, sql::PeriodType::Week, PreviousWeek(today));
+  auto monthCloses = WithCloses(monthCloses_, sql::PeriodType::Month, PreviousMonth(today));
   const ResultSet holdings = Database().Query(sql::kSavedHoldingsForCloses);
-  weekSums_ = WithSums(weekSums_, holdings, *weekCloses_);
-  monthSums_ = WithSums(monthSums_, holdings, *monthCloses_);
+  auto weekSums = WithSums(weekSums_, holdings, *weekCloses);
+  monthSums_ = WithSums(monthSums_, holdings, *monthCloses);
+  weekCloses_ = std::move(weekCloses);
+  monthCloses_ = std::move(monthCloses);
+  weekSums_ = std::move(weekSums);
 }
 
 }  // namespace holdwise
