@@ -1,0 +1,118 @@
+#include "database/connection.h"
+
+#include <QFile>
+#include <limits>
+
+namespace holdwise::firebird {
+
+Connection::Connection(Handle<Firebird::IAttachment> attachment, bool embedded, QString markerFile)
+    : attachment_(std::move(attachment)), embedded_(embedded), markerFile_(std::move(markerFile)) {}
+
+Connection::~Connection() {
+  cache_.Clear();
+  reading_.reset();
+  Detach(status_, attachment_);
+  if (!markerFile_.isEmpty()) QFile::remove(markerFile_);
+}
+
+Transaction::Mode Connection::ChangeMode() const {
+  return embedded_ ? Transaction::Mode::ChangeNoWait : Transaction::Mode::ChangeWait;
+}
+
+/// One transaction for all reads outside a caller's own: a read-only read-committed one costs the engine nothing, however
+/// long it lives, and sees what others commit.
+Transaction& Connection::Reading() {
+  if (!reading_) reading_ = std::make_unique<Transaction>(status_, *attachment_, Transaction::Mode::ReadOnly);
+  return *reading_;
+}
+
+void Connection::ReadShape(const QString& sql) {
+  if (!sql.isValidUtf16()) throw Error(ErrorCategory::Refused, "语句里有不完整的字符，没有执行");
+  const QByteArray utf8 = sql.toUtf8();
+  text_.assign(utf8.constData(), static_cast<std::size_t>(utf8.size()));
+  shape_.Read(text_);
+}
+
+/// Null when the shape is one that the engine does not prepare.
+PreparedStatement* Connection::PrepareShape(Transaction& transaction, std::string_view sql) {
+  const std::string& shape = shape_.Text();
+  if (PreparedStatement* known = cache_.Find(shape)) return known;
+  if (cache_.IsUnbindable(shape)) return nullptr;
+  try {
+    auto statement = std::make_unique<PreparedStatement>(status_, *attachment_, transaction, shape);
+    if (statement->ParameterCount() != shape_.Literals().size()) {
+      throw Error(ErrorCategory::Refused, "语句里有没有值的参数");
+    }
+    return &cache_.Add(shape, std::move(statement));
+  } catch (const Error& error) {
+    if (error.Category() == ErrorCategory::Refused || shape_.Literals().empty()) throw;
+    // Whether the text itself is at fault shows when it is prepared as it stands.
+    const PreparedStatement asWritten(status_, *attachment_, transaction, sql);
+    cache_.AddUnbindable(shape);
+    return nullptr;
+  }
+}
+
+Connection::Ready Connection::Prepare(Transaction& transaction, std::string_view sql) {
+  Ready ready;
+  const StatementKind kind = shape_.Kind();
+  if (kind == StatementKind::Select || kind == StatementKind::Change) {
+    ready.statement = PrepareShape(transaction, sql);
+    if (ready.statement != nullptr && !ready.statement->Bind(shape_.Literals())) ready.statement = nullptr;
+  }
+  if (ready.statement == nullptr) {
+    ready.once = std::make_unique<PreparedStatement>(status_, *attachment_, transaction, sql);
+    ready.statement = ready.once.get();
+    if (ready.statement->ParameterCount() != 0) throw Error(ErrorCategory::Refused, "语句里有没有值的参数");
+  }
+  return ready;
+}
+
+ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
+  const std::scoped_lock lock(mutex_);
+  ReadShape(sql);
+  if (own != nullptr || shape_.Kind() == StatementKind::Select) {
+    Transaction& transaction = own != nullptr ? *own : Reading();
+    return Prepare(transaction, text_).statement->Read(transaction, maxRows);
+  }
+  Transaction transaction(status_, *attachment_, ChangeMode());
+  ResultSet rows = Prepare(transaction, text_).statement->Read(transaction, maxRows);
+  transaction.Commit();
+  return rows;
+}
+
+void Connection::Execute(Transaction* own, const QString& sql) {
+  const std::scoped_lock lock(mutex_);
+  ReadShape(sql);
+  if (shape_.Kind() == StatementKind::Definition) {
+    // The engine does not change what a prepared statement still uses.
+    cache_.Clear();
+    reading_.reset();
+  }
+  if (own != nullptr) {
+    Prepare(*own, text_).statement->Execute(*own);
+    return;
+  }
+  Transaction transaction(status_, *attachment_, ChangeMode());
+  Prepare(transaction, text_).statement->Execute(transaction);
+  transaction.Commit();
+}
+
+std::unique_ptr<Transaction> Connection::Start() {
+  const std::scoped_lock lock(mutex_);
+  return std::make_unique<Transaction>(status_, *attachment_, ChangeMode());
+}
+
+void Connection::Commit(std::unique_ptr<Transaction> transaction) {
+  const std::scoped_lock lock(mutex_);
+  const std::unique_ptr<Transaction> ending = std::move(transaction);  // rolled back under the lock when this fails
+  ending->Commit();
+}
+
+void Connection::RollBack(std::unique_ptr<Transaction> transaction) {
+  const std::scoped_lock lock(mutex_);
+  const std::unique_ptr<Transaction> ending = std::move(transaction);
+  ending->RollBack();
+}
+
+}  // namespace holdwise::firebird

@@ -1,0 +1,91 @@
+#include "database/database_file.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QtEndian>
+
+#include "holdwise/packet/error.h"
+
+namespace holdwise::firebird {
+
+namespace {
+
+constexpr int kHelperTimeoutMs = 30'000;
+// Places in a header page and in the first page of allocated-page bits, on-disk structure 12.
+constexpr int kPageTypeAt = 0;
+constexpr int kPageSizeAt = 16;
+constexpr int kStructureAt = 18;
+constexpr int kPagesUsedAt = 24;
+constexpr uchar kHeaderPage = 1;
+constexpr uchar kPageBitsPage = 2;
+constexpr quint16 kFirebirdFlag = 0x8000;
+constexpr quint16 kStructureVersion = 12;
+constexpr int kSmallestPage = 4096;
+constexpr int kLargestPage = 16384;
+constexpr int kHeaderBytes = 32;
+
+}  // namespace
+
+QString MarkerOf(const QString& file) { return file + QStringLiteral(".open"); }
+
+QString HeaderProblem(const QString& file) {
+  QFile input(file);
+  if (!input.open(QIODevice::ReadOnly)) {
+    throw Error(ErrorCategory::Io, QStringLiteral("不能读取数据库文件 %1：%2").arg(file, input.errorString()).toStdString());
+  }
+  const QByteArray head = input.read(kHeaderBytes);
+  if (head.size() < kHeaderBytes) return QStringLiteral("文件是空的或太短");
+  const auto* bytes = reinterpret_cast<const uchar*>(head.constData());
+  const quint16 pageSize = qFromLittleEndian<quint16>(bytes + kPageSizeAt);
+  const quint16 structure = qFromLittleEndian<quint16>(bytes + kStructureAt);
+  const bool sane = pageSize >= kSmallestPage && pageSize <= kLargestPage && (pageSize & (pageSize - 1)) == 0;
+  if (bytes[kPageTypeAt] != kHeaderPage || !sane || (structure & kFirebirdFlag) == 0) {
+    return QStringLiteral("文件不是数据库");
+  }
+  if ((structure & ~kFirebirdFlag) != kStructureVersion) return QStringLiteral("文件的数据库格式版本不符");
+  if (input.size() % pageSize != 0) return QStringLiteral("文件长度不完整");
+  if (!input.seek(pageSize)) return QStringLiteral("文件被截断");
+  const QByteArray second = input.read(kHeaderBytes);
+  if (second.size() < kHeaderBytes) return QStringLiteral("文件被截断");
+  const auto* bits = reinterpret_cast<const uchar*>(second.constData());
+  if (bits[kPageTypeAt] != kPageBitsPage) return QStringLiteral("文件的页目录已损坏");
+  if (qint64{qFromLittleEndian<quint32>(bits + kPagesUsedAt)} * pageSize > input.size()) return QStringLiteral("文件被截断");
+  return {};
+}
+
+bool CheckInHelper(const QString& file, const QString& lockFolder) {
+  const QString program = QCoreApplication::instance() == nullptr
+                              ? QString()
+                              : QCoreApplication::applicationDirPath() + QStringLiteral("/holdwise-dbcheck");
+  if (!QFileInfo(program).isExecutable()) return false;
+  QProcess helper;
+  helper.start(program, {file, lockFolder});
+  const bool ended = helper.waitForFinished(kHelperTimeoutMs);
+  if (!ended) {
+    helper.kill();
+    helper.waitForFinished(kHelperTimeoutMs);
+  }
+  if (ended && helper.exitStatus() == QProcess::NormalExit) {
+    const std::string report = QString::fromUtf8(helper.readAllStandardOutput()).trimmed().toStdString();
+    switch (helper.exitCode()) {
+      case kHelperGood:
+        return true;
+      case kHelperBusy:
+        throw Error(ErrorCategory::Busy, report);
+      case kHelperIo:
+        throw Error(ErrorCategory::Io, report);
+      case kHelperRefused:
+        throw Error(ErrorCategory::Refused, report);
+      default:
+        break;
+    }
+  }
+  throw Error(ErrorCategory::Corrupt,
+              QStringLiteral("数据库文件 %1 已损坏，不能打开。请用备份替换它，或把它移走后重新启动（将建立空的数据库）")
+                  .arg(file)
+                  .toStdString());
+}
+
+}  // namespace holdwise::firebird

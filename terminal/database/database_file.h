@@ -1,0 +1,22 @@
+#pragma once
+#include <QString>
+
+/// What is known of an embedded database file before the engine touches it.
+namespace holdwise::firebird {
+
+/// Empty when the head of the file looks like a database whose pages are all there, otherwise what is wrong (Chinese).
+/// Reads two pages at most. Throws Error(Io) when the file cannot be read.
+[[nodiscard]] QString HeaderProblem(const QString& file);
+
+/// The file whose presence says that the database was not closed.
+[[nodiscard]] QString MarkerOf(const QString& file);
+
+/// Lets a process of its own read the whole database. Returns when it could; Error(Corrupt) when it failed, crashed or
+/// did not end in time, Error(Busy) when another program holds the file. Without the helper program nothing is checked
+/// and false is returned.
+bool CheckInHelper(const QString& file, const QString& lockFolder);
+
+/// Exit codes of the helper program.
+enum HelperResult : int { kHelperGood = 0, kHelperDamaged = 1, kHelperBusy = 2, kHelperIo = 3, kHelperRefused = 4 };
+
+}  // namespace holdwise::firebird

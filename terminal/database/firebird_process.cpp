@@ -1,0 +1,56 @@
+#include <firebird/Interface.h>
+#include <sys/stat.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <atomic>
+#include <mutex>
+
+#include "database/firebird_user_data.h"
+
+namespace holdwise {
+
+namespace {
+
+constexpr unsigned kShutdownTimeoutMs = 3000;
+constexpr int kRefuseShutdown = 1;
+constexpr int kOwnShutdownReason = 1;
+
+/// Non-zero keeps the engine running: a signal is the application's to handle, with its database still usable.
+int ConfirmShutdown(const int reason, const int /*mask*/, void* /*argument*/) {
+  return reason == fb_shutrsn_signal ? kRefuseShutdown : 0;
+}
+
+void MakePrivateFolder(const QString& folder) {
+  const QByteArray path = QFile::encodeName(folder);
+  const bool existed = QFileInfo(folder).isDir();
+  if (!QDir().mkpath(folder) || (!existed && ::chmod(path.constData(), S_IRWXU) != 0)) {
+    throw Error(ErrorCategory::Io, QStringLiteral("不能建立文件夹 %1").arg(folder).toStdString());
+  }
+  if (!QFileInfo(folder).isWritable()) {
+    throw Error(ErrorCategory::Io, QStringLiteral("文件夹 %1 不能写入").arg(folder).toStdString());
+  }
+}
+
+std::once_flag prepared;
+
+}  // namespace
+
+void PrepareFirebirdProcess(const QString& privateFolder) {
+  std::call_once(prepared, [&] {
+    const QString folder = QDir(privateFolder).absolutePath();
+    MakePrivateFolder(folder);
+    qputenv("FIREBIRD_LOCK", QFile::encodeName(folder));
+    qunsetenv("ISC_USER");
+    qunsetenv("ISC_PASSWORD");
+    ISC_STATUS_ARRAY status{};
+    if (fb_shutdown_callback(status, ConfirmShutdown, fb_shut_confirmation, nullptr) != 0) {
+      throw Error(ErrorCategory::Database, "数据库引擎不接受关闭控制");
+    }
+  });
+}
+
+void ShutdownFirebird() { fb_shutdown(kShutdownTimeoutMs, kOwnShutdownReason); }
+
+}  // namespace holdwise

@@ -1,0 +1,235 @@
+#include "database/firebird_user_data.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <limits>
+#include <utility>
+
+#include "database/connection.h"
+#include "database/database_file.h"
+#include "database/schema.h"
+
+namespace holdwise {
+
+using firebird::AttachOptions;
+using firebird::Connection;
+using firebird::Transaction;
+
+namespace {
+
+constexpr mode_t kFileMode = S_IRUSR | S_IWUSR;
+
+Error IoError(const QString& text) { return {ErrorCategory::Io, text.toStdString()}; }
+
+/// Statements with a transaction of their own on a shared attachment.
+class Session final : public UserDataSession {
+ public:
+  explicit Session(std::shared_ptr<Connection> connection) : connection_(std::move(connection)) {}
+  ~Session() override {
+    if (!transaction_) return;
+    try {
+      connection_->RollBack(std::move(transaction_));
+    } catch (const Error&) {  // the engine has already given the transaction up
+    }
+  }
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  ResultSet Query(const QString& sql) override {
+    return connection_->Query(transaction_.get(), sql, std::numeric_limits<int>::max());
+  }
+  std::int64_t Count(const QString& sql) override {
+    const ResultSet rows = First(sql);
+    return rows.IsEmpty() || rows.IsNull(0, 0) ? -1 : rows.IntegerAt(0, 0);
+  }
+  Value Scalar(const QString& sql) override {
+    const ResultSet rows = First(sql);
+    return rows.IsEmpty() ? Value{} : rows.ValueAt(0, 0);
+  }
+  int Execute(const QString& sql) override {
+    connection_->Execute(transaction_.get(), sql);
+    return 1;
+  }
+  void StartTransaction() override {
+    if (transaction_) throw Error(ErrorCategory::Refused, "事务已经开始，不能再开始一次");
+    transaction_ = connection_->Start();
+  }
+  void Commit() override {
+    RequireTransaction();
+    connection_->Commit(std::move(transaction_));
+  }
+  void RollBack() override {
+    RequireTransaction();
+    connection_->RollBack(std::move(transaction_));
+  }
+  bool InTransaction() const override { return transaction_ != nullptr; }
+
+ private:
+  ResultSet First(const QString& sql) { return connection_->Query(transaction_.get(), sql, 1); }
+  void RequireTransaction() const {
+    if (!transaction_) throw Error(ErrorCategory::Refused, "事务没有开始");
+  }
+
+  std::shared_ptr<Connection> connection_;
+  std::unique_ptr<Transaction> transaction_;
+};
+
+void FlushFolder(const QString& folder) {
+  const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return;
+  ::fsync(descriptor);
+  ::close(descriptor);
+}
+
+/// Made under another name and given its own when complete, so that a file cut short by a crash is never found.
+void CreateFile(const QString& file) {
+  const QFileInfo info(file);
+  if (!QFileInfo(info.absolutePath()).isWritable()) {
+    throw IoError(QStringLiteral("文件夹 %1 不能写入，不能建立数据库").arg(info.absolutePath()));
+  }
+  const QString making = file + QStringLiteral(".new");
+  QFile::remove(making);
+  firebird::Status status;
+  auto attachment = firebird::Attach(making, {.create = true, .embedded = true, .user = {}, .password = {}});
+  try {
+    if (::chmod(QFile::encodeName(making).constData(), kFileMode) != 0) {
+      throw IoError(QStringLiteral("不能设置文件 %1 的权限").arg(making));
+    }
+    firebird::UpgradeSchema(status, *attachment);
+  } catch (...) {
+    firebird::Detach(status, attachment);
+    QFile::remove(making);
+    throw;
+  }
+  firebird::Detach(status, attachment);
+  if (::rename(QFile::encodeName(making).constData(), QFile::encodeName(file).constData()) != 0) {
+    throw IoError(QStringLiteral("不能建立数据库文件 %1").arg(file));
+  }
+  FlushFolder(info.absolutePath());
+}
+
+void CheckFile(const QString& file, const QString& lockFolder) {
+  const QFileInfo info(file);
+  if (!QFileInfo(info.absolutePath()).isDir()) {
+    throw IoError(QStringLiteral("文件夹 %1 不存在，不能打开数据库").arg(info.absolutePath()));
+  }
+  if (!info.exists()) return CreateFile(file);
+  if (!info.isFile()) throw IoError(QStringLiteral("%1 不是文件，不能当作数据库打开").arg(file));
+  if (!info.isWritable() || !QFileInfo(info.absolutePath()).isWritable()) {
+    throw IoError(QStringLiteral("数据库文件 %1 或它的文件夹不能写入，请检查权限").arg(file));
+  }
+  const QString problem = firebird::HeaderProblem(file);
+  if (problem.isEmpty() && !QFileInfo::exists(firebird::MarkerOf(file))) return;
+  // Not closed last time, or doubtful: a damaged file may take the process that opens it down.
+  const bool checked = firebird::CheckInHelper(file, lockFolder);
+  if (!checked && !problem.isEmpty()) {
+    throw Error(ErrorCategory::Corrupt,
+                QStringLiteral("数据库文件 %1 已损坏（%2）。请用备份替换它，或把它移走后重新启动（将建立空的数据库）")
+                    .arg(file, problem)
+                    .toStdString());
+  }
+}
+
+/// True when the marker was not there before.
+bool PutMarker(const QString& file) {
+  const QString marker = firebird::MarkerOf(file);
+  const int descriptor = ::open(QFile::encodeName(marker).constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kFileMode);
+  if (descriptor < 0) {
+    if (QFileInfo::exists(marker)) return false;
+    throw IoError(QStringLiteral("不能写入文件 %1").arg(marker));
+  }
+  ::fsync(descriptor);
+  ::close(descriptor);
+  FlushFolder(QFileInfo(marker).absolutePath());
+  return true;
+}
+
+std::shared_ptr<Connection> OpenServer(const DatabaseTarget& target) {
+  AttachOptions options{.create = false, .embedded = false, .user = target.user, .password = target.password};
+  firebird::Handle<Firebird::IAttachment> attachment;
+  try {
+    attachment = firebird::Attach(target.text, options);
+  } catch (const Error& error) {
+    if (error.Category() != ErrorCategory::Io) throw;
+    // A missing file and a missing server look alike; what was wrong at first is what the user needs to read.
+    options.create = true;
+    try {
+      attachment = firebird::Attach(target.text, options);
+    } catch (const Error&) {
+      throw error;
+    }
+  }
+  firebird::Status status;
+  firebird::UpgradeSchema(status, *attachment);
+  return std::make_shared<Connection>(std::move(attachment), false, QString());
+}
+
+std::shared_ptr<Connection> OpenFile(const QString& file, const QString& lockFolder) {
+  CheckFile(file, lockFolder);
+  const bool ownMarker = PutMarker(file);
+  firebird::Handle<Firebird::IAttachment> attachment;
+  firebird::Status status;
+  try {
+    attachment = firebird::Attach(file, {.create = false, .embedded = true, .user = {}, .password = {}});
+    ::chmod(QFile::encodeName(file).constData(), kFileMode);
+    firebird::UpgradeSchema(status, *attachment);
+  } catch (const Error& error) {
+    firebird::Detach(status, attachment);
+    if (ownMarker) QFile::remove(firebird::MarkerOf(file));
+    if (error.Category() != ErrorCategory::Busy) throw;
+    throw Error(ErrorCategory::Busy,
+                QStringLiteral("数据库文件 %1 正被另一个程序使用，请先关闭它").arg(file).toStdString());
+  }
+  return std::make_shared<Connection>(std::move(attachment), true, firebird::MarkerOf(file));
+}
+
+}  // namespace
+
+DatabaseTarget DatabaseTarget::FromText(const QString& text) {
+  return {text, qEnvironmentVariable("HOLDWISE_DB_USER"), qEnvironmentVariable("HOLDWISE_DB_PASSWORD")};
+}
+
+bool DatabaseTarget::IsServer() const {
+  // A local path starts with "/", or holds no ":" before its first "/".
+  const qsizetype colon = text.indexOf(u':');
+  return colon > 0 && !text.startsWith(u'/') && !text.startsWith(u'.');
+}
+
+class FirebirdUserData::Implementation {
+ public:
+  explicit Implementation(std::shared_ptr<Connection> shared) : connection(std::move(shared)), line(connection) {}
+  std::shared_ptr<Connection> connection;
+  Session line;
+};
+
+std::unique_ptr<FirebirdUserData> FirebirdUserData::Open(const DatabaseTarget& target, const QString& lockFolder) {
+  if (target.text.isEmpty()) throw Error(ErrorCategory::Refused, "没有指定数据库");
+  PrepareFirebirdProcess(lockFolder);
+  auto connection =
+      target.IsServer() ? OpenServer(target) : OpenFile(QFileInfo(target.text).absoluteFilePath(), lockFolder);
+  return std::unique_ptr<FirebirdUserData>(
+      new FirebirdUserData(std::make_unique<Implementation>(std::move(connection))));
+}
+
+FirebirdUserData::FirebirdUserData(std::unique_ptr<Implementation> implementation)
+    : implementation_(std::move(implementation)) {}
+FirebirdUserData::~FirebirdUserData() = default;
+
+ResultSet FirebirdUserData::Query(const QString& sql) { return implementation_->line.Query(sql); }
+std::int64_t FirebirdUserData::Count(const QString& sql) { return implementation_->line.Count(sql); }
+Value FirebirdUserData::Scalar(const QString& sql) { return implementation_->line.Scalar(sql); }
+int FirebirdUserData::Execute(const QString& sql) { return implementation_->line.Execute(sql); }
+void FirebirdUserData::StartTransaction() { implementation_->line.StartTransaction(); }
+void FirebirdUserData::Commit() { implementation_->line.Commit(); }
+void FirebirdUserData::RollBack() { implementation_->line.RollBack(); }
+bool FirebirdUserData::InTransaction() const { return implementation_->line.InTransaction(); }
+
+std::unique_ptr<UserDataSession> FirebirdUserData::OpenSession() {
+  return std::make_unique<Session>(implementation_->connection);
+}
+
+}  // namespace holdwise

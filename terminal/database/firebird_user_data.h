@@ -1,0 +1,70 @@
+#pragma once
+#include <QString>
+#include <memory>
+
+#include "holdwise/packet/error.h"
+#include "holdwise/sdk/database.h"
+
+namespace holdwise {
+
+/// Where the database is.
+struct DatabaseTarget {
+  /// A plain path opens the file with the embedded engine, in this process, without a server. "host:/path",
+  /// "host/port:/path" and "inet://host/path" go to a Firebird server.
+  QString text;
+  /// For a server only; ignored by the embedded engine, where the file's mode is the protection.
+  QString user;
+  QString password;
+
+  /// The target with user and password from the environment, HOLDWISE_DB_USER and HOLDWISE_DB_PASSWORD.
+  [[nodiscard]] static DatabaseTarget FromText(const QString& text);
+  [[nodiscard]] bool IsServer() const;
+};
+
+/// Settles what the engine takes from the process: its lock files go to `privateFolder` (made with mode 0700; the
+/// engine's own folder belongs to whichever user started it first and shuts the others out), ISC_USER and ISC_PASSWORD
+/// are removed from the environment, and the engine is told not to shut down on SIGINT or SIGTERM. Call it in main
+/// before other threads exist and before the first FirebirdUserData::Open; the first call of a process counts, later ones
+/// do nothing. Throws Error(Io) when the folder cannot be made or written.
+/// Signals: attaching installs handlers of the engine for SIGINT and SIGTERM. Open puts back whatever handlers the
+/// process had, so an application may install its own before or after. Engine threads block all signals.
+void PrepareFirebirdProcess(const QString& privateFolder);
+/// Ends the engine's threads. Call once before leaving main, after the last FirebirdUserData and session are gone;
+/// nothing can be opened afterwards.
+void ShutdownFirebird();
+
+/// The local database service on Firebird. Statements that differ only in their literals are kept prepared and the
+/// literals bound, after a check that the column can hold them as they stand. Literals inside expressions, function
+/// calls, select lists and blocks are left to the engine.
+/// Integers, dates and numbers stored with an unfitting literal are Error(Refused); a text that is longer than the column
+/// it is compared with simply matches nothing.
+/// Any thread may call; calls run one after the other. Lock conflicts are Error(Busy): at once with the embedded engine,
+/// whose transactions all belong to this object and could not end while it waits, after 10 s with a server.
+class FirebirdUserData final : public UserDataServices {
+ public:
+  /// Opens the database; a missing embedded file is created (mode 0600), an older schema is brought up to date file by
+  /// file, each in one transaction. `lockFolder` goes to PrepareFirebirdProcess.
+  /// Error(Busy): another program holds the file. Error(Io): folder missing, file or folder cannot be written, server
+  /// cannot be reached. Error(Corrupt): the file is damaged or no database. Error(Refused): the schema is newer than
+  /// this program, or the server turns the user away. After one of these nothing has been changed.
+  [[nodiscard]] static std::unique_ptr<FirebirdUserData> Open(const DatabaseTarget& target, const QString& lockFolder);
+  /// Rolls back what is open and detaches. Sessions still alive keep the file attached until they end.
+  ~FirebirdUserData() override;
+
+  [[nodiscard]] ResultSet Query(const QString& sql) override;
+  [[nodiscard]] std::int64_t Count(const QString& sql) override;
+  [[nodiscard]] Value Scalar(const QString& sql) override;
+  int Execute(const QString& sql) override;
+  void StartTransaction() override;
+  void Commit() override;
+  void RollBack() override;
+  [[nodiscard]] bool InTransaction() const override;
+  [[nodiscard]] std::unique_ptr<UserDataSession> OpenSession() override;
+
+ private:
+  class Implementation;
+  explicit FirebirdUserData(std::unique_ptr<Implementation> implementation);
+  std::unique_ptr<Implementation> implementation_;
+};
+
+}  // namespace holdwise

@@ -1,0 +1,73 @@
+#pragma once
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace holdwise::firebird {
+
+enum class StatementKind : std::uint8_t {
+  Select,      ///< reads rows
+  Change,      ///< insert, update, delete, merge, execute procedure
+  Plain,       ///< everything that takes no parameters: blocks, SET GENERATOR, what is not understood
+  Definition,  ///< changes the schema
+};
+
+/// A literal of a statement that can be handed over as a value. Views into the text that was read.
+struct Literal {
+  std::string_view text;  ///< number with its sign, or what stands between the quotes
+  bool quoted = false;
+  bool doubledQuotes = false;  ///< a quote stands twice in `text` for each one meant
+  bool stored = false;         ///< written to a column or handed to a procedure; otherwise compared
+};
+
+/// What statements that differ only in their literals have in common: the text with "?" in the place of every literal
+/// that stands alone in a value list, after "=" of an assignment or on the right of a comparison. Literals elsewhere stay
+/// in the text. Reads without building anything but its own reused buffers; not for sharing between threads.
+class StatementShape {
+ public:
+  /// `sql` must outlive the use of Literals().
+  void Read(std::string_view sql);
+  [[nodiscard]] const std::string& Text() const { return text_; }
+  [[nodiscard]] const std::vector<Literal>& Literals() const { return literals_; }
+  [[nodiscard]] StatementKind Kind() const { return kind_; }
+
+ private:
+  enum class Word : std::uint8_t;
+  enum class TokenType : std::uint8_t { Word, Number, Quoted, Symbol };
+  struct Token {
+    TokenType type;
+    Word word;
+    bool doubledQuotes;
+    char symbol;  // comparison operators of any length are '='
+    std::uint32_t begin;
+    std::uint32_t end;
+  };
+  /// What a pair of brackets, or the statement itself, holds at the moment.
+  enum class Clause : std::uint8_t { Other, SelectList, Assignments, Condition, StoredValues, ComparedValues };
+
+  [[nodiscard]] static Word WordOf(std::string_view text);
+  void Split();
+  std::size_t SkipBlank(std::size_t at) const;
+  std::size_t ReadQuoted(std::size_t at, char quote, bool& doubled) const;
+  std::size_t ReadAlternativeQuoted(std::size_t at) const;
+  std::size_t ReadNumber(std::size_t at, bool& plain) const;
+  std::size_t ReadSymbol(std::size_t at, char& symbol) const;
+  [[nodiscard]] StatementKind KindOfTokens() const;
+  [[nodiscard]] Clause ClauseOfBracket(std::size_t index, Clause outer) const;
+  [[nodiscard]] static Clause ClauseAfter(Word word, Clause clause);
+  [[nodiscard]] bool StandsAlone(std::size_t first, std::size_t index, Clause clause) const;
+  [[nodiscard]] bool EndsValue(std::size_t index) const;
+  [[nodiscard]] bool IsSymbol(std::size_t index, char symbol) const;
+  [[nodiscard]] bool IsWord(std::size_t index, Word word) const;
+  [[nodiscard]] std::size_t WithSign(std::size_t index) const;
+
+  std::string_view sql_;
+  std::string text_;
+  std::vector<Token> tokens_;
+  std::vector<Clause> clauses_;
+  std::vector<Literal> literals_;
+  StatementKind kind_ = StatementKind::Plain;
+};
+
+}  // namespace holdwise::firebird
