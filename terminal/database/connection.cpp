@@ -19,8 +19,8 @@ Transaction::Mode Connection::ChangeMode() const {
   return embedded_ ? Transaction::Mode::ChangeNoWait : Transaction::Mode::ChangeWait;
 }
 
-/// One transaction for all reads outside a caller's own: a read-only read-committed one costs the engine nothing, however
-/// long it lives, and sees what others commit.
+/// One transaction for all reads outside a caller's own: a read-only read-committed one costs the engine nothing,
+/// however long it lives, and sees what others commit.
 Transaction& Connection::Reading() {
   if (!reading_) reading_ = std::make_unique<Transaction>(status_, *attachment_, Transaction::Mode::ReadOnly);
   return *reading_;

@@ -58,8 +58,8 @@ int Check(const QString& file, const QString& lockFolder) {
 
 }  // namespace holdwise::firebird
 
-/// holdwise-dbcheck FILE LOCKFOLDER: reads every row of the database. Run as a process of its own, because a damaged file
-/// can take the engine and with it the process down. The exit code says what was found, standard output why.
+/// holdwise-dbcheck FILE LOCKFOLDER: reads every row of the database. Run as a process of its own, because a damaged
+/// file can take the engine and with it the process down. The exit code says what was found, standard output why.
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   if (argc != 3) {

@@ -28,12 +28,15 @@ constexpr int kHeaderBytes = 32;
 
 }  // namespace
 
-QString MarkerOf(const QString& file) { return file + QStringLiteral(".open"); }
+QString MarkerOf(const QString& file) {
+  return file + QStringLiteral(".open");
+}
 
 QString HeaderProblem(const QString& file) {
   QFile input(file);
   if (!input.open(QIODevice::ReadOnly)) {
-    throw Error(ErrorCategory::Io, QStringLiteral("不能读取数据库文件 %1：%2").arg(file, input.errorString()).toStdString());
+    throw Error(ErrorCategory::Io,
+                QStringLiteral("不能读取数据库文件 %1：%2").arg(file, input.errorString()).toStdString());
   }
   const QByteArray head = input.read(kHeaderBytes);
   if (head.size() < kHeaderBytes) return QStringLiteral("文件是空的或太短");
@@ -51,7 +54,8 @@ QString HeaderProblem(const QString& file) {
   if (second.size() < kHeaderBytes) return QStringLiteral("文件被截断");
   const auto* bits = reinterpret_cast<const uchar*>(second.constData());
   if (bits[kPageTypeAt] != kPageBitsPage) return QStringLiteral("文件的页目录已损坏");
-  if (qint64{qFromLittleEndian<quint32>(bits + kPagesUsedAt)} * pageSize > input.size()) return QStringLiteral("文件被截断");
+  if (qint64{qFromLittleEndian<quint32>(bits + kPagesUsedAt)} * pageSize > input.size())
+    return QStringLiteral("文件被截断");
   return {};
 }
 

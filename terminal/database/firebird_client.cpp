@@ -89,7 +89,9 @@ class ParameterBlock {
 
 }  // namespace
 
-Firebird::IMaster& Master() { return *Firebird::fb_get_master_interface(); }
+Firebird::IMaster& Master() {
+  return *Firebird::fb_get_master_interface();
+}
 
 Error ToError(const Firebird::FbException& exception, const QString& action) {
   std::array<char, 2048> text{};
@@ -145,7 +147,8 @@ Handle<Firebird::IAttachment> Attach(const QString& database, const AttachOption
     block->insertTag(status.Get(), isc_dpb_utf8_filename);
     // Without this the library tries a server on this machine when the engine cannot open the file.
     if (options.embedded) block->insertString(status.Get(), isc_dpb_config, "Providers=Engine12");
-    if (!options.user.isEmpty()) block->insertString(status.Get(), isc_dpb_user_name, options.user.toUtf8().constData());
+    if (!options.user.isEmpty())
+      block->insertString(status.Get(), isc_dpb_user_name, options.user.toUtf8().constData());
     if (!options.password.isEmpty()) {
       block->insertString(status.Get(), isc_dpb_password, options.password.toUtf8().constData());
     }

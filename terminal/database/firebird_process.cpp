@@ -51,6 +51,8 @@ void PrepareFirebirdProcess(const QString& privateFolder) {
   });
 }
 
-void ShutdownFirebird() { fb_shutdown(kShutdownTimeoutMs, kOwnShutdownReason); }
+void ShutdownFirebird() {
+  fb_shutdown(kShutdownTimeoutMs, kOwnShutdownReason);
+}
 
 }  // namespace holdwise

@@ -23,7 +23,9 @@ namespace {
 
 constexpr mode_t kFileMode = S_IRUSR | S_IWUSR;
 
-Error IoError(const QString& text) { return {ErrorCategory::Io, text.toStdString()}; }
+Error IoError(const QString& text) {
+  return {ErrorCategory::Io, text.toStdString()};
+}
 
 /// Statements with a transaction of their own on a shared attachment.
 class Session final : public UserDataSession {
@@ -137,7 +139,8 @@ void CheckFile(const QString& file, const QString& lockFolder) {
 /// True when the marker was not there before.
 bool PutMarker(const QString& file) {
   const QString marker = firebird::MarkerOf(file);
-  const int descriptor = ::open(QFile::encodeName(marker).constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kFileMode);
+  const int descriptor =
+      ::open(QFile::encodeName(marker).constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kFileMode);
   if (descriptor < 0) {
     if (QFileInfo::exists(marker)) return false;
     throw IoError(QStringLiteral("不能写入文件 %1").arg(marker));
@@ -219,14 +222,30 @@ FirebirdUserData::FirebirdUserData(std::unique_ptr<Implementation> implementatio
     : implementation_(std::move(implementation)) {}
 FirebirdUserData::~FirebirdUserData() = default;
 
-ResultSet FirebirdUserData::Query(const QString& sql) { return implementation_->line.Query(sql); }
-std::int64_t FirebirdUserData::Count(const QString& sql) { return implementation_->line.Count(sql); }
-Value FirebirdUserData::Scalar(const QString& sql) { return implementation_->line.Scalar(sql); }
-int FirebirdUserData::Execute(const QString& sql) { return implementation_->line.Execute(sql); }
-void FirebirdUserData::StartTransaction() { implementation_->line.StartTransaction(); }
-void FirebirdUserData::Commit() { implementation_->line.Commit(); }
-void FirebirdUserData::RollBack() { implementation_->line.RollBack(); }
-bool FirebirdUserData::InTransaction() const { return implementation_->line.InTransaction(); }
+ResultSet FirebirdUserData::Query(const QString& sql) {
+  return implementation_->line.Query(sql);
+}
+std::int64_t FirebirdUserData::Count(const QString& sql) {
+  return implementation_->line.Count(sql);
+}
+Value FirebirdUserData::Scalar(const QString& sql) {
+  return implementation_->line.Scalar(sql);
+}
+int FirebirdUserData::Execute(const QString& sql) {
+  return implementation_->line.Execute(sql);
+}
+void FirebirdUserData::StartTransaction() {
+  implementation_->line.StartTransaction();
+}
+void FirebirdUserData::Commit() {
+  implementation_->line.Commit();
+}
+void FirebirdUserData::RollBack() {
+  implementation_->line.RollBack();
+}
+bool FirebirdUserData::InTransaction() const {
+  return implementation_->line.InTransaction();
+}
 
 std::unique_ptr<UserDataSession> FirebirdUserData::OpenSession() {
   return std::make_unique<Session>(implementation_->connection);

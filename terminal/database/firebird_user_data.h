@@ -24,10 +24,10 @@ struct DatabaseTarget {
 /// Settles what the engine takes from the process: its lock files go to `privateFolder` (made with mode 0700; the
 /// engine's own folder belongs to whichever user started it first and shuts the others out), ISC_USER and ISC_PASSWORD
 /// are removed from the environment, and the engine is told not to shut down on SIGINT or SIGTERM. Call it in main
-/// before other threads exist and before the first FirebirdUserData::Open; the first call of a process counts, later ones
-/// do nothing. Throws Error(Io) when the folder cannot be made or written.
-/// Signals: attaching installs handlers of the engine for SIGINT and SIGTERM. Open puts back whatever handlers the
-/// process had, so an application may install its own before or after. Engine threads block all signals.
+/// before other threads exist and before the first FirebirdUserData::Open; the first call of a process counts, later
+/// ones do nothing. Throws Error(Io) when the folder cannot be made or written. Signals: attaching installs handlers of
+/// the engine for SIGINT and SIGTERM. Open puts back whatever handlers the process had, so an application may install
+/// its own before or after. Engine threads block all signals.
 void PrepareFirebirdProcess(const QString& privateFolder);
 /// Ends the engine's threads. Call once before leaving main, after the last FirebirdUserData and session are gone;
 /// nothing can be opened afterwards.
@@ -36,10 +36,10 @@ void ShutdownFirebird();
 /// The local database service on Firebird. Statements that differ only in their literals are kept prepared and the
 /// literals bound, after a check that the column can hold them as they stand. Literals inside expressions, function
 /// calls, select lists and blocks are left to the engine.
-/// Integers, dates and numbers stored with an unfitting literal are Error(Refused); a text that is longer than the column
-/// it is compared with simply matches nothing.
-/// Any thread may call; calls run one after the other. Lock conflicts are Error(Busy): at once with the embedded engine,
-/// whose transactions all belong to this object and could not end while it waits, after 10 s with a server.
+/// Integers, dates and numbers stored with an unfitting literal are Error(Refused); a text that is longer than the
+/// column it is compared with simply matches nothing. Any thread may call; calls run one after the other. Lock
+/// conflicts are Error(Busy): at once with the embedded engine, whose transactions all belong to this object and could
+/// not end while it waits, after 10 s with a server.
 class FirebirdUserData final : public UserDataServices {
  public:
   /// Opens the database; a missing embedded file is created (mode 0600), an older schema is brought up to date file by

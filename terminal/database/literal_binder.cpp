@@ -147,7 +147,8 @@ bool PutText(const Literal& literal, const Parameter& parameter, std::span<unsig
   }
   const std::size_t limit =
       parameter.charSet == kUtf8CharSet ? parameter.length / kBytesPerUtf8Character : parameter.length;
-  const std::size_t size = parameter.charSet == kUtf8CharSet && text.size() > limit ? CharacterCount(text) : text.size();
+  const std::size_t size =
+      parameter.charSet == kUtf8CharSet && text.size() > limit ? CharacterCount(text) : text.size();
   if (size > limit) {
     if (literal.stored) Refuse(literal, (" 过长，最多 " + std::to_string(limit) + " 个字符").c_str());
     return false;

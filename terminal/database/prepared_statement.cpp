@@ -94,7 +94,8 @@ ResultSet PreparedStatement::Read(Transaction& transaction, int maxRows) {
     if (!hasCursor_) {
       statement_->execute(status_.Get(), &transaction.Get(), InputFormat(), inputMessage_.data(),
                           outputMessage_.empty() ? nullptr : output_.get(), outputMessage_.data());
-      if (!outputMessage_.empty() && maxRows > 0) reader_.Append(outputMessage_, status_, attachment_, transaction, rows);
+      if (!outputMessage_.empty() && maxRows > 0)
+        reader_.Append(outputMessage_, status_, attachment_, transaction, rows);
       return rows;
     }
     Cursor cursor(status_, statement_->openCursor(status_.Get(), &transaction.Get(), InputFormat(),

@@ -8,8 +8,8 @@
 
 namespace holdwise::firebird {
 
-/// Turns the engine's row messages into rows of a ResultSet. Whole numbers become Integer, approximate and scaled numbers
-/// Real, texts (fixed-length ones without their padding) and text blobs Text, dates and timestamps DateTime.
+/// Turns the engine's row messages into rows of a ResultSet. Whole numbers become Integer, approximate and scaled
+/// numbers Real, texts (fixed-length ones without their padding) and text blobs Text, dates and timestamps DateTime.
 class RowReader {
  public:
   RowReader() = default;

@@ -44,8 +44,8 @@ std::int64_t ReadNumber(Status& status, Firebird::IAttachment& attachment, std::
 }
 
 std::int64_t VersionOf(Status& status, Firebird::IAttachment& attachment) {
-  const std::int64_t tables = ReadNumber(
-      status, attachment, "select count(*) from rdb$relations where rdb$relation_name = 'HOLDWISE_SCHEMA'");
+  const std::int64_t tables =
+      ReadNumber(status, attachment, "select count(*) from rdb$relations where rdb$relation_name = 'HOLDWISE_SCHEMA'");
   if (tables == 0) {
     // Its own transaction: the engine does not write rows into a table that is not committed.
     Transaction transaction(status, attachment, Transaction::Mode::ChangeWait);
@@ -81,7 +81,8 @@ void UpgradeSchema(Status& status, Firebird::IAttachment& attachment, std::size_
   const std::span<const std::string_view> files = SchemaFiles();
   if (version > static_cast<std::int64_t>(files.size())) {
     throw Error(ErrorCategory::Refused, "数据库由更新版本的程序建立（结构版本 " + std::to_string(version) +
-                                            "，本程序支持到 " + std::to_string(files.size()) + "），请升级程序后再打开");
+                                            "，本程序支持到 " + std::to_string(files.size()) +
+                                            "），请升级程序后再打开");
   }
   for (std::size_t next = static_cast<std::size_t>(version); next < std::min(target, files.size()); ++next) {
     Transaction transaction(status, attachment, Transaction::Mode::ChangeWait);

@@ -46,29 +46,58 @@ enum class StatementShape::Word : std::uint8_t {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 bool IsWordStart(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '$' || static_cast<signed char>(c) < 0;
 }
-bool IsWordPart(char c) { return IsWordStart(c) || IsDigit(c); }
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v'; }
+bool IsWordPart(char c) {
+  return IsWordStart(c) || IsDigit(c);
+}
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
+}
 
 }  // namespace
 
 StatementShape::Word StatementShape::WordOf(std::string_view text) {
   static constexpr std::array<std::pair<std::string_view, Word>, 35> kWords{{
-      {"alter", Word::Alter},       {"and", Word::And},           {"between", Word::Between},
-      {"block", Word::Block},       {"comment", Word::Comment},   {"create", Word::Create},
-      {"delete", Word::Delete},     {"drop", Word::Drop},         {"execute", Word::Execute},
-      {"from", Word::From},         {"grant", Word::Grant},       {"group", Word::Group},
-      {"having", Word::Having},     {"in", Word::In},             {"insert", Word::Insert},
-      {"matching", Word::Matching}, {"merge", Word::Merge},       {"not", Word::Not},
-      {"on", Word::On},             {"or", Word::Or},             {"order", Word::Order},
-      {"plan", Word::Plan},         {"procedure", Word::Procedure}, {"recreate", Word::Recreate},
-      {"returning", Word::Returning}, {"revoke", Word::Revoke},   {"rows", Word::Rows},
-      {"select", Word::Select},     {"set", Word::Set},           {"union", Word::Union},
-      {"update", Word::Update},     {"values", Word::Values},     {"when", Word::When},
-      {"where", Word::Where},       {"with", Word::With},
+      {"alter", Word::Alter},
+      {"and", Word::And},
+      {"between", Word::Between},
+      {"block", Word::Block},
+      {"comment", Word::Comment},
+      {"create", Word::Create},
+      {"delete", Word::Delete},
+      {"drop", Word::Drop},
+      {"execute", Word::Execute},
+      {"from", Word::From},
+      {"grant", Word::Grant},
+      {"group", Word::Group},
+      {"having", Word::Having},
+      {"in", Word::In},
+      {"insert", Word::Insert},
+      {"matching", Word::Matching},
+      {"merge", Word::Merge},
+      {"not", Word::Not},
+      {"on", Word::On},
+      {"or", Word::Or},
+      {"order", Word::Order},
+      {"plan", Word::Plan},
+      {"procedure", Word::Procedure},
+      {"recreate", Word::Recreate},
+      {"returning", Word::Returning},
+      {"revoke", Word::Revoke},
+      {"rows", Word::Rows},
+      {"select", Word::Select},
+      {"set", Word::Set},
+      {"union", Word::Union},
+      {"update", Word::Update},
+      {"values", Word::Values},
+      {"when", Word::When},
+      {"where", Word::Where},
+      {"with", Word::With},
   }};
   if (text.size() < 2 || text.size() > 9) return Word::None;
   const char first = static_cast<char>(text[0] | 0x20);
@@ -237,7 +266,8 @@ StatementShape::Clause StatementShape::ClauseOfBracket(std::size_t index, Clause
     case Word::Having:
       return outer;
     default:
-      return index == 3 && IsWord(0, Word::Execute) && IsWord(1, Word::Procedure) ? Clause::StoredValues : Clause::Other;
+      return index == 3 && IsWord(0, Word::Execute) && IsWord(1, Word::Procedure) ? Clause::StoredValues
+                                                                                  : Clause::Other;
   }
 }
 

@@ -22,8 +22,8 @@ struct Literal {
 };
 
 /// What statements that differ only in their literals have in common: the text with "?" in the place of every literal
-/// that stands alone in a value list, after "=" of an assignment or on the right of a comparison. Literals elsewhere stay
-/// in the text. Reads without building anything but its own reused buffers; not for sharing between threads.
+/// that stands alone in a value list, after "=" of an assignment or on the right of a comparison. Literals elsewhere
+/// stay in the text. Reads without building anything but its own reused buffers; not for sharing between threads.
 class StatementShape {
  public:
   /// `sql` must outlive the use of Literals().

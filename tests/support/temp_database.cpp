@@ -1,4 +1,4 @@
-#include "support/temp_database.h"
+#include "temp_database.h"
 
 #include <QFile>
 #include <stdexcept>
