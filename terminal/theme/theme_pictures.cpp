@@ -1,4 +1,4 @@
-#include "terminal/theme/theme_pictures.h"
+#include "theme/theme_pictures.h"
 
 #include <QHash>
 #include <QLinearGradient>

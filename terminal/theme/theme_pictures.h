@@ -3,7 +3,7 @@
 #include <QSize>
 #include <QString>
 
-#include "terminal/theme/theme_table.h"
+#include "theme/theme_table.h"
 
 namespace holdwise {
 

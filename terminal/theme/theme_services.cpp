@@ -1,8 +1,8 @@
-#include "terminal/theme/theme_services.h"
+#include "theme/theme_services.h"
 
 #include <QLabel>
 
-#include "terminal/theme/theme_pictures.h"
+#include "theme/theme_pictures.h"
 
 namespace holdwise {
 

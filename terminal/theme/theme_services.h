@@ -6,7 +6,7 @@
 
 #include "holdwise/sdk/services.h"
 #include "holdwise/sdk/theme.h"
-#include "terminal/theme/theme_table.h"
+#include "theme/theme_table.h"
 
 namespace holdwise {
 

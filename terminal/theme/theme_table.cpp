@@ -1,4 +1,4 @@
-#include "terminal/theme/theme_table.h"
+#include "theme/theme_table.h"
 
 #include <QHash>
 #include <array>

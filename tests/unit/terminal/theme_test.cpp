@@ -4,8 +4,8 @@
 #include <QLabel>
 #include <cmath>
 
-#include "terminal/theme/theme_pictures.h"
-#include "terminal/theme/theme_services.h"
+#include "theme/theme_pictures.h"
+#include "theme/theme_services.h"
 
 namespace holdwise {
 namespace {

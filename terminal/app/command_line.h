@@ -1,0 +1,47 @@
+#pragma once
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+#include "theme/theme_table.h"
+
+namespace holdwise {
+
+/// What a start asks the terminal to do once it stands; handed over when a terminal runs already. Paths are absolute.
+struct Command {
+  std::optional<ThemeKind> theme;
+  QString address;    ///< empty: stay where the user is
+  QString parameter;  ///< for the address
+  QString importFile;
+  QString exportFolder;
+
+  [[nodiscard]] bool IsEmpty() const;
+  [[nodiscard]] QByteArray ToJson() const;
+  /// None when the text is not one of ToJson's.
+  [[nodiscard]] static std::optional<Command> FromJson(const QByteArray& json);
+};
+
+/// The command line. Folders are absolute and end without "/".
+struct Options {
+  QString dataFolder;
+  QString workFolder;
+  QString database;  ///< file of the embedded engine or connection string of a server; empty: in the work folder
+  Command command;
+
+  /// Visit, write, end: no window, questions and messages go to standard error.
+  [[nodiscard]] bool IsBatch() const { return !command.exportFolder.isEmpty(); }
+};
+
+/// Outcome of reading a command line: options, or a text to print with the exit code to end with.
+struct ParsedCommandLine {
+  std::optional<Options> options;
+  QString text;
+  int exitCode = 0;
+};
+
+/// @param arguments the arguments with the program's name first
+/// Unknown options, values that cannot be and left-over arguments end with exit code 2 and a text that says which.
+[[nodiscard]] ParsedCommandLine ParseCommandLine(const QStringList& arguments);
+
+}  // namespace holdwise

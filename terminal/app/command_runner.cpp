@@ -1,0 +1,45 @@
+#include "app/command_runner.h"
+
+#include <QTimer>
+#include <utility>
+
+namespace holdwise {
+
+void CommandRunner::Run(const Command& command, HandOverServer::Answer answer) {
+  jobs_.push_back({command, std::move(answer)});
+  QTimer::singleShot(0, this, [this] { Next(); });
+}
+
+void CommandRunner::Next() {
+  if (isBusy_ || jobs_.empty()) return;
+  isBusy_ = true;
+  const Job job = std::move(jobs_.front());
+  jobs_.pop_front();
+  Carry(job);
+}
+
+void CommandRunner::Carry(const Job& job) {
+  const Command& command = job.command;
+  if (command.theme) targets_.setTheme(*command.theme);
+  if (!command.address.isEmpty() && !targets_.goTo(command.address, command.parameter))
+    return End(job, {QStringLiteral("没有地址“%1”。").arg(command.address), kUnknownAddressExitCode});
+  HandOverAnswer answer;
+  if (!command.importFile.isEmpty()) answer = targets_.importPortfolios(command.importFile);
+  if (answer.exitCode != 0) return End(job, answer);
+  if (command.exportFolder.isEmpty()) {
+    targets_.raise();
+    return End(job, answer);
+  }
+  targets_.exportViews(command.exportFolder, [this, job, imported = answer.text](const HandOverAnswer& exported) {
+    const QString text = imported.isEmpty() ? exported.text : imported + QLatin1Char('\n') + exported.text;
+    End(job, {text, exported.exitCode});
+  });
+}
+
+void CommandRunner::End(const Job& job, const HandOverAnswer& answer) {
+  isBusy_ = false;
+  job.answer(answer);
+  QTimer::singleShot(0, this, [this] { Next(); });
+}
+
+}  // namespace holdwise

@@ -1,0 +1,47 @@
+#pragma once
+#include <QObject>
+#include <deque>
+#include <functional>
+
+#include "app/command_line.h"
+#include "app/hand_over.h"
+
+namespace holdwise {
+
+/// What a command can make the terminal do.
+struct CommandTargets {
+  std::function<void(ThemeKind)> setTheme;
+  /// False when there is no such address.
+  std::function<bool(const QString& address, const QString& parameter)> goTo;
+  std::function<HandOverAnswer(const QString& file)> importPortfolios;
+  /// Answers later.
+  std::function<void(const QString& folder, HandOverServer::Answer)> exportViews;
+  /// Brings the window to the user's eyes.
+  std::function<void()> raise;
+};
+
+/// Carries commands out one after the other, each in the order theme, address, import, export; the first step that
+/// fails ends its command. User-interface thread.
+class CommandRunner : public QObject {
+ public:
+  static constexpr int kUnknownAddressExitCode = 2;
+
+  explicit CommandRunner(CommandTargets targets) : targets_(std::move(targets)) {}
+  /// `answer` is called once, when the command has ended; from the event loop, never inside Run.
+  void Run(const Command& command, HandOverServer::Answer answer);
+
+ private:
+  struct Job {
+    Command command;
+    HandOverServer::Answer answer;
+  };
+  void Next();
+  void Carry(const Job& job);
+  void End(const Job& job, const HandOverAnswer& answer);
+
+  CommandTargets targets_;
+  std::deque<Job> jobs_;
+  bool isBusy_ = false;
+};
+
+}  // namespace holdwise

@@ -1,0 +1,42 @@
+#pragma once
+#include <QFile>
+#include <QStringList>
+#include <functional>
+#include <mutex>
+
+#include "holdwise/sdk/services.h"
+
+namespace holdwise {
+
+/// The debug log: a file in the work folder and the last lines in memory for the log page. A file that has grown to
+/// 1 MiB makes room for a new one; three old ones are kept. A log that cannot be written goes on in memory only.
+class DebugLog : public DebugServers {
+ public:
+  static constexpr int kLinesInMemory = 2000;
+  static constexpr qint64 kFileBytes = 1 << 20;
+  static constexpr int kOldFiles = 3;
+
+  /// @param path log file; its folder exists
+  DebugLog(const QString& path, ClockService& clock);
+
+  /// Any thread.
+  void WriteLog(const QString& text) override;
+
+  /// The lines in memory with their time, oldest first. Any thread.
+  [[nodiscard]] QStringList Lines() const;
+  /// Called after each line, on the thread that wrote it; must not write to the log. Empty: nobody. Any thread; when it
+  /// returns, the earlier listener is not called any more.
+  void SetListener(std::function<void()> listener);
+
+ private:
+  void MakeRoom();
+
+  ClockService& clock_;
+  mutable std::mutex mutex_;
+  QFile file_;
+  QStringList lines_;
+  std::mutex listenerMutex_;  ///< apart, so that a listener may read the lines
+  std::function<void()> listener_;
+};
+
+}  // namespace holdwise

@@ -1,0 +1,108 @@
+#include <sys/stat.h>
+
+#include <QDir>
+#include <QFont>
+#include <QThread>
+#include <cstdio>
+#include <exception>
+#include <future>
+
+#include "app/command_line.h"
+#include "app/hand_over.h"
+#include "app/message_boxes.h"
+#include "app/signal_guard.h"
+#include "app/terminal.h"
+#include "app/terminal_application.h"
+#include "app/work_folder.h"
+#include "database/firebird_user_data.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kFontPixels = 13;
+constexpr unsigned long kRetryMilliseconds = 100;
+constexpr int kRetries = 100;
+
+bool HasDisplay() {
+  return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+         !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
+/// Becomes the work folder's terminal or has the running one carry out the command; then its exit code.
+std::optional<int> LockOrHandOver(WorkFolderLock& lock, const Options& options) {
+  if (lock.Acquire()) return std::nullopt;
+  int count = 1;
+  char name[] = "holdwise-terminal";
+  char* arguments[] = {name, nullptr};
+  const QCoreApplication application(count, arguments);
+  // Nobody answers while the other one starts or ends: either it will answer soon or its lock becomes free.
+  for (int attempt = 0; attempt < kRetries && !signal_guard::Requested(); ++attempt) {
+    if (const auto answer = HandOver(options.workFolder, options.command, signal_guard::Requested)) {
+      if (!answer->text.isEmpty())
+        std::fprintf(answer->exitCode == 0 ? stdout : stderr, "%s\n", answer->text.toUtf8().constData());
+      return answer->exitCode;
+    }
+    if (lock.Acquire()) return std::nullopt;
+    QThread::msleep(kRetryMilliseconds);
+  }
+  PrintError(QStringLiteral("工作目录“%1”正由另一个终端使用，它没有回答。").arg(options.workFolder));
+  return 1;
+}
+
+std::unique_ptr<UserDataServices> OpenDatabase(const Options& options) {
+  return FirebirdUserData::Open(DatabaseTarget::FromText(options.database),
+                                options.workFolder + QStringLiteral("/lock"));
+}
+
+int RunTerminal(int argc, char** argv, const Options& options) {
+  // The engine takes its time to open the file; meanwhile the window system and the fonts are set up.
+  std::future<std::unique_ptr<UserDataServices>> database = std::async(std::launch::async, OpenDatabase, options);
+  QApplication::setStyle(QStringLiteral("Fusion"));
+  TerminalApplication application(argc, argv);
+  QCoreApplication::setApplicationName(QStringLiteral("holdwise-terminal"));
+  QFont font(QStringList{QStringLiteral("Noto Sans CJK SC"), QStringLiteral("Microsoft YaHei"),
+                         QStringLiteral("WenQuanYi Micro Hei")});
+  font.setPixelSize(kFontPixels);
+  QApplication::setFont(font);
+  Terminal terminal(options, [&database] { return database.get(); });
+  return terminal.Run();
+}
+
+int Main(int argc, char** argv) {
+  signal_guard::Install();
+  umask(077);  // portfolios are nobody else's business
+  QStringList arguments;
+  for (int index = 0; index < argc; ++index) arguments.append(QString::fromLocal8Bit(argv[index]));
+  ParsedCommandLine parsed = ParseCommandLine(arguments);
+  if (!parsed.options) {
+    std::fputs(parsed.text.toUtf8().constData(), parsed.exitCode == 0 ? stdout : stderr);
+    return parsed.exitCode;
+  }
+  Options& options = *parsed.options;
+  PrepareWorkFolder(options.workFolder);
+  if (options.database.isEmpty()) options.database = options.workFolder + QStringLiteral("/holdwise.fdb");
+  WorkFolderLock lock(options.workFolder);
+  if (const std::optional<int> exitCode = LockOrHandOver(lock, options)) return *exitCode;
+  if (options.IsBatch() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (!HasDisplay()) {
+    PrintError(QStringLiteral(
+        "没有显示器（DISPLAY、WAYLAND_DISPLAY 均未设置）。用 --export DIR 可以不用显示器写出全部视图。"));
+    return 2;
+  }
+  PrepareFirebirdProcess(options.workFolder + QStringLiteral("/lock"));
+  const int exitCode = RunTerminal(argc, argv, options);
+  ShutdownFirebird();
+  return exitCode;
+}
+
+}  // namespace
+}  // namespace holdwise
+
+int main(int argc, char** argv) {
+  try {
+    return holdwise::Main(argc, argv);
+  } catch (const std::exception& error) {
+    holdwise::PrintError(QStringLiteral("holdwise-terminal：%1").arg(QString::fromUtf8(error.what())));
+    return 1;
+  }
+}

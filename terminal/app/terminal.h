@@ -1,0 +1,93 @@
+#pragma once
+#include <QSettings>
+#include <functional>
+#include <memory>
+
+#include "app/address_registry.h"
+#include "app/command_line.h"
+#include "app/command_runner.h"
+#include "app/debug_log.h"
+#include "app/hand_over.h"
+#include "app/main_window.h"
+#include "app/message_boxes.h"
+#include "app/plugin_loader.h"
+#include "app/quick_entry.h"
+#include "app/terminal_host.h"
+#include "app/view_exporter.h"
+#include "datacentre/local_database.h"
+#include "datacentre/market_data.h"
+#include "holdwise/sdk/database.h"
+#include "theme/theme_services.h"
+
+namespace holdwise {
+
+/// The terminal itself: owns the window, the services and the plug-ins, and carries out what the command line and the
+/// user ask for. User-interface thread.
+class Terminal {
+ public:
+  /// Waits for the database that is being opened; throws what opening it threw.
+  using DatabaseOpener = std::function<std::unique_ptr<UserDataServices>()>;
+
+  /// The work folder exists and is locked by this process.
+  Terminal(Options options, DatabaseOpener openDatabase);
+  ~Terminal();
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+
+  /// Starts up, runs until the user, a signal or the end of a batch ends it, and says the exit code.
+  int Run();
+
+ private:
+  bool OpenDatabase();
+  void MakeWindow();
+  /// Loads the data folder and the plug-ins; false when the views cannot be shown, which ShowObstacle has told.
+  bool OpenMarket();
+  void AddHostPages();
+  bool LoadPlugins();
+  /// Goes to the page that the command line (or nobody) asked for and starts the rest of the command.
+  void RunFirstCommand();
+  /// Ends what needs the services, in reverse order of the start.
+  void End();
+
+  /// What stands in the way of the views: a line on standard error and, in a window, a page with a button.
+  void ShowObstacle(const QString& title, const QString& text, const QString& commands);
+  void TryAgain();
+
+  [[nodiscard]] CommandTargets Targets();
+  void SetTheme(ThemeKind kind);
+  void ApplyTheme();
+  [[nodiscard]] bool GoTo(const QString& address, const QString& parameter);
+  /// The address with views; null when no plug-in has one.
+  [[nodiscard]] TAddressItem* PortfolioAddress() const;
+  /// Enters that address unless it is entered; null when there is none.
+  [[nodiscard]] ViewCatalogue* EnterViews();
+  [[nodiscard]] HandOverAnswer Import(const QString& file);
+  void Export(const QString& folder, const HandOverServer::Answer& answer);
+  void ImportFromMenu();
+  void ExportFromMenu();
+  [[nodiscard]] MessageBoxService& Messages();
+
+  Options options_;
+  DatabaseOpener openDatabase_;
+  SystemClock clock_;
+  DebugLog log_;
+  QSettings settings_;
+  ThemeServices theme_;
+  MessageBoxes messageBoxes_;
+  PrintedMessages printedMessages_;
+
+  std::unique_ptr<UserDataServices> userData_;
+  std::unique_ptr<LocalDatabaseReader> localDatabase_;
+  std::unique_ptr<MarketData> market_;
+  std::unique_ptr<MainWindow> window_;
+  std::unique_ptr<QuickEntry> quickEntry_;
+  AddressRegistry addresses_;
+  std::unique_ptr<QWidget> obstacle_;
+  std::unique_ptr<TerminalHost> host_;
+  std::unique_ptr<PluginLoader> plugins_;
+  std::unique_ptr<CommandRunner> runner_;
+  std::unique_ptr<HandOverServer> handOver_;
+  std::unique_ptr<ViewExporter> exporter_;
+};
+
+}  // namespace holdwise

@@ -1,0 +1,29 @@
+#include "app/terminal_host.h"
+
+#include "app/title_frame.h"
+#include "bus/data_down_role.h"
+#include "files/down_file_role.h"
+
+namespace holdwise {
+
+TerminalHost::TerminalHost(const HostParts& parts, const QString& workFolder)
+    : parts_(parts), workFolder_(workFolder), embedded_(parts.market, parts.debug), files_(parts.market.Folder()) {}
+
+std::unique_ptr<TDSBAsynDataDownRole> TerminalHost::MakeDataDownRole() {
+  return std::make_unique<DataDownRole>(embedded_.Bus());
+}
+
+std::unique_ptr<TDSBAsynDownFileRole> TerminalHost::MakeDownFileRole() {
+  DownFileHints hints;
+  hints.onFailed = [this](const QString& remoteName, int errorCode) {
+    parts_.messageBoxes.Vex_MessageBox(QStringLiteral("文件“%1”下载失败（%2）。").arg(remoteName).arg(errorCode),
+                                       QStringLiteral("提示"), 0, 128);
+  };
+  return std::make_unique<DownFileRole>(files_, workFolder_, std::move(hints));
+}
+
+std::unique_ptr<TFrmQMTitle> TerminalHost::MakeTitleFrame() {
+  return holdwise::MakeTitleFrame(parts_.theme);
+}
+
+}  // namespace holdwise

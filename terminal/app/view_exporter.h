@@ -1,0 +1,66 @@
+#pragma once
+#include <QElapsedTimer>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+#include <functional>
+#include <vector>
+
+#include "holdwise/sdk/catalogue.h"
+
+class QWidget;
+
+namespace holdwise {
+
+/// Heading row and rows of a grid as CSV: a column without title is headed "#" and its number (from 0).
+[[nodiscard]] QByteArray GridToCsv(const GridText& grid);
+
+/// Visits every view of an address and writes what it shows into a folder: "<frame id>.png", each grid as
+/// "<frame id>-<grid>.csv", and the grid that follows the selected portfolio as "<frame id>-<grid>-<portfolio>.csv" for
+/// each portfolio. Works along with the event loop; the user's mouse and keys do not reach the window meanwhile.
+class ViewExporter : public QObject {
+ public:
+  /// Longest time that one view or portfolio may take to settle.
+  static constexpr int kSettleMilliseconds = 60'000;
+
+  /// @param picture what is painted into the picture files; both must outlive the exporter
+  ViewExporter(ViewCatalogue& views, QWidget& picture);
+  ~ViewExporter() override;
+
+  /// Called once, from the event loop; `problem` is empty when everything has been written.
+  std::function<void(const QString& problem)> OnDone;
+  /// @param folder is made when missing
+  void Start(const QString& folder);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void Look();
+  void NextView();
+  void NextPortfolio();
+  void WriteView();
+  void WritePortfolio();
+  void WriteGrid(const QString& name, const GridText& grid) const;
+  void Wait(void (ViewExporter::*whenSettled)(), int quietLooks, const QString& forWhat);
+  void Finish(const QString& problem);
+
+  ViewCatalogue& views_;
+  QWidget& picture_;
+  QString folder_;
+  std::vector<ViewCatalogue::View> left_;  ///< views to visit, the next one last
+  ViewCatalogue::View view_;
+  int shownBefore_ = 0;
+  QString followingGrid_;
+  QStringList portfoliosLeft_;
+  QString portfolio_;
+  QTimer look_;
+  QElapsedTimer waiting_;
+  int settledLooks_ = 0;
+  int quietLooks_ = 1;
+  void (ViewExporter::*whenSettled_)() = nullptr;
+  QString waitingFor_;
+};
+
+}  // namespace holdwise
