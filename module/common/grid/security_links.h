@@ -1,0 +1,29 @@
+#pragma once
+#include <QPoint>
+
+#include "common/grid/string_grid.h"
+
+namespace holdwise {
+
+/// Makes the code and name texts (columns 0 and 1) of a holdings grid links to the host's page of that security. The
+/// grid outlives it; the view hands the grid's mouse events on.
+class SecurityLinks {
+ public:
+  explicit SecurityLinks(TStringGrid& grid) : grid_(grid) {}
+
+  /// Over the text itself the hand cursor shows; anywhere else the default cursor.
+  void MouseMove(const QPoint& position);
+  /// Opens the security of the row under the mouse when a link was under the mouse at the last move.
+  void MouseDown(const QPoint& position);
+  /// The cell whose text is under the mouse; none otherwise.
+  [[nodiscard]] const GridCell& Hovered() const noexcept { return hovered_; }
+
+ private:
+  TStringGrid& grid_;
+  GridCell hovered_;
+};
+
+/// Makes a security the host's current one and has the host open its intraday chart once the present event is over.
+void OpenSecurity(const QString& code);
+
+}  // namespace holdwise

@@ -1,0 +1,129 @@
+#include "mainframe/navigation_tree.h"
+
+#include <QHeaderView>
+#include <QPainter>
+#include <QStyledItemDelegate>
+#include <QTreeWidgetItemIterator>
+#include <algorithm>
+
+#include "common/drawing.h"
+#include "common/frame_parts.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kRowHeight = 20;
+constexpr int kIndentation = 18;
+constexpr int kTextGap = 3;
+
+/// Draws a caption: the selected one in its colours, a group in bold.
+class NodeDelegate : public QStyledItemDelegate {
+ public:
+  explicit NodeDelegate(NavigationTree& tree) : QStyledItemDelegate(&tree), tree_(tree) {}
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    const NavigationTree::Colors& colors = tree_.CurrentColors();
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    QFont font = option.font;
+    font.setBold(!index.parent().isValid());
+    painter->save();
+    if (isSelected) painter->fillRect(option.rect, colors.selectedRow);
+    painter->setFont(font);
+    painter->setPen(isSelected ? colors.selectedText : colors.text);
+    painter->drawText(option.rect.adjusted(kTextGap, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                      index.data().toString());
+    painter->restore();
+  }
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return {QStyledItemDelegate::sizeHint(option, index).width(), kRowHeight};
+  }
+
+ private:
+  NavigationTree& tree_;
+};
+
+}  // namespace
+
+NavigationTree::NavigationTree(QWidget* parent) : QTreeWidget(parent) {
+  setColumnCount(2);
+  setColumnHidden(dxc_Id, true);
+  setTreePosition(dxc_Text);
+  setHeaderHidden(true);
+  header()->setStretchLastSection(true);
+  setItemDelegate(new NodeDelegate(*this));
+  setFont(DesignFont());
+  setFrameShape(QFrame::NoFrame);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setUniformRowHeights(true);
+  setIndentation(kIndentation);
+  setRootIsDecorated(false);
+  setItemsExpandable(false);
+  setExpandsOnDoubleClick(false);
+  setEditTriggers(NoEditTriggers);
+  setAllColumnsShowFocus(false);
+}
+
+void NavigationTree::BuildTree(std::span<const TNodeData> nodes, int highest) {
+  setUpdatesEnabled(false);
+  clear();
+  for (int row = 0; row <= highest && row < static_cast<int>(nodes.size()); ++row) {
+    const TNodeData& entry = nodes[static_cast<size_t>(row)];
+    QTreeWidgetItem* node = AppendNode(entry.ParentId);
+    node->setData(dxc_Id, Qt::DisplayRole, entry.Id);
+    node->setText(dxc_Text, entry.Text);
+  }
+  expandAll();
+  setUpdatesEnabled(true);
+}
+
+QTreeWidgetItem* NavigationTree::AppendNode(int parentId) {
+  QTreeWidgetItem* parent = parentId == 0 ? nullptr : FindId(parentId);
+  return parent == nullptr ? new QTreeWidgetItem(this) : new QTreeWidgetItem(parent);
+}
+
+int NavigationTree::IdOf(const QTreeWidgetItem* node) {
+  return node == nullptr ? 0 : node->data(dxc_Id, Qt::DisplayRole).toInt();
+}
+
+QString NavigationTree::CaptionOf(const QTreeWidgetItem* node) {
+  return node == nullptr ? QString() : node->text(dxc_Text);
+}
+
+QTreeWidgetItem* NavigationTree::FindId(int id) const {
+  for (QTreeWidgetItemIterator node(const_cast<NavigationTree*>(this)); *node != nullptr; ++node) {
+    if (IdOf(*node) == id) return *node;
+  }
+  return nullptr;
+}
+
+QTreeWidgetItem* NavigationTree::FindCaption(const QString& beginning) const {
+  if (beginning.isEmpty()) return nullptr;
+  for (QTreeWidgetItemIterator node(const_cast<NavigationTree*>(this)); *node != nullptr; ++node) {
+    if (CaptionOf(*node).startsWith(beginning)) return *node;
+  }
+  return nullptr;
+}
+
+void NavigationTree::SetColors(const Colors& colors) {
+  colors_ = colors;
+  QPalette area = palette();
+  area.setColor(QPalette::Base, colors.background);
+  area.setColor(QPalette::Text, colors.font);
+  setPalette(area);
+  viewport()->update();
+}
+
+void NavigationTree::drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const {
+  if (selectionModel()->isSelected(index)) painter->fillRect(rect, colors_.selectedRow);
+  if (!index.parent().isValid()) return;
+  // A line down from the group, with a branch to every caption; it ends at the last one.
+  const int x = rect.right() - kIndentation / 2;
+  const int middle = rect.center().y();
+  const bool isLast = index.row() == index.model()->rowCount(index.parent()) - 1;
+  DrawLine_(*painter, {x, rect.top()}, {x, isLast ? middle : rect.bottom()}, Qt::SolidLine, colors_.line);
+  DrawLine_(*painter, {x, middle}, {rect.right(), middle}, Qt::SolidLine, colors_.line);
+}
+
+}  // namespace holdwise

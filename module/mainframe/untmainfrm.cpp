@@ -1,0 +1,263 @@
+#include "mainframe/untmainfrm.h"
+
+#include <QScopeGuard>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <chrono>
+
+#include "common/event_guard.h"
+#include "common/host_access.h"
+#include "common/recalc.h"
+#include "common/statements.h"
+#include "common/untcommon.h"
+#include "mainframe/view_table.h"
+
+namespace holdwise {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int kTreeWidth = 174;
+constexpr int kSplitterWidth = 10;
+constexpr int kTreeMargin = 5;
+constexpr int kLinkMargin = 14;
+constexpr auto kPricePeriod = 3000ms;
+constexpr auto kRecalcDelay = 1000ms;
+constexpr auto kOpenDelay = 10ms;
+
+constexpr int kSmartAllocation = 1001;
+constexpr int kPortfolioEditor = 1002;
+
+/// Views with prices in them.
+bool IsLive(int frameId) {
+  return frameId == 2001 || frameId == 3001 || frameId == 3002;
+}
+
+QString Unit() {
+  return QStringLiteral("untmainfrm");
+}
+
+void FreeSharedObjects() {
+  if (g_Timer) g_Timer->stop();
+  g_NowPrice.reset();
+  g_ClosePrice.reset();
+  g_UserValue.reset();
+  g_StockClosePrice.reset();
+  g_Timer.reset();
+  FDBServer = nullptr;
+}
+
+}  // namespace
+
+TMainFrm::TMainFrm(QWidget* parent) : QWidget(parent) {
+  BuildPanels();
+  BuildTimers();
+  auto undo = qScopeGuard([] { FreeSharedObjects(); });
+  FDBServer = &ModuleHost().UserData();
+  tree_->BuildTree(Nodes, static_cast<int>(Nodes.size()) - 1);
+  MakeSkin();
+  CreateSharedObjects();
+  QTreeWidgetItem* top = tree_->topLevelItem(0);
+  tree_->setCurrentItem(top);
+  connect(tree_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* node) {
+    GuardEvent(Unit(), QStringLiteral("dxTLChangeNode"), [&] { dxTLChangeNode(node); });
+  });
+  dxTLChangeNode(top);
+  undo.dismiss();
+}
+
+TMainFrm::~TMainFrm() {
+  tree_->disconnect(this);
+  FCurFrame = nullptr;
+  for (TViewFrame* frame : FFrameList) {
+    frame->setParent(nullptr);
+    delete frame;
+  }
+  FFrameList.clear();
+  FreeSharedObjects();
+}
+
+void TMainFrm::BuildPanels() {
+  splitter_ = new FrameSplitter(Qt::Horizontal, this);
+  splitter_->setHandleWidth(kSplitterWidth);
+  splitter_->setChildrenCollapsible(false);
+  auto* whole = new QVBoxLayout(this);
+  whole->setContentsMargins(0, 0, 0, 0);
+  whole->addWidget(splitter_);
+
+  RzPanel2 = new QWidget(splitter_);
+  tree_ = new NavigationTree(RzPanel2);
+  auto* left = new QVBoxLayout(RzPanel2);
+  left->setContentsMargins(kTreeMargin, kTreeMargin, 0, 0);
+  left->addWidget(tree_);
+
+  RzPanel1 = new QWidget(splitter_);
+  RzPanel3 = new TitleStrip(QString(), DesignFont(15, true), {14, 10}, RzPanel1);
+  Label1 = new QLabel(QStringLiteral("智能股票池"));
+  Label1->setFont(DesignFont());
+  Label1->setCursor(Qt::PointingHandCursor);
+  Label1->hide();
+  auto* bar = new QHBoxLayout(RzPanel3);
+  bar->setContentsMargins(0, 0, kLinkMargin, 0);
+  bar->addStretch();
+  bar->addWidget(Label1);
+  RzPanel4 = new QWidget(RzPanel1);
+  views_ = new QStackedLayout(RzPanel4);
+  welcome_ = new QLabel(QStringLiteral("请在左侧选择视图"));
+  welcome_->setFont(DesignFont(15));
+  welcome_->setAlignment(Qt::AlignCenter);
+  views_->addWidget(welcome_);
+  auto* right = new QVBoxLayout(RzPanel1);
+  right->setContentsMargins(0, 0, 0, 0);
+  right->setSpacing(0);
+  right->addWidget(RzPanel3);
+  right->addWidget(RzPanel4, 1);
+
+  splitter_->setStretchFactor(0, 0);
+  splitter_->setStretchFactor(1, 1);
+  splitter_->setSizes({kTreeWidth, kTreeWidth});
+  RzPanel2->resize(kTreeWidth, RzPanel2->height());
+}
+
+void TMainFrm::BuildTimers() {
+  Timer_NowPrice.setInterval(kPricePeriod);
+  connect(&Timer_NowPrice, &QTimer::timeout, this,
+          [this] { GuardEvent(Unit(), QStringLiteral("Timer_NowPriceTimer"), [this] { Timer_NowPriceTimer(); }); });
+  Timer_NowPrice.start();
+  Timer1.setInterval(kRecalcDelay);
+  connect(&Timer1, &QTimer::timeout, this,
+          [this] { GuardEvent(Unit(), QStringLiteral("Timer1Timer"), [this] { Timer1Timer(); }); });
+  Timer1.start();
+}
+
+void TMainFrm::CreateSharedObjects() {
+  g_NowPrice = std::make_unique<TNowPrice>();
+  g_ClosePrice = std::make_unique<TClosePrice>();
+  g_UserValue = std::make_unique<TUserValue>();
+  g_StockClosePrice = std::make_unique<TStockClosePrice>();
+  g_Timer = std::make_unique<QTimer>();
+  connect(g_Timer.get(), &QTimer::timeout, this,
+          [this] { GuardEvent(Unit(), QStringLiteral("g_TimerOnTimer"), [this] { g_TimerOnTimer(); }); });
+  g_Timer->setInterval(kOpenDelay);
+}
+
+int TMainFrm::GetFID(int nodeId) {
+  return nodeId % 1000 != 0 ? nodeId : nodeId + 1;
+}
+
+void TMainFrm::dxTLChangeNode(const QTreeWidgetItem* newNode) {
+  TViewFrame* previous = std::exchange(FCurFrame, nullptr);
+  if (newNode == nullptr) return;
+  // A node without a view leaves the previous one on screen, but no longer current: intended.
+  const ViewEntry* view = FindView(GetFID(NavigationTree::IdOf(newNode)));
+  if (view == nullptr) return;
+  const auto refresh = qScopeGuard([this] { ModuleHost().System().RefreshWorkArea(RzPanel4); });
+  ShowView(*view, *newNode, previous);
+}
+
+void TMainFrm::ShowView(const ViewEntry& view, const QTreeWidgetItem& node, TViewFrame* previous) {
+  const bool isGroup = NavigationTree::IdOf(&node) % 1000 == 0;
+  RzPanel3->SetCaption(NavigationTree::CaptionOf(isGroup ? node.child(0) : &node));
+  const auto cached = std::find_if(FFrameList.begin(), FFrameList.end(),
+                                   [&](const TViewFrame* frame) { return frame->Tag() == view.frameId; });
+  if (cached != FFrameList.end()) {
+    FCurFrame = *cached;
+  } else {
+    FCurFrame = view.make().release();
+    FCurFrame->SetTag(view.frameId);
+    views_->addWidget(FCurFrame);
+    FFrameList.push_back(FCurFrame);
+  }
+  views_->setCurrentWidget(FCurFrame);
+  if (previous != nullptr && previous != FCurFrame) SendFrameMessage(*previous, FrameMessage::Hidden);
+  SendInit();
+  Label1->setVisible(view.frameId == kSmartAllocation);
+  if (view.frameId != kSmartAllocation) EnableTimer1();
+}
+
+void TMainFrm::SendInit() {
+  arePricesShown_ = g_NowPrice->HasPrices() && g_NowPrice->IsDataReady();
+  SendFrameMessage(*FCurFrame, FrameMessage::Init);
+}
+
+void TMainFrm::EnableTimer1() {
+  // A timer that runs already keeps its time.
+  if (!Timer1.isActive()) Timer1.start();
+}
+
+void TMainFrm::InitProc() {
+  g_NowPrice->SetDataReady(true);
+  g_NowPrice->SetIsGetNowPrice(true);
+  Timer_NowPrice.start();
+}
+
+void TMainFrm::FinalProc() {
+  Timer_NowPrice.stop();
+  g_NowPrice->CancelSubscription();
+}
+
+void TMainFrm::Timer1Timer() {
+  Timer1.stop();
+  const int frameId = GetFID(NavigationTree::IdOf(tree_->currentItem()));
+  if (frameId == kSmartAllocation) return;
+  if (Database().Count(sql::kCountPortfolios) <= 0) return;
+  const QString& relevant = frameId == kPortfolioEditor ? sql::kCountUnsavedPortfolios : sql::kCountSavedPortfolios;
+  if (Database().Count(relevant) == 0) return;
+  ReCalc();
+  if (FCurFrame != nullptr) SendInit();
+}
+
+void TMainFrm::Timer_NowPriceTimer() {
+  Timer_NowPrice.stop();
+  const auto restart = qScopeGuard([this] { Timer_NowPrice.start(); });
+  if (!g_NowPrice->IsDataReady()) return;
+  if (FCurFrame == nullptr || !IsLive(FCurFrame->Tag())) return;
+  arePricesShown_ = g_NowPrice->HasPrices();
+  g_NowPrice->ReGetNowPrice();
+  SendFrameMessage(*FCurFrame, FrameMessage::ReflashNowPrice);
+}
+
+void TMainFrm::g_TimerOnTimer() {
+  g_Timer->stop();
+  ModuleHost().Addresses().GotoAddress(QStringLiteral("分时走势"), QString());
+}
+
+void TMainFrm::Button1Click() {
+  ModuleHost().Addresses().GotoAddress(QStringLiteral("工具条"), QStringLiteral("基金"));
+}
+
+bool TMainFrm::IsSettled() const {
+  if (Timer1.isActive() || !g_NowPrice->HasPrices()) return false;
+  if (FCurFrame == nullptr) return true;
+  return FCurFrame->IsSettled() && (arePricesShown_ || !IsLive(FCurFrame->Tag()));
+}
+
+void TMainFrm::DataChanged() {
+  ReCalc();
+  g_NowPrice->ReGetNowPrice();
+  if (FCurFrame == nullptr) return;
+  SendInit();
+  if (FCurFrame->Tag() != kSmartAllocation) EnableTimer1();
+}
+
+void TMainFrm::MakeSkin() {
+  const IColorSet2& colors = ModuleHost().ColorTheme().Colors();
+  themeColors_ = ReadGridColors(colors);
+  const QColor background = colors.ColorOf(theme::kBackground);
+  const QColor titleFont = colors.ColorOf(theme::kTitleFont);
+  tree_->SetColors({background, titleFont, themeColors_.unselectedText, colors.ColorOf(theme::kTreeLine),
+                    themeColors_.selectedRow, themeColors_.selectedText});
+  for (TViewFrame* frame : FFrameList) SendFrameMessage(*frame, FrameMessage::ChangeSkin);
+  for (QWidget* panel : {RzPanel1, RzPanel2, static_cast<QWidget*>(RzPanel3), RzPanel4, static_cast<QWidget*>(this)}) {
+    SetPanelColor(*panel, background);
+  }
+  SetTextColor(*welcome_, titleFont);
+  const QColor bigText = colors.ColorOf(theme::kSectionBigText);
+  SetTextColor(RzPanel3->Caption(), bigText);
+  // The link takes the colour of the title.
+  SetTextColor(*Label1, bigText);
+  RzPanel3->ApplyPicture(theme::kTitleBackgroundPicture);
+}
+
+}  // namespace holdwise

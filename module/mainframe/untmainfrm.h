@@ -1,0 +1,77 @@
+#pragma once
+#include <QLabel>
+#include <QTimer>
+#include <QWidget>
+#include <vector>
+
+#include "common/frame_parts.h"
+#include "common/theme_colors.h"
+#include "common/view_frame.h"
+#include "mainframe/frame_splitter.h"
+#include "mainframe/navigation_tree.h"
+
+class QStackedLayout;
+
+namespace holdwise {
+
+/// The module's one top-level frame: navigation tree, title bar, and the view shown. It creates and frees the shared
+/// objects, keeps every view it has created, and runs the timers. One at a time; user-interface thread only. Failures
+/// inside timers and tree clicks go to the host's debug log.
+class TMainFrm : public QWidget {
+ public:
+  /// Opens the database and the shared objects; a failure reaches the caller.
+  explicit TMainFrm(QWidget* parent = nullptr);
+  ~TMainFrm() override;
+
+  /// Starts (stops) the real-time prices; on every enter (leave) of the address.
+  void InitProc();
+  void FinalProc();
+  /// Applies the theme here and passes the change on to every view.
+  void MakeSkin();
+  /// Has the host open its fund toolbar.
+  void Button1Click();
+  /// A group's id stands for its first child.
+  [[nodiscard]] static int GetFID(int nodeId);
+
+  [[nodiscard]] FrameSplitter& Splitter1() const { return *splitter_; }
+  [[nodiscard]] NavigationTree& dxTL() const { return *tree_; }
+  /// Every view created so far, in creation order.
+  [[nodiscard]] const std::vector<TViewFrame*>& FrameList() const noexcept { return FFrameList; }
+  /// The view shown; null when none.
+  [[nodiscard]] TViewFrame* CurFrame() const noexcept { return FCurFrame; }
+  /// No recalculation waits, prices are in, and the view shown shows them.
+  [[nodiscard]] bool IsSettled() const;
+  /// The database has changed behind the views: recalculates, reads the shown view again and asks for prices again.
+  void DataChanged();
+
+ private:
+  void BuildPanels();
+  void BuildTimers();
+  void CreateSharedObjects();
+  void dxTLChangeNode(const QTreeWidgetItem* newNode);
+  void ShowView(const struct ViewEntry& view, const QTreeWidgetItem& node, TViewFrame* previous);
+  void Timer1Timer();
+  void Timer_NowPriceTimer();
+  void g_TimerOnTimer();
+  void EnableTimer1();
+  void SendInit();
+
+  FrameSplitter* splitter_ = nullptr;
+  QWidget* RzPanel2 = nullptr;
+  NavigationTree* tree_ = nullptr;
+  QWidget* RzPanel1 = nullptr;
+  TitleStrip* RzPanel3 = nullptr;
+  QLabel* Label1 = nullptr;
+  QWidget* RzPanel4 = nullptr;
+  QLabel* welcome_ = nullptr;
+  QStackedLayout* views_ = nullptr;
+  QTimer Timer_NowPrice;
+  QTimer Timer1;
+
+  std::vector<TViewFrame*> FFrameList;
+  TViewFrame* FCurFrame = nullptr;
+  GridColors themeColors_;
+  bool arePricesShown_ = false;
+};
+
+}  // namespace holdwise

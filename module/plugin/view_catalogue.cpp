@@ -1,0 +1,65 @@
+#include "plugin/view_catalogue.h"
+
+#include "common/grid/string_grid.h"
+#include "common/untcommon.h"
+#include "mainframe/view_table.h"
+
+namespace holdwise {
+
+TViewFrame* HoldwiseViewCatalogue::CurFrame() const {
+  return mainFrame_.isNull() ? nullptr : mainFrame_->CurFrame();
+}
+
+std::vector<ViewCatalogue::View> HoldwiseViewCatalogue::List() const {
+  std::vector<View> views;
+  if (mainFrame_.isNull()) return views;
+  for (const TNodeData& node : Nodes) {
+    if (FindView(node.Id) != nullptr) views.push_back({node.Id, node.Text});
+  }
+  return views;
+}
+
+bool HoldwiseViewCatalogue::Show(int frameId) {
+  if (mainFrame_.isNull() || FindView(frameId) == nullptr) return false;
+  QTreeWidgetItem* node = mainFrame_->dxTL().FindId(frameId);
+  if (node == nullptr) return false;
+  mainFrame_->dxTL().setCurrentItem(node);
+  return true;
+}
+
+int HoldwiseViewCatalogue::Current() const {
+  const TViewFrame* frame = CurFrame();
+  return frame == nullptr ? 0 : frame->Tag();
+}
+
+bool HoldwiseViewCatalogue::IsSettled() const {
+  return !isDownloadPending_ && !mainFrame_.isNull() && mainFrame_->IsSettled();
+}
+
+QWidget* HoldwiseViewCatalogue::Frame() const {
+  return CurFrame();
+}
+
+std::vector<GridText> HoldwiseViewCatalogue::Grids() const {
+  std::vector<GridText> texts;
+  const TViewFrame* frame = CurFrame();
+  if (frame == nullptr) return texts;
+  for (const TStringGrid* grid : frame->CatalogueGrids()) texts.push_back(grid->ToGridText());
+  return texts;
+}
+
+ViewCatalogue::Holdings HoldwiseViewCatalogue::HoldingsGrid() const {
+  const TViewFrame* frame = CurFrame();
+  return frame == nullptr ? Holdings{} : frame->HoldingsGrid();
+}
+
+bool HoldwiseViewCatalogue::SelectPortfolio(const QString& portfolioId) {
+  TViewFrame* frame = CurFrame();
+  return frame != nullptr && frame->SelectPortfolio(portfolioId);
+}
+
+void HoldwiseViewCatalogue::DataChanged() {
+  if (!mainFrame_.isNull()) mainFrame_->DataChanged();
+}
+
+}  // namespace holdwise

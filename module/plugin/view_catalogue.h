@@ -1,0 +1,34 @@
+#pragma once
+#include <QPointer>
+
+#include "holdwise/sdk/catalogue.h"
+#include "mainframe/untmainfrm.h"
+
+namespace holdwise {
+
+/// The catalogue of the address item's main frame. Before the first enter, and after the main frame has gone, it is
+/// empty and has nothing to show.
+class HoldwiseViewCatalogue final : public ViewCatalogue {
+ public:
+  void SetMainFrame(TMainFrm* mainFrame) { mainFrame_ = mainFrame; }
+  /// The item's own download has been asked for (answered).
+  void SetDownloadPending(bool pending) { isDownloadPending_ = pending; }
+
+  [[nodiscard]] std::vector<View> List() const override;
+  bool Show(int frameId) override;
+  [[nodiscard]] int Current() const override;
+  [[nodiscard]] bool IsSettled() const override;
+  [[nodiscard]] QWidget* Frame() const override;
+  [[nodiscard]] std::vector<GridText> Grids() const override;
+  [[nodiscard]] Holdings HoldingsGrid() const override;
+  bool SelectPortfolio(const QString& portfolioId) override;
+  void DataChanged() override;
+
+ private:
+  [[nodiscard]] TViewFrame* CurFrame() const;
+
+  QPointer<TMainFrm> mainFrame_;
+  bool isDownloadPending_ = false;
+};
+
+}  // namespace holdwise

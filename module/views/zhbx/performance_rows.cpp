@@ -1,0 +1,114 @@
+#include "views/zhbx/performance_rows.h"
+
+#include "common/holding_rows.h"
+#include "common/host_access.h"
+#include "common/untcommon.h"
+#include "holdwise/packet/number_text.h"
+#include "views/zhbx/performance_figures.h"
+#include "views/zhbx/performance_layout.h"
+
+namespace holdwise::performance {
+namespace {
+
+QString NameOrDelisted(const QString& code) {
+  const QString name = ModuleHost().CodeNums().NameOf(code);
+  return name.isEmpty() ? QStringLiteral("已退市") : name;
+}
+
+void ShowCloses(const QString& code, int row, TStringGrid& grid) {
+  const TNameValueSnapshot week = g_ClosePrice->GetWeekCloseStringList();
+  const bool known = week->Has(code);
+  // The month list is not asked whether it knows the code.
+  const QString month = g_ClosePrice->GetMonthCloseStringList()->ValueOf(code);
+  grid.SetCells(kWeekClose, row, known ? week->ValueOf(code) : QStringLiteral("0"));
+  grid.SetCells(kMonthClose, row, known ? month : QStringLiteral("0"));
+}
+
+}  // namespace
+
+void ShowPortfolios(const ResultSet& portfolios, TStringGrid& grid) {
+  const int name = portfolios.Column("COMNAME");
+  const int date = portfolios.Column("EDITDATE");
+  const int id = portfolios.Column("ID");
+  const GridBatch batch(grid);
+  grid.SetRowCount(portfolios.RowCount());
+  for (int row = 0; row < portfolios.RowCount(); ++row) {
+    grid.SetCells(kName, row, portfolios.TextAt(row, name));
+    grid.SetCells(kCreated, row, portfolios.TextAt(row, date));
+    grid.SetCells(kId, row, portfolios.TextAt(row, id));
+  }
+}
+
+void ShowHoldings(const ResultSet& holdings, TStringGrid& grid) {
+  const int code = holdings.Column("SecuCode");
+  const int quantity = holdings.Column("PZSL");
+  const int weight = holdings.Column("PZBL");
+  const int buyPrice = holdings.Column("BUYPRICE");
+  const GridBatch batch(grid);
+  grid.SetRowCount(holdings.RowCount());
+  if (holdings.IsEmpty()) ClearStrnGrd(grid);
+  for (int row = 0; row < holdings.RowCount(); ++row) {
+    const auto number = IntegerOr(holdings.TextAt(row, code));
+    const QString codeText = SixDigits(number);
+    grid.SetCells(kCode, row, GetCodeCNum(codeText));
+    grid.SetCells(kSecurityName, row, NameOrDelisted(codeText));
+    grid.SetCells(kIndustry, row, ModuleHost().CodeNums().IndustryOf(static_cast<int>(number)));
+    grid.SetCells(kQuantity, row, holdings.TextAt(row, quantity));
+    grid.SetCells(kWeight, row, WeightText(NumberAt(holdings, row, weight)));
+    grid.SetCells(kBuyPrice, row, holdings.TextAt(row, buyPrice));
+    ShowCloses(codeText, row, grid);
+  }
+}
+
+void RefreshHoldings(TStringGrid& grid) {
+  const TNameValueSnapshot prices = g_NowPrice->GetNowPriceStringList();
+  const TNameValueSnapshot previousCloses = g_UserValue->GetUserPrvCloseValues();
+  const GridBatch batch(grid);
+  for (int row = 0; row < grid.RowCount(); ++row) {
+    const QString& code = grid.Cells(kCode, row);
+    HoldingInput input;
+    input.price = RealOr(prices->ValueOf(code));
+    input.previousClose = RealOr(previousCloses->ValueOf(code));
+    input.weekClose = RealOr(grid.Cells(kWeekClose, row));
+    input.monthClose = RealOr(grid.Cells(kMonthClose, row));
+    input.buyPrice = RealOr(grid.Cells(kBuyPrice, row));
+    input.quantity = IntegerOr(grid.Cells(kQuantity, row));
+    const auto figures = FiguresOf(input);
+    if (!figures) continue;
+    grid.SetCells(kPrice, row, figures->price);
+    grid.SetCells(kChange, row, figures->change);
+    grid.SetCells(kDayContribution, row, figures->dayContribution);
+    grid.SetCells(kWeekContribution, row, figures->weekContribution);
+    grid.SetCells(kMonthContribution, row, figures->monthContribution);
+    grid.SetCells(kHoldingGain, row, figures->gain);
+    grid.SetCells(kHoldingGainRate, row, figures->gainRate);
+  }
+}
+
+void RefreshPortfolios(TStringGrid& grid) {
+  const TNameValueSnapshot values = g_NowPrice->GetNowValueGroupStringList();
+  const TNameValueSnapshot weekCloses = g_ClosePrice->GetWeekCloseStringList_Sum();
+  const TNameValueSnapshot monthCloses = g_ClosePrice->GetMonthCloseStringList_Sum();
+  const TNameValueSnapshot costs = g_UserValue->GetUserValuesStringList();
+  const TNameValueSnapshot previousCloses = g_UserValue->GetUserValuesPrvCloseValues();
+  const GridBatch batch(grid);
+  for (int row = 0; row < grid.RowCount(); ++row) {
+    const QString& id = grid.Cells(kId, row);
+    PortfolioInput input;
+    input.value = RealOr(values->ValueOf(id));
+    input.weekCloseValue = RealOr(weekCloses->ValueOf(id));
+    input.monthCloseValue = RealOr(monthCloses->ValueOf(id));
+    input.cost = RealOr(costs->ValueOf(id));
+    input.previousCloseValue = RealOr(previousCloses->ValueOf(id));
+    const auto figures = FiguresOf(input);
+    if (!figures) continue;
+    grid.SetCells(kValue, row, figures->value);
+    grid.SetCells(kWeekChange, row, figures->weekChange);
+    grid.SetCells(kMonthChange, row, figures->monthChange);
+    grid.SetCells(kGain, row, figures->gain);
+    if (figures->gainRate) grid.SetCells(kGainRate, row, *figures->gainRate);
+    grid.SetCells(kDayChange, row, figures->dayChange);
+  }
+}
+
+}  // namespace holdwise::performance
