@@ -49,4 +49,48 @@ int CodeNumberOfStock(std::string_view sixDigits) noexcept {
   return number;
 }
 
+std::optional<NamedCode> ParseNamedCode(std::string_view text) {
+  const auto marketOf = [](std::string_view letters) {
+    if (letters == "sh" || letters == "SH") return 1;
+    return letters == "sz" || letters == "SZ" ? 2 : 0;
+  };
+  NamedCode code;
+  if (text.size() == 8) {
+    code.market = marketOf(text.substr(0, 2));
+    text.remove_prefix(2);
+  } else if (text.size() == 9 && text[6] == '.') {
+    code.market = marketOf(text.substr(7));
+    text.remove_suffix(3);
+  } else if (text.size() != 6) {
+    return std::nullopt;
+  } else {
+    if (!IsSixDigits(text)) return std::nullopt;
+    return NamedCode{std::string(text), 0};
+  }
+  if (code.market == 0 || !IsSixDigits(text)) return std::nullopt;
+  code.digits = text;
+  return code;
+}
+
+std::optional<std::string> ParseStockCode(std::string_view text) {
+  const std::optional<NamedCode> code = ParseNamedCode(text);
+  if (!code) return std::nullopt;
+  const int market = MarketOfStock(code->digits);
+  if (market == 0 || (code->market != 0 && code->market != market)) return std::nullopt;
+  if (code->digits.starts_with("399")) return std::nullopt;  // Shenzhen's indices
+  return code->digits;
+}
+
+int ParseIndexNumber(std::string_view text, bool onlyIndicesAreMeant) {
+  if (text == "1") return 1;
+  const std::optional<NamedCode> code = ParseNamedCode(text);
+  if (!code) return 0;
+  const bool isShanghai = code->market == 1 || (code->market == 0 && onlyIndicesAreMeant);
+  if (isShanghai && code->digits == "000001") return 1;
+  if (isShanghai && code->digits == "000300") return 399300;
+  if (code->market == 1) return 0;
+  if (code->digits == "399001") return 399001;
+  return code->digits == "399300" ? 399300 : 0;
+}
+
 }  // namespace holdwise

@@ -1,4 +1,6 @@
 #pragma once
+#include <optional>
+#include <string>
 #include <string_view>
 
 /// Rules of the Shanghai and Shenzhen exchanges that follow from a security's six digits. Pure and thread-safe.
@@ -19,5 +21,20 @@ inline constexpr int kIndexNumbers[] = {1, 399001, 399300};
 [[nodiscard]] int PriceLimitPercent(int codeNumber) noexcept;
 /// Code number of a stock: 1600000 for "600000". 0 when the text is not six digits.
 [[nodiscard]] int CodeNumberOfStock(std::string_view sixDigits) noexcept;
+
+/// Six digits and the market written beside them.
+struct NamedCode {
+  std::string digits;
+  int market = 0;  ///< 1 Shanghai, 2 Shenzhen, 0 not said
+  bool operator==(const NamedCode&) const = default;
+};
+/// Reads "600519", "sh600519" or "600519.SH" (sh or sz, either case); none for anything else.
+[[nodiscard]] std::optional<NamedCode> ParseNamedCode(std::string_view text);
+/// Six digits of the stock meant by such a text; none when it is no stock of Shanghai or Shenzhen, or when the market
+/// beside the digits is the other one (sh000001 is the Shanghai Composite, not stock 000001).
+[[nodiscard]] std::optional<std::string> ParseStockCode(std::string_view text);
+/// Number of the index meant by "1", "399001", "399300" or by a code with its market (sh000001, 000300.SH, 399300.SZ);
+/// 0 for anything else. Bare 000001 and 000300 count only where nothing but an index can be meant.
+[[nodiscard]] int ParseIndexNumber(std::string_view text, bool onlyIndicesAreMeant);
 
 }  // namespace holdwise

@@ -1,0 +1,147 @@
+#include "commands.h"
+
+#include <unistd.h>
+
+#include <QString>
+#include <algorithm>
+#include <cstdio>
+
+#include "holdwise/market/data_folder_builder.h"
+#include "holdwise/market/market_date.h"
+#include "holdwise/market/simulated_market.h"
+#include "holdwise/packet/csv.h"
+#include "holdwise/packet/number_text.h"
+#include "holdwise/packet/packet_file.h"
+
+namespace holdwise {
+namespace {
+
+QString Path(const std::string& argument) {
+  return QString::fromStdString(argument);
+}
+
+int ReadDateArgument(const char* option, const std::string& text) {
+  const std::optional<int> date = ParseDate(text);
+  if (!date) throw Error(ErrorCategory::Refused, std::string(option) + " 的日期无法识别：“" + text + "”");
+  return *date;
+}
+
+/// Progress on standard error: one line that renews itself on a terminal, else a line every tenth of the way.
+class ProgressLine {
+ public:
+  explicit ProgressLine(const char* label) : label_(label), isTerminal_(::isatty(STDERR_FILENO) == 1) {}
+
+  void Show(int done, int total) {
+    const int step = std::max(1, total / (isTerminal_ ? 200 : 10));
+    if (done % step != 0 && done != total) return;
+    std::fprintf(stderr, isTerminal_ ? "\r%s %d/%d" : "%s %d/%d\n", label_, done, total);
+    if (isTerminal_ && done == total) std::fputc('\n', stderr);
+  }
+
+ private:
+  const char* label_;
+  bool isTerminal_;
+};
+
+void WriteStandardOutput(const QByteArray& bytes) {
+  const auto size = static_cast<std::size_t>(bytes.size());
+  if (std::fwrite(bytes.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0) {
+    throw Error(ErrorCategory::Io, "无法写到标准输出");
+  }
+}
+
+const char* TypeName(ColumnType type) {
+  switch (type) {
+    case ColumnType::Integer:
+      return "integer";
+    case ColumnType::Real:
+      return "real";
+    case ColumnType::Text:
+      return "text";
+    case ColumnType::DateTime:
+      return "datetime";
+  }
+  return "";
+}
+
+}  // namespace
+
+int RunBuild(const BuildCommand& command) {
+  BuildOptions options;
+  options.barsFolder = Path(command.bars);
+  options.indicesFolder = Path(command.indices);
+  options.securitiesFile = Path(command.securities);
+  options.datesFile = Path(command.dates);
+  options.ratesFile = Path(command.rates);
+  options.quotesFile = Path(command.quotes);
+  options.outFolder = Path(command.out);
+  options.days = command.days;
+  options.isSimulated = command.isSimulated;
+  if (!command.date.empty()) options.currentDate = ReadDateArgument("--date", command.date);
+
+  ProgressLine progress("处理行情");
+  BuildObserver observer;
+  observer.onRejection = [](const Rejection& rejection) {
+    std::fprintf(stderr, "%s\n", rejection.ToText().toUtf8().constData());
+  };
+  observer.onProgress = [&progress](int done, int total) { progress.Show(done, total); };
+  const BuildSummary summary = BuildDataFolder(options, observer);
+  std::printf(
+      "数据目录：%s\n当前日期：%s\n证券：%d，有行情 %d\n统计行：%lld\n未采用的行：%lld，未采用的文件：%d\n用时：%s "
+      "秒\n",
+      command.out.c_str(), DateText(summary.currentDate).c_str(), summary.securities, summary.series,
+      static_cast<long long>(summary.rows), static_cast<long long>(summary.rejectedLines), summary.rejectedFiles,
+      FormatFixedUtf8(summary.seconds, 2).c_str());
+  return 0;
+}
+
+int RunSimulate(const SimulateCommand& command) {
+  SimulationOptions options;
+  options.securities = command.securities;
+  options.days = command.days;
+  options.seed = command.seed;
+  options.endDate = ReadDateArgument("--end", command.end);
+  options.outFolder = Path(command.out);
+  ProgressLine progress("模拟行情");
+  WriteSimulatedMarket(options, [&progress](int done, int total) { progress.Show(done, total); });
+  std::printf("模拟行情：%s\n证券：%d，交易日：%d\n", command.out.c_str(), options.securities, options.days);
+  return 0;
+}
+
+int RunPacketShow(const PacketCommand& command) {
+  const ResultSet table = ReadPacketFile(Path(command.file));
+  QByteArray text =
+      "列：" + QByteArray::number(table.ColumnCount()) + "，行：" + QByteArray::number(table.RowCount()) + "\n";
+  for (int column = 0; column < table.ColumnCount(); ++column) {
+    text += (column == 0 ? "" : "\t") + table.ColumnName(column) + ":" + TypeName(table.TypeOf(column));
+  }
+  text += "\n";
+  const int rows = std::clamp(command.rows, 0, table.RowCount());
+  for (int row = 0; row < rows; ++row) {
+    for (int column = 0; column < table.ColumnCount(); ++column) {
+      text += (column == 0 ? "" : "\t") + (table.IsNull(row, column) ? "-" : table.Utf8At(row, column));
+    }
+    text += "\n";
+  }
+  if (rows < table.RowCount()) text += "……\n";
+  WriteStandardOutput(text);
+  return 0;
+}
+
+int RunPacketToCsv(const PacketCommand& command) {
+  const QByteArray csv = ResultSetToCsv(ReadPacketFile(Path(command.file)));
+  if (command.out.empty()) {
+    WriteStandardOutput(csv);
+  } else {
+    WriteFileAtomically(Path(command.out), csv, Durability::Lasting);
+  }
+  return 0;
+}
+
+int RunPacketFromCsv(const PacketCommand& command) {
+  const ResultSet table = ResultSetFromCsv(ReadTextFile(Path(command.file)));
+  WritePacketFile(Path(command.out), table, Durability::Lasting);
+  return 0;
+}
+
+}  // namespace holdwise

@@ -1,0 +1,49 @@
+#pragma once
+#include <QString>
+#include <cstdint>
+#include <functional>
+
+#include "holdwise/market/csv_table.h"
+
+namespace holdwise {
+
+/// What a data folder is made from. File and folder names; empty optional ones are not read.
+struct BuildOptions {
+  QString barsFolder;      ///< one CSV file of daily bars a stock
+  QString indicesFolder;   ///< the same of the three indices
+  QString securitiesFile;  ///< security master
+  QString datesFile;       ///< optional: trading dates; without it the dates of the index bars
+  QString ratesFile;       ///< optional: deposit rates
+  QString quotesFile;      ///< optional: prices; without it, and for what it lacks, the last two closes
+  QString outFolder;
+  int currentDate = 0;  ///< YYYYMMDD, the market's current date; 0 = last date of the index bars
+  int days = 250;       ///< trading days in the window, at least 1
+  bool isSimulated = false;
+  unsigned threads = 0;  ///< 0 = as many as the machine runs at once
+};
+
+/// What was done.
+struct BuildSummary {
+  int securities = 0;  ///< in the security master
+  int series = 0;      ///< statistics files written, without the one of the indices
+  std::int64_t rows = 0;
+  std::int64_t rejectedLines = 0;
+  int rejectedFiles = 0;
+  int currentDate = 0;
+  double seconds = 0;
+};
+
+/// Both may be empty. Called on the thread of BuildDataFolder (rejections) or on any one thread at a time (progress).
+struct BuildObserver {
+  std::function<void(const Rejection&)> onRejection;
+  std::function<void(int done, int total)> onProgress;
+};
+
+/// Makes the data folder (docs/data-folder.md). Lines that cannot be used are reported and left out; a file of bars of
+/// which no line can be used is left out whole. The folder is replaced at the very end in one step; other files that
+/// the old folder holds (accounts.dat, groups.dat) move on into the new one. Stops with an Error, leaving the old
+/// folder as it is, when a named file or folder is missing or unreadable, an index is missing, or nothing is left to
+/// write.
+BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& observer = {});
+
+}  // namespace holdwise

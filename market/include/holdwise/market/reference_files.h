@@ -1,0 +1,61 @@
+#pragma once
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "holdwise/market/csv_table.h"
+#include "holdwise/packet/result_set.h"
+
+/// The files beside the daily bars: security master, trading dates, deposit rates, quotes. Each reader throws for the
+/// file as a whole as CsvTable does, names every line that it does not use, and is thread-safe.
+namespace holdwise {
+
+struct Security {
+  std::string code;  ///< six digits
+  std::string name;
+  std::string industry;  ///< empty when not given
+  int market = 0;        ///< 1 Shanghai, 2 Shenzhen
+  int listDate = 0;      ///< YYYYMMDD, 0 = not given
+};
+
+/// Reads code and name (needed), industry, market and list date. A code that appeared before is rejected.
+[[nodiscard]] std::vector<Security> ReadSecurities(const QString& path, std::vector<Rejection>& rejections);
+/// Ascending, one each.
+[[nodiscard]] std::vector<int> ReadTradingDates(const QString& path, std::vector<Rejection>& rejections);
+
+/// Latest deposit rates, percent a year.
+struct DepositRate {
+  std::string type;      ///< "定期存款整存整取" or "活期存款"
+  std::string term;      ///< "一年" and so on
+  std::string rateCode;  ///< stable short name
+  double percent = 0;
+};
+struct DepositRates {
+  int effectiveDate = 0;  ///< YYYYMMDD; 0 = none in force
+  std::vector<DepositRate> rates;
+};
+/// Rates in force on `date`: those of the latest line not after it. Needs the columns date and one_year; an empty field
+/// of another term means that the term is not offered.
+[[nodiscard]] DepositRates ReadDepositRates(const QString& path, int date, std::vector<Rejection>& rejections);
+
+/// Prices of one stock or index; 0 = none.
+struct QuoteRow {
+  double price = 0;
+  double previousClose = 0;
+};
+/// Reads code, price and previous close; the result is keyed by code number. A code that appeared before, and one whose
+/// code number is not in `known`, is rejected.
+/// The indices are written as 1, 399001, 399300 or with their market (sh000001, 000300.SH).
+[[nodiscard]] std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::unordered_set<int>& known,
+                                                           std::vector<Rejection>& rejections);
+
+/// The data folder's tables.
+[[nodiscard]] ResultSet SecuritiesTable(const std::vector<Security>& securities);
+[[nodiscard]] ResultSet TradingDatesTable(const std::vector<int>& dates);
+/// `madeOn` YYYYMMDD stands in the record-keeping columns. No rates: a table without rows.
+[[nodiscard]] ResultSet InterestRateTable(const DepositRates& rates, int madeOn);
+/// Estimate values: no source for them, so a table without rows, which readers take as "nothing new".
+[[nodiscard]] ResultSet EmptyEstimateTable();
+
+}  // namespace holdwise

@@ -1,0 +1,76 @@
+#include "bar_folder.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <algorithm>
+
+#include "holdwise/market/market_rules.h"
+#include "holdwise/packet/error.h"
+
+namespace holdwise {
+namespace {
+
+QFileInfoList CsvFiles(const QString& folder) {
+  const QFileInfo info(folder);
+  if (!info.exists()) throw Error(ErrorCategory::NotFound, "目录不存在：" + folder.toStdString());
+  if (!info.isDir()) throw Error(ErrorCategory::NotFound, "不是目录：" + folder.toStdString());
+  if (!info.isReadable() || !info.isExecutable()) throw Error(ErrorCategory::Io, "目录不可读：" + folder.toStdString());
+  QFileInfoList files = QDir(folder).entryInfoList({QStringLiteral("*.csv")}, QDir::Files, QDir::Name);
+  if (files.isEmpty()) throw Error(ErrorCategory::NotFound, "目录里没有 CSV 文件：" + folder.toStdString());
+  return files;
+}
+
+const char* IndexName(int number) {
+  switch (number) {
+    case 1:
+      return "上证指数（1.csv）";
+    case 399001:
+      return "深证成指（399001.csv）";
+    default:
+      return "沪深300（399300.csv）";
+  }
+}
+
+}  // namespace
+
+std::vector<StockFile> ListStockFiles(const QString& folder, std::vector<Rejection>& rejections) {
+  std::vector<StockFile> files;
+  for (const QFileInfo& info : CsvFiles(folder)) {
+    const auto code = ParseStockCode(info.completeBaseName().toStdString());
+    if (code) {
+      files.push_back({*code, info.filePath()});
+    } else {
+      rejections.push_back({info.filePath(), 0, QStringLiteral("文件名不是沪深证券代码")});
+    }
+  }
+  std::stable_sort(files.begin(), files.end(), [](const StockFile& a, const StockFile& b) { return a.code < b.code; });
+  const auto isSameCode = [&](const StockFile& a, const StockFile& b) {
+    if (a.code != b.code) return false;
+    rejections.push_back({b.path, 0, QStringLiteral("与 %1 是同一证券").arg(a.path)});
+    return true;
+  };
+  files.erase(std::unique(files.begin(), files.end(), isSameCode), files.end());
+  if (files.empty()) throw Error(ErrorCategory::NotFound, "目录里没有证券的行情文件：" + folder.toStdString());
+  return files;
+}
+
+std::map<int, QString> ListIndexFiles(const QString& folder) {
+  std::map<int, QString> files;
+  for (const QFileInfo& info : CsvFiles(folder)) {
+    const int number = ParseIndexNumber(info.completeBaseName().toStdString(), true);
+    if (number == 0) continue;
+    const auto [place, isNew] = files.emplace(number, info.filePath());
+    if (!isNew) {
+      throw Error(ErrorCategory::Refused,
+                  "同一指数有两个文件：" + place->second.toStdString() + "，" + info.filePath().toStdString());
+    }
+  }
+  for (const int number : kIndexNumbers) {
+    if (files.contains(number)) continue;
+    throw Error(ErrorCategory::NotFound,
+                std::string("缺少指数行情 ") + IndexName(number) + "：" + folder.toStdString());
+  }
+  return files;
+}
+
+}  // namespace holdwise

@@ -1,0 +1,292 @@
+#include "holdwise/market/data_folder_builder.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <algorithm>
+#include <mutex>
+#include <set>
+#include <unordered_set>
+
+#include "bar_folder.h"
+#include "holdwise/market/bar_reader.h"
+#include "holdwise/market/folder_swap.h"
+#include "holdwise/market/market_date.h"
+#include "holdwise/market/market_rules.h"
+#include "holdwise/market/reference_files.h"
+#include "holdwise/market/statistics.h"
+#include "holdwise/packet/packet_file.h"
+#include "parallel_for.h"
+
+namespace holdwise {
+namespace {
+
+constexpr const char* kMarketFile = "market.dat";
+constexpr int kFolderFormat = 1;
+
+QString StatisticsFolder() {
+  return QStringLiteral("QMTL/TZZH/Day250/");
+}
+
+/// One run of the producer: each step fills what the next ones read.
+class DataFolderBuild {
+ public:
+  DataFolderBuild(const BuildOptions& options, const BuildObserver& observer)
+      : options_(options), observer_(observer), swap_(options.outFolder, QString::fromUtf8(kMarketFile)) {}
+
+  BuildSummary Run();
+
+ private:
+  struct StockResult {
+    bool isWritten = false;
+    std::int64_t rows = 0;
+    QuoteRow quote;
+    std::vector<Rejection> rejections;
+  };
+
+  void ReadIndices();
+  void ReadDates();
+  void WriteIndices();
+  void WriteStocks();
+  StockResult WriteStock(const StockFile& file) const;
+  void WriteReferences();
+  void WriteQuotes();
+  void WriteMarket();
+  void KeepOtherFiles() const;
+
+  void Report(const std::vector<Rejection>& rejections);
+  void Write(const QString& name, const ResultSet& table) const;
+  [[nodiscard]] static QuoteRow LastTwoCloses(const std::vector<Bar>& bars);
+
+  const BuildOptions& options_;
+  const BuildObserver& observer_;
+  FolderSwap swap_;
+  BuildSummary summary_;
+  std::vector<Security> securities_;
+  std::vector<int> tradingDates_;
+  Window window_;
+  std::map<int, BarFile> indices_;
+  std::map<int, QuoteRow> quotes_;  // by code number
+};
+
+BuildSummary DataFolderBuild::Run() {
+  QElapsedTimer timer;
+  timer.start();
+  ReadIndices();
+  ReadDates();
+  if (!QDir(swap_.NewFolder()).mkpath(StatisticsFolder() + QStringLiteral("股票")) ||
+      !QDir(swap_.NewFolder()).mkpath(StatisticsFolder() + QStringLiteral("指数"))) {
+    throw Error(ErrorCategory::Io, "无法建立目录：" + swap_.NewFolder().toStdString());
+  }
+  WriteReferences();
+  WriteIndices();
+  WriteStocks();
+  WriteQuotes();
+  WriteMarket();
+  KeepOtherFiles();
+  swap_.Commit();
+  summary_.seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+  return summary_;
+}
+
+void DataFolderBuild::ReadIndices() {
+  summary_.currentDate = options_.currentDate;
+  int lastDate = 0;
+  for (const auto& [number, path] : ListIndexFiles(options_.indicesFolder)) {
+    BarFile file = ReadBars(path, {}, options_.currentDate);
+    Report(file.rejections);
+    if (file.bars.empty()) throw Error(ErrorCategory::Refused, "指数行情没有可用的行：" + path.toStdString());
+    lastDate = std::max(lastDate, file.bars.back().date);
+    indices_.emplace(number, std::move(file));
+  }
+  if (summary_.currentDate == 0) summary_.currentDate = lastDate;
+}
+
+void DataFolderBuild::ReadDates() {
+  if (options_.datesFile.isEmpty()) {
+    std::set<int> dates;
+    for (const auto& [number, file] : indices_) {
+      for (const Bar& bar : file.bars) dates.insert(bar.date);
+    }
+    tradingDates_.assign(dates.begin(), dates.end());
+  } else {
+    std::vector<Rejection> rejections;
+    tradingDates_ = ReadTradingDates(options_.datesFile, rejections);
+    Report(rejections);
+    std::erase_if(tradingDates_, [this](int date) { return date > summary_.currentDate; });
+  }
+  if (tradingDates_.empty()) {
+    throw Error(ErrorCategory::Refused, "截至 " + DateText(summary_.currentDate) + " 没有交易日");
+  }
+  const auto count = std::min<std::size_t>(static_cast<std::size_t>(options_.days), tradingDates_.size());
+  window_ = {tradingDates_[tradingDates_.size() - count], tradingDates_.back()};
+}
+
+void DataFolderBuild::WriteReferences() {
+  std::vector<Rejection> rejections;
+  securities_ = ReadSecurities(options_.securitiesFile, rejections);
+  DepositRates rates;
+  if (!options_.ratesFile.isEmpty()) {
+    rates = ReadDepositRates(options_.ratesFile, summary_.currentDate, rejections);
+  }
+  Report(rejections);
+  if (securities_.empty()) {
+    throw Error(ErrorCategory::Refused, "证券表没有可用的行：" + options_.securitiesFile.toStdString());
+  }
+  if (!options_.ratesFile.isEmpty() && rates.effectiveDate == 0) {
+    throw Error(ErrorCategory::Refused,
+                "没有在 " + DateText(summary_.currentDate) + " 或之前生效的利率：" + options_.ratesFile.toStdString());
+  }
+  summary_.securities = static_cast<int>(securities_.size());
+  Write(QStringLiteral("securities.dat"), SecuritiesTable(securities_));
+  Write(QStringLiteral("trading_dates.dat"), TradingDatesTable(tradingDates_));
+  Write(QStringLiteral("QMTL/TZZH/InterestRate.Dat"), InterestRateTable(rates, summary_.currentDate));
+  Write(QStringLiteral("QMTL/TZZH/GZ.dat"), EmptyEstimateTable());
+}
+
+void DataFolderBuild::WriteIndices() {
+  ResultSet table = MakeStatisticsTable(true);
+  for (const auto& [number, file] : indices_) {
+    AppendStatistics(table, file.bars, window_, number);
+    quotes_[number] = LastTwoCloses(file.bars);
+  }
+  summary_.rows += table.RowCount();
+  Write(StatisticsFolder() + QStringLiteral("指数/allzs.dat"), table);
+}
+
+void DataFolderBuild::WriteStocks() {
+  std::vector<Rejection> rejections;
+  std::vector<StockFile> files = ListStockFiles(options_.barsFolder, rejections);
+  std::unordered_set<std::string> known;
+  for (const Security& security : securities_) known.insert(security.code);
+  std::erase_if(files, [&](const StockFile& file) {
+    const bool isUnknown = !known.contains(file.code);
+    if (isUnknown) rejections.push_back({file.path, 0, QStringLiteral("代码不在证券表中")});
+    return isUnknown;
+  });
+  Report(rejections);
+
+  std::vector<StockResult> results(files.size());
+  std::mutex progressLock;
+  int done = 0;
+  ParallelFor(files.size(), options_.threads != 0 ? options_.threads : UsualThreadCount(), [&](std::size_t i) {
+    results[i] = WriteStock(files[i]);
+    const std::lock_guard guard(progressLock);
+    ++done;
+    if (observer_.onProgress) observer_.onProgress(done, static_cast<int>(files.size()));
+  });
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    Report(results[i].rejections);
+    if (!results[i].isWritten) continue;
+    ++summary_.series;
+    summary_.rows += results[i].rows;
+    quotes_[CodeNumberOfStock(files[i].code)] = results[i].quote;
+  }
+  if (summary_.series == 0) {
+    throw Error(ErrorCategory::Refused, "没有可用的证券行情：" + options_.barsFolder.toStdString());
+  }
+}
+
+DataFolderBuild::StockResult DataFolderBuild::WriteStock(const StockFile& stock) const {
+  StockResult result;
+  BarFile file;
+  try {
+    file = ReadBars(stock.path, tradingDates_, summary_.currentDate);
+  } catch (const Error& error) {
+    // One bad file among thousands: named, and the others go on.
+    const QString reason = QString::fromUtf8(error.what()).remove(QStringLiteral("：") + stock.path);
+    result.rejections.push_back({stock.path, 0, reason});
+    return result;
+  }
+  result.rejections = std::move(file.rejections);
+  if (file.bars.empty()) {
+    result.rejections.push_back({stock.path, 0, QStringLiteral("没有可用的行")});
+    return result;
+  }
+  ResultSet table = MakeStatisticsTable(false);
+  AppendStatistics(table, file.bars, window_);
+  Write(StatisticsFolder() + QStringLiteral("股票/%1.dat").arg(QString::fromStdString(stock.code)), table);
+  result.isWritten = true;
+  result.rows = table.RowCount();
+  result.quote = LastTwoCloses(file.bars);
+  return result;
+}
+
+void DataFolderBuild::WriteQuotes() {
+  if (!options_.quotesFile.isEmpty()) {
+    std::vector<Rejection> rejections;
+    std::unordered_set<int> known(std::begin(kIndexNumbers), std::end(kIndexNumbers));
+    for (const Security& security : securities_) known.insert(CodeNumberOfStock(security.code));
+    for (const auto& [codeNumber, quote] : ReadQuotes(options_.quotesFile, known, rejections)) {
+      quotes_[codeNumber] = quote;
+    }
+    Report(rejections);
+  }
+  ResultSet table;
+  const int codeNumberColumn = table.AddColumn("code_number", ColumnType::Integer);
+  const int priceColumn = table.AddColumn("price", ColumnType::Real);
+  const int previousCloseColumn = table.AddColumn("prev_close", ColumnType::Real);
+  for (const auto& [codeNumber, quote] : quotes_) {
+    const int row = table.AppendRow();
+    table.SetInteger(row, codeNumberColumn, codeNumber);
+    table.SetReal(row, priceColumn, quote.price);
+    table.SetReal(row, previousCloseColumn, quote.previousClose);
+  }
+  Write(QStringLiteral("quotes.dat"), table);
+}
+
+void DataFolderBuild::WriteMarket() {
+  ResultSet table;
+  const int currentDate = table.AddColumn("current_date", ColumnType::Integer);
+  const int simulated = table.AddColumn("simulated", ColumnType::Integer);
+  const int format = table.AddColumn("format", ColumnType::Integer);
+  const int row = table.AppendRow();
+  table.SetInteger(row, currentDate, summary_.currentDate);
+  table.SetInteger(row, simulated, options_.isSimulated ? 1 : 0);
+  table.SetInteger(row, format, kFolderFormat);
+  Write(QString::fromUtf8(kMarketFile), table);
+}
+
+void DataFolderBuild::KeepOtherFiles() const {
+  QDirIterator files(swap_.OldFolder(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+  while (files.hasNext()) {
+    const QString path = files.next();
+    const QString name = QDir(swap_.OldFolder()).relativeFilePath(path);
+    const QString kept = swap_.NewFolder() + u'/' + name;
+    // Statistics of a stock that is gone must not outlive it.
+    if (name.startsWith(StatisticsFolder()) || QFileInfo::exists(kept)) continue;
+    if (!QDir().mkpath(QFileInfo(kept).path()) || !QFile::copy(path, kept)) {
+      throw Error(ErrorCategory::Io, "无法复制文件：" + path.toStdString());
+    }
+  }
+}
+
+void DataFolderBuild::Report(const std::vector<Rejection>& rejections) {
+  for (const Rejection& rejection : rejections) {
+    if (rejection.line == 0) {
+      ++summary_.rejectedFiles;
+    } else {
+      ++summary_.rejectedLines;
+    }
+    if (observer_.onRejection) observer_.onRejection(rejection);
+  }
+}
+
+void DataFolderBuild::Write(const QString& name, const ResultSet& table) const {
+  WritePacketFile(swap_.NewFolder() + u'/' + name, table, Durability::Replaceable);
+}
+
+QuoteRow DataFolderBuild::LastTwoCloses(const std::vector<Bar>& bars) {
+  return {bars.back().close, bars.size() < 2 ? 0 : bars[bars.size() - 2].close};
+}
+
+}  // namespace
+
+BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& observer) {
+  if (options.days < 1) throw Error(ErrorCategory::Refused, "窗口至少要有一个交易日");
+  return DataFolderBuild(options, observer).Run();
+}
+
+}  // namespace holdwise

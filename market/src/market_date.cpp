@@ -1,0 +1,89 @@
+#include "holdwise/market/market_date.h"
+
+#include <chrono>
+#include <cstdio>
+
+namespace holdwise {
+namespace {
+
+using std::chrono::year_month_day;
+
+constexpr int kFirstYear = 1900;
+constexpr int kLastYear = 2100;
+// 1970-01-01 was a Thursday: three days after a Monday.
+constexpr int kDaysFromMonday = 3;
+
+year_month_day FromNumber(int date) noexcept {
+  return {std::chrono::year(date / 10000), std::chrono::month(static_cast<unsigned>(date / 100 % 100)),
+          std::chrono::day(static_cast<unsigned>(date % 100))};
+}
+
+int FloorDivide(int value, int divisor) noexcept {
+  return value >= 0 ? value / divisor : -((-value + divisor - 1) / divisor);
+}
+
+// Takes `least` to `most` digits off the front; -1 when there are fewer.
+int TakeDigits(std::string_view& text, int least, int most) noexcept {
+  int value = 0;
+  int count = 0;
+  while (count < most && !text.empty() && text.front() >= '0' && text.front() <= '9') {
+    value = value * 10 + (text.front() - '0');
+    text.remove_prefix(1);
+    ++count;
+  }
+  return count < least ? -1 : value;
+}
+
+bool TakeMark(std::string_view& text, char mark) noexcept {
+  if (text.empty() || text.front() != mark) return false;
+  text.remove_prefix(1);
+  return true;
+}
+
+}  // namespace
+
+std::optional<int> ParseDate(std::string_view text) noexcept {
+  const int year = TakeDigits(text, 4, 4);
+  if (year < kFirstYear || year > kLastYear || text.empty()) return std::nullopt;
+  const char mark = text.front();
+  const bool hasMarks = mark == '-' || mark == '/';
+  const int leastDigits = mark == '/' ? 1 : 2;
+  if (hasMarks) TakeMark(text, mark);
+  const int month = TakeDigits(text, leastDigits, 2);
+  if (month < 0 || (hasMarks && !TakeMark(text, mark))) return std::nullopt;
+  const int day = TakeDigits(text, leastDigits, 2);
+  if (day < 0 || !text.empty()) return std::nullopt;
+  const int date = year * 10000 + month * 100 + day;
+  if (!FromNumber(date).ok()) return std::nullopt;
+  return date;
+}
+
+std::string DateText(int date) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02d", date / 10000, date / 100 % 100, date % 100);
+  return text;
+}
+
+int DayNumber(int date) noexcept {
+  return static_cast<int>(std::chrono::sys_days(FromNumber(date)).time_since_epoch().count());
+}
+
+int DateOfDayNumber(int dayNumber) noexcept {
+  const year_month_day date{std::chrono::sys_days(std::chrono::days(dayNumber))};
+  return static_cast<int>(date.year()) * 10000 + static_cast<int>(static_cast<unsigned>(date.month())) * 100 +
+         static_cast<int>(static_cast<unsigned>(date.day()));
+}
+
+int WeekNumber(int date) noexcept {
+  return FloorDivide(DayNumber(date) + kDaysFromMonday, 7);
+}
+
+int MonthNumber(int date) noexcept {
+  return date / 10000 * 12 + date / 100 % 100;
+}
+
+bool IsWeekday(int date) noexcept {
+  return DayNumber(date) + kDaysFromMonday - WeekNumber(date) * 7 < 5;
+}
+
+}  // namespace holdwise

@@ -1,0 +1,43 @@
+#pragma once
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace holdwise {
+
+/// Calls work(i) for every i below `count` on several threads and returns when all are done. The first exception stops
+/// the handing out of further numbers and is thrown on to the caller.
+template <typename Work>
+void ParallelFor(std::size_t count, unsigned threads, const Work& work) {
+  std::atomic<std::size_t> next = 0;
+  std::mutex lock;
+  std::exception_ptr failure;
+  const auto run = [&] {
+    for (std::size_t i = next.fetch_add(1); i < count; i = next.fetch_add(1)) {
+      try {
+        work(i);
+      } catch (...) {
+        const std::lock_guard guard(lock);
+        if (!failure) failure = std::current_exception();
+        next = count;
+      }
+    }
+  };
+  {
+    std::vector<std::jthread> workers;
+    const std::size_t wanted = std::min<std::size_t>(std::max(1U, threads), count);
+    for (std::size_t i = 0; i < wanted; ++i) workers.emplace_back(run);
+  }
+  if (failure) std::rethrow_exception(failure);
+}
+
+/// As many as the machine runs at once, at least two.
+inline unsigned UsualThreadCount() {
+  return std::max(2U, std::thread::hardware_concurrency());
+}
+
+}  // namespace holdwise
