@@ -19,6 +19,7 @@ class PacketCodec {
   static ResultSet Decode(std::string_view content, const PacketLimits& limits);
 
  private:
+  static void EncodeColumn(const ResultSet& resultSet, int index, const PacketLimits& limits, std::string& content);
   static void DecodeColumn(CborReader& reader, const PacketLimits& limits, MemoryBudget& budget, ResultSet& result);
 };
 

@@ -61,13 +61,50 @@ void WriteNulls(CborWriter& writer, const std::vector<bool>& nulls) {
   writer.Bytes(bitmap);
 }
 
+void CheckContent(std::size_t bytes, const PacketLimits& limits) {
+  if (bytes > static_cast<std::size_t>(limits.contentBytes)) {
+    Refuse("内容超过 " + std::to_string(limits.contentBytes) + " 字节");
+  }
+}
+
 }  // namespace
 
+void PacketCodec::EncodeColumn(const ResultSet& resultSet, int index, const PacketLimits& limits,
+                               std::string& content) {
+  const ResultSet::ColumnData& column = resultSet.columns_[static_cast<std::size_t>(index)];
+  if (column.name.size() > static_cast<std::size_t>(limits.nameBytes)) Refuse("列名过长：" + column.name);
+  const bool hasNulls = std::find(column.nulls.begin(), column.nulls.end(), true) != column.nulls.end();
+  CborWriter writer(content);
+  writer.Head(CborMajor::Map, kColumnEntries + (hasNulls ? 1 : 0));
+  writer.Text(kKeyName);
+  writer.Text(column.name);
+  writer.Text(kKeyType);
+  writer.Text(kTypeNames[static_cast<std::size_t>(column.type)]);
+  writer.Text(kKeyValues);
+  switch (column.type) {
+    case ColumnType::Integer:
+    case ColumnType::DateTime:
+      CheckContent(content.size() + column.integers.size(), limits);
+      WriteIntegers(writer, column.integers);
+      break;
+    case ColumnType::Real:
+      CheckContent(content.size() + column.reals.size() * sizeof(double), limits);
+      WriteReals(writer, column.name, column.reals);
+      break;
+    case ColumnType::Text:
+      writer.Head(CborMajor::Array, column.texts.size());
+      for (std::size_t row = 0; row < column.texts.size(); ++row) {
+        const std::string& text = column.texts[row];
+        if (text.size() > static_cast<std::size_t>(limits.textBytes)) Refuse(Place(column.name, row) + "的文本过长");
+        CheckContent(content.size() + text.size(), limits);
+        writer.Text(text);
+      }
+      break;
+  }
+  if (hasNulls) WriteNulls(writer, column.nulls);
+}
+
 std::string PacketCodec::Encode(const ResultSet& resultSet, const PacketLimits& limits) {
-  const auto checkContent = [&limits](std::size_t bytes) {
-    if (bytes > static_cast<std::size_t>(limits.contentBytes))
-      Refuse("内容超过 " + std::to_string(limits.contentBytes) + " 字节");
-  };
   if (resultSet.ColumnCount() > limits.columns) Refuse("列数超过 " + std::to_string(limits.columns));
   if (resultSet.RowCount() > limits.rows) Refuse("行数超过 " + std::to_string(limits.rows));
   std::string content;
@@ -81,38 +118,8 @@ std::string PacketCodec::Encode(const ResultSet& resultSet, const PacketLimits& 
   writer.Head(CborMajor::Unsigned, static_cast<std::uint64_t>(resultSet.RowCount()));
   writer.Text(kKeyColumns);
   writer.Head(CborMajor::Array, resultSet.columns_.size());
-  for (const ResultSet::ColumnData& column : resultSet.columns_) {
-    if (column.name.size() > static_cast<std::size_t>(limits.nameBytes)) Refuse("列名过长：" + column.name);
-    const bool hasNulls = std::find(column.nulls.begin(), column.nulls.end(), true) != column.nulls.end();
-    writer.Head(CborMajor::Map, kColumnEntries + (hasNulls ? 1 : 0));
-    writer.Text(kKeyName);
-    writer.Text(column.name);
-    writer.Text(kKeyType);
-    writer.Text(kTypeNames[static_cast<std::size_t>(column.type)]);
-    writer.Text(kKeyValues);
-    switch (column.type) {
-      case ColumnType::Integer:
-      case ColumnType::DateTime:
-        checkContent(content.size() + column.integers.size());
-        WriteIntegers(writer, column.integers);
-        break;
-      case ColumnType::Real:
-        checkContent(content.size() + column.reals.size() * sizeof(double));
-        WriteReals(writer, column.name, column.reals);
-        break;
-      case ColumnType::Text:
-        writer.Head(CborMajor::Array, column.texts.size());
-        for (std::size_t row = 0; row < column.texts.size(); ++row) {
-          const std::string& text = column.texts[row];
-          if (text.size() > static_cast<std::size_t>(limits.textBytes)) Refuse(Place(column.name, row) + "的文本过长");
-          checkContent(content.size() + text.size());
-          writer.Text(text);
-        }
-        break;
-    }
-    if (hasNulls) WriteNulls(writer, column.nulls);
-  }
-  checkContent(content.size());
+  for (int column = 0; column < resultSet.ColumnCount(); ++column) EncodeColumn(resultSet, column, limits, content);
+  CheckContent(content.size(), limits);
   return content;
 }
 

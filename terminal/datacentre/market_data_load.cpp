@@ -146,7 +146,7 @@ std::vector<CodedQuote> MarketData::ReadQuotes(const QString& path) const {
   seen.reserve(file.RowCount());
   int skipped = 0;
   for (int row = 0; row < file.RowCount(); ++row) {
-    const CodedQuote quote{file.IntegerAt(row, code), {file.FiniteAt(row, price), file.FiniteAt(row, previousClose)}};
+    const CodedQuote quote{file.IntegerAt(row, code), {file.RealAt(row, price), file.RealAt(row, previousClose)}};
     if (seen.contains(quote.codeNumber)) file.Refuse(row, QStringLiteral("代码%1重复").arg(quote.codeNumber));
     seen.insert(quote.codeNumber);
     if (quote.now.currentPrice <= 0) file.Refuse(row, QStringLiteral("代码%1的价格不大于零").arg(quote.codeNumber));
@@ -171,7 +171,7 @@ void MarketData::LoadAccounts(const QString& path) {
   int skipped = 0;
   for (int row = 0; row < file.RowCount(); ++row) {
     const Account account{file.IntegerAt(row, code),
-                          {file.FiniteAt(row, eps), file.FiniteAt(row, netAsset), file.FiniteAt(row, shares)}};
+                          {file.RealAt(row, eps), file.RealAt(row, netAsset), file.RealAt(row, shares)}};
     if (account.info.totalShares < 0) file.Refuse(row, QStringLiteral("代码%1的总股本为负").arg(account.codeNumber));
     if (IndexOfSecurity(account.codeNumber) >= 0) {
       accounts_.push_back(account);

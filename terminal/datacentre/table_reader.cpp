@@ -2,7 +2,6 @@
 
 #include <QDate>
 #include <QDir>
-#include <cmath>
 #include <limits>
 
 #include "holdwise/packet/packet_file.h"
@@ -63,12 +62,6 @@ int TableReader::IntegerAt(int row, int column) const {
     Refuse(row, QStringLiteral("数值%1超出范围").arg(value));
   }
   return static_cast<int>(value);
-}
-
-double TableReader::FiniteAt(int row, int column) const {
-  const double value = table_.Reals(column)[static_cast<std::size_t>(row)];
-  if (!std::isfinite(value)) Refuse(row, QStringLiteral("不是有效的数值"));
-  return value;
 }
 
 void TableReader::Refuse(int row, const QString& reason) const {

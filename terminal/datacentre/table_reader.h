@@ -20,7 +20,8 @@ class TableReader {
   [[nodiscard]] int Column(const char* name, ColumnType type, bool mayBeNull = false) const;
   [[nodiscard]] const ResultSet& Table() const { return table_; }
   [[nodiscard]] int IntegerAt(int row, int column) const;
-  [[nodiscard]] double FiniteAt(int row, int column) const;
+  /// Always finite: the packet reader takes nothing else.
+  [[nodiscard]] double RealAt(int row, int column) const { return table_.RealAt(row, column); }
   /// Throws Error(Refused) about a row.
   [[noreturn]] void Refuse(int row, const QString& reason) const;
 

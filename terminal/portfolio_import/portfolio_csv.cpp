@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string_view>
 
 #include "holdwise/packet/csv.h"
@@ -93,12 +94,14 @@ class Parser {
   explicit Parser(const CodeNumServices& codes) : codes_(codes) {}
 
   CsvPortfolios Parse(const QByteArray& csv) {
-    try {
-      const QByteArray text = ToUtf8Text(csv);
-      CsvReader reader(std::string_view(text.constData(), static_cast<std::size_t>(text.size())));
-      Walk(reader);
-    } catch (const Error& error) {
-      Report(0, QStringLiteral("文件无法读取：%1").arg(QString::fromUtf8(error.what())));
+    const std::optional<QByteArray> text = Utf8(csv);
+    if (text) {
+      CsvReader reader(std::string_view(text->constData(), static_cast<std::size_t>(text->size())));
+      try {
+        Walk(reader);
+      } catch (const Error& error) {  // the rest of the text cannot be told apart into lines
+        Report(static_cast<int>(reader.Line()), QString::fromUtf8(error.what()));
+      }
     }
     for (const CsvPortfolio& portfolio : result_.portfolios) CheckSize(portfolio);
     std::stable_sort(result_.problems.begin(), result_.problems.end(),
@@ -109,6 +112,15 @@ class Parser {
  private:
   void Report(int line, const QString& reason) { result_.problems.push_back({line, reason}); }
 
+  std::optional<QByteArray> Utf8(const QByteArray& csv) {
+    try {
+      return ToUtf8Text(csv);
+    } catch (const Error& error) {
+      Report(0, QStringLiteral("文件无法读取：%1").arg(QString::fromUtf8(error.what())));
+      return std::nullopt;
+    }
+  }
+
   void Walk(CsvReader& reader) {
     if (!reader.Next()) {
       Report(0, QStringLiteral("文件是空的"));
@@ -117,8 +129,11 @@ class Parser {
     if (!TakeHeading(reader)) return;
     bool any = false;
     while (reader.Next()) {
+      const auto& fields = reader.Fields();
+      // Spreadsheets write the empty rows below a table as bare commas.
+      if (std::all_of(fields.begin(), fields.end(), [](std::string_view field) { return field.empty(); })) continue;
       any = true;
-      TakeRow(static_cast<int>(reader.Line()), reader.Fields());
+      TakeRow(static_cast<int>(reader.Line()), fields);
     }
     if (!any) Report(0, QStringLiteral("文件只有表头，没有持股数据"));
   }

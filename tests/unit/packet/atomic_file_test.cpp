@@ -1,0 +1,129 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <csignal>
+
+#include "packet_test_support.h"
+
+namespace holdwise {
+namespace {
+
+QByteArray ContentOf(const QString& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList NamesIn(const QString& folder) {
+  return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+}
+
+mode_t ModeOf(const QString& path) {
+  struct stat status = {};
+  EXPECT_EQ(::stat(QFile::encodeName(path).constData(), &status), 0);
+  return status.st_mode & 0777;
+}
+
+/// Lets no file grow beyond so many bytes while it lives: the disk is full.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    ::getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit = {bytes, before_.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileSizeLimit() {
+    ::setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, handler_);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+ private:
+  rlimit before_ = {};
+  void (*handler_)(int);
+};
+
+TEST(AtomicFile, WritesAndReplaces) {
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(QStringLiteral("数据.dat"));
+  for (const Durability durability : {Durability::Lasting, Durability::Replaceable}) {
+    WriteFileAtomically(path, "first, which is longer", durability);
+    WriteFileAtomically(path, "second", durability);
+    EXPECT_EQ(ContentOf(path), "second");
+    EXPECT_EQ(NamesIn(folder.path()), QStringList(QStringLiteral("数据.dat")));
+  }
+}
+
+TEST(AtomicFile, ModeIsPrivateUnlessReplaceable) {
+  const QTemporaryDir folder;
+  const mode_t mask = ::umask(022);
+  WriteFileAtomically(folder.filePath(QStringLiteral("lasting")), "x", Durability::Lasting);
+  WriteFileAtomically(folder.filePath(QStringLiteral("replaceable")), "x", Durability::Replaceable);
+  ::umask(mask);
+  EXPECT_EQ(ModeOf(folder.filePath(QStringLiteral("lasting"))), 0600U);
+  EXPECT_EQ(ModeOf(folder.filePath(QStringLiteral("replaceable"))), 0644U);
+}
+
+TEST(AtomicFile, AFullDiskLeavesTheEarlierFileAndNothingElse) {
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(QStringLiteral("a.dat"));
+  for (const Durability durability : {Durability::Lasting, Durability::Replaceable}) {
+    WriteFileAtomically(path, "earlier", durability);
+    const FileSizeLimit limit(1000);
+    std::string text;
+    EXPECT_EQ(CategoryOf([&] { WriteFileAtomically(path, QByteArray(5000, 'x'), durability); }, &text),
+              ErrorCategory::Io);
+    EXPECT_NE(text.find(path.toStdString()), std::string::npos);
+    EXPECT_EQ(ContentOf(path), "earlier");
+    EXPECT_EQ(NamesIn(folder.path()), QStringList(QStringLiteral("a.dat")));
+  }
+}
+
+TEST(AtomicFile, AReadOnlyFolderLeavesTheEarlierFile) {
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(QStringLiteral("a.dat"));
+  const QByteArray folderName = QFile::encodeName(folder.path());
+  WriteFileAtomically(path, "earlier", Durability::Replaceable);
+  ASSERT_EQ(::chmod(folderName.constData(), 0555), 0);
+  {
+    const WithoutRoot withoutRoot;
+    EXPECT_EQ(CategoryOf([&] { WritePacketFile(path, SampleSet(), Durability::Lasting); }), ErrorCategory::Io);
+    EXPECT_EQ(CategoryOf([&] { WritePacketFile(path, SampleSet(), Durability::Replaceable); }), ErrorCategory::Io);
+  }
+  ASSERT_EQ(::chmod(folderName.constData(), 0755), 0);
+  EXPECT_EQ(ContentOf(path), "earlier");
+  EXPECT_EQ(NamesIn(folder.path()), QStringList(QStringLiteral("a.dat")));
+}
+
+TEST(AtomicFile, MissingFolderAndFolderInThePlace) {
+  const QTemporaryDir folder;
+  for (const Durability durability : {Durability::Lasting, Durability::Replaceable}) {
+    const QString missing = folder.filePath(QStringLiteral("none/a.dat"));
+    std::string text;
+    EXPECT_EQ(CategoryOf([&] { WriteFileAtomically(missing, "x", durability); }, &text), ErrorCategory::Io);
+    EXPECT_NE(text.find(missing.toStdString()), std::string::npos);
+    ASSERT_TRUE(QDir(folder.path()).mkpath(QStringLiteral("place/inner")));
+    EXPECT_EQ(CategoryOf([&] { WriteFileAtomically(folder.filePath(QStringLiteral("place")), "x", durability); }),
+              ErrorCategory::Io);
+    EXPECT_EQ(NamesIn(folder.path()), QStringList(QStringLiteral("place")));
+  }
+}
+
+TEST(AtomicFile, ARefusedSetLeavesTheEarlierFile) {
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(QStringLiteral("a.dat"));
+  WriteFileAtomically(path, "earlier", Durability::Lasting);
+  PacketLimits limits;
+  limits.rows = 1;
+  EXPECT_EQ(CategoryOf([&] { WritePacketFile(path, SampleSet(), Durability::Lasting, limits); }),
+            ErrorCategory::Refused);
+  EXPECT_EQ(ContentOf(path), "earlier");
+}
+
+}  // namespace
+}  // namespace holdwise

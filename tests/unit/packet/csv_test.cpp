@@ -1,0 +1,208 @@
+#include "holdwise/packet/csv.h"
+
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+#include <cmath>
+
+#include "packet_test_support.h"
+
+namespace holdwise {
+namespace {
+
+using Record = std::vector<std::string>;
+
+std::vector<Record> RecordsOf(std::string_view text, BlankLines blankLines = BlankLines::Skip) {
+  std::vector<Record> records;
+  CsvReader reader(text, blankLines);
+  while (reader.Next()) records.emplace_back(reader.Fields().begin(), reader.Fields().end());
+  return records;
+}
+
+TEST(CsvReader, PlainRecords) {
+  const std::vector<Record> expected = {{"a", "b", "c"}, {"1", "", "3"}, {"", ""}};
+  EXPECT_EQ(RecordsOf("a,b,c\n1,,3\n,\n"), expected);
+  EXPECT_EQ(RecordsOf("a,b,c\r\n1,,3\r\n,\r\n"), expected);
+  EXPECT_EQ(RecordsOf("a,b,c\n1,,3\n,"), expected);
+  EXPECT_EQ(RecordsOf("\xEF\xBB\xBF"
+                      "a,b,c\n1,,3\n,"),
+            expected);
+  EXPECT_EQ(RecordsOf(" a ,\tb,c\t \n1, ,3\n , "), expected);
+}
+
+TEST(CsvReader, BlankLines) {
+  EXPECT_EQ(RecordsOf("\n\r\n a\n \t\n\nb\n\n"), (std::vector<Record>{{"a"}, {"b"}}));
+  EXPECT_EQ(RecordsOf("a\n\n \nb\n", BlankLines::Keep), (std::vector<Record>{{"a"}, {""}, {""}, {"b"}}));
+  EXPECT_TRUE(RecordsOf("").empty());
+  EXPECT_TRUE(RecordsOf("\n\n").empty());
+}
+
+TEST(CsvReader, QuotedFields) {
+  EXPECT_EQ(RecordsOf("\"a,b\",c\n"), (std::vector<Record>{{"a,b", "c"}}));
+  EXPECT_EQ(RecordsOf("\"say \"\"yes\"\"\",\"\"\"\",\"\"\n"), (std::vector<Record>{{"say \"yes\"", "\"", ""}}));
+  EXPECT_EQ(RecordsOf("\" a \" , \"b\"\r\nc"), (std::vector<Record>{{" a ", "b"}, {"c"}}));
+  EXPECT_EQ(RecordsOf("\"two\r\nlines\",x\ny"), (std::vector<Record>{{"two\r\nlines", "x"}, {"y"}}));
+  EXPECT_EQ(RecordsOf("a\"b,c\n"), (std::vector<Record>{{"a\"b", "c"}}));
+  EXPECT_EQ(RecordsOf("\"a\","), (std::vector<Record>{{"a", ""}}));
+  EXPECT_EQ(RecordsOf("\"a\",b\r\n"), (std::vector<Record>{{"a", "b"}}));
+}
+
+TEST(CsvReader, ManyUndoubledFieldsOfOneRecordStayValid) {
+  std::string text;
+  Record expected;
+  for (int i = 0; i < 300; ++i) {
+    text += (i == 0 ? "" : ",") + ("\"\"\"" + std::to_string(i) + "\"");
+    expected.push_back("\"" + std::to_string(i));
+  }
+  EXPECT_EQ(RecordsOf(text), std::vector<Record>{expected});
+}
+
+TEST(CsvReader, LineNumbersAndQuotes) {
+  CsvReader reader("a\n\n\"x\ny\",\n\"\",c\n");
+  ASSERT_TRUE(reader.Next());
+  EXPECT_EQ(reader.Line(), 1);
+  ASSERT_TRUE(reader.Next());
+  EXPECT_EQ(reader.Line(), 3);
+  EXPECT_TRUE(reader.IsQuoted(0));
+  EXPECT_FALSE(reader.IsQuoted(1));
+  ASSERT_TRUE(reader.Next());
+  EXPECT_EQ(reader.Line(), 5);
+  EXPECT_TRUE(reader.IsQuoted(0));
+  EXPECT_FALSE(reader.Next());
+  EXPECT_FALSE(reader.Next());
+}
+
+TEST(CsvReader, BadQuotesNameTheLine) {
+  for (const char* bad : {"a\n\"b", "a\n\"b\"\"", "a\n\"b\" c,d", "a\nx,\"b\"c\n"}) {
+    std::string text;
+    EXPECT_EQ(CategoryOf([&] { RecordsOf(bad); }, &text), ErrorCategory::Corrupt) << bad;
+    EXPECT_NE(text.find("第 2 行"), std::string::npos) << text;
+  }
+}
+
+TEST(CsvField, QuotesOnlyWhenNeeded) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"plain", "plain"},   {"浦发银行", "浦发银行"}, {"a b", "a b"},
+      {"", "\"\""},         {"a,b", "\"a,b\""},       {"say \"x\"", "\"say \"\"x\"\"\""},
+      {"l\nm", "\"l\nm\""}, {" a", "\" a\""},         {"a\t", "\"a\t\""},
+      {"a\r", "\"a\r\""},
+  };
+  for (const auto& [text, field] : cases) EXPECT_EQ(CsvField(QString::fromUtf8(text)), QString::fromUtf8(field));
+}
+
+TEST(TextFile, Utf8AndGb18030) {
+  EXPECT_EQ(ToUtf8Text("abc"), "abc");
+  EXPECT_EQ(ToUtf8Text("\xEF\xBB\xBF中"), "中");
+  EXPECT_EQ(ToUtf8Text(QByteArray("\xD6\xD0\xB9\xFA,1")), "中国,1");     // python: '中国,1'.encode('gb18030')
+  EXPECT_EQ(ToUtf8Text(QByteArray("\xD6\xD0\x94\x39\xFC\x36")), "中😀");  // python: '中😀'.encode('gb18030')
+  EXPECT_EQ(ToUtf8Text({}), "");
+}
+
+TEST(TextFile, NeitherEncodingIsCorrupt) {
+  for (const char* bad : {"\xFF\xFE"
+                          "a",
+                          "\xD6\xD0\xB9", "abc\xD6", "\x81\x20"}) {
+    EXPECT_EQ(CategoryOf([&] { (void)ToUtf8Text(bad); }), ErrorCategory::Corrupt);
+  }
+}
+
+TEST(TextFile, FileErrors) {
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(QStringLiteral("a.csv"));
+  EXPECT_EQ(CategoryOf([&] { (void)ReadTextFile(path); }), ErrorCategory::NotFound);
+  EXPECT_EQ(CategoryOf([&] { (void)ReadTextFile(folder.path()); }), ErrorCategory::Io);
+  WriteFileAtomically(path, "12345", Durability::Replaceable);
+  EXPECT_EQ(ReadTextFile(path, 5), "12345");
+  EXPECT_EQ(CategoryOf([&] { (void)ReadTextFile(path, 4); }), ErrorCategory::Refused);
+  WriteFileAtomically(path, "\xFF", Durability::Replaceable);
+  std::string text;
+  EXPECT_EQ(CategoryOf([&] { (void)ReadTextFile(path); }, &text), ErrorCategory::Corrupt);
+  EXPECT_NE(text.find(path.toStdString()), std::string::npos);
+}
+
+TEST(CsvResultSet, WritesHeadingsNullsAndEmptyTexts) {
+  ResultSet set;
+  set.AddColumn("code", ColumnType::Integer);
+  set.AddColumn("名,称", ColumnType::Text);
+  set.AddColumn("p", ColumnType::Real);
+  set.AddColumn("at", ColumnType::DateTime);
+  for (int row = 0; row < 2; ++row) set.AppendRow();
+  set.SetInteger(0, 0, -7);
+  set.SetText(0, 1, "");
+  set.SetReal(0, 2, 0.1);
+  set.SetDateTime(0, 3, 1704207845123);
+  EXPECT_EQ(ResultSetToCsv(set).toStdString(),
+            "code:integer,\"名,称:text\",p:real,at:datetime\n-7,\"\",0.1,2024-01-02 15:04:05.123\n,,,\n");
+}
+
+TEST(CsvResultSet, RoundTrip) {
+  ResultSet set = SampleSet();
+  set.SetText(0, 2, "a,\"b\"\r\n c ");
+  set.SetText(1, 2, " ");
+  set.SetDateTime(1, 3, -1);
+  set.SetDateTime(2, 3, 253402300799999);
+  set.SetDateTime(4, 3, -62135596800000);
+  EXPECT_TRUE(ResultSetFromCsv(ResultSetToCsv(set)) == set);
+}
+
+TEST(CsvResultSet, RoundTripOfOneColumnWithNulls) {
+  ResultSet set;
+  set.AddColumn("a:b", ColumnType::Text);
+  for (int row = 0; row < 5; ++row) set.AppendRow();
+  set.SetText(1, 0, "");
+  set.SetText(3, 0, "x");
+  EXPECT_TRUE(ResultSetFromCsv(ResultSetToCsv(set)) == set);
+}
+
+TEST(CsvResultSet, ReadsWithByteOrderMarkAndBlankLines) {
+  const ResultSet set = ResultSetFromCsv("\xEF\xBB\xBF\r\na:integer,b:real\r\n\r\n1,2.5\r\n\r\n");
+  ASSERT_EQ(set.RowCount(), 1);
+  EXPECT_EQ(set.IntegerAt(0, 0), 1);
+  EXPECT_EQ(set.RealAt(0, 1), 2.5);
+}
+
+TEST(CsvResultSet, RefusesBadHeadingsAndValues) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", "列头"},
+      {"\n\n", "列头"},
+      {"a\n1\n", "第 1 行第 1 列"},
+      {"a:integer,b:number\n", "第 1 行第 2 列"},
+      {"a:integer,A:real\n", "第 1 行第 2 列"},
+      {":integer\n", "第 1 行第 1 列"},
+      {"a:integer\n1\n1.5\n", "第 3 行“a”列"},
+      {"a:integer\n99999999999999999999\n", "第 2 行“a”列"},
+      {"a:real\n1,2\n", "第 2 行"},
+      {"a:real,b:real\n1\n", "第 2 行"},
+      {"a:real\nnan\n", "第 2 行“a”列"},
+      {"a:real\n\"\"\n", "第 2 行“a”列"},
+      {"a:datetime\n2024-02-30\n", "第 2 行“a”列"},
+      {"a:datetime\n2024-1-2\n", "第 2 行“a”列"},
+      {"a:datetime\n2024-01-02 24:00:00\n", "第 2 行“a”列"},
+      {"a:datetime\n2024-01-02T10:00:00\n", "第 2 行“a”列"},
+      {"a:datetime\n2024-01-02 10:00\n", "第 2 行“a”列"},
+      {"a:text\n\xFF\n", "“a”列第 1 行"},
+  };
+  for (const auto& [csv, place] : cases) {
+    std::string text;
+    EXPECT_EQ(CategoryOf([&] { (void)ResultSetFromCsv(csv); }, &text), ErrorCategory::Refused) << csv;
+    EXPECT_NE(text.find(place), std::string::npos) << csv << " -> " << text;
+  }
+}
+
+TEST(CsvResultSet, RefusesWhatTextCannotCarry) {
+  EXPECT_EQ(CategoryOf([] { (void)ResultSetToCsv(ResultSet()); }), ErrorCategory::Refused);
+  ResultSet set;
+  set.AddColumn("r", ColumnType::Real);
+  set.AddColumn("d", ColumnType::DateTime);
+  set.AppendRow();
+  set.SetReal(0, 0, NAN);
+  EXPECT_EQ(CategoryOf([&] { (void)ResultSetToCsv(set); }), ErrorCategory::Refused);
+  set.SetReal(0, 0, 1);
+  for (const std::int64_t outside : {std::int64_t{253402300800000}, std::int64_t{-62135596800001}, INT64_MIN}) {
+    set.SetDateTime(0, 1, outside);
+    EXPECT_EQ(CategoryOf([&] { (void)ResultSetToCsv(set); }), ErrorCategory::Refused);
+  }
+}
+
+}  // namespace
+}  // namespace holdwise
