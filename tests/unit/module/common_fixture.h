@@ -1,10 +1,18 @@
 #pragma once
 #include <gtest/gtest.h>
 
+#include <QString>
+#include <ostream>
+
 #include "common/host_access.h"
 #include "common/statements.h"
 #include "common/untcommon.h"
 #include "scripted_host.h"
+
+/// GoogleTest shows texts as texts.
+inline void PrintTo(const QString& text, std::ostream* stream) {
+  *stream << '"' << text.toStdString() << '"';
+}
 
 namespace holdwise {
 
