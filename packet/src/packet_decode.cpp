@@ -49,7 +49,7 @@ void ReadArray(CborReader& reader, std::size_t rows, std::vector<Held>& values) 
     for (std::size_t row = 0; row < rows; ++row) {
       Stored value;
       std::memcpy(&value, bytes.data() + row * sizeof(Stored), sizeof(Stored));
-      values[row] = value;
+      values[row] = value;  // NOLINT(bugprone-signed-char-misuse): a number of eight bits, not a character
     }
   }
 }

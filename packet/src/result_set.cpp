@@ -56,18 +56,7 @@ int ResultSet::AddColumn(std::string_view name, ColumnType type) {
   column.name = name;
   column.type = type;
   const auto rows = static_cast<std::size_t>(rowCount_);
-  switch (type) {
-    case ColumnType::Integer:
-    case ColumnType::DateTime:
-      column.integers.resize(rows);
-      break;
-    case ColumnType::Real:
-      column.reals.resize(rows);
-      break;
-    case ColumnType::Text:
-      column.texts.resize(rows);
-      break;
-  }
+  column.WithValues([rows](auto& values) { values.resize(rows); });
   column.nulls.resize(rows, true);
   columns_.push_back(std::move(column));
   return ColumnCount() - 1;
@@ -98,18 +87,7 @@ int ResultSet::Column(std::string_view name) const {
 
 int ResultSet::AppendRow() {
   for (ColumnData& column : columns_) {
-    switch (column.type) {
-      case ColumnType::Integer:
-      case ColumnType::DateTime:
-        column.integers.push_back(0);
-        break;
-      case ColumnType::Real:
-        column.reals.push_back(0);
-        break;
-      case ColumnType::Text:
-        column.texts.emplace_back();
-        break;
-    }
+    column.WithValues([](auto& values) { values.emplace_back(); });
     column.nulls.push_back(true);
   }
   return rowCount_++;
@@ -118,18 +96,7 @@ int ResultSet::AppendRow() {
 void ResultSet::Reserve(int rows) {
   const auto count = static_cast<std::size_t>(std::max(rows, 0));
   for (ColumnData& column : columns_) {
-    switch (column.type) {
-      case ColumnType::Integer:
-      case ColumnType::DateTime:
-        column.integers.reserve(count);
-        break;
-      case ColumnType::Real:
-        column.reals.reserve(count);
-        break;
-      case ColumnType::Text:
-        column.texts.reserve(count);
-        break;
-    }
+    column.WithValues([count](auto& values) { values.reserve(count); });
     column.nulls.reserve(count);
   }
 }
@@ -170,18 +137,7 @@ void ResultSet::SetNull(int row, int column) {
   CheckCell(row, column);
   ColumnData& data = columns_[static_cast<std::size_t>(column)];
   const auto at = static_cast<std::size_t>(row);
-  switch (data.type) {
-    case ColumnType::Integer:
-    case ColumnType::DateTime:
-      data.integers[at] = 0;
-      break;
-    case ColumnType::Real:
-      data.reals[at] = 0;
-      break;
-    case ColumnType::Text:
-      data.texts[at].clear();
-      break;
-  }
+  data.WithValues([at](auto& values) { values[at] = {}; });
   data.nulls[at] = true;
 }
 

@@ -1,7 +1,9 @@
 #include <iconv.h>
 
 #include <QUtf8StringView>
+#include <bit>
 #include <cerrno>
+#include <cstdint>
 #include <system_error>
 
 #include "holdwise/packet/csv.h"
@@ -39,7 +41,7 @@ class Converter {
   }
 
  private:
-  inline static const iconv_t kInvalid = reinterpret_cast<iconv_t>(-1);  // as iconv_open reports failure
+  inline static const auto kInvalid = std::bit_cast<iconv_t>(std::intptr_t{-1});  // as iconv_open reports failure
   iconv_t handle_;
 };
 

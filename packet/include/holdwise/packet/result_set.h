@@ -85,6 +85,18 @@ class ResultSet {
     std::vector<double> reals;
     std::vector<std::string> texts;
     std::vector<bool> nulls;
+
+    /// Runs the action on the one vector that the type uses.
+    template <typename Action>
+    void WithValues(Action action) {
+      if (type == ColumnType::Text) {
+        action(texts);
+      } else if (type == ColumnType::Real) {
+        action(reals);
+      } else {
+        action(integers);
+      }
+    }
   };
   void CheckColumn(int column) const;
   void CheckCell(int row, int column) const;
