@@ -24,7 +24,10 @@ constexpr double kMarketDrift = 0.0003;
 constexpr double kMarketDeviation = 0.011;
 constexpr double kIndustryDeviation = 0.007;
 constexpr double kIndexDeviation = 0.0025;
-constexpr double kSuspendedShare = 0.08;  // securities with one long suspension
+constexpr double kNewsShare = 0.01;  // days on which a security moves for reasons of its own
+constexpr double kNewsFactor = 3.5;
+constexpr double kGrowthBoardFactor = 1.4;  // boards with the wide limit move more
+constexpr double kSuspendedShare = 0.08;    // securities with one long suspension
 constexpr double kLateListedShare = 0.02;
 constexpr double kSingleDayGap = 0.0004;
 
@@ -174,9 +177,10 @@ struct StockBars {
 StockBars MakeStock(const SimulatedSecurity& security, const Factors& factors, std::uint64_t seed) {
   NormalSource random(seed);
   const std::size_t days = factors.dates.size();
-  const Character character = DrawCharacter(random);
+  Character character = DrawCharacter(random);
   const Absences absences = DrawAbsences(random, days);
   const int percent = PriceLimitPercent(security.code);
+  if (percent > 10) character.deviation *= kGrowthBoardFactor;
   const std::vector<double>& industry = factors.industries.at(security.industry);
   const double drawnPrice = 15 * std::exp(0.7 * random.Normal());
   const double firstPrice = security.firstPrice > 0 ? security.firstPrice : drawnPrice;
@@ -191,8 +195,9 @@ StockBars MakeStock(const SimulatedSecurity& security, const Factors& factors, s
   bars.csv.append(kBarHeading);
   for (std::size_t day = absences.listedFrom; day < days; ++day) {
     const bool isGap = random.Uniform() < kSingleDayGap;
+    const double news = random.Uniform() < kNewsShare ? kNewsFactor : 1;
     const double change = character.beta * factors.market[day] + character.industryWeight * industry[day] +
-                          character.deviation * random.Normal();
+                          news * character.deviation * random.Normal();
     const DayPrices prices = DrawDay(random, character, previousClose, change, percent);
     if (isGap || (day >= absences.suspendedFrom && day < absences.suspendedTo)) continue;
     AppendBar(bars.csv, factors.dates[day], prices);

@@ -1,0 +1,327 @@
+#include <QDirIterator>
+#include <QLockFile>
+
+#include "holdwise/market/data_folder_builder.h"
+#include "holdwise/packet/csv.h"
+#include "holdwise/packet/packet_file.h"
+#include "market_files.h"
+
+namespace holdwise {
+namespace {
+
+using test::MarketFiles;
+
+// 2024-01-02 was a Tuesday.
+constexpr const char* kWeek =
+    "date,close\n2024-01-02,10\n2024-01-03,11\n2024-01-04,12\n2024-01-05,13\n2024-01-08,14\n2024-01-09,15\n";
+
+struct Outcome {
+  BuildSummary summary;
+  std::string rejections;  // with paths relative to the test's folder
+  std::string error;
+};
+
+class Build : public testing::Test {
+ protected:
+  void SetUp() override {
+    files_.WriteMarket(kWeek);
+    files_.Write(QStringLiteral("bars/600519.csv"), "date,close\n2024-01-05,13.5\n2024-01-08,14.5\n2024-01-09,15.5\n");
+    options_.barsFolder = files_.Path(QStringLiteral("bars"));
+    options_.indicesFolder = files_.Path(QStringLiteral("indices"));
+    options_.securitiesFile = files_.Path(QStringLiteral("securities.csv"));
+    options_.outFolder = files_.Path(QStringLiteral("out"));
+    options_.days = 4;
+  }
+
+  Outcome Run() {
+    Outcome outcome;
+    BuildObserver observer;
+    const QString root = files_.Path(QString()) + u'/';
+    observer.onRejection = [&](const Rejection& rejection) {
+      outcome.rejections += rejection.ToText().remove(root).remove(files_.Path(QString())).toStdString() + "\n";
+    };
+    try {
+      outcome.summary = BuildDataFolder(options_, observer);
+    } catch (const Error& error) {
+      outcome.error = error.what();
+    }
+    return outcome;
+  }
+
+  [[nodiscard]] ResultSet Table(const QString& name) const {
+    return ReadPacketFile(files_.Path(QStringLiteral("out/") + name));
+  }
+  [[nodiscard]] std::string Csv(const QString& name) const { return ResultSetToCsv(Table(name)).toStdString(); }
+  // The named columns of the daily rows.
+  [[nodiscard]] std::string Rows(const QString& name, std::initializer_list<const char*> columns) const {
+    const ResultSet table = Table(name);
+    std::string text;
+    for (int row = 0; row < table.RowCount(); ++row) {
+      for (const char* column : columns) text += table.Utf8At(row, table.Column(column)) + " ";
+      text += "\n";
+    }
+    return text;
+  }
+  [[nodiscard]] QStringList Names(const QString& folder) const {
+    QStringList names;
+    QDirIterator files(files_.Path(folder), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (files.hasNext()) names += QDir(files_.Path(folder)).relativeFilePath(files.next());
+    names.sort();
+    return names;
+  }
+
+  MarketFiles files_;
+  BuildOptions options_;
+};
+
+const QString kMoutai = QStringLiteral("QMTL/TZZH/Day250/股票/600519.dat");
+
+TEST_F(Build, WritesTheWholeFolder) {
+  const Outcome outcome = Run();
+  EXPECT_EQ(outcome.error, "");
+  EXPECT_EQ(outcome.rejections, "");
+  EXPECT_EQ(Names(QStringLiteral("out")),
+            (QStringList{QStringLiteral("QMTL/TZZH/Day250/指数/allzs.dat"), kMoutai, QStringLiteral("QMTL/TZZH/GZ.dat"),
+                         QStringLiteral("QMTL/TZZH/InterestRate.Dat"), QStringLiteral("market.dat"),
+                         QStringLiteral("quotes.dat"), QStringLiteral("securities.dat"),
+                         QStringLiteral("trading_dates.dat")}));
+  EXPECT_EQ(Csv(QStringLiteral("market.dat")), "current_date:integer,simulated:integer,format:integer\n20240109,0,1\n");
+  EXPECT_EQ(Csv(QStringLiteral("securities.dat")),
+            "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer\n"
+            "600519,贵州茅台,白酒,1,20010827,1\n"
+            "000001,平安银行,银行,2,19910403,1\n");
+  EXPECT_EQ(Csv(QStringLiteral("trading_dates.dat")),
+            "date:integer\n20240102\n20240103\n20240104\n20240105\n20240108\n20240109\n");
+  EXPECT_EQ(Csv(QStringLiteral("quotes.dat")),
+            "code_number:integer,price:real,prev_close:real\n"
+            "1,15,14\n399001,15,14\n399300,15,14\n1600519,15.5,14.5\n");
+  // Window 2024-01-04 to 09; the week of 2024-01-02 ends with 2024-01-05 inside it.
+  EXPECT_EQ(
+      Rows(kMoutai, {"hqtype", "rowid", "hqdate", "closeprice", "oldcloseprice", "islastday", "startdate", "enddate"}),
+      "0 1 20240105 13.5 0 0 20240104 20240109 \n"
+      "0 2 20240108 14.5 13.5 0 20240104 20240109 \n"
+      "0 3 20240109 15.5 14.5 1 20240104 20240109 \n"
+      "1 1 20240105 13.5 0 0 20240104 20240109 \n"
+      "1 2 20240109 15.5 13.5 1 20240104 20240109 \n"
+      "2 1 20240109 15.5 0 1 20240104 20240109 \n");
+  const ResultSet indices = Table(QStringLiteral("QMTL/TZZH/Day250/指数/allzs.dat"));
+  std::string series;
+  for (int row = 0; row < indices.RowCount(); ++row) {
+    series += indices.Utf8At(row, 0) + "/" + indices.Utf8At(row, 2) + "/" + indices.Utf8At(row, 3) + " ";
+  }
+  EXPECT_EQ(series,
+            "1/0/1 1/0/2 1/0/3 1/0/4 1/1/1 1/1/2 1/2/1 "
+            "399001/0/1 399001/0/2 399001/0/3 399001/0/4 399001/1/1 399001/1/2 399001/2/1 "
+            "399300/0/1 399300/0/2 399300/0/3 399300/0/4 399300/1/1 399300/1/2 399300/2/1 ");
+  EXPECT_EQ(outcome.summary.securities, 2);
+  EXPECT_EQ(outcome.summary.series, 1);
+  EXPECT_EQ(outcome.summary.rows, 6 + 21);
+  EXPECT_EQ(outcome.summary.currentDate, 20240109);
+}
+
+TEST_F(Build, CutsAtTheCurrentDate) {
+  options_.currentDate = 20240106;  // a Saturday
+  options_.isSimulated = true;
+  EXPECT_EQ(Run().error, "");
+  EXPECT_EQ(Csv(QStringLiteral("market.dat")), "current_date:integer,simulated:integer,format:integer\n20240106,1,1\n");
+  EXPECT_EQ(Rows(kMoutai, {"hqtype", "hqdate", "startdate", "enddate"}),
+            "0 20240105 20240102 20240105 \n1 20240105 20240102 20240105 \n2 20240105 20240102 20240105 \n");
+  EXPECT_EQ(Csv(QStringLiteral("trading_dates.dat")), "date:integer\n20240102\n20240103\n20240104\n20240105\n");
+  EXPECT_EQ(Csv(QStringLiteral("quotes.dat")),
+            "code_number:integer,price:real,prev_close:real\n1,13,12\n399001,13,12\n399300,13,12\n1600519,13.5,0\n");
+}
+
+TEST_F(Build, ShorterHistoryThanTheWindowGivesAllOfIt) {
+  options_.days = 250;
+  EXPECT_EQ(Run().error, "");
+  EXPECT_EQ(Rows(QStringLiteral("QMTL/TZZH/Day250/指数/allzs.dat"), {"SecuCode", "hqtype", "rowid", "startdate"})
+                .substr(0, 39),
+            "1 0 1 20240102 \n1 0 2 20240102 \n1 0 3 2");
+  options_.days = 0;
+  EXPECT_NE(Run().error, "");
+}
+
+TEST_F(Build, TakesTradingDatesFromAFile) {
+  // The file begins earlier than the bars and goes beyond the current date; 2024-01-05 is missing in it.
+  files_.Write(QStringLiteral("dates.csv"),
+               "日期\n2024-01-10\n2023-12-29\n2024-01-02\n2024-01-03\n2024-01-04\n2024-01-08\n2024/1/9\n20240109\nx\n");
+  options_.datesFile = files_.Path(QStringLiteral("dates.csv"));
+  options_.days = 3;
+  const Outcome outcome = Run();
+  EXPECT_EQ(outcome.error, "");
+  EXPECT_EQ(outcome.rejections,
+            "dates.csv:9: 日期 20240109 重复\ndates.csv:10: 日期无法识别“x”\n"
+            "bars/600519.csv:2: 2024-01-05 不是交易日\n");
+  EXPECT_EQ(outcome.summary.rejectedLines, 3);
+  EXPECT_EQ(Csv(QStringLiteral("trading_dates.dat")),
+            "date:integer\n20231229\n20240102\n20240103\n20240104\n20240108\n20240109\n");
+  EXPECT_EQ(Rows(kMoutai, {"hqtype", "hqdate", "startdate"}),
+            "0 20240108 20240104 \n0 20240109 20240104 \n1 20240109 20240104 \n2 20240109 20240104 \n");
+}
+
+TEST_F(Build, GoesOnWithoutTheFilesItCannotUse) {
+  files_.Write(QStringLiteral("bars/sz000001.csv"), "日期,收盘\n2024-01-08,9\n2024-01-09,bad\n");
+  files_.Write(QStringLiteral("bars/000001.SZ.csv"), "date,close\n2024-01-08,9\n");
+  files_.Write(QStringLiteral("bars/600000.csv"), "date,close\n2024-01-08,9\n");
+  files_.Write(QStringLiteral("bars/sh000001.csv"), "date,close\n2024-01-08,9\n");
+  files_.Write(QStringLiteral("bars/readme.txt"), "no bars\n");
+  files_.Write(QStringLiteral("bars/notes.csv"), "a,b\n");
+  files_.Write(QStringLiteral("securities.csv"),
+               "代码,名称,市场,上市日期\n600519.SH,贵州茅台,上海,20010827\n000001,平安银行,SZ,\n000002,万科A,SH,\n"
+               "600519,again,SH,\n000004,,SZ,\n1,one,SZ,\n000005,五,SZ,2024-02-30\n000006,六,SZ,\n000007,七,SZ,\n");
+  files_.Write(QStringLiteral("bars/000006.csv"), "");
+  files_.Write(QStringLiteral("bars/000007.csv"), "date,close\n2024-01-08,\n");
+  const Outcome outcome = Run();
+  EXPECT_EQ(outcome.error, "");
+  EXPECT_EQ(outcome.rejections,
+            "securities.csv:4: 市场“SH”与代码 000002 不符\n"
+            "securities.csv:5: 代码 600519 重复\n"
+            "securities.csv:6: 名称缺失\n"
+            "securities.csv:7: 不是沪深证券代码“1”\n"
+            "securities.csv:8: 上市日期无法识别“2024-02-30”\n"
+            "bars/notes.csv: 文件名不是沪深证券代码\n"
+            "bars/sh000001.csv: 文件名不是沪深证券代码\n"
+            "bars/sz000001.csv: 与 bars/000001.SZ.csv 是同一证券\n"
+            "bars/600000.csv: 代码不在证券表中\n"
+            "bars/000006.csv: 文件为空\n"
+            "bars/000007.csv:2: 收盘价缺失\n"
+            "bars/000007.csv: 没有可用的行\n");
+  EXPECT_EQ(outcome.summary.rejectedFiles, 6);
+  EXPECT_EQ(outcome.summary.rejectedLines, 6);
+  EXPECT_EQ(outcome.summary.series, 2);
+  EXPECT_EQ(Csv(QStringLiteral("securities.dat")),
+            "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer\n"
+            "600519,贵州茅台,\"\",1,20010827,1\n000001,平安银行,\"\",2,,1\n000006,六,\"\",2,,1\n000007,七,\"\",2,,1\n");
+}
+
+TEST_F(Build, TakesQuotesFromAFileAndNamesItsBadRows) {
+  files_.Write(QStringLiteral("quotes.csv"),
+               "代码,名称,最新价,昨收\n600519,茅台,16.01,15.5\n000001,平安,0,9\n600519,茅台,1,1\n000001,平安,x,9\n"
+               "600000,浦发,7,7\nsh000001,上证,3000.5,2999\n399001,深成,,9\n12,x,1,1\n");
+  options_.quotesFile = files_.Path(QStringLiteral("quotes.csv"));
+  const Outcome outcome = Run();
+  EXPECT_EQ(outcome.error, "");
+  EXPECT_EQ(outcome.rejections,
+            "quotes.csv:4: 代码 600519 重复\n"
+            "quotes.csv:5: 价格不是数字“x”\n"
+            "quotes.csv:6: 代码 600000 不在证券表中\n"
+            "quotes.csv:8: 价格缺失\n"
+            "quotes.csv:9: 不是沪深证券代码“12”\n");
+  EXPECT_EQ(Csv(QStringLiteral("quotes.dat")),
+            "code_number:integer,price:real,prev_close:real\n"
+            "1,3000.5,2999\n399001,15,14\n399300,15,14\n1000001,0,9\n1600519,16.01,15.5\n");
+}
+
+TEST_F(Build, WritesTheRatesInForce) {
+  files_.Write(QStringLiteral("rates.csv"),
+               "date,one_year,demand,five_year\n2015-10-24,1.50,0.35,\n2014-11-22,2.75,0.35,4.25\n2030-01-01,9,9,9\n"
+               "2015-08-26,x,0.35,\n2015-10-24,3,3,3\n2016-01-01,101,0,0\n");
+  options_.ratesFile = files_.Path(QStringLiteral("rates.csv"));
+  const Outcome outcome = Run();
+  EXPECT_EQ(outcome.error, "");
+  EXPECT_EQ(outcome.rejections,
+            "rates.csv:5: 一年利率不是数字“x”\nrates.csv:6: 日期 2015-10-24 重复\nrates.csv:7: 一年利率超过 100\n");
+  EXPECT_EQ(
+      Csv(QStringLiteral("QMTL/TZZH/InterestRate.Dat")),
+      "ID:integer,SOURCEID:integer,SOURCEDB:text,SOURCETABLE:text,UPDATEID:integer,CTIME:datetime,UPTIME:datetime,"
+      "ISVAILD:text,REMARK:text,DEPOSITTYPE:text,TERM:text,INTERESTCHANGEDATE:datetime,INTEREST:real,"
+      "INTERESTCODE:text\n"
+      "1,1,holdwise-market,deposit_rates,1,2024-01-09,2024-01-09,1,\"\",定期存款整存整取,一年,2015-10-24,1.5,FIXED_"
+      "12M\n"
+      "2,2,holdwise-market,deposit_rates,1,2024-01-09,2024-01-09,1,\"\",活期存款,活期,2015-10-24,0.35,DEMAND\n");
+
+  options_.currentDate = 20240109;
+  files_.Write(QStringLiteral("rates.csv"), "date,one_year\n2030-01-01,9\n");
+  EXPECT_NE(Run().error.find("没有在 2024-01-09 或之前生效的利率"), std::string::npos);
+}
+
+TEST_F(Build, ReplacesTheFolderAndKeepsFilesOfOthers) {
+  EXPECT_EQ(Run().error, "");
+  files_.Write(QStringLiteral("out/accounts.dat"), "accounts");
+  files_.Write(QStringLiteral("out/QMTL/TZZH/ZNPZ.dat"), "proposals");
+  files_.Write(QStringLiteral("out/QMTL/TZZH/Day250/股票/600000.dat"), "of a stock that is gone");
+  files_.Write(QStringLiteral("bars/000001.csv"), "date,close\n2024-01-08,9\n2024-01-09,8\n");
+  EXPECT_EQ(Run().error, "");
+  EXPECT_EQ(files_.Read(QStringLiteral("out/accounts.dat")), "accounts");
+  EXPECT_EQ(files_.Read(QStringLiteral("out/QMTL/TZZH/ZNPZ.dat")), "proposals");
+  EXPECT_FALSE(QFileInfo::exists(files_.Path(QStringLiteral("out/QMTL/TZZH/Day250/股票/600000.dat"))));
+  EXPECT_TRUE(QFileInfo::exists(files_.Path(QStringLiteral("out/QMTL/TZZH/Day250/股票/000001.dat"))));
+  EXPECT_FALSE(QFileInfo::exists(files_.Path(QStringLiteral(".out.new"))));
+  EXPECT_FALSE(QFileInfo::exists(files_.Path(QStringLiteral(".out.lock"))));
+}
+
+TEST_F(Build, RemovesWhatAnEarlierKillLeft) {
+  files_.Write(QStringLiteral(".out.new/QMTL/half"), "half");
+  EXPECT_EQ(Run().error, "");
+  EXPECT_FALSE(QFileInfo::exists(files_.Path(QStringLiteral(".out.new"))));
+  EXPECT_FALSE(QFileInfo::exists(files_.Path(QStringLiteral("out/QMTL/half"))));
+}
+
+// Each way to fail leaves the old folder byte by byte as it was.
+TEST_F(Build, FailsWithTheOldFolderWhole) {
+  EXPECT_EQ(Run().error, "");
+  const QByteArray old = files_.Read(QStringLiteral("out/") + kMoutai);
+  ASSERT_FALSE(old.isEmpty());
+  files_.Write(QStringLiteral("bars/600519.csv"), "date,close\n2024-01-09,99\n");
+  files_.Write(QStringLiteral("empty.csv"), "");
+  files_.Write(QStringLiteral("nothing.csv"), "code,name\nx,y\n");
+  files_.Write(QStringLiteral("one/1.csv"), kWeek);
+  for (const char* name : {"two/1.csv", "two/sh000001.csv", "two/399001.csv", "two/399300.csv"}) {
+    files_.Write(QString::fromUtf8(name), kWeek);
+  }
+  for (const char* name : {"void/1.csv", "void/399001.csv", "void/399300.csv"}) {
+    files_.Write(QString::fromUtf8(name), "date,close\nx,1\n");
+  }
+  files_.Write(QStringLiteral("bad/600519.csv"), "date,close\n2024-01-09,\n");
+  QDir().mkpath(files_.Path(QStringLiteral("hollow")));
+
+  const auto failsWith = [&](QString BuildOptions::*option, const char* name, const char* text) {
+    const BuildOptions good = options_;
+    options_.*option = files_.Path(QString::fromUtf8(name));
+    const std::string error = Run().error;
+    EXPECT_NE(error.find(text), std::string::npos) << name << " gave " << error;
+    EXPECT_EQ(files_.Read(QStringLiteral("out/") + kMoutai), old) << name;
+    EXPECT_FALSE(QFileInfo::exists(files_.Path(QStringLiteral(".out.new")))) << name;
+    options_ = good;
+  };
+  failsWith(&BuildOptions::barsFolder, "missing", "目录不存在");
+  failsWith(&BuildOptions::barsFolder, "empty.csv", "不是目录");
+  failsWith(&BuildOptions::barsFolder, "hollow", "没有 CSV 文件");
+  failsWith(&BuildOptions::barsFolder, "bad", "没有可用的证券行情");
+  failsWith(&BuildOptions::indicesFolder, "missing", "目录不存在");
+  failsWith(&BuildOptions::indicesFolder, "one", "缺少指数行情 深证成指");
+  failsWith(&BuildOptions::indicesFolder, "two", "同一指数有两个文件");
+  failsWith(&BuildOptions::indicesFolder, "void", "没有可用的行");
+  failsWith(&BuildOptions::securitiesFile, "missing.csv", "missing.csv");
+  failsWith(&BuildOptions::securitiesFile, "empty.csv", "文件为空");
+  failsWith(&BuildOptions::securitiesFile, "nothing.csv", "证券表没有可用的行");
+  failsWith(&BuildOptions::datesFile, "missing.csv", "missing.csv");
+  failsWith(&BuildOptions::ratesFile, "empty.csv", "文件为空");
+  failsWith(&BuildOptions::quotesFile, "nothing.csv", "表头缺少列“price”");
+  options_.currentDate = 20200101;
+  EXPECT_NE(Run().error.find("没有可用的行"), std::string::npos) << "no bars before the first date";
+  EXPECT_EQ(files_.Read(QStringLiteral("out/") + kMoutai), old);
+}
+
+TEST_F(Build, NeverReplacesAFolderOfAnotherKind) {
+  files_.Write(QStringLiteral("photos/summer.jpg"), "picture");
+  options_.outFolder = files_.Path(QStringLiteral("photos"));
+  EXPECT_NE(Run().error.find("输出目录里有别的文件"), std::string::npos);
+  EXPECT_EQ(files_.Read(QStringLiteral("photos/summer.jpg")), "picture");
+  options_.outFolder = files_.Path(QStringLiteral("securities.csv"));
+  EXPECT_NE(Run().error.find("输出位置已有同名文件"), std::string::npos);
+  QDir().mkpath(files_.Path(QStringLiteral("hollow")));
+  options_.outFolder = files_.Path(QStringLiteral("hollow")) + u'/';
+  EXPECT_EQ(Run().error, "") << "an empty folder may be used";
+}
+
+TEST_F(Build, OneProcessAtATimeWritesAFolder) {
+  QLockFile other(files_.Path(QStringLiteral(".out.lock")));
+  ASSERT_TRUE(other.lock());
+  EXPECT_NE(Run().error.find("另一个进程正在写此目录"), std::string::npos);
+  other.unlock();
+  EXPECT_EQ(Run().error, "");
+}
+
+}  // namespace
+}  // namespace holdwise
