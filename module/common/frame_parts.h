@@ -19,6 +19,7 @@ void SetTextColor(QWidget& label, const QColor& color);
 
 /// A strip of fixed height with a stretched picture of the theme behind its labels.
 class PictureStrip : public QWidget {
+  Q_OBJECT
  public:
   PictureStrip(int height, QWidget* parent);
   /// Re-reads the picture of that key.
@@ -35,6 +36,7 @@ class PictureStrip : public QWidget {
 /// The strip above a grid: one transparent label over each titled column. Labels follow their columns and are aligned
 /// like them.
 class HeaderStrip : public PictureStrip {
+  Q_OBJECT
  public:
   static constexpr int kHeight = 23;  ///< pixels
 
@@ -51,6 +53,7 @@ class HeaderStrip : public PictureStrip {
 
 /// A strip with one transparent caption label at a fixed place.
 class TitleStrip : public PictureStrip {
+  Q_OBJECT
  public:
   static constexpr int kHeight = 35;  ///< pixels
 

@@ -220,6 +220,7 @@ void ScriptedTheme::Switch() {
 
 int ScriptedMessageBoxes::Vex_MessageBox(const QString& text, const QString& caption, int buttons, int style) {
   calls.push_back({text, caption, buttons, style});
+  if (whileAsking) whileAsking();
   if (answers.empty()) return 1;
   const int answer = answers.front();
   answers.erase(answers.begin());

@@ -3,6 +3,7 @@
 #include <QTemporaryDir>
 #include <QWidget>
 #include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -153,6 +154,7 @@ class ScriptedMessageBoxes final : public MessageBoxService {
 
   std::vector<Call> calls;
   std::vector<int> answers;
+  std::function<void()> whileAsking;  ///< runs while the box is open, if set
 };
 
 class ScriptedClock final : public ClockService {

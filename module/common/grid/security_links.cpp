@@ -21,6 +21,7 @@ void SecurityLinks::MouseMove(const QPoint& position) {
 }
 
 void SecurityLinks::MouseDown(const QPoint& position) {
+  MouseMove(position);  // rows may have changed under a resting mouse
   const GridCell cell = grid_.MouseToCell(position);
   if (cell.IsNone() || hovered_.IsNone()) return;
   const QString code = grid_.Cells(kCodeColumn, cell.row);

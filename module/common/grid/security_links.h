@@ -13,7 +13,7 @@ class SecurityLinks {
 
   /// Over the text itself the hand cursor shows; anywhere else the default cursor.
   void MouseMove(const QPoint& position);
-  /// Opens the security of the row under the mouse when a link was under the mouse at the last move.
+  /// Opens the security of the row under the mouse when a link is there.
   void MouseDown(const QPoint& position);
   /// The cell whose text is under the mouse; none otherwise.
   [[nodiscard]] const GridCell& Hovered() const noexcept { return hovered_; }

@@ -24,6 +24,7 @@ struct GridCell {
 /// scroll bar only. There is always at least one row; the grid counts as empty while its cell (0, 0) is empty, and then
 /// draws nothing. User-interface thread only.
 class TStringGrid : public QTableView {
+  Q_OBJECT
  public:
   static constexpr int kDefaultRowHeight = 26;  ///< pixels
 

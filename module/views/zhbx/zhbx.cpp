@@ -170,6 +170,7 @@ void TFrm_ZHBX::strngrdSelectCell(int row) {
 
 void TFrm_ZHBX::strngrdMouseDown(Qt::MouseButton button, const QPoint& position) {
   if (strngrd->Cells(0, 0).trimmed().isEmpty()) return;
+  strngrdMouseMove(position);  // rows may have changed under a resting mouse
   if (button != Qt::LeftButton || !isOverDelete_ || isBusy_) return;
   const GridCell cell = strngrd->MouseToCell(position);
   if (!cell.IsNone()) AskAndDelete(cell);

@@ -1,0 +1,330 @@
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QStackedLayout>
+#include <QTest>
+
+#include "common/untcommon.h"
+#include "mainframe/view_table.h"
+#include "view_bench.h"
+
+namespace holdwise::test {
+namespace {
+
+constexpr int kPerformance = 2001;
+
+class MainFrame : public testing::Test {
+ protected:
+  void Open(int width = 1000) { bench.OpenMainFrame(width); }
+  [[nodiscard]] QLabel* LabelWith(const QString& text) const {
+    for (QLabel* label : bench.mainFrame->findChildren<QLabel*>()) {
+      if (label->text() == text) return label;
+    }
+    return nullptr;
+  }
+  ViewBench bench;
+};
+
+TEST_F(MainFrame, TheTreeHoldsTheTenNodesUnderTheirGroups) {
+  Open();
+  const NavigationTree& tree = bench.mainFrame->dxTL();
+  QStringList shown;
+  for (int group = 0; group < tree.topLevelItemCount(); ++group) {
+    const QTreeWidgetItem* node = tree.topLevelItem(group);
+    shown << NavigationTree::CaptionOf(node);
+    EXPECT_TRUE(node->isExpanded());
+    for (int child = 0; child < node->childCount(); ++child) {
+      shown << QStringLiteral("  %1 %2")
+                   .arg(NavigationTree::IdOf(node->child(child)))
+                   .arg(NavigationTree::CaptionOf(node->child(child)));
+    }
+  }
+  const QStringList expected = {QStringLiteral("资产配置"),        QStringLiteral("  1001 智能配置"),
+                                QStringLiteral("  1002 自选配置"), QStringLiteral("组合跟踪"),
+                                QStringLiteral("  2001 组合表现"), QStringLiteral("  2002 风险计量"),
+                                QStringLiteral("  2003 压力测试"), QStringLiteral("组合评价"),
+                                QStringLiteral("  3001 总体评价"), QStringLiteral("  3002 业绩分解")};
+  EXPECT_EQ(shown, expected);
+}
+
+TEST(NavigationTreeTest, ANodeWithAnUnknownParentStandsAtTheTop) {
+  NavigationTree tree;
+  const std::vector<TNodeData> nodes = {{1, 0, QStringLiteral("a")},
+                                        {2, 99, QStringLiteral("b")},
+                                        {3, 2, QStringLiteral("c")},
+                                        {4, 0, QStringLiteral("not built")}};
+  tree.BuildTree(nodes, 2);
+  ASSERT_EQ(tree.topLevelItemCount(), 2);
+  EXPECT_EQ(NavigationTree::IdOf(tree.topLevelItem(1)), 2);
+  EXPECT_EQ(tree.topLevelItem(1)->childCount(), 1);
+  tree.BuildTree(nodes, 0);
+  EXPECT_EQ(tree.topLevelItemCount(), 1);
+}
+
+TEST(NavigationTreeTest, TheSearchFindsTheFirstCaptionThatBeginsSo) {
+  NavigationTree tree;
+  tree.BuildTree(Nodes, 9);
+  EXPECT_EQ(NavigationTree::IdOf(tree.FindCaption(QStringLiteral("组合"))), 2000);
+  EXPECT_EQ(NavigationTree::IdOf(tree.FindCaption(QStringLiteral("组合表"))), 2001);
+  EXPECT_EQ(tree.FindCaption(QStringLiteral("表现")), nullptr);
+  EXPECT_EQ(tree.FindCaption(QString()), nullptr);
+}
+
+TEST(MainFrameIds, AGroupStandsForItsFirstChild) {
+  EXPECT_EQ(TMainFrm::GetFID(0), 1);
+  EXPECT_EQ(TMainFrm::GetFID(2003), 2003);
+  EXPECT_EQ(TMainFrm::GetFID(3000), 3001);
+}
+
+TEST_F(MainFrame, AGroupShowsItsFirstViewUnderThatViewsCaption) {
+  Open();
+  bench.ClickNode(2000);
+  ASSERT_NE(bench.mainFrame->CurFrame(), nullptr);
+  EXPECT_EQ(bench.mainFrame->CurFrame()->Tag(), kPerformance);
+  EXPECT_NE(LabelWith(QStringLiteral("组合表现")), nullptr);
+  EXPECT_TRUE(bench.mainFrame->CurFrame()->isVisible());
+}
+
+TEST_F(MainFrame, TheChildOfAShownGroupUsesTheSameFrameAndLoadsItAgain) {
+  Open();
+  bench.ClickNode(2000);
+  TViewFrame* frame = bench.mainFrame->CurFrame();
+  MessageSpy spy(*frame);
+  bench.ClickNode(kPerformance);
+  EXPECT_EQ(bench.mainFrame->CurFrame(), frame);
+  EXPECT_EQ(bench.mainFrame->FrameList().size(), 1U);
+  EXPECT_EQ(spy.Count(FrameMessage::Init), 1);
+  EXPECT_EQ(spy.Count(FrameMessage::Hidden), 0);
+}
+
+TEST_F(MainFrame, AClickOnTheFocusedNodeChangesNothing) {
+  Open();
+  bench.ClickNode(kPerformance);
+  MessageSpy spy(*bench.mainFrame->CurFrame());
+  bench.ClickNode(kPerformance);
+  EXPECT_TRUE(spy.messages.empty());
+}
+
+TEST_F(MainFrame, EverySelectionLetsTheHostRefreshTheWorkArea) {
+  Open();
+  const auto before = bench.host.system.refreshed.size();
+  bench.ClickNode(kPerformance);
+  ASSERT_EQ(bench.host.system.refreshed.size(), before + 1);
+  EXPECT_EQ(bench.host.system.refreshed.back(), bench.mainFrame->CurFrame()->parentWidget());
+}
+
+TEST_F(MainFrame, AFailingViewIsLoggedAndTheWorkAreaStillRefreshed) {
+  bench.host.SetUserData(bench.host.fakeUserData);  // knows no statement at all
+  bench.mainFrame = std::make_unique<TMainFrm>();
+  const auto before = bench.host.system.refreshed.size();
+  bench.mainFrame->dxTL().setCurrentItem(bench.Node(kPerformance));
+  EXPECT_EQ(bench.host.system.refreshed.size(), before + 1);
+  ASSERT_FALSE(bench.host.debug.Lines().empty());
+  EXPECT_TRUE(bench.host.debug.Lines().back().startsWith(
+      QStringLiteral("Holdwise.bpl->untmainfrm->dxTLChangeNode 发生错误!错误信息:")));
+}
+
+TEST_F(MainFrame, ANodeWithoutAViewLeavesTheOldOneOnScreenButNotCurrent) {
+  ASSERT_EQ(FindView(2002), nullptr) << "choose another node for this test";
+  Open();
+  bench.ClickNode(kPerformance);
+  TViewFrame* frame = bench.mainFrame->CurFrame();
+  MessageSpy spy(*frame);
+  bench.ClickNode(2002);
+  EXPECT_EQ(bench.mainFrame->CurFrame(), nullptr);
+  EXPECT_TRUE(frame->isVisible());
+  EXPECT_NE(LabelWith(QStringLiteral("组合表现")), nullptr);
+  EXPECT_EQ(spy.Count(FrameMessage::Hidden), 0);
+  bench.ClickNode(kPerformance);
+  EXPECT_EQ(bench.mainFrame->CurFrame(), frame);
+  EXPECT_EQ(spy.Count(FrameMessage::Init), 1);
+}
+
+TEST_F(MainFrame, BeforeAnyViewTheWelcomeShowsAndTheStockPoolLinkDoesNot) {
+  Open();
+  const QLabel* welcome = LabelWith(QStringLiteral("请在左侧选择视图"));
+  ASSERT_NE(welcome, nullptr);
+  EXPECT_TRUE(welcome->isVisible());
+  EXPECT_FALSE(LabelWith(QStringLiteral("智能股票池"))->isVisible());
+  bench.ClickNode(kPerformance);
+  EXPECT_FALSE(welcome->isVisible());
+  EXPECT_FALSE(LabelWith(QStringLiteral("智能股票池"))->isVisible());
+}
+
+TEST_F(MainFrame, TheTreeIsAsWideAsDesignedAndKeepsItsWidth) {
+  Open();
+  EXPECT_EQ(bench.mainFrame->Splitter1().sizes().first(), 174);
+  EXPECT_EQ(bench.mainFrame->Splitter1().handleWidth(), 10);
+  bench.mainFrame->resize(1600, 700);
+  QTest::qWait(10);
+  EXPECT_EQ(bench.mainFrame->Splitter1().sizes().first(), 174);
+}
+
+TEST_F(MainFrame, SharedObjectsLiveAsLongAsTheFrame) {
+  EXPECT_EQ(g_NowPrice, nullptr);
+  Open();
+  EXPECT_NE(g_NowPrice, nullptr);
+  EXPECT_NE(g_ClosePrice, nullptr);
+  EXPECT_NE(g_UserValue, nullptr);
+  EXPECT_NE(g_StockClosePrice, nullptr);
+  ASSERT_NE(g_Timer, nullptr);
+  EXPECT_FALSE(g_Timer->isActive());
+  EXPECT_EQ(g_Timer->interval(), 10);
+  EXPECT_EQ(FDBServer, &bench.database.Service());
+  bench.CloseMainFrame();
+  EXPECT_EQ(g_NowPrice, nullptr);
+  EXPECT_EQ(g_ClosePrice, nullptr);
+  EXPECT_EQ(g_UserValue, nullptr);
+  EXPECT_EQ(g_StockClosePrice, nullptr);
+  EXPECT_EQ(g_Timer, nullptr);
+  EXPECT_EQ(FDBServer, nullptr);
+}
+
+TEST_F(MainFrame, ItClosesWithEveryTimerPendingAndIgnoresLateReplies) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), ThreeHoldings());
+  Open();
+  bench.ClickNode(kPerformance);
+  g_Timer->start();
+  const auto role = bench.PriceRole();
+  bench.CloseMainFrame();
+  EXPECT_FALSE(role->Deliver(PriceReply(PricesOfThree())));
+  QTest::qWait(1100);
+  EXPECT_TRUE(bench.host.addresses.gone.empty());
+}
+
+TEST_F(MainFrame, EnteringSubscribesAndLeavingCancels) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 1, 9}});
+  Open();
+  EXPECT_EQ(bench.PriceRole()->Commands(), std::vector<QString>{QStringLiteral("0|01600000")});
+  EXPECT_FALSE(g_NowPrice->IsDataReady());
+  bench.mainFrame->FinalProc();
+  EXPECT_EQ(bench.PriceRole()->Commands().back(), QStringLiteral("1|01600000"));
+  EXPECT_TRUE(g_NowPrice->SubscriptionString().isEmpty());
+  bench.mainFrame->FinalProc();
+  EXPECT_EQ(bench.PriceRole()->Commands().size(), 2U);
+}
+
+TEST_F(MainFrame, WithoutHoldingsPricesAreReadyAtOnce) {
+  Open();
+  EXPECT_TRUE(g_NowPrice->IsDataReady());
+  EXPECT_TRUE(bench.PriceRole()->Commands().empty());
+}
+
+TEST_F(MainFrame, TheOpenTimerGoesToTheIntradayChartOnce) {
+  Open();
+  g_Timer->start();
+  QTest::qWait(60);
+  const std::vector<std::pair<QString, QString>> once = {{QStringLiteral("分时走势"), QString()}};
+  EXPECT_EQ(bench.host.addresses.gone, once);
+}
+
+TEST_F(MainFrame, TheFundToolbarIsAsked) {
+  Open();
+  bench.mainFrame->Button1Click();
+  const std::vector<std::pair<QString, QString>> once = {{QStringLiteral("工具条"), QStringLiteral("基金")}};
+  EXPECT_EQ(bench.host.addresses.gone, once);
+}
+
+TEST_F(MainFrame, OneSecondAfterASelectionTheViewIsLoadedAgain) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), ThreeHoldings());
+  Open();
+  QTest::qWait(1100);  // the timer of the start finds a group without a view of its own
+  bench.ClickNode(kPerformance);
+  MessageSpy spy(*bench.mainFrame->CurFrame());
+  QTest::qWait(500);
+  EXPECT_EQ(spy.Count(FrameMessage::Init), 0);
+  QTest::qWait(700);
+  EXPECT_EQ(spy.Count(FrameMessage::Init), 1);
+  QTest::qWait(1200);
+  EXPECT_EQ(spy.Count(FrameMessage::Init), 1) << "it fires once a selection";
+}
+
+TEST_F(MainFrame, WithoutRelevantPortfoliosNothingIsRecalculated) {
+  // Only one that is still being edited: the performance view has none of its own.
+  bench.AddPortfolio(1, QStringLiteral("甲"), ThreeHoldings(), 0);
+  Open();
+  bench.ClickNode(kPerformance);
+  MessageSpy spy(*bench.mainFrame->CurFrame());
+  QTest::qWait(1200);
+  EXPECT_EQ(spy.Count(FrameMessage::Init), 0);
+}
+
+TEST_F(MainFrame, WithAnEmptyTableNothingIsRecalculated) {
+  Open();
+  bench.ClickNode(kPerformance);
+  MessageSpy spy(*bench.mainFrame->CurFrame());
+  QTest::qWait(1200);
+  EXPECT_EQ(spy.Count(FrameMessage::Init), 0);
+}
+
+TEST_F(MainFrame, EveryThreeSecondsPricesAreRenewedAndShown) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 1, 9}});
+  Open();
+  bench.ClickNode(kPerformance);
+  MessageSpy spy(*bench.mainFrame->CurFrame());
+  // No answer yet: the timer waits.
+  QTest::qWait(3200);
+  EXPECT_EQ(bench.PriceRole()->Commands().size(), 1U);
+  bench.DeliverPrices({{QStringLiteral("600000"), {1000, 2}}});
+  spy.Clear();
+  QTest::qWait(3100);
+  EXPECT_EQ(spy.Count(FrameMessage::ReflashNowPrice), 1);
+  const std::vector<QString> commands = {QStringLiteral("0|01600000"), QStringLiteral("1|01600000"),
+                                         QStringLiteral("0|01600000")};
+  EXPECT_EQ(bench.PriceRole()->Commands(), commands);
+}
+
+TEST_F(MainFrame, PricesRestWhileNoLiveViewIsShown) {
+  Open();
+  MessageSpy spy(*bench.mainFrame);
+  QTest::qWait(3200);
+  EXPECT_TRUE(g_NowPrice->IsDataReady());
+  EXPECT_TRUE(bench.PriceRole()->Commands().empty());
+}
+
+TEST_F(MainFrame, AThemeChangeReachesEveryViewAndTheTree) {
+  Open();
+  bench.ClickNode(kPerformance);
+  TViewFrame* frame = bench.mainFrame->CurFrame();
+  MessageSpy spy(*frame);
+  bench.host.theme.Switch();
+  bench.mainFrame->MakeSkin();
+  EXPECT_EQ(spy.Count(FrameMessage::ChangeSkin), 1);
+  const QImage tree = bench.mainFrame->dxTL().viewport()->grab().toImage();
+  EXPECT_EQ(tree.pixelColor(tree.width() - 3, tree.height() - 3),
+            bench.host.theme.ColorOf(QStringLiteral("Qm_BGCorlor")));
+  const QRect selected = bench.mainFrame->dxTL().visualItemRect(bench.Node(kPerformance));
+  EXPECT_EQ(tree.pixelColor(selected.right() - 2, selected.center().y()),
+            bench.host.theme.ColorOf(QStringLiteral("Qm_GridRowSelectColor")));
+}
+
+TEST_F(MainFrame, GroupsAreBold) {
+  Open();
+  const QImage tree = bench.mainFrame->dxTL().viewport()->grab().toImage();
+  const QColor text = bench.host.theme.ColorOf(QStringLiteral("Grid_UnSelTxtColor"));
+  const auto inked = [&](int id) {
+    const QRect rect = bench.mainFrame->dxTL().visualItemRect(bench.Node(id));
+    int count = 0;
+    for (int y = rect.top(); y <= rect.bottom(); ++y) {
+      for (int x = rect.left(); x < tree.width(); ++x) count += tree.pixelColor(x, y) == text ? 1 : 0;
+    }
+    return count;
+  };
+  // Four characters each; the bold ones have more ink.
+  EXPECT_GT(inked(2000), inked(2001));
+  EXPECT_GT(inked(2001), 0);
+}
+
+TEST_F(MainFrame, SettledMeansPricesAreInAndShown) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 1, 9}});
+  Open();
+  bench.ClickNode(kPerformance);
+  EXPECT_FALSE(bench.mainFrame->IsSettled());
+  bench.DeliverPrices({{QStringLiteral("600000"), {1000, 2}}});
+  EXPECT_FALSE(bench.mainFrame->IsSettled()) << "the recalculation is still to come";
+  QTest::qWait(1200);  // loads the view again, with the prices
+  EXPECT_TRUE(bench.mainFrame->IsSettled());
+}
+
+}  // namespace
+}  // namespace holdwise::test
