@@ -1,6 +1,5 @@
 #include "datacentre/market_data.h"
 
-#include <QDir>
 #include <QTimeZone>
 #include <algorithm>
 
@@ -32,10 +31,6 @@ MarketData::MarketData(ClockService& clock, DebugServers& log, TLocatDBOper& loc
     : clock_(clock), log_(log), localDatabase_(localDatabase) {}
 
 MarketData::~MarketData() = default;
-
-void MarketData::ReloadQuotes() {
-  ApplyQuotes(ReadQuotes(QDir(folder_).filePath(QStringLiteral("quotes.dat"))));
-}
 
 void MarketData::ApplyQuotes(const std::vector<CodedQuote>& quotes) {
   {

@@ -36,7 +36,8 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   /// be: a code twice, an impossible date, a price not above zero). Rows of quotes, accounts and groups about
   /// securities that the master does not know are skipped; their number is logged.
   void Load(const QString& folder);
-  /// Reads quotes.dat again. All or nothing: throws like Load and keeps the earlier quotes. Emits QuotesChanged.
+  /// Reads quotes.dat again. All or nothing: throws like Load and keeps the earlier quotes; Error(Refused) too when the
+  /// folder now stands at another date, whose other files are not read while the terminal runs. Emits QuotesChanged.
   void ReloadQuotes();
   /// Takes over current data as they arrive; quotes of unknown securities are ignored. Emits QuotesChanged.
   void ApplyQuotes(const std::vector<CodedQuote>& quotes);
@@ -97,12 +98,16 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
     std::uint8_t market = 0;
     bool aShare = false;
   };
+  struct Market {
+    int currentDate = 0;
+    bool simulated = false;
+  };
   struct Account {
     std::int32_t codeNumber = 0;
     AccountInfo info;
   };
 
-  void LoadMarket(const QString& path);
+  [[nodiscard]] static Market ReadMarket(const QString& path);
   void LoadSecurities(const QString& path);
   void LoadTradingDates(const QString& path);
   void LoadAccounts(const QString& path);

@@ -28,7 +28,9 @@ int SixDigitCode(const std::string& text) {
 void MarketData::Load(const QString& folder) {
   const QDir dir(folder);
   folder_ = dir.absolutePath();
-  LoadMarket(dir.filePath(QStringLiteral("market.dat")));
+  const Market market = ReadMarket(dir.filePath(QStringLiteral("market.dat")));
+  currentDate_ = market.currentDate;
+  simulated_ = market.simulated;
   LoadSecurities(dir.filePath(QStringLiteral("securities.dat")));
   LoadTradingDates(dir.filePath(QStringLiteral("trading_dates.dat")));
   stockQuotes_.assign(securities_.size(), NowData{});
@@ -40,7 +42,7 @@ void MarketData::Load(const QString& folder) {
   if (QFile::exists(groups)) LoadGroups(groups);
 }
 
-void MarketData::LoadMarket(const QString& path) {
+MarketData::Market MarketData::ReadMarket(const QString& path) {
   const TableReader file(path);
   const int date = file.Column("current_date", ColumnType::Integer);
   const int simulated = file.Column("simulated", ColumnType::Integer);
@@ -49,11 +51,23 @@ void MarketData::LoadMarket(const QString& path) {
   if (file.IntegerAt(0, format) != kFormat) {
     file.Refuse(0, QStringLiteral("格式版本%1不受支持，需要版本%2").arg(file.IntegerAt(0, format)).arg(kFormat));
   }
-  currentDate_ = file.IntegerAt(0, date);
-  if (!IsDateNumber(currentDate_)) file.Refuse(0, QStringLiteral("日期%1无效").arg(currentDate_));
+  const int currentDate = file.IntegerAt(0, date);
+  if (!IsDateNumber(currentDate)) file.Refuse(0, QStringLiteral("日期%1无效").arg(currentDate));
   const int flag = file.IntegerAt(0, simulated);
   if (flag != 0 && flag != 1) file.Refuse(0, QStringLiteral("模拟标志%1应为0或1").arg(flag));
-  simulated_ = flag == 1;
+  return {currentDate, flag == 1};
+}
+
+void MarketData::ReloadQuotes() {
+  const QDir dir(folder_);
+  const Market market = ReadMarket(dir.filePath(QStringLiteral("market.dat")));
+  if (market.currentDate != currentDate_) {
+    throw Error(ErrorCategory::Refused, QStringLiteral("数据文件夹“%1”已换成日期%2的数据，重新启动终端后生效")
+                                            .arg(QDir::toNativeSeparators(folder_))
+                                            .arg(market.currentDate)
+                                            .toStdString());
+  }
+  ApplyQuotes(ReadQuotes(dir.filePath(QStringLiteral("quotes.dat"))));
 }
 
 void MarketData::LoadSecurities(const QString& path) {

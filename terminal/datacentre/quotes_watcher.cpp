@@ -29,23 +29,26 @@ QuotesWatcher::QuotesWatcher(MarketData& data, DebugServers& log)
   connect(&settle_, &QTimer::timeout, this, &QuotesWatcher::Reload);
   connect(&watcher_, &QFileSystemWatcher::fileChanged, &settle_, qOverload<>(&QTimer::start));
   connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &QuotesWatcher::Look);
-  if (!watcher_.addPath(data.Folder())) {
+  Watch();
+  if (watcher_.directories().isEmpty()) {
     log_.WriteLog(QStringLiteral("无法监视行情文件夹“%1”，行情文件的变化不会被发现").arg(data.Folder()));
   }
-  WatchFile();
 }
 
 void QuotesWatcher::Look() {
+  Watch();
   if (StateOf(path_) != lastState_) settle_.start();
 }
 
-void QuotesWatcher::WatchFile() {
-  // A replaced file is a new one to the watcher, which has dropped the old.
+void QuotesWatcher::Watch() {
+  // A replaced file or folder is a new one to the watcher, which has dropped the old.
+  const QString folder = data_.Folder();
+  if (QFile::exists(folder) && !watcher_.directories().contains(folder)) watcher_.addPath(folder);
   if (QFile::exists(path_) && !watcher_.files().contains(path_)) watcher_.addPath(path_);
 }
 
 void QuotesWatcher::Reload() {
-  WatchFile();
+  Watch();
   const QString state = StateOf(path_);
   if (state.isEmpty()) return;  // between removal and replacement
   lastState_ = state;

@@ -23,7 +23,7 @@ class QuotesWatcher final : public QObject {
  private:
   void Look();
   void Reload();
-  void WatchFile();
+  void Watch();
 
   MarketData& data_;
   DebugServers& log_;

@@ -40,7 +40,7 @@ constexpr Field kFields[] = {
 
 /// The value as it stands in the statement. An empty one has the default that the statistics engine gives it.
 QString Literal(const ResultSet& rows, int row, int column, const Field& field) {
-  const QString text = rows.TextAt(row, column);
+  QString text = rows.TextAt(row, column);
   if (text.isEmpty()) return field.kind == Kind::Number ? QStringLiteral("0.00") : QStringLiteral("0");
   if (field.kind == Kind::Number) {
     if (!ParseReal(text)) Refuse(row, field.name, text);

@@ -455,6 +455,38 @@ TEST_F(QuotesWatcherTest, MalformedReplacementIsLoggedAndIgnored) {
   EXPECT_TRUE(SeesPrice(9.06));
 }
 
+TEST_F(QuotesWatcherTest, QuotesOfAnotherDateWaitForARestart) {
+  folder_.WriteMarket(20240530, false);
+  folder_.WriteQuotes({Row("1600000,9.07,8.2")});
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !log_.Lines().empty(); }, 3000));
+  EXPECT_TRUE(log_.Lines()[0].contains(QStringLiteral("20240530"))) << log_.Lines()[0].toStdString();
+  EXPECT_EQ(data_.StockNowData(1600000).currentPrice, 8.15);
+}
+
+void CopyFiles(const QString& from, const QString& to) {
+  ASSERT_TRUE(QDir().mkpath(to));
+  for (const QString& name : QDir(from).entryList(QDir::Files)) {
+    ASSERT_TRUE(QFile::copy(from + QLatin1Char('/') + name, to + QLatin1Char('/') + name));
+  }
+}
+
+TEST_F(MarketDataTest, FollowsAFolderThatIsReplacedAsAWhole) {
+  const QTemporaryDir base;
+  const QString place = base.filePath(QStringLiteral("data"));
+  CopyFiles(folder_.Path(), place);
+  data_.Load(place);
+  QuotesWatcher watcher(data_, log_);
+  for (const char* price : {"9.11", "9.12"}) {
+    folder_.WriteQuotes({{QStringLiteral("1600000"), QString::fromLatin1(price), QStringLiteral("8.2")}});
+    CopyFiles(folder_.Path(), base.filePath(QStringLiteral("new")));
+    ASSERT_TRUE(QDir().rename(place, base.filePath(QStringLiteral("old"))));
+    ASSERT_TRUE(QDir().rename(base.filePath(QStringLiteral("new")), place));
+    ASSERT_TRUE(QDir(base.filePath(QStringLiteral("old"))).removeRecursively());
+    const double expected = QString::fromLatin1(price).toDouble();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return data_.StockNowData(1600000).currentPrice == expected; }, 3000)) << price;
+  }
+}
+
 TEST(MarketDataSizeTest, LoadsAWholeMarketQuickly) {
   const MarketFolder folder;
   std::vector<QStringList> securities;
