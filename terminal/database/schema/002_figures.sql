@@ -15,7 +15,7 @@ as
   declare day_number integer;
 begin
   day_text = trim(today);
-  if (day_text is null or day_text not similar to '[0-9]{4}-[0-9]{2}-[0-9]{2}') then
+  if (day_text is null or day_text not like '____-__-__') then
     exception holdwise_bad_date;
   calendar_day = cast(day_text as date);
   day_number = extract(year from calendar_day) * 10000 + extract(month from calendar_day) * 100

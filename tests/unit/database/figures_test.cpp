@@ -1,0 +1,218 @@
+#include <gtest/gtest.h>
+
+#include <QProcess>
+#include <cmath>
+#include <random>
+
+#include "database_texts.h"
+#include "temp_database.h"
+
+using namespace holdwise;
+using namespace holdwise::test;
+
+namespace {
+
+const char* const kColumns[] = {"FC", "ZHBZC", "BETA", "ALPHA", "SHARP", "TREYNOR"};
+
+class Figures : public testing::Test {
+ protected:
+  FirebirdUserData& service() { return database_.Service(); }
+  void AddIndexDays(const std::vector<double>& returns) {
+    for (std::size_t i = 0; i < returns.size(); ++i) {
+      service().Execute(
+          InsertStatistic({.code = 1, .date = 20260101 + static_cast<int>(i), .dailyReturn = returns[i]}));
+    }
+  }
+  void AddDay(int code, int day, double value) {
+    service().Execute(InsertStatistic({.code = code, .date = 20260101 + day, .dailyReturn = value}));
+  }
+  void AddPortfolio() { service().Execute(InsertPortfolio(1, QStringLiteral("甲"))); }
+  void AddHolding(int code, const QString& weight) {
+    service().Execute(InsertHolding("1", QString::number(code), "100", weight));
+  }
+  void AddRate(const QString& percent) {
+    service().Execute(QStringLiteral(
+        "insert into alg_rmbinterestrate (ID,DEPOSITTYPE,TERM,INTEREST) values (1,'定期存款整存整取','三个月',9)"));
+    service().Execute(
+        QStringLiteral(
+            "insert into alg_rmbinterestrate (ID,DEPOSITTYPE,TERM,INTEREST) values (2,'定期存款整存整取','一年',%1)")
+            .arg(percent));
+  }
+  std::vector<double> Run() {
+    EXPECT_EQ(service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)")), 1);
+    const ResultSet row = service().Query(QStringLiteral("select * from alg_commain where ID = 1"));
+    EXPECT_EQ(row.IntegerAt(0, row.Column("ISFINISHED")), 1);
+    std::vector<double> figures;
+    for (const char* column : kColumns) figures.push_back(row.RealAt(0, row.Column(column)));
+    return figures;
+  }
+  static void ExpectFigures(const std::vector<double>& found, const std::vector<double>& expected) {
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+      EXPECT_NEAR(found[i], expected[i], std::abs(expected[i]) * 1e-9 + 1e-18) << kColumns[i];
+    }
+  }
+
+ private:
+  TempDatabase database_;
+};
+
+// Index returns 0.01, -0.01, 0.03: mean 0.01, variance ((0)^2 + 0.02^2 + 0.02^2) / 2 = 0.0004.
+// Portfolio 0.5 a + 0.5 b with a = 0.02, -0.04, 0.06 and b = 0.00, 0.02, 0.02: 0.01, -0.01, 0.04.
+//   mean 0.04/3; deviations -0.01/3, -0.07/3, 0.08/3; squares (1 + 49 + 64) e-4 / 9 = 114e-4/9; variance 57e-4/9.
+//   covariance: (0 * -0.01/3 + -0.02 * -0.07/3 + 0.02 * 0.08/3) / 2 = (0.0014 + 0.0016) / 6 = 0.0005; beta 1.25.
+// Rate 2.5 % a year: rf = 0.025 / 250 = 0.0001.
+TEST_F(Figures, HandExample) {
+  AddIndexDays({0.01, -0.01, 0.03});
+  for (int day = 0; day < 3; ++day) {
+    AddDay(1600000, day, std::vector{0.02, -0.04, 0.06}[static_cast<std::size_t>(day)]);
+    AddDay(1000001, day, std::vector{0.00, 0.02, 0.02}[static_cast<std::size_t>(day)]);
+  }
+  AddRate("2.5");
+  AddPortfolio();
+  AddHolding(1600000, "0.5");
+  AddHolding(1000001, "0.5");
+  const double variance = 57e-4 / 9;
+  const double mean = 0.04 / 3;
+  ExpectFigures(Run(), {variance, std::sqrt(variance), 1.25, mean - (0.0001 + 1.25 * (0.01 - 0.0001)),
+                        (mean - 0.0001) / std::sqrt(variance), (mean - 0.0001) / 1.25});
+}
+
+TEST_F(Figures, DayWithoutARowCountsNothing) {
+  AddIndexDays({0.01, -0.01, 0.03});
+  AddDay(1600000, 0, 0.02);
+  AddDay(1600000, 2, 0.04);  // no bar on the second day
+  AddDay(1600000, 7, 0.50);  // no day of the index
+  AddPortfolio();
+  AddHolding(1600000, "1");
+  // 0.02, 0, 0.04: mean 0.02, variance 0.0004; covariance (0 + -0.02 * -0.02 + 0.02 * 0.02) / 2 = 0.0004, beta 1.
+  ExpectFigures(Run(), {0.0004, 0.02, 1.0, 0.02 - 0.01, 1.0, 0.02});
+}
+
+TEST_F(Figures, HoldingWithoutStatisticsLeavesItsWeightToTheOthers) {
+  AddIndexDays({0.01, -0.01, 0.03});
+  for (int day = 0; day < 3; ++day) AddDay(1600000, day, 0.01 * day);
+  service().Execute(InsertStatistic({.code = 1600009, .date = 20260102, .dailyReturn = 0.9, .type = 1}));
+  AddPortfolio();
+  AddHolding(1600000, "0.25");
+  AddHolding(1600009, "0.75");  // weekly rows only
+  // 0, 0.01, 0.02 as if held alone: variance 0.0001; covariance (-0.01*0 + 0 + 0.01*0.02) / 2 = 0.0001, beta 0.25.
+  ExpectFigures(Run(), {0.0001, 0.01, 0.25, 0.01 - 0.25 * 0.01, 1.0, 0.04});
+}
+
+TEST_F(Figures, OnlyTheWindowOfTheIndexCounts) {
+  service().Execute(InsertStatistic({.code = 1, .date = 20251230, .dailyReturn = 0.5}));  // before its start date
+  service().Execute(InsertStatistic({.code = 1, .date = 20260101, .dailyReturn = 0, .oldClose = 0}));  // first bar ever
+  AddDay(1, 1, 0.01);
+  AddDay(1, 2, 0.03);
+  for (int day = 0; day < 3; ++day) AddDay(1600000, day, 0.02 * day);
+  AddPortfolio();
+  AddHolding(1600000, "1");
+  // Two days: index 0.01, 0.03, portfolio 0.02, 0.04; all variances and the covariance 0.0002.
+  ExpectFigures(Run(), {0.0002, std::sqrt(0.0002), 1.0, 0.03 - 0.02, 0.03 / std::sqrt(0.0002), 0.03});
+}
+
+TEST_F(Figures, ZeroDivisorsGiveZero) {
+  AddIndexDays({0.01, 0.01, 0.01});  // no variance of the index, so no beta
+  AddDay(1600000, 0, 0.02);
+  AddDay(1600000, 1, 0.02);
+  AddDay(1600000, 2, 0.02);
+  AddPortfolio();
+  AddHolding(1600000, "1");
+  ExpectFigures(Run(), {0, 0, 0, 0.02, 0, 0});
+}
+
+TEST_F(Figures, NothingToCountGivesZeroAndFinishes) {
+  AddRate("2.5");
+  AddPortfolio();
+  ExpectFigures(Run(), {0, 0, 0, 0, 0, 0});
+  AddIndexDays({0.01, -0.01, 0.03});
+  AddHolding(1600000, "1");
+  ExpectFigures(Run(), {0, 0, 0, 0, 0, 0});
+}
+
+TEST_F(Figures, OtherPortfoliosStayAsTheyAre) {
+  AddIndexDays({0.01, -0.01});
+  AddPortfolio();
+  service().Execute(InsertPortfolio(2, QStringLiteral("乙")));
+  Run();
+  EXPECT_EQ(service().Count(QStringLiteral("select ID from alg_commain where isFinished = 0")), 2);
+}
+
+TEST_F(Figures, FiguresOlderThanTodayAreUnfinished) {
+  AddIndexDays({0.01, -0.01, 0.03});  // up to 2026-01-03
+  AddPortfolio();
+  Run();
+  const QString unfinished = QStringLiteral("select Count(ID) from alg_commain where isFinished = 0");
+  service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('2026-01-03')"));
+  EXPECT_EQ(service().Count(unfinished), 0);
+  service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('2025-12-31')"));
+  EXPECT_EQ(service().Count(unfinished), 0);
+  service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('2026-01-04')"));
+  EXPECT_EQ(service().Count(unfinished), 1);
+  for (const char* bad : {"", "20260104", "2026-13-01", "2026-02-30", "heute1-2-3", "2026-1-004"}) {
+    EXPECT_THROW(service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('%1')").arg(QLatin1String(bad))),
+                 Error)
+        << bad;
+  }
+}
+
+TEST_F(Figures, FinishedWithoutFiguresIsUnfinishedAgain) {
+  service().Execute(InsertPortfolio(1, QStringLiteral("甲"), 1));
+  service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('1990-01-01')"));
+  EXPECT_EQ(service().Count(QStringLiteral("select Count(ID) from alg_commain where isFinished = 0")), 1);
+}
+
+/// Ten holdings, 250 days, gaps, one holding without statistics; the figures by numpy from the same numbers.
+TEST_F(Figures, AgreesWithNumpy) {
+  std::mt19937 random(20260105);
+  std::normal_distribution<double> daily(0.0004, 0.017);
+  constexpr int kHoldings = 10;
+  constexpr int kDays = 250;
+  QString script = QStringLiteral("import numpy as np\nindex=[");
+  service().StartTransaction();
+  for (int day = 0; day < kDays; ++day) {
+    const double value = daily(random);
+    AddDay(1, day, value);
+    script += QString::number(value, 'g', 17) + u',';
+  }
+  script += QStringLiteral("]\nweights=[]\nreturns=[]\n");
+  AddPortfolio();
+  for (int holding = 0; holding < kHoldings; ++holding) {
+    const double weight = 0.01 * (holding + 3);
+    AddHolding(1600000 + holding, QString::number(weight, 'g', 17));
+    script += QStringLiteral("weights.append(%1)\nreturns.append([").arg(QString::number(weight, 'g', 17));
+    for (int day = 0; day < kDays; ++day) {
+      const double value = daily(random);
+      const bool gap = (day * 7 + holding) % 31 == 0;
+      if (!gap) AddDay(1600000 + holding, day, value);
+      script += gap ? QStringLiteral("0,") : QString::number(value, 'g', 17) + u',';
+    }
+    script += QStringLiteral("])\n");
+  }
+  AddHolding(1688001, "0.3");
+  AddRate("1.75");
+  service().Commit();
+  script += QStringLiteral(
+      "rm=np.array(index); w=np.array(weights)/sum(weights); rp=w@np.array(returns); rf=1.75/100/250\n"
+      "fc=rp.var(ddof=1); sd=rp.std(ddof=1); beta=np.cov(rp,rm,ddof=1)[0,1]/rm.var(ddof=1)\n"
+      "for x in (fc,sd,beta,rp.mean()-(rf+beta*(rm.mean()-rf)),(rp.mean()-rf)/sd,(rp.mean()-rf)/beta): "
+      "print(repr(float(x)))\n");
+  // The distribution's own interpreter: numpy is its package.
+  const QString interpreter = QStringLiteral("/usr/bin/python3");
+  if (QProcess::execute(interpreter, {QStringLiteral("-c"), QStringLiteral("import numpy")}) != 0) {
+    GTEST_SKIP() << "no numpy";
+  }
+  QProcess python;
+  python.start(interpreter, {QStringLiteral("-")});
+  python.write(script.toUtf8());
+  python.closeWriteChannel();
+  ASSERT_TRUE(python.waitForFinished());
+  ASSERT_EQ(python.exitCode(), 0) << python.readAllStandardError().toStdString();
+  std::vector<double> expected;
+  for (const QByteArray& line : python.readAllStandardOutput().trimmed().split('\n'))
+    expected.push_back(line.toDouble());
+  ASSERT_EQ(expected.size(), 6U);
+  ExpectFigures(Run(), expected);
+}
+
+}  // namespace
