@@ -13,39 +13,48 @@ namespace {
 constexpr int kPageSize = 8192;
 constexpr int kLockTimeoutSeconds = 10;
 
+/// Database when the code says nothing more.
+ErrorCategory CategoryOfCode(intptr_t code) {
+  switch (code) {
+    case isc_deadlock:
+    case isc_update_conflict:
+    case isc_lock_conflict:
+    case isc_lock_timeout:
+    case isc_already_opened:
+    case isc_obj_in_use:
+      return ErrorCategory::Busy;
+    case isc_db_corrupt:
+    case isc_bad_db_format:
+    case isc_bad_checksum:
+    case isc_badpage:
+    case isc_wrong_ods:
+    case isc_bug_check:
+      return ErrorCategory::Corrupt;
+    case isc_login:
+    case isc_no_priv:
+      return ErrorCategory::Refused;
+    case isc_io_error:
+    case isc_network_error:
+    case isc_net_read_err:
+    case isc_net_write_err:
+    case isc_att_shutdown:
+    case isc_unavailable:
+      return ErrorCategory::Io;
+    default:
+      return ErrorCategory::Database;
+  }
+}
+
+/// The engine reports a chain from the general to the particular: the particular counts ("cannot read the file" may end
+/// in "held by another process").
 ErrorCategory CategoryOf(const intptr_t* vector) {
+  ErrorCategory category = ErrorCategory::Database;
   for (const intptr_t* item = vector; *item != isc_arg_end; item += (*item == isc_arg_cstring ? 3 : 2)) {
     if (*item != isc_arg_gds) continue;
-    switch (item[1]) {
-      case isc_deadlock:
-      case isc_update_conflict:
-      case isc_lock_conflict:
-      case isc_lock_timeout:
-      case isc_already_opened:
-      case isc_obj_in_use:
-        return ErrorCategory::Busy;
-      case isc_db_corrupt:
-      case isc_bad_db_format:
-      case isc_bad_checksum:
-      case isc_badpage:
-      case isc_wrong_ods:
-      case isc_bug_check:
-        return ErrorCategory::Corrupt;
-      case isc_login:
-      case isc_no_priv:
-        return ErrorCategory::Refused;
-      case isc_io_error:
-      case isc_network_error:
-      case isc_net_read_err:
-      case isc_net_write_err:
-      case isc_att_shutdown:
-      case isc_unavailable:
-        return ErrorCategory::Io;
-      default:
-        break;
-    }
+    const ErrorCategory particular = CategoryOfCode(item[1]);
+    if (particular != ErrorCategory::Database) category = particular;
   }
-  return ErrorCategory::Database;
+  return category;
 }
 
 /// Blocks every signal in this thread, so that the threads the engine starts inherit the block, and puts back the
@@ -127,14 +136,14 @@ Transaction::~Transaction() {
 void Transaction::Commit() {
   Guarded(u"提交失败，所做的修改没有保存", [&] {
     transaction_->commit(status_.Get());
-    transaction_.release();  // the engine has freed it
+    static_cast<void>(transaction_.release());  // the engine has freed it
   });
 }
 
 void Transaction::RollBack() {
   Guarded(u"回滚失败", [&] {
     transaction_->rollback(status_.Get());
-    transaction_.release();
+    static_cast<void>(transaction_.release());
   });
 }
 
@@ -145,10 +154,14 @@ Handle<Firebird::IAttachment> Attach(const QString& database, const AttachOption
     ParameterBlock block(status, Firebird::IXpbBuilder::DPB);
     block->insertString(status.Get(), isc_dpb_lc_ctype, "UTF8");
     block->insertTag(status.Get(), isc_dpb_utf8_filename);
-    // Without this the library tries a server on this machine when the engine cannot open the file.
-    if (options.embedded) block->insertString(status.Get(), isc_dpb_config, "Providers=Engine12");
-    if (!options.user.isEmpty())
+    if (options.embedded) {
+      // Without this the library tries a server on this machine when the engine cannot open the file.
+      block->insertString(status.Get(), isc_dpb_config, "Providers=Engine12");
+      // One owner for all that is made, so that the file still opens after it has moved to another account.
+      block->insertString(status.Get(), isc_dpb_user_name, "SYSDBA");
+    } else if (!options.user.isEmpty()) {
       block->insertString(status.Get(), isc_dpb_user_name, options.user.toUtf8().constData());
+    }
     if (!options.password.isEmpty()) {
       block->insertString(status.Get(), isc_dpb_password, options.password.toUtf8().constData());
     }
@@ -178,7 +191,7 @@ void Detach(Status& status, Handle<Firebird::IAttachment>& attachment) noexcept 
   if (!attachment) return;
   try {
     attachment->detach(status.Get());
-    attachment.release();
+    static_cast<void>(attachment.release());
   } catch (const Firebird::FbException&) {
     attachment.reset();
   }

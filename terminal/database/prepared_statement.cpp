@@ -27,7 +27,7 @@ class Cursor {
   }
   void Close() {
     rows_->close(status_.Get());
-    rows_.release();  // the engine has freed it
+    static_cast<void>(rows_.release());  // the engine has freed it
   }
 
  private:

@@ -39,7 +39,7 @@ std::string BlobText(Status& status, Firebird::IAttachment& attachment, const Tr
     text.append(segment.data(), length);
   }
   blob->close(status.Get());
-  blob.release();  // the engine has freed it
+  static_cast<void>(blob.release());  // the engine has freed it
   return text;
 }
 
