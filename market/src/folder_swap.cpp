@@ -1,7 +1,6 @@
 #include "holdwise/market/folder_swap.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
@@ -25,17 +24,16 @@ namespace {
   Fail(ErrorCategory::Io, text + QStringLiteral("（%1）").arg(QString::fromLocal8Bit(std::strerror(number))), path);
 }
 
-void SyncFolder(const QString& path) {
-  const int folder = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (folder < 0) return;
-  ::fsync(folder);
-  ::close(folder);
+// A link to a folder stays a link: what is replaced is the folder behind it.
+QString Resolved(const QString& folder) {
+  const QString path = QDir::cleanPath(QDir(folder).absolutePath());
+  const QString target = QFileInfo(path).canonicalFilePath();
+  return target.isEmpty() ? path : target;
 }
 
 }  // namespace
 
-FolderSwap::FolderSwap(const QString& folder, const QString& marker)
-    : folder_(QDir::cleanPath(QDir(folder).absolutePath())) {
+FolderSwap::FolderSwap(const QString& folder, const QString& marker) : folder_(Resolved(folder)) {
   const QFileInfo info(folder_);
   const QString parent = info.absolutePath();
   if (info.fileName().isEmpty()) Fail(ErrorCategory::Refused, QStringLiteral("不能替换此目录"), folder_);
@@ -83,7 +81,6 @@ void FolderSwap::Commit() {
     }
     QDir(newFolder_ + QStringLiteral(".old")).removeRecursively();
   }
-  SyncFolder(QFileInfo(folder_).absolutePath());
   QDir(newFolder_).removeRecursively();
 }
 

@@ -191,7 +191,7 @@ StockBars MakeStock(const SimulatedSecurity& security, const Factors& factors, s
   const int firstDay = DayNumber(*ParseDate(factors.dates.front()));
   bars.listDate = absences.listedFrom > 0 ? *ParseDate(factors.dates[absences.listedFrom])
                                           : DateOfDayNumber(firstDay - static_cast<int>(yearsListed * 365));
-  bars.csv.reserve(static_cast<qsizetype>(days * 56));
+  bars.csv.reserve(static_cast<qsizetype>(days) * 56);
   bars.csv.append(kBarHeading);
   for (std::size_t day = absences.listedFrom; day < days; ++day) {
     const bool isGap = random.Uniform() < kSingleDayGap;

@@ -1,5 +1,3 @@
-#include <QStringConverter>
-#include <cmath>
 
 #include "holdwise/market/bar_reader.h"
 #include "holdwise/market/market_date.h"

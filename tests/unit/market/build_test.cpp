@@ -315,6 +315,19 @@ TEST_F(Build, NeverReplacesAFolderOfAnotherKind) {
   EXPECT_EQ(Run().error, "") << "an empty folder may be used";
 }
 
+TEST_F(Build, ReplacesTheFolderBehindALink) {
+  options_.outFolder = files_.Path(QStringLiteral("disk/real"));
+  EXPECT_EQ(Run().error, "");
+  ASSERT_TRUE(QFile::link(files_.Path(QStringLiteral("disk/real")), files_.Path(QStringLiteral("out"))));
+  const QByteArray old = files_.Read(QStringLiteral("out/market.dat"));
+  options_.outFolder = files_.Path(QStringLiteral("out"));
+  options_.isSimulated = true;
+  EXPECT_EQ(Run().error, "");
+  EXPECT_TRUE(QFileInfo(files_.Path(QStringLiteral("out"))).isSymLink());
+  EXPECT_NE(files_.Read(QStringLiteral("disk/real/market.dat")), old);
+  EXPECT_EQ(files_.Read(QStringLiteral("out/market.dat")), files_.Read(QStringLiteral("disk/real/market.dat")));
+}
+
 TEST_F(Build, OneProcessAtATimeWritesAFolder) {
   QLockFile other(files_.Path(QStringLiteral(".out.lock")));
   ASSERT_TRUE(other.lock());
