@@ -28,8 +28,8 @@ void StoreValues(const TNameValueList& prices, TNameValueList& values) {
   StoreSumsByPortfolio(
       holdings,
       [&](int row) {
-        const QString price = prices.ValueOf(GetCodeCNum(holdings.TextAt(row, codeColumn)));
-        return RealOr(price) * NumberAt(holdings, row, quantityColumn);
+        const double price = RealOr(prices.ValueOf(SixDigitCode(holdings, row, codeColumn).View()));
+        return price * NumberAt(holdings, row, quantityColumn);
       },
       values);
 }

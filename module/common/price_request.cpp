@@ -1,6 +1,8 @@
 #include "common/price_request.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <utility>
 #include <vector>
 
@@ -126,11 +128,17 @@ QString PriceText(const Decimal& price) {
     const bool last = scale == kDecimals + 1;
     digits = digits / 10 + (last && digits % 10 >= 5 ? 1 : 0);
   }
-  QString text = QString::number(digits) + QString(std::max(0, kDecimals - price.scale), QLatin1Char('0'));
-  text = text.rightJustified(kDecimals + 1, QLatin1Char('0'));
-  text.insert(text.size() - kDecimals, QLatin1Char('.'));
-  const bool isZero = digits == 0;
-  return negative && !isZero ? QLatin1Char('-') + text : text;
+  if (digits == 0) return QStringLiteral("0.00");
+  std::array<char, 32> text{};
+  char* const first = text.data() + 1 + kDecimals;  // room for a sign and leading zeros
+  char* last = std::to_chars(first, text.data() + text.size(), digits).ptr;
+  for (int scale = price.scale; scale < kDecimals; ++scale) *last++ = '0';
+  char* start = first;
+  while (last - start <= kDecimals) *--start = '0';
+  if (negative) *--start = '-';
+  std::copy_backward(last - kDecimals, last, last + 1);
+  *(last - kDecimals) = '.';
+  return QString::fromLatin1(start, last + 1 - start);
 }
 
 }  // namespace holdwise
