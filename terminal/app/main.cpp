@@ -55,6 +55,7 @@ std::unique_ptr<UserDataServices> OpenDatabase(const Options& options) {
 }
 
 int RunTerminal(int argc, char** argv, const Options& options) {
+  QThread::currentThread();  // the first thread Qt sees becomes its main thread
   // The engine takes its time to open the file; meanwhile the window system and the fonts are set up.
   std::future<std::unique_ptr<UserDataServices>> database = std::async(std::launch::async, OpenDatabase, options);
   QApplication::setStyle(QStringLiteral("Fusion"));

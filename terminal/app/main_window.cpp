@@ -43,6 +43,8 @@ MainWindow::MainWindow(const ThemeServices& theme, WindowActions actions)
   SetSimulated(false);
   SetPortfolioActionsEnabled(false);
   resize(kFirstSize);
+  area_->setFocusPolicy(Qt::ClickFocus);
+  area_->setFocus();  // else the address bar would show itself focused from the start
 }
 
 void MainWindow::BuildMenus() {

@@ -32,7 +32,7 @@ void PluginLoader::LoadAll(const QString& folder) {
 void PluginLoader::Load(const QString& path) {
   const QString file = QFileInfo(path).fileName();
   QLibrary library(path);
-  library.setLoadHints(QLibrary::PreventUnloadHint | QLibrary::ResolveAllSymbolsHint);
+  library.setLoadHints(QLibrary::PreventUnloadHint);
   if (!library.load()) {
     problems_.append(QStringLiteral("插件“%1”不能装入：%2").arg(file, library.errorString()));
     return;

@@ -56,6 +56,11 @@ void PrintOut(const QString& text) {
 
 }  // namespace
 
+void LateDatabase::DoQuery(const QString& sql, ResultSet& resultSet) {
+  if (database_ == nullptr) throw Error(ErrorCategory::Refused, "数据库还没有打开");
+  resultSet = database_->Query(sql);
+}
+
 Terminal::Terminal(Options options, DatabaseOpener openDatabase)
     : options_(std::move(options)),
       openDatabase_(std::move(openDatabase)),
@@ -81,8 +86,9 @@ int Terminal::Run() {
   if (options_.command.theme) settings_.setValue(kThemeSetting, ThemeKindName(theme_.Kind()));
   QApplication::setPalette(theme_.WindowPalette());
   theme_.OnChanged = [this] { ApplyTheme(); };
-  if (!OpenDatabase()) return 1;
+  StartLoadingMarket();
   MakeWindow();
+  if (!OpenDatabase()) return 1;
   runner_ = std::make_unique<CommandRunner>(Targets());
   handOver_ = std::make_unique<HandOverServer>(options_.workFolder);
   handOver_->OnCommand = [this](const Command& command, HandOverServer::Answer answer) {
@@ -125,7 +131,7 @@ bool Terminal::OpenDatabase() {
     if (!options_.IsBatch()) messageBoxes_.Vex_MessageBox(text, QStringLiteral("Holdwise"), 0, kNotice);
     return false;
   }
-  localDatabase_ = std::make_unique<LocalDatabaseReader>(*userData_);
+  localDatabase_.Attach(*userData_);
   return true;
 }
 
@@ -150,10 +156,15 @@ void Terminal::MakeWindow() {
   };
 }
 
+void Terminal::StartLoadingMarket() {
+  market_ = std::make_unique<MarketData>(clock_, log_, localDatabase_);
+  // Nobody else knows the market before OpenMarket has waited for this.
+  marketLoading_ = std::async(std::launch::async, [this] { market_->Load(options_.dataFolder); });
+}
+
 bool Terminal::OpenMarket() {
-  market_ = std::make_unique<MarketData>(clock_, log_, *localDatabase_);
   try {
-    market_->Load(options_.dataFolder);
+    marketLoading_.get();
     market_->LoadOptionalStocks(options_.workFolder + QStringLiteral("/optional_stocks.txt"));
     quickEntry_ = std::make_unique<QuickEntry>(window_.get(), *market_);
     const HostParts parts{addresses_, window_->Area(), *quickEntry_, Messages(), theme_,
@@ -231,6 +242,7 @@ void Terminal::TryAgain() {
   for (const auto& item : items) addresses_.UnregisterAddressItem(item);
   host_.reset();
   quickEntry_.reset();
+  StartLoadingMarket();
   if (OpenMarket()) RunFirstCommand();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 #include <QSettings>
 #include <functional>
+#include <future>
 #include <memory>
 
 #include "app/address_registry.h"
@@ -14,12 +15,22 @@
 #include "app/quick_entry.h"
 #include "app/terminal_host.h"
 #include "app/view_exporter.h"
-#include "datacentre/local_database.h"
 #include "datacentre/market_data.h"
 #include "holdwise/sdk/database.h"
 #include "theme/theme_services.h"
 
 namespace holdwise {
+
+/// The data centre's way to the local database, which is opened while the data centre is being loaded.
+class LateDatabase : public TLocatDBOper {
+ public:
+  void Attach(DatabaseStatements& database) { database_ = &database; }
+  /// Error(Refused) before Attach.
+  void DoQuery(const QString& sql, ResultSet& resultSet) override;
+
+ private:
+  DatabaseStatements* database_ = nullptr;
+};
 
 /// The terminal itself: owns the window, the services and the plug-ins, and carries out what the command line and the
 /// user ask for. User-interface thread.
@@ -38,9 +49,11 @@ class Terminal {
   int Run();
 
  private:
-  bool OpenDatabase();
+  void StartLoadingMarket();
   void MakeWindow();
-  /// Loads the data folder and the plug-ins; false when the views cannot be shown, which ShowObstacle has told.
+  bool OpenDatabase();
+  /// Waits for the data folder and loads the plug-ins; false when the views cannot be shown, which ShowObstacle has
+  /// told.
   bool OpenMarket();
   void AddHostPages();
   bool LoadPlugins();
@@ -77,8 +90,9 @@ class Terminal {
   PrintedMessages printedMessages_;
 
   std::unique_ptr<UserDataServices> userData_;
-  std::unique_ptr<LocalDatabaseReader> localDatabase_;
+  LateDatabase localDatabase_;
   std::unique_ptr<MarketData> market_;
+  std::future<void> marketLoading_;  ///< after the market, so that it ends first
   std::unique_ptr<MainWindow> window_;
   std::unique_ptr<QuickEntry> quickEntry_;
   AddressRegistry addresses_;
