@@ -282,7 +282,7 @@ TEST_F(FilesTest, FailureOfTheSourceIsPassedOn) {
 
 TEST_F(FilesTest, SlowSourceTimesOutOnce) {
   ScriptedSource source;
-  source.delay = 150;
+  source.delay = 800;
   Role::Settings settings;
   settings.downWaitTimeOut = 50;
   Make(source, settings);
@@ -291,8 +291,8 @@ TEST_F(FilesTest, SlowSourceTimesOutOnce) {
   role_->Request(QStringLiteral("a"));
   ASSERT_TRUE(Events(1));
   EXPECT_GE(timer.elapsed(), 50);
-  EXPECT_LT(timer.elapsed(), 150);
-  QTest::qWait(250);  // the late answer is not heard
+  EXPECT_LT(timer.elapsed(), 800);
+  QTest::qWait(900);  // the late answer is not heard
   EXPECT_EQ(events_, QStringList{QStringLiteral("failed a 2")});
   EXPECT_TRUE(QDir(work_.path()).isEmpty());
   source.delay = 0;
@@ -301,9 +301,9 @@ TEST_F(FilesTest, SlowSourceTimesOutOnce) {
 
 TEST_F(FilesTest, TimeOutCountsForEachRequestByItself) {
   ScriptedSource source;
-  source.delay = 60;
+  source.delay = 100;
   Role::Settings settings;
-  settings.downWaitTimeOut = 110;
+  settings.downWaitTimeOut = 350;  // less than all four together
   Make(source, settings);
   for (int i = 0; i < 4; ++i) role_->Request(QStringLiteral("f%1").arg(i));
   ASSERT_TRUE(Events(4));
@@ -314,11 +314,11 @@ TEST_F(FilesTest, WaitingHintOnlyWhenSlowAndWanted) {
   ScriptedSource source;
   Role::Settings settings;
   settings.downWaitTips = true;
-  settings.downWaitStartTime = 40;
+  settings.downWaitStartTime = 300;
   Make(source, settings);
   Event(QStringLiteral("quick"));
   EXPECT_TRUE(hints_.isEmpty());
-  source.delay = 120;
+  source.delay = 600;
   Event(QStringLiteral("slow"));
   EXPECT_EQ(hints_, (QStringList{QStringLiteral("wait slow"), QStringLiteral("end slow")}));
   hints_.clear();

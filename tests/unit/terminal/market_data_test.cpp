@@ -7,7 +7,9 @@
 #include <QFile>
 #include <QSignalSpy>
 #include <QTest>
+#include <atomic>
 #include <functional>
+#include <thread>
 
 #include "datacentre/local_database.h"
 #include "datacentre/quotes_watcher.h"
@@ -405,6 +407,31 @@ TEST_F(MarketDataTest, AppliedQuotesMoveCurrentData) {
   EXPECT_EQ(data_.StockNowData(1600000).currentPrice, 8.3);
   EXPECT_EQ(data_.IndexNowData(1).currentPrice, 3200);
   EXPECT_EQ(data_.StockNowData(1600036).currentPrice, 34.5);
+}
+
+TEST_F(MarketDataTest, ReadersOnOtherThreadsSeeWholeQuotes) {
+  Load();
+  data_.ApplyQuotes({{1600000, {1, 1}}});
+  std::atomic<bool> stop{false};
+  std::atomic<int> torn{0};
+  std::atomic<int> reads{0};
+  std::vector<std::thread> readers;
+  for (int i = 0; i < 2; ++i) {
+    readers.emplace_back([&] {
+      while (!stop) {
+        const NowData now = data_.StockNowData(1600000);
+        if (now.currentPrice != now.previousClose) ++torn;
+        ++reads;
+      }
+    });
+  }
+  for (int i = 1; i <= 2000 || reads < 2000; ++i) {
+    const double price = i;
+    data_.ApplyQuotes({{1600000, {price, price}}});
+  }
+  stop = true;
+  for (std::thread& reader : readers) reader.join();
+  EXPECT_EQ(torn, 0);
 }
 
 class QuotesWatcherTest : public MarketDataTest {
