@@ -7,8 +7,8 @@
 namespace holdwise {
 
 /// The request/response role over a message bus. Events come on the user-interface thread. A request that is not a
-/// cancellation and stays without an answer for the profile's time-out ends in one reply with `timedOut`; an answer that
-/// comes later is still delivered while its subscription is in force. When the bus comes back after a break, the
+/// cancellation and stays without an answer for the profile's time-out ends in one reply with `timedOut`; an answer
+/// that comes later is still delivered while its subscription is in force. When the bus comes back after a break, the
 /// subscription in force is sent again. The destructor cancels the subscription.
 class DataDownRole final : public TDSBAsynDataDownRole {
  public:
