@@ -29,6 +29,19 @@ void SetTextColor(QWidget& label, const QColor& color) {
   label.setPalette(palette);
 }
 
+namespace {
+
+/// A title too wide for its column gets smaller; one that is still cut off can be read under the mouse.
+void FitTitle(QLabel& label) {
+  constexpr int kSmallest = 10;
+  int pixels = kDesignFontPixels;
+  label.setFont(DesignFont(pixels));
+  while (pixels > kSmallest && label.sizeHint().width() > label.width()) label.setFont(DesignFont(--pixels));
+  label.setToolTip(label.sizeHint().width() > label.width() ? label.text() : QString());
+}
+
+}  // namespace
+
 PictureStrip::PictureStrip(int height, QWidget* parent) : QWidget(parent), picture_(new QLabel(this)) {
   setFixedHeight(height);
   picture_->setScaledContents(true);
@@ -66,9 +79,8 @@ void HeaderStrip::FollowColumns() {
     const bool isLeft = grid_.ColumnAlignment(column) == Qt::AlignLeft;
     label.setAlignment((isLeft ? Qt::AlignLeft : Qt::AlignHCenter) | Qt::AlignVCenter);
     label.setIndent(isLeft ? kTextInset : 0);
-    label.setGeometry(left, 0, width, height());
-    // A title that its column is too narrow for is still readable under the mouse.
-    label.setToolTip(label.sizeHint().width() > width ? label.text() : QString());
+    label.setGeometry(left, 0, std::max(std::min(width, this->width() - left), 0), height());
+    FitTitle(label);
     left += width;
   }
 }
@@ -90,8 +102,10 @@ void TitleStrip::resizeEvent(QResizeEvent* event) {
 }
 
 void TitleStrip::PlaceCaption() {
+  // The place is that of the characters; the font may need more space around them.
   const QSize wanted = caption_->sizeHint();
-  caption_->setGeometry(place_.x(), place_.y(), std::min(wanted.width(), width() - place_.x()), wanted.height());
+  const int y = place_.y() + (caption_->font().pixelSize() - wanted.height()) / 2;
+  caption_->setGeometry(place_.x(), y, std::min(wanted.width(), width() - place_.x()), wanted.height());
 }
 
 }  // namespace holdwise

@@ -11,7 +11,8 @@ namespace holdwise {
 class TStringGrid;
 
 /// The design font in pixels, with the names under which its Chinese characters are found elsewhere.
-[[nodiscard]] QFont DesignFont(int pixels = 12, bool bold = false);
+inline constexpr int kDesignFontPixels = 12;
+[[nodiscard]] QFont DesignFont(int pixels = kDesignFontPixels, bool bold = false);
 
 /// Fills a panel with a colour; its children keep theirs.
 void SetPanelColor(QWidget& panel, const QColor& color);
@@ -33,8 +34,8 @@ class PictureStrip : public QWidget {
   QLabel* picture_;
 };
 
-/// The strip above a grid: one transparent label over each titled column. Labels follow their columns and are aligned
-/// like them.
+/// The strip above a grid: one transparent label over each titled column. Labels follow the visible part of their
+/// columns and are aligned like them.
 class HeaderStrip : public PictureStrip {
   Q_OBJECT
  public:

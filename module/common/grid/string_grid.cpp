@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QToolTip>
@@ -160,6 +161,21 @@ void TStringGrid::SetColors(const GridColors& colors) {
 void TStringGrid::DrawDefaultCell(QPainter& painter, const GridCellPaint& cell) const {
   PaintCellBackground(painter, cell, colors_);
   PaintCellText(painter, cell, colors_, Cells(cell.column, cell.row), ColumnAlignment(cell.column));
+}
+
+void TStringGrid::SetWholeRows(bool whole) {
+  isWholeRows_ = whole;
+  updateGeometries();
+}
+
+void TStringGrid::updateGeometries() {
+  // Setting margins resizes the viewport, which comes back here.
+  if (std::exchange(isInGeometry_, true)) return;
+  const auto leave = qScopeGuard([this] { isInGeometry_ = false; });
+  QTableView::updateGeometries();
+  // After the base class, which sets the margins for headers that are not there. As many whole rows fit as before, so
+  // the scroll bar stays right.
+  if (isWholeRows_) setViewportMargins(0, 0, 0, contentsRect().height() % kDefaultRowHeight);
 }
 
 void TStringGrid::SetEmptyText(const QString& text) {

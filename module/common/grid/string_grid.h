@@ -78,6 +78,8 @@ class TStringGrid : public QTableView {
   std::function<void(QPainter& painter, const GridCellPaint& cell)> OnDrawCell;
   /// The drawing that OnDrawCell replaces.
   void DrawDefaultCell(QPainter& painter, const GridCellPaint& cell) const;
+  /// Leaves the bottom pixels blank that are too few for a row.
+  void SetWholeRows(bool whole);
   /// A quiet text in the middle of the grid while it is empty; none when empty.
   void SetEmptyText(const QString& text);
 
@@ -111,6 +113,7 @@ class TStringGrid : public QTableView {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void updateGeometries() override;
 
  private:
   void UpdateEmptyText();
@@ -125,6 +128,8 @@ class TStringGrid : public QTableView {
   std::vector<int> leftColumns_;
   int lastClientWidth_ = -1;
   bool wasEmpty_ = true;
+  bool isWholeRows_ = false;
+  bool isInGeometry_ = false;
 };
 
 /// Collects the text changes of its scope into one announcement.

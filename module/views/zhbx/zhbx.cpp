@@ -67,6 +67,7 @@ void TFrm_ZHBX::InitAppear() {
   strngrd->SetHiddenColumns({performance::kId});
   strngrd->SetEmptyText(QStringLiteral("暂无已保存的组合"));
   strngrd->setFixedHeight(TStringGrid::kDefaultRowHeight * kRowsShown + kFrameOfRows);
+  strngrd->SetWholeRows(true);
   StringGrid1->SetColCount(performance::kHoldingColumns);
   StringGrid1->SetTitles(performance::HoldingTitles());
   StringGrid1->SetHiddenColumns({performance::kBuyPrice, performance::kWeekClose, performance::kMonthClose});
