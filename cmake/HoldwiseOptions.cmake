@@ -31,5 +31,5 @@ function(holdwise_test name)
   endif()
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOLDWISE_MARKET_DATA=${HOLDWISE_MARKET_DATA};HOLDWISE_BIN=${CMAKE_BINARY_DIR}/bin;HOLDWISE_SOURCE=${CMAKE_SOURCE_DIR};LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/leaks.supp:print_suppressions=0;TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/threads.supp:detect_deadlocks=0")
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOLDWISE_MARKET_DATA=${HOLDWISE_MARKET_DATA};HOLDWISE_BIN=${CMAKE_BINARY_DIR}/bin;HOLDWISE_SOURCE=${CMAKE_SOURCE_DIR};LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/leaks.supp:print_suppressions=0;TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/threads.supp:detect_deadlocks=0:die_after_fork=0")
 endfunction()
