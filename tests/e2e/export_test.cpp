@@ -1,0 +1,164 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <QFileInfo>
+#include <QImage>
+
+#include "holdwise/packet/csv.h"
+#include "holdwise/packet/packet_file.h"
+#include "terminal_process.h"
+
+namespace holdwise::e2e {
+namespace {
+
+unsigned ModeOf(const QString& path) {
+  struct stat status {};
+  EXPECT_EQ(stat(QFile::encodeName(path).constData(), &status), 0) << path.toStdString();
+  return status.st_mode & 0777U;
+}
+
+QStringList Column(const std::vector<QStringList>& rows, int column) {
+  QStringList texts;
+  for (const QStringList& row : rows) texts.append(row.value(column));
+  return texts;
+}
+
+double MeanLightness(const QString& path) {
+  const QImage image(path);
+  EXPECT_FALSE(image.isNull()) << path.toStdString();
+  double sum = 0;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x) sum += image.pixelColor(x, y).lightnessF();
+  return sum / image.width() / image.height();
+}
+
+TEST(Export, ShowsImportedPortfoliosWithTheirValues) {
+  const Bench bench;
+  const QString file = bench.Write("p.csv", TwoPortfolios());
+  const Outcome outcome = RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")}));
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.out.contains("2 个组合")) << outcome.out.toStdString();
+
+  const std::vector<QStringList> portfolios = ReadCsv(bench.File("out/2001-strngrd.csv"));
+  ASSERT_EQ(portfolios.size(), 3U);
+  EXPECT_EQ(portfolios[0].mid(0, 3), QStringList({"组合名称", "创建日期", "最新市值(元)"}));
+  EXPECT_EQ(portfolios[0].last(), "#9");
+  // Newest first. 1000 x 10.60 + 300 x 12.60 = 14380; 100 x 1.60 + 200 x 2.60 = 680.
+  EXPECT_EQ(Column(portfolios, 0).mid(1), QStringList({"乙", "甲"}));
+  EXPECT_EQ(Column(portfolios, 2).mid(1), QStringList({"14380.00", "680.00"}));
+  // Gain since purchase: 14380 - 13600 and 680 - 500.
+  EXPECT_EQ(Column(portfolios, 6).mid(1), QStringList({"780.00", "180.00"}));
+
+  const QString firstId = portfolios[2].last();
+  const std::vector<QStringList> holdings = ReadCsv(bench.File("out/2001-StringGrid1-" + firstId + ".csv"));
+  ASSERT_EQ(holdings.size(), 3U);
+  EXPECT_EQ(Column(holdings, 0).mid(1), QStringList({"600001", "600002"}));
+  EXPECT_EQ(Column(holdings, 3).mid(1), QStringList({"1.60", "2.60"}));
+  const QImage picture(bench.File("out/2001.png"));
+  EXPECT_GE(picture.width(), 1000);
+  EXPECT_GE(picture.height(), 500);
+}
+
+TEST(Export, KeepsEverythingPrivate) {
+  const Bench bench;
+  const QString file = bench.Write("p.csv", TwoPortfolios());
+  ASSERT_EQ(RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")})).exitCode, 0);
+  EXPECT_EQ(ModeOf(bench.Work()), 0700U);
+  EXPECT_EQ(ModeOf(bench.Work() + "/holdwise.fdb"), 0600U);
+  EXPECT_EQ(ModeOf(bench.Work() + "/log/terminal.log"), 0600U);
+}
+
+TEST(Export, PortfoliosOutliveTheTerminal) {
+  const Bench bench;
+  const QString file = bench.Write("p.csv", TwoPortfolios());
+  ASSERT_EQ(RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")})).exitCode, 0);
+  EXPECT_EQ(Column(bench.Export("2001-strngrd"), 0), QStringList({"乙", "甲"}));
+}
+
+TEST(Import, RefusesAsAWholeAndNamesEveryBadLine) {
+  const Bench bench;
+  const QString file = bench.Write("bad.csv", TwoPortfolios() + "丙,600099,100,1.00\n丙,600003,many,1.00\n");
+  const Outcome outcome = RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("第 6 行")) << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.err.contains("第 7 行")) << outcome.err.toStdString();
+  EXPECT_FALSE(QFileInfo::exists(bench.File("out")));
+  EXPECT_TRUE(bench.Export("2001-strngrd").empty());
+}
+
+TEST(Import, SaysWhyAFileCannotBeRead) {
+  const Bench bench;
+  const Outcome outcome =
+      RunTerminal(bench.Arguments({"--import", bench.File("none.csv"), "--export", bench.File("out")}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("none.csv")) << outcome.err.toStdString();
+}
+
+TEST(Export, SaysWhyAFolderCannotBeWritten) {
+  const Bench bench;
+  const QString file = bench.Write("file", "x");
+  const Outcome outcome = RunTerminal(bench.Arguments({"--export", file + "/out"}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("/file/out")) << outcome.err.toStdString();
+}
+
+TEST(HandOver, SwitchesTheThemeOfTheRunningTerminal) {
+  const Bench bench;
+  RunningTerminal running(bench.Arguments({}));
+  ASSERT_TRUE(running.WaitForWindow());
+  const Outcome light = RunTerminal(bench.Arguments({"--theme", "light", "--export", bench.File("light")}));
+  ASSERT_EQ(light.exitCode, 0) << light.err.toStdString();
+  const Outcome dark = RunTerminal(bench.Arguments({"--theme", "dark", "--export", bench.File("dark")}));
+  ASSERT_EQ(dark.exitCode, 0) << dark.err.toStdString();
+  EXPECT_GT(MeanLightness(bench.File("light/2001.png")), 0.8);
+  EXPECT_LT(MeanLightness(bench.File("dark/2001.png")), 0.25);
+  EXPECT_EQ(running.Process().state(), QProcess::Running);
+  EXPECT_TRUE(QString::fromUtf8(ReadTextFile(bench.Work() + "/settings.ini")).contains("theme=dark"));
+}
+
+TEST(HandOver, RunsImportsAndAnswersTheirOutcome) {
+  const Bench bench;
+  RunningTerminal running(bench.Arguments({}));
+  ASSERT_TRUE(running.WaitForWindow());
+  const Outcome bad = RunTerminal(bench.Arguments({"--import", bench.Write("bad.csv", "name,code\n")}));
+  EXPECT_EQ(bad.exitCode, 1);
+  EXPECT_FALSE(bad.err.isEmpty());
+  const QString file = bench.Write("p.csv", TwoPortfolios());
+  const Outcome good = RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")}));
+  EXPECT_EQ(good.exitCode, 0) << good.err.toStdString();
+  EXPECT_TRUE(good.out.contains("2 个组合")) << good.out.toStdString();
+  EXPECT_EQ(ReadCsv(bench.File("out/2001-strngrd.csv")).size(), 3U);
+  const Outcome unknown = RunTerminal(bench.Arguments({"--address", "没有"}));
+  EXPECT_EQ(unknown.exitCode, 2);
+  EXPECT_TRUE(unknown.err.contains("没有地址“没有”")) << unknown.err.toStdString();
+  EXPECT_EQ(RunTerminal(bench.Arguments({"--address", "分时走势"})).exitCode, 0);
+  EXPECT_EQ(running.Process().state(), QProcess::Running);
+}
+
+TEST(Prices, ReachTheGridAfterTheQuotesAreReplaced) {
+  Bench bench;
+  const QString data = bench.File("data");
+  CopyFolder(SharedMarket().Data(), data);
+  bench.data = data;
+  ASSERT_EQ(
+      RunTerminal(bench.Arguments({"--import", bench.Write("p.csv", TwoPortfolios()), "--export", bench.File("a")}))
+          .exitCode,
+      0);
+  RunningTerminal running(bench.Arguments({"--parameter", "Skip组合表现"}));
+  ASSERT_TRUE(running.WaitForWindow());
+
+  ResultSet quotes = ReadPacketFile(data + "/quotes.dat");
+  for (int row = 0; row < quotes.RowCount(); ++row)
+    if (quotes.IntegerAt(row, quotes.Column("code_number")) == 1600001)
+      quotes.SetReal(row, quotes.Column("price"), 2.0);
+  WritePacketFile(data + "/quotes.dat", quotes, Durability::Replaceable);
+  // One period of the view's timer and the watcher's pause.
+  running.Process().waitForFinished(4000);
+  ASSERT_EQ(running.Process().state(), QProcess::Running);
+  ASSERT_EQ(RunTerminal(bench.Arguments({"--export", bench.File("b")})).exitCode, 0);
+  // 100 x 2.00 + 200 x 2.60 = 720 instead of 680.
+  EXPECT_EQ(Column(ReadCsv(bench.File("b/2001-strngrd.csv")), 2).last(), "720.00");
+}
+
+}  // namespace
+}  // namespace holdwise::e2e

@@ -1,0 +1,172 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include "terminal_process.h"
+
+namespace holdwise::e2e {
+namespace {
+
+struct BadOption {
+  const char* name;
+  QStringList arguments;
+  const char* expected;
+};
+
+class BadOptionTest : public testing::TestWithParam<BadOption> {};
+INSTANTIATE_TEST_SUITE_P(All, BadOptionTest,
+                         testing::Values(BadOption{"Unknown", {"--nonsense"}, "nonsense"},
+                                         BadOption{"Theme", {"--theme", "blue"}, "blue"},
+                                         BadOption{"Bus", {"--bus", "carrier-pigeon"}, "carrier-pigeon"},
+                                         BadOption{"NoValue", {"--export"}, "export"},
+                                         BadOption{"EmptyValue", {"--work", ""}, "--work"},
+                                         BadOption{"LeftOver", {"data"}, "data"}),
+                         [](const auto& option) { return option.param.name; });
+
+TEST_P(BadOptionTest, EndsWithTwoAndSaysWhich) {
+  const Outcome outcome = RunTerminal(GetParam().arguments);
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(outcome.err.contains(GetParam().expected)) << outcome.err.toStdString();
+}
+
+TEST(Options, HelpAndVersionNeedNothing) {
+  EXPECT_EQ(RunTerminal({"--help"}).exitCode, 0);
+  EXPECT_TRUE(RunTerminal({"--help"}).out.contains("--export"));
+  EXPECT_TRUE(RunTerminal({"--version"}).out.contains("1.0.0"));
+}
+
+TEST(Options, AWindowNeedsADisplay) {
+  const Bench bench;
+  const Outcome outcome = RunTerminal(bench.Arguments({}));
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(outcome.err.contains("DISPLAY")) << outcome.err.toStdString();
+}
+
+TEST(Options, AnUnknownAddressIsRefused) {
+  const Bench bench;
+  const Outcome outcome = RunTerminal(bench.Arguments({"--address", "没有", "--export", bench.File("out")}));
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(outcome.err.contains("没有地址“没有”")) << outcome.err.toStdString();
+}
+
+class DataFolder : public testing::Test {
+ protected:
+  void ExpectRefused(const QString& expected) {
+    const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("out")}));
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(outcome.err.contains(expected)) << outcome.err.toStdString();
+    EXPECT_TRUE(outcome.err.contains("holdwise-market build")) << outcome.err.toStdString();
+    EXPECT_FALSE(QFileInfo::exists(bench_.File("out")));
+
+    RunningTerminal window(bench_.Arguments({}));
+    EXPECT_TRUE(window.WaitForWindow());
+    EXPECT_GE(window.Signal(SIGTERM), 0);
+    EXPECT_EQ(window.Process().exitCode(), 0);
+  }
+  Bench bench_;
+};
+
+TEST_F(DataFolder, MissingIsToldWithTheCommandsThatMakeOne) {
+  bench_.data = bench_.File("none");
+  ExpectRefused("market.dat");
+}
+
+TEST_F(DataFolder, EmptyIsTold) {
+  bench_.data = bench_.File("empty");
+  QDir().mkpath(bench_.data);
+  ExpectRefused("market.dat");
+}
+
+TEST_F(DataFolder, EveryDamagedFileIsNamed) {
+  for (const char* name : {"market.dat", "securities.dat", "trading_dates.dat", "quotes.dat"}) {
+    bench_.data = bench_.File(QString("damaged-") + name);
+    CopyFolder(SharedMarket().Data(), bench_.data);
+    QFile file(bench_.data + '/' + name);
+    ASSERT_TRUE(file.resize(file.size() / 2));
+    ExpectRefused(name);
+  }
+}
+
+TEST(Database, DamagedIsToldAndLeftAlone) {
+  const Bench bench;
+  QDir().mkpath(bench.Work());
+  const QByteArray rubbish("this is not a database\n");
+  bench.Write("work/holdwise.fdb", rubbish.repeated(1000));
+  const Outcome outcome = RunTerminal(bench.Arguments({"--export", bench.File("out")}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("holdwise.fdb")) << outcome.err.toStdString();
+  QFile file(bench.Work() + "/holdwise.fdb");
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_EQ(file.readAll(), rubbish.repeated(1000));
+}
+
+TEST(Database, CutShortIsTold) {
+  const Bench bench;
+  ASSERT_EQ(RunTerminal(bench.Arguments({"--export", bench.File("out")})).exitCode, 0);
+  QFile file(bench.Work() + "/holdwise.fdb");
+  ASSERT_TRUE(file.resize(file.size() / 3));
+  const Outcome outcome = RunTerminal(bench.Arguments({"--export", bench.File("out2")}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("holdwise.fdb")) << outcome.err.toStdString();
+}
+
+TEST(Database, HeldByAnotherTerminalIsTold) {
+  const Bench first;
+  const Bench second;
+  const QStringList sameFile{"--db", first.File("shared.fdb")};
+  RunningTerminal holder(first.Arguments(sameFile));
+  ASSERT_TRUE(holder.WaitForWindow());
+  const Outcome outcome = RunTerminal(second.Arguments(sameFile + QStringList{"--export", second.File("out")}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("shared.fdb")) << outcome.err.toStdString();
+  EXPECT_EQ(holder.Process().state(), QProcess::Running);
+}
+
+TEST(WorkFolder, ThatCannotBeMadeIsTold) {
+  const Bench bench;
+  const QString file = bench.Write("file", "x");
+  for (const QString& work : {file, file + "/work", QString("/proc/work")}) {
+    const Outcome outcome = RunTerminal({"--data", bench.data, "--work", work, "--export", bench.File("out")});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(outcome.err.contains(work)) << outcome.err.toStdString();
+  }
+}
+
+TEST(WorkFolder, MayHaveAVeryLongName) {
+  const Bench bench;
+  const QString work = bench.File(QString(120, 'a') + '/' + QString(120, 'b'));
+  const QStringList arguments{"--data", bench.data, "--work", work};
+  RunningTerminal running(arguments);
+  ASSERT_TRUE(running.WaitForWindow());
+  EXPECT_EQ(RunTerminal(arguments + QStringList{"--address", "工具条"}).exitCode, 0);
+}
+
+TEST(Plugins, MissingAreTold) {
+  const Bench bench;
+  QProcessEnvironment environment = BareEnvironment();
+  environment.insert("HOLDWISE_PLUGIN_DIR", bench.File("none"));
+  const Outcome outcome = RunTerminal(bench.Arguments({"--export", bench.File("out")}), environment);
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains(bench.File("none"))) << outcome.err.toStdString();
+}
+
+TEST(Plugins, LibrariesThatAreNoneAreTold) {
+  const Bench bench;
+  QDir().mkpath(bench.File("plugins"));
+  bench.Write("plugins/a.so", "no library");
+  // A library without the entry functions.
+  ASSERT_TRUE(
+      QFile::copy(QFileInfo("/lib/x86_64-linux-gnu/libm.so.6").canonicalFilePath(), bench.File("plugins/b.so")));
+  QProcessEnvironment environment = BareEnvironment();
+  environment.insert("HOLDWISE_PLUGIN_DIR", bench.File("plugins"));
+  const Outcome outcome = RunTerminal(bench.Arguments({"--export", bench.File("out")}), environment);
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("“a.so”不能装入")) << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.err.contains("“b.so”不是插件")) << outcome.err.toStdString();
+}
+
+}  // namespace
+}  // namespace holdwise::e2e

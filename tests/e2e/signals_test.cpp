@@ -1,0 +1,115 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <QElapsedTimer>
+#include <QThread>
+#include <random>
+
+#include "terminal_process.h"
+
+namespace holdwise::e2e {
+namespace {
+
+constexpr int kManyPortfolios = 60;
+constexpr qint64 kLongestEnd = 3000;
+
+QByteArray ManyPortfolios() {
+  QByteArray text = "name,code,quantity,price\n";
+  for (int portfolio = 0; portfolio < kManyPortfolios; ++portfolio)
+    for (int stock = 1; stock <= 10; ++stock)
+      text += "P" + QByteArray::number(portfolio) + ',' + QByteArray::number(600000 + stock) + ",100,1.50\n";
+  return text;
+}
+
+class SignalTest : public testing::TestWithParam<int> {};
+INSTANTIATE_TEST_SUITE_P(Both, SignalTest, testing::Values(SIGTERM, SIGINT));
+
+TEST_P(SignalTest, EndsTheWindowInOrder) {
+  const Bench bench;
+  RunningTerminal running(bench.Arguments({}));
+  ASSERT_TRUE(running.WaitForWindow());
+  const qint64 took = running.Signal(GetParam());
+  EXPECT_GE(took, 0);
+  EXPECT_LE(took, kLongestEnd);
+  EXPECT_EQ(running.Process().exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(running.Process().exitCode(), 0);
+}
+
+TEST_P(SignalTest, EndsATerminalThatWaitsForItsUser) {
+  const Bench bench;
+  // The refused import stands in a dialog.
+  RunningTerminal running(bench.Arguments({"--import", bench.Write("bad.csv", "name\n")}));
+  ASSERT_TRUE(running.WaitForWindow());
+  QThread::msleep(700);
+  const qint64 took = running.Signal(GetParam());
+  EXPECT_GE(took, 0);
+  EXPECT_LE(took, kLongestEnd);
+  EXPECT_EQ(running.Process().exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(running.Process().exitCode(), 0);
+}
+
+TEST(Signals, AtAnyMomentEndInTimeAndLoseNothing) {
+  const Bench bench;
+  const QString file = bench.Write("p.csv", TwoPortfolios());
+  ASSERT_EQ(RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")})).exitCode, 0);
+  std::mt19937 random(20240531);
+  std::uniform_int_distribution<unsigned long> moment(0, 1500);
+  for (int round = 0; round < 20; ++round) {
+    const unsigned long delay = moment(random);
+    RunningTerminal running(bench.Arguments({}));
+    QThread::msleep(delay);
+    const qint64 took = running.Signal(round % 2 == 0 ? SIGTERM : SIGINT);
+    EXPECT_GE(took, 0) << "after " << delay << " ms";
+    EXPECT_LE(took, kLongestEnd) << "after " << delay << " ms";
+    // Before main has begun the system's own handling ends the process.
+    if (running.Process().exitStatus() == QProcess::NormalExit) {
+      EXPECT_EQ(running.Process().exitCode(), 0) << "after " << delay << " ms";
+    } else {
+      EXPECT_LT(delay, 100U);
+    }
+  }
+  EXPECT_EQ(bench.Export("2001-strngrd").size(), 2U);
+}
+
+TEST(Signals, DuringAnImportLeaveAllOrNothing) {
+  for (const int delay : {100, 200, 300, 400, 600}) {
+    const Bench bench;
+    RunningTerminal running(bench.Arguments({"--import", bench.Write("p.csv", ManyPortfolios())}));
+    QThread::msleep(static_cast<unsigned long>(delay));
+    const qint64 took = running.Signal(SIGTERM);
+    EXPECT_GE(took, 0) << "after " << delay << " ms";
+    EXPECT_LE(took, kLongestEnd) << "after " << delay << " ms";
+    const std::size_t portfolios = bench.Export("2001-strngrd").size();
+    EXPECT_TRUE(portfolios == 0 || portfolios == kManyPortfolios) << portfolios << " after " << delay << " ms";
+  }
+}
+
+TEST(Kill, DuringAnImportLeavesAllOrNothing) {
+  bool wasEverInterrupted = false;
+  for (int delay = 50; delay <= 800; delay += 75) {
+    const Bench bench;
+    RunningTerminal running(bench.Arguments({"--import", bench.Write("p.csv", ManyPortfolios())}));
+    QThread::msleep(static_cast<unsigned long>(delay));
+    ASSERT_GE(running.Signal(SIGKILL), 0);
+    const std::size_t portfolios = bench.Export("2001-strngrd").size();
+    EXPECT_TRUE(portfolios == 0 || portfolios == kManyPortfolios) << portfolios << " after " << delay << " ms";
+    wasEverInterrupted = wasEverInterrupted || portfolios == 0;
+  }
+  EXPECT_TRUE(wasEverInterrupted);
+}
+
+TEST(Kill, LeavesNothingThatStopsTheNextStart) {
+  const Bench bench;
+  {
+    RunningTerminal running(bench.Arguments({}));
+    ASSERT_TRUE(running.WaitForWindow());
+    ASSERT_GE(running.Signal(SIGKILL), 0);
+  }
+  RunningTerminal next(bench.Arguments({}));
+  EXPECT_TRUE(next.WaitForWindow());
+  // The new one answers on the socket that the killed one had left behind.
+  EXPECT_EQ(RunTerminal(bench.Arguments({"--address", "工具条"})).exitCode, 0);
+}
+
+}  // namespace
+}  // namespace holdwise::e2e

@@ -1,0 +1,85 @@
+#pragma once
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <memory>
+#include <vector>
+
+namespace holdwise::e2e {
+
+/// Path of a program of this build (folder in HOLDWISE_BIN).
+QString Program(const QString& name);
+/// The environment of the tests without display and without settings that would reach the terminal.
+QProcessEnvironment BareEnvironment();
+
+struct Outcome {
+  int exitCode = -1;  ///< -1: killed by a signal or still running at the end of the time
+  QString out;
+  QString err;
+};
+/// Runs a program to its end.
+Outcome Run(const QString& program, const QStringList& arguments,
+            const QProcessEnvironment& environment = BareEnvironment(), int timeOutMilliseconds = 90'000);
+/// Runs holdwise-terminal to its end.
+Outcome RunTerminal(const QStringList& arguments, const QProcessEnvironment& environment = BareEnvironment());
+
+/// A data folder made by holdwise-market from bars of 12 stocks over 60 weekdays. Stock k (600001 to 600012) closes at
+/// k + day / 100 yuan on day 1 to 60, so its last close is k + 0.60 and the one before k + 0.59.
+class Market {
+ public:
+  Market();
+  [[nodiscard]] const QString& Data() const { return data_; }
+
+ private:
+  QTemporaryDir folder_;
+  QString data_;
+};
+/// The one market of this program, made on first use. Tests that change it copy it.
+const Market& SharedMarket();
+/// Copies a folder with all it holds.
+void CopyFolder(const QString& from, const QString& to);
+
+/// A work folder beside a folder for outputs, both gone at the end.
+class Bench {
+ public:
+  Bench();
+  [[nodiscard]] QString Work() const { return folder_.filePath(QStringLiteral("work")); }
+  [[nodiscard]] QString File(const QString& name) const { return folder_.filePath(name); }
+  /// Arguments that every start of this bench has in common, then `more`.
+  [[nodiscard]] QStringList Arguments(const QStringList& more) const;
+  /// Writes a text file and returns its path.
+  QString Write(const QString& name, const QByteArray& text) const;
+  /// Exports with a start of its own and returns the rows of "<frame id>-<grid>.csv" without its heading.
+  std::vector<QStringList> Export(const QString& grid) const;
+
+  QString data = SharedMarket().Data();
+
+ private:
+  QTemporaryDir folder_;
+};
+
+/// A CSV file as fields, with the heading.
+std::vector<QStringList> ReadCsv(const QString& path);
+
+/// A terminal with its window, running offscreen until Stop or the destructor.
+class RunningTerminal {
+ public:
+  explicit RunningTerminal(const QStringList& arguments);
+  ~RunningTerminal();
+  /// Waits until the first view has been painted; false when that takes too long.
+  bool WaitForWindow();
+  [[nodiscard]] QProcess& Process() { return process_; }
+  /// Sends a signal and waits; milliseconds until the end, -1 when it did not end in 10 s.
+  qint64 Signal(int signal);
+
+ private:
+  QProcess process_;
+};
+
+/// Two portfolios. 甲 holds 100 of 600001 and 200 of 600002 (bought at 1.00 and 2.00), 乙 1000 of 600010 and 300 of
+/// 600012 (bought at 10.00 and 12.00).
+QByteArray TwoPortfolios();
+
+}  // namespace holdwise::e2e

@@ -1,0 +1,462 @@
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSplitter>
+#include <QTest>
+#include <QTimer>
+#include <thread>
+
+#include "app/address_registry.h"
+#include "app/command_line.h"
+#include "app/command_runner.h"
+#include "app/debug_log.h"
+#include "app/import_report.h"
+#include "app/message_boxes.h"
+#include "app/quick_entry.h"
+#include "app/title_frame.h"
+#include "app/view_exporter.h"
+#include "app/work_area.h"
+#include "holdwise/packet/error.h"
+#include "support/scripted_host.h"
+#include "theme/theme_services.h"
+
+namespace holdwise {
+namespace {
+
+class FixedClock : public ClockService {
+ public:
+  [[nodiscard]] QDateTime Now() const override { return {QDate(2024, 5, 31), QTime(9, 30, 0, 5)}; }
+};
+
+class RecordingLog : public DebugServers {
+ public:
+  void WriteLog(const QString& text) override { lines.append(text); }
+  QStringList lines;
+};
+
+// --- command line ---
+
+TEST(CommandLine, PathsBecomeAbsolute) {
+  const ParsedCommandLine parsed =
+      ParseCommandLine({"holdwise-terminal", "--work", "w/", "--import", "p.csv", "--export", "/out/../o"});
+  ASSERT_TRUE(parsed.options.has_value()) << parsed.text.toStdString();
+  EXPECT_EQ(parsed.options->workFolder, QDir::currentPath() + "/w");
+  EXPECT_EQ(parsed.options->dataFolder, QDir::currentPath() + "/w/market");
+  EXPECT_EQ(parsed.options->command.importFile, QDir::currentPath() + "/p.csv");
+  EXPECT_EQ(parsed.options->command.exportFolder, "/o");
+  EXPECT_TRUE(parsed.options->IsBatch());
+}
+
+TEST(CommandLine, ImportAloneIsNoBatch) {
+  const ParsedCommandLine parsed = ParseCommandLine({"holdwise-terminal", "--import", "p.csv"});
+  ASSERT_TRUE(parsed.options.has_value());
+  EXPECT_FALSE(parsed.options->IsBatch());
+}
+
+TEST(CommandLine, CommandsSurviveTheHandOver) {
+  Command command;
+  command.theme = ThemeKind::Light;
+  command.address = "投资组合";
+  command.parameter = "Skip\"组合\n表现";
+  command.importFile = "/a b/ü.csv";
+  command.exportFolder = "/o";
+  const QByteArray json = command.ToJson();
+  EXPECT_FALSE(json.contains('\n'));
+  const std::optional<Command> back = Command::FromJson(json);
+  ASSERT_TRUE(back.has_value());
+  EXPECT_EQ(back->theme, ThemeKind::Light);
+  EXPECT_EQ(back->address, command.address);
+  EXPECT_EQ(back->parameter, command.parameter);
+  EXPECT_EQ(back->importFile, command.importFile);
+  EXPECT_EQ(back->exportFolder, command.exportFolder);
+  EXPECT_FALSE(Command::FromJson("[]").has_value());
+  EXPECT_FALSE(Command::FromJson("rubbish").has_value());
+}
+
+// --- debug log ---
+
+TEST(DebugLogTest, LinesCarryTheTimeAndStayOnOneLine) {
+  const QTemporaryDir folder;
+  FixedClock clock;
+  DebugLog log(folder.filePath("t.log"), clock);
+  log.WriteLog("first\nsecond");
+  QFile file(folder.filePath("t.log"));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_EQ(file.readAll(), "2024-05-31 09:30:00.005 first | second\n");
+  EXPECT_EQ(log.Lines(), QStringList{"2024-05-31 09:30:00.005 first | second"});
+}
+
+TEST(DebugLogTest, MemoryAndFilesAreBounded) {
+  const QTemporaryDir folder;
+  FixedClock clock;
+  DebugLog log(folder.filePath("t.log"), clock);
+  const QString line(4096, 'x');
+  // Six times the size of one file.
+  for (int count = 0; count < 1536; ++count) log.WriteLog(line);
+  for (int count = 0; count < 1000; ++count) log.WriteLog(QString::number(count));
+  EXPECT_EQ(log.Lines().size(), DebugLog::kLinesInMemory);
+  EXPECT_TRUE(log.Lines().constLast().endsWith(" 999"));
+  const QFileInfoList files = QDir(folder.path()).entryInfoList(QDir::Files);
+  EXPECT_EQ(files.size(), 1 + DebugLog::kOldFiles);
+  for (const QFileInfo& file : files) EXPECT_LE(file.size(), DebugLog::kFileBytes + 5000);
+}
+
+TEST(DebugLogTest, TakesLinesFromManyThreads) {
+  const QTemporaryDir folder;
+  FixedClock clock;
+  DebugLog log(folder.filePath("t.log"), clock);
+  int told = 0;
+  log.SetListener([&told] { ++told; });
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < 4; ++thread)
+    threads.emplace_back([&log] {
+      for (int line = 0; line < 250; ++line) log.WriteLog("line");
+    });
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(log.Lines().size(), 1000);
+  EXPECT_EQ(told, 1000);
+}
+
+TEST(DebugLogTest, GoesOnWithoutAFile) {
+  FixedClock clock;
+  DebugLog log("/proc/none/t.log", clock);
+  log.WriteLog("line");
+  EXPECT_EQ(log.Lines().size(), 1);
+}
+
+// --- addresses ---
+
+class RecordingItem : public TAddressItem {
+ public:
+  RecordingItem(const QString& name, std::uint16_t number, QStringList& record, bool isListed = true)
+      : TAddressItem(name, number, QString(), false, isListed), record_(record) {}
+  void EnterAddress(const QString& parameter) override {
+    record_.append("enter " + Name() + ' ' + parameter);
+    if (parameter == "throw") throw std::runtime_error("broken");
+  }
+  void LeaveAddress() override { record_.append("leave " + Name()); }
+  [[nodiscard]] bool GetIsWorkState() const override { return false; }
+  void ChangeColorTheme() override { record_.append("theme " + Name()); }
+
+ private:
+  QStringList& record_;
+};
+
+class AddressTest : public testing::Test {
+ protected:
+  std::shared_ptr<RecordingItem> Add(const QString& name, std::uint16_t number, bool isListed = true) {
+    auto item = std::make_shared<RecordingItem>(name, number, record_, isListed);
+    registry_.RegisterAddressItem(item);
+    return item;
+  }
+  RecordingLog log_;
+  QStringList record_;
+  AddressRegistry registry_{log_};
+};
+
+TEST_F(AddressTest, AreListedByNumber) {
+  Add("last", 65535);
+  Add("first", 1);
+  Add("hidden", 3, false);
+  Add("second", 3);
+  EXPECT_EQ(registry_.ListedNames(), QStringList({"first", "second", "last"}));
+  EXPECT_THROW(Add("first", 9), Error);
+  EXPECT_THROW(registry_.RegisterAddressItem(nullptr), Error);
+}
+
+TEST_F(AddressTest, GoingElsewhereLeavesGoingAgainDoesNot) {
+  Add("a", 1);
+  Add("b", 2);
+  EXPECT_TRUE(registry_.GotoAddress("a", "1"));
+  EXPECT_TRUE(registry_.GotoAddress("a", "2"));
+  EXPECT_TRUE(registry_.GotoAddress("b", ""));
+  EXPECT_FALSE(registry_.GotoAddress("c", ""));
+  EXPECT_EQ(record_, QStringList({"enter a 1", "enter a 2", "leave a", "enter b "}));
+  EXPECT_EQ(registry_.Current()->Name(), "b");
+}
+
+TEST_F(AddressTest, UnregisteringLeavesTheEnteredItem) {
+  const auto a = Add("a", 1);
+  registry_.GotoAddress("a", "");
+  registry_.UnregisterAddressItem(a);
+  registry_.UnregisterAddressItem(a);
+  EXPECT_EQ(record_.last(), "leave a");
+  EXPECT_EQ(registry_.Current(), nullptr);
+  EXPECT_EQ(registry_.Find("a"), nullptr);
+  EXPECT_EQ(a.use_count(), 1);
+}
+
+TEST_F(AddressTest, AnItemThatThrowsIsLoggedAndTheOthersGoOn) {
+  Add("a", 1);
+  Add("b", 2);
+  EXPECT_TRUE(registry_.GotoAddress("a", "throw"));
+  ASSERT_EQ(log_.lines.size(), 1);
+  EXPECT_TRUE(log_.lines[0].contains("broken"));
+  EXPECT_TRUE(registry_.GotoAddress("b", ""));
+  registry_.ChangeColorTheme();
+  EXPECT_EQ(record_.mid(record_.size() - 2), QStringList({"theme a", "theme b"}));
+}
+
+// --- commands ---
+
+TEST(CommandRunnerTest, CarriesOutOneAfterTheOtherInOrder) {
+  QStringList record;
+  HandOverServer::Answer pendingExport;
+  CommandTargets targets;
+  targets.setTheme = [&](ThemeKind kind) { record.append("theme " + ThemeKindName(kind)); };
+  targets.goTo = [&](const QString& address, const QString& parameter) {
+    record.append("go " + address + ' ' + parameter);
+    return address != "none";
+  };
+  targets.importPortfolios = [&](const QString& file) {
+    record.append("import " + file);
+    return HandOverAnswer{file, file == "bad" ? 1 : 0};
+  };
+  targets.exportViews = [&](const QString& folder, const HandOverServer::Answer& answer) {
+    record.append("export " + folder);
+    pendingExport = answer;
+  };
+  targets.raise = [&] { record.append("raise"); };
+  CommandRunner runner(targets);
+  const auto answer = [&record](const HandOverAnswer& given) {
+    record.append(QString("answer %1 %2").arg(given.exitCode).arg(given.text));
+  };
+  runner.Run({ThemeKind::Light, "a", "p", "good", "out"}, answer);
+  runner.Run({{}, "none", {}, {}, {}}, answer);
+  runner.Run({{}, {}, {}, "bad", "out"}, answer);
+  runner.Run({}, answer);
+  EXPECT_TRUE(record.isEmpty());
+  QCoreApplication::processEvents();
+  QTest::qWait(10);
+  EXPECT_EQ(record, QStringList({"theme light", "go a p", "import good", "export out"}));
+  record.clear();
+  pendingExport({"done", 0});
+  QTest::qWait(10);
+  EXPECT_EQ(record, QStringList({"answer 0 good\ndone", "go none ", "answer 2 没有地址“none”。", "import bad",
+                                 "answer 1 bad", "raise", "answer 0 "}));
+}
+
+TEST(ImportReport, NamesEveryBadLine) {
+  ImportResult result;
+  result.problems = {{0, "whole"}, {3, "three"}, {7, "seven"}};
+  const HandOverAnswer refused = AnswerOf("p.csv", result);
+  EXPECT_EQ(refused.exitCode, 1);
+  EXPECT_EQ(refused.text, "“p.csv”没有导入，共有 3 处问题：\nwhole\n第 3 行：three\n第 7 行：seven");
+  ImportResult cancelled;
+  cancelled.cancelled = true;
+  EXPECT_EQ(AnswerOf("p.csv", cancelled).exitCode, 1);
+  ImportResult good;
+  good.portfolios = 2;
+  good.holdings = 5;
+  good.warnings = {"warning"};
+  EXPECT_EQ(AnswerOf("p.csv", good).exitCode, 0);
+  EXPECT_EQ(AnswerOf("p.csv", good).text, "已导入 2 个组合，5 条持仓。\nwarning");
+}
+
+// --- export ---
+
+TEST(GridCsv, HeadsUntitledColumnsWithTheirNumber) {
+  const GridText grid{"g", {"名称", "", "a,b"}, {false, true, false}, {{"x\"y", "1", ""}, {"z", "2", "3"}}};
+  EXPECT_EQ(GridToCsv(grid), QString("名称,#1,\"a,b\"\n\"x\"\"y\",1,\"\"\nz,2,3\n").toUtf8());
+}
+
+/// Two views; the second has a grid that follows the portfolio. Each wait settles at the fourth question.
+class FakeViews : public ViewCatalogue {
+ public:
+  [[nodiscard]] std::vector<View> List() const override { return {{1, "one"}, {2, "two"}}; }
+  bool Show(int frameId) override {
+    current_ = frameId;
+    asked_ = 0;
+    return frameId != unshowable;
+  }
+  [[nodiscard]] int Current() const override { return current_; }
+  [[nodiscard]] bool IsSettled() const override { return ++asked_ >= 4; }
+  [[nodiscard]] QWidget* Frame() const override { return nullptr; }
+  [[nodiscard]] std::vector<GridText> Grids() const override {
+    return {{"g/1", {"t"}, {false}, {{QString::number(current_) + portfolio_}}}};
+  }
+  [[nodiscard]] Holdings HoldingsGrid() const override {
+    return current_ == 2 ? Holdings{"g/1", {"11", "12"}} : Holdings{};
+  }
+  bool SelectPortfolio(const QString& portfolioId) override {
+    portfolio_ = '-' + portfolioId;
+    asked_ = 0;
+    return true;
+  }
+  void DataChanged() override {}
+  int unshowable = 0;
+
+ private:
+  int current_ = 2;
+  mutable int asked_ = 0;
+  QString portfolio_;
+};
+
+QByteArray ContentOf(const QString& path) {
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+  return file.readAll();
+}
+
+TEST(ViewExporterTest, VisitsEveryViewAndPortfolio) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  QWidget picture;
+  picture.resize(30, 20);
+  ViewExporter exporter(views, picture);
+  QStringList done;
+  exporter.OnDone = [&done](const QString& problem) { done.append("done" + problem); };
+  exporter.Start(folder.filePath("deep/out"));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 5000));
+  EXPECT_EQ(done, QStringList{"done"});
+  const QDir out(folder.filePath("deep/out"));
+  EXPECT_EQ(out.entryList(QDir::Files, QDir::Name),
+            QStringList({"1-g_1.csv", "1.png", "2-g_1-11.csv", "2-g_1-12.csv", "2-g_1.csv", "2.png"}));
+  EXPECT_EQ(ContentOf(out.filePath("1-g_1.csv")), "t\n1\n");
+  EXPECT_EQ(ContentOf(out.filePath("2-g_1-12.csv")), "t\n2-12\n");
+  EXPECT_EQ(views.Current(), 2);
+}
+
+TEST(ViewExporterTest, NamesAViewThatCannotBeShown) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  views.unshowable = 2;
+  QWidget picture;
+  picture.resize(30, 20);
+  ViewExporter exporter(views, picture);
+  QString done;
+  exporter.OnDone = [&done](const QString& problem) { done = "done" + problem; };
+  exporter.Start(folder.path());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 5000));
+  EXPECT_TRUE(done.contains("two"));
+}
+
+// --- widgets ---
+
+TEST(WorkAreaTest, ShowsOneFrameAndFillsItself) {
+  auto area = std::make_unique<WorkArea>();
+  area->resize(400, 300);
+  area->show();
+  int painted = 0;
+  area->OnFirstPaint = [&painted] { ++painted; };
+  QWidget first;
+  QWidget second;
+  area->ShowFrame(&first);
+  EXPECT_EQ(first.size(), QSize(400, 300));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return painted == 1; }, 2000));
+  area->resize(500, 350);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(first.size(), QSize(500, 350));
+  area->ShowFrame(&second);
+  EXPECT_EQ(first.parentWidget(), nullptr);
+  EXPECT_EQ(area->Frame(), &second);
+  second.setParent(nullptr);
+  EXPECT_EQ(area->Frame(), nullptr);
+  area->ShowFrame(&second);
+  area.reset();
+  EXPECT_EQ(second.parentWidget(), nullptr);
+  EXPECT_EQ(painted, 1);
+}
+
+TEST(TitleFrameTest, KeepsPanesWideEnough) {
+  RecordingLog log;
+  const ThemeServices theme(ThemeKind::Dark, log);
+  const std::unique_ptr<TFrmQMTitle> frame = MakeTitleFrame(theme);
+  auto* splitter = new QSplitter(frame->ClientPanel());
+  splitter->addWidget(new QWidget);
+  splitter->addWidget(new QWidget);
+  splitter->resize(800, 100);
+  splitter->show();
+  splitter->setSizes({10, 790});
+  frame->SplitterMoved(splitter);
+  EXPECT_EQ(splitter->sizes().at(0), 120);
+  splitter->setSizes({300, 490});
+  const QList<int> chosen = splitter->sizes();
+  frame->SplitterMoved(splitter);
+  EXPECT_EQ(splitter->sizes(), chosen);
+}
+
+TEST(MessageBoxesTest, AnswersOneForOkAndTwoForCancelOrClosing) {
+  MessageBoxes boxes;
+  QStringList buttons;
+  const auto answerWith = [&](int key) {
+    QTimer::singleShot(0, qApp, [&, key] {
+      QWidget* box = QApplication::activeModalWidget();
+      ASSERT_NE(box, nullptr);
+      buttons.clear();
+      for (const QPushButton* button : box->findChildren<QPushButton*>()) buttons.append(button->text());
+      QTest::keyClick(box, static_cast<Qt::Key>(key));
+    });
+  };
+  answerWith(Qt::Key_Return);
+  EXPECT_EQ(boxes.Vex_MessageBox("text", "caption", 1, 32), 1);
+  buttons.sort();
+  EXPECT_EQ(buttons, QStringList({"取消", "确定"}));
+  answerWith(Qt::Key_Escape);
+  EXPECT_EQ(boxes.Vex_MessageBox("text", "caption", 1, 32), 2);
+  answerWith(Qt::Key_Return);
+  EXPECT_EQ(boxes.Vex_MessageBox("text", "caption", 0, 128), 1);
+  EXPECT_EQ(buttons, QStringList{"确定"});
+}
+
+class QuickEntryTest : public testing::Test {
+ protected:
+  QuickEntryTest() {
+    codes_.Add({"600000", "浦发银行", "银行", 1, {}, false});
+    window_.setCentralWidget(new QWidget);
+    window_.centralWidget()->setFocusPolicy(Qt::StrongFocus);
+    entry_ = std::make_unique<QuickEntry>(&window_, codes_);
+    entry_->OnChosen = [this](const QString& code) { chosen_.append(code); };
+    window_.resize(600, 400);
+    window_.show();
+    window_.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
+    window_.centralWidget()->setFocus();
+  }
+  void Type(const QString& keys) {
+    for (const QChar key : keys) QTest::keyClick(QApplication::focusWidget(), key.toLatin1());
+  }
+  ScriptedCodeNums codes_;
+  QMainWindow window_;
+  std::unique_ptr<QuickEntry> entry_;
+  QStringList chosen_;
+};
+
+TEST_F(QuickEntryTest, DigitsOpenItAndEnterChooses) {
+  Type("600000");
+  EXPECT_TRUE(entry_->isVisible());
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+  EXPECT_EQ(chosen_, QStringList{"600000"});
+  EXPECT_FALSE(entry_->isVisible());
+}
+
+TEST_F(QuickEntryTest, AnUnknownCodeIsNotChosen) {
+  Type("600001");
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+  EXPECT_TRUE(chosen_.isEmpty());
+  EXPECT_TRUE(entry_->isVisible());
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+  EXPECT_FALSE(entry_->isVisible());
+}
+
+TEST_F(QuickEntryTest, LeavesKeysToFramesThatSwitchItOffAndToEditBoxes) {
+  entry_->SetCaptureEnabled(false);
+  Type("6");
+  EXPECT_FALSE(entry_->isVisible());
+  entry_->SetCaptureEnabled(true);
+  QLineEdit edit(window_.centralWidget());
+  edit.show();
+  edit.setFocus();
+  Type("6");
+  EXPECT_FALSE(entry_->isVisible());
+  EXPECT_EQ(edit.text(), "6");
+  Type("x");
+  EXPECT_FALSE(entry_->isVisible());
+}
+
+}  // namespace
+}  // namespace holdwise
