@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <QComboBox>
 #include <QLineEdit>
 #include <QMainWindow>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QSplitter>
 #include <QTest>
@@ -21,7 +19,7 @@
 #include "app/view_exporter.h"
 #include "app/work_area.h"
 #include "holdwise/packet/error.h"
-#include "support/scripted_host.h"
+#include "scripted_host.h"
 #include "theme/theme_services.h"
 
 namespace holdwise {
