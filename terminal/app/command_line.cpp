@@ -49,7 +49,7 @@ ParsedCommandLine Refuse(const QString& text) {
 /// The first option given with an empty value, which no option allows but the parameter.
 QString EmptyOption(const QCommandLineParser& parser) {
   for (const char* name : kValueOptions) {
-    const QString option = QString::fromLatin1(name);
+    QString option = QString::fromLatin1(name);
     if (option != QStringLiteral("parameter") && parser.isSet(option) && parser.value(option).isEmpty()) return option;
   }
   return {};

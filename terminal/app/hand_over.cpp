@@ -39,10 +39,10 @@ HandOverAddress::~HandOverAddress() {
 
 HandOverServer::HandOverServer(const QString& workFolder) : address_(workFolder) {
   QFile::remove(address_.Name());
-  if (!server_.listen(address_.Name()))
-    throw Error(
-        ErrorCategory::Io,
-        QStringLiteral("工作目录“%1”中不能建立通信端点：%2").arg(workFolder, server_.errorString()).toStdString());
+  if (!server_.listen(address_.Name())) {
+    const QString text = QStringLiteral("工作目录“%1”中不能建立通信端点：%2").arg(workFolder, server_.errorString());
+    throw Error(ErrorCategory::Io, text.toStdString());
+  }
   QObject::connect(&server_, &QLocalServer::newConnection, &server_, [this] {
     while (QLocalSocket* socket = server_.nextPendingConnection()) Take(socket);
   });

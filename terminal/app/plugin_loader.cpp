@@ -12,7 +12,7 @@ PluginLoader::~PluginLoader() {
 }
 
 QString PluginLoader::Folder() {
-  const QString wanted = qEnvironmentVariable("HOLDWISE_PLUGIN_DIR");
+  QString wanted = qEnvironmentVariable("HOLDWISE_PLUGIN_DIR");
   if (!wanted.isEmpty()) return wanted;
   return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../lib/holdwise"));
 }

@@ -43,7 +43,7 @@ ThemeKind FirstTheme(const Options& options, const QSettings& settings) {
 }
 
 QString MadeLogFolder(const QString& workFolder) {
-  const QString folder = workFolder + QStringLiteral("/log");
+  QString folder = workFolder + QStringLiteral("/log");
   QDir().mkpath(folder);
   return folder;
 }

@@ -52,7 +52,7 @@ class TitleFrame : public TFrmQMTitle {
     layout->addWidget(caption_);
     layout->addWidget(client_, 1);
     setAutoFillBackground(true);
-    RefreshTheme();
+    TitleFrame::RefreshTheme();
   }
 
   void SetCaptionText(const QString& text) override { caption_->SetText(text); }
