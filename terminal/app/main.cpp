@@ -1,6 +1,6 @@
 #include <sys/stat.h>
 
-#include <QDir>
+#include <QFileInfo>
 #include <QFont>
 #include <QThread>
 #include <cstdio>
@@ -15,6 +15,7 @@
 #include "app/terminal_application.h"
 #include "app/work_folder.h"
 #include "database/firebird_user_data.h"
+#include "holdwise/packet/error.h"
 
 namespace holdwise {
 namespace {
@@ -22,6 +23,7 @@ namespace {
 constexpr int kFontPixels = 13;
 constexpr unsigned long kRetryMilliseconds = 100;
 constexpr int kRetries = 100;
+constexpr int kBusyAttempts = 10;
 
 bool HasDisplay() {
   return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
@@ -49,9 +51,27 @@ std::optional<int> LockOrHandOver(WorkFolderLock& lock, const Options& options) 
   return 1;
 }
 
+/// A terminal that has just ended may leave the file locked for a moment (the lock lives on in a child process that it
+/// had started and that has not yet let go), so "busy" is believed only after a while.
 std::unique_ptr<UserDataServices> OpenDatabase(const Options& options) {
-  return FirebirdUserData::Open(DatabaseTarget::FromText(options.database),
-                                options.workFolder + QStringLiteral("/lock"));
+  for (int attempt = 1;; ++attempt) {
+    try {
+      return FirebirdUserData::Open(DatabaseTarget::FromText(options.database),
+                                    options.workFolder + QStringLiteral("/lock"));
+    } catch (const Error& error) {
+      if (error.Category() != ErrorCategory::Busy || attempt == kBusyAttempts || signal_guard::Requested()) throw;
+    }
+    QThread::msleep(kRetryMilliseconds);
+  }
+}
+
+/// Without a session bus Qt would have one started: a fork in the middle of the start, whose child holds copies of our
+/// files and their locks. The terminal has no use for it.
+void KeepSessionBusFromStarting() {
+  if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) return;
+  const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+  if (!folder.isEmpty() && QFileInfo::exists(folder + QStringLiteral("/bus"))) return;
+  qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
 }
 
 int RunTerminal(int argc, char** argv, const Options& options) {
@@ -90,6 +110,7 @@ int Main(int argc, char** argv) {
         "没有显示器（DISPLAY、WAYLAND_DISPLAY 均未设置）。用 --export DIR 可以不用显示器写出全部视图。"));
     return 2;
   }
+  KeepSessionBusFromStarting();
   PrepareFirebirdProcess(options.workFolder + QStringLiteral("/lock"));
   const int exitCode = RunTerminal(argc, argv, options);
   ShutdownFirebird();

@@ -1,6 +1,5 @@
 #include "database/database_file.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -60,9 +59,9 @@ QString HeaderProblem(const QString& file) {
 }
 
 bool CheckInHelper(const QString& file, const QString& lockFolder) {
-  const QString program = QCoreApplication::instance() == nullptr
-                              ? QString()
-                              : QCoreApplication::applicationDirPath() + QStringLiteral("/holdwise-dbcheck");
+  // Not QCoreApplication: the file may be opened on another thread before the application object is there.
+  const QString program =
+      QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).path() + QStringLiteral("/holdwise-dbcheck");
   if (!QFileInfo(program).isExecutable()) return false;
   QProcess helper;
   helper.start(program, {file, lockFolder});
