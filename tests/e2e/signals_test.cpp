@@ -35,6 +35,16 @@ TEST_P(SignalTest, EndsTheWindowInOrder) {
   EXPECT_EQ(running.Process().exitCode(), 0);
 }
 
+TEST_P(SignalTest, SentTwiceAtOnceStillEndsInOrder) {
+  const Bench bench;
+  RunningTerminal running(bench.Arguments({}));
+  ASSERT_TRUE(running.WaitForWindow());
+  ASSERT_EQ(kill(static_cast<pid_t>(running.Process().processId()), GetParam()), 0);
+  EXPECT_GE(running.Signal(GetParam()), 0);
+  EXPECT_EQ(running.Process().exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(running.Process().exitCode(), 0);
+}
+
 TEST_P(SignalTest, EndsATerminalThatWaitsForItsUser) {
   const Bench bench;
   // The refused import stands in a dialog.

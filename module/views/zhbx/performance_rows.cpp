@@ -62,6 +62,8 @@ void ShowHoldings(const ResultSet& holdings, TStringGrid& grid) {
 
 void RefreshHoldings(TStringGrid& grid) {
   const TNameValueSnapshot prices = g_NowPrice->GetNowPriceStringList();
+  if (prices->Count() == 0)
+    return;  // before the first prices every row is skipped; spare the first picture the queries
   const TNameValueSnapshot previousCloses = g_UserValue->GetUserPrvCloseValues();
   const GridBatch batch(grid);
   for (int row = 0; row < grid.RowCount(); ++row) {
@@ -87,6 +89,7 @@ void RefreshHoldings(TStringGrid& grid) {
 
 void RefreshPortfolios(TStringGrid& grid) {
   const TNameValueSnapshot values = g_NowPrice->GetNowValueGroupStringList();
+  if (values->Count() == 0) return;
   const TNameValueSnapshot weekCloses = g_ClosePrice->GetWeekCloseStringList_Sum();
   const TNameValueSnapshot monthCloses = g_ClosePrice->GetMonthCloseStringList_Sum();
   const TNameValueSnapshot costs = g_UserValue->GetUserValuesStringList();
