@@ -88,14 +88,15 @@ int Terminal::Run() {
   theme_.OnChanged = [this] { ApplyTheme(); };
   StartLoadingMarket();
   MakeWindow();
+  // The engine is still opening its file; everything that can do without it comes first.
+  const bool isReady = OpenMarket();
+  if (!isReady && options_.IsBatch()) return 1;
   if (!OpenDatabase()) return 1;
   runner_ = std::make_unique<CommandRunner>(Targets());
   handOver_ = std::make_unique<HandOverServer>(options_.workFolder);
   handOver_->OnCommand = [this](const Command& command, HandOverServer::Answer answer) {
     runner_->Run(command, std::move(answer));
   };
-  const bool isReady = OpenMarket();
-  if (!isReady && options_.IsBatch()) return 1;
   if (isReady && !options_.command.address.isEmpty() && addresses_.Find(options_.command.address) == nullptr) {
     PrintError(QStringLiteral("holdwise-terminal：没有地址“%1”。").arg(options_.command.address));
     return CommandRunner::kUnknownAddressExitCode;
@@ -168,7 +169,7 @@ bool Terminal::OpenMarket() {
     market_->LoadOptionalStocks(options_.workFolder + QStringLiteral("/optional_stocks.txt"));
     quickEntry_ = std::make_unique<QuickEntry>(window_.get(), *market_);
     const HostParts parts{addresses_, window_->Area(), *quickEntry_, Messages(), theme_,
-                          log_,       clock_,          *userData_,   *market_};
+                          log_,       clock_,          userData_,    *market_};
     host_ = std::make_unique<TerminalHost>(parts, options_.workFolder);
   } catch (const std::exception& error) {
     ShowObstacle(QStringLiteral("没有可用的行情数据"), TextOf(error), DataFolderCommands(options_.dataFolder));
