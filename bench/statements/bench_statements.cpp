@@ -8,15 +8,13 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <map>
 #include <vector>
 
-#include "database/firebird_client.h"
 #include "holdwise/packet/number_text.h"
+#include "prepared_loop.h"
 #include "temp_database.h"
 
 namespace {
@@ -24,21 +22,11 @@ namespace {
 using namespace holdwise;
 using holdwise::test::TempDatabase;
 
-constexpr int kRows = 314;  // 250 days, 52 weeks, 12 months
-constexpr int kColumns = 12;
-constexpr std::array<bool, kColumns> kIsReal{false, true, false, false, true,  true,
-                                             false, true, true,  false, false, false};
-using Row = std::array<double, kColumns>;
-
-std::vector<Row> MakeRows() {
-  std::vector<Row> rows;
-  for (int i = 0; i < kRows; ++i) {
-    const int type = i < 250 ? 0 : i < 302 ? 1 : 2;
-    rows.push_back({1600000, 10 + 0.01 * i, double(type), double(i + 1), 0.0123456789 - 0.0001 * i, 0.00098765432109,
-                    double(20250000 + i), 10 + 0.01 * (i - 1), 0.0187654321, i == 249 ? 1.0 : 0.0, 20250000, 20251231});
-  }
-  return rows;
-}
+using bench::kColumns;
+using bench::kRows;
+using bench::PreparedLoop;
+using bench::Row;
+using bench::Rows;
 
 std::vector<QString> MakeStatements(const std::vector<Row>& rows) {
   std::vector<QString> statements;
@@ -55,10 +43,6 @@ std::vector<QString> MakeStatements(const std::vector<Row>& rows) {
   return statements;
 }
 
-const std::vector<Row>& Rows() {
-  static const std::vector<Row> kAll = MakeRows();
-  return kAll;
-}
 const std::vector<QString>& Statements() {
   static const std::vector<QString> kAll = MakeStatements(Rows());
   return kAll;
@@ -121,66 +105,6 @@ void QtDriver(benchmark::State& state) {
       },
       [&] { QSqlQuery(connection).exec(RemoveText()); });
 }
-
-/// The yardstick: prepared once, values copied into its message.
-class PreparedLoop {
- public:
-  PreparedLoop()
-      : attachment_(
-            firebird::Attach(database_.File(), {.create = false, .embedded = true, .user = {}, .password = {}})) {
-    firebird::Transaction transaction(status_, *attachment_, firebird::Transaction::Mode::ChangeNoWait);
-    statement_.reset(attachment_->prepare(
-        status_.Get(), &transaction.Get(), 0,
-        "insert into alg_stockstatistic (secucode,closeprice,hqtype,rowid,ggqjsyl,pjsyl,hqdate,oldcloseprice,sylbzc,"
-        "islastday,startdate,enddate) values(?,?,?,?,?,?,?,?,?,?,?,?)",
-        3, Firebird::IStatement::PREPARE_PREFETCH_METADATA));
-    format_.reset(statement_->getInputMetadata(status_.Get()));
-    message_.resize(format_->getMessageLength(status_.Get()));
-    for (unsigned i = 0; i < kColumns; ++i) {
-      offsets_[i] = format_->getOffset(status_.Get(), i);
-      const short notNull = 0;
-      std::memcpy(message_.data() + format_->getNullOffset(status_.Get(), i), &notNull, sizeof notNull);
-    }
-  }
-  ~PreparedLoop() {
-    format_.reset();
-    statement_.reset();
-    firebird::Detach(status_, attachment_);
-  }
-  PreparedLoop(const PreparedLoop&) = delete;
-  PreparedLoop& operator=(const PreparedLoop&) = delete;
-
-  void Insert() {
-    firebird::Transaction transaction(status_, *attachment_, firebird::Transaction::Mode::ChangeNoWait);
-    for (const Row& row : Rows()) {
-      for (std::size_t i = 0; i < kColumns; ++i) {
-        if (kIsReal[i]) {
-          std::memcpy(message_.data() + offsets_[i], &row[i], sizeof(double));
-        } else {
-          const int value = static_cast<int>(row[i]);
-          std::memcpy(message_.data() + offsets_[i], &value, sizeof value);
-        }
-      }
-      statement_->execute(status_.Get(), &transaction.Get(), format_.get(), message_.data(), nullptr, nullptr);
-    }
-    transaction.Commit();
-  }
-  void Remove() {
-    firebird::Transaction transaction(status_, *attachment_, firebird::Transaction::Mode::ChangeNoWait);
-    attachment_->execute(status_.Get(), &transaction.Get(), 0, "delete from alg_stockstatistic", 3, nullptr, nullptr,
-                         nullptr, nullptr);
-    transaction.Commit();
-  }
-
- private:
-  TempDatabase database_{false};
-  firebird::Status status_;
-  firebird::Handle<Firebird::IAttachment> attachment_;
-  firebird::Handle<Firebird::IStatement> statement_;
-  firebird::Handle<Firebird::IMessageMetadata> format_;
-  std::vector<unsigned char> message_;
-  std::array<unsigned, kColumns> offsets_{};
-};
 
 void Prepared(benchmark::State& state) {
   static PreparedLoop loop;

@@ -23,6 +23,11 @@ void TNameValueList::Set(QStringView name, const QString& value) {
   lines_.push_back({owned, value});
 }
 
+void TNameValueList::SetValueAt(int index, const QString& value) {
+  static_cast<void>(LineAt(index));
+  lines_[static_cast<std::size_t>(index)].value = value;
+}
+
 QString TNameValueList::ValueOf(QStringView name) const {
   const int index = IndexOfName(name);
   return index < 0 ? QString() : lines_[static_cast<std::size_t>(index)].value;

@@ -14,6 +14,7 @@ class TNameValueList {
  public:
   /// Replaces the value of an existing name in its place, or appends a line.
   void Set(QStringView name, const QString& value);
+  void SetValueAt(int index, const QString& value);
   /// Empty when the name is absent.
   [[nodiscard]] QString ValueOf(QStringView name) const;
   [[nodiscard]] bool Has(QStringView name) const { return IndexOfName(name) >= 0; }

@@ -1,5 +1,7 @@
 #include "common/recalc.h"
 
+#include "common/all_stock_data.h"
+#include "common/expect_value.h"
 #include "common/untcommon.h"
 
 namespace holdwise {
@@ -9,6 +11,8 @@ namespace holdwise {
 void ReCalc() {
   if (g_ClosePrice) g_ClosePrice->SetIsNeedUpdate(true);
   if (g_UserValue) g_UserValue->SetIsNeedUpdate(true);
+  if (g_AllStockData) g_AllStockData->SetIsNeedUpdate(true);
+  if (g_ExpectValue) g_ExpectValue->SetIsNeedUpdate(true);
 }
 
 }  // namespace holdwise

@@ -35,6 +35,10 @@ QString HoldingsOf(const QString& portfolioId) {
   return QStringLiteral("select * from alg_comdetail where MAINID =") + portfolioId;
 }
 
+QString LatestDayOf(const QString& code) {
+  return kLatestDay + QStringLiteral(" and SecuCode = ") + code;
+}
+
 QString HeldCloses(PeriodType type, const TDayRange& range) {
   return QStringLiteral("select SECUCODE, CLOSEPRICE from ALG_STOCKSTATISTIC where HqType = ") +
          QString::number(static_cast<int>(type)) +
@@ -62,6 +66,80 @@ QString SetHoldingGenerator(qint64 value) {
 
 QString SetPortfolioGenerator(qint64 value) {
   return QStringLiteral("SET GENERATOR alg_rowid_main TO ") + QString::number(value);
+}
+
+QString TextLiteral(const QString& text) {
+  return Quoted(QString(text).replace(QLatin1Char('\''), QStringLiteral("''")));
+}
+
+QString IndexCloses(int indexNumber) {
+  return QStringLiteral("select ClosePrice from ALG_STOCKSTATISTIC  where (SECUCODE=") + QString::number(indexNumber) +
+         QStringLiteral(") and (HqType = 0) order by HQDATE desc");
+}
+
+QString IndexOldCloses(int indexNumber) {
+  return QStringLiteral("select OldClosePrice from ALG_STOCKSTATISTIC  where (SECUCODE=") +
+         QString::number(indexNumber) + QStringLiteral(") and (HqType = 0) order by HQDATE desc");
+}
+
+QString FirstCalculation(const QString& today) {
+  return QStringLiteral("execute procedure INITFIRSTCALC(") + Quoted(today) + QLatin1Char(')');
+}
+
+QString CalculatePortfolio(const QString& portfolioId) {
+  return QStringLiteral("execute procedure SP_GETBETA(1,") + portfolioId + QLatin1Char(')');
+}
+
+QString InsertStatistic(const StatisticTexts& row) {
+  static const QString kBeginning = QStringLiteral(
+      "insert into alg_stockstatistic (secucode,closeprice,hqtype,rowid,ggqjsyl,pjsyl,hqdate,oldcloseprice,sylbzc,"
+      "islastday,startdate,enddate) values(");
+  QString statement;
+  statement.reserve(kBeginning.size() + 160);
+  statement += kBeginning;
+  statement += row.code;
+  for (const QString* value :
+       {&row.closePrice, &row.hqType, &row.rowId, &row.periodReturn, &row.meanReturn, &row.hqDate, &row.oldClosePrice,
+        &row.deviation, &row.isLastDay, &row.startDate, &row.endDate}) {
+    statement += QLatin1Char(',');
+    statement += *value;
+  }
+  statement += QLatin1Char(')');
+  return statement;
+}
+
+QString DeleteStatistics(const QString& code) {
+  return QStringLiteral("delete from alg_stockstatistic where secucode = ") + code;
+}
+
+QString DeleteStatisticsBetween(const QString& code, int fromDay, int toDay) {
+  return DeleteStatistics(code) + QStringLiteral(" and hqdate between ") + QString::number(fromDay) +
+         QStringLiteral(" and ") + QString::number(toDay);
+}
+
+QString DeleteStatisticsBefore(const QString& day, const QString& code) {
+  return QStringLiteral("delete from alg_stockstatistic where hqdate < ") + day + QStringLiteral(" and secucode = ") +
+         code;
+}
+
+QString DeleteSeriesBefore(const QString& day, const QString& code, const QString& hqType) {
+  return DeleteStatisticsBefore(day, code) + QStringLiteral(" and hqtype = ") + hqType;
+}
+
+QString ClearLastDay(const QString& code) {
+  return QStringLiteral("update alg_stockstatistic set islastday = 0 where secucode = ") + code;
+}
+
+QString InsertInterestRate(const QStringList& literals) {
+  return QStringLiteral(
+             "insert into alg_rmbinterestrate (ID,SOURCEID,SOURCEDB,SOURCETABLE,UPDATEID,CTIME,UPTIME,ISVAILD,REMARK,"
+             "DEPOSITTYPE,TERM,INTERESTCHANGEDATE,INTEREST,INTERESTCODE) values (") +
+         literals.join(QLatin1Char(',')) + QLatin1Char(')');
+}
+
+QString InsertEstimateValue(const QString& id, const QString& codeLiteral, const QString& price) {
+  return QStringLiteral("insert into ALG_STOCKESTIMATEVALUE (ID,SECUCODE,CTIME,PRICE) values (") + id +
+         QLatin1Char(',') + codeLiteral + QStringLiteral(",19910101,") + price + QLatin1Char(')');
 }
 
 }  // namespace holdwise::sql

@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <QStringList>
 
 #include "common/close_price.h"
 
@@ -36,6 +37,7 @@ inline const QString kPortfolioCosts =
 
 /// Statistics.
 inline const QString kLatestDay = QStringLiteral("select Max(HQDate) from alg_stockstatistic where hqtype = 0");
+[[nodiscard]] QString LatestDayOf(const QString& code);
 enum class PeriodType { Week = 1, Month = 2 };
 /// Closes of the held securities whose period ends inside the range.
 [[nodiscard]] QString HeldCloses(PeriodType type, const TDayRange& range);
@@ -52,5 +54,49 @@ struct PortfolioTexts {
 [[nodiscard]] QString RestorePortfolio(const PortfolioTexts& portfolio);
 [[nodiscard]] QString SetHoldingGenerator(qint64 value);
 [[nodiscard]] QString SetPortfolioGenerator(qint64 value);
+
+/// A text as a literal that keeps every character: single quotes are doubled. For texts of files, which must survive as
+/// they are; names that a view takes from the user are pasted without it.
+[[nodiscard]] QString TextLiteral(const QString& text);
+
+/// Index risk data and the stress test.
+inline const QString kDeviations =
+    QStringLiteral("select distinct secucode,sylbzc from alg_stockstatistic where Hqtype = 0 order by secucode");
+inline const QString kSavedHoldings = QStringLiteral(
+    "select * from alg_comdetail where MainID in (select ID from alg_commain where SAVEFLAG = 1) order by MainID");
+/// Closes of an index (1, 399001, 399300) and the closes before them, latest day first.
+[[nodiscard]] QString IndexCloses(int indexNumber);
+[[nodiscard]] QString IndexOldCloses(int indexNumber);
+
+/// Recalculation: which portfolios are unfinished, what they hold, and the procedures that finish them.
+inline const QString kCountUnfinished = QStringLiteral("select Count(ID) from alg_commain where isFinished = 0");
+inline const QString kCountUnfinishedParts = QStringLiteral("select count(ID) from alg_commain where isFinished = 0 ");
+inline const QString kUnfinishedPortfolios = QStringLiteral("select ID from alg_commain where isFinished = 0");
+inline const QString kUnfinishedCodes = QStringLiteral(
+    "select distinct secucode from alg_comdetail a,alg_commain b where a.Mainid = b.Id and b.isFinished = 0");
+inline const QString kCountUnfinishedCodes = QStringLiteral(
+    "select count(distinct secucode) from alg_comdetail a,alg_commain b where a.Mainid = b.Id and b.isFinished = 0 ");
+/// `today` is the host's current date, "YYYY-MM-DD".
+[[nodiscard]] QString FirstCalculation(const QString& today);
+[[nodiscard]] QString CalculatePortfolio(const QString& portfolioId);
+
+/// Base data. All values are texts that were checked to be plain numbers.
+struct StatisticTexts {
+  QString code, closePrice, hqType, rowId, periodReturn, meanReturn, hqDate, oldClosePrice, deviation, isLastDay;
+  QString startDate, endDate;
+};
+[[nodiscard]] QString InsertStatistic(const StatisticTexts& row);
+[[nodiscard]] QString DeleteStatistics(const QString& code);
+/// Rows of one security between two days, both included.
+[[nodiscard]] QString DeleteStatisticsBetween(const QString& code, int fromDay, int toDay);
+[[nodiscard]] QString DeleteStatisticsBefore(const QString& day, const QString& code);
+[[nodiscard]] QString DeleteSeriesBefore(const QString& day, const QString& code, const QString& hqType);
+[[nodiscard]] QString ClearLastDay(const QString& code);
+
+/// Reference tables. The values of a row are literals in the order of the columns.
+inline const QString kDeleteInterestRates = QStringLiteral("delete from alg_rmbinterestrate");
+inline const QString kDeleteEstimateValues = QStringLiteral("delete from ALG_STOCKESTIMATEVALUE");
+[[nodiscard]] QString InsertInterestRate(const QStringList& literals);
+[[nodiscard]] QString InsertEstimateValue(const QString& id, const QString& codeLiteral, const QString& price);
 
 }  // namespace holdwise::sql

@@ -1,12 +1,18 @@
 #include "mainframe/untmainfrm.h"
 
+#include <QPointer>
 #include <QScopeGuard>
 #include <QStackedLayout>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <chrono>
 
+#include "calc/untcalc2.h"
+#include "common/all_stock_data.h"
+#include "common/download_trigger.h"
 #include "common/event_guard.h"
+#include "common/exchange_files.h"
+#include "common/expect_value.h"
 #include "common/host_access.h"
 #include "common/recalc.h"
 #include "common/statements.h"
@@ -43,18 +49,25 @@ void FreeSharedObjects() {
   g_NowPrice.reset();
   g_ClosePrice.reset();
   g_UserValue.reset();
+  g_AllStockData.reset();
+  g_ExpectValue.reset();
   g_StockClosePrice.reset();
   g_Timer.reset();
-  FDBServer = nullptr;
 }
 
 }  // namespace
 
+bool IsLoadDataFromFile = false;
+
 TMainFrm::TMainFrm(QWidget* parent) : QWidget(parent) {
   BuildPanels();
   BuildTimers();
-  auto undo = qScopeGuard([] { FreeSharedObjects(); });
+  auto undo = qScopeGuard([] {
+    FreeSharedObjects();
+    FDBServer = nullptr;
+  });
   FDBServer = &ModuleHost().UserData();
+  IsLoadDataFromFile = LoadZHFile();
   tree_->BuildTree(Nodes, static_cast<int>(Nodes.size()) - 1);
   MakeSkin();
   CreateSharedObjects();
@@ -76,6 +89,8 @@ TMainFrm::~TMainFrm() {
   }
   FFrameList.clear();
   FreeSharedObjects();
+  SaveZHFile();
+  FDBServer = nullptr;
 }
 
 void TMainFrm::BuildPanels() {
@@ -135,6 +150,8 @@ void TMainFrm::CreateSharedObjects() {
   g_NowPrice = std::make_unique<TNowPrice>();
   g_ClosePrice = std::make_unique<TClosePrice>();
   g_UserValue = std::make_unique<TUserValue>();
+  g_AllStockData = std::make_unique<TAllStockData>();
+  g_ExpectValue = std::make_unique<TExpectValue>();
   g_StockClosePrice = std::make_unique<TStockClosePrice>();
   g_Timer = std::make_unique<QTimer>();
   connect(g_Timer.get(), &QTimer::timeout, this,
@@ -204,6 +221,9 @@ void TMainFrm::Timer1Timer() {
   if (Database().Count(sql::kCountPortfolios) <= 0) return;
   const QString& relevant = frameId == kPortfolioEditor ? sql::kCountUnsavedPortfolios : sql::kCountSavedPortfolios;
   if (Database().Count(relevant) == 0) return;
+  const QPointer<TMainFrm> alive(this);
+  DownData();
+  if (!alive) return;  // the host may have left the module while the dialog was open
   ReCalc();
   if (FCurFrame != nullptr) SendInit();
 }
@@ -228,7 +248,7 @@ void TMainFrm::Button1Click() {
 }
 
 bool TMainFrm::IsSettled() const {
-  if (Timer1.isActive() || !g_NowPrice->HasPrices()) return false;
+  if (Timer1.isActive() || frmCalc2 || g_AllStockData->IsDownloading() || !g_NowPrice->HasPrices()) return false;
   if (FCurFrame == nullptr) return true;
   return FCurFrame->IsSettled() && (arePricesShown_ || !IsLive(FCurFrame->Tag()));
 }

@@ -14,6 +14,9 @@ class QStackedLayout;
 
 namespace holdwise {
 
+/// Did the main frame's construction read the portfolios from the exchange files?
+extern bool IsLoadDataFromFile;
+
 /// The module's one top-level frame: navigation tree, title bar, and the view shown. It creates and frees the shared
 /// objects, keeps every view it has created, and runs the timers. One at a time; user-interface thread only. Failures
 /// inside timers and tree clicks go to the host's debug log.
@@ -39,7 +42,7 @@ class TMainFrm : public QWidget {
   [[nodiscard]] const std::vector<TViewFrame*>& FrameList() const noexcept { return FFrameList; }
   /// The view shown; null when none.
   [[nodiscard]] TViewFrame* CurFrame() const noexcept { return FCurFrame; }
-  /// No recalculation waits, prices are in, and the view shown shows them.
+  /// No recalculation waits or runs, no risk file is on its way, prices are in, and the view shown shows them.
   [[nodiscard]] bool IsSettled() const;
   /// The database has changed behind the views: recalculates, reads the shown view again and asks for prices again.
   void DataChanged();

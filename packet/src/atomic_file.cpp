@@ -67,19 +67,38 @@ class TemporaryFile {
   bool renamed_ = false;
 };
 
+/// The folder of a file, opened for the flush before anything is changed, so that afterwards only the flush itself can
+/// fail; -1 for replaceable files.
+int OpenFolder(const QString& path, bool lasting) {
+  if (!lasting) return -1;
+  const QByteArray name = QFile::encodeName(QFileInfo(path).path());
+  const int folder = ::open(name.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder < 0) ThrowWriteError(path, errno);
+  return folder;
+}
+
+void FlushFolder(const FileDescriptor& folder, const QString& path) {
+  if (folder.IsOpen() && ::fsync(folder.Get()) != 0 && errno != EINVAL) ThrowWriteError(path, errno);
+}
+
 }  // namespace
 
 void WriteFileAtomically(const QString& path, const QByteArray& bytes, Durability durability) {
   const bool lasting = durability == Durability::Lasting;
-  // Opened before anything is written, so that after the rename only the flush itself can fail.
-  const FileDescriptor folder(
-      lasting ? ::open(QFile::encodeName(QFileInfo(path).path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC) : -1);
-  if (lasting && !folder.IsOpen()) ThrowWriteError(path, errno);
+  const FileDescriptor folder(OpenFolder(path, lasting));
   TemporaryFile file(path, lasting ? 0600 : 0666);
   file.Write(bytes);
   if (lasting) file.Flush();
   file.Rename();
-  if (lasting && ::fsync(folder.Get()) != 0 && errno != EINVAL) ThrowWriteError(path, errno);
+  FlushFolder(folder, path);
+}
+
+void RenameFileAtomically(const QString& from, const QString& to, Durability durability) {
+  const FileDescriptor folder(OpenFolder(to, durability == Durability::Lasting));
+  if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0) {
+    ThrowWriteError(to, errno);
+  }
+  FlushFolder(folder, to);
 }
 
 }  // namespace holdwise

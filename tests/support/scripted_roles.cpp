@@ -144,6 +144,13 @@ bool ScriptedDownFile::Fail(const QString& remoteName, int errorCode) {
   return true;
 }
 
+bool ScriptedDownFile::ReceiveUnasked(const QString& remoteName, const QByteArray& content) {
+  if (role_ == nullptr) return false;
+  const auto event = role_->OnReciveStearm;
+  if (event) event(remoteName, TDSBAsynDownFileRole::kOk, content);
+  return true;
+}
+
 bool ScriptedDownFile::WriteAndReceive(const QString& remoteName, const QByteArray& content) {
   const QString path = LocalPath(remoteName);
   QDir().mkpath(QFileInfo(path).path());

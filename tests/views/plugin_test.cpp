@@ -151,7 +151,7 @@ TEST_F(Plugin, AFailureOnEnterIsLoggedAndNothingElse) {
   bench.host.SetUserData(bench.host.fakeUserData);  // knows no statement
   item->EnterAddress({});
   ASSERT_FALSE(bench.host.debug.Lines().empty());
-  EXPECT_TRUE(bench.host.debug.Lines().front().startsWith(
+  EXPECT_TRUE(bench.host.debug.Lines().back().startsWith(
       QStringLiteral("Holdwise.bpl->untmainfrm->EnterAddress 发生错误!错误信息:")));
   EXPECT_TRUE(bench.host.messageBoxes.calls.empty());
 }

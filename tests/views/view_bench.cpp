@@ -50,8 +50,9 @@ void ViewBench::OpenMainFrame(int width) {
 
 void ViewBench::AddPortfolio(int id, const QString& name, const std::vector<HoldingRow>& holdings, int saveFlag) {
   UserDataServices& service = database.Service();
-  service.Execute(QStringLiteral("insert into alg_commain (ID,COMNAME,ISFINISHED,EDITDATE,SAVEFLAG) values (%1,'%2',1,"
-                                 "'2024-05-2%3',%4)")
+  // Calculated today, so that no calculation dialog comes up.
+  service.Execute(QStringLiteral("insert into alg_commain (ID,COMNAME,ISFINISHED,CALCDATE,EDITDATE,SAVEFLAG) values "
+                                 "(%1,'%2',1,20240529,'2024-05-2%3',%4)")
                       .arg(id)
                       .arg(name)
                       .arg(id % 10)

@@ -70,14 +70,15 @@ begin
 
   if (latest_day is not null and weight_sum <> 0) then
   begin
-    /* The oldest bar of all has no previous close and therefore no return. */
+    /* The oldest bar of all has no previous close and therefore no return. The left join keeps the engine from walking
+       all securities' rows first, as it does while its index statistics still tell of an empty table. */
     for select max(r.market), sum(r.share) / :weight_sum from (
         select i.hqdate, i.ggqjsyl as market, cast(0 as double precision) as share from alg_stockstatistic i
           where i.secucode = :index_code and i.hqtype = 0 and i.hqdate between :first_day and :last_day
             and (i.oldcloseprice <> 0 or i.ggqjsyl <> 0)
         union all
         select s.hqdate, cast(null as double precision), d.PZBL * s.ggqjsyl from alg_comdetail d
-          join alg_stockstatistic s on s.secucode = d.SecuCode and s.hqtype = 0
+          left join alg_stockstatistic s on s.secucode = d.SecuCode and s.hqtype = 0
             and s.hqdate between :first_day and :last_day
           where d.MAINID = :portfolio) r
       group by r.hqdate having max(r.market) is not null

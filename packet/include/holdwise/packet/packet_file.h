@@ -48,4 +48,8 @@ void WritePacketFile(const QString& path, const ResultSet& resultSet, Durability
 /// Atomic write of any bytes with the same rules as WritePacketFile.
 void WriteFileAtomically(const QString& path, const QByteArray& bytes, Durability durability);
 
+/// Renames a file within its folder in one step, replacing what stands under the new name; Lasting: flushed to the
+/// folder before this returns. A failure is Error(Io); unless it is the flush that fails, both names are as they were.
+void RenameFileAtomically(const QString& from, const QString& to, Durability durability);
+
 }  // namespace holdwise

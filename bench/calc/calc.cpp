@@ -1,0 +1,316 @@
+// One base-data file through the dialog's receive routine beside a hand-written prepared loop, the decoding alone, the
+// whole dialog over a local folder, and the stress test. The database is a real embedded one.
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <map>
+
+#include "calc/untcalc2.h"
+#include "common/all_stock_data.h"
+#include "common/expect_value.h"
+#include "common/host_access.h"
+#include "common/statements.h"
+#include "common/untcommon.h"
+#include "files/down_file_role.h"
+#include "files/local_folder_source.h"
+#include "holdwise/packet/number_text.h"
+#include "holdwise/packet/packet_file.h"
+#include "prepared_loop.h"
+#include "scripted_host.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kHoldingsEach = 10;
+const QString kStockFolder = QStringLiteral("QMTL\\TZZH\\Day250\\股票\\");
+
+/// The rows of the yardstick as a base-data file.
+ResultSet BaseDataRows(const std::vector<int>& indices = {}) {
+  constexpr std::array kNames = {"secucode", "closeprice",    "hqtype", "rowid",     "ggqjsyl",   "pjsyl",
+                                 "hqdate",   "oldcloseprice", "sylbzc", "islastday", "startdate", "enddate"};
+  ResultSet table;
+  for (int column = 0; column < bench::kColumns; ++column) {
+    const auto at = static_cast<std::size_t>(column);
+    table.AddColumn(kNames[at], bench::kIsReal[at] ? ColumnType::Real : ColumnType::Integer);
+  }
+  for (const int index : indices.empty() ? std::vector<int>{1600000} : indices) {
+    for (const bench::Row& values : bench::Rows()) {
+      const int row = table.AppendRow();
+      for (int column = 0; column < bench::kColumns; ++column) {
+        const auto at = static_cast<std::size_t>(column);
+        if (bench::kIsReal[at]) {
+          table.SetReal(row, column, values[at]);
+        } else {
+          table.SetInteger(row, column, column == 0 ? index : static_cast<int>(values[at]));
+        }
+      }
+    }
+  }
+  return table;
+}
+
+/// A scripted host whose downloads come from a folder.
+class FolderHost final : public Host {
+ public:
+  FolderHost(ScriptedHost& host, const QString& folder) : host_(host), source_(folder) {}
+  AddressServices& Addresses() override { return host_.Addresses(); }
+  CodeNumServices& CodeNums() override { return host_.CodeNums(); }
+  PlugSystemInfo& System() override { return host_.System(); }
+  UserDataServices& UserData() override { return host_.UserData(); }
+  DebugServers& Debug() override { return host_.Debug(); }
+  KeyCodeServices& KeyCodes() override { return host_.KeyCodes(); }
+  TDataCenter& DataCenter() override { return host_.DataCenter(); }
+  ColorThemeServices& ColorTheme() override { return host_.ColorTheme(); }
+  MessageBoxService& MessageBoxes() override { return host_.MessageBoxes(); }
+  ClockService& Clock() override { return host_.Clock(); }
+  QString SysWorkDataPath() const override { return host_.SysWorkDataPath(); }
+  std::unique_ptr<TDSBAsynDataDownRole> MakeDataDownRole() override { return host_.MakeDataDownRole(); }
+  std::unique_ptr<TDSBAsynDownFileRole> MakeDownFileRole() override {
+    return std::make_unique<DownFileRole>(source_, SysWorkDataPath());
+  }
+  std::unique_ptr<TFrmQMTitle> MakeTitleFrame() override { return host_.MakeTitleFrame(); }
+
+ private:
+  ScriptedHost& host_;
+  LocalFolderSource source_;
+};
+
+/// A module on a database with saved, unfinished portfolios of ten holdings each.
+class Module {
+ public:
+  Module(int portfolios, int securities) {
+    host.SetUserData(database.Service());
+    SetModuleHost(&host);
+    FDBServer = &database.Service();
+    TransactionScope transaction(database.Service());
+    int holding = 0;
+    for (int id = 1; id <= portfolios; ++id) {
+      Run(QStringLiteral("insert into alg_commain (ID,COMNAME,ISFINISHED,SAVEFLAG)values(%1,'p%1',0,1)").arg(id));
+      for (int position = 0; position < kHoldingsEach; ++position, ++holding) {
+        Run(QStringLiteral(
+                "insert into alg_comdetail (ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE) values (%1,%2,%3,%4,0.1,9.5)")
+                .arg(holding + 1)
+                .arg(id)
+                .arg(1600000 + holding % securities)
+                .arg(100 + position));
+      }
+    }
+    for (int index = 0; index < securities; ++index) {
+      host.codeNums.Add({SixDigits(600000 + index), {}, {}, 1, NowData{10.5, 10.25}, false});
+    }
+    transaction.Commit();
+  }
+  ~Module() {
+    g_ExpectValue.reset();
+    g_AllStockData.reset();
+    g_UserValue.reset();
+    FDBServer = nullptr;
+    SetModuleHost(nullptr);
+  }
+  Module(const Module&) = delete;
+  Module& operator=(const Module&) = delete;
+  void Run(const QString& statement) { database.Service().Execute(statement); }
+
+  test::TempDatabase database;
+  ScriptedHost host;
+};
+
+template <typename Work, typename Undo>
+void Measure(benchmark::State& state, Work work, Undo undo) {
+  for ([[maybe_unused]] auto turn : state) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+    state.SetIterationTime(elapsed.count());
+    undo();
+  }
+  state.SetItemsProcessed(state.iterations() * bench::kRows);
+}
+
+void Receive(benchmark::State& state) {
+  Module module(1, kHoldingsEach);
+  const QByteArray file = EncodePacket(BaseDataRows());
+  std::unique_ptr<TfrmCalc2> dialog;
+  const auto renew = [&] {
+    module.Run(QStringLiteral("delete from alg_stockstatistic"));
+    dialog.reset();
+    dialog = std::make_unique<TfrmCalc2>();
+    dialog->show();
+    QCoreApplication::processEvents();
+  };
+  renew();
+  Measure(
+      state, [&] { dialog->BasicDataRecv(kStockFolder + QStringLiteral("600000.dat"), 0, file, 1); }, renew);
+  if (!module.host.debug.Lines().empty()) state.SkipWithError("the file was refused");
+}
+
+void Prepared(benchmark::State& state) {
+  bench::PreparedLoop loop;
+  Measure(
+      state, [&] { loop.Insert(); }, [&] { loop.Remove(); });
+}
+
+void Decode(benchmark::State& state) {
+  const QByteArray file = EncodePacket(BaseDataRows());
+  Measure(
+      state, [&] { benchmark::DoNotOptimize(DecodePacket(file).RowCount()); }, [] {});
+}
+
+/// The longest time between two repaints of the progress bar.
+class PaintWatch final : public QObject {
+ public:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() != QEvent::Paint) return false;
+    if (timer_.isValid()) longest_ = std::max(longest_, timer_.nsecsElapsed());
+    timer_.start();
+    return false;
+  }
+  [[nodiscard]] double LongestMilliseconds() const { return static_cast<double>(longest_) / 1e6; }
+
+ private:
+  QElapsedTimer timer_;
+  qint64 longest_ = 0;
+};
+
+void WriteFolder(const QDir& folder, int securities) {
+  folder.mkpath(QStringLiteral("QMTL/TZZH/Day250/股票"));
+  folder.mkpath(QStringLiteral("QMTL/TZZH/Day250/指数"));
+  const QByteArray stock = EncodePacket(BaseDataRows());
+  const auto write = [&](const QString& name, const QByteArray& bytes) {
+    WriteFileAtomically(folder.filePath(name), bytes, Durability::Replaceable);
+  };
+  for (int index = 0; index < securities; ++index) {
+    write(QStringLiteral("QMTL/TZZH/Day250/股票/%1.dat").arg(SixDigits(600000 + index)), stock);
+  }
+  ResultSet indices = BaseDataRows({1, 399001, 399300});
+  write(QStringLiteral("QMTL/TZZH/Day250/指数/allzs.dat"), EncodePacket(indices));
+  write(QStringLiteral("QMTL/TZZH/InterestRate.Dat"), EncodePacket(ResultSet()));
+  ResultSet estimates;
+  estimates.AddColumn("SECUCODE", ColumnType::Text);
+  estimates.AddColumn("ID", ColumnType::Integer);
+  estimates.AddColumn("PRICE", ColumnType::Real);
+  for (int row = 0; row < 5500; ++row) {
+    estimates.AppendRow();
+    estimates.SetText(row, 0, SixDigits(600000 + row));
+    estimates.SetInteger(row, 1, row);
+    estimates.SetReal(row, 2, 0.01 * row);
+  }
+  write(QStringLiteral("QMTL/TZZH/GZ.dat"), EncodePacket(estimates));
+}
+
+/// The second round replaces the rows of the first.
+void WholeDialog(benchmark::State& state) {
+  const int securities = static_cast<int>(state.range(1));
+  Module module(static_cast<int>(state.range(0)), securities);
+  const QTemporaryDir folder;
+  WriteFolder(QDir(folder.path()), securities);
+  FolderHost host(module.host, folder.path());
+  SetModuleHost(&host);
+  double longest = 0;
+  for ([[maybe_unused]] auto turn : state) {
+    PaintWatch watch;
+    TfrmCalc2 dialog;
+    dialog.findChild<QProgressBar*>()->installEventFilter(&watch);
+    dialog.ShowModal();
+    longest = std::max(longest, watch.LongestMilliseconds());
+    state.PauseTiming();
+    if (module.database.Service().Count(QStringLiteral("select count(*) from alg_commain where ISFINISHED = 0")) != 0 ||
+        !module.host.debug.Lines().empty()) {
+      state.SkipWithError("the calculation did not finish");
+    }
+    module.Run(QStringLiteral("update alg_commain set ISFINISHED = 0"));
+    state.ResumeTiming();
+  }
+  state.counters["longest_ms_between_repaints"] = longest;
+}
+
+void StressTest(benchmark::State& state) {
+  const int portfolios = static_cast<int>(state.range(0));
+  constexpr int kSecurities = 5500;
+  Module module(portfolios, kSecurities);
+  g_UserValue = std::make_unique<TUserValue>();
+  g_AllStockData = std::make_unique<TAllStockData>();
+  g_ExpectValue = std::make_unique<TExpectValue>();
+  ResultSet risk;
+  risk.AddColumn("code", ColumnType::Text);
+  for (const char* name : {"beta", "alpha", "treynor", "sharp"}) risk.AddColumn(name, ColumnType::Real);
+  for (int row = 0; row < kSecurities; ++row) {
+    risk.AppendRow();
+    risk.SetText(row, 0, SixDigits(600000 + row));
+    for (int column = 1; column < 5; ++column) risk.SetReal(row, column, 0.5 + 0.000123456789 * row);
+  }
+  g_AllStockData->Set_SHZS();
+  module.host.DownFile(QStringLiteral("FInfoAsynDownFileRole"))
+      ->WriteAndReceive(QStringLiteral("QMTL\\TZZH\\风险计量\\SH.dat"), EncodePacket(risk));
+  double move = 0.2;
+  for ([[maybe_unused]] auto turn : state) g_ExpectValue->SetExpectAdd(move = -move);
+  if (g_ExpectValue->GetGroupValueStringList()->Count() != portfolios) state.SkipWithError("portfolios are missing");
+}
+
+/// The query inside the stress test.
+void SavedHoldings(benchmark::State& state) {
+  Module module(static_cast<int>(state.range(0)), 5500);
+  for ([[maybe_unused]] auto turn : state) benchmark::DoNotOptimize(Database().Query(sql::kSavedHoldings).RowCount());
+}
+
+/// The usual console output, and how the ways compare at the end.
+class RatioReporter final : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    ConsoleReporter::ReportRuns(runs);
+    for (const Run& run : runs) {
+      if (run.run_type == Run::RT_Iteration) times_[run.run_name.function_name].push_back(run.GetAdjustedRealTime());
+    }
+  }
+  void Finalize() override {
+    if (!times_.contains("receive")) return;
+    std::printf("\n%-28s %6.2f   (goal: at least 0.6)\n", "receive / prepared", Median("prepared") / Median("receive"));
+    std::printf("%-28s %6.3f   (goal: at most 0.05)\n", "decode / receive", Median("decode") / Median("receive"));
+  }
+
+ private:
+  double Median(const std::string& name) {
+    auto& times = times_[name];
+    std::sort(times.begin(), times.end());
+    return times.empty() ? 0 : times[times.size() / 2];
+  }
+  std::map<std::string, std::vector<double>> times_;
+};
+
+}  // namespace
+}  // namespace holdwise
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  holdwise::PrepareFirebirdProcess(holdwise::test::TempDatabase::LockFolder());
+  constexpr int kRounds = 9;
+  for (const auto& [name, function] :
+       {std::pair{"receive", &holdwise::Receive}, std::pair{"prepared", &holdwise::Prepared},
+        std::pair{"decode", &holdwise::Decode}}) {
+    benchmark::RegisterBenchmark(name, function)->UseManualTime()->Repetitions(kRounds)->Unit(benchmark::kMillisecond);
+  }
+  benchmark::RegisterBenchmark("dialog", &holdwise::WholeDialog)
+      ->Args({100, 500})
+      ->Iterations(2)
+      ->UseRealTime()
+      ->Unit(benchmark::kMillisecond);
+  benchmark::RegisterBenchmark("stress test", &holdwise::StressTest)
+      ->Arg(100)
+      ->Arg(1000)
+      ->Unit(benchmark::kMillisecond);
+  benchmark::RegisterBenchmark("saved holdings", &holdwise::SavedHoldings)->Arg(1000)->Unit(benchmark::kMillisecond);
+  std::vector<char*> arguments(argv, argv + argc);
+  std::string interleave = "--benchmark_enable_random_interleaving=true";
+  arguments.insert(arguments.begin() + 1, interleave.data());
+  int count = static_cast<int>(arguments.size());
+  arguments.push_back(nullptr);
+  benchmark::Initialize(&count, arguments.data());
+  holdwise::RatioReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+}

@@ -1,0 +1,159 @@
+#include "calc/base_data_ingestion.h"
+
+#include <array>
+#include <cmath>
+
+#include "common/statements.h"
+#include "holdwise/packet/number_text.h"
+
+namespace holdwise::calc {
+namespace {
+
+const std::array<QString, 3> kIndexCodes = {QStringLiteral("1"), QStringLiteral("399001"), QStringLiteral("399300")};
+const QString kEmptyWhole = QStringLiteral("0");
+const QString kEmptyAmount = QStringLiteral("0.00");
+
+/// The fields of a file's rows as texts that may stand in a statement.
+class StatisticRows {
+ public:
+  StatisticRows(const ResultSet& rows, bool hasCode)
+      : rows_(rows),
+        code_(hasCode ? rows.Column("SecuCode") : -1),
+        closePrice_(rows.Column("closeprice")),
+        hqType_(rows.Column("hqtype")),
+        rowId_(rows.Column("rowid")),
+        periodReturn_(rows.Column("ggqjsyl")),
+        meanReturn_(rows.Column("pjsyl")),
+        hqDate_(rows.Column("hqdate")),
+        oldClosePrice_(rows.Column("oldcloseprice")),
+        deviation_(rows.Column("sylbzc")),
+        isLastDay_(rows.Column("islastday")),
+        startDate_(rows.Column("startdate")),
+        endDate_(rows.Column("enddate")) {}
+
+  [[nodiscard]] QString Code(int row) const { return Checked(row, code_); }
+  /// As they stand in the file: for conditions, where no default applies.
+  [[nodiscard]] QString HqType(int row) const { return Checked(row, hqType_); }
+  [[nodiscard]] QString HqDate(int row) const { return Checked(row, hqDate_); }
+  [[nodiscard]] bool IsLastDay(int row) const { return rows_.TextAt(row, isLastDay_) == QLatin1String("1"); }
+
+  [[nodiscard]] sql::StatisticTexts Texts(int row, const QString& code) const {
+    return {code,
+            Defaulted(row, closePrice_, kEmptyAmount),
+            Defaulted(row, hqType_, kEmptyWhole),
+            Defaulted(row, rowId_, kEmptyWhole),
+            Defaulted(row, periodReturn_, kEmptyAmount),
+            Defaulted(row, meanReturn_, kEmptyAmount),
+            Defaulted(row, hqDate_, kEmptyWhole),
+            Defaulted(row, oldClosePrice_, kEmptyAmount),
+            Defaulted(row, deviation_, kEmptyAmount),
+            Defaulted(row, isLastDay_, kEmptyWhole),
+            Defaulted(row, startDate_, kEmptyWhole),
+            Defaulted(row, endDate_, kEmptyWhole)};
+  }
+
+ private:
+  [[nodiscard]] QString Defaulted(int row, int column, const QString& ifEmpty) const {
+    const QString text = TextOf(row, column);
+    return text.isEmpty() ? ifEmpty : text;
+  }
+  [[nodiscard]] QString Checked(int row, int column) const {
+    QString text = TextOf(row, column);
+    if (text.isEmpty()) Refuse(row, column, text);
+    return text;
+  }
+  /// Empty or a plain number.
+  [[nodiscard]] QString TextOf(int row, int column) const {
+    if (rows_.IsNull(row, column)) return {};
+    const ColumnType type = rows_.TypeOf(column);
+    if (type == ColumnType::Real && !std::isfinite(rows_.RealAt(row, column))) {
+      Refuse(row, column, QStringLiteral("NaN/Inf"));
+    }
+    QString text = rows_.TextAt(row, column);
+    const bool isNumber = type == ColumnType::Integer || type == ColumnType::Real || text.isEmpty() || ParseReal(text);
+    if (!isNumber) Refuse(row, column, text);
+    return text;
+  }
+  [[noreturn]] void Refuse(int row, int column, const QString& text) const {
+    throw Error(ErrorCategory::Refused, QStringLiteral("第%1行的%2不是数：“%3”")
+                                            .arg(row + 1)
+                                            .arg(QString::fromStdString(rows_.ColumnName(column)), text)
+                                            .toStdString());
+  }
+
+  const ResultSet& rows_;
+  int code_, closePrice_, hqType_, rowId_, periodReturn_, meanReturn_, hqDate_, oldClosePrice_, deviation_, isLastDay_;
+  int startDate_, endDate_;
+};
+
+void Run(DatabaseStatements& database, const QString& statement) {
+  if (database.Execute(statement) == 1) return;
+  throw Error(ErrorCategory::Database, QStringLiteral("数据库没有执行语句：%1").arg(statement).toStdString());
+}
+
+void RemoveOldRows(DatabaseStatements& database, const BaseDataFamily& family, const QString& code,
+                   const ForwardDate& forwardDate) {
+  constexpr int kOldestDaysBack = 20;
+  constexpr int kLatestDaysBack = 2;
+  if (family.is250) {
+    Run(database, sql::DeleteStatistics(code));
+    if (!family.isIndex) return;
+    Run(database, sql::DeleteStatistics(kIndexCodes[1]));
+    Run(database, sql::DeleteStatistics(kIndexCodes[2]));
+  } else if (family.is20) {
+    Run(database, sql::DeleteStatisticsBetween(code, forwardDate(kOldestDaysBack), forwardDate(kLatestDaysBack)));
+  }
+}
+
+void ClearLastDays(DatabaseStatements& database, const BaseDataFamily& family, const QString& code) {
+  if (!family.isIndex) {
+    Run(database, sql::ClearLastDay(code));
+    return;
+  }
+  for (const QString& index : kIndexCodes) Run(database, sql::ClearLastDay(index));
+}
+
+void AddRows(DatabaseStatements& database, const ResultSet& rows, const BaseDataFamily& family,
+             const QString& fileCode) {
+  if (rows.IsEmpty()) return;
+  const StatisticRows fields(rows, family.isIndex);
+  QString lastType;
+  QString lastCode;
+  for (int row = 0; row < rows.RowCount(); ++row) {
+    const QString code = family.isIndex ? fields.Code(row) : fileCode;
+    if (family.isToday && fields.IsLastDay(row)) {
+      Run(database, sql::DeleteStatisticsBefore(fields.HqDate(row), code));
+    }
+    const sql::StatisticTexts texts = fields.Texts(row, code);
+    Run(database, sql::InsertStatistic(texts));
+    const QString type = fields.HqType(row);
+    if (type == lastType && code == lastCode) continue;
+    // After the insert: a first row dated before the file's own start goes with the old ones.
+    Run(database, sql::DeleteSeriesBefore(texts.startDate, code, type));
+    lastType = type;
+    lastCode = code;
+  }
+}
+
+}  // namespace
+
+BaseDataFamily ClassifyBaseData(const QString& remoteName) {
+  BaseDataFamily family;
+  family.is250 = remoteName.contains(QStringLiteral("QMTL\\TZZH\\Day250"));
+  family.is20 = remoteName.contains(QStringLiteral("QMTL\\TZZH\\Day20"));
+  family.isIndex = remoteName.contains(QStringLiteral("指数\\allzs.dat"));
+  family.isToday = remoteName.contains(QStringLiteral("QMTL\\TZZH\\today\\股票"));
+  return family;
+}
+
+void IngestBaseData(DatabaseStatements& database, const ResultSet& rows, const BaseDataFamily& family,
+                    const QString& code, const ForwardDate& forwardDate) {
+  if (!ParseInteger(code)) throw Error(ErrorCategory::Refused, "not a security code: " + code.toStdString());
+  TransactionScope transaction(database);
+  RemoveOldRows(database, family, code, forwardDate);
+  ClearLastDays(database, family, code);
+  AddRows(database, rows, family, code);
+  transaction.Commit();
+}
+
+}  // namespace holdwise::calc

@@ -1,0 +1,32 @@
+#pragma once
+#include <QString>
+#include <functional>
+
+#include "holdwise/sdk/database.h"
+
+namespace holdwise::calc {
+
+/// How a base-data file is treated. Its remote name decides.
+struct BaseDataFamily {
+  bool is250 = false;    ///< replaces all rows of its securities
+  bool is20 = false;     ///< replaces the rows of 20 to 2 trading days back
+  bool isIndex = false;  ///< holds the three indices; each row names its own
+  bool isToday = false;  ///< adds to what is stored
+};
+[[nodiscard]] BaseDataFamily ClassifyBaseData(const QString& remoteName);
+
+/// The trading date that many trading days back, YYYYMMDD.
+using ForwardDate = std::function<int(int)>;
+
+/// Writes the rows of one base-data file into the statistics, in one transaction: old rows removed as the family wants,
+/// last-day marks cleared, the file's rows added, and each series (rows with the same code and, as text, the same
+/// hqtype, standing together) trimmed to the file's start date. `code`: the file's security; the index file's rows name
+/// their own. Rows of the index file that name another security than the three are added like theirs.
+/// Fields that are empty have the defaults 0 and 0.00. A field that is missing, that is no plain number, or that is
+/// empty where it goes into a condition (hqtype; hqdate of a last day in the today family): an Error naming it.
+/// Whatever throws, the database is as it was before. No rows: removals and last-day marks happen all the same;
+/// intended.
+void IngestBaseData(DatabaseStatements& database, const ResultSet& rows, const BaseDataFamily& family,
+                    const QString& code, const ForwardDate& forwardDate);
+
+}  // namespace holdwise::calc

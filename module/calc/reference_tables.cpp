@@ -1,0 +1,125 @@
+#include "calc/reference_tables.h"
+
+#include <QSet>
+#include <QStringList>
+#include <array>
+#include <cmath>
+
+#include "common/statements.h"
+#include "holdwise/packet/number_text.h"
+
+namespace holdwise::calc {
+namespace {
+
+constexpr int kRowsAStep = 100;
+const QString kNull = QStringLiteral("null");
+
+enum class Access { Integer, Text, DateTime, Real };
+
+struct Field {
+  const char* name;
+  Access access;
+};
+
+/// In the order of the insert.
+constexpr std::array<Field, 14> kInterestFields = {{{"ID", Access::Integer},
+                                                    {"SOURCEID", Access::Integer},
+                                                    {"SOURCEDB", Access::Text},
+                                                    {"SOURCETABLE", Access::Text},
+                                                    {"UPDATEID", Access::Integer},
+                                                    {"CTIME", Access::DateTime},
+                                                    {"UPTIME", Access::DateTime},
+                                                    {"ISVAILD", Access::Text},
+                                                    {"REMARK", Access::Text},
+                                                    {"DEPOSITTYPE", Access::Text},
+                                                    {"TERM", Access::Text},
+                                                    {"INTERESTCHANGEDATE", Access::DateTime},
+                                                    {"INTEREST", Access::Real},
+                                                    {"INTERESTCODE", Access::Text}}};
+
+[[noreturn]] void Refuse(const ResultSet& rows, int row, int column) {
+  throw Error(ErrorCategory::Refused,
+              QStringLiteral("第%1行的%2不是有效的值：“%3”")
+                  .arg(row + 1)
+                  .arg(QString::fromStdString(rows.ColumnName(column)),
+                       rows.TypeOf(column) == ColumnType::Real ? QStringLiteral("NaN/Inf") : rows.TextAt(row, column))
+                  .toStdString());
+}
+
+/// The number of a cell as it may stand in a statement.
+QString NumberLiteral(const ResultSet& rows, int row, int column) {
+  const ColumnType type = rows.TypeOf(column);
+  if (type == ColumnType::DateTime) Refuse(rows, row, column);
+  if (type == ColumnType::Real && !std::isfinite(rows.RealAt(row, column))) Refuse(rows, row, column);
+  QString text = rows.TextAt(row, column);
+  if (!ParseReal(text)) Refuse(rows, row, column);
+  return text;
+}
+
+QString LiteralOf(const ResultSet& rows, int row, int column, Access access) {
+  if (rows.IsNull(row, column)) return kNull;
+  switch (access) {
+    case Access::Integer:
+      return QString::number(rows.IntegerAt(row, column));
+    case Access::Real:
+      return NumberLiteral(rows, row, column);
+    case Access::DateTime:
+      if (rows.TypeOf(column) != ColumnType::DateTime) Refuse(rows, row, column);
+      return sql::TextLiteral(rows.TextAt(row, column));
+    case Access::Text:
+      break;
+  }
+  return sql::TextLiteral(rows.TextAt(row, column));
+}
+
+void Run(DatabaseStatements& database, const QString& statement) {
+  if (database.Execute(statement) == 1) return;
+  throw Error(ErrorCategory::Database, QStringLiteral("数据库没有执行语句：%1").arg(statement).toStdString());
+}
+
+void MaybeStep(int row, const Step& step) {
+  if (step && row % kRowsAStep == kRowsAStep - 1) step();
+}
+
+}  // namespace
+
+void ReplaceInterestRates(DatabaseStatements& database, const ResultSet& file, const Step& step) {
+  if (file.IsEmpty()) return;
+  std::array<int, kInterestFields.size()> columns = {};
+  for (std::size_t i = 0; i < columns.size(); ++i) columns[i] = file.Column(kInterestFields[i].name);
+  TransactionScope transaction(database);
+  Run(database, sql::kDeleteInterestRates);
+  for (int row = 0; row < file.RowCount(); ++row) {
+    QStringList literals;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      literals.push_back(LiteralOf(file, row, columns[i], kInterestFields[i].access));
+    }
+    Run(database, sql::InsertInterestRate(literals));
+    MaybeStep(row, step);
+  }
+  transaction.Commit();
+}
+
+void ReplaceEstimateValues(DatabaseStatements& database, const ResultSet& file, const Step& step) {
+  if (file.IsEmpty()) return;
+  const int codeColumn = file.Column("SECUCODE");
+  const int idColumn = file.Column("ID");
+  const int priceColumn = file.Column("PRICE");
+  TransactionScope transaction(database);
+  Run(database, sql::kDeleteEstimateValues);
+  QSet<QString> stored;
+  for (int row = 0; row < file.RowCount(); ++row) {
+    const QString code = file.TextAt(row, codeColumn);
+    if (stored.contains(code)) continue;
+    stored.insert(code);
+    const bool hasNoPrice = file.IsNull(row, priceColumn) ||
+                            (file.TypeOf(priceColumn) == ColumnType::Text && file.TextAt(row, priceColumn).isEmpty());
+    const QString price = hasNoPrice ? QStringLiteral("0") : NumberLiteral(file, row, priceColumn);
+    Run(database,
+        sql::InsertEstimateValue(LiteralOf(file, row, idColumn, Access::Integer), sql::TextLiteral(code), price));
+    MaybeStep(row, step);
+  }
+  transaction.Commit();
+}
+
+}  // namespace holdwise::calc

@@ -1,0 +1,19 @@
+#pragma once
+#include <QStringList>
+#include <cstdint>
+
+#include "holdwise/sdk/database.h"
+
+/// What of the local database the calculation has to do, and its last step. What a failing statement throws reaches the
+/// caller.
+namespace holdwise::calc {
+
+/// Codes of the securities held in unfinished portfolios, in the database's order, and, last, "1" for the indices.
+[[nodiscard]] QStringList ReadUnfinishedCodes(DatabaseStatements& database);
+/// Unfinished portfolios plus distinct securities held in them.
+[[nodiscard]] std::int64_t CountUnfinishedParts(DatabaseStatements& database);
+[[nodiscard]] QStringList ReadUnfinishedPortfolios(DatabaseStatements& database);
+/// Runs the procedure that fills the portfolio's figures and clears its unfinished mark.
+void CalculatePortfolio(DatabaseStatements& database, const QString& portfolioId);
+
+}  // namespace holdwise::calc

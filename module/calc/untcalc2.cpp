@@ -1,0 +1,315 @@
+#include "calc/untcalc2.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFrame>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QShowEvent>
+#include <QWindow>
+
+#include "calc/base_data_ingestion.h"
+#include "calc/calculation_helpers.h"
+#include "calc/unfinished_work.h"
+#include "common/debug_log.h"
+#include "common/host_access.h"
+#include "common/theme_colors.h"
+#include "common/untcommon.h"
+#include "holdwise/packet/packet_file.h"
+
+namespace holdwise {
+namespace {
+
+using calc::Reference;
+
+const QString kUnit = QStringLiteral("Untcalc2");
+
+/// What a receive routine's last argument says.
+constexpr int kFromFile = 0;
+constexpr int kFromStream = 1;
+
+void LogFileFailure(const QString& routine, const QString& fileName, const std::exception& error) {
+  LogFailure(kUnit, routine, fileName + QStringLiteral("：") + QString::fromUtf8(error.what()));
+}
+
+int ForwardDateOfHost(int tradingDays) {
+  return calc::GetForwardDate(ModuleHost().DataCenter().TradingDates(), ModuleHost().CodeNums().CurrentDate(),
+                              tradingDays);
+}
+
+std::unique_ptr<TDSBAsynDownFileRole> MakeDownload(const QString& componentName) {
+  TDSBAsynDownFileRole::Settings settings;
+  settings.componentName = componentName;
+  settings.downFailTips = false;
+  settings.downWaitTips = false;
+  settings.downWaitStartTime = 500;
+  settings.downWaitTimeOut = 20000;
+  settings.isCompress = true;
+  settings.isStream = true;
+  settings.defaultPath = QStringLiteral("\\\\");
+  auto role = ModuleHost().MakeDownFileRole();
+  role->Configure(settings);
+  return role;
+}
+
+QPalette ThemePalette() {
+  const IColorSet2& colors = ModuleHost().ColorTheme().Colors();
+  QPalette palette;
+  palette.setColor(QPalette::Window, colors.ColorOf(theme::kBackground));
+  palette.setColor(QPalette::Base, colors.ColorOf(theme::kHighLight2));
+  palette.setColor(QPalette::Text, colors.ColorOf(theme::kUnselectedText));
+  palette.setColor(QPalette::Highlight, colors.ColorOf(theme::kRowSelect));
+  palette.setColor(QPalette::HighlightedText, colors.ColorOf(theme::kSelectedText));
+  return palette;
+}
+
+}  // namespace
+
+std::unique_ptr<TfrmCalc2> frmCalc2;
+
+TfrmCalc2::TfrmCalc2() {
+  BuildForm();
+  BuildDownloads();
+}
+
+void TfrmCalc2::BuildForm() {
+  setWindowTitle(QStringLiteral("投资组合"));
+  setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+  setFixedSize(341, 73);
+  setPalette(ThemePalette());
+  setFont(QFont(QStringLiteral("Tahoma"), 8));
+  auto* pnlBackGroup = new QFrame(this);
+  pnlBackGroup->setFrameShape(QFrame::NoFrame);
+  pnlBackGroup->setGeometry(rect());
+  lbl1 = new QLabel(QStringLiteral("正在进行计算,请稍候....."), pnlBackGroup);
+  lbl1->move(96, 13);
+  lbl1->adjustSize();
+  rzprgrsbr1 = new QProgressBar(pnlBackGroup);
+  rzprgrsbr1->setGeometry(16, 35, 310, 21);
+  rzprgrsbr1->setAlignment(Qt::AlignCenter);
+  tmrCalc.setInterval(1);
+  connect(&tmrCalc, &QTimer::timeout, this, &TfrmCalc2::tmrCalcTimer);
+}
+
+void TfrmCalc2::BuildDownloads() {
+  DownBasicData = MakeDownload(QStringLiteral("DownBasicData"));
+  infsyndwnflrlDown = MakeDownload(QStringLiteral("infsyndwnflrlDown"));
+  infsyndwnflrl = MakeDownload(QStringLiteral("infsyndwnflrl"));
+
+  const auto connectDownload = [this](TDSBAsynDownFileRole& role, auto take, auto file, auto stream, auto fail) {
+    const QString routine = &role == DownBasicData.get()       ? QStringLiteral("BasicDataRecv")
+                            : &role == infsyndwnflrlDown.get() ? QStringLiteral("DownRecv2")
+                                                               : QStringLiteral("flrlRecv1");
+    role.OnReciveAFile = [=, this](const QString& name, int code) {
+      if (take(name)) Handle(routine, name, [&] { (this->*file)(name, code); });
+    };
+    role.OnReciveStearm = [=, this](const QString& name, int code, const QByteArray& content) {
+      if (take(name)) Handle(routine, name, [&] { (this->*stream)(name, code, content); });
+    };
+    role.OnReciveAFileFail = [=, this](const QString& name, int code) {
+      if (take(name)) Handle(routine, name, [&] { (this->*fail)(name, code); });
+    };
+  };
+  connectDownload(
+      *DownBasicData, [this](const QString& name) { return driver_.TakeBaseEvent(name); },
+      &TfrmCalc2::DownBasicDataReciveAFile, &TfrmCalc2::DownBasicDataReciveStearm,
+      &TfrmCalc2::DownBasicDataReciveAFileFail);
+  connectDownload(
+      *infsyndwnflrlDown, [this](const QString&) { return driver_.TakeReferenceEvent(Reference::InterestRate); },
+      &TfrmCalc2::infsyndwnflrlDownReciveAFile, &TfrmCalc2::infsyndwnflrlDownReciveStearm,
+      &TfrmCalc2::infsyndwnflrlDownReciveAFileFail);
+  connectDownload(
+      *infsyndwnflrl, [this](const QString&) { return driver_.TakeReferenceEvent(Reference::EstimateValue); },
+      &TfrmCalc2::infsyndwnflrlReciveAFile, &TfrmCalc2::infsyndwnflrlReciveStearm,
+      &TfrmCalc2::infsyndwnflrlReciveAFileFail);
+}
+
+void TfrmCalc2::ShowModal() {
+  exec();
+  if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
+}
+
+void TfrmCalc2::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  if (event->spontaneous()) return;
+  // The dialog has no owner; without this it might open behind the terminal's window.
+  if (windowHandle() != nullptr) windowHandle()->setTransientParent(QGuiApplication::focusWindow());
+  // Not at once: closing a dialog that is just being shown would leave exec() waiting for ever.
+  QMetaObject::invokeMethod(this, &TfrmCalc2::FormShow, Qt::QueuedConnection);
+}
+
+void TfrmCalc2::done(int result) {
+  driver_.Close();
+  tmrCalc.stop();
+  QDialog::done(result);
+}
+
+void TfrmCalc2::FormShow() {
+  if (driver_.IsClosed()) return;
+  Decisive([this] {
+    GetAllSecuCodeAry();
+    driver_.Start(codes_, GetProcessBarLen());
+    rzprgrsbr1->setRange(0, driver_.TotalParts());
+    ShowProgress();
+    QPalette palette = lbl1->palette();
+    palette.setColor(QPalette::WindowText, ModuleHost().ColorTheme().Colors().ColorOf(theme::kTitleFont));
+    lbl1->setPalette(palette);
+    GetBasicData();
+    if (!driver_.IsClosed()) DownRMBINTERESTRATE();
+  });
+}
+
+void TfrmCalc2::GetAllSecuCodeAry() {
+  codes_ = calc::ReadUnfinishedCodes(Database());
+}
+
+std::int64_t TfrmCalc2::GetProcessBarLen() const {
+  return calc::CountUnfinishedParts(Database());
+}
+
+void TfrmCalc2::GetBasicData() {
+  if (!driver_.HasCodes()) {
+    tmrCalc.stop();
+    reject();
+    return;
+  }
+  if (const auto remoteName = driver_.NextBaseFile()) {
+    DownBasicData->Request(*remoteName);
+  } else {
+    tmrCalcTimer();
+  }
+}
+
+void TfrmCalc2::DownRMBINTERESTRATE() {
+  driver_.ExpectReference(Reference::InterestRate);
+  driver_.ExpectReference(Reference::EstimateValue);
+  infsyndwnflrlDown->Request(RemoteNameOf(Reference::InterestRate));
+  infsyndwnflrl->Request(RemoteNameOf(Reference::EstimateValue));
+}
+
+void TfrmCalc2::tmrCalcTimer() {
+  tmrCalc.stop();
+  if (!driver_.BeginCalculation()) return;
+  Decisive([this] {
+    for (const QString& id : calc::ReadUnfinishedPortfolios(Database())) {
+      calc::CalculatePortfolio(Database(), id);
+      driver_.PortfolioHandled();
+      ShowProgress();
+      QCoreApplication::processEvents();
+      if (driver_.IsClosed()) return;
+    }
+    accept();
+  });
+}
+
+void TfrmCalc2::BasicDataRecv(const QString& fileName, int /*errorCode*/, const QByteArray& stream, int mode) {
+  QCoreApplication::processEvents();
+  if (driver_.IsClosed()) return;
+  std::exception_ptr unreadable;
+  try {
+    IngestBasicData(fileName,
+                    mode == kFromStream ? DecodePacket(stream) : ReadPacketFile(DownBasicData->LocalPath(fileName)));
+  } catch (...) {
+    unreadable = std::current_exception();
+  }
+  driver_.BaseFileHandled();
+  ShowProgress();
+  GetBasicData();
+  if (unreadable) std::rethrow_exception(unreadable);
+}
+
+void TfrmCalc2::IngestBasicData(const QString& fileName, const ResultSet& rows) {
+  const calc::BaseDataFamily family = calc::ClassifyBaseData(fileName);
+  const QString code = family.isIndex ? QStringLiteral("1") : driver_.CurrentCode();
+  try {
+    calc::IngestBaseData(Database(), rows, family, code, ForwardDateOfHost);
+  } catch (const std::exception& error) {
+    LogFileFailure(QStringLiteral("BasicDataRecv"), fileName, error);
+  }
+}
+
+void TfrmCalc2::DownRecv2(const QString& fileName, int /*errorCode*/, const QByteArray& stream, int mode) {
+  ReceiveReference(Reference::InterestRate, infsyndwnflrlDown->LocalPath(fileName), stream, mode,
+                   &calc::ReplaceInterestRates);
+}
+
+void TfrmCalc2::flrlRecv1(const QString& fileName, int /*errorCode*/, const QByteArray& stream, int mode) {
+  ReceiveReference(Reference::EstimateValue, infsyndwnflrl->LocalPath(fileName), stream, mode,
+                   &calc::ReplaceEstimateValues);
+}
+
+void TfrmCalc2::ReceiveReference(Reference reference, const QString& path, const QByteArray& stream, int mode,
+                                 Replace replace) {
+  QCoreApplication::processEvents();
+  if (driver_.IsClosed()) return;
+  if (mode == kFromFile && !QFile::exists(path)) return;
+  // Only repaints inside the transaction: events let in there would find the database in the middle of it.
+  replace(Database(), mode == kFromStream ? DecodePacket(stream) : ReadPacketFile(path),
+          [this] { rzprgrsbr1->repaint(); });
+  driver_.ReferenceHandled(reference);
+  ShowProgress();
+  tmrCalcTimer();
+}
+
+void TfrmCalc2::DownBasicDataReciveAFile(const QString& fileName, int errorCode) {
+  BasicDataRecv(fileName, errorCode, {}, kFromFile);
+}
+
+void TfrmCalc2::DownBasicDataReciveStearm(const QString& fileName, int errorCode, const QByteArray& stream) {
+  BasicDataRecv(fileName, errorCode, stream, kFromStream);
+}
+
+void TfrmCalc2::DownBasicDataReciveAFileFail(const QString& /*fileName*/, int /*errorCode*/) {
+  driver_.BaseFileHandled();
+  ShowProgress();
+  GetBasicData();
+}
+
+void TfrmCalc2::infsyndwnflrlDownReciveAFile(const QString& fileName, int errorCode) {
+  DownRecv2(fileName, errorCode, {}, kFromFile);
+}
+
+void TfrmCalc2::infsyndwnflrlDownReciveStearm(const QString& fileName, int errorCode, const QByteArray& stream) {
+  DownRecv2(fileName, errorCode, stream, kFromStream);
+}
+
+void TfrmCalc2::infsyndwnflrlDownReciveAFileFail(const QString& /*fileName*/, int /*errorCode*/) {
+  reject();
+}
+
+void TfrmCalc2::infsyndwnflrlReciveAFile(const QString& fileName, int errorCode) {
+  flrlRecv1(fileName, errorCode, {}, kFromFile);
+}
+
+void TfrmCalc2::infsyndwnflrlReciveStearm(const QString& fileName, int errorCode, const QByteArray& stream) {
+  flrlRecv1(fileName, errorCode, stream, kFromStream);
+}
+
+void TfrmCalc2::infsyndwnflrlReciveAFileFail(const QString& /*fileName*/, int /*errorCode*/) {
+  reject();
+}
+
+void TfrmCalc2::Handle(const QString& routine, const QString& fileName, const std::function<void()>& handler) {
+  try {
+    handler();
+  } catch (const std::exception& error) {
+    LogFileFailure(routine, fileName, error);
+  }
+}
+
+void TfrmCalc2::Decisive(const std::function<void()>& step) {
+  try {
+    step();
+  } catch (...) {
+    failure_ = std::current_exception();
+    reject();
+  }
+}
+
+void TfrmCalc2::ShowProgress() {
+  rzprgrsbr1->setValue(driver_.PartsComplete());
+  // The bar itself repaints only when its text changes, which takes several parts of a long run.
+  rzprgrsbr1->update();
+}
+
+}  // namespace holdwise

@@ -1,0 +1,98 @@
+#pragma once
+#include <QDialog>
+#include <QProgressBar>
+#include <QTimer>
+#include <exception>
+#include <functional>
+#include <memory>
+
+#include "calc/calculation_driver.h"
+#include "calc/reference_tables.h"
+#include "holdwise/sdk/download.h"
+
+class QLabel;
+
+namespace holdwise {
+
+/// The calculation dialog: downloads the base data of the unfinished portfolios' securities and the reference files,
+/// puts them into Database() and runs the portfolio procedure. It closes itself when the work is done or a reference
+/// download fails; the user may close it at any time, which leaves the portfolios unfinished until the next time.
+/// Nothing that comes after closing has an effect. User-interface thread only. Needs the module's host.
+class TfrmCalc2 : public QDialog {
+  Q_OBJECT
+ public:
+  TfrmCalc2();
+
+  /// Shows the dialog until it closes. What made the calculation impossible (a statement that failed) is thrown here.
+  void ShowModal();
+
+  /// Begins a run, some time after the dialog has been shown.
+  void FormShow();
+  void GetAllSecuCodeAry();
+  /// Parts of the progress bar before the fixed three.
+  [[nodiscard]] std::int64_t GetProcessBarLen() const;
+  /// Asks for the next base-data file; with none left the base data is done.
+  void GetBasicData();
+  /// Asks for both reference files.
+  void DownRMBINTERESTRATE();
+  /// When all three streams are done: runs the procedure for every unfinished portfolio and closes the dialog.
+  void tmrCalcTimer();
+
+  /// Receive routines. `mode` 1: the content is `stream`; 0: it is the local copy of `fileName`, the remote name.
+  /// Base data: whatever happens, the next file is asked for; a content that is no packet throws afterwards.
+  void BasicDataRecv(const QString& fileName, int errorCode, const QByteArray& stream, int mode);
+  /// Reference files: when the file is missing (mode 0) or anything throws, the dialog stays open, for the user to
+  /// close; intended.
+  void DownRecv2(const QString& fileName, int errorCode, const QByteArray& stream, int mode);
+  void flrlRecv1(const QString& fileName, int errorCode, const QByteArray& stream, int mode);
+
+  [[nodiscard]] const QProgressBar& ProgressBar() const { return *rzprgrsbr1; }
+
+  void done(int result) override;
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  using Replace = void (*)(DatabaseStatements& database, const ResultSet& file, const calc::Step& step);
+
+  void BuildForm();
+  void BuildDownloads();
+  /// Runs the handler of an event for `fileName`; what it throws ends as a line in the debug log.
+  void Handle(const QString& routine, const QString& fileName, const std::function<void()>& handler);
+  /// Runs a step without which the calculation is impossible: what it throws closes the dialog and comes out of
+  /// ShowModal.
+  void Decisive(const std::function<void()>& step);
+  void IngestBasicData(const QString& fileName, const ResultSet& rows);
+  void ReceiveReference(calc::Reference reference, const QString& path, const QByteArray& stream, int mode,
+                        Replace replace);
+  void ShowProgress();
+
+  void DownBasicDataReciveAFile(const QString& fileName, int errorCode);
+  void DownBasicDataReciveStearm(const QString& fileName, int errorCode, const QByteArray& stream);
+  void DownBasicDataReciveAFileFail(const QString& fileName, int errorCode);
+  void infsyndwnflrlDownReciveAFile(const QString& fileName, int errorCode);
+  void infsyndwnflrlDownReciveStearm(const QString& fileName, int errorCode, const QByteArray& stream);
+  void infsyndwnflrlDownReciveAFileFail(const QString& fileName, int errorCode);
+  void infsyndwnflrlReciveAFile(const QString& fileName, int errorCode);
+  void infsyndwnflrlReciveStearm(const QString& fileName, int errorCode, const QByteArray& stream);
+  void infsyndwnflrlReciveAFileFail(const QString& fileName, int errorCode);
+
+  calc::CalculationDriver driver_;
+  QStringList codes_;
+  std::exception_ptr failure_;
+  // NOLINTBEGIN(readability-identifier-naming): the names of the form's components
+  QLabel* lbl1 = nullptr;
+  QProgressBar* rzprgrsbr1 = nullptr;
+  QTimer tmrCalc;
+  /// Last members: they go first, and with them their events.
+  std::unique_ptr<TDSBAsynDownFileRole> DownBasicData;
+  std::unique_ptr<TDSBAsynDownFileRole> infsyndwnflrlDown;
+  std::unique_ptr<TDSBAsynDownFileRole> infsyndwnflrl;
+  // NOLINTEND(readability-identifier-naming)
+};
+
+/// The dialog while DownData shows it, else null.
+extern std::unique_ptr<TfrmCalc2> frmCalc2;
+
+}  // namespace holdwise

@@ -1,0 +1,89 @@
+#include "common/all_stock_data.h"
+
+#include <algorithm>
+
+#include "common/event_guard.h"
+#include "common/holding_rows.h"
+#include "common/host_access.h"
+#include "common/statements.h"
+#include "common/untcommon.h"
+#include "holdwise/packet/number_text.h"
+#include "holdwise/packet/packet_file.h"
+
+namespace holdwise {
+namespace {
+
+const QString kUnit = QStringLiteral("Untcommon");
+
+const std::array<QString, 3> kRiskFiles = {
+    QStringLiteral("QMTL\\TZZH\\风险计量\\SH.dat"),
+    QStringLiteral("QMTL\\TZZH\\风险计量\\SZ.dat"),
+    QStringLiteral("QMTL\\TZZH\\风险计量\\HS.dat"),
+};
+
+}  // namespace
+
+std::unique_ptr<TAllStockData> g_AllStockData;
+
+TAllStockData::TAllStockData()
+    : deviations_(std::make_shared<TNameValueList>()), role_(ModuleHost().MakeDownFileRole()) {
+  TDSBAsynDownFileRole::Settings settings;
+  settings.nameString = QStringLiteral("FInfoAsynDownFileRole");
+  settings.componentName = QStringLiteral("FInfoAsynDownFileRole");
+  settings.communicationType = 0;
+  settings.downWaitStartTime = 500;
+  settings.downWaitTimeOut = 20000;
+  settings.downFailTips = false;
+  settings.isCompress = true;
+  settings.localDirectoryType = 2;
+  role_->Configure(settings);
+  role_->OnReciveAFile = [this](const QString& fileName, int) {
+    GuardEvent(kUnit, QStringLiteral("ReceiveFile"), [&] { ReceiveFile(fileName); });
+  };
+  role_->OnReciveAFileFail = [this](const QString& fileName, int) { ReceiveFileFail(fileName); };
+}
+
+void TAllStockData::SetZS_TYPE(TZS_TYPE type) {
+  type_ = type;
+  if (!GetCurStringGrid().Cells(0, 0).isEmpty()) return;
+  const QString& file = kRiskFiles[static_cast<std::size_t>(type)];
+  underWay_.push_back(file);
+  role_->Request(file);
+}
+
+// A file fills the table of its own index: the user may have chosen another one while it was on its way.
+void TAllStockData::ReceiveFile(const QString& fileName) {
+  underWay_.removeOne(fileName);
+  const auto known = std::find(kRiskFiles.begin(), kRiskFiles.end(), fileName);
+  if (known == kRiskFiles.end()) throw Error(ErrorCategory::Refused, "not a risk file: " + fileName.toStdString());
+  const ResultSet table = ReadPacketFile(role_->LocalPath(fileName));
+  deviations_ = std::make_shared<TNameValueList>();
+  grids_[static_cast<std::size_t>(known - kRiskFiles.begin())].Fill(table);
+}
+
+void TAllStockData::ReceiveFileFail(const QString& fileName) {
+  underWay_.removeOne(fileName);
+}
+
+TNameValueSnapshot TAllStockData::GetBZCStringList() {
+  if (!isGet_ || isNeedUpdate_) {
+    isNeedUpdate_ = false;
+    ReGetBZCStringList();
+  }
+  return deviations_;
+}
+
+void TAllStockData::SetIsGetBZCStringList(bool flag) {
+  isGet_ = flag;
+  if (!flag) return;
+  const ResultSet rows = Database().Query(sql::kDeviations);
+  const int codeColumn = rows.Column("SECUCODE");
+  const int deviationColumn = rows.Column("SYLBZC");
+  auto deviations = std::make_shared<TNameValueList>(*deviations_);
+  for (int row = 0; row < rows.RowCount(); ++row) {
+    deviations->Set(rows.TextAt(row, codeColumn), ShortestText(NumberAt(rows, row, deviationColumn)));
+  }
+  deviations_ = std::move(deviations);
+}
+
+}  // namespace holdwise

@@ -1,0 +1,11 @@
+#pragma once
+
+namespace holdwise {
+
+/// Prepares the database for a new calculation and, when portfolios are unfinished, shows the calculation dialog until
+/// it is done; with none unfinished the preparation is rolled back. A failure, also one inside the dialog, is one line
+/// in the debug log and the routine returns normally; only a session that cannot be opened throws. Blocks its caller
+/// while the dialog is open; called again meanwhile, it does nothing. User-interface thread.
+void DownData();
+
+}  // namespace holdwise

@@ -1,0 +1,265 @@
+#include "common/exchange_files.h"
+
+#include <QDir>
+#include <QFile>
+
+#include "engine_fixture.h"
+#include "holdwise/packet/packet_file.h"
+
+namespace holdwise {
+namespace {
+
+const std::vector<ColumnSpec> kDetailColumns = {{"ID", ColumnType::Integer},       {"MAINID", ColumnType::Integer},
+                                                {"SECUCODE", ColumnType::Integer}, {"PZSL", ColumnType::Integer},
+                                                {"PZBL", ColumnType::Real},        {"BUYPRICE", ColumnType::Real}};
+const std::vector<ColumnSpec> kMergeColumns = {{"ID", ColumnType::Integer},
+                                               {"COMNAME", ColumnType::Text},
+                                               {"ZSCLOSEPRICE", ColumnType::Real},
+                                               {"EDITDATE", ColumnType::Text},
+                                               {"SAVEFLAG", ColumnType::Integer}};
+
+class ExchangeFiles : public EngineTest {
+ protected:
+  QString Path(const char* name) const { return host_.SysWorkDataPath() + QString::fromLatin1(name); }
+  void Write(const char* name, const ResultSet& rows) { WritePacketFile(Path(name), rows, Durability::Replaceable); }
+  QByteArray Bytes(const char* name) const {
+    QFile file(Path(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  }
+  bool Exists(const char* name) const { return QFile::exists(Path(name)); }
+
+  static ResultSet Details(const std::vector<std::vector<QString>>& rows) { return TableOf(kDetailColumns, rows); }
+  static ResultSet Portfolios(const std::vector<std::vector<QString>>& rows) { return TableOf(kMergeColumns, rows); }
+  /// Two holdings of one portfolio.
+  void WritePair(const QString& name = QStringLiteral("稳健"), const char* detail = "TZZHDetail.dat",
+                 const char* merge = "TZZHMerge.dat") {
+    Write(detail, Details({{"31", "7", "1600000", "300", "0.4", "9.5"}, {"12", "7", "1000001", "200", "0.6", "11"}}));
+    Write(merge, Portfolios({{"7", name, "3111.02", "2024-05-29", "1"}}));
+  }
+  void ExpectUntouched() {
+    EXPECT_EQ(Database().Count(sql::kCountHoldings), 0);
+    EXPECT_EQ(Database().Count(sql::kCountPortfolios), 0);
+    EXPECT_FALSE(Database().InTransaction());
+  }
+  void ExpectRefused() {
+    EXPECT_FALSE(LoadZHFile());
+    ExpectUntouched();
+    const std::vector<QString> lines = host_.debug.Lines();
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_TRUE(lines[0].startsWith(QStringLiteral("Holdwise.bpl->Untcommon->LoadZHFile 发生错误!错误信息:")));
+  }
+};
+
+TEST_F(ExchangeFiles, SavedPortfoliosComeBackInAnEmptyDatabase) {
+  Run("insert into alg_commain (ID,ZHFG,MBSYL,FC,BETA,ZSCLOSEPRICE,ISFINISHED,EDITDATE,COMNAME,SAVEFLAG)values("
+      "7,'成长',0.2,0.5,1.25,3111.02,1,'2024-05-29','稳健 “一号”',1)");
+  Run("insert into alg_commain (ID,COMNAME,ZSCLOSEPRICE,MBSYL,FC,BETA,ISFINISHED,EDITDATE,SAVEFLAG)values("
+      "9,'draft',3000,0,0,0,0,'2024-05-28',0)");
+  Run("insert into alg_comdetail (ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE) values (31,7,1600000,300,0.4,9.55)");
+  Run("insert into alg_comdetail (ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE) values (12,9,1000001,200,0.123456789012,11)");
+  SaveZHFile();
+  EXPECT_TRUE(host_.debug.Lines().empty());
+
+  test::TempDatabase fresh;
+  Use(fresh.Service());
+  EXPECT_TRUE(LoadZHFile());
+  // The figures are 0 and unfinished whatever the files hold, and the style is not restored.
+  EXPECT_EQ(Rows("select ID,COMNAME,ZHFG,ZSCLOSEPRICE,MBSYL,FC,BETA,ISFINISHED,EDITDATE,SAVEFLAG from alg_commain "
+                 "order by ID"),
+            (QStringList{QStringLiteral("7|稳健 “一号”|-|3111.02|0|0|0|0|2024-05-29|1"),
+                         QStringLiteral("9|draft|-|3000|0|0|0|0|2024-05-28|0")}));
+  EXPECT_EQ(Rows("select ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE from alg_comdetail order by ID"),
+            (QStringList{"12|9|1000001|200|0.123456789012|11", "31|7|1600000|300|0.4|9.55"}));
+  EXPECT_EQ(Database().Count(sql::kNextPortfolioId), 10);
+  EXPECT_EQ(Database().Count(QStringLiteral("select gen_id(ALG_ROWID_DETAIL,1) from rdb$database")), 32);
+}
+
+TEST_F(ExchangeFiles, TheFilesAreTheUsersOwn) {
+  SaveZHFile();
+  for (const char* name : {"TZZHDetail.dat", "TZZHMerge.dat"}) {
+    EXPECT_EQ(QFile::permissions(Path(name)) & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther), 0) << name;
+  }
+  EXPECT_FALSE(Exists("TZZHDetail.dat.new"));
+  EXPECT_FALSE(Exists("TZZHMerge.dat.new"));
+}
+
+TEST_F(ExchangeFiles, APairWithoutRowsIsImportedToo) {
+  SaveZHFile();
+  EXPECT_TRUE(LoadZHFile());
+  ExpectUntouched();
+  EXPECT_EQ(Database().Count(sql::kNextPortfolioId), 1);
+}
+
+TEST_F(ExchangeFiles, NothingIsImportedBesideExistingRows) {
+  WritePair();
+  Run(sql::RestorePortfolio({"1", "mine", "1", "2024-05-29", "1"}));
+  EXPECT_FALSE(LoadZHFile());
+  EXPECT_EQ(Rows("select COMNAME from alg_commain"), QStringList{"mine"});
+  Run("delete from alg_commain");
+  Run(sql::RestoreHolding({"1", "1", "1600000", "100", "1", "9"}));
+  EXPECT_FALSE(LoadZHFile());
+  EXPECT_EQ(Database().Count(sql::kCountHoldings), 1);
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(ExchangeFiles, OneFileAloneIsNotImported) {
+  for (const char* missing : {"TZZHDetail.dat", "TZZHMerge.dat"}) {
+    WritePair();
+    QFile::remove(Path(missing));
+    EXPECT_FALSE(LoadZHFile());
+    ExpectUntouched();
+  }
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(ExchangeFiles, ASingleQuoteInANameRollsTheWholeImportBack) {
+  WritePair(QStringLiteral("Mark's"));
+  const QByteArray pair = Bytes("TZZHDetail.dat") + Bytes("TZZHMerge.dat");
+  ExpectRefused();
+  // The next save replaces the pair, so it is kept beside.
+  SaveZHFile();
+  EXPECT_EQ(Bytes("TZZHDetail.dat.bad") + Bytes("TZZHMerge.dat.bad"), pair);
+}
+
+TEST_F(ExchangeFiles, TextsOfAFileDoNotChangeAStatement) {
+  WritePair(QStringLiteral("x',0,0,0,0,0,'2024-01-01',1) -- "));
+  ExpectRefused();
+}
+
+TEST_F(ExchangeFiles, ValuesThatAreNoPlainNumbersAreRefused) {
+  const std::vector<ColumnSpec> texts = {{"ID", ColumnType::Text},       {"MAINID", ColumnType::Text},
+                                         {"SECUCODE", ColumnType::Text}, {"PZSL", ColumnType::Text},
+                                         {"PZBL", ColumnType::Text},     {"BUYPRICE", ColumnType::Text}};
+  const std::vector<QString> good = {"1", "7", "1600000", "100", "0.5", "9.5"};
+  WritePair();
+  Write("TZZHDetail.dat", TableOf(texts, {good}));
+  EXPECT_TRUE(LoadZHFile());
+  Run("delete from alg_commain");
+  Run("delete from alg_comdetail");
+  int lines = 0;
+  for (std::size_t column = 0; column < good.size(); ++column) {
+    for (const char* bad : {"", "abc", "1,1", "1)", "(select 1 from rdb$database)", "0x10", "1 ", "NaN"}) {
+      std::vector<QString> cells = good;
+      cells[column] = QString::fromLatin1(bad);
+      Write("TZZHDetail.dat", TableOf(texts, {good, cells}));
+      EXPECT_FALSE(LoadZHFile()) << column << bad;
+      ExpectUntouched();
+      ++lines;
+    }
+  }
+  EXPECT_EQ(static_cast<int>(host_.debug.Lines().size()), lines);
+}
+
+TEST_F(ExchangeFiles, AMissingColumnIsRefused) {
+  WritePair();
+  Write("TZZHMerge.dat", TableOf({{"ID", ColumnType::Integer}, {"COMNAME", ColumnType::Text}}, {{"7", "a"}}));
+  ExpectRefused();
+}
+
+TEST_F(ExchangeFiles, DamagedFilesLeaveTheDatabaseAlone) {
+  for (const char* name : {"TZZHDetail.dat", "TZZHMerge.dat"}) {
+    WritePair();
+    const QByteArray whole = Bytes(name);
+    for (const qsizetype length : {qsizetype{0}, whole.size() / 2, whole.size() - 1}) {
+      WriteFileAtomically(Path(name), whole.left(length), Durability::Replaceable);
+      EXPECT_FALSE(LoadZHFile()) << name << length;
+      ExpectUntouched();
+    }
+    QByteArray flipped = whole;
+    flipped[whole.size() / 2] = static_cast<char>(~flipped[whole.size() / 2]);
+    WriteFileAtomically(Path(name), flipped, Durability::Replaceable);
+    EXPECT_FALSE(LoadZHFile()) << name;
+    ExpectUntouched();
+  }
+  EXPECT_EQ(host_.debug.Lines().size(), 8U);
+}
+
+TEST_F(ExchangeFiles, ARowTheDatabaseRefusesRollsBack) {
+  WritePair();
+  Write("TZZHMerge.dat", Portfolios({{"7", "a", "1", "2024-05-29", "1"}, {"7", "b", "1", "2024-05-29", "1"}}));
+  ExpectRefused();
+}
+
+TEST_F(ExchangeFiles, EveryCallOfTheImportMayFail) {
+  WritePair();
+  for (const auto kind : {test::FailurePlan::Kind::Throws, test::FailurePlan::Kind::Refuses}) {
+    int call = 0;
+    for (;; ++call) {
+      Plan().FailCall(call, kind);
+      const bool imported = LoadZHFile();
+      const bool failed = Plan().HasFailed();
+      Plan().FailNothing();
+      if (!failed) {
+        EXPECT_TRUE(imported);
+        break;
+      }
+      EXPECT_FALSE(imported) << call;
+      ExpectUntouched();
+    }
+    // Two counts, start, two holdings, generator, one portfolio, generator, commit.
+    EXPECT_EQ(call, 9);
+    Run("delete from alg_commain");
+    Run("delete from alg_comdetail");
+  }
+}
+
+TEST_F(ExchangeFiles, EveryCallOfTheSavingMayFail) {
+  WritePair();
+  const QByteArray earlier = Bytes("TZZHDetail.dat") + Bytes("TZZHMerge.dat");
+  // Start and the two queries come before the files.
+  for (int call = 0; call < 3; ++call) {
+    Plan().FailCall(call);
+    SaveZHFile();
+    EXPECT_TRUE(Plan().HasFailed());
+    EXPECT_EQ(Bytes("TZZHDetail.dat") + Bytes("TZZHMerge.dat"), earlier);
+    EXPECT_FALSE(Database().InTransaction());
+  }
+  EXPECT_EQ(host_.debug.Lines().size(), 3U);
+  SaveZHFile();
+  EXPECT_EQ(ReadPacketFile(Path("TZZHMerge.dat")).RowCount(), 0);
+}
+
+TEST_F(ExchangeFiles, ASaveThatFailsHalfWayKeepsTheEarlierPair) {
+  WritePair();
+  const QByteArray earlier = Bytes("TZZHDetail.dat") + Bytes("TZZHMerge.dat");
+  ASSERT_TRUE(QDir().mkdir(Path("TZZHMerge.dat.new")));
+  SaveZHFile();
+  EXPECT_EQ(Bytes("TZZHDetail.dat") + Bytes("TZZHMerge.dat"), earlier);
+  EXPECT_FALSE(Exists("TZZHDetail.dat.new"));
+  EXPECT_EQ(host_.debug.Lines().size(), 1U);
+  EXPECT_FALSE(Database().InTransaction());
+  ASSERT_TRUE(QDir().rmdir(Path("TZZHMerge.dat.new")));
+  SaveZHFile();
+  EXPECT_EQ(ReadPacketFile(Path("TZZHDetail.dat")).RowCount(), 0);
+  EXPECT_EQ(ReadPacketFile(Path("TZZHMerge.dat")).RowCount(), 0);
+}
+
+/// How far a save had come when the power went; the pairs are told apart by the portfolio's name.
+TEST_F(ExchangeFiles, AnInterruptedSaveLeavesOnePairOrTheOther) {
+  const auto nameAfterLoading = [this] {
+    EXPECT_TRUE(LoadZHFile());
+    const QStringList names = Rows("select COMNAME from alg_commain");
+    EXPECT_EQ(Rows("select count(*) from alg_comdetail"), QStringList{"2"});
+    Run("delete from alg_commain");
+    Run("delete from alg_comdetail");
+    EXPECT_FALSE(Exists("TZZHDetail.dat.new"));
+    EXPECT_FALSE(Exists("TZZHMerge.dat.new"));
+    return names.value(0);
+  };
+  // Only the new detail file was written.
+  WritePair("old");
+  WritePair("new", "TZZHDetail.dat.new", "TZZHMerge.dat.new");
+  QFile::remove(Path("TZZHMerge.dat.new"));
+  EXPECT_EQ(nameAfterLoading(), QStringLiteral("old"));
+  // Both were written.
+  WritePair("old");
+  WritePair("new", "TZZHDetail.dat.new", "TZZHMerge.dat.new");
+  EXPECT_EQ(nameAfterLoading(), QStringLiteral("new"));
+  // The new detail file was in its place already.
+  WritePair("old");
+  WritePair("new", "TZZHDetail.dat", "TZZHMerge.dat.new");
+  EXPECT_EQ(nameAfterLoading(), QStringLiteral("new"));
+}
+
+}  // namespace
+}  // namespace holdwise

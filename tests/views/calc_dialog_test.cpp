@@ -1,0 +1,353 @@
+#include <QLabel>
+#include <QTest>
+#include <algorithm>
+
+#include "calc_fixture.h"
+
+namespace holdwise {
+namespace {
+
+TEST_F(CalcDialog, LooksLikeItsDesign) {
+  TfrmCalc2 dialog;
+  Show(dialog);
+  EXPECT_EQ(dialog.size(), QSize(341, 73));
+  EXPECT_EQ(dialog.ProgressBar().geometry(), QRect(16, 35, 310, 21));
+  const auto* label = dialog.findChild<QLabel*>();
+  ASSERT_NE(label, nullptr);
+  EXPECT_EQ(label->text(), QStringLiteral("正在进行计算,请稍候....."));
+  EXPECT_EQ(label->pos(), QPoint(96, 13));
+  EXPECT_EQ(label->palette().color(QPalette::WindowText), host_.theme.colors.at(QStringLiteral("QM_TitleFontColor")));
+  const QImage picture = dialog.grab().toImage();
+  EXPECT_EQ(picture.pixelColor(2, 2), host_.theme.colors.at(QStringLiteral("Qm_BGCorlor")));
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(CalcDialog, ConfiguresItsThreeDownloads) {
+  const TfrmCalc2 dialog;
+  for (const auto& download : {Base(), RateDown(), EstimateDown()}) {
+    const auto& settings = download->Settings();
+    EXPECT_FALSE(settings.downFailTips);
+    EXPECT_FALSE(settings.downWaitTips);
+    EXPECT_EQ(settings.downWaitStartTime, 500);
+    EXPECT_EQ(settings.downWaitTimeOut, 20000);
+    EXPECT_TRUE(settings.isCompress);
+    EXPECT_TRUE(settings.isStream);
+    EXPECT_EQ(settings.defaultPath, QStringLiteral("\\\\"));
+    EXPECT_TRUE(download->Requests().empty());
+  }
+}
+
+TEST_F(CalcDialog, AsksForOneBaseFileAtATimeAndBothReferenceFiles) {
+  TfrmCalc2 dialog;
+  Show(dialog);
+  // 2 portfolios, 2 securities, 3 fixed.
+  EXPECT_EQ(dialog.ProgressBar().maximum(), 7);
+  EXPECT_EQ(dialog.ProgressBar().value(), 0);
+  EXPECT_EQ(RateDown()->Requests(), std::vector<QString>{kRatesFile});
+  EXPECT_EQ(EstimateDown()->Requests(), std::vector<QString>{kEstimatesFile});
+  EXPECT_EQ(Base()->Requests(), std::vector<QString>{StockFile("000001")});
+  FinishBase();
+  EXPECT_EQ(Base()->Requests(), (std::vector<QString>{StockFile("000001"), StockFile("600000"), kIndexFile}));
+  EXPECT_EQ(dialog.ProgressBar().value(), 3);
+  EXPECT_TRUE(dialog.isVisible());
+}
+
+TEST_F(CalcDialog, TheLastStreamToFinishCalculates) {
+  std::vector<int> order = {0, 1, 2};
+  do {
+    Run("update alg_commain set ISFINISHED = 0, BETA = 0 where ID < 3");
+    TfrmCalc2 dialog;
+    Show(dialog);
+    for (const int stream : order) {
+      EXPECT_TRUE(dialog.isVisible());
+      EXPECT_EQ(Unfinished(), (QStringList{"1", "2"}));
+      if (stream == 0) FinishBase();
+      if (stream == 1) FinishRates();
+      if (stream == 2) FinishEstimates();
+    }
+    EXPECT_FALSE(dialog.isVisible());
+    EXPECT_EQ(dialog.ProgressBar().value(), 7);
+    EXPECT_EQ(Unfinished(), QStringList());
+    // Portfolio 2 holds 600000 alone: cov((0.03,-0.01),(0.02,-0.02)) / var((0.02,-0.02)) = 0.0008 / 0.0008.
+    EXPECT_EQ(Rows("select cast(BETA as numeric(9,6)) from alg_commain where ID = 2"), QStringList{"1"});
+  } while (std::next_permutation(order.begin(), order.end()));
+  EXPECT_EQ(Statistics(), (QStringList{"1|20240528", "1|20240529", "399001|20240529", "1000001|20240528",
+                                       "1000001|20240529", "1600000|20240528", "1600000|20240529"}));
+  EXPECT_EQ(Rows("select INTEREST from alg_rmbinterestrate"), QStringList{"1.5"});
+  EXPECT_EQ(Rows("select SECUCODE,PRICE from ALG_STOCKESTIMATEVALUE"), QStringList{"600000|9.5"});
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(CalcDialog, FilesOnDiskWorkAsWell) {
+  TfrmCalc2 dialog;
+  Show(dialog);
+  Base()->WriteAndReceive(StockFile("000001"), BaseData({{"0", "20240528", "0.01"}}));
+  Base()->WriteAndReceive(StockFile("600000"), BaseData({{"0", "20240528", "0.01"}}));
+  Base()->WriteAndReceive(kIndexFile, IndexData());
+  RateDown()->WriteAndReceive(kRatesFile, RateData("1.5"));
+  EstimateDown()->WriteAndReceive(kEstimatesFile, EstimateData({}));
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(Unfinished(), QStringList());
+}
+
+TEST_F(CalcDialog, WithoutSecuritiesOnlyTheIndexFileIsFetched) {
+  Run("delete from alg_comdetail");
+  TfrmCalc2 dialog;
+  Show(dialog);
+  EXPECT_EQ(dialog.ProgressBar().maximum(), 5);
+  EXPECT_EQ(Base()->Requests(), std::vector<QString>{kIndexFile});
+  Base()->ReceiveStream(kIndexFile, IndexData());
+  FinishRates();
+  FinishEstimates();
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(dialog.ProgressBar().value(), 5);
+}
+
+TEST_F(CalcDialog, ABaseFileThatDoesNotComeIsSkipped) {
+  for (const int code : {TDSBAsynDownFileRole::kNotFound, TDSBAsynDownFileRole::kTimedOut}) {
+    Run("delete from alg_stockstatistic");
+    Run("insert into alg_stockstatistic (secucode,hqtype,hqdate) values (1000001,0,20200101)");
+    TfrmCalc2 dialog;
+    Show(dialog);
+    Base()->Fail(StockFile("000001"), code);
+    EXPECT_EQ(dialog.ProgressBar().value(), 1);
+    EXPECT_EQ(Base()->Pending(), std::vector<QString>{StockFile("600000")});
+    Base()->Fail(StockFile("600000"), code);
+    Base()->Fail(kIndexFile, code);
+    EXPECT_EQ(Statistics(), QStringList{"1000001|20200101"});
+    EXPECT_TRUE(dialog.isVisible());
+    FinishRates();
+    FinishEstimates();
+    EXPECT_FALSE(dialog.isVisible());
+    Run("update alg_commain set ISFINISHED = 0 where ID < 3");
+  }
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(CalcDialog, AReferenceFileThatDoesNotComeClosesTheDialog) {
+  for (const bool rates : {true, false}) {
+    for (const int code : {TDSBAsynDownFileRole::kNotFound, TDSBAsynDownFileRole::kTimedOut}) {
+      Run("delete from alg_stockstatistic");
+      TfrmCalc2 dialog;
+      Show(dialog);
+      const auto base = Base();
+      if (rates) {
+        RateDown()->Fail(kRatesFile, code);
+      } else {
+        EstimateDown()->Fail(kEstimatesFile, code);
+      }
+      EXPECT_FALSE(dialog.isVisible());
+      // Base data may still be arriving.
+      EXPECT_TRUE(base->ReceiveStream(StockFile("000001"), BaseData({{"0", "20240528", "0.01"}})));
+      if (rates) FinishEstimates();
+      if (!rates) FinishRates();
+      EXPECT_TRUE(base->Pending().empty());
+      EXPECT_EQ(Statistics(), QStringList());
+      EXPECT_EQ(Unfinished(), (QStringList{"1", "2"}));
+    }
+  }
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(CalcDialog, EventsThatComeTwiceAreIgnored) {
+  TfrmCalc2 dialog;
+  Show(dialog);
+  const QByteArray first = BaseData({{"0", "20240528", "0.01"}});
+  const QByteArray second = BaseData({{"0", "20240101", "0.01"}, {"0", "20240102", "0.01"}});
+  Base()->ReceiveStream(StockFile("000001"), first);
+  Base()->ReceiveUnasked(StockFile("000001"), second);
+  EXPECT_EQ(Statistics(), QStringList{"1000001|20240528"});
+  EXPECT_EQ(Base()->Requests().size(), 2U);
+  FinishRates();
+  RateDown()->ReceiveUnasked(kRatesFile, RateData("9"));
+  EXPECT_EQ(Rows("select INTEREST from alg_rmbinterestrate"), QStringList{"1.5"});
+  FinishEstimates();
+  EstimateDown()->ReceiveUnasked(kEstimatesFile, EstimateData({{"000001", "2", "1"}}));
+  EXPECT_EQ(Rows("select SECUCODE from ALG_STOCKESTIMATEVALUE"), QStringList{"600000"});
+  EXPECT_EQ(dialog.ProgressBar().value(), 3);
+  EXPECT_TRUE(dialog.isVisible());
+  Base()->ReceiveStream(StockFile("600000"), first);
+  Base()->ReceiveStream(kIndexFile, IndexData());
+  Base()->ReceiveUnasked(kIndexFile, IndexData());
+  EXPECT_EQ(Unfinished(), QStringList());
+}
+
+TEST_F(CalcDialog, TheUserMayCloseItAtAnyTime) {
+  for (const bool byKey : {true, false}) {
+    TfrmCalc2 dialog;
+    Show(dialog);
+    Base()->ReceiveStream(StockFile("000001"), BaseData({{"0", "20240528", "0.01"}}));
+    if (byKey) {
+      QTest::keyClick(&dialog, Qt::Key_Escape);
+    } else {
+      dialog.close();
+    }
+    EXPECT_FALSE(dialog.isVisible());
+    Base()->ReceiveStream(StockFile("600000"), BaseData({{"0", "20240528", "0.01"}}));
+    FinishRates();
+    FinishEstimates();
+    EXPECT_EQ(Statistics(), QStringList{"1000001|20240528"});
+    EXPECT_EQ(Rows("select count(*) from alg_rmbinterestrate"), QStringList{"0"});
+    EXPECT_EQ(Base()->Requests().size(), 2U);
+    EXPECT_EQ(Unfinished(), (QStringList{"1", "2"}));
+  }
+  // The next run takes everything up again.
+  TfrmCalc2 dialog;
+  Show(dialog);
+  FinishAll();
+  EXPECT_EQ(Unfinished(), QStringList());
+}
+
+TEST_F(CalcDialog, ClosedBeforeItBeganItDoesNothing) {
+  TfrmCalc2 dialog;
+  dialog.show();
+  dialog.close();
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(Base()->Requests().empty());
+}
+
+TEST_F(CalcDialog, ClosingBetweenTwoPortfoliosStopsThere) {
+  TfrmCalc2 dialog;
+  Show(dialog);
+  FinishBase();
+  FinishRates();
+  QTimer closing;
+  QObject::connect(&closing, &QTimer::timeout, &dialog, [&] {
+    if (dialog.ProgressBar().value() == 6) dialog.close();
+  });
+  closing.start(0);
+  FinishEstimates();
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(Unfinished().size(), 1);
+}
+
+TEST_F(CalcDialog, ADamagedBaseFileIsLoggedAndPassedOver) {
+  Run("insert into alg_stockstatistic (secucode,hqtype,hqdate) values (1000001,0,20200101)");
+  TfrmCalc2 dialog;
+  Show(dialog);
+  Base()->ReceiveStream(StockFile("000001"), BaseData({{"0", "20240528", "0.01"}}).chopped(4));
+  EXPECT_EQ(Statistics(), QStringList{"1000001|20200101"});
+  EXPECT_EQ(Base()->Pending(), std::vector<QString>{StockFile("600000")});
+  EXPECT_EQ(dialog.ProgressBar().value(), 1);
+  EXPECT_EQ(LogLinesWith(StockFile("000001")), 1);
+  // The local copy is missing.
+  Base()->ReceiveFile(StockFile("600000"));
+  EXPECT_EQ(LogLinesWith(StockFile("600000")), 1);
+  EXPECT_EQ(Base()->Pending(), std::vector<QString>{kIndexFile});
+}
+
+TEST_F(CalcDialog, ABadValueRollsItsFileBackAndTheRestGoesOn) {
+  Run("insert into alg_stockstatistic (secucode,hqtype,hqdate) values (1000001,0,20200101)");
+  TfrmCalc2 dialog;
+  Show(dialog);
+  ResultSet bad = DecodePacket(BaseData({{"0", "20240528", "0.01"}}));
+  bad.AddColumn("unused", ColumnType::Text);
+  ResultSet texts;
+  for (int column = 0; column < bad.ColumnCount(); ++column) texts.AddColumn(bad.ColumnName(column), ColumnType::Text);
+  texts.AppendRow();
+  texts.SetText(0, texts.Column("hqtype"), "0");
+  texts.SetText(0, texts.Column("sylbzc"), "0.1);delete from alg_commain");
+  Base()->ReceiveStream(StockFile("000001"), EncodePacket(texts));
+  EXPECT_EQ(Statistics(), QStringList{"1000001|20200101"});
+  ASSERT_EQ(host_.debug.Lines().size(), 1U);
+  EXPECT_TRUE(host_.debug.Lines()[0].contains(StockFile("000001")));
+  EXPECT_TRUE(host_.debug.Lines()[0].contains(QStringLiteral("sylbzc")));
+  Base()->ReceiveStream(StockFile("600000"), BaseData({{"0", "20240528", "0.01"}}));
+  EXPECT_EQ(Statistics(), (QStringList{"1000001|20200101", "1600000|20240528"}));
+}
+
+TEST_F(CalcDialog, AnEmptyRatesFileIsDoneAndChangesNothing) {
+  Run("insert into alg_rmbinterestrate (ID,INTEREST) values (1,3.25)");
+  TfrmCalc2 dialog;
+  Show(dialog);
+  RateDown()->ReceiveStream(kRatesFile, RateData(""));
+  EXPECT_EQ(Rows("select INTEREST from alg_rmbinterestrate"), QStringList{"3.25"});
+  EXPECT_EQ(dialog.ProgressBar().value(), 1);
+  FinishBase();
+  FinishEstimates();
+  EXPECT_FALSE(dialog.isVisible());
+}
+
+TEST_F(CalcDialog, ADamagedReferenceFileLeavesTheDialogOpen) {
+  Run("insert into alg_rmbinterestrate (ID,INTEREST) values (1,3.25)");
+  TfrmCalc2 dialog;
+  Show(dialog);
+  FinishBase();
+  RateDown()->ReceiveStream(kRatesFile, RateData("2").chopped(4));
+  FinishEstimates();
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(dialog.ProgressBar().value(), 4);
+  EXPECT_EQ(Rows("select INTEREST from alg_rmbinterestrate"), QStringList{"3.25"});
+  EXPECT_EQ(LogLinesWith(kRatesFile), 1);
+  EXPECT_EQ(Unfinished(), (QStringList{"1", "2"}));
+  dialog.close();
+  EXPECT_FALSE(dialog.isVisible());
+}
+
+TEST_F(CalcDialog, AReferenceFileMissingOnDiskLeavesTheDialogOpen) {
+  TfrmCalc2 dialog;
+  Show(dialog);
+  FinishBase();
+  FinishEstimates();
+  RateDown()->ReceiveFile(kRatesFile);
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(dialog.ProgressBar().value(), 4);
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(CalcDialog, Day20FilesUseTheTradingDates) {
+  host_.codeNums.currentDate = 20240529;
+  for (int day = 29; day >= 1; --day) host_.dataCenter.tradingDates.push_back(20240500 + day);
+  Run("insert into alg_stockstatistic (secucode,hqtype,hqdate) values (1000001,0,20240508)");
+  Run("insert into alg_stockstatistic (secucode,hqtype,hqdate) values (1000001,0,20240509)");
+  TfrmCalc2 dialog;
+  Show(dialog);
+  ResultSet none;
+  dialog.BasicDataRecv(QStringLiteral("QMTL\\TZZH\\Day20\\股票\\000001.dat"), 0, EncodePacket(none), 1);
+  // 20 trading days back from the 29th is the 9th.
+  EXPECT_EQ(Statistics(), QStringList{"1000001|20240508"});
+}
+
+/// Every database call of a whole run fails once: what is stored stays whole, and the next run succeeds.
+TEST_F(CalcDialog, EveryDatabaseCallMayFail) {
+  int call = 0;
+  for (bool failed = true; failed; ++call) {
+    ASSERT_LT(call, 200);
+    Run("update alg_commain set ISFINISHED = 0 where ID < 3");
+    Run("delete from alg_stockstatistic");
+    Run("delete from alg_rmbinterestrate");
+    {
+      TfrmCalc2 dialog;
+      Plan().FailCall(call);
+      Show(dialog);
+      const auto base = Base();
+      for (const QString& name : {StockFile("000001"), StockFile("600000"), kIndexFile}) {
+        const bool isIndex = name == kIndexFile;
+        if (!base->Pending().empty()) {
+          base->ReceiveStream(name, isIndex ? IndexData() : BaseData({{"0", "20240528", "0"}, {"0", "20240529", "0"}}));
+        }
+      }
+      if (!RateDown()->Pending().empty()) FinishRates();
+      if (!EstimateDown()->Pending().empty()) FinishEstimates();
+      failed = Plan().HasFailed();
+      Plan().FailNothing();
+    }
+    EXPECT_FALSE(Database().InTransaction()) << call;
+    for (const QString& count : Rows("select count(*) from alg_stockstatistic where secucode > 1000000 group by "
+                                     "secucode")) {
+      EXPECT_EQ(count, QStringLiteral("2")) << call;
+    }
+    if (failed) {
+      TfrmCalc2 next;
+      Run("update alg_commain set ISFINISHED = 0 where ID < 3");
+      Show(next);
+      FinishAll();
+      EXPECT_FALSE(next.isVisible()) << call;
+      EXPECT_EQ(Unfinished(), QStringList()) << call;
+    }
+  }
+  EXPECT_GT(call, 30);
+}
+
+}  // namespace
+}  // namespace holdwise

@@ -1,0 +1,145 @@
+#include <QTest>
+#include <functional>
+
+#include "calc_fixture.h"
+#include "common/download_trigger.h"
+#include "common/exchange_files.h"
+#include "mainframe/untmainfrm.h"
+
+namespace holdwise {
+namespace {
+
+class Trigger : public CalcDialog {
+ protected:
+  /// Runs once the dialog has asked for its files.
+  void WhenShown(std::function<void()> action) {
+    QObject::connect(&timer_, &QTimer::timeout, [this, action] {
+      if (!frmCalc2 || RateDown()->Requests().empty()) return;
+      timer_.stop();
+      action();
+    });
+    timer_.start(1);
+  }
+  QTimer timer_;
+};
+
+TEST_F(Trigger, FinishedPortfoliosNeedNoDialog) {
+  Run("update alg_commain set ISFINISHED = 1");
+  DownData();
+  EXPECT_FALSE(frmCalc2);
+  EXPECT_TRUE(host_.DownFiles(QStringLiteral("DownBasicData")).empty());
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(Trigger, WithNothingUnfinishedTheProcedureIsRolledBack) {
+  Use(host_.fakeUserData);
+  host_.fakeUserData.SetNumber(QStringLiteral("select Count(ID) from alg_commain where isFinished = 0"), 0);
+  DownData();
+  EXPECT_EQ(host_.fakeUserData.Log(),
+            (std::vector<QString>{"session start", "execute procedure INITFIRSTCALC('2024-05-29')",
+                                  "select Count(ID) from alg_commain where isFinished = 0", "session rollback"}));
+}
+
+TEST_F(Trigger, UnfinishedPortfoliosAreCalculatedInTheDialog) {
+  bool wasModal = false;
+  WhenShown([&] {
+    wasModal = frmCalc2->isModal();
+    DownData();  // a timer of the main frame may ask for it meanwhile
+    FinishAll();
+  });
+  DownData();
+  EXPECT_TRUE(wasModal);
+  EXPECT_FALSE(frmCalc2);
+  EXPECT_EQ(Unfinished(), QStringList());
+  EXPECT_EQ(host_.DownFiles(QStringLiteral("DownBasicData")).size(), 1U);
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(Trigger, FiguresOlderThanTodayAreCalculatedAgain) {
+  Run("update alg_commain set ISFINISHED = 1, CALCDATE = 20240528 where ID = 1");
+  Run("update alg_commain set ISFINISHED = 1 where ID = 2");
+  QStringList unfinished;
+  WhenShown([&] {
+    unfinished = Unfinished();
+    frmCalc2->close();
+  });
+  DownData();
+  EXPECT_EQ(unfinished, QStringList{"1"});
+  EXPECT_EQ(Unfinished(), QStringList{"1"});
+}
+
+TEST_F(Trigger, AFailureInsideTheDialogIsLogged) {
+  WhenShown([&] {
+    FinishBase();
+    FinishRates();
+    Run("update alg_commain set COMNAME = 'p'");
+    // Estimates: start, delete, insert, commit; then the list of portfolios.
+    Plan().FailCall(4);
+    FinishEstimates();
+  });
+  DownData();
+  EXPECT_FALSE(frmCalc2);
+  EXPECT_EQ(host_.debug.Lines(),
+            std::vector<QString>{"DownDataMan.bpl->DownDataCommands->EnterAddress 发生错误!错误信息:injected failure"});
+  EXPECT_EQ(Unfinished(), (QStringList{"1", "2"}));
+}
+
+TEST_F(Trigger, EveryCallBeforeTheDialogMayFail) {
+  // Start, procedure, count, commit; then the codes and the two counts of the dialog.
+  for (int call = 0; call < 7; ++call) {
+    Plan().FailCall(call);
+    DownData();
+    EXPECT_TRUE(Plan().HasFailed());
+    Plan().FailNothing();
+    EXPECT_FALSE(frmCalc2);
+    EXPECT_EQ(LogLinesWith(QStringLiteral("DownDataMan.bpl->DownDataCommands->EnterAddress 发生错误!错误信息:")),
+              call + 1);
+  }
+  WhenShown([&] { FinishAll(); });
+  DownData();
+  EXPECT_EQ(Unfinished(), QStringList());
+}
+
+using MainFrame = Trigger;
+
+TEST_F(MainFrame, ReadsAndWritesTheExchangeFiles) {
+  SaveZHFile();
+  Run("delete from alg_commain");
+  Run("delete from alg_comdetail");
+  {
+    const TMainFrm frame;
+    EXPECT_TRUE(IsLoadDataFromFile);
+    EXPECT_NE(g_AllStockData, nullptr);
+    EXPECT_NE(g_ExpectValue, nullptr);
+    EXPECT_EQ(Rows("select COMNAME from alg_commain order by ID"), (QStringList{"p1", "p2", "p3"}));
+    Run("update alg_commain set COMNAME = 'renamed' where ID = 1");
+  }
+  EXPECT_EQ(g_AllStockData, nullptr);
+  EXPECT_EQ(g_ExpectValue, nullptr);
+  const ResultSet saved = ReadPacketFile(host_.SysWorkDataPath() + QStringLiteral("TZZHMerge.dat"));
+  EXPECT_EQ(saved.RowCount(), 3);
+  EXPECT_EQ(saved.TextAt(0, saved.Column("COMNAME")), QStringLiteral("renamed"));
+  FDBServer = &host_.UserData();
+  {
+    const TMainFrm frame;
+    EXPECT_FALSE(IsLoadDataFromFile);
+  }
+}
+
+TEST_F(MainFrame, AViewWithSavedPortfoliosBringsTheDialogUp) {
+  TMainFrm frame;
+  bool settled = true;
+  WhenShown([&] {
+    settled = frame.IsSettled();
+    FinishAll();
+  });
+  const auto nodes = frame.dxTL().findItems(QStringLiteral("组合表现"), Qt::MatchRecursive | Qt::MatchExactly, 1);
+  ASSERT_EQ(nodes.size(), 1);
+  frame.dxTL().setCurrentItem(nodes.first());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !timer_.isActive() && !frmCalc2; }, 5000));
+  EXPECT_FALSE(settled);
+  EXPECT_EQ(Unfinished(), QStringList());
+}
+
+}  // namespace
+}  // namespace holdwise
