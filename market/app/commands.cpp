@@ -74,6 +74,7 @@ int RunBuild(const BuildCommand& command) {
   options.datesFile = Path(command.dates);
   options.ratesFile = Path(command.rates);
   options.quotesFile = Path(command.quotes);
+  options.estimatesFile = Path(command.estimates);
   options.outFolder = Path(command.out);
   options.days = command.days;
   options.isSimulated = command.isSimulated;

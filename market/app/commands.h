@@ -13,6 +13,7 @@ struct BuildCommand {
   std::string dates;
   std::string rates;
   std::string quotes;
+  std::string estimates;
   std::string date;
   int days = 250;
   std::string out;

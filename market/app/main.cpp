@@ -27,9 +27,12 @@ void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
   build->add_option("--securities", command.securities, "CSV: code, name, industry, market (SH, SZ), list_date")
       ->required();
   build->add_option("--dates", command.dates, "CSV of trading dates: date (default: the dates of the index bars)");
-  build->add_option("--rates", command.rates, "CSV of deposit rates: date, one_year and further terms, % a year");
+  build->add_option("--rates", command.rates,
+                    "CSV of deposit rates: date, one_year and further terms, % a year (default: one year 1.50 since "
+                    "2015-10-24)");
   build->add_option("--quotes", command.quotes,
                     "CSV of prices: code, price, prev_close (default: the last two closes)");
+  build->add_option("--estimates", command.estimates, "CSV of estimate values of stocks: code, price (default: none)");
   build->add_option("--date", command.date,
                     "current date of the market; later bars are not read (default: last index bar)");
   build->add_option("--days", command.days, "trading days in the window")->capture_default_str();

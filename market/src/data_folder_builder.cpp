@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <array>
 #include <mutex>
 #include <set>
 #include <unordered_set>
@@ -16,6 +17,7 @@
 #include "holdwise/market/market_date.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/market/reference_files.h"
+#include "holdwise/market/risk_figures.h"
 #include "holdwise/market/statistics.h"
 #include "holdwise/packet/packet_file.h"
 #include "parallel_for.h"
@@ -30,6 +32,15 @@ QString StatisticsFolder() {
   return QStringLiteral("QMTL/TZZH/Day250/");
 }
 
+QString RiskFolder() {
+  return QStringLiteral("QMTL/TZZH/风险计量/");
+}
+
+// File names in the order of kIndexNumbers.
+constexpr const char* kRiskFiles[] = {"SH.dat", "SZ.dat", "HS.dat"};
+using RiskOfIndices = std::array<RiskFigures, std::size(kRiskFiles)>;
+static_assert(std::size(kRiskFiles) == std::size(kIndexNumbers));
+
 /// One run of the producer: each step fills what the next ones read.
 class DataFolderBuild {
  public:
@@ -41,8 +52,10 @@ class DataFolderBuild {
  private:
   struct StockResult {
     bool isWritten = false;
+    bool hasDays = false;  // inside the window
     std::int64_t rows = 0;
     QuoteRow quote;
+    RiskOfIndices risk;
     std::vector<Rejection> rejections;
   };
 
@@ -51,13 +64,16 @@ class DataFolderBuild {
   void WriteIndices();
   void WriteStocks();
   StockResult WriteStock(const StockFile& file) const;
+  void WriteRisk(const std::vector<StockFile>& files, const std::vector<StockResult>& results) const;
   void WriteReferences();
+  void WriteEstimates();
   void WriteQuotes();
   void WriteMarket();
   void KeepOtherFiles() const;
 
   void Report(const std::vector<Rejection>& rejections);
   void Write(const QString& name, const ResultSet& table) const;
+  [[nodiscard]] std::unordered_set<int> KnownStocks() const;
   [[nodiscard]] static QuoteRow LastTwoCloses(const std::vector<Bar>& bars);
 
   const BuildOptions& options_;
@@ -68,6 +84,8 @@ class DataFolderBuild {
   std::vector<int> tradingDates_;
   Window window_;
   std::map<int, BarFile> indices_;
+  std::array<IndexReturns, std::size(kIndexNumbers)> indexReturns_;  // in the order of kIndexNumbers
+  double riskFreePerDay_ = 0;
   std::map<int, QuoteRow> quotes_;  // by code number
 };
 
@@ -76,11 +94,13 @@ BuildSummary DataFolderBuild::Run() {
   timer.start();
   ReadIndices();
   ReadDates();
-  if (!QDir(swap_.NewFolder()).mkpath(StatisticsFolder() + QStringLiteral("股票")) ||
-      !QDir(swap_.NewFolder()).mkpath(StatisticsFolder() + QStringLiteral("指数"))) {
+  for (const QString& folder :
+       {StatisticsFolder() + QStringLiteral("股票"), StatisticsFolder() + QStringLiteral("指数"), RiskFolder()}) {
+    if (QDir(swap_.NewFolder()).mkpath(folder)) continue;
     throw Error(ErrorCategory::Io, "无法建立目录：" + swap_.NewFolder().toStdString());
   }
   WriteReferences();
+  WriteEstimates();
   WriteIndices();
   WriteStocks();
   WriteQuotes();
@@ -127,10 +147,9 @@ void DataFolderBuild::ReadDates() {
 void DataFolderBuild::WriteReferences() {
   std::vector<Rejection> rejections;
   securities_ = ReadSecurities(options_.securitiesFile, rejections);
-  DepositRates rates;
-  if (!options_.ratesFile.isEmpty()) {
-    rates = ReadDepositRates(options_.ratesFile, summary_.currentDate, rejections);
-  }
+  const DepositRates rates = options_.ratesFile.isEmpty()
+                                 ? BenchmarkRates(summary_.currentDate)
+                                 : ReadDepositRates(options_.ratesFile, summary_.currentDate, rejections);
   Report(rejections);
   if (securities_.empty()) {
     throw Error(ErrorCategory::Refused, "证券表没有可用的行：" + options_.securitiesFile.toStdString());
@@ -139,18 +158,30 @@ void DataFolderBuild::WriteReferences() {
     throw Error(ErrorCategory::Refused,
                 "没有在 " + DateText(summary_.currentDate) + " 或之前生效的利率：" + options_.ratesFile.toStdString());
   }
+  riskFreePerDay_ = RiskFreePerDay(rates);
   summary_.securities = static_cast<int>(securities_.size());
   Write(QStringLiteral("securities.dat"), SecuritiesTable(securities_));
   Write(QStringLiteral("trading_dates.dat"), TradingDatesTable(tradingDates_));
   Write(QStringLiteral("QMTL/TZZH/InterestRate.Dat"), InterestRateTable(rates, summary_.currentDate));
-  Write(QStringLiteral("QMTL/TZZH/GZ.dat"), EmptyEstimateTable());
+}
+
+void DataFolderBuild::WriteEstimates() {
+  std::vector<EstimateValue> values;
+  if (!options_.estimatesFile.isEmpty()) {
+    std::vector<Rejection> rejections;
+    values = ReadEstimates(options_.estimatesFile, KnownStocks(), rejections);
+    Report(rejections);
+  }
+  Write(QStringLiteral("QMTL/TZZH/GZ.dat"), EstimateTable(values));
 }
 
 void DataFolderBuild::WriteIndices() {
   ResultSet table = MakeStatisticsTable(true);
-  for (const auto& [number, file] : indices_) {
-    AppendStatistics(table, file.bars, window_, number);
-    quotes_[number] = LastTwoCloses(file.bars);
+  for (std::size_t i = 0; i < std::size(kIndexNumbers); ++i) {
+    const int number = kIndexNumbers[i];
+    const std::vector<Bar>& bars = indices_.at(number).bars;
+    indexReturns_[i] = ReturnsOf(AppendStatistics(table, bars, window_, number));
+    quotes_[number] = LastTwoCloses(bars);
   }
   summary_.rows += table.RowCount();
   Write(StatisticsFolder() + QStringLiteral("指数/allzs.dat"), table);
@@ -187,6 +218,17 @@ void DataFolderBuild::WriteStocks() {
   if (summary_.series == 0) {
     throw Error(ErrorCategory::Refused, "没有可用的证券行情：" + options_.barsFolder.toStdString());
   }
+  WriteRisk(files, results);
+}
+
+void DataFolderBuild::WriteRisk(const std::vector<StockFile>& files, const std::vector<StockResult>& results) const {
+  for (std::size_t index = 0; index < std::size(kRiskFiles); ++index) {
+    std::vector<RiskRow> rows;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+      if (results[i].hasDays) rows.push_back({files[i].code, results[i].risk[index]});
+    }
+    Write(RiskFolder() + QString::fromUtf8(kRiskFiles[index]), RiskTable(rows));
+  }
 }
 
 DataFolderBuild::StockResult DataFolderBuild::WriteStock(const StockFile& stock) const {
@@ -206,19 +248,23 @@ DataFolderBuild::StockResult DataFolderBuild::WriteStock(const StockFile& stock)
     return result;
   }
   ResultSet table = MakeStatisticsTable(false);
-  AppendStatistics(table, file.bars, window_);
+  const PeriodSeries daily = AppendStatistics(table, file.bars, window_);
   Write(StatisticsFolder() + QStringLiteral("股票/%1.dat").arg(QString::fromStdString(stock.code)), table);
   result.isWritten = true;
   result.rows = table.RowCount();
   result.quote = LastTwoCloses(file.bars);
+  result.hasDays = !daily.rows.empty();
+  for (std::size_t i = 0; i < indexReturns_.size(); ++i) {
+    result.risk[i] = ComputeRisk(daily, indexReturns_[i], riskFreePerDay_);
+  }
   return result;
 }
 
 void DataFolderBuild::WriteQuotes() {
   if (!options_.quotesFile.isEmpty()) {
     std::vector<Rejection> rejections;
-    std::unordered_set<int> known(std::begin(kIndexNumbers), std::end(kIndexNumbers));
-    for (const Security& security : securities_) known.insert(CodeNumberOfStock(security.code));
+    std::unordered_set<int> known = KnownStocks();
+    known.insert(std::begin(kIndexNumbers), std::end(kIndexNumbers));
     for (const auto& [codeNumber, quote] : ReadQuotes(options_.quotesFile, known, rejections)) {
       quotes_[codeNumber] = quote;
     }
@@ -276,6 +322,12 @@ void DataFolderBuild::Report(const std::vector<Rejection>& rejections) {
 
 void DataFolderBuild::Write(const QString& name, const ResultSet& table) const {
   WritePacketFile(swap_.NewFolder() + u'/' + name, table, Durability::Replaceable);
+}
+
+std::unordered_set<int> DataFolderBuild::KnownStocks() const {
+  std::unordered_set<int> known;
+  for (const Security& security : securities_) known.insert(CodeNumberOfStock(security.code));
+  return known;
 }
 
 QuoteRow DataFolderBuild::LastTwoCloses(const std::vector<Bar>& bars) {

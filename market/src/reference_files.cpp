@@ -175,6 +175,18 @@ DepositRates ReadDepositRates(const QString& path, int date, std::vector<Rejecti
   return latest;
 }
 
+DepositRates BenchmarkRates(int date) {
+  constexpr int kInForceSince = 20151024;
+  if (date < kInForceSince) return {};
+  const DepositTerm& oneYear = kDepositTerms[0];
+  return {kInForceSince, {{oneYear.type, oneYear.term, oneYear.rateCode, 1.5}}};
+}
+
+double RiskFreePerDay(const DepositRates& rates) {
+  constexpr double kDaysOfYear = 250;
+  return rates.rates.empty() ? 0 : rates.rates.front().percent / 100 / kDaysOfYear;
+}
+
 std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::unordered_set<int>& known,
                                              std::vector<Rejection>& rejections) {
   static const std::array<CsvColumn, 3> columns{{
@@ -207,6 +219,39 @@ std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::uno
   }
   Append(rejections, table.TakeRejections());
   return quotes;
+}
+
+std::vector<EstimateValue> ReadEstimates(const QString& path, const std::unordered_set<int>& known,
+                                         std::vector<Rejection>& rejections) {
+  static const std::array<CsvColumn, 2> columns{{
+      CodeColumn(),
+      {{"price", "估值", "估价", "价格", "目标价"}, true},
+  }};
+  CsvTable table(path, columns);
+  std::vector<EstimateValue> values;
+  std::unordered_set<std::string> seen;
+  while (table.Next()) {
+    const std::string_view codeText = table.Field(0);
+    const std::optional<std::string> code = ParseStockCode(codeText);
+    double price = 0;
+    std::optional<QString> reason;
+    if (!code) {
+      reason = QStringLiteral("不是沪深证券代码“%1”").arg(Text(codeText));
+    } else if (!known.contains(CodeNumberOfStock(*code))) {
+      reason = QStringLiteral("代码 %1 不在证券表中").arg(Text(codeText));
+    } else if ((reason = ReadPrice(table.Field(1), price))) {
+      reason = QStringLiteral("估值") + *reason;
+    } else if (!seen.insert(*code).second) {
+      reason = QStringLiteral("代码 %1 重复").arg(Text(codeText));
+    }
+    if (reason) {
+      table.Reject(*reason);
+    } else {
+      values.push_back({*code, price});
+    }
+  }
+  Append(rejections, table.TakeRejections());
+  return values;
 }
 
 }  // namespace holdwise

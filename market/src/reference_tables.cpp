@@ -1,6 +1,7 @@
 #include "holdwise/market/market_date.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/market/reference_files.h"
+#include "holdwise/packet/number_text.h"
 
 namespace holdwise {
 
@@ -70,11 +71,18 @@ ResultSet InterestRateTable(const DepositRates& rates, int madeOn) {
   return table;
 }
 
-ResultSet EmptyEstimateTable() {
+ResultSet EstimateTable(const std::vector<EstimateValue>& values) {
   ResultSet table;
-  table.AddColumn("SECUCODE", ColumnType::Text);
-  table.AddColumn("ID", ColumnType::Integer);
-  table.AddColumn("PRICE", ColumnType::Text);
+  const int code = table.AddColumn("SECUCODE", ColumnType::Text);
+  const int id = table.AddColumn("ID", ColumnType::Integer);
+  const int price = table.AddColumn("PRICE", ColumnType::Text);
+  table.Reserve(static_cast<int>(values.size()));
+  for (const EstimateValue& value : values) {
+    const int row = table.AppendRow();
+    table.SetText(row, code, value.code);
+    table.SetInteger(row, id, row + 1);
+    table.SetText(row, price, ShortestUtf8(value.price));
+  }
   return table;
 }
 

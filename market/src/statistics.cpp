@@ -1,6 +1,7 @@
 #include "holdwise/market/statistics.h"
 
 #include <cmath>
+#include <utility>
 
 #include "holdwise/market/market_date.h"
 
@@ -111,8 +112,14 @@ void AppendSeries(ResultSet& table, const PeriodSeries& series, PeriodType type,
   }
 }
 
-void AppendStatistics(ResultSet& table, std::span<const Bar> bars, Window window, int code) {
-  for (const PeriodType type : kPeriodTypes) AppendSeries(table, ComputeSeries(bars, type, window), type, window, code);
+PeriodSeries AppendStatistics(ResultSet& table, std::span<const Bar> bars, Window window, int code) {
+  PeriodSeries daily;
+  for (const PeriodType type : kPeriodTypes) {
+    PeriodSeries series = ComputeSeries(bars, type, window);
+    AppendSeries(table, series, type, window, code);
+    if (type == PeriodType::Day) daily = std::move(series);
+  }
+  return daily;
 }
 
 }  // namespace holdwise

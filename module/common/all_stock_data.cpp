@@ -51,6 +51,10 @@ void TAllStockData::SetZS_TYPE(TZS_TYPE type) {
   role_->Request(file);
 }
 
+void TAllStockData::RequestCurrentTable() {
+  if (!underWay_.contains(kRiskFiles[static_cast<std::size_t>(type_)])) SetZS_TYPE(type_);
+}
+
 // A file fills the table of its own index: the user may have chosen another one while it was on its way.
 void TAllStockData::ReceiveFile(const QString& fileName) {
   underWay_.removeOne(fileName);
@@ -59,6 +63,7 @@ void TAllStockData::ReceiveFile(const QString& fileName) {
   const ResultSet table = ReadPacketFile(role_->LocalPath(fileName));
   deviations_ = std::make_shared<TNameValueList>();
   grids_[static_cast<std::size_t>(known - kRiskFiles.begin())].Fill(table);
+  Q_EMIT TableArrived();
 }
 
 void TAllStockData::ReceiveFileFail(const QString& fileName) {

@@ -1,4 +1,5 @@
 #pragma once
+#include <QObject>
 #include <QStringList>
 #include <array>
 #include <memory>
@@ -14,12 +15,11 @@ enum TZS_TYPE { SH_T, SZ_T, HS_T };
 
 /// Risk figures of every security against each of three indices, from downloaded files, and the standard deviation of
 /// every security's daily returns, from the database. User-interface thread only.
-class TAllStockData {
+class TAllStockData : public QObject {
+  Q_OBJECT
  public:
   /// Makes and configures the download role; asks for nothing yet. Needs the module's host.
   TAllStockData();
-  TAllStockData(const TAllStockData&) = delete;
-  TAllStockData& operator=(const TAllStockData&) = delete;
 
   /// Makes the table of that index current and asks for its file when the table is empty. The table is filled when the
   /// file has come; a download that fails, or a file that is damaged, leaves it as it is, and choosing the index again
@@ -28,6 +28,10 @@ class TAllStockData {
   void Set_SHZS() { SetZS_TYPE(SH_T); }
   void Set_SZZS() { SetZS_TYPE(SZ_T); }
   void Set_HSZS() { SetZS_TYPE(HS_T); }
+
+  /// Asks for the file of the current index unless its table is there or the file on its way. A view that reads the
+  /// current table without letting the user choose an index calls it when it is shown.
+  void RequestCurrentTable();
 
   /// The current table, Shanghai Composite's at first. Columns: 0 six-digit code, 1 beta, 2 alpha, 3 Treynor, 4 Sharpe,
   /// then as the file has them. Owned by this object, which outlives no view; its content changes when a file comes.
@@ -45,6 +49,10 @@ class TAllStockData {
   void ReGetBZCStringList() { SetIsGetBZCStringList(true); }
   /// True: the next reader of the list has it read again.
   void SetIsNeedUpdate(bool flag) { isNeedUpdate_ = flag; }
+
+ Q_SIGNALS:
+  /// A table was filled from its file. Receivers must not throw.
+  void TableArrived();
 
  private:
   void ReceiveFile(const QString& fileName);

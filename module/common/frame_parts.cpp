@@ -1,5 +1,6 @@
 #include "common/frame_parts.h"
 
+#include <QVBoxLayout>
 #include <algorithm>
 
 #include "common/grid/cell_geometry.h"
@@ -14,6 +15,13 @@ QFont DesignFont(int pixels, bool bold) {
   font.setPixelSize(pixels);
   font.setBold(bold);
   return font;
+}
+
+QVBoxLayout* StackedIn(QWidget& panel) {
+  auto* layout = new QVBoxLayout(&panel);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  return layout;
 }
 
 void SetPanelColor(QWidget& panel, const QColor& color) {

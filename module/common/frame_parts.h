@@ -5,6 +5,8 @@
 #include <QString>
 #include <vector>
 
+class QVBoxLayout;
+
 /// What every frame is put together from: the design font, coloured panels, title and header strips.
 namespace holdwise {
 
@@ -13,6 +15,9 @@ class TStringGrid;
 /// The design font in pixels, with the names under which its Chinese characters are found elsewhere.
 inline constexpr int kDesignFontPixels = 12;
 [[nodiscard]] QFont DesignFont(int pixels = kDesignFontPixels, bool bold = false);
+
+/// Gives a panel a vertical layout without margins and gaps.
+QVBoxLayout* StackedIn(QWidget& panel);
 
 /// Fills a panel with a colour; its children keep theirs.
 void SetPanelColor(QWidget& panel, const QColor& color);

@@ -35,6 +35,10 @@ QString HoldingsOf(const QString& portfolioId) {
   return QStringLiteral("select * from alg_comdetail where MAINID =") + portfolioId;
 }
 
+QString CodesOf(const QString& portfolioId) {
+  return QStringLiteral("select SECUCODE from alg_comdetail where mainid = ") + portfolioId;
+}
+
 QString LatestDayOf(const QString& code) {
   return kLatestDay + QStringLiteral(" and SecuCode = ") + code;
 }

@@ -34,6 +34,7 @@ inline const QString kSavedHoldingsForCloses = QStringLiteral(
 inline const QString kPortfolioCosts =
     QStringLiteral("select MainId,Sum(PZSL*BUYPRICE) as sum_value from alg_comdetail group by MainId");
 [[nodiscard]] QString HoldingsOf(const QString& portfolioId);
+[[nodiscard]] QString CodesOf(const QString& portfolioId);
 
 /// Statistics.
 inline const QString kLatestDay = QStringLiteral("select Max(HQDate) from alg_stockstatistic where hqtype = 0");

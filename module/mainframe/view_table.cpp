@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "views/fxjl/fxjl.h"
 #include "views/zhbx/zhbx.h"
 
 namespace holdwise {
@@ -10,6 +11,7 @@ namespace holdwise {
 std::span<const ViewEntry> ViewTable() {
   static const std::array kViews = {
       ViewEntry{2001, [] { return std::make_unique<TFrm_ZHBX>(); }},
+      ViewEntry{2002, [] { return std::make_unique<TFrm_FXJL>(); }},
   };
   return kViews;
 }

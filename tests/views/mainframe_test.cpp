@@ -125,12 +125,14 @@ TEST_F(MainFrame, AFailingViewIsLoggedAndTheWorkAreaStillRefreshed) {
 }
 
 TEST_F(MainFrame, ANodeWithoutAViewLeavesTheOldOneOnScreenButNotCurrent) {
-  ASSERT_EQ(FindView(2002), nullptr) << "choose another node for this test";
+  constexpr int kNodeWithoutView = 4001;
   Open();
+  auto* node = new QTreeWidgetItem(&bench.mainFrame->dxTL());
+  node->setData(NavigationTree::dxc_Id, Qt::DisplayRole, kNodeWithoutView);
   bench.ClickNode(kPerformance);
   TViewFrame* frame = bench.mainFrame->CurFrame();
   MessageSpy spy(*frame);
-  bench.ClickNode(2002);
+  bench.ClickNode(kNodeWithoutView);
   EXPECT_EQ(bench.mainFrame->CurFrame(), nullptr);
   EXPECT_TRUE(frame->isVisible());
   EXPECT_NE(LabelWith(QStringLiteral("组合表现")), nullptr);

@@ -29,6 +29,11 @@ void SecurityLinks::MouseDown(const QPoint& position) {
   OpenSecurity(code);
 }
 
+QString NameOrDelisted(const QString& code) {
+  const QString name = ModuleHost().CodeNums().NameOf(code);
+  return name.isEmpty() ? QStringLiteral("已退市") : name;
+}
+
 void OpenSecurity(const QString& code) {
   ModuleHost().CodeNums().SetCurrentCode(GetCodeNum(code));
   g_Timer->start();

@@ -23,6 +23,9 @@ class SecurityLinks {
   GridCell hovered_;
 };
 
+/// The host's name of a security; "已退市" when it has none.
+[[nodiscard]] QString NameOrDelisted(const QString& code);
+
 /// Makes a security the host's current one and has the host open its intraday chart once the present event is over.
 void OpenSecurity(const QString& code);
 

@@ -1,5 +1,6 @@
 #include "views/zhbx/performance_rows.h"
 
+#include "common/grid/security_links.h"
 #include "common/holding_rows.h"
 #include "common/host_access.h"
 #include "common/untcommon.h"
@@ -9,11 +10,6 @@
 
 namespace holdwise::performance {
 namespace {
-
-QString NameOrDelisted(const QString& code) {
-  const QString name = ModuleHost().CodeNums().NameOf(code);
-  return name.isEmpty() ? QStringLiteral("已退市") : name;
-}
 
 void ShowCloses(const QString& code, int row, TStringGrid& grid) {
   const TNameValueSnapshot week = g_ClosePrice->GetWeekCloseStringList();

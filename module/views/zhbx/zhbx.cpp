@@ -24,13 +24,6 @@ constexpr int kListPanelHeight = 201;
 constexpr int kRowsShown = 5;
 constexpr int kFrameOfRows = 4;
 
-QVBoxLayout* StackedIn(QWidget* panel) {
-  auto* layout = new QVBoxLayout(panel);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(0);
-  return layout;
-}
-
 QString Unit() {
   return QStringLiteral("Zhbx");
 }
@@ -76,15 +69,15 @@ void TFrm_ZHBX::InitAppear() {
   RzPanel4 = new HeaderStrip(*strngrd, RzPanel1);
   RzPanel5 = new HeaderStrip(*StringGrid1, RzPanel2);
   RzPanel1->setFixedHeight(kListPanelHeight);
-  auto* list = StackedIn(RzPanel1);
+  auto* list = StackedIn(*RzPanel1);
   list->addWidget(RzPanel4);
   list->addWidget(strngrd);
   list->addStretch();
-  auto* holdings = StackedIn(RzPanel2);
+  auto* holdings = StackedIn(*RzPanel2);
   holdings->addWidget(RzPanel3);
   holdings->addWidget(RzPanel5);
   holdings->addWidget(StringGrid1, 1);
-  auto* frame = StackedIn(this);
+  auto* frame = StackedIn(*this);
   frame->addWidget(RzPanel1);
   frame->addWidget(RzPanel2, 1);
 }

@@ -1,5 +1,6 @@
 #include <QDirIterator>
 #include <QLockFile>
+#include <cmath>
 
 #include "holdwise/market/data_folder_builder.h"
 #include "holdwise/packet/csv.h"
@@ -82,8 +83,9 @@ TEST_F(Build, WritesTheWholeFolder) {
   EXPECT_EQ(outcome.rejections, "");
   EXPECT_EQ(Names(QStringLiteral("out")),
             (QStringList{QStringLiteral("QMTL/TZZH/Day250/指数/allzs.dat"), kMoutai, QStringLiteral("QMTL/TZZH/GZ.dat"),
-                         QStringLiteral("QMTL/TZZH/InterestRate.Dat"), QStringLiteral("market.dat"),
-                         QStringLiteral("quotes.dat"), QStringLiteral("securities.dat"),
+                         QStringLiteral("QMTL/TZZH/InterestRate.Dat"), QStringLiteral("QMTL/TZZH/风险计量/HS.dat"),
+                         QStringLiteral("QMTL/TZZH/风险计量/SH.dat"), QStringLiteral("QMTL/TZZH/风险计量/SZ.dat"),
+                         QStringLiteral("market.dat"), QStringLiteral("quotes.dat"), QStringLiteral("securities.dat"),
                          QStringLiteral("trading_dates.dat")}));
   EXPECT_EQ(Csv(QStringLiteral("market.dat")), "current_date:integer,simulated:integer,format:integer\n20240109,0,1\n");
   EXPECT_EQ(Csv(QStringLiteral("securities.dat")),
@@ -235,6 +237,71 @@ TEST_F(Build, WritesTheRatesInForce) {
   EXPECT_NE(Run().error.find("没有在 2024-01-09 或之前生效的利率"), std::string::npos);
 }
 
+TEST_F(Build, WithoutRatesTheBenchmarkRateIsInForceFromItsFirstDay) {
+  const auto rates = [this](int date) {
+    options_.currentDate = date;
+    files_.WriteMarket("date,close\n2015-10-22,10\n2015-10-23,11\n2015-10-26,12\n");
+    files_.Write(QStringLiteral("bars/600519.csv"), "date,close\n2015-10-22,10\n2015-10-23,11\n");
+    EXPECT_EQ(Run().error, "");
+    return Rows(QStringLiteral("QMTL/TZZH/InterestRate.Dat"),
+                {"DEPOSITTYPE", "TERM", "INTERESTCHANGEDATE", "INTEREST"});
+  };
+  EXPECT_EQ(rates(20151026), "定期存款整存整取 一年 2015-10-24 1.5 \n");
+  EXPECT_EQ(rates(20151023), "");
+}
+
+// Daily returns inside the window of three days: indices 0.01, -0.01, 0.03; stock 600519 0.02, 0, 0.07 (as in the test
+// of the figures); stock 000001 first has a bar on the second day and stands still; stock 000002 has none.
+TEST_F(Build, WritesTheRiskFiles) {
+  files_.WriteMarket("date,close\n2024-01-03,1000\n2024-01-04,1010\n2024-01-05,999.9\n2024-01-08,1029.897\n");
+  files_.Write(QStringLiteral("indices/399001.csv"),
+               "date,close\n2024-01-03,1000\n2024-01-04,1020\n2024-01-05,999.6\n2024-01-08,1059.576\n");
+  files_.Write(QStringLiteral("securities.csv"), "code,name\n600519,甲\n000001,乙\n000002,丙\n");
+  files_.Write(QStringLiteral("bars/600519.csv"),
+               "date,close\n2024-01-03,100\n2024-01-04,102\n2024-01-05,102\n2024-01-08,109.14\n");
+  files_.Write(QStringLiteral("bars/000001.csv"), "date,close\n2024-01-05,9\n2024-01-08,9\n");
+  files_.Write(QStringLiteral("bars/000002.csv"), "date,close\n2024-01-02,9\n2024-01-03,9\n");
+  files_.Write(QStringLiteral("rates.csv"), "date,one_year\n2015-10-24,50\n");
+  options_.ratesFile = files_.Path(QStringLiteral("rates.csv"));  // 0.002 a day
+  options_.days = 3;
+  ASSERT_EQ(Run().error, "");
+  const auto expectRow = [](const ResultSet& table, int row, const char* code, const std::vector<double>& figures) {
+    EXPECT_EQ(table.Utf8At(row, 0), code);
+    for (int i = 0; i < 4; ++i) EXPECT_NEAR(table.RealAt(row, i + 1), figures[static_cast<std::size_t>(i)], 1e-12) << i;
+  };
+  for (const char* name : {"SH", "HS"}) {
+    const ResultSet table = Table(QStringLiteral("QMTL/TZZH/风险计量/%1.dat").arg(QString::fromUtf8(name)));
+    ASSERT_EQ(table.RowCount(), 2) << name;
+    expectRow(table, 0, "000001", {0, -0.002, 0, 0});
+    expectRow(table, 1, "600519", {1.75, 0.014, 0.016, 0.028 / std::sqrt(0.0013)});
+  }
+  // Every return of the Shenzhen index is twice that of the others: half the beta, alpha 0.028 - 0.875 x 0.018.
+  const ResultSet shenzhen = Table(QStringLiteral("QMTL/TZZH/风险计量/SZ.dat"));
+  ASSERT_EQ(shenzhen.RowCount(), 2);
+  expectRow(shenzhen, 0, "000001", {0, -0.002, 0, 0});
+  expectRow(shenzhen, 1, "600519", {0.875, 0.01225, 0.032, 0.028 / std::sqrt(0.0013)});
+}
+
+TEST_F(Build, TakesEstimatesFromAFileAndNamesItsBadRows) {
+  files_.Write(QStringLiteral("estimates.csv"),
+               "代码,估值\n600519.SH,1850.50\n000001,12.345\n600519,1\n000001,0\n600000,7\n12,1\nsz000001,x\n");
+  options_.estimatesFile = files_.Path(QStringLiteral("estimates.csv"));
+  const Outcome outcome = Run();
+  EXPECT_EQ(outcome.error, "");
+  EXPECT_EQ(outcome.rejections,
+            "estimates.csv:4: 代码 600519 重复\n"
+            "estimates.csv:5: 估值不是正数“0”\n"
+            "estimates.csv:6: 代码 600000 不在证券表中\n"
+            "estimates.csv:7: 不是沪深证券代码“12”\n"
+            "estimates.csv:8: 估值不是数字“x”\n");
+  EXPECT_EQ(outcome.summary.rejectedLines, 5);
+  const QString file = QStringLiteral("QMTL/TZZH/GZ.dat");
+  EXPECT_EQ(Csv(file), "SECUCODE:text,ID:integer,PRICE:text\n600519,1,1850.5\n000001,2,12.345\n");
+  options_.estimatesFile.clear();
+  EXPECT_EQ(Run().error, "");
+  EXPECT_EQ(Csv(file), "SECUCODE:text,ID:integer,PRICE:text\n") << "values of an earlier run do not stay";
+}
+
 TEST_F(Build, ReplacesTheFolderAndKeepsFilesOfOthers) {
   EXPECT_EQ(Run().error, "");
   files_.Write(QStringLiteral("out/accounts.dat"), "accounts");
@@ -297,6 +364,8 @@ TEST_F(Build, FailsWithTheOldFolderWhole) {
   failsWith(&BuildOptions::securitiesFile, "nothing.csv", "证券表没有可用的行");
   failsWith(&BuildOptions::datesFile, "missing.csv", "missing.csv");
   failsWith(&BuildOptions::ratesFile, "empty.csv", "文件为空");
+  failsWith(&BuildOptions::estimatesFile, "missing.csv", "missing.csv");
+  failsWith(&BuildOptions::estimatesFile, "nothing.csv", "表头缺少列“price”");
   failsWith(&BuildOptions::quotesFile, "nothing.csv", "表头缺少列“price”");
   options_.currentDate = 20200101;
   EXPECT_NE(Run().error.find("没有可用的行"), std::string::npos) << "no bars before the first date";

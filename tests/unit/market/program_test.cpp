@@ -77,8 +77,8 @@ std::map<QString, QByteArray> Contents(const QString& folder) {
 TEST(Program, HelpNamesEveryOption) {
   const Result help = RunProgram({QStringLiteral("build"), QStringLiteral("--help")});
   EXPECT_EQ(help.exitCode, 0);
-  for (const char* option : {"--bars", "--indices", "--securities", "--dates", "--rates", "--quotes", "--date",
-                             "--days", "--out", "--simulated"}) {
+  for (const char* option : {"--bars", "--indices", "--securities", "--dates", "--rates", "--quotes", "--estimates",
+                             "--date", "--days", "--out", "--simulated"}) {
     EXPECT_TRUE(help.out.contains(option)) << option;
   }
   EXPECT_EQ(RunProgram({QStringLiteral("--help")}).exitCode, 0);

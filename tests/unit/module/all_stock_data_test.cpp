@@ -95,6 +95,38 @@ TEST_F(AllStockData, ALateFileFillsTheTableOfItsOwnIndex) {
   EXPECT_EQ(role_->Pending(), std::vector<QString>{kShenzhen});
 }
 
+TEST_F(AllStockData, TheCurrentTableIsAskedForOnceUntilItIsThere) {
+  g_AllStockData->RequestCurrentTable();
+  g_AllStockData->RequestCurrentTable();
+  EXPECT_EQ(role_->Requests(), std::vector<QString>{kShanghai});
+  role_->Fail(kShanghai, TDSBAsynDownFileRole::kTimedOut);
+  g_AllStockData->RequestCurrentTable();
+  EXPECT_EQ(role_->Requests(), (std::vector<QString>{kShanghai, kShanghai}));
+  role_->WriteAndReceive(kShanghai, RiskFile({{"600000", "1.5", "0"}}));
+  g_AllStockData->RequestCurrentTable();
+  EXPECT_EQ(role_->Requests().size(), 2U);
+  g_AllStockData->Set_HSZS();
+  g_AllStockData->RequestCurrentTable();
+  EXPECT_EQ(role_->Pending(), std::vector<QString>{kCsi300});
+}
+
+TEST_F(AllStockData, TellsOfEveryTableThatArrives) {
+  int arrived = 0;
+  QObject::connect(g_AllStockData.get(), &TAllStockData::TableArrived, [&] {
+    ++arrived;
+    EXPECT_EQ(g_AllStockData->GetCurStringGrid().Cells(1, 0), QStringLiteral("1.5"));
+  });
+  g_AllStockData->Set_SHZS();
+  EXPECT_EQ(arrived, 0);
+  role_->Fail(kShanghai, TDSBAsynDownFileRole::kTimedOut);
+  g_AllStockData->Set_SHZS();
+  role_->WriteAndReceive(kShanghai, "damaged");
+  EXPECT_EQ(arrived, 0);
+  g_AllStockData->Set_SHZS();
+  role_->WriteAndReceive(kShanghai, RiskFile({{"600000", "1.5", "0"}}));
+  EXPECT_EQ(arrived, 1);
+}
+
 TEST_F(AllStockData, ADamagedFileChangesNothing) {
   g_AllStockData->Set_SHZS();
   g_AllStockData->Set_SHZS();

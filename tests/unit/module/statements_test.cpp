@@ -20,6 +20,7 @@ TEST(Statements, TextsAreExact) {
   EXPECT_EQ(sql::PortfolioByName(QStringLiteral("稳健")),
             QStringLiteral("select * from alg_commain where COMNAME = '稳健'"));
   EXPECT_EQ(sql::HoldingsOf(QStringLiteral("12")), QStringLiteral("select * from alg_comdetail where MAINID =12"));
+  EXPECT_EQ(sql::CodesOf(QStringLiteral("12")), QStringLiteral("select SECUCODE from alg_comdetail where mainid = 12"));
 }
 
 TEST(Statements, CloseQueriesCarryTypeAndBounds) {

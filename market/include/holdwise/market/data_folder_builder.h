@@ -13,8 +13,9 @@ struct BuildOptions {
   QString indicesFolder;   ///< the same of the three indices
   QString securitiesFile;  ///< security master
   QString datesFile;       ///< optional: trading dates; without it the dates of the index bars
-  QString ratesFile;       ///< optional: deposit rates
+  QString ratesFile;       ///< optional: deposit rates; without it the benchmark one-year rate
   QString quotesFile;      ///< optional: prices; without it, and for what it lacks, the last two closes
+  QString estimatesFile;   ///< optional: estimate values of stocks; without it there are none
   QString outFolder;
   int currentDate = 0;  ///< YYYYMMDD, the market's current date; 0 = last date of the index bars
   int days = 250;       ///< trading days in the window, at least 1

@@ -7,8 +7,8 @@
 #include "holdwise/market/csv_table.h"
 #include "holdwise/packet/result_set.h"
 
-/// The files beside the daily bars: security master, trading dates, deposit rates, quotes. Each reader throws for the
-/// file as a whole as CsvTable does, names every line that it does not use, and is thread-safe.
+/// The files beside the daily bars: security master, trading dates, deposit rates, quotes, estimate values. Each reader
+/// throws for the file as a whole as CsvTable does, names every line that it does not use, and is thread-safe.
 namespace holdwise {
 
 struct Security {
@@ -39,6 +39,11 @@ struct DepositRates {
 /// of another term means that the term is not offered.
 [[nodiscard]] DepositRates ReadDepositRates(const QString& path, int date, std::vector<Rejection>& rejections);
 
+/// What holds without a file: the People's Bank's benchmark rate for one year, 1.50 since 2015-10-24. None before.
+[[nodiscard]] DepositRates BenchmarkRates(int date);
+/// The one-year rate of a day as a fraction; a year has 250 days. 0 when no rates are in force.
+[[nodiscard]] double RiskFreePerDay(const DepositRates& rates);
+
 /// Prices of one stock or index; 0 = none.
 struct QuoteRow {
   double price = 0;
@@ -50,12 +55,22 @@ struct QuoteRow {
 [[nodiscard]] std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::unordered_set<int>& known,
                                                            std::vector<Rejection>& rejections);
 
+/// The value at which somebody estimates a stock, yuan a share.
+struct EstimateValue {
+  std::string code;  ///< six digits
+  double price = 0;
+};
+/// Reads code and price, in the order of the file. A code that appeared before, and one whose code number is not in
+/// `known`, is rejected.
+[[nodiscard]] std::vector<EstimateValue> ReadEstimates(const QString& path, const std::unordered_set<int>& known,
+                                                       std::vector<Rejection>& rejections);
+
 /// The data folder's tables.
 [[nodiscard]] ResultSet SecuritiesTable(const std::vector<Security>& securities);
 [[nodiscard]] ResultSet TradingDatesTable(const std::vector<int>& dates);
 /// `madeOn` YYYYMMDD stands in the record-keeping columns. No rates: a table without rows.
 [[nodiscard]] ResultSet InterestRateTable(const DepositRates& rates, int madeOn);
-/// Estimate values: no source for them, so a table without rows, which readers take as "nothing new".
-[[nodiscard]] ResultSet EmptyEstimateTable();
+/// No values: a table without rows, which readers take as "nothing new".
+[[nodiscard]] ResultSet EstimateTable(const std::vector<EstimateValue>& values);
 
 }  // namespace holdwise

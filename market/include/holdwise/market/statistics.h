@@ -39,7 +39,7 @@ struct PeriodSeries {
 [[nodiscard]] ResultSet MakeStatisticsTable(bool hasCode);
 /// Appends the rows of one series. `code` is used only by a table that has a code column.
 void AppendSeries(ResultSet& table, const PeriodSeries& series, PeriodType type, Window window, int code = 0);
-/// The three series of one security, one after the other.
-void AppendStatistics(ResultSet& table, std::span<const Bar> bars, Window window, int code = 0);
+/// The three series of one security, one after the other. Returns the daily one.
+PeriodSeries AppendStatistics(ResultSet& table, std::span<const Bar> bars, Window window, int code = 0);
 
 }  // namespace holdwise
