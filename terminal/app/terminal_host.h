@@ -27,7 +27,7 @@ struct HostParts {
   DebugServers& debug;
   ClockService& clock;
   const std::unique_ptr<UserDataServices>& userData;  ///< filled before the first page is entered
-  MarketData& market;  ///< loaded
+  MarketData& market;                                 ///< loaded
 };
 
 /// The services of this terminal, handed to the plug-ins. User-interface thread.

@@ -114,6 +114,13 @@ void CreateFile(const QString& file) {
   FlushFolder(info.absolutePath());
 }
 
+Error Damaged(const QString& file, const QString& reason) {
+  return {ErrorCategory::Corrupt,
+          QStringLiteral("数据库文件 %1 已损坏（%2）。请用备份替换它，或把它移走后重新启动（将建立空的数据库）")
+              .arg(file, reason)
+              .toStdString()};
+}
+
 void CheckFile(const QString& file, const QString& lockFolder) {
   const QFileInfo info(file);
   if (!QFileInfo(info.absolutePath()).isDir()) {
@@ -128,12 +135,7 @@ void CheckFile(const QString& file, const QString& lockFolder) {
   if (problem.isEmpty() && !QFileInfo::exists(firebird::MarkerOf(file))) return;
   // Not closed last time, or doubtful: a damaged file may take the process that opens it down.
   const bool checked = firebird::CheckInHelper(file, lockFolder);
-  if (!checked && !problem.isEmpty()) {
-    throw Error(ErrorCategory::Corrupt,
-                QStringLiteral("数据库文件 %1 已损坏（%2）。请用备份替换它，或把它移走后重新启动（将建立空的数据库）")
-                    .arg(file, problem)
-                    .toStdString());
-  }
+  if (!checked && !problem.isEmpty()) throw Damaged(file, problem);
 }
 
 /// True when the marker was not there before.
@@ -183,6 +185,7 @@ std::shared_ptr<Connection> OpenFile(const QString& file, const QString& lockFol
   } catch (const Error& error) {
     firebird::Detach(status, attachment);
     if (ownMarker) QFile::remove(firebird::MarkerOf(file));
+    if (error.Category() == ErrorCategory::Corrupt) throw Damaged(file, QString::fromUtf8(error.what()));
     if (error.Category() != ErrorCategory::Busy) throw;
     throw Error(ErrorCategory::Busy,
                 QStringLiteral("数据库文件 %1 正被另一个程序使用，请先关闭它").arg(file).toStdString());
