@@ -65,13 +65,19 @@ class StatisticRows {
   /// Empty or a plain number.
   [[nodiscard]] QString TextOf(int row, int column) const {
     if (rows_.IsNull(row, column)) return {};
-    const ColumnType type = rows_.TypeOf(column);
-    if (type == ColumnType::Real && !std::isfinite(rows_.RealAt(row, column))) {
-      Refuse(row, column, QStringLiteral("NaN/Inf"));
+    switch (rows_.TypeOf(column)) {
+      case ColumnType::Integer:
+        return QString::number(rows_.IntegerAt(row, column));
+      case ColumnType::Real: {
+        const double value = rows_.RealAt(row, column);
+        if (!std::isfinite(value)) Refuse(row, column, QStringLiteral("NaN/Inf"));
+        return ShortestText(value);
+      }
+      default:
+        break;
     }
     QString text = rows_.TextAt(row, column);
-    const bool isNumber = type == ColumnType::Integer || type == ColumnType::Real || text.isEmpty() || ParseReal(text);
-    if (!isNumber) Refuse(row, column, text);
+    if (!text.isEmpty() && !ParseReal(text)) Refuse(row, column, text);
     return text;
   }
   [[noreturn]] void Refuse(int row, int column, const QString& text) const {
