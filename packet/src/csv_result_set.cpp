@@ -14,7 +14,9 @@ namespace {
 }
 
 void AppendField(std::string& csv, std::string_view text) {
-  const bool quotes = text.empty() || text.find_first_of(",\"\r\n") != std::string_view::npos ||
+  // At the beginning of a text a byte-order mark that is meant would be taken for one that is not.
+  const bool quotes = text.empty() || text.starts_with("\xEF\xBB\xBF") ||
+                      text.find_first_of(",\"\r\n") != std::string_view::npos ||
                       std::string_view(" \t").find(text.front()) != std::string_view::npos ||
                       std::string_view(" \t").find(text.back()) != std::string_view::npos;
   if (!quotes) {

@@ -1,5 +1,6 @@
 #include "holdwise/packet/result_set.h"
 
+#include <QStringDecoder>
 #include <QUtf8StringView>
 #include <algorithm>
 #include <cmath>
@@ -21,6 +22,12 @@ bool SameName(std::string_view a, std::string_view b) noexcept {
 
 bool IsUtf8(std::string_view text) noexcept {
   return QUtf8StringView(text.data(), static_cast<qsizetype>(text.size())).isValidUtf8();
+}
+
+/// Every character of the text: Qt takes a byte-order mark at the beginning away.
+QString WholeText(const std::string& utf8) {
+  QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+  return decoder(QByteArrayView(utf8));
 }
 
 [[noreturn]] void Refuse(const std::string& text) {
@@ -45,7 +52,7 @@ QString Value::ToText() const {
     case ColumnType::Text:
       break;
   }
-  return QString::fromStdString(text);
+  return WholeText(text);
 }
 
 int ResultSet::AddColumn(std::string_view name, ColumnType type) {
@@ -190,7 +197,7 @@ double ResultSet::RealAt(int row, int column) const {
 }
 
 QString ResultSet::TextAt(int row, int column) const {
-  return QString::fromStdString(Utf8At(row, column));
+  return WholeText(Utf8At(row, column));
 }
 
 std::string ResultSet::Utf8At(int row, int column) const {

@@ -26,8 +26,8 @@ class Converter {
   Converter& operator=(const Converter&) = delete;
 
   [[nodiscard]] QByteArray Convert(QByteArray bytes) const {
-    // Two bytes become at most three, one stays one, four become at most four.
-    QByteArray utf8(bytes.size() / 2 * 3 + 4, Qt::Uninitialized);
+    // One byte stays one, two become at most four (characters outside the first plane among them), four at most four.
+    QByteArray utf8(bytes.size() * 2, Qt::Uninitialized);
     char* from = bytes.data();
     char* to = utf8.data();
     auto fromLeft = static_cast<std::size_t>(bytes.size());

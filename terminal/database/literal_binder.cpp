@@ -20,7 +20,8 @@ namespace {
 
 constexpr unsigned kUtf8CharSet = 4;
 constexpr unsigned kBytesPerUtf8Character = 4;
-constexpr double kLargestExactWhole = 9007199254740992.0;
+/// Exponents beyond are this far: no statement has as many digits.
+constexpr std::int64_t kFarthest = 1LL << 40;
 
 [[noreturn]] void Refuse(const Literal& literal, const char* why) {
   std::size_t end = std::min<std::size_t>(literal.text.size(), 80);
@@ -40,26 +41,36 @@ double RealOf(const Literal& literal) {
   return *value;
 }
 
-/// The whole number that the literal times 10^decimals is; never rounded.
+/// Takes the exponent off the spelling of a number; 0 when it has none.
+std::int64_t TakeExponent(std::string& number, const Literal& literal) {
+  const std::size_t mark = number.find_first_of("eE");
+  if (mark == std::string::npos) return 0;
+  const std::optional<std::int64_t> exponent = ParseInteger(std::string_view(number).substr(mark + 1));
+  if (!exponent) Refuse(literal, "超出范围");
+  number.resize(mark);
+  return std::clamp(*exponent, -kFarthest, kFarthest);
+}
+
+/// The whole number that the literal times 10^decimals is, from its digits: exact where a double is not.
 std::int64_t WholeOf(const Literal& literal, int decimals) {
   if (decimals == 0) {
     if (const std::optional<std::int64_t> value = ParseInteger(literal.text)) return *value;
-    const double real = RealOf(literal);
-    if (real != std::trunc(real)) Refuse(literal, "不是整数");
-    if (std::abs(real) > kLargestExactWhole) Refuse(literal, "超出整数范围");
-    return static_cast<std::int64_t>(real);
   }
-  RealOf(literal);
+  RealOf(literal);  // a number at all
   std::string digits(literal.text);
-  if (digits.find_first_of("eE") != std::string::npos) Refuse(literal, "带指数，不能存入定点数");
-  const std::size_t point = std::min(digits.find('.'), digits.size());
-  std::size_t fraction = point < digits.size() ? digits.size() - point - 1 : 0;
-  if (point < digits.size()) digits.erase(point, 1);
-  for (; fraction > static_cast<std::size_t>(decimals) && digits.back() == '0'; --fraction) digits.pop_back();
-  if (fraction > static_cast<std::size_t>(decimals)) Refuse(literal, "小数位数过多");
-  digits.append(static_cast<std::size_t>(decimals) - fraction, '0');
+  if (decimals > 0 && digits.find_first_of("eE") != std::string::npos) Refuse(literal, "带指数，不能存入定点数");
+  std::int64_t shift = decimals + TakeExponent(digits, literal);
+  if (const std::size_t point = digits.find('.'); point != std::string::npos) {
+    shift -= static_cast<std::int64_t>(digits.size() - point - 1);
+    digits.erase(point, 1);
+  }
+  if (digits.find_first_of("123456789") == std::string::npos) return 0;
+  for (; shift < 0 && digits.back() == '0'; ++shift) digits.pop_back();
+  if (shift < 0) Refuse(literal, decimals > 0 ? "小数位数过多" : "不是整数");
+  if (shift > std::numeric_limits<std::int64_t>::digits10) Refuse(literal, "超出整数范围");
+  digits.append(static_cast<std::size_t>(shift), '0');
   const std::optional<std::int64_t> value = ParseInteger(std::string_view(digits));
-  if (!value) Refuse(literal, "超出范围");
+  if (!value) Refuse(literal, decimals > 0 ? "超出范围" : "超出整数范围");
   return *value;
 }
 

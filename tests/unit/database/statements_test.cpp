@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QDateTime>
+#include <limits>
 #include <thread>
 
 #include "database_texts.h"
@@ -159,12 +160,27 @@ TEST_F(Statements, NumbersAreStoredAsTheyStand) {
 }
 
 TEST_F(Statements, WholeNumbersAreStoredAsTheyStand) {
-  for (const auto& [literal, value] : {std::pair{"2147483647", 2147483647LL}, std::pair{"-2147483648", -2147483648LL},
-                                       std::pair{"100.00", 100LL}, std::pair{"1e3", 1000LL}, std::pair{"'12'", 12LL}}) {
+  for (const auto& [literal, value] :
+       {std::pair{"2147483647", 2147483647LL}, std::pair{"-2147483648", -2147483648LL}, std::pair{"100.00", 100LL},
+        std::pair{"1e3", 1000LL}, std::pair{"'12'", 12LL}, std::pair{"12.5e1", 125LL}, std::pair{"-1200e-2", -12LL}}) {
     service().Execute(QStringLiteral("delete from alg_comdetail"));
     service().Execute(InsertHolding("1", "1600000", QString::fromLatin1(literal), "0.5"));
     EXPECT_EQ(service().Count(QStringLiteral("select PZSL from alg_comdetail")), value) << literal;
   }
+}
+
+TEST_F(Statements, LargeWholeNumbersDoNotPassThroughADouble) {
+  service().Execute(QStringLiteral("create table wide (n bigint)"));
+  for (const auto& [literal, value] :
+       {std::pair{"9007199254740993.0", 9007199254740993LL}, std::pair{"9007199254740993e1", 90071992547409930LL},
+        std::pair{"-9223372036854775808.00", std::numeric_limits<long long>::min()}}) {
+    service().Execute(QStringLiteral("delete from wide"));
+    service().Execute(QStringLiteral("insert into wide values (%1)").arg(QLatin1String(literal)));
+    EXPECT_EQ(service().Query(QStringLiteral("select n from wide")).IntegerAt(0, 0), value) << literal;
+  }
+  const auto [category, text] = ErrorOf(QStringLiteral("insert into wide values (4503599627370497.5)"));
+  EXPECT_EQ(category, ErrorCategory::Refused);
+  EXPECT_TRUE(text.contains(QStringLiteral("不是整数"))) << text.toStdString();
 }
 
 TEST_F(Statements, ValuesThatDoNotFitAreRefusedByName) {
@@ -173,6 +189,9 @@ TEST_F(Statements, ValuesThatDoNotFitAreRefusedByName) {
     const char* weight;
     const char* named;
   } cases[] = {{"12.5", "0.5", "12.5"},
+               {"1.00000000000000000001", "0.5", "1.00000000000000000001"},  // a double rounds it to 1
+               {"1e-400", "0.5", "1e-400"},                                  // and this to 0
+               {"1.5e-9223372036854775808", "0.5", "1.5e-9223372036854775808"},
                {"2147483648", "0.5", "2147483648"},
                {"-99999999999999999999", "0.5", "-99999999999999999999"},
                {"1e10", "0.5", "1e10"},

@@ -88,6 +88,7 @@ TEST(CsvField, QuotesOnlyWhenNeeded) {
       {"a\r", "\"a\r\""},
   };
   for (const auto& [text, field] : cases) EXPECT_EQ(CsvField(QString::fromUtf8(text)), QString::fromUtf8(field));
+  EXPECT_EQ(CsvField(QChar(0xFEFF) + QStringLiteral("a")), QLatin1Char('"') + QChar(0xFEFF) + QStringLiteral("a\""));
 }
 
 TEST(TextFile, Utf8AndGb18030) {
@@ -96,6 +97,12 @@ TEST(TextFile, Utf8AndGb18030) {
   EXPECT_EQ(ToUtf8Text(QByteArray("\xD6\xD0\xB9\xFA,1")), "中国,1");     // python: '中国,1'.encode('gb18030')
   EXPECT_EQ(ToUtf8Text(QByteArray("\xD6\xD0\x94\x39\xFC\x36")), "中😀");  // python: '中😀'.encode('gb18030')
   EXPECT_EQ(ToUtf8Text({}), "");
+}
+
+/// Some characters outside the first plane have two bytes in GB18030 and four in UTF-8.
+TEST(TextFile, Gb18030MayDouble) {
+  const QByteArray character("\xFE\x51");
+  EXPECT_EQ(ToUtf8Text(character.repeated(1000)), ToUtf8Text(character).repeated(1000));
 }
 
 TEST(TextFile, NeitherEncodingIsCorrupt) {
@@ -151,6 +158,13 @@ TEST(CsvResultSet, RoundTripOfOneColumnWithNulls) {
   for (int row = 0; row < 5; ++row) set.AppendRow();
   set.SetText(1, 0, "");
   set.SetText(3, 0, "x");
+  EXPECT_TRUE(ResultSetFromCsv(ResultSetToCsv(set)) == set);
+}
+
+TEST(CsvResultSet, RoundTripOfByteOrderMarksThatAreMeant) {
+  ResultSet set;
+  set.AddColumn("\xEF\xBB\xBFname", ColumnType::Text);
+  set.SetText(set.AppendRow(), 0, "\xEF\xBB\xBFtext");
   EXPECT_TRUE(ResultSetFromCsv(ResultSetToCsv(set)) == set);
 }
 

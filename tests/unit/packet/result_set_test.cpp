@@ -144,6 +144,15 @@ TEST(ResultSet, TextReading) {
   EXPECT_EQ(set.Utf8At(0, 2), "贵州茅台");
 }
 
+TEST(ResultSet, TextsKeepAByteOrderMarkAtTheirBeginning) {
+  const QString text = QChar(0xFEFF) + QStringLiteral("浦发");
+  ResultSet set;
+  set.AddColumn("t", ColumnType::Text);
+  set.SetText(set.AppendRow(), 0, text);
+  EXPECT_EQ(set.TextAt(0, 0), text);
+  EXPECT_EQ(set.ValueAt(0, 0).ToText(), text);
+}
+
 TEST(ResultSet, DateTimeTexts) {
   // Expected by date -u -d @SECONDS '+%F %T'.
   const std::pair<std::int64_t, const char*> cases[] = {

@@ -57,7 +57,8 @@ class CsvReader {
   std::deque<std::string> unquoted_;
 };
 
-/// One field as CSV: in quotes when it is empty, begins or ends with a blank, or holds a comma, a quote or a line end.
+/// One field as CSV: in quotes when it is empty, begins or ends with a blank, begins with a byte-order mark, or holds a
+/// comma, a quote or a line end.
 [[nodiscard]] QString CsvField(const QString& text);
 
 /// A result set as CSV: heading row of "name:type" (type one of integer, real, text, datetime), null as an empty

@@ -1,0 +1,90 @@
+#include <QSet>
+#include <QUtf8StringView>
+#include <algorithm>
+
+#include "holdwise/packet/csv.h"
+#include "holdwise/packet/number_text.h"
+#include "portfolio_import/portfolio_csv.h"
+#include "properties.h"
+#include "targets.h"
+
+namespace holdwise::fuzz {
+namespace {
+
+/// Knows every six digits that look like a stock's.
+class AllStocks final : public CodeNumServices {
+ public:
+  bool IsFundOrBond(const QString&) const override { return false; }
+  bool IsKnownSecurity(const QString&) const override { return true; }
+  bool IsIndex(const QString&) const override { return false; }
+  bool IsCodeNumber(const QString&) const override { return true; }
+  bool IsShanghaiStock(const QString& codeNumber) const override { return codeNumber.startsWith(QLatin1String("16")); }
+  bool IsShenzhenStock(const QString& codeNumber) const override { return codeNumber.startsWith(QLatin1String("10")); }
+  QString NameOf(const QString&) const override { return {}; }
+  QString IndustryOf(int) const override { return {}; }
+  int MarketTypeOf(const QString&) const override { return 1; }
+  std::vector<int> CodeNumbersOf(int) const override { return {}; }
+  int CurrentDate() const override { return 20240529; }
+  void SetCurrentCode(const QString&) override {}
+  QString CurrentCode() const override { return {}; }
+};
+
+void CheckPortfolio(const CsvPortfolio& portfolio) {
+  Require(!portfolio.name.isEmpty() && portfolio.name.size() <= kMaxNameLength, "a portfolio has a name");
+  Require(!portfolio.name.contains(QLatin1Char('\'')), "a name can stand in a statement");
+  Require(portfolio.rows >= kMinHoldings && portfolio.rows <= kMaxHoldings, "a portfolio has a portfolio's size");
+  Require(portfolio.rows == static_cast<int>(portfolio.holdings.size()), "no holding is lost");
+  QSet<int> codes;
+  for (const CsvHolding& holding : portfolio.holdings) {
+    const bool isStock = (holding.codeNumber >= 1600000 && holding.codeNumber <= 1699999) ||
+                         (holding.codeNumber >= 1000000 && holding.codeNumber <= 1099999);
+    Require(isStock && !codes.contains(holding.codeNumber), "a portfolio holds a stock once");
+    codes.insert(holding.codeNumber);
+    const std::int64_t quantity = IntegerOr(holding.quantity, -1);
+    Require(quantity >= 1 && quantity <= 999'999'999, "a quantity is a number of shares");
+    const double price = RealOr(holding.price, -1);
+    Require(price > 0 && price < 100'000, "a price is a price");
+  }
+}
+
+/// What the portfolios hold, without the lines they stood on.
+QStringList Holdings(const std::vector<CsvPortfolio>& portfolios) {
+  QStringList rows;
+  for (const CsvPortfolio& portfolio : portfolios) {
+    for (const CsvHolding& holding : portfolio.holdings) {
+      rows += QStringList{CsvField(portfolio.name), QString::number(holding.codeNumber).mid(1), holding.quantity,
+                          holding.price}
+                  .join(QLatin1Char(','));
+    }
+  }
+  return rows;
+}
+
+void CheckSameAs(const CsvPortfolios& expected, const QByteArray& csv) {
+  const CsvPortfolios again = ParsePortfolioCsv(csv, AllStocks());
+  Require(again.problems.size() == expected.problems.size(), "another writing has the same problems");
+  Require(Holdings(again.portfolios) == Holdings(expected.portfolios), "another writing has the same holdings");
+}
+
+}  // namespace
+
+void PortfolioCsv(std::string_view input) {
+  const CsvPortfolios read = ParsePortfolioCsv(Raw(input), AllStocks());
+  const auto lines = 1 + std::count(input.begin(), input.end(), '\n');
+  int lastLine = 0;
+  for (const ImportProblem& problem : read.problems) {
+    Require(problem.line >= lastLine && problem.line <= lines, "problems name lines of the file, in order");
+    Require(!problem.reason.isEmpty(), "a problem has a reason");
+    lastLine = problem.line;
+  }
+  if (QUtf8StringView(Raw(input)).isValidUtf8()) {
+    if (const auto gb = ToGb18030(Raw(input))) CheckSameAs(read, *gb);
+  }
+  if (!read.problems.empty()) return;
+  Require(!read.portfolios.empty(), "a file without portfolios is a problem");
+  std::for_each(read.portfolios.begin(), read.portfolios.end(), CheckPortfolio);
+  const QString heading = QStringLiteral("组合名称,股票代码,数量（股）,买入价(元)\r\n");
+  CheckSameAs(read, (heading + Holdings(read.portfolios).join(QStringLiteral("\r\n"))).toUtf8());
+}
+
+}  // namespace holdwise::fuzz
