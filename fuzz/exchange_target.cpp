@@ -101,8 +101,8 @@ void CheckStatement(const QString& statement, const QString& plain, const std::v
 }
 
 void CheckImported(const ResultSet& holdings, const ResultSet& portfolios, const std::vector<QString>& statements) {
-  const auto rows = static_cast<std::size_t>(holdings.RowCount() + portfolios.RowCount());
-  Require(statements.size() == rows + 2, "a statement for each row and each generator");
+  const int rows = holdings.RowCount() + portfolios.RowCount();
+  Require(static_cast<int>(statements.size()) == rows + 2, "a statement for each row and each generator");
   const auto text = [](const ResultSet& set, int row, const char* name) { return set.Utf8At(row, set.Column(name)); };
   std::size_t at = 0;
   for (int row = 0; row < holdings.RowCount(); ++row) {

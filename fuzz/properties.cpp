@@ -16,6 +16,8 @@ namespace {
 constexpr std::int64_t kFirstDateTime = -62'135'596'800'000;  // 0001-01-01 00:00:00.000
 constexpr std::int64_t kLastDateTime = 253'402'300'799'999;   // 9999-12-31 23:59:59.999
 
+const auto kNoConverter = std::bit_cast<iconv_t>(std::intptr_t{-1});  // as iconv_open reports failure
+
 /// What ResultSetToCsv promises not to refuse. Reals are finite in everything a reader accepts.
 bool HasCsvForm(const ResultSet& resultSet) {
   if (resultSet.ColumnCount() == 0) return false;
@@ -64,7 +66,7 @@ void CheckAccepted(const ResultSet& resultSet) {
 
 std::optional<QByteArray> ToGb18030(const QByteArray& utf8) {
   const iconv_t converter = ::iconv_open("GB18030", "UTF-8");
-  Require(converter != std::bit_cast<iconv_t>(std::intptr_t{-1}), "the system knows GB18030");
+  Require(converter != kNoConverter, "the system knows GB18030");
   QByteArray source = utf8;
   QByteArray gb(utf8.size() * 4 + 4, Qt::Uninitialized);
   char* from = source.data();
