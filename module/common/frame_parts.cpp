@@ -6,6 +6,7 @@
 #include "common/grid/cell_geometry.h"
 #include "common/grid/string_grid.h"
 #include "common/host_access.h"
+#include "common/theme_colors.h"
 
 namespace holdwise {
 
@@ -66,17 +67,29 @@ void PictureStrip::resizeEvent(QResizeEvent* event) {
   picture_->setGeometry(rect());
 }
 
-HeaderStrip::HeaderStrip(const TStringGrid& grid, QWidget* parent) : PictureStrip(kHeight, parent), grid_(grid) {
-  for (const QString& title : grid.Titles()) {
+HeaderStrip::HeaderStrip(TStringGrid& grid, const GridDesign& design, QWidget* parent)
+    : PictureStrip(kHeight, parent), grid_(grid), widths_(design.widths) {
+  grid.SetColCount(design.columns);
+  grid.SetTitles(design.titles);
+  grid.SetHiddenColumns(design.hiddenColumns);
+  for (const QString& title : design.titles) {
     auto* label = new QLabel(title, this);
     label->setFont(DesignFont());
     labels_.push_back(label);
   }
 }
 
-void HeaderStrip::ApplyTheme(const QColor& text, const QString& pictureKey) {
+void HeaderStrip::ApplyTheme() {
+  const IColorSet2& colors = ModuleHost().ColorTheme().Colors();
+  grid_.SetColors(ReadGridColors(colors));
+  const QColor text = colors.ColorOf(theme::kTitleFont);
   for (QLabel* label : labels_) SetTextColor(*label, text);
-  ApplyPicture(pictureKey);
+  ApplyPicture(theme::kTitleBackgroundPicture);
+}
+
+void HeaderStrip::FitColumns() {
+  grid_.SetColWidths(widths_(grid_.ClientWidth()));
+  FollowColumns();
 }
 
 void HeaderStrip::FollowColumns() {
@@ -102,6 +115,11 @@ TitleStrip::TitleStrip(const QString& caption, const QFont& font, QPoint place, 
 void TitleStrip::SetCaption(const QString& caption) {
   caption_->setText(caption);
   PlaceCaption();
+}
+
+void TitleStrip::ApplyTheme() {
+  SetTextColor(*caption_, ModuleHost().ColorTheme().Colors().ColorOf(theme::kSectionBigText));
+  ApplyPicture(theme::kTitleBackgroundPicture);
 }
 
 void TitleStrip::resizeEvent(QResizeEvent* event) {

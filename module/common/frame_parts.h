@@ -3,6 +3,7 @@
 #include <QFont>
 #include <QLabel>
 #include <QString>
+#include <QStringList>
 #include <vector>
 
 class QVBoxLayout;
@@ -39,6 +40,15 @@ class PictureStrip : public QWidget {
   QLabel* picture_;
 };
 
+/// Columns of a grid.
+struct GridDesign {
+  int columns = 0;
+  QStringList titles;              ///< of the shown columns, which come first
+  std::vector<int> hiddenColumns;  ///< keys and inputs
+  /// Widths of all columns for a client width, pixels.
+  std::vector<int> (*widths)(int clientWidth) = nullptr;
+};
+
 /// The strip above a grid: one transparent label over each titled column. Labels follow the visible part of their
 /// columns and are aligned like them.
 class HeaderStrip : public PictureStrip {
@@ -46,14 +56,19 @@ class HeaderStrip : public PictureStrip {
  public:
   static constexpr int kHeight = 23;  ///< pixels
 
-  /// The grid's columns and titles must be set.
-  HeaderStrip(const TStringGrid& grid, QWidget* parent);
-  void ApplyTheme(const QColor& text, const QString& pictureKey);
-  void FollowColumns();
+  /// Gives the grid, which must live longer, the columns of the design.
+  HeaderStrip(TStringGrid& grid, const GridDesign& design, QWidget* parent);
+  /// Re-reads the colours of the labels and of the grid, and the picture.
+  void ApplyTheme();
+  /// Fits the columns to the grid's client width and the labels to the columns.
+  void FitColumns();
   [[nodiscard]] const std::vector<QLabel*>& Labels() const noexcept { return labels_; }
 
  private:
-  const TStringGrid& grid_;
+  void FollowColumns();
+
+  TStringGrid& grid_;
+  std::vector<int> (*widths_)(int clientWidth);
   std::vector<QLabel*> labels_;
 };
 
@@ -66,6 +81,8 @@ class TitleStrip : public PictureStrip {
   TitleStrip(const QString& caption, const QFont& font, QPoint place, QWidget* parent);
   [[nodiscard]] QLabel& Caption() const { return *caption_; }
   void SetCaption(const QString& caption);
+  /// Re-reads the caption's colour and the picture.
+  void ApplyTheme();
 
  protected:
   void resizeEvent(QResizeEvent* event) override;

@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 
 #include "common/event_guard.h"
-#include "common/grid/string_grid.h"
 
 namespace holdwise {
 
@@ -43,18 +42,6 @@ bool TViewFrame::event(QEvent* event) {
 void TViewFrame::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   GuardEvent(UnitName(), QStringLiteral("FrameResize"), [this] { FrameResize(); });
-}
-
-QStringList PortfolioIds(const TStringGrid& grid, int keyColumn) {
-  QStringList ids;
-  if (grid.IsEmpty()) return ids;
-  for (int row = 0; row < grid.RowCount(); ++row) ids << grid.Cells(keyColumn, row);
-  return ids;
-}
-
-bool SelectPortfolioRow(TStringGrid& grid, int keyColumn, const QString& portfolioId) {
-  const auto row = PortfolioIds(grid, keyColumn).indexOf(portfolioId);
-  return row >= 0 && grid.SelectCell(0, static_cast<int>(row));
 }
 
 }  // namespace holdwise

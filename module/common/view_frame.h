@@ -64,9 +64,4 @@ class TViewFrame : public QWidget {
   int tag_ = 0;
 };
 
-/// Ids of a portfolio list's key column from top to bottom; none while the grid is empty.
-[[nodiscard]] QStringList PortfolioIds(const TStringGrid& grid, int keyColumn);
-/// Selects the row whose key is that id; false when there is none.
-bool SelectPortfolioRow(TStringGrid& grid, int keyColumn, const QString& portfolioId);
-
 }  // namespace holdwise

@@ -273,11 +273,9 @@ void TMainFrm::MakeSkin() {
     SetPanelColor(*panel, background);
   }
   SetTextColor(*welcome_, titleFont);
-  const QColor bigText = colors.ColorOf(theme::kSectionBigText);
-  SetTextColor(RzPanel3->Caption(), bigText);
+  RzPanel3->ApplyTheme();
   // The link takes the colour of the title.
-  SetTextColor(*Label1, bigText);
-  RzPanel3->ApplyPicture(theme::kTitleBackgroundPicture);
+  SetTextColor(*Label1, colors.ColorOf(theme::kSectionBigText));
 }
 
 }  // namespace holdwise

@@ -12,6 +12,7 @@ namespace holdwise::test {
 namespace {
 
 constexpr int kPerformance = 2001;
+constexpr int kRisk = 2002;
 
 class MainFrame : public testing::Test {
  protected:
@@ -95,6 +96,33 @@ TEST_F(MainFrame, TheChildOfAShownGroupUsesTheSameFrameAndLoadsItAgain) {
   EXPECT_EQ(bench.mainFrame->FrameList().size(), 1U);
   EXPECT_EQ(spy.Count(FrameMessage::Init), 1);
   EXPECT_EQ(spy.Count(FrameMessage::Hidden), 0);
+}
+
+TEST_F(MainFrame, AReplacedViewIsToldBeforeTheNewOneLoads) {
+  Open();
+  bench.ClickNode(kPerformance);
+  TViewFrame* performance = bench.mainFrame->CurFrame();
+  bench.ClickNode(kRisk);
+  TViewFrame* risk = bench.mainFrame->CurFrame();
+  ASSERT_NE(risk, performance);
+  std::vector<std::pair<TViewFrame*, int>> messages;
+  MessageSpy first(*performance);
+  MessageSpy second(*risk);
+  first.OnMessage = [&](int message) { messages.emplace_back(performance, message); };
+  second.OnMessage = [&](int message) { messages.emplace_back(risk, message); };
+  bench.ClickNode(kPerformance);
+  ASSERT_GE(messages.size(), 2U);
+  EXPECT_EQ(messages[0], std::pair(risk, 5097));
+  EXPECT_EQ(messages[1], std::pair(performance, 5096));
+  EXPECT_EQ(first.Count(FrameMessage::Hidden), 0);
+  EXPECT_TRUE(performance->isVisible());
+  EXPECT_FALSE(risk->isVisible());
+  messages.clear();
+  bench.ClickNode(kRisk);
+  ASSERT_EQ(messages.size(), 2U);
+  EXPECT_EQ(messages[0], std::pair(performance, 5097));
+  EXPECT_EQ(messages[1], std::pair(risk, 5096));
+  EXPECT_EQ(bench.mainFrame->FrameList(), (std::vector<TViewFrame*>{performance, risk})) << "both were used again";
 }
 
 TEST_F(MainFrame, AClickOnTheFocusedNodeChangesNothing) {

@@ -1,70 +1,16 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
-#include <QTest>
 #include <QToolTip>
 
 #include "common/recalc.h"
 #include "common/untcommon.h"
-#include "view_bench.h"
-#include "views/zhbx/performance_layout.h"
-#include "views/zhbx/zhbx.h"
+#include "performance_view_fixture.h"
 
 namespace holdwise::test {
 namespace {
 
 using namespace performance;
-
-QStringList List(std::initializer_list<const char*> texts) {
-  QStringList list;
-  for (const char* text : texts) list << QString::fromUtf8(text);
-  return list;
-}
-
-class PerformanceView : public testing::Test {
- protected:
-  /// Shows the view in a main frame of that width.
-  void Open(int width = 1000) {
-    bench.OpenMainFrame(width);
-    bench.ClickNode(2001);
-    frame = bench.mainFrame->CurFrame();
-    ASSERT_NE(frame, nullptr);
-    portfolios = frame->findChild<TStringGrid*>(QStringLiteral("strngrd"));
-    holdings = frame->findChild<TStringGrid*>(QStringLiteral("StringGrid1"));
-    QTest::qWait(20);
-  }
-  /// Two saved portfolios, the newest with the three holdings, prices in.
-  void OpenWithTwo(int width = 1000) {
-    bench.AddPortfolio(1, QStringLiteral("稳健"), {{1600000, 200, 1, 9.5}});
-    bench.AddPortfolio(2, QStringLiteral("进取"), ThreeHoldings());
-    Open(width);
-    bench.DeliverPrices(PricesOfThree());
-    Refresh();
-  }
-  void Refresh() { SendFrameMessage(*frame, FrameMessage::ReflashNowPrice); }
-  [[nodiscard]] static QStringList RowOf(const TStringGrid& grid, int row) {
-    QStringList cells;
-    for (int column = 0; column < grid.ColCount(); ++column) cells << grid.Cells(column, row);
-    return cells;
-  }
-  void Click(TStringGrid& grid, int column, int row) {
-    const QPoint at = grid.CellRect(column, row).center();
-    QTest::mouseMove(grid.viewport(), at);
-    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, at);
-  }
-  [[nodiscard]] QString Title() const {
-    const auto* strip = frame->findChild<TitleStrip*>();
-    return strip->Caption().text();
-  }
-  [[nodiscard]] qint64 Rows(const QString& table) {
-    return bench.database.Service().Count(QStringLiteral("select Count(*) from ") + table);
-  }
-
-  ViewBench bench;
-  TViewFrame* frame = nullptr;
-  TStringGrid* portfolios = nullptr;
-  TStringGrid* holdings = nullptr;
-};
 
 TEST_F(PerformanceView, ListsSavedPortfoliosNewestFirst) {
   bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 1, 9}});
@@ -104,16 +50,10 @@ TEST_F(PerformanceView, ShowsEveryPortfolioLive) {
             List({"稳健", "2024-05-21", "2000.00", "2.04", "5.26", "11.11", "100.00", "5.26", "", "1"}));
 }
 
-TEST_F(PerformanceView, WithoutSavedPortfoliosBothGridsAndTheTitleAreEmpty) {
+TEST_F(PerformanceView, APriceMessageToAnEmptyListShowsNothing) {
   Open();
-  EXPECT_TRUE(portfolios->IsEmpty());
-  EXPECT_TRUE(holdings->IsEmpty());
-  EXPECT_EQ(Title(), QString());
   Refresh();
   EXPECT_EQ(RowOf(*portfolios, 0), QStringList(10, QString()));
-  const auto* hint = portfolios->viewport()->findChild<QLabel*>();
-  ASSERT_NE(hint, nullptr);
-  EXPECT_TRUE(hint->isVisible());
 }
 
 TEST_F(PerformanceView, APortfolioWithoutHoldingsStopsTheListsLiveColumnsToo) {
@@ -141,23 +81,6 @@ TEST_F(PerformanceView, AClickLoadsThatPortfolio) {
   EXPECT_EQ(holdings->Cells(kHoldingGain, 0), QStringLiteral("100.00"));
   EXPECT_EQ(portfolios->Row(), 1);
   EXPECT_EQ(spy.Count(FrameMessage::ReflashNowPrice), 1);
-}
-
-TEST_F(PerformanceView, AClickOnTheShownPortfolioDoesNotReload) {
-  OpenWithTwo();
-  MessageSpy spy(*frame);
-  bench.database.Service().Execute(QStringLiteral("delete from alg_comdetail"));
-  Click(*portfolios, kName, 0);
-  EXPECT_EQ(holdings->RowCount(), 3);
-  EXPECT_TRUE(spy.messages.empty());
-}
-
-TEST_F(PerformanceView, ArrowKeysLoadTheNextPortfolio) {
-  OpenWithTwo();
-  portfolios->setFocus();
-  QTest::keyClick(portfolios, Qt::Key_Down);
-  EXPECT_EQ(Title(), QStringLiteral("稳健-成分股表现"));
-  EXPECT_EQ(holdings->RowCount(), 1);
 }
 
 TEST_F(PerformanceView, InitialisationEndsWithAPriceMessageOfItsOwn) {
@@ -243,86 +166,6 @@ TEST_F(PerformanceView, ClosesAreReadAgainAfterARecalculation) {
   EXPECT_EQ(holdings->Cells(kWeekContribution, 1), QStringLiteral("500.00"));
 }
 
-// Deleting.
-
-class PerformanceDeletion : public PerformanceView {
- protected:
-  [[nodiscard]] QPoint Picture(int row) const { return portfolios->CellRect(kOperation, row).center(); }
-  void PressPicture(int row) {
-    QTest::mouseMove(portfolios->viewport(), Picture(row));
-    QTest::mouseClick(portfolios->viewport(), Qt::LeftButton, {}, Picture(row));
-  }
-};
-
-TEST_F(PerformanceDeletion, AsksAndTakesHeaderAndHoldings) {
-  OpenWithTwo();
-  PressPicture(0);
-  const std::vector<ScriptedMessageBoxes::Call> asked = {
-      {QStringLiteral("是否真的要删除当前组合?"), QStringLiteral("询问"), 1, 32}};
-  EXPECT_EQ(bench.host.messageBoxes.calls, asked);
-  EXPECT_EQ(Rows(QStringLiteral("alg_commain")), 1);
-  EXPECT_EQ(Rows(QStringLiteral("alg_comdetail")), 1);
-  ASSERT_EQ(portfolios->RowCount(), 1);
-  EXPECT_EQ(portfolios->Cells(kName, 0), QStringLiteral("稳健"));
-  EXPECT_EQ(Title(), QStringLiteral("稳健-成分股表现"));
-  EXPECT_EQ(holdings->RowCount(), 1);
-}
-
-TEST_F(PerformanceDeletion, OfALowerRowReselectsTheFirst) {
-  OpenWithTwo();
-  PressPicture(1);
-  ASSERT_EQ(portfolios->RowCount(), 1);
-  EXPECT_EQ(portfolios->Cells(kName, 0), QStringLiteral("进取"));
-  EXPECT_EQ(portfolios->Row(), 0);
-  EXPECT_EQ(holdings->RowCount(), 3);
-}
-
-TEST_F(PerformanceDeletion, OfTheLastOneEmptiesThePage) {
-  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 1, 9}});
-  Open();
-  PressPicture(0);
-  EXPECT_TRUE(portfolios->IsEmpty());
-  EXPECT_TRUE(holdings->IsEmpty());
-  EXPECT_EQ(Title(), QString());
-  PressPicture(0);
-  EXPECT_EQ(bench.host.messageBoxes.calls.size(), 1U);
-}
-
-TEST_F(PerformanceDeletion, CancelKeepsEverything) {
-  OpenWithTwo();
-  bench.host.messageBoxes.answers = {2};
-  PressPicture(0);
-  EXPECT_EQ(Rows(QStringLiteral("alg_commain")), 2);
-  EXPECT_EQ(portfolios->RowCount(), 2);
-  PressPicture(0);
-  EXPECT_EQ(bench.host.messageBoxes.calls.size(), 2U) << "the view takes clicks again";
-}
-
-TEST_F(PerformanceDeletion, OnlyAPressOnThePictureItselfAsks) {
-  OpenWithTwo();
-  const QRect cell = portfolios->CellRect(kOperation, 0);
-  QTest::mouseMove(portfolios->viewport(), cell.topLeft() + QPoint(2, 2));
-  EXPECT_EQ(portfolios->viewport()->cursor().shape(), Qt::ArrowCursor);
-  QTest::mouseClick(portfolios->viewport(), Qt::LeftButton, {}, cell.topLeft() + QPoint(2, 2));
-  EXPECT_TRUE(bench.host.messageBoxes.calls.empty());
-  QTest::mouseMove(portfolios->viewport(), Picture(0));
-  EXPECT_EQ(portfolios->viewport()->cursor().shape(), Qt::PointingHandCursor);
-  QTest::mouseClick(portfolios->viewport(), Qt::RightButton, {}, Picture(0));
-  EXPECT_TRUE(bench.host.messageBoxes.calls.empty());
-}
-
-TEST_F(PerformanceDeletion, AFailingStatementIsLoggedAndTheViewStaysUsable) {
-  bench.AddPortfolio(1, QStringLiteral("it''s"), {{1600000, 100, 1, 9}});
-  bench.AddPortfolio(2, QStringLiteral("进取"), ThreeHoldings());
-  Open();
-  // The press selects the row first, and that statement fails already; the question is not reached.
-  PressPicture(1);
-  EXPECT_TRUE(bench.host.messageBoxes.calls.empty());
-  EXPECT_EQ(Rows(QStringLiteral("alg_commain")), 2);
-  PressPicture(0);
-  EXPECT_EQ(Rows(QStringLiteral("alg_commain")), 1);
-}
-
 // Pointer feedback.
 
 TEST_F(PerformanceView, ANameWiderThanTheValueColumnIsHinted) {
@@ -353,56 +196,18 @@ TEST_F(PerformanceView, AnIndustryWiderThanItsColumnIsHinted) {
   EXPECT_FALSE(QToolTip::isVisible());
 }
 
-TEST_F(PerformanceView, AClickOnACodeOpensTheSecurityInTheHost) {
-  OpenWithTwo();
-  Click(*holdings, kCode, 1);
-  EXPECT_EQ(bench.host.codeNums.setCodes, std::vector<QString>{QStringLiteral("1000001")});
-  EXPECT_TRUE(bench.host.addresses.gone.empty()) << "only once the click is over";
-  QTest::qWait(60);
-  const std::vector<std::pair<QString, QString>> once = {{QStringLiteral("分时走势"), QString()}};
-  EXPECT_EQ(bench.host.addresses.gone, once);
-}
-
-TEST_F(PerformanceView, OnlyTheTextsOfCodeAndNameAreLinks) {
-  OpenWithTwo();
-  const auto cursorAt = [&](const QPoint& at) {
-    QTest::mouseMove(holdings->viewport(), at);
-    return holdings->viewport()->cursor().shape();
-  };
-  EXPECT_EQ(cursorAt(holdings->CellRect(kCode, 0).center()), Qt::PointingHandCursor);
-  EXPECT_EQ(cursorAt(holdings->CellRect(kSecurityName, 2).center()), Qt::PointingHandCursor);
-  EXPECT_EQ(cursorAt(holdings->CellRect(kCode, 0).topLeft() + QPoint(1, 13)), Qt::ArrowCursor);
-  EXPECT_EQ(cursorAt(holdings->CellRect(kPrice, 0).center()), Qt::ArrowCursor);
-  EXPECT_EQ(cursorAt(holdings->CellRect(kCode, 2).center() + QPoint(0, 60)), Qt::ArrowCursor);
-  Click(*holdings, kPrice, 0);
-  EXPECT_TRUE(bench.host.codeNums.setCodes.empty());
-}
-
 // Layout and painting.
 
-TEST_F(PerformanceView, ColumnsFollowTheWidthAndTitlesTheirColumns) {
+TEST_F(PerformanceView, ColumnsFollowTheWidth) {
   OpenWithTwo(1000);
   for (const int width : {900, 1024, 1920}) {
     bench.mainFrame->resize(width, 640);
     QTest::qWait(20);
     const auto portfolioWidths = PortfolioWidths(portfolios->ClientWidth());
-    const auto holdingWidths = HoldingWidths(holdings->ClientWidth());
     for (int column = 0; column < kPortfolioColumns - 1; ++column) {
       EXPECT_EQ(portfolios->ColWidth(column), portfolioWidths[static_cast<size_t>(column)]) << width << ' ' << column;
     }
-    const auto strips = frame->findChildren<HeaderStrip*>();
-    ASSERT_EQ(strips.size(), 2);
-    for (HeaderStrip* strip : strips) {
-      const bool isList = strip->Labels().size() == 9;
-      const TStringGrid& grid = isList ? *portfolios : *holdings;
-      ASSERT_EQ(strip->Labels().size(), isList ? 9U : 12U);
-      for (int column = 0; column < static_cast<int>(strip->Labels().size()); ++column) {
-        const QLabel* label = strip->Labels()[static_cast<size_t>(column)];
-        EXPECT_EQ(label->x(), grid.CellRect(column, 0).x()) << width << ' ' << column;
-        EXPECT_EQ(label->width(), std::min(grid.ColWidth(column), strip->width() - label->x()));
-      }
-    }
-    EXPECT_EQ(holdings->ColWidth(kIndustry), holdingWidths[kIndustry]);
+    EXPECT_EQ(holdings->ColWidth(kIndustry), HoldingWidths(holdings->ClientWidth())[kIndustry]);
     EXPECT_TRUE(holdings->isColumnHidden(kBuyPrice));
   }
 }
@@ -414,77 +219,19 @@ TEST_F(PerformanceView, TheListIsFiveRowsHighInItsPanel) {
   EXPECT_EQ(portfolios->parentWidget()->height(), 201);
 }
 
-TEST_F(PerformanceView, ManyPortfoliosScrollAndTheColumnsMakeRoom) {
-  for (int id = 1; id <= 30; ++id) {
-    bench.AddPortfolio(id, QStringLiteral("组合%1").arg(id), {{1600000, 100, 1, 9}});
-  }
-  Open();
-  EXPECT_LT(portfolios->ClientWidth(), portfolios->width());
-  EXPECT_EQ(portfolios->ColWidth(kCreated), portfolios->ClientWidth() / 9);
-}
-
-TEST_F(PerformanceView, RowsAndPictureArePaintedInTheThemesColours) {
+TEST_F(PerformanceView, ThePictureLetsTheRowShineThroughAtItsCorners) {
   OpenWithTwo();
-  const auto color = [&](const char* key) { return bench.host.theme.ColorOf(QString::fromLatin1(key)); };
-  const auto grab = [&] { return portfolios->viewport()->grab().toImage(); };
-  const auto corner = [&](int column, int row) { return portfolios->CellRect(column, row).topLeft() + QPoint(1, 1); };
-  EXPECT_EQ(grab().pixelColor(corner(kName, 0)), color("Qm_GridRowSelectColor"));
-  EXPECT_EQ(grab().pixelColor(corner(kName, 1)), color("KTR_HighLightColor2"));
-  EXPECT_EQ(grab().pixelColor(3, 26 * 3), color("Qm_BGCorlor"));
-  // The picture's corner lets the row shine through, its middle does not.
-  const QRect operation = portfolios->CellRect(kOperation, 1);
-  const QPoint pictureCorner = operation.center() + QPoint(-9, 9);
-  EXPECT_EQ(grab().pixelColor(pictureCorner), color("KTR_HighLightColor2"));
+  const QImage list = portfolios->viewport()->grab().toImage();
+  EXPECT_EQ(list.pixelColor(3, 26 * 3), Color("Qm_BGCorlor"));
+  const QPoint centre = portfolios->CellRect(kOperation, 1).center();
+  EXPECT_EQ(list.pixelColor(centre + QPoint(-9, 9)), Color("KTR_HighLightColor2"));
   int other = 0;
   for (int y = -9; y < 9; ++y) {
     for (int x = -9; x < 9; ++x) {
-      other += grab().pixelColor(operation.center() + QPoint(x, y)) != color("KTR_HighLightColor2") ? 1 : 0;
+      other += list.pixelColor(centre + QPoint(x, y)) != Color("KTR_HighLightColor2") ? 1 : 0;
     }
   }
   EXPECT_GT(other, 40);
-  Click(*portfolios, kName, 1);
-  EXPECT_EQ(grab().pixelColor(corner(kName, 0)), color("KTR_HighLightColor1"));
-}
-
-TEST_F(PerformanceView, AThemeChangeRepaintsEverything) {
-  OpenWithTwo();
-  bench.host.theme.Switch();
-  bench.mainFrame->MakeSkin();
-  const auto color = [&](const char* key) { return bench.host.theme.ColorOf(QString::fromLatin1(key)); };
-  EXPECT_EQ(holdings->viewport()->grab().toImage().pixelColor(1, 27), color("KTR_HighLightColor2"));
-  const auto* strip = frame->findChild<TitleStrip*>();
-  EXPECT_EQ(strip->Caption().palette().color(QPalette::WindowText), color("Section_BigTxtColor"));
-  for (HeaderStrip* header : frame->findChildren<HeaderStrip*>()) {
-    EXPECT_EQ(header->Labels().front()->palette().color(QPalette::WindowText), color("QM_TitleFontColor"));
-    EXPECT_EQ(header->Picture().pixmap().toImage().pixelColor(0, 0), color("Grid_TitleUpBg"));
-  }
-}
-
-TEST_F(PerformanceView, ThePressedPictureShowsWhileTheQuestionWaits) {
-  OpenWithTwo();
-  const QRect operation = portfolios->CellRect(kOperation, 0);
-  const auto picture = [&] { return portfolios->viewport()->grab(operation).toImage(); };
-  const QImage before = picture();
-  QImage during;
-  bench.host.messageBoxes.answers = {2};
-  bench.host.messageBoxes.whileAsking = [&] { during = picture(); };
-  QTest::mouseMove(portfolios->viewport(), operation.center());
-  QTest::mouseClick(portfolios->viewport(), Qt::LeftButton, {}, operation.center());
-  ASSERT_FALSE(during.isNull());
-  EXPECT_NE(during, before);
-  EXPECT_EQ(picture(), before);
-}
-
-TEST_F(PerformanceDeletion, TheQuestionsPortfolioGoesEvenWhenTheListMovesBehindIt) {
-  OpenWithTwo();
-  bench.host.messageBoxes.whileAsking = [&] {
-    bench.AddPortfolio(3, QStringLiteral("后来"), {{1600000, 100, 1, 9}});
-    SendFrameMessage(*frame, FrameMessage::Init);
-  };
-  PressPicture(0);
-  ASSERT_EQ(portfolios->RowCount(), 2);
-  EXPECT_EQ(portfolios->Cells(kName, 0), QStringLiteral("后来"));
-  EXPECT_EQ(portfolios->Cells(kName, 1), QStringLiteral("稳健"));
 }
 
 }  // namespace

@@ -10,7 +10,9 @@ namespace holdwise::test {
 
 bool MessageSpy::eventFilter(QObject* watched, QEvent* event) {
   const int type = event->type();
-  if (watched == &frame_ && type >= 5096 && type <= 5099) messages.push_back(type);
+  if (watched != &frame_ || type < 5096 || type > 5099) return false;
+  messages.push_back(type);
+  if (OnMessage) OnMessage(type);
   return false;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 #include <QEvent>
 #include <QObject>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -29,6 +30,7 @@ class MessageSpy : public QObject {
   void Clear() { messages.clear(); }
 
   std::vector<int> messages;  ///< numbers, in order
+  std::function<void(int message)> OnMessage;
 
  private:
   QObject& frame_;

@@ -1,13 +1,12 @@
 #include "views/zhbx/zhbx.h"
 
+#include <QLayout>
 #include <QPointer>
 #include <QScopeGuard>
-#include <QVBoxLayout>
 
 #include "common/grid/cell_geometry.h"
 #include "common/host_access.h"
 #include "common/statements.h"
-#include "common/theme_colors.h"
 #include "common/untcommon.h"
 #include "views/zhbx/performance_layout.h"
 #include "views/zhbx/performance_rows.h"
@@ -20,13 +19,8 @@ static void InitPictures() {
 namespace holdwise {
 namespace {
 
-constexpr int kListPanelHeight = 201;
 constexpr int kRowsShown = 5;
 constexpr int kFrameOfRows = 4;
-
-QString Unit() {
-  return QStringLiteral("Zhbx");
-}
 
 QString HoldingsCaption() {
   return QStringLiteral("成分股表现");
@@ -35,101 +29,40 @@ QString HoldingsCaption() {
 }  // namespace
 
 TFrm_ZHBX::TFrm_ZHBX(QWidget* parent)
-    : TViewFrame(parent),
-      RzPanel1(new QWidget(this)),
-      strngrd(new TStringGrid(Unit(), QStringLiteral("strngrd"), RzPanel1)),
-      RzPanel2(new QWidget(this)),
-      RzPanel3(new TitleStrip(HoldingsCaption(), DesignFont(15, true), {14, 9}, RzPanel2)),
-      StringGrid1(new TStringGrid(Unit(), QStringLiteral("StringGrid1"), RzPanel2)),
-      links_(*StringGrid1) {
+    : TPortfolioFrame({.unit = QStringLiteral("Zhbx"),
+                       .portfolios = {performance::kPortfolioColumns,
+                                      performance::PortfolioTitles(),
+                                      {performance::kId},
+                                      &performance::PortfolioWidths},
+                       .keyColumn = performance::kId,
+                       .holdings = {performance::kHoldingColumns,
+                                    performance::HoldingTitles(),
+                                    {performance::kBuyPrice, performance::kWeekClose, performance::kMonthClose},
+                                    &performance::HoldingWidths},
+                       .caption = HoldingsCaption()},
+                      parent) {
   InitPictures();
   img_DeleteOff_.load(QStringLiteral(":/holdwise/zhbx/delete_off.png"));
   img_deleteOn_.load(QStringLiteral(":/holdwise/zhbx/delete_on.png"));
-  InitAppear();
-  ConnectGrids();
-  MakeSkin();
-}
-
-QString TFrm_ZHBX::UnitName() const {
-  return Unit();
-}
-
-void TFrm_ZHBX::InitAppear() {
-  strngrd->SetColCount(performance::kPortfolioColumns);
-  strngrd->SetTitles(performance::PortfolioTitles());
-  strngrd->SetHiddenColumns({performance::kId});
-  strngrd->SetEmptyText(QStringLiteral("暂无已保存的组合"));
   strngrd->setFixedHeight(TStringGrid::kDefaultRowHeight * kRowsShown + kFrameOfRows);
-  strngrd->SetWholeRows(true);
-  StringGrid1->SetColCount(performance::kHoldingColumns);
-  StringGrid1->SetTitles(performance::HoldingTitles());
-  StringGrid1->SetHiddenColumns({performance::kBuyPrice, performance::kWeekClose, performance::kMonthClose});
+  RzPanel1->layout()->setAlignment(strngrd, Qt::AlignTop);
   StringGrid1->SetColumnAlignment(performance::kIndustry, Qt::AlignLeft);
-
-  RzPanel4 = new HeaderStrip(*strngrd, RzPanel1);
-  RzPanel5 = new HeaderStrip(*StringGrid1, RzPanel2);
-  RzPanel1->setFixedHeight(kListPanelHeight);
-  auto* list = StackedIn(*RzPanel1);
-  list->addWidget(RzPanel4);
-  list->addWidget(strngrd);
-  list->addStretch();
-  auto* holdings = StackedIn(*RzPanel2);
-  holdings->addWidget(RzPanel3);
-  holdings->addWidget(RzPanel5);
-  holdings->addWidget(StringGrid1, 1);
-  auto* frame = StackedIn(*this);
-  frame->addWidget(RzPanel1);
-  frame->addWidget(RzPanel2, 1);
+  ConnectGrids();
 }
 
 void TFrm_ZHBX::ConnectGrids() {
-  strngrd->OnSelectCell = [this](int, int row) {
-    strngrdSelectCell(row);
-    return true;
-  };
   strngrd->OnMouseDown = [this](Qt::MouseButton button, Qt::KeyboardModifiers, const QPoint& position) {
     strngrdMouseDown(button, position);
   };
   strngrd->OnMouseMove = [this](const QPoint& position) { strngrdMouseMove(position); };
   strngrd->OnMouseUp = [this](const QPoint& position) { strngrdMouseUp(position); };
   strngrd->OnDrawCell = [this](QPainter& painter, const GridCellPaint& cell) { strngrdDrawCell(painter, cell); };
-  strngrd->OnClientWidthChanged = [this](int) { FrameResize(); };
   StringGrid1->OnSelectCell = [](int column, int) { return column < performance::kBuyPrice; };
-  StringGrid1->OnMouseDown = [this](Qt::MouseButton, Qt::KeyboardModifiers, const QPoint& position) {
-    links_.MouseDown(position);
-  };
-  StringGrid1->OnMouseMove = [this](const QPoint& position) { StringGrid1MouseMove(position); };
-  StringGrid1->OnClientWidthChanged = [this](int) { FrameResize(); };
-}
-
-void TFrm_ZHBX::MakeSkin() {
-  const IColorSet2& colors = ModuleHost().ColorTheme().Colors();
-  const GridColors gridColors = ReadGridColors(colors);
-  strngrd->SetColors(gridColors);
-  StringGrid1->SetColors(gridColors);
-  const QColor background = colors.ColorOf(theme::kBackground);
-  for (QWidget* panel : {static_cast<QWidget*>(this), RzPanel1, RzPanel2}) SetPanelColor(*panel, background);
-  const QColor titles = colors.ColorOf(theme::kTitleFont);
-  RzPanel4->ApplyTheme(titles, theme::kTitleBackgroundPicture);
-  RzPanel5->ApplyTheme(titles, theme::kTitleBackgroundPicture);
-  RzPanel3->ApplyPicture(theme::kTitleBackgroundPicture);
-  SetTextColor(RzPanel3->Caption(), colors.ColorOf(theme::kSectionBigText));
-}
-
-void TFrm_ZHBX::FrameResize() {
-  strngrd->SetColWidths(performance::PortfolioWidths(strngrd->ClientWidth()));
-  StringGrid1->SetColWidths(performance::HoldingWidths(StringGrid1->ClientWidth()));
-  RzPanel4->FollowColumns();
-  RzPanel5->FollowColumns();
 }
 
 void TFrm_ZHBX::DoInit_() {
   ReflashData();
   SendFrameMessage(*this, FrameMessage::ReflashNowPrice);
-}
-
-void TFrm_ZHBX::msg_changeskin() {
-  MakeSkin();
 }
 
 void TFrm_ZHBX::ReflashNowPrice() {
@@ -138,22 +71,11 @@ void TFrm_ZHBX::ReflashNowPrice() {
   performance::RefreshPortfolios(*strngrd);
 }
 
-void TFrm_ZHBX::ReflashData() {
-  const ResultSet portfolios = Database().Query(sql::kSavedPortfolios);
-  ClearStrnGrd(*strngrd);
-  ClearStrnGrd(*StringGrid1);
+void TFrm_ZHBX::ShowPortfolios(const ResultSet& portfolios) {
   performance::ShowPortfolios(portfolios, *strngrd);
-  isForcedReload_ = true;
-  const auto reset = qScopeGuard([this] { isForcedReload_ = false; });
-  strngrdSelectCell(0);
 }
 
-void TFrm_ZHBX::strngrdSelectCell(int row) {
-  if (strngrd->IsEmpty()) {
-    RzPanel3->SetCaption({});
-    return;
-  }
-  if (row == strngrd->Row() && !isForcedReload_) return;
+void TFrm_ZHBX::ShowHoldings(int row) {
   const QString& name = strngrd->Cells(performance::kName, row);
   RzPanel3->SetCaption(name + QStringLiteral("-") + HoldingsCaption());
   const auto id = Database().Count(sql::PortfolioByName(name));
@@ -222,7 +144,7 @@ bool TFrm_ZHBX::IsOverDeletePicture(const GridCell& cell, const QPoint& position
 }
 
 void TFrm_ZHBX::StringGrid1MouseMove(const QPoint& position) {
-  links_.MouseMove(position);
+  TPortfolioFrame::StringGrid1MouseMove(position);
   const GridCell cell = StringGrid1->MouseToCell(position);
   QString hint;
   if (cell.column == performance::kIndustry && !StringGrid1->IsEmpty() &&
@@ -237,14 +159,6 @@ void TFrm_ZHBX::strngrdDrawCell(QPainter& painter, const GridCellPaint& cell) {
   strngrd->DrawDefaultCell(painter, cell);
   if (cell.column != performance::kOperation) return;
   PaintCellPicture(painter, cell, cell.row == pressedRow_ ? img_DeleteOff_ : img_deleteOn_);
-}
-
-ViewCatalogue::Holdings TFrm_ZHBX::HoldingsGrid() const {
-  return {StringGrid1->objectName(), PortfolioIds(*strngrd, performance::kId)};
-}
-
-bool TFrm_ZHBX::SelectPortfolio(const QString& portfolioId) {
-  return SelectPortfolioRow(*strngrd, performance::kId, portfolioId);
 }
 
 }  // namespace holdwise

@@ -1,0 +1,237 @@
+// What the views with a list of portfolios and the holdings of the selected one have in common, on each of them.
+#include <gtest/gtest.h>
+
+#include <QLabel>
+
+#include "common/untcommon.h"
+#include "portfolio_view_fixture.h"
+
+namespace holdwise::test {
+namespace {
+
+constexpr int kCode = 0;
+constexpr int kSecurityName = 1;
+constexpr int kFigure = 3;
+
+class PortfolioFrame : public PortfolioViewTest, public testing::WithParamInterface<int> {
+ protected:
+  PortfolioFrame() : PortfolioViewTest(GetParam()) {}
+  void OpenWithTwo() {
+    AddTwo();
+    Open();
+    bench.DeliverPrices(PricesOfThree());
+  }
+  Qt::CursorShape CursorAt(const QPoint& at) {
+    QTest::mouseMove(holdings->viewport(), at);
+    return holdings->viewport()->cursor().shape();
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Views, PortfolioFrame, testing::Values(2001, 2002));
+
+TEST_P(PortfolioFrame, WithoutSavedPortfoliosBothGridsAndTheTitleAreEmpty) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 1, 9}}, 0);
+  Open();
+  EXPECT_TRUE(portfolios->IsEmpty());
+  EXPECT_TRUE(holdings->IsEmpty());
+  EXPECT_EQ(Title(), QString());
+  const auto* hint = portfolios->viewport()->findChild<QLabel*>();
+  ASSERT_NE(hint, nullptr);
+  EXPECT_TRUE(hint->isVisible());
+  EXPECT_EQ(hint->text(), QStringLiteral("暂无已保存的组合"));
+  const QImage lower = holdings->viewport()->grab().toImage();
+  for (int y = 0; y < lower.height(); y += 3) {
+    for (int x = 0; x < lower.width(); x += 3) ASSERT_EQ(lower.pixelColor(x, y), Color("Qm_BGCorlor")) << x << ' ' << y;
+  }
+}
+
+TEST_P(PortfolioFrame, AClickLoadsThatPortfolio) {
+  OpenWithTwo();
+  EXPECT_TRUE(Title().startsWith(QStringLiteral("进取")));
+  EXPECT_EQ(holdings->RowCount(), 3);
+  Click(*portfolios, kFigure, 1);
+  EXPECT_TRUE(Title().startsWith(QStringLiteral("稳健")));
+  EXPECT_EQ(portfolios->Row(), 1);
+  EXPECT_EQ(holdings->RowCount(), 1);
+}
+
+TEST_P(PortfolioFrame, AClickOnTheShownPortfolioDoesNotReload) {
+  OpenWithTwo();
+  MessageSpy spy(*frame);
+  bench.database.Service().Execute(QStringLiteral("delete from alg_comdetail"));
+  Click(*portfolios, 0, 0);
+  EXPECT_EQ(holdings->RowCount(), 3);
+  EXPECT_TRUE(spy.messages.empty());
+  Click(*portfolios, 0, 1);
+  EXPECT_TRUE(holdings->IsEmpty());
+  EXPECT_TRUE(Title().startsWith(QStringLiteral("稳健")));
+}
+
+TEST_P(PortfolioFrame, ArrowKeysLoadTheNextPortfolio) {
+  OpenWithTwo();
+  portfolios->setFocus();
+  QTest::keyClick(portfolios, Qt::Key_Down);
+  EXPECT_TRUE(Title().startsWith(QStringLiteral("稳健")));
+  EXPECT_EQ(holdings->RowCount(), 1);
+}
+
+TEST_P(PortfolioFrame, InitialisationGoesBackToTheFirstPortfolio) {
+  OpenWithTwo();
+  Click(*portfolios, 0, 1);
+  SendFrameMessage(*frame, FrameMessage::Init);
+  EXPECT_EQ(portfolios->Row(), 0);
+  EXPECT_TRUE(Title().startsWith(QStringLiteral("进取")));
+  EXPECT_EQ(holdings->RowCount(), 3);
+}
+
+TEST_P(PortfolioFrame, TheCatalogueSelectsAPortfolioByItsId) {
+  OpenWithTwo();
+  EXPECT_EQ(frame->HoldingsGrid().gridName, QStringLiteral("StringGrid1"));
+  EXPECT_EQ(frame->HoldingsGrid().portfolioIds, List({"2", "1"}));
+  EXPECT_EQ(frame->CatalogueGrids(), (std::vector<const TStringGrid*>{portfolios, holdings}));
+  EXPECT_TRUE(frame->SelectPortfolio(QStringLiteral("1")));
+  EXPECT_EQ(holdings->RowCount(), 1);
+  EXPECT_FALSE(frame->SelectPortfolio(QStringLiteral("9")));
+}
+
+TEST_P(PortfolioFrame, AFailingStatementOfTheListReachesTheSender) {
+  OpenWithTwo();
+  FDBServer = &bench.host.fakeUserData;  // answers nothing
+  EXPECT_THROW(SendFrameMessage(*frame, FrameMessage::Init), Error);
+  EXPECT_EQ(portfolios->RowCount(), 2) << "nothing was cleared before the query";
+}
+
+TEST_P(PortfolioFrame, AFailingStatementOfAClickIsLoggedAndTheViewStaysUsable) {
+  OpenWithTwo();
+  UserDataServices* const database = FDBServer;
+  FDBServer = &bench.host.fakeUserData;
+  Click(*portfolios, 0, 1);
+  ASSERT_FALSE(bench.host.debug.Lines().empty());
+  EXPECT_TRUE(bench.host.debug.Lines().back().contains(QStringLiteral("->strngrd 发生错误!")));
+  EXPECT_EQ(holdings->RowCount(), 3);
+  FDBServer = database;
+  Click(*portfolios, 0, 0);
+  Click(*portfolios, 0, 1);
+  EXPECT_EQ(holdings->RowCount(), 1);
+}
+
+TEST_P(PortfolioFrame, AClickOnACodeOrNameOpensTheSecurityInTheHost) {
+  OpenWithTwo();
+  Click(*holdings, kCode, 1);
+  EXPECT_EQ(bench.host.codeNums.setCodes, std::vector<QString>{QStringLiteral("1000001")});
+  EXPECT_TRUE(bench.host.addresses.gone.empty()) << "only once the click is over";
+  QTest::qWait(60);
+  const std::vector<std::pair<QString, QString>> once = {{QStringLiteral("分时走势"), QString()}};
+  EXPECT_EQ(bench.host.addresses.gone, once);
+  Click(*holdings, kSecurityName, 2);
+  EXPECT_EQ(bench.host.codeNums.setCodes.back(), QStringLiteral("1600519"));
+}
+
+TEST_P(PortfolioFrame, OnlyTheTextsOfCodeAndNameAreLinks) {
+  OpenWithTwo();
+  const QPoint beside = holdings->CellRect(kCode, 0).topLeft() + QPoint(1, 13);
+  EXPECT_EQ(CursorAt(holdings->CellRect(kCode, 0).center()), Qt::PointingHandCursor);
+  EXPECT_EQ(CursorAt(beside), Qt::ArrowCursor);
+  EXPECT_EQ(CursorAt(holdings->CellRect(kSecurityName, 2).center()), Qt::PointingHandCursor);
+  EXPECT_EQ(CursorAt(holdings->CellRect(kFigure, 0).center()), Qt::ArrowCursor);
+  EXPECT_EQ(CursorAt(holdings->CellRect(kCode, 2).center() + QPoint(0, 60)), Qt::ArrowCursor);
+  // Each press comes after the mouse has been on a link.
+  for (const QPoint& at : {beside, holdings->CellRect(kFigure, 0).center()}) {
+    EXPECT_EQ(CursorAt(holdings->CellRect(kCode, 0).center()), Qt::PointingHandCursor);
+    QTest::mouseMove(holdings->viewport(), at);
+    QTest::mouseClick(holdings->viewport(), Qt::LeftButton, {}, at);
+  }
+  EXPECT_TRUE(bench.host.codeNums.setCodes.empty());
+}
+
+TEST_P(PortfolioFrame, TheLinkUnderTheMouseKeepsItsColour) {
+  OpenWithTwo();
+  const QRect name = holdings->CellRect(kSecurityName, 1);
+  const QImage before = holdings->viewport()->grab(name).toImage();
+  ASSERT_EQ(CursorAt(name.center()), Qt::PointingHandCursor);
+  EXPECT_EQ(holdings->viewport()->grab(name).toImage(), before);
+}
+
+TEST_P(PortfolioFrame, TitlesFollowTheirColumns) {
+  OpenWithTwo();
+  for (const int width : {900, 1024, 1920}) {
+    bench.mainFrame->resize(width, 640);
+    QTest::qWait(20);
+    const auto strips = frame->findChildren<HeaderStrip*>();
+    ASSERT_EQ(strips.size(), 2);
+    for (const HeaderStrip* strip : strips) {
+      const TStringGrid& grid = strip->parentWidget() == portfolios->parentWidget() ? *portfolios : *holdings;
+      ASSERT_EQ(static_cast<qsizetype>(strip->Labels().size()), grid.Titles().size());
+      for (int column = 0; column < static_cast<int>(strip->Labels().size()); ++column) {
+        const QLabel* label = strip->Labels()[static_cast<size_t>(column)];
+        EXPECT_EQ(label->text(), grid.Titles()[column]);
+        EXPECT_EQ(label->x(), grid.CellRect(column, 0).x()) << width << ' ' << column;
+        EXPECT_EQ(label->width(), std::min(grid.ColWidth(column), strip->width() - label->x()));
+      }
+    }
+  }
+}
+
+TEST_P(PortfolioFrame, TheListHasItsDesignHeightAndTheHoldingsTakeTheRest) {
+  OpenWithTwo();
+  EXPECT_EQ(portfolios->parentWidget()->height(), 201);
+  EXPECT_EQ(portfolios->y(), 23);
+  const auto* title = frame->findChild<TitleStrip*>();
+  EXPECT_EQ(title->height(), 35);
+  EXPECT_EQ(title->Caption().x(), 14);
+  EXPECT_EQ(holdings->height(), frame->height() - 201 - 35 - 23);
+}
+
+TEST_P(PortfolioFrame, ManyPortfoliosScrollAndTheColumnsMakeRoom) {
+  for (int id = 1; id <= 30; ++id) bench.AddPortfolio(id, QStringLiteral("组合%1").arg(id), {{1600000, 100, 1, 9}});
+  Open();
+  EXPECT_LT(portfolios->ClientWidth(), portfolios->width());
+  int whole = 0;
+  for (int column = 0; column < portfolios->ColCount(); ++column) whole += portfolios->ColWidth(column);
+  EXPECT_EQ(whole, portfolios->ClientWidth());
+}
+
+TEST_P(PortfolioFrame, RowsArePaintedInTheThemesColours) {
+  OpenWithTwo();
+  const auto pixel = [](const TStringGrid& grid, int row) {
+    return grid.viewport()->grab().toImage().pixelColor(grid.CellRect(0, row).topLeft() + QPoint(1, 1));
+  };
+  EXPECT_EQ(pixel(*portfolios, 0), Color("Qm_GridRowSelectColor"));
+  EXPECT_EQ(pixel(*portfolios, 1), Color("KTR_HighLightColor2"));
+  EXPECT_EQ(pixel(*holdings, 0), Color("Qm_GridRowSelectColor"));
+  EXPECT_EQ(pixel(*holdings, 2), Color("KTR_HighLightColor1"));
+  const auto hasInk = [&](int row, const char* key) {
+    const QImage cell = holdings->viewport()->grab(holdings->CellRect(kSecurityName, row)).toImage();
+    for (int y = 0; y < cell.height(); ++y) {
+      for (int x = 0; x < cell.width(); ++x) {
+        if (cell.pixelColor(x, y) == Color(key)) return true;
+      }
+    }
+    return false;
+  };
+  EXPECT_TRUE(hasInk(0, "Grid_SelTxtColor"));
+  EXPECT_FALSE(hasInk(0, "Grid_UnSelTxtColor"));
+  EXPECT_TRUE(hasInk(1, "Grid_UnSelTxtColor"));
+  Click(*portfolios, 0, 1);
+  EXPECT_EQ(pixel(*portfolios, 0), Color("KTR_HighLightColor1"));
+}
+
+TEST_P(PortfolioFrame, AThemeChangeRepaintsEverything) {
+  OpenWithTwo();
+  bench.host.theme.Switch();
+  bench.mainFrame->MakeSkin();
+  EXPECT_EQ(holdings->viewport()->grab().toImage().pixelColor(1, 27), Color("KTR_HighLightColor2"));
+  EXPECT_EQ(portfolios->grab().toImage().pixelColor(3, portfolios->height() - 2), Color("Qm_BGCorlor"));
+  for (const QWidget* panel : {portfolios->parentWidget(), holdings->parentWidget(), static_cast<QWidget*>(frame)}) {
+    EXPECT_EQ(panel->palette().color(QPalette::Window), Color("Qm_BGCorlor"));
+  }
+  const auto* strip = frame->findChild<TitleStrip*>();
+  EXPECT_EQ(strip->Caption().palette().color(QPalette::WindowText), Color("Section_BigTxtColor"));
+  for (const HeaderStrip* header : frame->findChildren<HeaderStrip*>()) {
+    EXPECT_EQ(header->Labels().front()->palette().color(QPalette::WindowText), Color("QM_TitleFontColor"));
+    EXPECT_EQ(header->Picture().pixmap().toImage().pixelColor(0, 0), Color("Grid_TitleUpBg"));
+  }
+}
+
+}  // namespace
+}  // namespace holdwise::test
