@@ -92,31 +92,27 @@ class StatisticRows {
   int startDate_, endDate_;
 };
 
-void Run(DatabaseStatements& database, const QString& statement) {
-  if (database.Execute(statement) == 1) return;
-  throw Error(ErrorCategory::Database, QStringLiteral("数据库没有执行语句：%1").arg(statement).toStdString());
-}
-
 void RemoveOldRows(DatabaseStatements& database, const BaseDataFamily& family, const QString& code,
                    const ForwardDate& forwardDate) {
   constexpr int kOldestDaysBack = 20;
   constexpr int kLatestDaysBack = 2;
   if (family.is250) {
-    Run(database, sql::DeleteStatistics(code));
+    MustExecute(database, sql::DeleteStatistics(code));
     if (!family.isIndex) return;
-    Run(database, sql::DeleteStatistics(kIndexCodes[1]));
-    Run(database, sql::DeleteStatistics(kIndexCodes[2]));
+    MustExecute(database, sql::DeleteStatistics(kIndexCodes[1]));
+    MustExecute(database, sql::DeleteStatistics(kIndexCodes[2]));
   } else if (family.is20) {
-    Run(database, sql::DeleteStatisticsBetween(code, forwardDate(kOldestDaysBack), forwardDate(kLatestDaysBack)));
+    MustExecute(database,
+                sql::DeleteStatisticsBetween(code, forwardDate(kOldestDaysBack), forwardDate(kLatestDaysBack)));
   }
 }
 
 void ClearLastDays(DatabaseStatements& database, const BaseDataFamily& family, const QString& code) {
   if (!family.isIndex) {
-    Run(database, sql::ClearLastDay(code));
+    MustExecute(database, sql::ClearLastDay(code));
     return;
   }
-  for (const QString& index : kIndexCodes) Run(database, sql::ClearLastDay(index));
+  for (const QString& index : kIndexCodes) MustExecute(database, sql::ClearLastDay(index));
 }
 
 void AddRows(DatabaseStatements& database, const ResultSet& rows, const BaseDataFamily& family,
@@ -128,14 +124,14 @@ void AddRows(DatabaseStatements& database, const ResultSet& rows, const BaseData
   for (int row = 0; row < rows.RowCount(); ++row) {
     const QString code = family.isIndex ? fields.Code(row) : fileCode;
     if (family.isToday && fields.IsLastDay(row)) {
-      Run(database, sql::DeleteStatisticsBefore(fields.HqDate(row), code));
+      MustExecute(database, sql::DeleteStatisticsBefore(fields.HqDate(row), code));
     }
     const sql::StatisticTexts texts = fields.Texts(row, code);
-    Run(database, sql::InsertStatistic(texts));
+    MustExecute(database, sql::InsertStatistic(texts));
     const QString type = fields.HqType(row);
     if (type == lastType && code == lastCode) continue;
     // After the insert: a first row dated before the file's own start goes with the old ones.
-    Run(database, sql::DeleteSeriesBefore(texts.startDate, code, type));
+    MustExecute(database, sql::DeleteSeriesBefore(texts.startDate, code, type));
     lastType = type;
     lastCode = code;
   }

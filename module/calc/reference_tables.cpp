@@ -72,11 +72,6 @@ QString LiteralOf(const ResultSet& rows, int row, int column, Access access) {
   return sql::TextLiteral(rows.TextAt(row, column));
 }
 
-void Run(DatabaseStatements& database, const QString& statement) {
-  if (database.Execute(statement) == 1) return;
-  throw Error(ErrorCategory::Database, QStringLiteral("数据库没有执行语句：%1").arg(statement).toStdString());
-}
-
 void MaybeStep(int row, const Step& step) {
   if (step && row % kRowsAStep == kRowsAStep - 1) step();
 }
@@ -88,13 +83,13 @@ void ReplaceInterestRates(DatabaseStatements& database, const ResultSet& file, c
   std::array<int, kInterestFields.size()> columns = {};
   for (std::size_t i = 0; i < columns.size(); ++i) columns[i] = file.Column(kInterestFields[i].name);
   TransactionScope transaction(database);
-  Run(database, sql::kDeleteInterestRates);
+  MustExecute(database, sql::kDeleteInterestRates);
   for (int row = 0; row < file.RowCount(); ++row) {
     QStringList literals;
     for (std::size_t i = 0; i < columns.size(); ++i) {
       literals.push_back(LiteralOf(file, row, columns[i], kInterestFields[i].access));
     }
-    Run(database, sql::InsertInterestRate(literals));
+    MustExecute(database, sql::InsertInterestRate(literals));
     MaybeStep(row, step);
   }
   transaction.Commit();
@@ -106,7 +101,7 @@ void ReplaceEstimateValues(DatabaseStatements& database, const ResultSet& file, 
   const int idColumn = file.Column("ID");
   const int priceColumn = file.Column("PRICE");
   TransactionScope transaction(database);
-  Run(database, sql::kDeleteEstimateValues);
+  MustExecute(database, sql::kDeleteEstimateValues);
   QSet<QString> stored;
   for (int row = 0; row < file.RowCount(); ++row) {
     const QString code = file.TextAt(row, codeColumn);
@@ -115,8 +110,8 @@ void ReplaceEstimateValues(DatabaseStatements& database, const ResultSet& file, 
     const bool hasNoPrice = file.IsNull(row, priceColumn) ||
                             (file.TypeOf(priceColumn) == ColumnType::Text && file.TextAt(row, priceColumn).isEmpty());
     const QString price = hasNoPrice ? QStringLiteral("0") : NumberLiteral(file, row, priceColumn);
-    Run(database,
-        sql::InsertEstimateValue(LiteralOf(file, row, idColumn, Access::Integer), sql::TextLiteral(code), price));
+    MustExecute(database, sql::InsertEstimateValue(LiteralOf(file, row, idColumn, Access::Integer),
+                                                   sql::TextLiteral(code), price));
     MaybeStep(row, step);
   }
   transaction.Commit();

@@ -12,6 +12,7 @@
 #include "calc/calculation_helpers.h"
 #include "calc/unfinished_work.h"
 #include "common/debug_log.h"
+#include "common/download_role.h"
 #include "common/host_access.h"
 #include "common/theme_colors.h"
 #include "common/untcommon.h"
@@ -35,21 +36,6 @@ void LogFileFailure(const QString& routine, const QString& fileName, const std::
 int ForwardDateOfHost(int tradingDays) {
   return calc::GetForwardDate(ModuleHost().DataCenter().TradingDates(), ModuleHost().CodeNums().CurrentDate(),
                               tradingDays);
-}
-
-std::unique_ptr<TDSBAsynDownFileRole> MakeDownload(const QString& componentName) {
-  TDSBAsynDownFileRole::Settings settings;
-  settings.componentName = componentName;
-  settings.downFailTips = false;
-  settings.downWaitTips = false;
-  settings.downWaitStartTime = 500;
-  settings.downWaitTimeOut = 20000;
-  settings.isCompress = true;
-  settings.isStream = true;
-  settings.defaultPath = QStringLiteral("\\\\");
-  auto role = ModuleHost().MakeDownFileRole();
-  role->Configure(settings);
-  return role;
 }
 
 QPalette ThemePalette() {
@@ -92,9 +78,9 @@ void TfrmCalc2::BuildForm() {
 }
 
 void TfrmCalc2::BuildDownloads() {
-  DownBasicData = MakeDownload(QStringLiteral("DownBasicData"));
-  infsyndwnflrlDown = MakeDownload(QStringLiteral("infsyndwnflrlDown"));
-  infsyndwnflrl = MakeDownload(QStringLiteral("infsyndwnflrl"));
+  DownBasicData = MakeStreamDownload(QStringLiteral("DownBasicData"));
+  infsyndwnflrlDown = MakeStreamDownload(QStringLiteral("infsyndwnflrlDown"));
+  infsyndwnflrl = MakeStreamDownload(QStringLiteral("infsyndwnflrl"));
 
   const auto connectDownload = [this](TDSBAsynDownFileRole& role, auto take, auto file, auto stream, auto fail) {
     const QString routine = &role == DownBasicData.get()       ? QStringLiteral("BasicDataRecv")

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "common/download_role.h"
 #include "common/event_guard.h"
 #include "common/holding_rows.h"
-#include "common/host_access.h"
 #include "common/statements.h"
 #include "common/untcommon.h"
 #include "holdwise/packet/number_text.h"
@@ -26,17 +26,8 @@ const std::array<QString, 3> kRiskFiles = {
 std::unique_ptr<TAllStockData> g_AllStockData;
 
 TAllStockData::TAllStockData()
-    : deviations_(std::make_shared<TNameValueList>()), role_(ModuleHost().MakeDownFileRole()) {
-  TDSBAsynDownFileRole::Settings settings;
-  settings.nameString = QStringLiteral("FInfoAsynDownFileRole");
-  settings.componentName = QStringLiteral("FInfoAsynDownFileRole");
-  settings.communicationType = 0;
-  settings.downWaitStartTime = 500;
-  settings.downWaitTimeOut = 20000;
-  settings.downFailTips = false;
-  settings.isCompress = true;
-  settings.localDirectoryType = 2;
-  role_->Configure(settings);
+    : deviations_(std::make_shared<TNameValueList>()),
+      role_(MakeFileDownload(QStringLiteral("FInfoAsynDownFileRole"))) {
   role_->OnReciveAFile = [this](const QString& fileName, int) {
     GuardEvent(kUnit, QStringLiteral("ReceiveFile"), [&] { ReceiveFile(fileName); });
   };

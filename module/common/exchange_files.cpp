@@ -101,11 +101,6 @@ class RowTexts {
   int row_;
 };
 
-void Run(DatabaseStatements& database, const QString& statement) {
-  if (database.Execute(statement) == 1) return;
-  throw Error(ErrorCategory::Database, QStringLiteral("数据库没有执行语句：%1").arg(statement).toStdString());
-}
-
 void RestoreHoldings(DatabaseStatements& database, const ResultSet& rows) {
   std::int64_t largestId = 0;
   for (int row = 0; row < rows.RowCount(); ++row) {
@@ -118,9 +113,9 @@ void RestoreHoldings(DatabaseStatements& database, const ResultSet& rows) {
     holding.weight = texts.Number("PZBL");
     holding.buyPrice = texts.Number("BUYPRICE");
     largestId = std::max(largestId, IntegerOr(holding.id));
-    Run(database, sql::RestoreHolding(holding));
+    MustExecute(database, sql::RestoreHolding(holding));
   }
-  Run(database, sql::SetHoldingGenerator(largestId));
+  MustExecute(database, sql::SetHoldingGenerator(largestId));
 }
 
 void RestorePortfolios(DatabaseStatements& database, const ResultSet& rows) {
@@ -134,9 +129,9 @@ void RestorePortfolios(DatabaseStatements& database, const ResultSet& rows) {
     portfolio.editDate = texts.Quotable("EDITDATE");
     portfolio.saveFlag = texts.Integer("SAVEFLAG");
     largestId = std::max(largestId, IntegerOr(portfolio.id));
-    Run(database, sql::RestorePortfolio(portfolio));
+    MustExecute(database, sql::RestorePortfolio(portfolio));
   }
-  Run(database, sql::SetPortfolioGenerator(largestId));
+  MustExecute(database, sql::SetPortfolioGenerator(largestId));
 }
 
 void ImportPair(DatabaseStatements& database) {

@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 
 #include "common/debug_log.h"
+#include "common/download_role.h"
 #include "common/host_access.h"
 
 namespace holdwise {
@@ -19,7 +20,7 @@ constexpr int kFirstLayout = 0;
 
 THoldwiseAddrItem::THoldwiseAddrItem() : TAddressItem(AddressName(), kAddressNumber, QString(), false, true) {
   byteFlag_ = 0;
-  FInfoDown = ModuleHost().MakeDownFileRole();
+  FInfoDown = MakeFileDownload(QStringLiteral("FInfoDown"));
   RequestSmartAllocation();
 }
 
@@ -29,18 +30,6 @@ THoldwiseAddrItem::~THoldwiseAddrItem() {
 }
 
 void THoldwiseAddrItem::RequestSmartAllocation() {
-  TDSBAsynDownFileRole::Settings settings;
-  settings.nameString = QStringLiteral("FInfoDown");
-  settings.componentName = QStringLiteral("FInfoDown");
-  settings.communicationType = 0;
-  settings.downWaitStartTime = 500;
-  settings.downWaitTimeOut = 20000;
-  settings.downFailTips = false;
-  settings.isCompress = true;
-  settings.downWaitTips = false;
-  settings.isStream = false;
-  settings.localDirectoryType = 2;
-  FInfoDown->Configure(settings);
   // Nobody works on the file here; the catalogue only has to know that the answer is still out.
   FInfoDown->OnReciveAFile = [this](const QString&, int) { catalogue_.SetDownloadPending(false); };
   FInfoDown->OnReciveAFileFail = [this](const QString&, int) { catalogue_.SetDownloadPending(false); };

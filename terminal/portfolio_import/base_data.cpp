@@ -80,12 +80,6 @@ QStringList Inserts(const QString& path, int codeNumber) {
   return statements;
 }
 
-void Run(DatabaseStatements& database, const QString& statement) {
-  if (database.Execute(statement) != 1) {
-    throw Error(ErrorCategory::Database, QStringLiteral("数据库没有执行语句：%1").arg(statement).toStdString());
-  }
-}
-
 void ReplaceRows(DatabaseStatements& database, const QString& path, int codeNumber, QStringList& warnings) {
   QStringList inserts;
   try {
@@ -99,11 +93,11 @@ void ReplaceRows(DatabaseStatements& database, const QString& path, int codeNumb
     return;
   }
   if (codeNumber == 0) {
-    for (const int index : kIndices) Run(database, QLatin1String(kDelete) + QString::number(index));
+    for (const int index : kIndices) MustExecute(database, QLatin1String(kDelete) + QString::number(index));
   } else {
-    Run(database, QLatin1String(kDelete) + QString::number(codeNumber));
+    MustExecute(database, QLatin1String(kDelete) + QString::number(codeNumber));
   }
-  for (const QString& insert : inserts) Run(database, insert);
+  for (const QString& insert : inserts) MustExecute(database, insert);
 }
 
 }  // namespace

@@ -34,12 +34,6 @@ Market ReadMarket(const TDataCenter& dataCentre) {
   return {FormatFixed(level, 2), date};
 }
 
-void Run(UserDataServices& database, const QString& statement) {
-  if (database.Execute(statement) != 1) {
-    throw Error(ErrorCategory::Database, QStringLiteral("数据库没有执行语句：%1").arg(statement).toStdString());
-  }
-}
-
 double Cost(const CsvHolding& holding) {
   return RealOr(holding.quantity) * RealOr(holding.price);
 }
@@ -52,12 +46,12 @@ void InsertPortfolio(UserDataServices& database, const CsvPortfolio& portfolio, 
   for (const CsvHolding& holding : portfolio.holdings) {
     const QStringList values = {QString::number(id), QString::number(holding.codeNumber), holding.quantity,
                                 ShortestText(Cost(holding) / total), holding.price};
-    Run(database, QLatin1String(kInsertHolding) + values.join(QLatin1Char(',')) + QLatin1Char(')'));
+    MustExecute(database, QLatin1String(kInsertHolding) + values.join(QLatin1Char(',')) + QLatin1Char(')'));
   }
   // The name cannot hold a quote: its characters have been checked.
-  Run(database,
-      QStringLiteral("%1%2,'%3',%4,0,0,0,0,'%5',1)")
-          .arg(QLatin1String(kInsertPortfolio), QString::number(id), portfolio.name, market.indexClose, market.date));
+  MustExecute(database, QStringLiteral("%1%2,'%3',%4,0,0,0,0,'%5',1)")
+                            .arg(QLatin1String(kInsertPortfolio), QString::number(id), portfolio.name,
+                                 market.indexClose, market.date));
 }
 
 std::vector<int> HeldStocks(const std::vector<CsvPortfolio>& portfolios) {

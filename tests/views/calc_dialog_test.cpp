@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "calc_fixture.h"
+#include "download_settings.h"
 
 namespace holdwise {
 namespace {
@@ -26,11 +27,7 @@ TEST_F(CalcDialog, ConfiguresItsThreeDownloads) {
   const TfrmCalc2 dialog;
   for (const auto& download : {Base(), RateDown(), EstimateDown()}) {
     const auto& settings = download->Settings();
-    EXPECT_FALSE(settings.downFailTips);
-    EXPECT_FALSE(settings.downWaitTips);
-    EXPECT_EQ(settings.downWaitStartTime, 500);
-    EXPECT_EQ(settings.downWaitTimeOut, 20000);
-    EXPECT_TRUE(settings.isCompress);
+    test::ExpectQuiet(settings);
     EXPECT_TRUE(settings.isStream);
     EXPECT_EQ(settings.defaultPath, QStringLiteral("\\\\"));
     EXPECT_TRUE(download->Requests().empty());

@@ -5,6 +5,7 @@
 
 #include "common/host_access.h"
 #include "common/untcommon.h"
+#include "download_settings.h"
 #include "plugin/holdwise_addr_item.h"
 #include "plugin/untpluginterface.h"
 #include "view_bench.h"
@@ -36,15 +37,7 @@ TEST_F(Plugin, TheItemIntroducesItself) {
 }
 
 TEST_F(Plugin, TheSmartAllocationFileIsAskedForOnce) {
-  const auto& settings = Download()->Settings();
-  EXPECT_EQ(settings.nameString, QStringLiteral("FInfoDown"));
-  EXPECT_EQ(settings.componentName, QStringLiteral("FInfoDown"));
-  EXPECT_EQ(settings.communicationType, 0);
-  EXPECT_EQ(settings.downWaitStartTime, 500);
-  EXPECT_EQ(settings.downWaitTimeOut, 20000);
-  EXPECT_FALSE(settings.downFailTips);
-  EXPECT_TRUE(settings.isCompress);
-  EXPECT_EQ(settings.localDirectoryType, 2);
+  ExpectFileDownload(Download()->Settings(), QStringLiteral("FInfoDown"));
   EXPECT_EQ(Download()->Requests(), std::vector<QString>{kZnpz});
   item->EnterAddress({});
   item->LeaveAddress();

@@ -1,6 +1,7 @@
 #include "common/all_stock_data.h"
 
 #include "common/recalc.h"
+#include "download_settings.h"
 #include "engine_fixture.h"
 #include "holdwise/packet/packet_file.h"
 
@@ -35,14 +36,7 @@ class AllStockData : public CommonTest {
 };
 
 TEST_F(AllStockData, ConfiguresItsDownloads) {
-  const auto& settings = role_->Settings();
-  EXPECT_EQ(settings.nameString, QStringLiteral("FInfoAsynDownFileRole"));
-  EXPECT_EQ(settings.communicationType, 0);
-  EXPECT_EQ(settings.downWaitStartTime, 500);
-  EXPECT_EQ(settings.downWaitTimeOut, 20000);
-  EXPECT_FALSE(settings.downFailTips);
-  EXPECT_TRUE(settings.isCompress);
-  EXPECT_EQ(settings.localDirectoryType, 2);
+  test::ExpectFileDownload(role_->Settings(), QStringLiteral("FInfoAsynDownFileRole"));
   EXPECT_TRUE(role_->Requests().empty());
   EXPECT_EQ(g_AllStockData->GetCurStringGrid().RowCount(), 0);
 }

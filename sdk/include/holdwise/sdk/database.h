@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "holdwise/packet/error.h"
 #include "holdwise/packet/result_set.h"
 
 namespace holdwise {
@@ -40,6 +41,12 @@ class UserDataServices : public DatabaseStatements {
  public:
   [[nodiscard]] virtual std::unique_ptr<UserDataSession> OpenSession() = 0;
 };
+
+/// Runs a statement that cannot be done without: Error(Database) when the database answers that it did not run it.
+inline void MustExecute(DatabaseStatements& database, const QString& statement) {
+  if (database.Execute(statement) == 1) return;
+  throw Error(ErrorCategory::Database, QStringLiteral("数据库没有执行语句：%1").arg(statement).toStdString());
+}
 
 /// Rolls back at the end of its scope unless committed.
 class TransactionScope {
