@@ -153,11 +153,16 @@ bool ResultSet::IsNull(int row, int column) const {
   return columns_[static_cast<std::size_t>(column)].nulls[static_cast<std::size_t>(row)];
 }
 
-std::int64_t ResultSet::IntegerAt(int row, int column) const {
+const ResultSet::ColumnData& ResultSet::ColumnWithValue(int row, int column) const {
   CheckCell(row, column);
   const ColumnData& data = columns_[static_cast<std::size_t>(column)];
+  if (data.nulls[static_cast<std::size_t>(row)]) Refuse(Place(data.name, row) + "没有值");
+  return data;
+}
+
+std::int64_t ResultSet::IntegerAt(int row, int column) const {
+  const ColumnData& data = ColumnWithValue(row, column);
   const auto at = static_cast<std::size_t>(row);
-  if (data.nulls[at]) Refuse(Place(data.name, row) + "没有值");
   switch (data.type) {
     case ColumnType::Integer:
     case ColumnType::DateTime:
@@ -177,10 +182,8 @@ std::int64_t ResultSet::IntegerAt(int row, int column) const {
 }
 
 double ResultSet::RealAt(int row, int column) const {
-  CheckCell(row, column);
-  const ColumnData& data = columns_[static_cast<std::size_t>(column)];
+  const ColumnData& data = ColumnWithValue(row, column);
   const auto at = static_cast<std::size_t>(row);
-  if (data.nulls[at]) Refuse(Place(data.name, row) + "没有值");
   switch (data.type) {
     case ColumnType::Integer:
       return static_cast<double>(data.integers[at]);

@@ -114,6 +114,56 @@ TEST(AtomicFile, MissingFolderAndFolderInThePlace) {
   }
 }
 
+TEST(AtomicFile, RenamingTakesTheOtherPlaceInOneStep) {
+  const QTemporaryDir folder;
+  const QString from = folder.filePath(QStringLiteral("新.dat"));
+  const QString to = folder.filePath(QStringLiteral("数据.dat"));
+  for (const Durability durability : {Durability::Lasting, Durability::Replaceable}) {
+    for (const char* earlier : {"", "earlier, which is longer"}) {
+      QFile::remove(to);
+      if (*earlier != 0) WriteFileAtomically(to, earlier, Durability::Replaceable);
+      WriteFileAtomically(from, "new", Durability::Lasting);
+      RenameFileAtomically(from, to, durability);
+      EXPECT_EQ(ContentOf(to), "new");
+      EXPECT_EQ(ModeOf(to), 0600U) << "the file's own mode";
+      EXPECT_EQ(NamesIn(folder.path()), QStringList(QStringLiteral("数据.dat")));
+    }
+  }
+}
+
+TEST(AtomicFile, AFailedRenamingLeavesBothNamesAsTheyWere) {
+  const QTemporaryDir folder;
+  const QString from = folder.filePath(QStringLiteral("a.new"));
+  const QString to = folder.filePath(QStringLiteral("a.dat"));
+  WriteFileAtomically(to, "earlier", Durability::Replaceable);
+  const auto expectFailure = [](const QString& source, const QString& target, Durability durability) {
+    std::string text;
+    EXPECT_EQ(CategoryOf([&] { RenameFileAtomically(source, target, durability); }, &text), ErrorCategory::Io);
+    EXPECT_NE(text.find(target.toStdString()), std::string::npos) << text;
+  };
+  for (const Durability durability : {Durability::Lasting, Durability::Replaceable}) {
+    expectFailure(from, to, durability);  // nothing to rename
+    EXPECT_EQ(ContentOf(to), "earlier");
+  }
+  WriteFileAtomically(from, "new", Durability::Replaceable);
+  ASSERT_TRUE(QDir(folder.path()).mkpath(QStringLiteral("place/inner")));
+  for (const Durability durability : {Durability::Lasting, Durability::Replaceable}) {
+    expectFailure(from, folder.filePath(QStringLiteral("place")), durability);
+    expectFailure(from, folder.filePath(QStringLiteral("none/a.dat")), durability);
+    EXPECT_EQ(ContentOf(from), "new");
+  }
+  const QByteArray folderName = QFile::encodeName(folder.path());
+  ASSERT_EQ(::chmod(folderName.constData(), 0555), 0);
+  {
+    const WithoutRoot withoutRoot;
+    expectFailure(from, to, Durability::Lasting);
+    expectFailure(from, to, Durability::Replaceable);
+  }
+  ASSERT_EQ(::chmod(folderName.constData(), 0755), 0);
+  EXPECT_EQ(ContentOf(from), "new");
+  EXPECT_EQ(ContentOf(to), "earlier");
+}
+
 TEST(AtomicFile, ARefusedSetLeavesTheEarlierFile) {
   const QTemporaryDir folder;
   const QString path = folder.filePath(QStringLiteral("a.dat"));

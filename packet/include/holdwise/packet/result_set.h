@@ -100,6 +100,8 @@ class ResultSet {
   };
   void CheckColumn(int column) const;
   void CheckCell(int row, int column) const;
+  /// The column of a cell; a cell without a value is refused.
+  [[nodiscard]] const ColumnData& ColumnWithValue(int row, int column) const;
   ColumnData& Typed(int row, int column, ColumnType type);
 
   std::vector<ColumnData> columns_;
