@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <map>
 
@@ -20,13 +19,14 @@
 #include "files/local_folder_source.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/packet_file.h"
+#include "portfolios.h"
 #include "prepared_loop.h"
+#include "rounds.h"
 #include "scripted_host.h"
 
 namespace holdwise {
 namespace {
 
-constexpr int kHoldingsEach = 10;
 const QString kStockFolder = QStringLiteral("QMTL\\TZZH\\Day250\\股票\\");
 
 /// The rows of the yardstick as a base-data file.
@@ -88,18 +88,7 @@ class Module {
     SetModuleHost(&host);
     FDBServer = &database.Service();
     TransactionScope transaction(database.Service());
-    int holding = 0;
-    for (int id = 1; id <= portfolios; ++id) {
-      Run(QStringLiteral("insert into alg_commain (ID,COMNAME,ISFINISHED,SAVEFLAG)values(%1,'p%1',0,1)").arg(id));
-      for (int position = 0; position < kHoldingsEach; ++position, ++holding) {
-        Run(QStringLiteral(
-                "insert into alg_comdetail (ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE) values (%1,%2,%3,%4,0.1,9.5)")
-                .arg(holding + 1)
-                .arg(id)
-                .arg(1600000 + holding % securities)
-                .arg(100 + position));
-      }
-    }
+    bench::AddPortfolios(database.Service(), portfolios, securities, false);
     for (int index = 0; index < securities; ++index) {
       host.codeNums.Add({SixDigits(600000 + index), {}, {}, 1, NowData{10.5, 10.25}, false});
     }
@@ -120,20 +109,8 @@ class Module {
   ScriptedHost host;
 };
 
-template <typename Work, typename Undo>
-void Measure(benchmark::State& state, Work work, Undo undo) {
-  for ([[maybe_unused]] auto turn : state) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-    state.SetIterationTime(elapsed.count());
-    undo();
-  }
-  state.SetItemsProcessed(state.iterations() * bench::kRows);
-}
-
 void Receive(benchmark::State& state) {
-  Module module(1, kHoldingsEach);
+  Module module(1, bench::kHoldingsEach);
   const QByteArray file = EncodePacket(BaseDataRows());
   std::unique_ptr<TfrmCalc2> dialog;
   const auto renew = [&] {
@@ -144,21 +121,22 @@ void Receive(benchmark::State& state) {
     QCoreApplication::processEvents();
   };
   renew();
-  Measure(
-      state, [&] { dialog->BasicDataRecv(kStockFolder + QStringLiteral("600000.dat"), 0, file, 1); }, renew);
+  bench::Measure(
+      state, bench::kRows, [&] { dialog->BasicDataRecv(kStockFolder + QStringLiteral("600000.dat"), 0, file, 1); },
+      renew);
   if (!module.host.debug.Lines().empty()) state.SkipWithError("the file was refused");
 }
 
 void Prepared(benchmark::State& state) {
   bench::PreparedLoop loop;
-  Measure(
-      state, [&] { loop.Insert(); }, [&] { loop.Remove(); });
+  bench::Measure(
+      state, bench::kRows, [&] { loop.Insert(); }, [&] { loop.Remove(); });
 }
 
 void Decode(benchmark::State& state) {
   const QByteArray file = EncodePacket(BaseDataRows());
-  Measure(
-      state, [&] { benchmark::DoNotOptimize(DecodePacket(file).RowCount()); }, [] {});
+  bench::Measure(
+      state, bench::kRows, [&] { benchmark::DoNotOptimize(DecodePacket(file).RowCount()); }, [] {});
 }
 
 /// The longest time between two repaints of the progress bar.
@@ -305,12 +283,6 @@ int main(int argc, char** argv) {
       ->Arg(1000)
       ->Unit(benchmark::kMillisecond);
   benchmark::RegisterBenchmark("saved holdings", &holdwise::SavedHoldings)->Arg(1000)->Unit(benchmark::kMillisecond);
-  std::vector<char*> arguments(argv, argv + argc);
-  std::string interleave = "--benchmark_enable_random_interleaving=true";
-  arguments.insert(arguments.begin() + 1, interleave.data());
-  int count = static_cast<int>(arguments.size());
-  arguments.push_back(nullptr);
-  benchmark::Initialize(&count, arguments.data());
   holdwise::RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
+  holdwise::bench::RunInterleaved(argc, argv, reporter);
 }

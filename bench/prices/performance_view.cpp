@@ -54,6 +54,7 @@ class Page {
   /// New prices arrive; `round` makes them differ.
   void Quote(int round) {
     std::vector<std::pair<QString, Decimal>> prices;
+    prices.reserve(kSecurities);
     for (int index = 0; index < kSecurities; ++index) {
       prices.push_back({SixDigits(600000 + index), {1000 + 100 * index + round, 2}});
     }

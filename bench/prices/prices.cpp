@@ -8,13 +8,12 @@
 #include "common/host_access.h"
 #include "common/untcommon.h"
 #include "holdwise/packet/number_text.h"
+#include "portfolios.h"
 #include "scripted_host.h"
 #include "temp_database.h"
 
 namespace holdwise {
 namespace {
-
-constexpr int kHoldingsEach = 10;
 
 /// A market with portfolios over it, and the module's objects on them.
 class Market {
@@ -47,6 +46,7 @@ class Market {
   /// A reply with a price for every security; `round` changes them all.
   [[nodiscard]] TDReply Reply(int round) const {
     std::vector<std::pair<QString, Decimal>> prices;
+    prices.reserve(static_cast<std::size_t>(securities_));
     for (int index = 0; index < securities_; ++index) {
       prices.push_back({SixDigits(CodeOf(index)), {1000 + index + round, 2}});
     }
@@ -66,18 +66,7 @@ class Market {
 
   void AddPortfolios(int portfolios) {
     TransactionScope transaction(database_.Service());
-    int holding = 0;
-    for (int id = 1; id <= portfolios; ++id) {
-      Run(QStringLiteral("insert into alg_commain (ID,COMNAME,ISFINISHED,SAVEFLAG)values(%1,'p%1',1,1)").arg(id));
-      for (int position = 0; position < kHoldingsEach; ++position, ++holding) {
-        Run(QStringLiteral(
-                "insert into alg_comdetail (ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE) values (%1,%2,%3,%4,0.1,9.5)")
-                .arg(holding + 1)
-                .arg(id)
-                .arg(1000000 + CodeOf(holding % securities_))
-                .arg(100 + position));
-      }
-    }
+    bench::AddPortfolios(database_.Service(), portfolios, securities_, true);
     transaction.Commit();
   }
 

@@ -8,13 +8,13 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <map>
 #include <vector>
 
 #include "holdwise/packet/number_text.h"
 #include "prepared_loop.h"
+#include "rounds.h"
 #include "temp_database.h"
 
 namespace {
@@ -24,6 +24,7 @@ using holdwise::test::TempDatabase;
 
 using bench::kColumns;
 using bench::kRows;
+using bench::Measure;
 using bench::PreparedLoop;
 using bench::Row;
 using bench::Rows;
@@ -48,19 +49,6 @@ const std::vector<QString>& Statements() {
   return kAll;
 }
 
-/// One file a turn: the rows in one transaction are measured, their removal is not.
-template <typename Insert, typename Remove>
-void Measure(benchmark::State& state, Insert insert, Remove remove) {
-  for (auto _ : state) {
-    const auto start = std::chrono::steady_clock::now();
-    insert();
-    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-    state.SetIterationTime(elapsed.count());
-    remove();
-  }
-  state.SetItemsProcessed(state.iterations() * kRows);
-}
-
 const QString& RemoveText() {
   static const QString kText = QStringLiteral("delete from alg_stockstatistic");
   return kText;
@@ -70,7 +58,7 @@ void Service(benchmark::State& state) {
   static TempDatabase database;
   FirebirdUserData& service = database.Service();
   Measure(
-      state,
+      state, kRows,
       [&] {
         TransactionScope scope(service);
         for (const QString& sql : Statements()) service.Execute(sql);
@@ -94,7 +82,7 @@ void QtDriver(benchmark::State& state) {
     return;
   }
   Measure(
-      state,
+      state, kRows,
       [&] {
         connection.transaction();
         QSqlQuery query(connection);
@@ -109,7 +97,7 @@ void QtDriver(benchmark::State& state) {
 void Prepared(benchmark::State& state) {
   static PreparedLoop loop;
   Measure(
-      state, [&] { loop.Insert(); }, [&] { loop.Remove(); });
+      state, kRows, [&] { loop.Insert(); }, [&] { loop.Remove(); });
 }
 
 /// 10,000 holdings as the price feed reads them.
@@ -184,12 +172,6 @@ int main(int argc, char** argv) {
   }
   benchmark::RegisterBenchmark("read 10000 holdings", &ReadHoldings)->Unit(benchmark::kMillisecond);
   benchmark::RegisterBenchmark("figures 10 x 250", &Figures)->Unit(benchmark::kMillisecond);
-  std::vector<char*> arguments(argv, argv + argc);
-  std::string interleave = "--benchmark_enable_random_interleaving=true";
-  arguments.insert(arguments.begin() + 1, interleave.data());
-  int count = static_cast<int>(arguments.size());
-  arguments.push_back(nullptr);
-  benchmark::Initialize(&count, arguments.data());
   RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
+  bench::RunInterleaved(argc, argv, reporter);
 }
