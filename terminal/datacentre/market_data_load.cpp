@@ -23,6 +23,53 @@ int SixDigitCode(const std::string& text) {
   return std::stoi(text);
 }
 
+struct SecurityColumns {
+  explicit SecurityColumns(const TableReader& file)
+      : code(file.Column("code", ColumnType::Text)),
+        name(file.Column("name", ColumnType::Text)),
+        industry(file.Column("industry", ColumnType::Text, true)),
+        market(file.Column("market", ColumnType::Integer)),
+        listDate(file.Column("list_date", ColumnType::Integer, true)),
+        aShare(file.Column("a_share", ColumnType::Integer)) {}
+  int code, name, industry, market, listDate, aShare;
+};
+
+struct SecurityRow {
+  int digits = 0;
+  std::string name;
+  std::string industry;
+  int market = 0;
+  bool aShare = false;
+};
+
+/// What cannot be a security is refused.
+SecurityRow ReadSecurity(const TableReader& file, const SecurityColumns& columns, int row) {
+  SecurityRow read;
+  const std::string code = file.Table().Utf8At(row, columns.code);
+  read.digits = SixDigitCode(code);
+  if (read.digits < 0) {
+    file.Refuse(row, QStringLiteral("证券代码“%1”不是六位数字").arg(QString::fromStdString(code)));
+  }
+  if (IsIndexNumber(read.digits) && read.digits != kCompositeIndex) {
+    file.Refuse(row, QStringLiteral("证券代码%1是指数代码").arg(QString::fromStdString(code)));
+  }
+  read.name = file.Table().Utf8At(row, columns.name);
+  read.industry = file.Table().Utf8At(row, columns.industry);
+  if (read.name.empty()) file.Refuse(row, QStringLiteral("证券名称为空"));
+  if (std::max(read.name.size(), read.industry.size()) > std::numeric_limits<std::uint16_t>::max()) {
+    file.Refuse(row, QStringLiteral("证券名称或行业过长"));
+  }
+  read.market = file.IntegerAt(row, columns.market);
+  if (read.market != 1 && read.market != 2) file.Refuse(row, QStringLiteral("市场%1应为1或2").arg(read.market));
+  const int flag = file.IntegerAt(row, columns.aShare);
+  if (flag != 0 && flag != 1) file.Refuse(row, QStringLiteral("A股标志%1应为0或1").arg(flag));
+  read.aShare = flag == 1;
+  if (!file.Table().IsNull(row, columns.listDate) && !IsDateNumber(file.IntegerAt(row, columns.listDate))) {
+    file.Refuse(row, QStringLiteral("上市日期%1无效").arg(file.IntegerAt(row, columns.listDate)));
+  }
+  return read;
+}
+
 }  // namespace
 
 void MarketData::Load(const QString& folder) {
@@ -72,50 +119,24 @@ void MarketData::ReloadQuotes() {
 
 void MarketData::LoadSecurities(const QString& path) {
   const TableReader file(path);
-  const int code = file.Column("code", ColumnType::Text);
-  const int name = file.Column("name", ColumnType::Text);
-  const int industry = file.Column("industry", ColumnType::Text, true);
-  const int market = file.Column("market", ColumnType::Integer);
-  const int listDate = file.Column("list_date", ColumnType::Integer, true);
-  const int aShare = file.Column("a_share", ColumnType::Integer);
-
+  const SecurityColumns columns(file);
   securities_.clear();
   securities_.reserve(static_cast<std::size_t>(file.RowCount()));
   texts_.clear();
   std::unordered_map<std::string, std::uint32_t> industries;  // a hundred or so industries serve all securities
   for (int row = 0; row < file.RowCount(); ++row) {
-    const std::string codeText = file.Table().Utf8At(row, code);
-    const int digits = SixDigitCode(codeText);
-    if (digits < 0) {
-      file.Refuse(row, QStringLiteral("证券代码“%1”不是六位数字").arg(QString::fromStdString(codeText)));
-    }
-    if (IsIndexNumber(digits) && digits != kCompositeIndex) {
-      file.Refuse(row, QStringLiteral("证券代码%1是指数代码").arg(QString::fromStdString(codeText)));
-    }
-    const std::string nameText = file.Table().Utf8At(row, name);
-    const std::string industryText = file.Table().Utf8At(row, industry);
-    if (nameText.empty()) file.Refuse(row, QStringLiteral("证券名称为空"));
-    if (std::max(nameText.size(), industryText.size()) > std::numeric_limits<std::uint16_t>::max()) {
-      file.Refuse(row, QStringLiteral("证券名称或行业过长"));
-    }
-    const int marketType = file.IntegerAt(row, market);
-    if (marketType != 1 && marketType != 2) file.Refuse(row, QStringLiteral("市场%1应为1或2").arg(marketType));
-    const int flag = file.IntegerAt(row, aShare);
-    if (flag != 0 && flag != 1) file.Refuse(row, QStringLiteral("A股标志%1应为0或1").arg(flag));
-    if (!file.Table().IsNull(row, listDate) && !IsDateNumber(file.IntegerAt(row, listDate))) {
-      file.Refuse(row, QStringLiteral("上市日期%1无效").arg(file.IntegerAt(row, listDate)));
-    }
+    const SecurityRow read = ReadSecurity(file, columns, row);
     Security security;
-    security.codeNumber = kStockBase + digits;
-    security.market = static_cast<std::uint8_t>(marketType);
-    security.aShare = flag == 1;
+    security.codeNumber = kStockBase + read.digits;
+    security.market = static_cast<std::uint8_t>(read.market);
+    security.aShare = read.aShare;
     security.nameOffset = static_cast<std::uint32_t>(texts_.size());
-    security.nameBytes = static_cast<std::uint16_t>(nameText.size());
-    texts_ += nameText;
-    const auto [known, isNew] = industries.try_emplace(industryText, static_cast<std::uint32_t>(texts_.size()));
-    if (isNew) texts_ += industryText;
+    security.nameBytes = static_cast<std::uint16_t>(read.name.size());
+    texts_ += read.name;
+    const auto [known, isNew] = industries.try_emplace(read.industry, static_cast<std::uint32_t>(texts_.size()));
+    if (isNew) texts_ += read.industry;
     security.industryOffset = known->second;
-    security.industryBytes = static_cast<std::uint16_t>(industryText.size());
+    security.industryBytes = static_cast<std::uint16_t>(read.industry.size());
     securities_.push_back(security);
   }
   texts_.shrink_to_fit();
@@ -127,7 +148,7 @@ void MarketData::LoadSecurities(const QString& path) {
   if (twice != securities_.end()) {
     const std::string codeText = std::to_string(twice->codeNumber).substr(1);
     int row = file.RowCount() - 1;  // the second of the two
-    while (file.Table().Utf8At(row, code) != codeText) --row;
+    while (file.Table().Utf8At(row, columns.code) != codeText) --row;
     file.Refuse(row, QStringLiteral("证券代码%1重复").arg(QString::fromStdString(codeText)));
   }
 }

@@ -6,27 +6,17 @@ what the view must show with numpy from the same CSVs and nothing else. Usage:
 
     check_performance.py --bin DIR --market-data DIR --date YYYY-MM-DD [--date ...]
 """
-import argparse
 import csv
 import datetime as dt
-import os
 import pathlib
-import subprocess
 import sys
 import tempfile
 from decimal import ROUND_HALF_UP, Decimal
 
 import numpy as np
 
-PORTFOLIOS = {  # name: [(code, quantity, buy price)]
-    "银行稳健": [("600036", 1200, "35.10"), ("601398", 30000, "4.85"), ("000001", 5000, "10.02")],
-    "消费(白酒)": [("600519", 100, "1400.00"), ("000568", 800, "130.5"), ("600887", 2500, "26.77"), ("000333", 900, "61")],
-    "Growth-1": [("300750", 300, "188.88"), ("002594", 400, "95.00")],
-    "十全_十美": [("600030", 1000, "20.01"), ("600028", 9000, "6.05"), ("600050", 10000, "4.9"), ("600900", 1500, "25"),
-                  ("601318", 700, "44.44"), ("601225", 1100, "33.3"), ("000651", 600, "39.99"), ("000725", 20000, "3.95"),
-                  ("300015", 2300, "15.6"), ("000002", 8000, "9.12")],
-    "同股再持": [("600519", 1, "0.01"), ("600036", 9999999, "99999.99")],
-}
+from exported_views import PORTFOLIOS, arguments, compare, export, read_csv
+
 PORTFOLIO_TITLES = ["组合名称", "创建日期", "最新市值(元)", "日涨跌幅(%)", "周涨跌幅(%)", "月涨跌幅(%)", "期间收益(元)",
                     "期间收益率(%)", "操作", "#9"]
 HOLDING_TITLES = ["代码", "名称", "所属行业", "最新价(元)", "涨跌幅(%)", "数量(股)", "比例(%)", "日贡献(元)", "周贡献(元)",
@@ -109,44 +99,9 @@ def expected(market_data, day):
     return portfolios, holdings
 
 
-def run(*command):
-    done = subprocess.run([str(c) for c in command], capture_output=True, text=True, timeout=120)
-    if done.returncode != 0:
-        sys.exit(f"{command[0]} ended with {done.returncode}\n{done.stdout}\n{done.stderr}")
-
-
-def read_csv(path):
-    with open(path, encoding="utf-8-sig", newline="") as file:
-        rows = list(csv.reader(file))
-    return rows[0], rows[1:]
-
-
-def compare(where, titles, rows, wanted_titles, wanted_rows, problems):
-    if titles != wanted_titles:
-        problems.append(f"{where}: titles {titles} instead of {wanted_titles}")
-    if len(rows) != len(wanted_rows):
-        problems.append(f"{where}: {len(rows)} rows instead of {len(wanted_rows)}")
-    cells = 0
-    for got, want in zip(rows, wanted_rows):
-        for title, g, w in zip(wanted_titles, got, want):
-            cells += 1
-            if g != w:
-                problems.append(f"{where}: {got[0]} {title}: shown {g!r}, computed {w!r}")
-    return cells
-
-
 def check(binaries, market_data, day, folder, problems):
-    data, work, out = folder / "data", folder / "work", folder / "out"
-    run(binaries / "holdwise-market", "build", "--bars", market_data / "bars", "--indices", market_data / "indices",
-        "--securities", market_data / "securities.csv", "--dates", market_data / "trading_dates.csv", "--rates",
-        market_data / "deposit_rates.csv", "--date", day.isoformat(), "--out", data)
-    with open(folder / "portfolios.csv", "w", encoding="utf-8", newline="") as file:
-        writer = csv.writer(file)
-        writer.writerow(["name", "code", "quantity", "price"])
-        writer.writerows([name, *row] for name, rows in PORTFOLIOS.items() for row in rows)
-    os.environ.setdefault("QT_QPA_PLATFORM", "offscreen")
-    run(binaries / "holdwise-terminal", "--data", data, "--work", work, "--import", folder / "portfolios.csv", "--export", out)
-
+    export(binaries, market_data, market_data / "bars", day, folder, "--rates", market_data / "deposit_rates.csv")
+    out = folder / "out"
     portfolios, holdings = expected(market_data, day)
     titles, rows = read_csv(out / "2001-strngrd.csv")
     newest_first = list(reversed(list(PORTFOLIOS)))
@@ -162,17 +117,13 @@ def check(binaries, market_data, day, folder, problems):
 
 
 def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--bin", type=pathlib.Path, required=True)
-    parser.add_argument("--market-data", type=pathlib.Path, required=True)
-    parser.add_argument("--date", action="append", required=True)
-    arguments = parser.parse_args()
+    options = arguments()
     problems, cells = [], 0
-    for text in arguments.date:
+    for text in options.date:
         with tempfile.TemporaryDirectory() as folder:
-            cells += check(arguments.bin, arguments.market_data, dt.date.fromisoformat(text), pathlib.Path(folder), problems)
+            cells += check(options.bin, options.market_data, dt.date.fromisoformat(text), pathlib.Path(folder), problems)
     print("\n".join(problems[:40]))
-    print(f"{cells} cells compared on {len(arguments.date)} dates, {len(problems)} differ")
+    print(f"{cells} cells compared on {len(options.date)} dates, {len(problems)} differ")
     sys.exit(1 if problems or cells == 0 else 0)
 
 

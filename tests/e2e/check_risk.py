@@ -7,12 +7,10 @@ days, one listed late, one without any bar inside the window. Usage:
 
     check_risk.py --bin DIR --market-data DIR --date YYYY-MM-DD [--date ...]
 """
-import argparse
 import csv
 import datetime as dt
 import io
 import math
-import os
 import pathlib
 import subprocess
 import sys
@@ -20,7 +18,7 @@ import tempfile
 from decimal import ROUND_HALF_UP, Decimal
 from fractions import Fraction
 
-from check_performance import PORTFOLIOS, compare, read_csv, run
+from exported_views import PORTFOLIOS, arguments, compare, export, read_csv
 
 TOLERANCE = 1e-9
 DAYS = 250
@@ -246,41 +244,29 @@ def check_stored(binaries, work, market, checker):
 
 
 def check(binaries, market_data, day, with_options, folder, checker):
-    bars, data, work, out = folder / "bars", folder / "data", folder / "work", folder / "out"
+    bars = folder / "bars"
     write_bars(market_data, day, bars)
     options = []
     if with_options:
         with open(folder / "estimates.csv", "w", encoding="utf-8", newline="") as file:
             csv.writer(file).writerows([("code", "price"), *ESTIMATES])
         options = ["--rates", market_data / "deposit_rates.csv", "--estimates", folder / "estimates.csv"]
-    run(binaries / "holdwise-market", "build", "--bars", bars, "--indices", market_data / "indices", "--securities",
-        market_data / "securities.csv", "--dates", market_data / "trading_dates.csv", *options, "--date", day.isoformat(),
-        "--out", data)
-    with open(folder / "portfolios.csv", "w", encoding="utf-8", newline="") as file:
-        writer = csv.writer(file)
-        writer.writerow(["name", "code", "quantity", "price"])
-        writer.writerows([name, *row] for name, rows in PORTFOLIOS.items() for row in rows)
-    os.environ.setdefault("QT_QPA_PLATFORM", "offscreen")
-    run(binaries / "holdwise-terminal", "--data", data, "--work", work, "--import", folder / "portfolios.csv", "--export", out)
+    export(binaries, market_data, bars, day, folder, *options)
     market = Market(market_data, bars, day)
-    table = check_files(binaries, data, market, with_options, checker)
-    check_view(out, day, market, table, checker)
-    check_stored(binaries, work, market, checker)
+    table = check_files(binaries, folder / "data", market, with_options, checker)
+    check_view(folder / "out", day, market, table, checker)
+    check_stored(binaries, folder / "work", market, checker)
 
 
 def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--bin", type=pathlib.Path, required=True)
-    parser.add_argument("--market-data", type=pathlib.Path, required=True)
-    parser.add_argument("--date", action="append", required=True)
-    arguments = parser.parse_args()
+    options = arguments()
     checker = Checker()
-    for i, text in enumerate(arguments.date):
+    for i, text in enumerate(options.date):
         with tempfile.TemporaryDirectory() as folder:
             # The rates come from their file once, from the producer itself the other times.
-            check(arguments.bin, arguments.market_data, dt.date.fromisoformat(text), i == 0, pathlib.Path(folder), checker)
+            check(options.bin, options.market_data, dt.date.fromisoformat(text), i == 0, pathlib.Path(folder), checker)
     print("\n".join(checker.problems[:40]))
-    print(f"{checker.values} values compared on {len(arguments.date)} dates, {len(checker.problems)} differ, largest "
+    print(f"{checker.values} values compared on {len(options.date)} dates, {len(checker.problems)} differ, largest "
           f"relative difference {checker.worst:.2g}")
     sys.exit(1 if checker.problems or checker.values == 0 else 0)
 

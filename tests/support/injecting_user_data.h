@@ -1,4 +1,5 @@
 #pragma once
+#include <QStringList>
 #include <memory>
 #include <utility>
 
@@ -6,7 +7,7 @@
 
 namespace holdwise::test {
 
-/// Lets one call of a database service fail, to see what is left behind.
+/// Lets one call of a database service fail, to see what is left behind, and writes down all of them.
 class FailurePlan {
  public:
   enum class Kind {
@@ -21,15 +22,19 @@ class FailurePlan {
   }
   void FailNothing() { remaining_ = -1; }
   [[nodiscard]] bool HasFailed() const { return hasFailed_; }
+  /// Statements as they stand, and "start", "commit", "rollback".
+  [[nodiscard]] const QStringList& Calls() const { return calls_; }
 
+  void Note(const QString& call) { calls_ << call; }
   /// True when this call is the one.
-  bool IsDue() {
+  bool IsDue(const QString& call) {
+    Note(call);
     if (remaining_ < 0 || remaining_-- > 0) return false;
     hasFailed_ = true;
     return true;
   }
-  void Pass() {
-    if (IsDue()) Throw();
+  void Pass(const QString& call) {
+    if (IsDue(call)) Throw();
   }
   [[nodiscard]] Kind HowToFail() const { return kind_; }
   [[noreturn]] static void Throw() { throw Error(ErrorCategory::Database, "injected failure"); }
@@ -38,6 +43,7 @@ class FailurePlan {
   int remaining_ = -1;
   Kind kind_ = Kind::Throws;
   bool hasFailed_ = false;
+  QStringList calls_;
 };
 
 /// Passes every call on unless the plan says otherwise. Roll-backs never fail; a commit that fails has rolled back.
@@ -46,34 +52,37 @@ class Injecting : public Base {
  public:
   Injecting(DatabaseStatements& inner, FailurePlan& plan) : inner_(inner), plan_(plan) {}
   ResultSet Query(const QString& sql) override {
-    plan_.Pass();
+    plan_.Pass(sql);
     return inner_.Query(sql);
   }
   std::int64_t Count(const QString& sql) override {
-    plan_.Pass();
+    plan_.Pass(sql);
     return inner_.Count(sql);
   }
   Value Scalar(const QString& sql) override {
-    plan_.Pass();
+    plan_.Pass(sql);
     return inner_.Scalar(sql);
   }
   int Execute(const QString& sql) override {
-    if (!plan_.IsDue()) return inner_.Execute(sql);
+    if (!plan_.IsDue(sql)) return inner_.Execute(sql);
     if (plan_.HowToFail() == FailurePlan::Kind::Refuses) return 0;
     FailurePlan::Throw();
   }
   void StartTransaction() override {
-    plan_.Pass();
+    plan_.Pass(QStringLiteral("start"));
     inner_.StartTransaction();
   }
   void Commit() override {
-    if (plan_.IsDue()) {
+    if (plan_.IsDue(QStringLiteral("commit"))) {
       inner_.RollBack();
       FailurePlan::Throw();
     }
     inner_.Commit();
   }
-  void RollBack() override { inner_.RollBack(); }
+  void RollBack() override {
+    plan_.Note(QStringLiteral("rollback"));
+    inner_.RollBack();
+  }
   bool InTransaction() const override { return inner_.InTransaction(); }
 
  protected:

@@ -8,9 +8,7 @@
 #include "bus/embedded_market.h"
 #include "bus/in_process_bus.h"
 #include "datacentre/code_numbers.h"
-#include "datacentre/local_database.h"
-#include "market_folder.h"
-#include "scripted_host.h"
+#include "market_data_fixture.h"
 
 namespace holdwise {
 namespace {
@@ -354,19 +352,13 @@ TEST(InProcessBusTest, UnknownSubscribersAreIgnored) {
   EXPECT_FALSE(bus.IsTicking());
 }
 
-class EmbeddedMarketTest : public testing::Test {
+class EmbeddedMarketTest : public MarketDataTest {
  protected:
   void Start(bool simulated) {
     folder_.WriteMarket(20240529, simulated);
-    data_.Load(folder_.Path());
+    Load();
     market_ = std::make_unique<EmbeddedMarket>(data_, log_);
   }
-  MarketFolder folder_;
-  ScriptedClock clock_;
-  ScriptedDebug log_;
-  FakeUserData database_;
-  LocalDatabaseReader reader_{database_};
-  MarketData data_{clock_, log_, reader_};
   std::unique_ptr<EmbeddedMarket> market_;
 };
 

@@ -2,57 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QSignalSpy>
-#include <QTest>
 #include <atomic>
-#include <functional>
 #include <thread>
 
-#include "datacentre/local_database.h"
-#include "datacentre/quotes_watcher.h"
 #include "holdwise/packet/csv.h"
-#include "holdwise/packet/packet_file.h"
-#include "market_folder.h"
-#include "scripted_host.h"
+#include "market_data_fixture.h"
 
 namespace holdwise {
 namespace {
-
-QStringList Row(const char* text) {
-  return QString::fromUtf8(text).split(QLatin1Char(','));
-}
-
-class MarketDataTest : public testing::Test {
- protected:
-  void Load() { data_.Load(folder_.Path()); }
-  /// The text and category of the error that Load ends in.
-  std::pair<ErrorCategory, QString> LoadError() {
-    try {
-      MarketData data(clock_, log_, reader_);
-      data.Load(folder_.Path());
-    } catch (const Error& error) {
-      return {error.Category(), QString::fromUtf8(error.what())};
-    }
-    ADD_FAILURE() << "Load accepted the folder";
-    return {ErrorCategory::Database, {}};
-  }
-  void ExpectRefusal(const char* file, ErrorCategory category, const char* part) {
-    const auto [found, text] = LoadError();
-    EXPECT_EQ(found, category) << text.toStdString();
-    EXPECT_TRUE(text.contains(QString::fromUtf8(file))) << text.toStdString();
-    EXPECT_TRUE(text.contains(QString::fromUtf8(part))) << text.toStdString();
-  }
-
-  MarketFolder folder_;
-  ScriptedClock clock_;
-  ScriptedDebug log_;
-  FakeUserData database_;
-  LocalDatabaseReader reader_{database_};
-  MarketData data_{clock_, log_, reader_};
-};
 
 /// The module's rule over the three questions.
 QString GetCodeNum(const CodeNumServices& codes, const QString& code) {
@@ -218,143 +177,6 @@ TEST_F(MarketDataTest, LocalDatabaseAnswersQueries) {
   EXPECT_EQ(result.IntegerAt(0, 0), 7);
 }
 
-constexpr const char* kRequiredFiles[] = {"market.dat", "securities.dat", "trading_dates.dat", "quotes.dat"};
-constexpr const char* kAllFiles[] = {"market.dat", "securities.dat", "trading_dates.dat",
-                                     "quotes.dat", "accounts.dat",   "groups.dat"};
-
-TEST_F(MarketDataTest, MissingFileIsNamed) {
-  for (const char* name : kRequiredFiles) {
-    const QString path = folder_.File(QString::fromLatin1(name));
-    ASSERT_TRUE(QFile::rename(path, path + QStringLiteral(".away")));
-    ExpectRefusal(name, ErrorCategory::NotFound, "不存在");
-    ASSERT_TRUE(QFile::rename(path + QStringLiteral(".away"), path));
-  }
-}
-
-TEST_F(MarketDataTest, SpoiledFileIsNamed) {
-  for (const char* name : kAllFiles) {
-    const QString path = folder_.File(QString::fromLatin1(name));
-    QByteArray whole;
-    if (QFile file(path); file.open(QIODevice::ReadOnly)) whole = file.readAll();
-    folder_.WriteBytes(QString::fromLatin1(name), "");
-    ExpectRefusal(name, ErrorCategory::Corrupt, "损坏");
-    folder_.WriteBytes(QString::fromLatin1(name), "date\n20240101\n");
-    ExpectRefusal(name, ErrorCategory::Corrupt, "损坏");
-    if (!whole.isEmpty()) {
-      folder_.WriteBytes(QString::fromLatin1(name), whole.left(whole.size() - 5));
-      ExpectRefusal(name, ErrorCategory::Corrupt, "损坏");
-    }
-    ASSERT_TRUE(QFile::remove(path));
-    ASSERT_TRUE(QDir().mkdir(path));
-    ExpectRefusal(name, ErrorCategory::Io, "无法读取");
-    ASSERT_TRUE(QDir().rmdir(path));
-    if (!whole.isEmpty()) folder_.WriteBytes(QString::fromLatin1(name), whole);
-  }
-}
-
-TEST_F(MarketDataTest, FileWithoutRowsIsNamed) {
-  for (const char* name : kRequiredFiles) {
-    const QString path = folder_.File(QString::fromLatin1(name));
-    const ResultSet whole = ReadPacketFile(path);
-    ResultSet bare;
-    for (int column = 0; column < whole.ColumnCount(); ++column) {
-      bare.AddColumn(whole.ColumnName(column), whole.TypeOf(column));
-    }
-    folder_.Write(QString::fromLatin1(name), bare);
-    ExpectRefusal(name, ErrorCategory::Corrupt, "没有数据行");
-    folder_.Write(QString::fromLatin1(name), whole);
-  }
-}
-
-TEST_F(MarketDataTest, EveryColumnIsNeededWithItsType) {
-  for (const char* name : kRequiredFiles) {
-    const ResultSet whole = ReadPacketFile(folder_.File(QString::fromLatin1(name)));
-    for (int victim = 0; victim < whole.ColumnCount(); ++victim) {
-      for (const bool drop : {true, false}) {
-        ResultSet spoiled;
-        spoiled.AddColumn("padding", ColumnType::Text);
-        for (int column = 0; column < whole.ColumnCount(); ++column) {
-          if (column == victim && drop) continue;
-          spoiled.AddColumn(whole.ColumnName(column), column == victim ? ColumnType::DateTime : whole.TypeOf(column));
-        }
-        spoiled.AppendRow();
-        folder_.Write(QString::fromLatin1(name), spoiled);
-        const auto [category, text] = LoadError();
-        EXPECT_EQ(category, ErrorCategory::Corrupt) << text.toStdString();
-        EXPECT_TRUE(text.contains(QString::fromLatin1(name))) << text.toStdString();
-      }
-    }
-    folder_.Write(QString::fromLatin1(name), whole);
-  }
-}
-
-struct BadRow {
-  const char* file;
-  QStringList headings;
-  std::vector<QStringList> rows;
-  const char* part;
-};
-
-TEST_F(MarketDataTest, ImpossibleValuesAreRefused) {
-  const QStringList marketHeadings = {QStringLiteral("current_date:integer"), QStringLiteral("simulated:integer"),
-                                      QStringLiteral("format:integer")};
-  const QStringList dateHeadings = {QStringLiteral("date:integer")};
-  const QStringList accountHeadings = {QStringLiteral("code_number:integer"), QStringLiteral("eps:real"),
-                                       QStringLiteral("net_asset_per_share:real"), QStringLiteral("total_shares:real")};
-  const QStringList groupHeadings = {QStringLiteral("name:text"), QStringLiteral("code_number:integer")};
-  const auto& securities = MarketFolder::kSecurityHeadings;
-  const auto& quotes = MarketFolder::kQuoteHeadings;
-  const std::vector<BadRow> cases = {
-      {"market.dat", marketHeadings, {Row("20240230,0,1")}, "20240230"},
-      {"market.dat", marketHeadings, {Row("0,0,1")}, "日期0"},
-      {"market.dat", marketHeadings, {Row("20240529,2,1")}, "模拟标志2"},
-      {"market.dat", marketHeadings, {Row("20240529,0,2")}, "版本2"},
-      {"market.dat", marketHeadings, {Row("20240529,0,1"), Row("20240529,0,1")}, "一行"},
-      {"market.dat", marketHeadings, {Row("99999999999,0,1")}, "超出范围"},
-      {"securities.dat",
-       securities,
-       {Row("600000,甲,银行,1,NULL,1"), Row("600036,乙,银行,1,NULL,1"), Row("600000,丙,银行,1,NULL,1")},
-       "第3行"},
-      {"securities.dat", securities, {Row("60000,甲,银行,1,NULL,1")}, "“60000”"},
-      {"securities.dat", securities, {Row("60000x,甲,银行,1,NULL,1")}, "六位"},
-      {"securities.dat", securities, {Row("399001,甲,银行,2,NULL,1")}, "指数"},
-      {"securities.dat", securities, {Row("600000,,银行,1,NULL,1")}, "名称为空"},
-      {"securities.dat", securities, {Row("600000,甲,银行,3,NULL,1")}, "市场3"},
-      {"securities.dat", securities, {Row("600000,甲,银行,1,20241301,1")}, "20241301"},
-      {"securities.dat", securities, {Row("600000,甲,银行,1,NULL,5")}, "A股标志5"},
-      {"trading_dates.dat", dateHeadings, {Row("20240528"), Row("20240528")}, "第2行"},
-      {"trading_dates.dat", dateHeadings, {Row("20240529"), Row("20240528")}, "先后"},
-      {"trading_dates.dat", dateHeadings, {Row("20240528"), Row("20240532")}, "20240532"},
-      {"trading_dates.dat", dateHeadings, {Row("20240530")}, "没有不晚于"},
-      {"quotes.dat", quotes, {Row("1,3111,3100"), Row("1600000,0,8.2")}, "不大于零"},
-      {"quotes.dat", quotes, {Row("1600000,-8.15,8.2")}, "不大于零"},
-      {"quotes.dat", quotes, {Row("1600000,8.15,-8.2")}, "昨收"},
-      {"quotes.dat", quotes, {Row("1600000,8.15,8.2"), Row("1600000,8.16,8.2")}, "1600000重复"},
-      {"accounts.dat", accountHeadings, {Row("1600000,1,1,1"), Row("1600000,2,2,2")}, "第2行"},
-      {"accounts.dat", accountHeadings, {Row("1600000,1,1,-1")}, "总股本"},
-      {"groups.dat", groupHeadings, {Row(",1600000")}, "名称为空"},
-      {"groups.dat", groupHeadings, {Row("a,1600000"), Row("a,1600000")}, "1600000重复"},
-  };
-  for (const BadRow& bad : cases) {
-    SCOPED_TRACE(bad.part);
-    const QString path = folder_.File(QString::fromLatin1(bad.file));
-    QByteArray whole;
-    if (QFile file(path); file.open(QIODevice::ReadOnly)) whole = file.readAll();
-    folder_.Write(QString::fromLatin1(bad.file), MakeTable(bad.headings, bad.rows));
-    ExpectRefusal(bad.file, ErrorCategory::Refused, bad.part);
-    if (whole.isEmpty()) {
-      QFile::remove(path);
-    } else {
-      folder_.WriteBytes(QString::fromLatin1(bad.file), whole);
-    }
-  }
-}
-
-TEST_F(MarketDataTest, NullWhereAValueIsNeeded) {
-  folder_.WriteQuotes({Row("1600000,8.15,8.2"), Row("1600036,NULL,1")});
-  ExpectRefusal("quotes.dat", ErrorCategory::Corrupt, "第2行");
-}
-
 TEST_F(MarketDataTest, QuotesOfUnknownSecuritiesAreSkippedAndLogged) {
   folder_.WriteQuotes({Row("1600000,8.15,8.2"), Row("1510300,3.6,3.5"), Row("2,1,1")});
   Load();
@@ -432,86 +254,6 @@ TEST_F(MarketDataTest, ReadersOnOtherThreadsSeeWholeQuotes) {
   stop = true;
   for (std::thread& reader : readers) reader.join();
   EXPECT_EQ(torn, 0);
-}
-
-class QuotesWatcherTest : public MarketDataTest {
- protected:
-  void SetUp() override {
-    Load();
-    watcher_ = std::make_unique<QuotesWatcher>(data_, log_);
-    spy_ = std::make_unique<QSignalSpy>(watcher_.get(), &QuotesWatcher::Reloaded);
-  }
-  bool SeesPrice(double price) {
-    return QTest::qWaitFor([&] { return data_.StockNowData(1600000).currentPrice == price; }, 3000);
-  }
-  std::unique_ptr<QuotesWatcher> watcher_;
-  std::unique_ptr<QSignalSpy> spy_;
-};
-
-TEST_F(QuotesWatcherTest, FollowsReplacementsAndRewrites) {
-  folder_.WriteQuotes({Row("1600000,9.01,8.2")});
-  EXPECT_TRUE(SeesPrice(9.01));
-  EXPECT_EQ(data_.StockNowData(1600036).currentPrice, 34.5);  // no news of it
-  folder_.WriteQuotes({Row("1600000,9.02,8.2")});             // the second replacement is seen too
-  EXPECT_TRUE(SeesPrice(9.02));
-  const QByteArray bytes = EncodePacket(MakeTable(MarketFolder::kQuoteHeadings, {Row("1600000,9.03,8.2")}));
-  folder_.WriteBytes(QStringLiteral("quotes.dat"), bytes);  // in place
-  EXPECT_TRUE(SeesPrice(9.03));
-  EXPECT_GE(spy_->count(), 3);
-}
-
-TEST_F(QuotesWatcherTest, SurvivesRemoval) {
-  ASSERT_TRUE(QFile::remove(folder_.File(QStringLiteral("quotes.dat"))));
-  QTest::qWait(300);
-  EXPECT_EQ(data_.StockNowData(1600000).currentPrice, 8.15);
-  EXPECT_EQ(spy_->count(), 0);
-  folder_.WriteQuotes({Row("1600000,9.04,8.2")});
-  EXPECT_TRUE(SeesPrice(9.04));
-}
-
-TEST_F(QuotesWatcherTest, MalformedReplacementIsLoggedAndIgnored) {
-  folder_.WriteQuotes({Row("1600000,9.05,8.2"), Row("1600036,-1,8.2")});
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !log_.Lines().empty(); }, 3000));
-  EXPECT_TRUE(log_.Lines()[0].contains(QStringLiteral("quotes.dat"))) << log_.Lines()[0].toStdString();
-  EXPECT_EQ(data_.StockNowData(1600000).currentPrice, 8.15);
-  EXPECT_EQ(spy_->count(), 0);
-  folder_.WriteBytes(QStringLiteral("quotes.dat"), "rubbish");
-  ASSERT_TRUE(QTest::qWaitFor([&] { return log_.Lines().size() >= 2; }, 3000));
-  EXPECT_EQ(data_.StockNowData(1600000).currentPrice, 8.15);
-  folder_.WriteQuotes({Row("1600000,9.06,8.2")});
-  EXPECT_TRUE(SeesPrice(9.06));
-}
-
-TEST_F(QuotesWatcherTest, QuotesOfAnotherDateWaitForARestart) {
-  folder_.WriteMarket(20240530, false);
-  folder_.WriteQuotes({Row("1600000,9.07,8.2")});
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !log_.Lines().empty(); }, 3000));
-  EXPECT_TRUE(log_.Lines()[0].contains(QStringLiteral("20240530"))) << log_.Lines()[0].toStdString();
-  EXPECT_EQ(data_.StockNowData(1600000).currentPrice, 8.15);
-}
-
-void CopyFiles(const QString& from, const QString& to) {
-  ASSERT_TRUE(QDir().mkpath(to));
-  for (const QString& name : QDir(from).entryList(QDir::Files)) {
-    ASSERT_TRUE(QFile::copy(from + QLatin1Char('/') + name, to + QLatin1Char('/') + name));
-  }
-}
-
-TEST_F(MarketDataTest, FollowsAFolderThatIsReplacedAsAWhole) {
-  const QTemporaryDir base;
-  const QString place = base.filePath(QStringLiteral("data"));
-  CopyFiles(folder_.Path(), place);
-  data_.Load(place);
-  QuotesWatcher watcher(data_, log_);
-  for (const char* price : {"9.11", "9.12"}) {
-    folder_.WriteQuotes({{QStringLiteral("1600000"), QString::fromLatin1(price), QStringLiteral("8.2")}});
-    CopyFiles(folder_.Path(), base.filePath(QStringLiteral("new")));
-    ASSERT_TRUE(QDir().rename(place, base.filePath(QStringLiteral("old"))));
-    ASSERT_TRUE(QDir().rename(base.filePath(QStringLiteral("new")), place));
-    ASSERT_TRUE(QDir(base.filePath(QStringLiteral("old"))).removeRecursively());
-    const double expected = QString::fromLatin1(price).toDouble();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return data_.StockNowData(1600000).currentPrice == expected; }, 3000)) << price;
-  }
 }
 
 TEST(MarketDataSizeTest, LoadsAWholeMarketQuickly) {

@@ -1,0 +1,188 @@
+#include <gtest/gtest.h>
+
+#include "import_fixture.h"
+
+namespace holdwise {
+namespace {
+
+/// What stands in the file, and what is wrong with it.
+class ImportCsv : public ImportTest {
+ protected:
+  /// "line: reason" of each problem; the import must have written nothing.
+  QStringList Problems(const QByteArray& csv) {
+    const QString before = Everything();
+    const ImportResult result = Import(csv);
+    EXPECT_EQ(Everything(), before);
+    EXPECT_FALSE(temp_.Service().InTransaction());
+    EXPECT_EQ(result.portfolios, 0);
+    QStringList problems;
+    for (const ImportProblem& problem : result.problems) {
+      problems += QStringLiteral("%1: %2").arg(problem.line).arg(problem.reason);
+    }
+    return problems;
+  }
+  /// The file's second line is bad for this reason and nothing else is reported.
+  void ExpectBadLine(const QString& badLine, const char* part) {
+    const QByteArray csv =
+        "name,code,quantity,price\n" + badLine.toUtf8() + "\n甲,600036,100,34.5\n甲,000001,100,11.23\n";
+    const QStringList problems = Problems(csv);
+    ASSERT_EQ(problems.size(), 1) << badLine.toStdString() << '\n' << problems.join(QLatin1Char('\n')).toStdString();
+    EXPECT_TRUE(problems[0].startsWith(QLatin1String("2: "))) << problems[0].toStdString();
+    EXPECT_TRUE(problems[0].contains(QString::fromUtf8(part))) << problems[0].toStdString();
+  }
+};
+
+TEST_F(ImportCsv, HeadingsInAnyOrderAndLanguage) {
+  int number = 0;
+  for (const char* text : {"code,name,price,quantity\n600000,组合%1,8,100\n600036,组合%1,34,100\n",
+                           "Price , QUANTITY,Code,Name\n8,100,600000,组合%1\n34,100,600036,组合%1\n",
+                           "组合名称,股票代码,数量(股),买入价(元)\n组合%1,600000,100,8\n组合%1,600036,100,34\n",
+                           "组合名称,证券代码,数量（股）,价格（元）\n组合%1,600000,100,8\n组合%1,600036,100,34\n",
+                           "名称,代码,数量,价格\r\n组合%1,600000,100,8\r\n组合%1,600036,100,34\r\n",
+                           "\xEF\xBB\xBFname,code,quantity,price\n组合%1,600000,100,8\n组合%1,600036,100,34",
+                           "\"name\",\"code\",\"quantity\",\"price\"\n\"组合%1\",\"600000\",\"100\",\"8\"\n组合%1 , "
+                           "600036 ,100,34\n\n,,,\n"}) {
+    const QByteArray csv = QString::fromUtf8(text).arg(++number).toUtf8();
+    const ImportResult result = Import(csv);
+    EXPECT_EQ(result.portfolios, 1) << text << (result.problems.empty() ? "" : result.problems[0].reason.toStdString());
+    EXPECT_EQ(result.holdings, 2) << text;
+  }
+  EXPECT_EQ(Dump("select distinct SecuCode,PZSL,BUYPRICE from alg_comdetail order by SecuCode"),
+            QStringLiteral("1600000|100|8\n1600036|100|34"));
+}
+
+TEST_F(ImportCsv, Gb18030FromASpreadsheet) {
+  // "组合名称,股票代码,数量（股）,买入价(元)" and two holdings of "稳健一号", encoded by Python.
+  const QByteArray csv =
+      "\xd7\xe9\xba\xcf\xc3\xfb\xb3\xc6\x2c\xb9\xc9\xc6\xb1\xb4\xfa\xc2\xeb\x2c\xca\xfd\xc1\xbf\xa3\xa8\xb9\xc9\xa3\xa9"
+      "\x2c"
+      "\xc2\xf2\xc8\xeb\xbc\xdb\x28\xd4\xaa\x29\x0a\xce\xc8\xbd\xa1\xd2\xbb\xba\xc5\x2c\x36\x30\x30\x30\x30\x30\x2c\x31"
+      "\x30"
+      "\x30\x30\x2c\x38\x2e\x30\x30\x0a\xce\xc8\xbd\xa1\xd2\xbb\xba\xc5\x2c\x36\x30\x30\x30\x33\x36\x2c\x35\x30\x30\x2c"
+      "\x33"
+      "\x34\x0a";
+  EXPECT_EQ(Import(csv).portfolios, 1);
+  EXPECT_EQ(Dump("select COMNAME from alg_commain"), QStringLiteral("稳健一号"));
+}
+
+TEST_F(ImportCsv, EachKindOfBadLine) {
+  ExpectBadLine(QStringLiteral(",600000,100,8"), "组合名称为空");
+  ExpectBadLine(QStringLiteral("a'b,600000,100,8"), "“'”");
+  ExpectBadLine(QStringLiteral("a b,600000,100,8"), "“ ”");
+  ExpectBadLine(QStringLiteral("\"a\"\"b\",600000,100,8"), "“\"”");
+  ExpectBadLine(QStringLiteral("\"a,b\",600000,100,8"), "“,”");
+  ExpectBadLine(QStringLiteral("a.b,600000,100,8"), "“.”");
+  ExpectBadLine(QString(41, u'长') + QStringLiteral(",600000,100,8"), "41个字符");
+  ExpectBadLine(QStringLiteral("甲,,100,8"), "股票代码为空");
+  ExpectBadLine(QStringLiteral("甲,1,100,8"), "不足六位");
+  ExpectBadLine(QStringLiteral("甲,00001,100,8"), "不足六位");
+  ExpectBadLine(QStringLiteral("甲,1600000,100,8"), "多于六位");
+  ExpectBadLine(QStringLiteral("甲,60000O,100,8"), "不是六位数字");
+  ExpectBadLine(QStringLiteral("甲,６０００００,100,8"), "不是六位数字");
+  ExpectBadLine(QStringLiteral("甲,SH600000,100,8"), "不是六位数字");
+  ExpectBadLine(QStringLiteral("甲,\"600000\n\",100,8"), "不是六位数字");
+  ExpectBadLine(QStringLiteral("甲,999999,100,8"), "没有代码为999999");
+  ExpectBadLine(QStringLiteral("甲,900901,100,8"), "A股");  // known, but no A-share
+  ExpectBadLine(QStringLiteral("甲,399001,100,8"), "没有代码为399001");
+  ExpectBadLine(QStringLiteral("甲,600000,,8"), "数量为空");
+  for (const char* quantity : {"0", "-100", "+100", "100.0", "1e3", "\"1,000\"", "1000000000", "0100", "一百", "nan",
+                               "99999999999999999999999", "0x10", "１００"}) {
+    ExpectBadLine(QStringLiteral("甲,600000,%1,8").arg(QString::fromUtf8(quantity)), "不是1到999999999的整数");
+  }
+  ExpectBadLine(QStringLiteral("甲,600000,100,"), "买入价为空");
+  for (const char* price : {"0", "0.0", "0.00", "-8", "+8", "8.001", "8.", ".5", "100000", "100000.00", "08", "8e1",
+                            "1,0", "inf", "八", "99999999999999999999.1", "8元"}) {
+    ExpectBadLine(QStringLiteral("甲,600000,100,\"%1\"").arg(QString::fromUtf8(price)), "最多两位小数");
+  }
+  ExpectBadLine(QStringLiteral("甲,600000,100"), "有3个字段，应为4个");
+  ExpectBadLine(QStringLiteral("甲,600000,100,8,9"), "有5个字段，应为4个");
+}
+
+TEST_F(ImportCsv, LimitsThemselvesAreAccepted) {
+  const QString name = QString(36, u'名') + QStringLiteral("(-)_");  // 40 characters
+  const QString csv =
+      QStringLiteral("name,code,quantity,price\n%1,600000,999999999,99999.99\n%1,600036,1,0.01\n").arg(name);
+  EXPECT_EQ(Import(csv.toUtf8()).portfolios, 1);
+  EXPECT_EQ(Dump("select COMNAME from alg_commain"), name);
+  EXPECT_EQ(Dump("select PZSL,BUYPRICE from alg_comdetail order by ID"), QStringLiteral("999999999|99999.99\n1|0.01"));
+}
+
+QByteArray PortfolioOf(int holdings) {
+  QByteArray csv = "name,code,quantity,price\n";
+  for (int i = 1; i <= holdings; ++i) csv += "甲," + QByteArray::number(601000 + i) + ",100,10\n";
+  return csv;
+}
+
+TEST_F(ImportCsv, TwoToTenHoldings) {
+  EXPECT_EQ(Problems(PortfolioOf(1)), QStringList{QStringLiteral("2: 组合“甲”有1只股票，应为2到10只")});
+  EXPECT_EQ(Problems(PortfolioOf(11)), QStringList{QStringLiteral("2: 组合“甲”有11只股票，应为2到10只")});
+  EXPECT_EQ(Import(PortfolioOf(10)).holdings, 10);
+}
+
+TEST_F(ImportCsv, AStockOnlyOnceInAPortfolio) {
+  const QStringList problems = Problems(
+      "name,code,quantity,price\n甲,600000,100,8\n乙,600000,100,8\n甲,600036,100,34\n甲,600000,200,8\n乙,600036,1,34\n"
+      "甲,600000,bad,8\n");
+  ASSERT_EQ(problems.size(), 3);
+  EXPECT_EQ(problems[0], QStringLiteral("5: 组合“甲”中股票600000与第2行重复"));
+  EXPECT_TRUE(problems[1].startsWith(QStringLiteral("7: 数量")));
+  EXPECT_EQ(problems[2], QStringLiteral("7: 组合“甲”中股票600000与第2行重复"));
+}
+
+TEST_F(ImportCsv, NamesInTheDatabaseAreTaken) {
+  ASSERT_EQ(Import(kGood).portfolios, 2);
+  const QStringList problems = Problems(QByteArray(kGood) + "新,600000,1,x\n");
+  ASSERT_EQ(problems.size(), 4);
+  EXPECT_EQ(problems[0], QStringLiteral("2: 已有名称为“稳健一号”的组合"));
+  EXPECT_EQ(problems[1], QStringLiteral("3: 已有名称为“进取(2)_A-b”的组合"));
+  EXPECT_TRUE(problems[2].startsWith(QStringLiteral("7: 买入价")));
+  EXPECT_TRUE(problems[3].startsWith(QStringLiteral("7: 组合“新”有1只")));
+}
+
+TEST_F(ImportCsv, EveryBadLineIsNamed) {
+  const QStringList problems = Problems(
+      "name,code,quantity,price\n"
+      "甲,600000,100,8\n"
+      "甲,1,0,0\n"
+      "\n"
+      "乙,600000,1.5,8\n"
+      "乙,600036,100,34\n"
+      "a'b,600036\n");
+  QStringList starts;
+  for (const QString& problem : problems) starts += problem.left(5);
+  EXPECT_EQ(starts, (QStringList{QStringLiteral("3: 股票"), QStringLiteral("3: 数量"), QStringLiteral("3: 买入"),
+                                 QStringLiteral("5: 数量"), QStringLiteral("7: 有2")}));
+}
+
+TEST_F(ImportCsv, FilesThatAreNoTable) {
+  EXPECT_EQ(Problems(""), QStringList{QStringLiteral("0: 文件是空的")});
+  EXPECT_EQ(Problems("\n\n  \n"), QStringList{QStringLiteral("0: 文件是空的")});
+  EXPECT_EQ(Problems("name,code,quantity,price\n"), QStringList{QStringLiteral("0: 文件只有表头，没有持股数据")});
+  EXPECT_EQ(Problems("name,code,quantity,price\n,,,\n"), QStringList{QStringLiteral("0: 文件只有表头，没有持股数据")});
+  EXPECT_EQ(Problems("name,code,quantity\n甲,600000,100\n"), QStringList{QStringLiteral("1: 表头缺少“价格”列")});
+  EXPECT_EQ(Problems("name,code,quantity,price,weight\n"), QStringList{QStringLiteral("1: 表头第5列“weight”不认识")});
+  EXPECT_EQ(Problems("name,code,代码,quantity,price\n"), QStringList{QStringLiteral("1: 表头第3列“代码”重复")});
+  EXPECT_EQ(Problems("甲,600000,100,8\n乙,600036,100,34\n").size(), 8);  // four unknown headings, four missing columns
+  const QStringList unclosed = Problems("name,code,quantity,price\n甲,600000,100,8\n甲,\"600036,100,34\n");
+  ASSERT_FALSE(unclosed.isEmpty());
+  EXPECT_TRUE(unclosed.join(QLatin1Char('\n')).contains(QStringLiteral("3: ")))
+      << unclosed.join(QLatin1Char('\n')).toStdString();
+  const QStringList binary = Problems(QByteArray("\xff\xfe\x00\x80\xff", 5));
+  ASSERT_EQ(binary.size(), 1);
+  EXPECT_TRUE(binary[0].startsWith(QLatin1String("0: ")));
+}
+
+TEST_F(ImportCsv, FromAFile) {
+  const QString path = folder_.File(QStringLiteral("in.csv"));
+  const ImportResult missing = ImportPortfoliosFromFile(path, Services());
+  ASSERT_EQ(missing.problems.size(), 1U);
+  EXPECT_EQ(missing.problems[0].line, 0);
+  EXPECT_TRUE(missing.problems[0].reason.contains(QStringLiteral("in.csv")));
+  folder_.WriteBytes(QStringLiteral("in.csv"), kGood);
+  EXPECT_EQ(ImportPortfoliosFromFile(path, Services()).portfolios, 2);
+  folder_.WriteBytes(QStringLiteral("big.csv"), QByteArray((16 << 20) + 1, 'x'));
+  EXPECT_EQ(ImportPortfoliosFromFile(folder_.File(QStringLiteral("big.csv")), Services()).problems.size(), 1U);
+}
+
+}  // namespace
+}  // namespace holdwise
