@@ -6,10 +6,10 @@
 
 #include <QFile>
 #include <cerrno>
-#include <system_error>
 #include <utility>
 
 #include "holdwise/packet/error.h"
+#include "holdwise/packet/system_error.h"
 
 namespace holdwise {
 
@@ -19,7 +19,7 @@ bool FileDescriptor::Close() noexcept {
 }
 
 std::string SystemErrorText(const QString& path, const char* what, int errorNumber) {
-  return path.toStdString() + "：" + what + "（" + std::generic_category().message(errorNumber) + "）";
+  return path.toStdString() + "：" + what + "（" + SystemReason(errorNumber) + "）";
 }
 
 QByteArray ReadWholeFile(const QString& path, std::int64_t maxBytes) {

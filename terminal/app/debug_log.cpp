@@ -1,5 +1,7 @@
 #include "app/debug_log.h"
 
+#include "app/message_boxes.h"
+
 namespace holdwise {
 
 DebugLog::DebugLog(const QString& path, ClockService& clock) : clock_(clock), file_(path) {
@@ -16,8 +18,10 @@ void DebugLog::WriteLog(const QString& text) {
     lines_.append(line);
     if (file_.isOpen()) {
       if (file_.size() >= kFileBytes) MakeRoom();
-      file_.write(line.toUtf8() + '\n');
     }
+    // The failure worth reading about may be that of the disk itself.
+    const QByteArray bytes = line.toUtf8() + '\n';
+    if (!file_.isOpen() || file_.write(bytes) != bytes.size()) PrintError(line);
   }
   const std::lock_guard lock(listenerMutex_);
   if (listener_) listener_();

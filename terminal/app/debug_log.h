@@ -9,7 +9,8 @@
 namespace holdwise {
 
 /// The debug log: a file in the work folder and the last lines in memory for the log page. A file that has grown to
-/// 1 MiB makes room for a new one; three old ones are kept. A log that cannot be written goes on in memory only.
+/// 1 MiB makes room for a new one; three old ones are kept. A line that cannot be written there goes to standard error
+/// as well as to memory.
 class DebugLog : public DebugServers {
  public:
   static constexpr int kLinesInMemory = 2000;

@@ -19,6 +19,10 @@ std::unique_ptr<TDSBAsynDownFileRole> TerminalHost::MakeDownFileRole() {
     parts_.messageBoxes.Vex_MessageBox(QStringLiteral("文件“%1”下载失败（%2）。").arg(remoteName).arg(errorCode),
                                        QStringLiteral("提示"), 0, 128);
   };
+  hints.onUnwritable = [this](const QString& remoteName) {
+    parts_.debug.WriteLog(
+        QStringLiteral("下载的文件“%1”不能写入工作目录“%2”，请检查磁盘空间和权限").arg(remoteName, workFolder_));
+  };
   return std::make_unique<DownFileRole>(files_, workFolder_, std::move(hints));
 }
 

@@ -8,9 +8,9 @@
 #include <QDir>
 #include <QFile>
 #include <cerrno>
-#include <cstring>
 
 #include "holdwise/packet/error.h"
+#include "holdwise/packet/system_error.h"
 
 namespace holdwise {
 namespace {
@@ -21,8 +21,8 @@ namespace {
       QStringLiteral("工作目录“%1”不能使用：%2。可用 --work 指定另一个目录。").arg(folder, reason).toStdString());
 }
 
-QString SystemReason() {
-  return QString::fromLocal8Bit(std::strerror(errno));
+QString LastReason() {
+  return QString::fromStdString(holdwise::SystemReason(errno));
 }
 
 }  // namespace
@@ -31,12 +31,12 @@ void PrepareWorkFolder(const QString& folder) {
   QDir().mkpath(folder);
   const QByteArray path = QFile::encodeName(folder);
   struct stat status {};
-  if (stat(path.constData(), &status) != 0) Fail(folder, SystemReason());
+  if (stat(path.constData(), &status) != 0) Fail(folder, LastReason());
   if (!S_ISDIR(status.st_mode)) Fail(folder, QStringLiteral("它不是目录"));
   // A shared folder such as /tmp must not be taken away from others.
   if (status.st_uid != geteuid() || (status.st_mode & S_ISVTX) != 0) Fail(folder, QStringLiteral("它不属于当前用户"));
-  if ((status.st_mode & 0777) != 0700 && chmod(path.constData(), 0700) != 0) Fail(folder, SystemReason());
-  if (access(path.constData(), R_OK | W_OK | X_OK) != 0) Fail(folder, SystemReason());
+  if ((status.st_mode & 0777) != 0700 && chmod(path.constData(), 0700) != 0) Fail(folder, LastReason());
+  if (access(path.constData(), R_OK | W_OK | X_OK) != 0) Fail(folder, LastReason());
 }
 
 WorkFolderLock::WorkFolderLock(const QString& folder) : path_(folder + QStringLiteral("/terminal.lock")) {}
@@ -48,9 +48,9 @@ WorkFolderLock::~WorkFolderLock() {
 bool WorkFolderLock::Acquire() {
   if (descriptor_ < 0)
     descriptor_ = open(QFile::encodeName(path_).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
-  if (descriptor_ < 0) Fail(QFileInfo(path_).path(), SystemReason());
+  if (descriptor_ < 0) Fail(QFileInfo(path_).path(), LastReason());
   if (flock(descriptor_, LOCK_EX | LOCK_NB) == 0) return true;
-  if (errno != EWOULDBLOCK) Fail(QFileInfo(path_).path(), SystemReason());
+  if (errno != EWOULDBLOCK) Fail(QFileInfo(path_).path(), LastReason());
   return false;
 }
 

@@ -5,18 +5,20 @@
 
 namespace holdwise::firebird {
 
-Connection::Connection(Handle<Firebird::IAttachment> attachment, bool embedded, QString markerFile)
-    : attachment_(std::move(attachment)), embedded_(embedded), markerFile_(std::move(markerFile)) {}
+Connection::Connection(Handle<Firebird::IAttachment> attachment, Place place)
+    : attachment_(std::move(attachment)), place_(std::move(place)) {}
 
 Connection::~Connection() {
   cache_.Clear();
   reading_.reset();
   Detach(status_, attachment_);
-  if (!markerFile_.isEmpty()) QFile::remove(markerFile_);
+  if (place_.IsEmbedded()) QFile::remove(place_.markerFile);
 }
 
-Transaction::Mode Connection::ChangeMode() const {
-  return embedded_ ? Transaction::Mode::ChangeNoWait : Transaction::Mode::ChangeWait;
+std::unique_ptr<Transaction> Connection::StartChange() {
+  if (place_.IsEmbedded()) RequireSpace(place_.folder, place_.bytesToChange);
+  return std::make_unique<Transaction>(
+      status_, *attachment_, place_.IsEmbedded() ? Transaction::Mode::ChangeNoWait : Transaction::Mode::ChangeWait);
 }
 
 /// One transaction for all reads outside a caller's own: a read-only read-committed one costs the engine nothing,
@@ -75,9 +77,9 @@ ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
     Transaction& transaction = own != nullptr ? *own : Reading();
     return Prepare(transaction, text_).statement->Read(transaction, maxRows);
   }
-  Transaction transaction(status_, *attachment_, ChangeMode());
-  ResultSet rows = Prepare(transaction, text_).statement->Read(transaction, maxRows);
-  transaction.Commit();
+  const std::unique_ptr<Transaction> transaction = StartChange();
+  ResultSet rows = Prepare(*transaction, text_).statement->Read(*transaction, maxRows);
+  transaction->Commit();
   return rows;
 }
 
@@ -93,14 +95,14 @@ void Connection::Execute(Transaction* own, const QString& sql) {
     Prepare(*own, text_).statement->Execute(*own);
     return;
   }
-  Transaction transaction(status_, *attachment_, ChangeMode());
-  Prepare(transaction, text_).statement->Execute(transaction);
-  transaction.Commit();
+  const std::unique_ptr<Transaction> transaction = StartChange();
+  Prepare(*transaction, text_).statement->Execute(*transaction);
+  transaction->Commit();
 }
 
 std::unique_ptr<Transaction> Connection::Start() {
   const std::scoped_lock lock(mutex_);
-  return std::make_unique<Transaction>(status_, *attachment_, ChangeMode());
+  return StartChange();
 }
 
 void Connection::Commit(std::unique_ptr<Transaction> transaction) {

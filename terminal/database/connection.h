@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "database/disk_space.h"
 #include "database/firebird_client.h"
 #include "database/statement_cache.h"
 #include "holdwise/packet/result_set.h"
@@ -16,8 +17,14 @@ namespace holdwise::firebird {
 /// the one lock for its whole run.
 class Connection {
  public:
-  /// `markerFile`, when not empty, is removed after a clean detach.
-  Connection(Handle<Firebird::IAttachment> attachment, bool embedded, QString markerFile);
+  /// Where an embedded database stands; both are empty for a server.
+  struct Place {
+    QString folder;      ///< must have bytesToChange free before a change
+    QString markerFile;  ///< removed after a clean detach
+    std::int64_t bytesToChange = kBytesToChange;
+    [[nodiscard]] bool IsEmbedded() const { return !folder.isEmpty(); }
+  };
+  Connection(Handle<Firebird::IAttachment> attachment, Place place);
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
@@ -38,14 +45,13 @@ class Connection {
   [[nodiscard]] Ready Prepare(Transaction& transaction, std::string_view sql);
   [[nodiscard]] PreparedStatement* PrepareShape(Transaction& transaction, std::string_view sql);
   [[nodiscard]] Transaction& Reading();
-  [[nodiscard]] Transaction::Mode ChangeMode() const;
+  [[nodiscard]] std::unique_ptr<Transaction> StartChange();
   void ReadShape(const QString& sql);
 
   std::mutex mutex_;
   Status status_;
   Handle<Firebird::IAttachment> attachment_;
-  const bool embedded_;
-  const QString markerFile_;
+  const Place place_;
   std::unique_ptr<Transaction> reading_;
   StatementCache cache_;
   std::string text_;

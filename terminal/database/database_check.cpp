@@ -33,6 +33,8 @@ int ResultOf(const Error& error) {
       return kHelperBusy;
     case ErrorCategory::Refused:
       return kHelperRefused;
+    case ErrorCategory::Io:  // a full disk, say: reading may have to write
+      return kHelperIo;
     default:
       return kHelperDamaged;
   }

@@ -1,9 +1,13 @@
 #include "database/database_file.h"
 
+#include <sys/prctl.h>
+#include <unistd.h>
+
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QtEndian>
+#include <csignal>
 
 #include "holdwise/packet/error.h"
 
@@ -64,6 +68,11 @@ bool CheckInHelper(const QString& file, const QString& lockFolder) {
       QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).path() + QStringLiteral("/holdwise-dbcheck");
   if (!QFileInfo(program).isExecutable()) return false;
   QProcess helper;
+  // Ends with this process: left alone it would hold the file against the next start.
+  helper.setChildProcessModifier([parent = ::getpid()] {
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (::getppid() != parent) ::_exit(kHelperRefused);
+  });
   helper.start(program, {file, lockFolder});
   const bool ended = helper.waitForFinished(kHelperTimeoutMs);
   if (!ended) {

@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
+
+#include "holdwise/packet/system_error.h"
 
 namespace holdwise::firebird {
 
@@ -40,22 +43,34 @@ ErrorCategory CategoryOfCode(intptr_t code) {
     case isc_net_write_err:
     case isc_att_shutdown:
     case isc_unavailable:
+    case isc_sys_request:  // of the lock files, say
       return ErrorCategory::Io;
     default:
       return ErrorCategory::Database;
   }
 }
 
+/// What is missing or unreadable in the file is damage; that it cannot be opened or written is not.
+bool IsFailedRead(const intptr_t* item) {
+  return item[1] == isc_io_error && item[2] == isc_arg_string &&
+         std::strcmp(reinterpret_cast<const char*>(item[3]), "read") == 0;
+}
+
 /// The engine reports a chain from the general to the particular: the particular counts ("cannot read the file" may end
 /// in "held by another process").
-ErrorCategory CategoryOf(const intptr_t* vector) {
+struct Reading {
   ErrorCategory category = ErrorCategory::Database;
+  int systemError = 0;
+};
+Reading ReadVector(const intptr_t* vector) {
+  Reading reading;
   for (const intptr_t* item = vector; *item != isc_arg_end; item += (*item == isc_arg_cstring ? 3 : 2)) {
+    if (*item == isc_arg_unix) reading.systemError = static_cast<int>(item[1]);
     if (*item != isc_arg_gds) continue;
-    const ErrorCategory particular = CategoryOfCode(item[1]);
-    if (particular != ErrorCategory::Database) category = particular;
+    const ErrorCategory particular = IsFailedRead(item) ? ErrorCategory::Corrupt : CategoryOfCode(item[1]);
+    if (particular != ErrorCategory::Database) reading.category = particular;
   }
-  return category;
+  return reading;
 }
 
 /// Blocks every signal in this thread, so that the threads the engine starts inherit the block, and puts back the
@@ -107,7 +122,12 @@ Error ToError(const Firebird::FbException& exception, const QString& action) {
   std::array<char, 2048> text{};
   Master().getUtilInterface()->formatStatus(text.data(), text.size(), exception.getStatus());
   QString reason = QString::fromUtf8(text.data()).simplified();
-  return {CategoryOf(exception.getStatus()->getErrors()), (action + QStringLiteral("：") + reason).toStdString()};
+  const Reading reading = ReadVector(exception.getStatus()->getErrors());
+  if (reading.category == ErrorCategory::Io && reading.systemError != 0) {
+    // The engine repeats the system's own words, in English.
+    reason = QStringLiteral("%1（%2）").arg(QString::fromStdString(SystemReason(reading.systemError)), reason);
+  }
+  return {reading.category, (action + QStringLiteral("：") + reason).toStdString()};
 }
 
 Transaction::Transaction(Status& status, Firebird::IAttachment& attachment, Mode mode) : status_(status) {

@@ -11,6 +11,7 @@
 
 #include "database/connection.h"
 #include "database/database_file.h"
+#include "database/disk_space.h"
 #include "database/schema.h"
 
 namespace holdwise {
@@ -96,8 +97,9 @@ void CreateFile(const QString& file) {
   const QString making = file + QStringLiteral(".new");
   QFile::remove(making);
   firebird::Status status;
-  auto attachment = firebird::Attach(making, {.create = true, .embedded = true, .user = {}, .password = {}});
+  firebird::Handle<Firebird::IAttachment> attachment;
   try {
+    attachment = firebird::Attach(making, {.create = true, .embedded = true, .user = {}, .password = {}});
     if (::chmod(QFile::encodeName(making).constData(), kFileMode) != 0) {
       throw IoError(QStringLiteral("不能设置文件 %1 的权限").arg(making));
     }
@@ -170,16 +172,19 @@ std::shared_ptr<Connection> OpenServer(const DatabaseTarget& target) {
   }
   firebird::Status status;
   firebird::UpgradeSchema(status, *attachment);
-  return std::make_shared<Connection>(std::move(attachment), false, QString());
+  return std::make_shared<Connection>(std::move(attachment), Connection::Place{});
 }
 
 std::shared_ptr<Connection> OpenFile(const QString& file, const QString& lockFolder) {
+  const QString folder = QFileInfo(file).absolutePath();
+  for (const QString& place : {folder, lockFolder}) firebird::RequireSpace(place, firebird::kBytesToOpen);
   CheckFile(file, lockFolder);
   const bool ownMarker = PutMarker(file);
   firebird::Handle<Firebird::IAttachment> attachment;
   firebird::Status status;
   try {
     attachment = firebird::Attach(file, {.create = false, .embedded = true, .user = {}, .password = {}});
+    firebird::ReserveLockFiles(lockFolder);
     ::chmod(QFile::encodeName(file).constData(), kFileMode);
     firebird::UpgradeSchema(status, *attachment);
   } catch (const Error& error) {
@@ -190,7 +195,8 @@ std::shared_ptr<Connection> OpenFile(const QString& file, const QString& lockFol
     throw Error(ErrorCategory::Busy,
                 QStringLiteral("数据库文件 %1 正被另一个程序使用，请先关闭它").arg(file).toStdString());
   }
-  return std::make_shared<Connection>(std::move(attachment), true, firebird::MarkerOf(file));
+  return std::make_shared<Connection>(std::move(attachment),
+                                      Connection::Place{.folder = folder, .markerFile = firebird::MarkerOf(file)});
 }
 
 }  // namespace

@@ -11,11 +11,13 @@
 
 namespace holdwise {
 
-/// What the host does about the hints that a role's settings ask for. Called on the user-interface thread; either may
-/// be empty.
+/// What the host does about the hints that a role's settings ask for. Called on the user-interface thread; any may be
+/// empty.
 struct DownFileHints {
   std::function<void(const QString& remoteName, bool waiting)> onWaiting;
   std::function<void(const QString& remoteName, int errorCode)> onFailed;
+  /// Whatever the settings say: the file has come but cannot be stored, which is this machine's own trouble.
+  std::function<void(const QString& remoteName)> onUnwritable;
 };
 
 /// The asynchronous file role over a file source. Requests are served one after the other: the next starts when the

@@ -1,17 +1,20 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <csignal>
+#include <cerrno>
 
+#include "file_size_limit.h"
+#include "holdwise/packet/system_error.h"
 #include "packet_test_support.h"
 
 namespace holdwise {
 namespace {
+
+using test::FileSizeLimit;
 
 QByteArray ContentOf(const QString& path) {
   QFile file(path);
@@ -27,26 +30,6 @@ mode_t ModeOf(const QString& path) {
   EXPECT_EQ(::stat(QFile::encodeName(path).constData(), &status), 0);
   return status.st_mode & 0777;
 }
-
-/// Lets no file grow beyond so many bytes while it lives: the disk is full.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit = {bytes, before_.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, handler_);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  rlimit before_ = {};
-  void (*handler_)(int);
-};
 
 TEST(AtomicFile, WritesAndReplaces) {
   const QTemporaryDir folder;
@@ -173,6 +156,13 @@ TEST(AtomicFile, ARefusedSetLeavesTheEarlierFile) {
   EXPECT_EQ(CategoryOf([&] { WritePacketFile(path, SampleSet(), Durability::Lasting, limits); }),
             ErrorCategory::Refused);
   EXPECT_EQ(ContentOf(path), "earlier");
+}
+
+TEST(SystemReason, IsChineseWhereTheUserCanAct) {
+  for (const int number : {ENOSPC, EDQUOT}) EXPECT_NE(SystemReason(number).find("已用完"), std::string::npos);
+  EXPECT_NE(SystemReason(EROFS).find("只读"), std::string::npos);
+  for (const int number : {EACCES, EPERM}) EXPECT_EQ(SystemReason(number), "没有权限");
+  EXPECT_EQ(SystemReason(EIO), "Input/output error") << "the system's own words";
 }
 
 }  // namespace

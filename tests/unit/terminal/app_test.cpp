@@ -126,6 +126,15 @@ TEST(DebugLogTest, GoesOnWithoutAFile) {
   EXPECT_EQ(log.Lines().size(), 1);
 }
 
+TEST(DebugLogTest, ALineThatCannotBeStoredGoesToStandardError) {
+  FixedClock clock;
+  testing::internal::CaptureStderr();
+  DebugLog log("/dev/full", clock);  // every write finds the disk full
+  log.WriteLog("the disk is full");
+  EXPECT_TRUE(testing::internal::GetCapturedStderr().find("the disk is full") != std::string::npos);
+  EXPECT_EQ(log.Lines().size(), 1);
+}
+
 // --- addresses ---
 
 class RecordingItem : public TAddressItem {

@@ -79,6 +79,7 @@ class FilesTest : public testing::Test {
     hints.onFailed = [this](const QString& name, int code) {
       hints_ += QStringLiteral("fail %1 %2").arg(name).arg(code);
     };
+    hints.onUnwritable = [this](const QString& name) { hints_ += QStringLiteral("unwritable %1").arg(name); };
     role_ = std::make_unique<DownFileRole>(source, work_.path(), hints);
     role_->Configure(settings);
     role_->OnReciveAFile = [this](const QString& name, int code) {
@@ -190,7 +191,8 @@ TEST_F(FilesTest, FailuresHaveTheirCodes) {
   WriteFile(Remote(QStringLiteral("b.dat")), "x");
   ASSERT_TRUE(QDir().mkdir(Work(QStringLiteral("b.dat"))));
   EXPECT_EQ(Event(QStringLiteral("b.dat")), QStringLiteral("failed b.dat 5"));
-  EXPECT_TRUE(hints_.isEmpty());
+  const QStringList ownTrouble{QStringLiteral("unwritable a\\x.dat"), QStringLiteral("unwritable b.dat")};
+  EXPECT_EQ(hints_, ownTrouble);
 }
 
 TEST_F(FilesTest, MissingSourceFolderIsNotFound) {
