@@ -43,14 +43,13 @@ def series_of(rows):
 
 
 class Database:
-    """Every row of a database file. Looks at a copy, so that the file stays as its last user left it."""
+    """Every row of a database file. Looks at a copy, so that the file stays as its last user left it, and without the
+    mark of one that was not closed, so that nobody looks it over before."""
 
     def __init__(self, binaries, file):
         with tempfile.TemporaryDirectory(prefix="holdwise-look-") as folder:
             folder = pathlib.Path(folder)
-            for name in (file.name, file.name + ".open"):
-                if (file.parent / name).exists():
-                    shutil.copy(file.parent / name, folder / name)
+            shutil.copy(file, folder / file.name)
             (folder / "lock").mkdir()
             done = subprocess.run([binaries / "holdwise-ingestion-worker", "dump", folder / file.name, folder / "lock"],
                                   capture_output=True, text=True, timeout=300)
