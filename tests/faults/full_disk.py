@@ -125,7 +125,7 @@ def rounds(count):
     small = [("small disk", 40 + 12 * KB * i // fifth) for i in range(fifth)]
     little = [("little left", 10 * KB * i // fifth) for i in range(fifth)]
     filled = count - 2 * fifth
-    return small + little + [("filled meanwhile", 1400 * i // max(1, filled)) for i in range(filled)]
+    return small + little + [("filled meanwhile", 700 * (2 * i + 1) // filled) for i in range(filled)]
 
 
 def main():
