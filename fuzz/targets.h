@@ -5,6 +5,7 @@
 /// property held for it; BrokenProperty, another exception or a sanitizer's report is a finding. One thread at a time.
 namespace holdwise::fuzz {
 
+void NumberTexts(std::string_view input);      ///< a number's text; also eight bytes of a double and one for decimals
 void PacketFile(std::string_view input);       ///< a packet file as it lies on the disk
 void PacketContent(std::string_view input);    ///< the CBOR inside a packet file
 void CsvTexts(std::string_view input);         ///< CSV in any encoding, and as a typed result set
@@ -20,6 +21,7 @@ struct Target {
   void (*run)(std::string_view input);
 };
 inline constexpr Target kTargets[] = {
+    {"number_texts", NumberTexts},
     {"packet_file", PacketFile},
     {"packet_content", PacketContent},
     {"csv_texts", CsvTexts},
