@@ -75,12 +75,12 @@ TNameValueSnapshot TClosePrice::GetMonthCloseStringList() {
 }
 
 TNameValueSnapshot TClosePrice::GetWeekCloseStringList_Sum() {
-  RefreshIfNeeded();
+  RefreshSumsIfNeeded();
   return weekSums_;
 }
 
 TNameValueSnapshot TClosePrice::GetMonthCloseStringList_Sum() {
-  RefreshIfNeeded();
+  RefreshSumsIfNeeded();
   return monthSums_;
 }
 
@@ -94,15 +94,21 @@ void TClosePrice::SetIsGetClosePrice(bool flag) {
   isGet_ = flag;
   if (!flag) return;
   const QDate today = CurrentDate();
-  // All four are made before the first is replaced, so that a failing query leaves a matching set.
+  // Both are made before the first is replaced, so that a failing query leaves a matching pair.
   auto weekCloses = WithCloses(weekCloses_, sql::PeriodType::Week, PreviousWeek(today));
-  auto monthCloses = WithCloses(monthCloses_, sql::PeriodType::Month, PreviousMonth(today));
-  const ResultSet holdings = Database().Query(sql::kSavedHoldingsForCloses);
-  auto weekSums = WithSums(weekSums_, holdings, *weekCloses);
-  monthSums_ = WithSums(monthSums_, holdings, *monthCloses);
+  monthCloses_ = WithCloses(monthCloses_, sql::PeriodType::Month, PreviousMonth(today));
   weekCloses_ = std::move(weekCloses);
-  monthCloses_ = std::move(monthCloses);
+  areSumsDue_ = true;
+}
+
+void TClosePrice::RefreshSumsIfNeeded() {
+  RefreshIfNeeded();
+  if (!areSumsDue_) return;
+  const ResultSet holdings = Database().Query(sql::kSavedHoldingsForCloses);
+  auto weekSums = WithSums(weekSums_, holdings, *weekCloses_);
+  monthSums_ = WithSums(monthSums_, holdings, *monthCloses_);
   weekSums_ = std::move(weekSums);
+  areSumsDue_ = false;
 }
 
 }  // namespace holdwise

@@ -26,11 +26,11 @@ class TClosePrice {
   TNameValueSnapshot GetWeekCloseStringList();
   TNameValueSnapshot GetMonthCloseStringList();
   /// Names: ids of saved portfolios; values: close x quantity over the holdings, yuan, shortest decimal text. A missing
-  /// close counts 0.
+  /// close counts 0. Made from the closes at the first reading after these: a page's first picture does not need them.
   TNameValueSnapshot GetWeekCloseStringList_Sum();
   TNameValueSnapshot GetMonthCloseStringList_Sum();
 
-  /// True: reads everything again now.
+  /// True: reads the closes again now.
   void SetIsGetClosePrice(bool flag);
   void ReGetClosePrice() { SetIsGetClosePrice(true); }
   /// True: the next accessor reads everything again.
@@ -38,9 +38,11 @@ class TClosePrice {
 
  private:
   void RefreshIfNeeded();
+  void RefreshSumsIfNeeded();
 
   bool isNeedUpdate_ = false;
   bool isGet_ = false;
+  bool areSumsDue_ = false;
   TNameValueSnapshot weekCloses_;
   TNameValueSnapshot monthCloses_;
   TNameValueSnapshot weekSums_;

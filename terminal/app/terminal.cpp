@@ -2,8 +2,10 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QScreen>
 #include <QSocketNotifier>
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <exception>
 #include <utility>
@@ -23,8 +25,10 @@ namespace {
 
 const QString kThemeSetting = QStringLiteral("theme");
 const QString kGeometrySetting = QStringLiteral("geometry");
+constexpr QSize kFrameAround{16, 48};  // what a window manager puts around a window
 constexpr int kNotice = 128;
 constexpr int kProgressMilliseconds = 100;
+constexpr std::chrono::milliseconds kLatestGoOn{500};
 constexpr std::uint16_t kSecurityPageNumber = 1;
 constexpr std::uint16_t kToolbarPageNumber = 2;
 constexpr std::uint16_t kLogPageNumber = 3;
@@ -89,20 +93,22 @@ int Terminal::Run() {
   StartLoadingMarket();
   MakeWindow();
   // The engine is still opening its file; everything that can do without it comes first.
-  const bool isReady = OpenMarket();
-  if (!isReady && options_.IsBatch()) return 1;
+  isReady_ = OpenMarket();
+  if (!isReady_ && options_.IsBatch()) return 1;
   if (!OpenDatabase()) return 1;
   runner_ = std::make_unique<CommandRunner>(Targets());
   handOver_ = std::make_unique<HandOverServer>(options_.workFolder);
   handOver_->OnCommand = [this](const Command& command, HandOverServer::Answer answer) {
     runner_->Run(command, std::move(answer));
   };
-  if (isReady && !options_.command.address.isEmpty() && addresses_.Find(options_.command.address) == nullptr) {
+  if (isReady_ && !options_.command.address.isEmpty() && addresses_.Find(options_.command.address) == nullptr) {
     PrintError(QStringLiteral("holdwise-terminal：没有地址“%1”。").arg(options_.command.address));
     return CommandRunner::kUnknownAddressExitCode;
   }
-  if (isReady) RunFirstCommand();
+  if (isReady_) EnterFirstPage();
   window_->show();
+  // A minimised window paints nothing.
+  QTimer::singleShot(kLatestGoOn, window_.get(), [this] { GoOn(); });
   return QApplication::exec();
 }
 
@@ -124,7 +130,9 @@ MessageBoxService& Terminal::Messages() {
 
 bool Terminal::OpenDatabase() {
   try {
-    userData_ = openDatabase_();
+    std::unique_ptr<ReadAheadUserData> database = openDatabase_();
+    readAhead_ = database.get();
+    userData_ = std::move(database);
   } catch (const std::exception& error) {
     log_.WriteLog(QStringLiteral("数据库不能打开：%1").arg(TextOf(error)));
     const QString text = QStringLiteral("数据库“%1”不能打开。\n%2").arg(options_.database, TextOf(error));
@@ -143,11 +151,16 @@ void Terminal::MakeWindow() {
   actions.setTheme = [this](ThemeKind kind) { SetTheme(kind); };
   actions.goTo = [this](const QString& address) { (void)GoTo(address, QString()); };
   window_ = std::make_unique<MainWindow>(theme_, std::move(actions));
-  if (!options_.IsBatch()) window_->restoreGeometry(settings_.value(kGeometrySetting).toByteArray());
+  if (!options_.IsBatch() && !window_->restoreGeometry(settings_.value(kGeometrySetting).toByteArray())) {
+    window_->resize(window_->size().boundedTo(window_->screen()->availableSize() - kFrameAround));
+  }
   window_->ShowThemeKind(theme_.Kind());
   window_->SetDatabase(options_.database);
   window_->SetBusState(false);
-  window_->Area().OnFirstPaint = [] { TraceFirstPaint(); };
+  window_->Area().OnFirstPaint = [this] {
+    TraceFirstPaint();
+    GoOn();
+  };
   messageBoxes_.SetWindow(window_.get());
   addresses_.OnEntered = [this](const QString& name) { window_->SetCurrentAddress(name); };
   addresses_.OnListChanged = [this] {
@@ -184,7 +197,7 @@ bool Terminal::OpenMarket() {
   };
   window_->SetSimulated(market_->IsSimulated());
   window_->SetDataDate(market_->CurrentDateText());
-  window_->SetBusState(host_->Bus().ConnectionState() == MessageBus::State::Connected);
+  window_->SetBusState(false);
   QObject::connect(&host_->Bus(), &MessageBus::ConnectionStateChanged, window_.get(),
                    [this](MessageBus::State state) { window_->SetBusState(state == MessageBus::State::Connected); });
   AddHostPages();
@@ -244,17 +257,30 @@ void Terminal::TryAgain() {
   host_.reset();
   quickEntry_.reset();
   StartLoadingMarket();
-  if (OpenMarket()) RunFirstCommand();
+  isReady_ = OpenMarket();
+  if (!isReady_) return;
+  EnterFirstPage();
+  GoOn();
+}
+
+void Terminal::EnterFirstPage() {
+  QString address = options_.command.address;
+  const TAddressItem* portfolios = PortfolioAddress();
+  if (address.isEmpty() && portfolios != nullptr) address = portfolios->Name();
+  if (!address.isEmpty()) (void)GoTo(address, options_.command.parameter);
+}
+
+void Terminal::GoOn() {
+  if (!isReady_ || std::exchange(hasGoneOn_, true)) return;
+  readAhead_->EndStart();
+  host_->ConnectBus();
+  RunFirstCommand();
 }
 
 void Terminal::RunFirstCommand() {
-  // The page is entered here and not by the runner, so that the window's first picture already shows it.
   Command command = options_.command;
-  const TAddressItem* portfolios = PortfolioAddress();
-  if (command.address.isEmpty() && portfolios != nullptr) command.address = portfolios->Name();
-  if (!command.address.isEmpty()) (void)GoTo(command.address, command.parameter);
   if (command.importFile.isEmpty() && command.exportFolder.isEmpty()) return;
-  command.address.clear();
+  command.address.clear();  // entered already
   command.theme.reset();
   runner_->Run(command, [this](const HandOverAnswer& answer) {
     if (answer.exitCode == 0) PrintOut(answer.text);

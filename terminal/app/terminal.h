@@ -13,6 +13,7 @@
 #include "app/message_boxes.h"
 #include "app/plugin_loader.h"
 #include "app/quick_entry.h"
+#include "app/read_ahead.h"
 #include "app/terminal_host.h"
 #include "app/view_exporter.h"
 #include "datacentre/market_data.h"
@@ -37,7 +38,7 @@ class LateDatabase : public TLocatDBOper {
 class Terminal {
  public:
   /// Waits for the database that is being opened; throws what opening it threw.
-  using DatabaseOpener = std::function<std::unique_ptr<UserDataServices>()>;
+  using DatabaseOpener = std::function<std::unique_ptr<ReadAheadUserData>()>;
 
   /// The work folder exists and is locked by this process.
   Terminal(Options options, DatabaseOpener openDatabase);
@@ -57,7 +58,12 @@ class Terminal {
   bool OpenMarket();
   void AddHostPages();
   bool LoadPlugins();
-  /// Goes to the page that the command line (or nobody) asked for and starts the rest of the command.
+  /// Goes to the page that the command line (or nobody) asked for, before the window is shown: its first picture is
+  /// that page.
+  void EnterFirstPage();
+  /// Once, after the first picture: connects the bus and starts the rest of the command, whose progress can be seen
+  /// now.
+  void GoOn();
   void RunFirstCommand();
   /// Ends what needs the services, in reverse order of the start.
   void End();
@@ -90,6 +96,7 @@ class Terminal {
   PrintedMessages printedMessages_;
 
   std::unique_ptr<UserDataServices> userData_;
+  ReadAheadUserData* readAhead_ = nullptr;  ///< the same
   LateDatabase localDatabase_;
   std::unique_ptr<MarketData> market_;
   std::future<void> marketLoading_;  ///< after the market, so that it ends first
@@ -102,6 +109,8 @@ class Terminal {
   std::unique_ptr<CommandRunner> runner_;
   std::unique_ptr<HandOverServer> handOver_;
   std::unique_ptr<ViewExporter> exporter_;
+  bool isReady_ = false;
+  bool hasGoneOn_ = false;
 };
 
 }  // namespace holdwise

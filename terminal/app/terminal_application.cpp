@@ -1,8 +1,59 @@
 #include "app/terminal_application.h"
 
+#include <cstdio>
 #include <exception>
+#include <mutex>
+#include <utility>
 
 namespace holdwise {
+namespace {
+
+/// Messages wait here for the log; the first ones come while the application object is made.
+struct QtMessages {
+  static constexpr int kMostWaiting = 100;
+  std::mutex lock;
+  QStringList waiting;
+  DebugServers* log = nullptr;
+};
+
+QtMessages& Messages() {
+  static QtMessages messages;
+  return messages;
+}
+
+void TakeQtMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+  // Writing the log may itself make Qt complain.
+  static thread_local bool isWriting = false;
+  if (type == QtCriticalMsg || type == QtFatalMsg) std::fprintf(stderr, "%s\n", text.toUtf8().constData());
+  if (std::exchange(isWriting, true)) return;
+  QtMessages& messages = Messages();
+  {
+    const std::lock_guard guard(messages.lock);
+    const QString line = QStringLiteral("Qt：") + text;
+    if (messages.log != nullptr) {
+      messages.log->WriteLog(line);
+    } else if (messages.waiting.size() < QtMessages::kMostWaiting) {
+      messages.waiting.append(line);
+    }
+  }
+  isWriting = false;
+}
+
+}  // namespace
+
+void TerminalApplication::CatchQtMessages() {
+  qInstallMessageHandler(TakeQtMessage);
+}
+
+void TerminalApplication::SetLog(DebugServers* log) {
+  log_ = log;
+  QtMessages& messages = Messages();
+  const std::lock_guard guard(messages.lock);
+  messages.log = log;
+  if (log == nullptr) return;
+  for (const QString& line : messages.waiting) log->WriteLog(line);
+  messages.waiting.clear();
+}
 
 bool TerminalApplication::notify(QObject* receiver, QEvent* event) {
   const char* className = receiver->metaObject()->className();  // the receiver may be gone afterwards

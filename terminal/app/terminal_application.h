@@ -10,8 +10,11 @@ namespace holdwise {
 class TerminalApplication : public QApplication {
  public:
   using QApplication::QApplication;
-  /// Log for escaped exceptions; null before and after the log's life.
-  void SetLog(DebugServers* log) { log_ = log; }
+  /// From now on what Qt remarks goes to the debug log instead of standard error, once there is one; what it cannot go
+  /// on without goes to both. Call before the first Qt object is made.
+  static void CatchQtMessages();
+  /// Log for escaped exceptions and Qt's messages; null before and after the log's life.
+  void SetLog(DebugServers* log);
   bool notify(QObject* receiver, QEvent* event) override;
 
  private:

@@ -9,6 +9,10 @@ namespace holdwise {
 TerminalHost::TerminalHost(const HostParts& parts, const QString& workFolder)
     : parts_(parts), workFolder_(workFolder), embedded_(parts.market, parts.debug), files_(parts.market.Folder()) {}
 
+void TerminalHost::ConnectBus() {
+  if (Bus().ConnectionState() == MessageBus::State::Disconnected) embedded_.ServeQuotes();
+}
+
 std::unique_ptr<TDSBAsynDataDownRole> TerminalHost::MakeDataDownRole() {
   return std::make_unique<DataDownRole>(embedded_.Bus());
 }

@@ -52,6 +52,8 @@ class TerminalHost : public Host {
   [[nodiscard]] std::unique_ptr<TFrmQMTitle> MakeTitleFrame() override;
 
   [[nodiscard]] MessageBus& Bus() { return embedded_.Bus(); }
+  /// Connects the bus, unless it is connected.
+  void ConnectBus();
 
  private:
   HostParts parts_;

@@ -24,12 +24,12 @@ std::optional<std::uint64_t> Seed(const MarketData& data) {
 }  // namespace
 
 EmbeddedMarket::EmbeddedMarket(MarketData& data, DebugServers& log)
-    : data_(data), log_(log), bus_(ServiceQuotes(data), Seed(data)), watcher_(data, log) {
-  connect(&watcher_, &QuotesWatcher::Reloaded, this, &EmbeddedMarket::TakeOverFile);
+    : data_(data), log_(log), bus_(Seed(data)), watcher_(data, log) {
+  connect(&watcher_, &QuotesWatcher::Reloaded, this, &EmbeddedMarket::ServeQuotes);
   connect(&bus_, &InProcessBus::PricesMoved, this, &EmbeddedMarket::FollowSimulation);
 }
 
-void EmbeddedMarket::TakeOverFile() {
+void EmbeddedMarket::ServeQuotes() {
   try {
     bus_.SetQuotes(ServiceQuotes(data_));
   } catch (const Error& error) {

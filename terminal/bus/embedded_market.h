@@ -16,9 +16,11 @@ class EmbeddedMarket final : public QObject {
   EmbeddedMarket(MarketData& data, DebugServers& log);
 
   [[nodiscard]] InProcessBus& Bus() { return bus_; }
+  /// Serves the quotes of the data: the bus is connected from now on. Quotes that the service refuses are logged, and
+  /// the bus stays as it was.
+  void ServeQuotes();
 
  private:
-  void TakeOverFile();
   void FollowSimulation();
 
   MarketData& data_;

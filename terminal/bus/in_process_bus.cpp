@@ -1,5 +1,7 @@
 #include "bus/in_process_bus.h"
 
+#include <utility>
+
 namespace holdwise {
 namespace {
 
@@ -19,12 +21,10 @@ bool IsAccepted(const TDMessage& reply) {
 
 }  // namespace
 
-InProcessBus::InProcessBus(std::vector<Quote> quotes, std::optional<std::uint64_t> simulationSeed)
-    : seed_(simulationSeed) {
+InProcessBus::InProcessBus(std::optional<std::uint64_t> simulationSeed) : seed_(simulationSeed) {
   clock_.start();
   timer_.setInterval(kTickMilliseconds);
   connect(&timer_, &QTimer::timeout, this, &InProcessBus::Tick);
-  SetQuotes(std::move(quotes));
 }
 
 InProcessBus::~InProcessBus() = default;
@@ -35,7 +35,7 @@ MessageBus::SubscriberId InProcessBus::Attach(Receiver receiver) {
 }
 
 void InProcessBus::Detach(SubscriberId subscriber) {
-  if (subscribers_.erase(subscriber) == 0) return;
+  if (subscribers_.erase(subscriber) == 0 || !service_) return;
   service_->Drop(subscriber);
   StartOrStopTimer();
 }
@@ -43,7 +43,7 @@ void InProcessBus::Detach(SubscriberId subscriber) {
 MessageBus::RequestId InProcessBus::Request(SubscriberId subscriber, const TDMessage& message) {
   const RequestId request = ++lastRequest_;
   const auto found = subscribers_.find(subscriber);
-  if (found == subscribers_.end()) return request;
+  if (found == subscribers_.end() || !service_) return request;
   TDMessage reply = service_->Handle(subscriber, message);
   if (!IsAccepted(reply)) {
     Deliver(subscriber, request, std::move(reply));
@@ -58,12 +58,14 @@ MessageBus::RequestId InProcessBus::Request(SubscriberId subscriber, const TDMes
 }
 
 void InProcessBus::SetQuotes(std::vector<Quote> quotes) {
-  service_ = std::make_unique<QuoteService>(std::move(quotes));
+  auto service = std::make_unique<QuoteService>(std::move(quotes));
+  const bool isFirst = std::exchange(service_, std::move(service)) == nullptr;
   if (seed_) simulation_ = std::make_unique<LiveSimulation>(*service_, *seed_);
   for (const auto& [id, subscriber] : subscribers_) {
     if (!subscriber.subscription) continue;
     Deliver(id, subscriber.subscription->request, service_->Handle(id, subscriber.subscription->message));
   }
+  if (isFirst) Q_EMIT ConnectionStateChanged(State::Connected);
 }
 
 void InProcessBus::Deliver(SubscriberId subscriber, RequestId request, TDMessage message) {

@@ -14,24 +14,24 @@ namespace holdwise {
 
 /// The bus of one machine: requests are served by a quote service in the same process, replies come through the event
 /// loop. While something is subscribed a timer looks once a second for prices to push; with a simulated market the same
-/// timer moves them. Always connected.
-class InProcessBus final : public MessageBus {
+/// timer moves them. Connected from the first quotes on.
+class InProcessBus : public MessageBus {
   Q_OBJECT
 
  public:
-  /// `simulationSeed`: moves the prices when given. Quotes that the service refuses: Error(Refused).
-  explicit InProcessBus(std::vector<Quote> quotes, std::optional<std::uint64_t> simulationSeed = std::nullopt);
+  /// `simulationSeed`: moves the prices when given.
+  explicit InProcessBus(std::optional<std::uint64_t> simulationSeed = std::nullopt);
   ~InProcessBus() override;
 
   [[nodiscard]] SubscriberId Attach(Receiver receiver) override;
   void Detach(SubscriberId subscriber) override;
   RequestId Request(SubscriberId subscriber, const TDMessage& message) override;
-  [[nodiscard]] State ConnectionState() const override { return State::Connected; }
+  [[nodiscard]] State ConnectionState() const override { return service_ ? State::Connected : State::Disconnected; }
 
-  /// Puts other quotes in place (a new snapshot); every subscription in force is answered again. Refused quotes change
-  /// nothing: Error(Refused).
+  /// Puts other quotes in place (a new snapshot); every subscription in force is answered again. The first quotes
+  /// connect the bus. Quotes that the service refuses change nothing: Error(Refused).
   void SetQuotes(std::vector<Quote> quotes);
-  /// Quotes with their current prices.
+  /// Quotes with their current prices. Connected only.
   [[nodiscard]] const std::vector<Quote>& Quotes() const { return service_->Quotes(); }
   /// Does the timer run? Only while something is subscribed.
   [[nodiscard]] bool IsTicking() const { return timer_.isActive(); }
@@ -54,7 +54,7 @@ class InProcessBus final : public MessageBus {
   void Tick();
   void StartOrStopTimer();
 
-  std::unique_ptr<QuoteService> service_;
+  std::unique_ptr<QuoteService> service_;  // null: not connected
   std::unique_ptr<LiveSimulation> simulation_;
   std::optional<std::uint64_t> seed_;
   std::map<SubscriberId, Subscriber> subscribers_;

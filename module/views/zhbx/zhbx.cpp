@@ -42,8 +42,8 @@ TFrm_ZHBX::TFrm_ZHBX(QWidget* parent)
                        .caption = HoldingsCaption()},
                       parent) {
   InitPictures();
-  img_DeleteOff_.load(QStringLiteral(":/holdwise/zhbx/delete_off.png"));
-  img_deleteOn_.load(QStringLiteral(":/holdwise/zhbx/delete_on.png"));
+  img_DeleteOff_.load(QStringLiteral(":/holdwise/zhbx/delete_off.png"), "PNG");
+  img_deleteOn_.load(QStringLiteral(":/holdwise/zhbx/delete_on.png"), "PNG");
   strngrd->setFixedHeight(TStringGrid::kDefaultRowHeight * kRowsShown + kFrameOfRows);
   RzPanel1->layout()->setAlignment(strngrd, Qt::AlignTop);
   StringGrid1->SetColumnAlignment(performance::kIndustry, Qt::AlignLeft);

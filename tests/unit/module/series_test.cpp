@@ -130,14 +130,26 @@ TEST_F(Series, AHostWithoutADateIsAnErrorOfTheReader) {
   }
 }
 
-TEST_F(Series, AFailingQueryKeepsTheOldLists) {
+TEST_F(Series, AFailingQueryKeepsTheOldCloses) {
   (void)g_ClosePrice->GetWeekCloseStringList();
-  host_.fakeUserData.FailNext(sql::kSavedHoldingsForCloses, Error(ErrorCategory::Busy, "locked"));
+  host_.fakeUserData.FailNext(kMonthQuery, Error(ErrorCategory::Busy, "locked"));
   SetCloses(kWeekQuery, {{"1600000", "1"}});
   g_ClosePrice->SetIsNeedUpdate(true);
   EXPECT_THROW((void)g_ClosePrice->GetWeekCloseStringList_Sum(), Error);
   EXPECT_EQ(g_ClosePrice->GetWeekCloseStringList()->ValueOf(u"1600000"), QStringLiteral("9.75"));
   EXPECT_EQ(LinesOf(g_ClosePrice->GetWeekCloseStringList_Sum()), (QStringList{"1=3175", "2=9750"}));
+}
+
+TEST_F(Series, SumsThatCouldNotBeMadeAreMadeAtTheNextReading) {
+  EXPECT_EQ(LinesOf(g_ClosePrice->GetMonthCloseStringList_Sum()), (QStringList{"1=810", "2=8100"}));
+  SetCloses(kWeekQuery, {{"1600000", "1"}, {"1000001", "2"}});
+  g_ClosePrice->SetIsNeedUpdate(true);
+  host_.fakeUserData.FailNext(sql::kSavedHoldingsForCloses, Error(ErrorCategory::Busy, "locked"));
+  EXPECT_THROW((void)g_ClosePrice->GetWeekCloseStringList_Sum(), Error);
+  // 100 x 1 + 200 x 2; 1000 x 1.
+  EXPECT_EQ(LinesOf(g_ClosePrice->GetWeekCloseStringList_Sum()), (QStringList{"1=500", "2=1000"}));
+  (void)g_ClosePrice->GetMonthCloseStringList_Sum();
+  EXPECT_EQ(Queries(sql::kSavedHoldingsForCloses).size(), 3U);
 }
 
 TEST_F(Series, CostsAreTheDatabasesTexts) {

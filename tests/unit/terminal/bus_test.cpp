@@ -80,6 +80,13 @@ std::vector<Quote> SomeQuotes() {
   return {MakeQuote(1, 311102, 310957), MakeQuote(1600000, 815, 820), MakeQuote(1000001, 1123, 1105)};
 }
 
+struct ConnectedBus : InProcessBus {
+  explicit ConnectedBus(std::vector<Quote> quotes, std::optional<std::uint64_t> simulationSeed = std::nullopt)
+      : InProcessBus(simulationSeed) {
+    SetQuotes(std::move(quotes));
+  }
+};
+
 /// A bus on which nothing answers by itself.
 class SilentBus final : public MessageBus {
  public:
@@ -110,7 +117,7 @@ TDMessage Answer(const char* code, std::int64_t cents) {
 }
 
 TEST(DataDownRoleTest, ParameterEventRunsInsideSendAndTheReplyLater) {
-  InProcessBus bus(SomeQuotes());
+  ConnectedBus bus(SomeQuotes());
   Listener listener(bus);
   QStringList built;
   listener.role->OnParameter = [&](const QString& command, TDMessage& request) {
@@ -126,7 +133,7 @@ TEST(DataDownRoleTest, ParameterEventRunsInsideSendAndTheReplyLater) {
 }
 
 TEST(DataDownRoleTest, NothingIsSentWhenTheParameterEventThrows) {
-  InProcessBus bus(SomeQuotes());
+  ConnectedBus bus(SomeQuotes());
   Listener listener(bus, 50);
   listener.role->OnParameter = [](const QString&, TDMessage&) { throw Error(ErrorCategory::Refused, "市场类型为空"); };
   EXPECT_THROW(listener.role->Send(QStringLiteral("0|600000")), Error);
@@ -136,7 +143,7 @@ TEST(DataDownRoleTest, NothingIsSentWhenTheParameterEventThrows) {
 }
 
 TEST(DataDownRoleTest, CancellingIsNotAnswered) {
-  InProcessBus bus(SomeQuotes());
+  ConnectedBus bus(SomeQuotes());
   Listener listener(bus, 100);
   listener.role->Send(QStringLiteral("0|01600000"));
   ASSERT_TRUE(listener.Hears(1));
@@ -148,7 +155,7 @@ TEST(DataDownRoleTest, CancellingIsNotAnswered) {
 }
 
 TEST(DataDownRoleTest, ReplyUnderWayOfACancelledSubscriptionIsDropped) {
-  InProcessBus bus(SomeQuotes());
+  ConnectedBus bus(SomeQuotes());
   Listener listener(bus);
   listener.role->Send(QStringLiteral("0|01600000"));
   listener.role->Send(QStringLiteral("1|01600000"));
@@ -157,7 +164,7 @@ TEST(DataDownRoleTest, ReplyUnderWayOfACancelledSubscriptionIsDropped) {
 }
 
 TEST(DataDownRoleTest, RenewalGivesTheNewList) {
-  InProcessBus bus(SomeQuotes());
+  ConnectedBus bus(SomeQuotes());
   Listener listener(bus);
   listener.role->Send(QStringLiteral("0|01600000"));
   listener.role->Send(QStringLiteral("1|01600000"));
@@ -168,7 +175,7 @@ TEST(DataDownRoleTest, RenewalGivesTheNewList) {
 }
 
 TEST(DataDownRoleTest, MalformedRequestIsAnsweredWithAnError) {
-  InProcessBus bus(SomeQuotes());
+  ConnectedBus bus(SomeQuotes());
   Listener listener(bus);
   listener.role->OnParameter = [](const QString&, TDMessage& request) {
     request.fields.Set("CommandType", std::uint32_t{0});
@@ -239,7 +246,7 @@ TEST(DataDownRoleTest, ComesBackAfterABreak) {
 }
 
 TEST(DataDownRoleTest, NoEventAfterDestruction) {
-  InProcessBus bus(SomeQuotes());
+  ConnectedBus bus(SomeQuotes());
   Listener listener(bus);
   listener.role->Send(QStringLiteral("0|01600000"));
   listener.role.reset();
@@ -256,7 +263,7 @@ TEST(DataDownRoleTest, NoEventAfterDestruction) {
 }
 
 TEST(DataDownRoleTest, MayBeDestroyedInsideItsEvents) {
-  InProcessBus bus(SomeQuotes());
+  ConnectedBus bus(SomeQuotes());
   Listener listener(bus);
   int calls = 0;
   listener.role->OnEndOfData = [&](const TDReply&) {
@@ -289,7 +296,7 @@ TEST(DataDownRoleTest, OutlivesItsBus) {
 }
 
 TEST(InProcessBusTest, RolesAreServedApart) {
-  InProcessBus bus(SomeQuotes());
+  ConnectedBus bus(SomeQuotes());
   Listener one(bus);
   Listener two(bus);
   one.role->Send(QStringLiteral("0|01600000"));
@@ -306,7 +313,7 @@ TEST(InProcessBusTest, RolesAreServedApart) {
 TEST(InProcessBusTest, PushesChangesAtMostOnceASecond) {
   std::vector<Quote> quotes = SomeQuotes();
   for (int i = 0; i < 200; ++i) quotes.push_back(MakeQuote(1601000 + i, 5000 + i, 5000 + i));
-  InProcessBus bus(quotes, 42);
+  ConnectedBus bus(quotes, 42);
   Listener listener(bus);
   QStringList codes;
   for (int i = 0; i < 200; ++i) codes += QStringLiteral("01601%1").arg(i, 3, 10, QLatin1Char('0'));
@@ -321,7 +328,7 @@ TEST(InProcessBusTest, PushesChangesAtMostOnceASecond) {
 }
 
 TEST(InProcessBusTest, QuietMarketPushesNothing) {
-  InProcessBus bus(SomeQuotes());
+  ConnectedBus bus(SomeQuotes());
   Listener listener(bus);
   listener.role->Send(QStringLiteral("0|01600000"));
   QTest::qWait(1300);
@@ -329,7 +336,7 @@ TEST(InProcessBusTest, QuietMarketPushesNothing) {
 }
 
 TEST(InProcessBusTest, NewQuotesAnswerSubscriptionsAgain) {
-  InProcessBus bus(SomeQuotes());
+  ConnectedBus bus(SomeQuotes());
   Listener listener(bus);
   listener.role->Send(QStringLiteral("0|01600000"));
   ASSERT_TRUE(listener.Hears(1));
@@ -343,8 +350,35 @@ TEST(InProcessBusTest, NewQuotesAnswerSubscriptionsAgain) {
   EXPECT_EQ(bus.Quotes()[0].price, (Decimal{901, 2}));
 }
 
+TEST(InProcessBusTest, ConnectsWithTheFirstQuotesAndAnswersWhatIsInForceThen) {
+  InProcessBus bus;
+  std::vector<MessageBus::State> states;
+  QObject::connect(&bus, &MessageBus::ConnectionStateChanged, &bus,
+                   [&states](MessageBus::State state) { states.push_back(state); });
+  Listener cancelled(bus);
+  cancelled.role->Send(QStringLiteral("0|01600000"));
+  cancelled.role->Send(QStringLiteral("1|01600000"));
+  Listener gone(bus);
+  gone.role->Send(QStringLiteral("0|01600000"));
+  gone.role.reset();
+  Listener listener(bus);
+  listener.role->Send(QStringLiteral("0|01600000"));
+  QTest::qWait(50);
+  EXPECT_EQ(bus.ConnectionState(), MessageBus::State::Disconnected);
+  EXPECT_FALSE(bus.IsTicking());
+  EXPECT_TRUE(listener.heard.isEmpty());
+  EXPECT_THROW(bus.SetQuotes({MakeQuote(1600000, 815, 820), MakeQuote(1600000, 815, 820)}), Error);
+  EXPECT_EQ(bus.ConnectionState(), MessageBus::State::Disconnected);
+  bus.SetQuotes(SomeQuotes());
+  bus.SetQuotes(SomeQuotes());
+  EXPECT_EQ(states, std::vector{MessageBus::State::Connected});
+  ASSERT_TRUE(listener.Hears(1));
+  EXPECT_EQ(listener.heard.front(), QStringLiteral("600000=8.15"));
+  EXPECT_TRUE(cancelled.heard.isEmpty());
+}
+
 TEST(InProcessBusTest, UnknownSubscribersAreIgnored) {
-  InProcessBus bus(SomeQuotes());
+  ConnectedBus bus(SomeQuotes());
   TDMessage message{Profile(), {}};
   FillRequest(QStringLiteral("0|01600000"), message);
   EXPECT_GT(bus.Request(99, message), 0U);
@@ -358,6 +392,7 @@ class EmbeddedMarketTest : public MarketDataTest {
     folder_.WriteMarket(20240529, simulated);
     Load();
     market_ = std::make_unique<EmbeddedMarket>(data_, log_);
+    market_->ServeQuotes();
   }
   std::unique_ptr<EmbeddedMarket> market_;
 };
