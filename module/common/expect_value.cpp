@@ -1,6 +1,8 @@
 #include "common/expect_value.h"
 
+#include <QScopeGuard>
 #include <QStringView>
+#include <utility>
 
 #include "common/all_stock_data.h"
 #include "common/holding_rows.h"
@@ -65,13 +67,14 @@ class TExpectValue::Recomputation {
     const int weightColumn = holdings.Column("PZBL");
     const int quantityColumn = holdings.Column("PZSL");
     const int buyColumn = holdings.Column("BUYPRICE");
+    const auto written = qScopeGuard([this] { WriteProfits(); });
     for (int row = 0; row < holdings.RowCount(); ++row) {
       Stock& stock = StockOf(holdings.IntegerAt(row, codeColumn));
       if (stock.pass != owner_.pass_ && !WorkOut(stock, SixDigitCode(holdings, row, codeColumn).View())) return false;
       const double quantity = NumberAt(holdings, row, quantityColumn);
       const double profit =
           (stock.close - NumberAt(holdings, row, buyColumn)) * quantity + stock.close * stock.change * quantity;
-      Put(*owner_.stocks_.profits, stock.profitAt, stock.code, FormatFixed(profit, 2));
+      NoteProfit(stock, profit);
       OpenGroup(row == 0, holdings.IntegerAt(row, idColumn));
       groupValue_ += quantity * stock.price;
       groupChange_ += stock.change * NumberAt(holdings, row, weightColumn);
@@ -118,6 +121,20 @@ class TExpectValue::Recomputation {
     return true;
   }
 
+  /// The last holding of a security counts: only its text is made.
+  void NoteProfit(Stock& stock, double profit) {
+    stock.profit = profit;
+    if (std::exchange(stock.profitPass, owner_.pass_) == owner_.pass_) return;
+    withProfit_.push_back(static_cast<int>(&stock - owner_.knownStocks_.data()));
+  }
+
+  void WriteProfits() {
+    for (const int place : withProfit_) {
+      Stock& stock = owner_.knownStocks_[static_cast<std::size_t>(place)];
+      Put(*owner_.stocks_.profits, stock.profitAt, stock.code, FormatFixed(stock.profit, 2));
+    }
+  }
+
   void OpenGroup(bool isFirst, std::int64_t id) {
     if (!isFirst && id == groupId_) return;
     if (!isFirst) CloseGroup();
@@ -133,6 +150,7 @@ class TExpectValue::Recomputation {
   }
 
   TExpectValue& owner_;
+  std::vector<int> withProfit_;  ///< places of the securities worked out in this pass, in the order of the holdings
   std::int64_t groupId_ = 0;
   double groupValue_ = 0;
   double groupChange_ = 0;

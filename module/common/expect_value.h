@@ -63,6 +63,8 @@ class TExpectValue {
     double close = 0;   ///< previous close, yuan
     double change = 0;  ///< beta x move, a fraction
     double price = 0;   ///< expected price, yuan
+    double profit = 0;  ///< of its last holding, yuan
+    int profitPass = 0;
     int changeAt = -1;
     int priceAt = -1;
     int profitAt = -1;
