@@ -95,6 +95,7 @@ int Terminal::Run() {
   // The engine is still opening its file; everything that can do without it comes first.
   isReady_ = OpenMarket();
   if (!isReady_ && options_.IsBatch()) return 1;
+  PrepareWindow();
   if (!OpenDatabase()) return 1;
   runner_ = std::make_unique<CommandRunner>(Targets());
   handOver_ = std::make_unique<HandOverServer>(options_.workFolder);
@@ -105,8 +106,9 @@ int Terminal::Run() {
     PrintError(QStringLiteral("holdwise-terminal：没有地址“%1”。").arg(options_.command.address));
     return CommandRunner::kUnknownAddressExitCode;
   }
-  if (isReady_) EnterFirstPage();
+  // Shown first: the window system gets to work while the page is made. Nothing is painted before the event loop runs.
   window_->show();
+  if (isReady_) EnterFirstPage();
   // A minimised window paints nothing.
   QTimer::singleShot(kLatestGoOn, window_.get(), [this] { GoOn(); });
   return QApplication::exec();
@@ -174,6 +176,13 @@ void Terminal::StartLoadingMarket() {
   market_ = std::make_unique<MarketData>(clock_, log_, localDatabase_);
   // Nobody else knows the market before OpenMarket has waited for this.
   marketLoading_ = std::async(std::launch::async, [this] { market_->Load(options_.dataFolder); });
+}
+
+void Terminal::PrepareWindow() {
+  window_->winId();  // makes the window, though it stays hidden
+  QFont titles = QApplication::font();
+  titles.setBold(true);
+  (void)QFontMetrics(titles).horizontalAdvance(window_->windowTitle());  // reads the bold font's file
 }
 
 bool Terminal::OpenMarket() {

@@ -52,14 +52,16 @@ class Terminal {
  private:
   void StartLoadingMarket();
   void MakeWindow();
+  /// What the first picture will need of the window system and the fonts.
+  void PrepareWindow();
   bool OpenDatabase();
   /// Waits for the data folder and loads the plug-ins; false when the views cannot be shown, which ShowObstacle has
   /// told.
   bool OpenMarket();
   void AddHostPages();
   bool LoadPlugins();
-  /// Goes to the page that the command line (or nobody) asked for, before the window is shown: its first picture is
-  /// that page.
+  /// Goes to the page that the command line (or nobody) asked for, before anything is painted: the window's first
+  /// picture is that page.
   void EnterFirstPage();
   /// Once, after the first picture: connects the bus and starts the rest of the command, whose progress can be seen
   /// now.

@@ -44,16 +44,19 @@ std::int64_t ReadNumber(Status& status, Firebird::IAttachment& attachment, std::
 }
 
 std::int64_t VersionOf(Status& status, Firebird::IAttachment& attachment) {
-  const std::int64_t tables =
-      ReadNumber(status, attachment, "select count(*) from rdb$relations where rdb$relation_name = 'HOLDWISE_SCHEMA'");
-  if (tables == 0) {
-    // Its own transaction: the engine does not write rows into a table that is not committed.
-    Transaction transaction(status, attachment, Transaction::Mode::ChangeWait);
-    Run(status, attachment, transaction, "create table holdwise_schema (version integer not null primary key)");
-    transaction.Commit();
-    return 0;
+  try {
+    return ReadNumber(status, attachment, "select coalesce(max(version), 0) from holdwise_schema");
+  } catch (const Error&) {  // asked only now: nearly every database has the table
+    if (ReadNumber(status, attachment,
+                   "select count(*) from rdb$relations where rdb$relation_name = 'HOLDWISE_SCHEMA'") != 0) {
+      throw;
+    }
   }
-  return ReadNumber(status, attachment, "select coalesce(max(version), 0) from holdwise_schema");
+  // Its own transaction: the engine does not write rows into a table that is not committed.
+  Transaction transaction(status, attachment, Transaction::Mode::ChangeWait);
+  Run(status, attachment, transaction, "create table holdwise_schema (version integer not null primary key)");
+  transaction.Commit();
+  return 0;
 }
 
 }  // namespace
