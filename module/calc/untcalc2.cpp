@@ -60,7 +60,9 @@ TfrmCalc2::TfrmCalc2() {
 
 void TfrmCalc2::BuildForm() {
   setWindowTitle(QStringLiteral("投资组合"));
-  setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+  // Only to be closed: a modal dialog that somebody minimises leaves a terminal that does not answer.
+  setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                 Qt::WindowCloseButtonHint);
   setFixedSize(341, 73);
   setPalette(ThemePalette());
   setFont(QFont(QStringLiteral("Tahoma"), 8));

@@ -134,6 +134,12 @@ void RestorePortfolios(DatabaseStatements& database, const ResultSet& rows) {
   MustExecute(database, sql::SetPortfolioGenerator(largestId));
 }
 
+void RequireBoth() {
+  for (const QString& path : {DetailPath(), MergePath()}) {
+    if (!IsFile(path)) throw Error(ErrorCategory::NotFound, (path + QStringLiteral("：文件不存在")).toStdString());
+  }
+}
+
 void ImportPair(DatabaseStatements& database) {
   TransactionScope transaction(database);
   RestoreHoldings(database, ReadPacketFile(DetailPath()));
@@ -141,11 +147,10 @@ void ImportPair(DatabaseStatements& database) {
   transaction.Commit();
 }
 
+/// Renamed and not copied: that works on a full disk too.
 void KeepRefusedPair() {
   for (const QString& path : {DetailPath(), MergePath()}) {
-    const QString kept = path + QStringLiteral(".bad");
-    QFile::remove(kept);
-    QFile::copy(path, kept);
+    if (IsFile(path)) RenameFileAtomically(path, path + QStringLiteral(".bad"), Durability::Lasting);
   }
 }
 
@@ -169,8 +174,9 @@ bool LoadZHFile() {
     UserDataServices& database = Database();
     if (database.Count(sql::kCountHoldings) + database.Count(sql::kCountPortfolios) > 0) return false;
     FinishInterruptedSave();
-    if (!IsFile(DetailPath()) || !IsFile(MergePath())) return false;
+    if (!IsFile(DetailPath()) && !IsFile(MergePath())) return false;
     try {
+      RequireBoth();
       ImportPair(database);
       return true;
     } catch (...) {

@@ -71,6 +71,8 @@ inline const QString kSavedHoldings = QStringLiteral(
 
 /// Recalculation: which portfolios are unfinished, what they hold, and the procedures that finish them.
 inline const QString kCountUnfinished = QStringLiteral("select Count(ID) from alg_commain where isFinished = 0");
+inline const QString kCountUnfinishedSaved =
+    QStringLiteral("select Count(ID) from alg_commain where isFinished = 0 and SAVEFLAG = 1");
 inline const QString kCountUnfinishedParts = QStringLiteral("select count(ID) from alg_commain where isFinished = 0 ");
 inline const QString kUnfinishedPortfolios = QStringLiteral("select ID from alg_commain where isFinished = 0");
 inline const QString kUnfinishedCodes = QStringLiteral(

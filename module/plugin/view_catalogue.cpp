@@ -1,6 +1,8 @@
 #include "plugin/view_catalogue.h"
 
+#include "calc/untcalc2.h"
 #include "common/grid/string_grid.h"
+#include "common/statements.h"
 #include "common/untcommon.h"
 #include "mainframe/view_table.h"
 
@@ -34,6 +36,17 @@ int HoldwiseViewCatalogue::Current() const {
 
 bool HoldwiseViewCatalogue::IsSettled() const {
   return !isDownloadPending_ && !mainFrame_.isNull() && mainFrame_->IsSettled();
+}
+
+int HoldwiseViewCatalogue::Progress() const {
+  return frmCalc2 ? frmCalc2->ProgressBar().value() : 0;
+}
+
+QString HoldwiseViewCatalogue::Shortcoming() const {
+  if (mainFrame_.isNull()) return {};
+  const std::int64_t count = Database().Count(sql::kCountUnfinishedSaved);
+  if (count <= 0) return {};
+  return QStringLiteral("%1 个组合的风险数据没有算完，所示的不是最新数值（原因见日志）。").arg(count);
 }
 
 QWidget* HoldwiseViewCatalogue::Frame() const {

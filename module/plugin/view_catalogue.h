@@ -18,6 +18,8 @@ class HoldwiseViewCatalogue final : public ViewCatalogue {
   bool Show(int frameId) override;
   [[nodiscard]] int Current() const override;
   [[nodiscard]] bool IsSettled() const override;
+  [[nodiscard]] int Progress() const override;
+  [[nodiscard]] QString Shortcoming() const override;
   [[nodiscard]] QWidget* Frame() const override;
   [[nodiscard]] std::vector<GridText> Grids() const override;
   [[nodiscard]] Holdings HoldingsGrid() const override;

@@ -1,11 +1,13 @@
 #include "app/main_window.h"
 
 #include <QActionGroup>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QStatusBar>
 #include <QVBoxLayout>
 #include <utility>
@@ -14,6 +16,7 @@ namespace holdwise {
 namespace {
 
 constexpr QSize kFirstSize{1280, 800};
+constexpr QSize kWindowBorders{16, 48};
 constexpr int kTellMilliseconds = 8000;
 
 QLabel* AddStatus(QStatusBar& bar) {
@@ -22,6 +25,12 @@ QLabel* AddStatus(QStatusBar& bar) {
   label->setContentsMargins(6, 0, 6, 0);
   bar.addPermanentWidget(label);
   return label;
+}
+
+/// The whole window is on the screen. An offscreen screen is made up, and small.
+QSize FirstSize(const QScreen* screen) {
+  if (screen == nullptr || QGuiApplication::platformName() == QLatin1String("offscreen")) return kFirstSize;
+  return kFirstSize.boundedTo(screen->availableSize() - kWindowBorders);
 }
 
 }  // namespace
@@ -42,7 +51,7 @@ MainWindow::MainWindow(const ThemeServices& theme, WindowActions actions)
   BuildStatusBar();
   SetSimulated(false);
   SetPortfolioActionsEnabled(false);
-  resize(kFirstSize);
+  resize(FirstSize(screen()));
   area_->setFocusPolicy(Qt::ClickFocus);
   area_->setFocus();  // else the address bar would show itself focused from the start
 }

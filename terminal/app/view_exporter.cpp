@@ -45,7 +45,8 @@ QByteArray GridToCsv(const GridText& grid) {
   return text.toUtf8();
 }
 
-ViewExporter::ViewExporter(ViewCatalogue& views, QWidget& picture) : views_(views), picture_(picture) {
+ViewExporter::ViewExporter(ViewCatalogue& views, QWidget& picture, int settleMilliseconds)
+    : views_(views), picture_(picture), settleMilliseconds_(settleMilliseconds) {
   connect(&look_, &QTimer::timeout, this, [this] { Look(); });
 }
 
@@ -86,9 +87,13 @@ bool ViewExporter::eventFilter(QObject* watched, QEvent* event) {
 void ViewExporter::Look() {
   settledLooks_ = views_.IsSettled() ? settledLooks_ + 1 : 0;
   look_.setInterval(kLookMilliseconds);
+  if (const int progress = views_.Progress(); progress != progress_) {
+    progress_ = progress;
+    waiting_.restart();
+  }
   if (settledLooks_ < quietLooks_) {
-    if (waiting_.elapsed() > kSettleMilliseconds)
-      Finish(QStringLiteral("%1 在 %2 秒内没有完成。").arg(waitingFor_).arg(kSettleMilliseconds / 1000));
+    if (waiting_.elapsed() > settleMilliseconds_)
+      Finish(QStringLiteral("%1 在 %2 秒内没有进展（原因见日志）。").arg(waitingFor_).arg(settleMilliseconds_ / 1000));
     return;
   }
   look_.stop();
@@ -109,7 +114,7 @@ void ViewExporter::Wait(void (ViewExporter::*whenSettled)(), int quietLooks, con
 }
 
 void ViewExporter::NextView() {
-  if (left_.empty()) return Finish({});
+  if (left_.empty()) return WroteAll();
   view_ = left_.back();
   left_.pop_back();
   if (!views_.Show(view_.frameId)) return Finish(QStringLiteral("视图“%1”不能打开。").arg(view_.caption));
@@ -155,6 +160,10 @@ void ViewExporter::WritePortfolio() {
 void ViewExporter::WriteGrid(const QString& name, const GridText& grid) const {
   WriteFileAtomically(folder_ + QLatin1Char('/') + name + QStringLiteral(".csv"), GridToCsv(grid),
                       Durability::Replaceable);
+}
+
+void ViewExporter::WroteAll() {
+  Finish(views_.Shortcoming());
 }
 
 void ViewExporter::Finish(const QString& problem) {

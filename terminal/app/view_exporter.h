@@ -21,14 +21,14 @@ namespace holdwise {
 /// each portfolio. Works along with the event loop; the user's mouse and keys do not reach the window meanwhile.
 class ViewExporter : public QObject {
  public:
-  /// Longest time that one view or portfolio may take to settle.
+  /// Longest time that one view or portfolio may take to settle without coming any further.
   static constexpr int kSettleMilliseconds = 60'000;
 
   /// @param picture what is painted into the picture files; both must outlive the exporter
-  ViewExporter(ViewCatalogue& views, QWidget& picture);
+  ViewExporter(ViewCatalogue& views, QWidget& picture, int settleMilliseconds = kSettleMilliseconds);
   ~ViewExporter() override;
 
-  /// Called once, from the event loop; `problem` is empty when everything has been written.
+  /// Called once, from the event loop; `problem` is empty when everything has been written and is the latest.
   std::function<void(const QString& problem)> OnDone;
   /// @param folder is made when missing
   void Start(const QString& folder);
@@ -44,10 +44,12 @@ class ViewExporter : public QObject {
   void WritePortfolio();
   void WriteGrid(const QString& name, const GridText& grid) const;
   void Wait(void (ViewExporter::*whenSettled)(), int quietLooks, const QString& forWhat);
+  void WroteAll();
   void Finish(const QString& problem);
 
   ViewCatalogue& views_;
   QWidget& picture_;
+  int settleMilliseconds_;
   QString folder_;
   std::vector<ViewCatalogue::View> left_;  ///< views to visit, the next one last
   ViewCatalogue::View view_;
@@ -58,6 +60,7 @@ class ViewExporter : public QObject {
   QTimer look_;
   QElapsedTimer waiting_;
   int settledLooks_ = 0;
+  int progress_ = 0;
   int quietLooks_ = 1;
   void (ViewExporter::*whenSettled_)() = nullptr;
   QString waitingFor_;

@@ -161,13 +161,18 @@ std::shared_ptr<Connection> OpenServer(const DatabaseTarget& target) {
   try {
     attachment = firebird::Attach(target.text, options);
   } catch (const Error& error) {
+    if (error.Category() == ErrorCategory::Refused) {
+      throw Error(ErrorCategory::Refused,
+                  std::string(error.what()) + "（用户名和密码取自环境变量 HOLDWISE_DB_USER 和 HOLDWISE_DB_PASSWORD）");
+    }
     if (error.Category() != ErrorCategory::Io) throw;
-    // A missing file and a missing server look alike; what was wrong at first is what the user needs to read.
+    // A missing file and a missing server look alike.
     options.create = true;
     try {
       attachment = firebird::Attach(target.text, options);
-    } catch (const Error&) {
-      throw error;
+    } catch (const Error& creating) {
+      if (creating.Category() != ErrorCategory::Refused) throw error;
+      throw Error(ErrorCategory::Refused, std::string(error.what()) + "；也不能在服务器上建立它：" + creating.what());
     }
   }
   firebird::Status status;

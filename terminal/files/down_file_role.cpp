@@ -74,7 +74,7 @@ class DownFileRole::Worker final : public QObject {
     const QString name = remoteName_;  // the events may destroy the role
     const QPointer<Worker> alive(this);
     if (code != kOk && settings_.downFailTips && hints_.onFailed) hints_.onFailed(name, code);
-    if (alive && code == kUnwritable && hints_.onUnwritable) hints_.onUnwritable(name);
+    if (alive && code != kOk && hints_.onAnyFailure) hints_.onAnyFailure(name, code);
     if (alive) Report(name, code, content);
     if (!alive) return;
     busy_ = false;

@@ -16,8 +16,8 @@ namespace holdwise {
 struct DownFileHints {
   std::function<void(const QString& remoteName, bool waiting)> onWaiting;
   std::function<void(const QString& remoteName, int errorCode)> onFailed;
-  /// Whatever the settings say: the file has come but cannot be stored, which is this machine's own trouble.
-  std::function<void(const QString& remoteName)> onUnwritable;
+  /// Every failure, whatever the settings say: for the log.
+  std::function<void(const QString& remoteName, int errorCode)> onAnyFailure;
 };
 
 /// The asynchronous file role over a file source. Requests are served one after the other: the next starts when the

@@ -12,6 +12,8 @@ namespace {
 
 using Code = TDSBAsynDownFileRole::Code;
 
+constexpr int kLongestWaitAtEnd = 500;  // ms
+
 FetchResult ReadInside(const QString& folder, const QString& path, qint64 maxBytes) {
   const QString root = QFileInfo(folder).canonicalFilePath();
   if (root.isEmpty()) return {Code::kNotFound, {}};
@@ -36,12 +38,20 @@ class LocalFetch final : public Fetch {
 
 }  // namespace
 
-LocalFolderSource::LocalFolderSource(const QString& folder, qint64 maxBytes) : folder_(folder), maxBytes_(maxBytes) {}
+LocalFolderSource::LocalFolderSource(const QString& folder, qint64 maxBytes)
+    : folder_(folder), maxBytes_(maxBytes), pool_(std::make_unique<QThreadPool>()) {}
+
+LocalFolderSource::~LocalFolderSource() {
+  pool_->clear();
+  // A pool cannot be destroyed while a thread of its works, and the system may never let that thread go.
+  if (!pool_->waitForDone(kLongestWaitAtEnd)) (void)pool_.release();
+}
 
 std::unique_ptr<Fetch> LocalFolderSource::Start(const QString& path, bool /*mayCompress*/,
                                                 std::function<void(FetchResult)> done) {
   return std::make_unique<LocalFetch>(RunInBackground<FetchResult>(
-      pool_, [folder = folder_, path, limit = maxBytes_] { return ReadInside(folder, path, limit); }, std::move(done)));
+      *pool_, [folder = folder_, path, limit = maxBytes_] { return ReadInside(folder, path, limit); },
+      std::move(done)));
 }
 
 }  // namespace holdwise

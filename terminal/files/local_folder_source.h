@@ -1,5 +1,6 @@
 #pragma once
 #include <QThreadPool>
+#include <memory>
 
 #include "files/file_source.h"
 
@@ -10,15 +11,15 @@ namespace holdwise {
 class LocalFolderSource final : public FileSource {
  public:
   explicit LocalFolderSource(const QString& folder, qint64 maxBytes = 256LL << 20);
-  /// Waits for reads under way.
-  ~LocalFolderSource() override = default;
+  /// Waits a moment for reads under way; one that hangs (a network folder that does not answer) is left behind.
+  ~LocalFolderSource() override;
   [[nodiscard]] std::unique_ptr<Fetch> Start(const QString& path, bool mayCompress,
                                              std::function<void(FetchResult)> done) override;
 
  private:
   QString folder_;
   qint64 maxBytes_;
-  QThreadPool pool_;
+  std::unique_ptr<QThreadPool> pool_;
 };
 
 }  // namespace holdwise

@@ -151,6 +151,20 @@ bool ScriptedDownFile::ReceiveUnasked(const QString& remoteName, const QByteArra
   return true;
 }
 
+bool ScriptedDownFile::ReceiveFileUnasked(const QString& remoteName) {
+  if (role_ == nullptr) return false;
+  const auto event = role_->OnReciveAFile;
+  if (event) event(remoteName, TDSBAsynDownFileRole::kOk);
+  return true;
+}
+
+bool ScriptedDownFile::FailUnasked(const QString& remoteName, int errorCode) {
+  if (role_ == nullptr) return false;
+  const auto event = role_->OnReciveAFileFail;
+  if (event) event(remoteName, errorCode);
+  return true;
+}
+
 bool ScriptedDownFile::WriteAndReceive(const QString& remoteName, const QByteArray& content) {
   const QString path = LocalPath(remoteName);
   QDir().mkpath(QFileInfo(path).path());

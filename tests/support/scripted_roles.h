@@ -71,8 +71,10 @@ class ScriptedDownFile {
   bool ReceiveFile(const QString& remoteName, int errorCode = TDSBAsynDownFileRole::kOk);
   bool ReceiveStream(const QString& remoteName, const QByteArray& content, int errorCode = TDSBAsynDownFileRole::kOk);
   bool Fail(const QString& remoteName, int errorCode);
-  /// What a host must not do: a stream nobody waits for, for instance a second time.
+  /// What a host must not do: an event nobody waits for, for instance a second time.
   bool ReceiveUnasked(const QString& remoteName, const QByteArray& content);
+  bool ReceiveFileUnasked(const QString& remoteName);
+  bool FailUnasked(const QString& remoteName, int errorCode);
   /// Writes the local copy, then ReceiveFile.
   bool WriteAndReceive(const QString& remoteName, const QByteArray& content);
   [[nodiscard]] QString LocalPath(const QString& remoteName) const;

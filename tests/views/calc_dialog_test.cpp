@@ -20,6 +20,9 @@ TEST_F(CalcDialog, LooksLikeItsDesign) {
   EXPECT_EQ(label->palette().color(QPalette::WindowText), host_.theme.colors.at(QStringLiteral("QM_TitleFontColor")));
   const QImage picture = dialog.grab().toImage();
   EXPECT_EQ(picture.pixelColor(2, 2), host_.theme.colors.at(QStringLiteral("Qm_BGCorlor")));
+  EXPECT_TRUE(dialog.windowFlags().testFlag(Qt::WindowCloseButtonHint));
+  EXPECT_FALSE(dialog.windowFlags().testFlag(Qt::WindowMinimizeButtonHint));
+  EXPECT_FALSE(dialog.windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
   EXPECT_TRUE(host_.debug.Lines().empty());
 }
 
@@ -169,6 +172,54 @@ TEST_F(CalcDialog, EventsThatComeTwiceAreIgnored) {
   EXPECT_EQ(Unfinished(), QStringList());
 }
 
+/// Whatever a host sends for a file that has been dealt with, of any of the three kinds.
+TEST_F(CalcDialog, EventsOfEveryKindThatComeTwiceAreIgnored) {
+  TfrmCalc2 dialog;
+  Show(dialog);
+  const auto repeat = [](const std::shared_ptr<ScriptedDownFile>& download, const QString& name) {
+    download->ReceiveUnasked(name, "not even a packet");
+    download->ReceiveFileUnasked(name);
+    download->FailUnasked(name, TDSBAsynDownFileRole::kTimedOut);
+  };
+  Base()->Fail(StockFile("000001"), TDSBAsynDownFileRole::kNotFound);
+  repeat(Base(), StockFile("000001"));
+  repeat(Base(), kIndexFile);  // not asked for yet
+  EXPECT_EQ(dialog.ProgressBar().value(), 1);
+  EXPECT_EQ(Base()->Pending(), std::vector<QString>{StockFile("600000")});
+  FinishRates();
+  repeat(RateDown(), kRatesFile);
+  FinishEstimates();
+  repeat(EstimateDown(), kEstimatesFile);
+  EXPECT_TRUE(dialog.isVisible()) << "a late failure of a reference file does not close it";
+  EXPECT_EQ(dialog.ProgressBar().value(), 3);
+  Base()->ReceiveStream(StockFile("600000"), BaseData({{"0", "20240528", "0.01"}}));
+  repeat(Base(), StockFile("600000"));
+  Base()->ReceiveStream(kIndexFile, IndexData());
+  repeat(Base(), kIndexFile);
+  EXPECT_EQ(dialog.ProgressBar().value(), 7);
+  EXPECT_EQ(Unfinished(), QStringList());
+  EXPECT_EQ(Statistics(), (QStringList{"1|20240528", "1|20240529", "399001|20240529", "1600000|20240528"}));
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(CalcDialog, ADamagedEstimateFileLeavesTheDialogOpen) {
+  Run("insert into ALG_STOCKESTIMATEVALUE (ID,SECUCODE,CTIME,PRICE) values (1,'000009',19910101,5)");
+  for (const QByteArray& content :
+       {EstimateData({{"600000", "1", "9.5"}}).chopped(4), EstimateData({{"600000", "1", "9.5元"}})}) {
+    TfrmCalc2 dialog;
+    Show(dialog);
+    FinishBase();
+    FinishRates();
+    EstimateDown()->ReceiveStream(kEstimatesFile, content);
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(dialog.ProgressBar().value(), 4);
+    EXPECT_EQ(Rows("select SECUCODE,PRICE from ALG_STOCKESTIMATEVALUE"), QStringList{"000009|5"});
+    EXPECT_EQ(Unfinished(), (QStringList{"1", "2"}));
+  }
+  EXPECT_EQ(LogLinesWith(kEstimatesFile), 2);
+  EXPECT_EQ(LogLinesWith(QStringLiteral("PRICE")), 1);
+}
+
 TEST_F(CalcDialog, TheUserMayCloseItAtAnyTime) {
   for (const bool byKey : {true, false}) {
     TfrmCalc2 dialog;
@@ -310,9 +361,12 @@ TEST_F(CalcDialog, EveryDatabaseCallMayFail) {
   int call = 0;
   for (bool failed = true; failed; ++call) {
     ASSERT_LT(call, 200);
-    Run("update alg_commain set ISFINISHED = 0 where ID < 3");
+    Run("update alg_commain set ISFINISHED = 0, BETA = null where ID < 3");
     Run("delete from alg_stockstatistic");
     Run("delete from alg_rmbinterestrate");
+    Run("delete from ALG_STOCKESTIMATEVALUE");
+    Run("insert into alg_rmbinterestrate (ID,INTEREST) values (1,3.25)");
+    Run("insert into ALG_STOCKESTIMATEVALUE (ID,SECUCODE,CTIME,PRICE) values (1,'000009',19910101,5)");
     {
       TfrmCalc2 dialog;
       Plan().FailCall(call);
@@ -334,6 +388,14 @@ TEST_F(CalcDialog, EveryDatabaseCallMayFail) {
                                      "secucode")) {
       EXPECT_EQ(count, QStringLiteral("2")) << call;
     }
+    // Each reference table is the old one or the new one.
+    const QString rates = Rows("select INTEREST from alg_rmbinterestrate").join(',');
+    EXPECT_TRUE(rates == "3.25" || rates == "1.5") << call << rates.toStdString();
+    const QString estimates = Rows("select SECUCODE,PRICE from ALG_STOCKESTIMATEVALUE").join(',');
+    EXPECT_TRUE(estimates == "000009|5" || estimates == "600000|9.5") << call << estimates.toStdString();
+    // A portfolio is finished only with figures.
+    EXPECT_EQ(Rows("select count(*) from alg_commain where ID < 3 and ISFINISHED = 1 and BETA is null"),
+              QStringList{"0"});
     if (failed) {
       TfrmCalc2 next;
       Run("update alg_commain set ISFINISHED = 0 where ID < 3");
@@ -341,6 +403,8 @@ TEST_F(CalcDialog, EveryDatabaseCallMayFail) {
       FinishAll();
       EXPECT_FALSE(next.isVisible()) << call;
       EXPECT_EQ(Unfinished(), QStringList()) << call;
+      EXPECT_EQ(Rows("select INTEREST from alg_rmbinterestrate"), QStringList{"1.5"}) << call;
+      EXPECT_EQ(Rows("select SECUCODE from ALG_STOCKESTIMATEVALUE"), QStringList{"600000"}) << call;
     }
   }
   EXPECT_GT(call, 30);

@@ -120,6 +120,17 @@ TEST_F(PerformanceView, WithoutAPreviousCloseTheChangeIsZeroButTheDayIsNot) {
   EXPECT_EQ(portfolios->Cells(kDayChange, 0), QStringLiteral("0"));
 }
 
+TEST_F(PerformanceView, AMonthCloseWithoutAWeekCloseDoesNotCount) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1000001, 300, 1, 5}});
+  bench.AddClose(1000001, 2, 20240430, 11.0);
+  Open();
+  bench.DeliverPrices({{QStringLiteral("000001"), {1200, 2}}});
+  Refresh();
+  for (const int column : {kWeekClose, kMonthClose, kWeekContribution, kMonthContribution}) {
+    EXPECT_EQ(holdings->Cells(column, 0), QStringLiteral("0")) << column;
+  }
+}
+
 TEST_F(PerformanceView, APortfolioWithoutCostKeepsItsGainRate) {
   bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 1, 0}});
   Open();

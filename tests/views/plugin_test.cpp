@@ -3,6 +3,7 @@
 #include <QLibrary>
 #include <QTest>
 
+#include "common/grid/string_grid.h"
 #include "common/host_access.h"
 #include "common/untcommon.h"
 #include "download_settings.h"
@@ -60,6 +61,24 @@ TEST_F(Plugin, NothingIsMadeBeforeTheFirstEnterAndOnlyOnceAfterIt) {
   EXPECT_EQ(bench.host.titleFrames.size(), 1U);
   EXPECT_EQ(title->findChildren<QSplitter*>().size(), 1);
   EXPECT_EQ(bench.host.system.shown.size(), 2U);
+}
+
+TEST_F(Plugin, EveryViewIsLaidOutAgainOnEnter) {
+  item->EnterAddress(QStringLiteral("Skip风险计量"));
+  item->EnterAddress(QStringLiteral("Skip组合表现"));
+  ScriptedTitleFrame* title = bench.host.titleFrames.front();
+  const auto grids = title->findChildren<TStringGrid*>();
+  ASSERT_EQ(grids.size(), 4);
+  std::vector<int> before;
+  for (TStringGrid* grid : grids) {
+    before.push_back(grid->ColWidth(0));
+    grid->SetColWidths(std::vector<int>(static_cast<std::size_t>(grid->ColCount()), 3));
+    ASSERT_NE(grid->ColWidth(0), before.back());
+  }
+  item->EnterAddress({});
+  for (std::size_t index = 0; index < before.size(); ++index) {
+    EXPECT_EQ(grids[static_cast<qsizetype>(index)]->ColWidth(0), before[index]) << index;
+  }
 }
 
 TEST_F(Plugin, LeavingDetachesTheFrameAndStopsThePrices) {
@@ -206,6 +225,19 @@ TEST_F(Plugin, SettledWaitsForTheDownloadToo) {
   EXPECT_FALSE(item->Views()->IsSettled());
   Download()->Fail(kZnpz, TDSBAsynDownFileRole::kNotFound);
   EXPECT_TRUE(item->Views()->IsSettled());
+}
+
+TEST_F(Plugin, UnfinishedPortfoliosAreAShortcoming) {
+  EXPECT_EQ(item->Views()->Shortcoming(), QString());
+  bench.AddPortfolio(7, QStringLiteral("甲"), ThreeHoldings());
+  item->EnterAddress({});
+  EXPECT_EQ(item->Views()->Shortcoming(), QString());
+  bench.AddPortfolio(8, QStringLiteral("乙"), ThreeHoldings());
+  bench.AddPortfolio(9, QStringLiteral("丙"), ThreeHoldings(), 0);
+  bench.database.Service().Execute(QStringLiteral("update alg_commain set ISFINISHED = 0 where ID > 7"));
+  // The one that is still being edited does not count.
+  EXPECT_TRUE(item->Views()->Shortcoming().startsWith(QStringLiteral("1 个组合的风险数据没有算完")));
+  EXPECT_EQ(item->Views()->Progress(), 0);
 }
 
 TEST_F(Plugin, ChangedDataIsReadAgain) {

@@ -74,6 +74,18 @@ TEST_F(ExchangeFiles, SavedPortfoliosComeBackInAnEmptyDatabase) {
   EXPECT_EQ(Database().Count(QStringLiteral("select gen_id(ALG_ROWID_DETAIL,1) from rdb$database")), 32);
 }
 
+TEST_F(ExchangeFiles, TheGeneratorsMovePastTheLargestIdsWhereverTheyStand) {
+  Write("TZZHDetail.dat", Details({{"5", "7", "1600000", "300", "0.4", "9.5"},
+                                   {"31", "7", "1000001", "200", "0.6", "11"},
+                                   {"12", "3", "1000001", "200", "0.6", "11"}}));
+  Write("TZZHMerge.dat", Portfolios({{"3", "a", "1", "2024-05-29", "1"},
+                                     {"7", "b", "1", "2024-05-29", "1"},
+                                     {"6", "c", "1", "2024-05-29", "1"}}));
+  EXPECT_TRUE(LoadZHFile());
+  EXPECT_EQ(Database().Count(sql::kNextPortfolioId), 8);
+  EXPECT_EQ(Database().Count(QStringLiteral("select gen_id(ALG_ROWID_DETAIL,1) from rdb$database")), 32);
+}
+
 TEST_F(ExchangeFiles, TheFilesAreTheUsersOwn) {
   SaveZHFile();
   for (const char* name : {"TZZHDetail.dat", "TZZHMerge.dat"}) {
@@ -102,22 +114,37 @@ TEST_F(ExchangeFiles, NothingIsImportedBesideExistingRows) {
   EXPECT_TRUE(host_.debug.Lines().empty());
 }
 
-TEST_F(ExchangeFiles, OneFileAloneIsNotImported) {
-  for (const char* missing : {"TZZHDetail.dat", "TZZHMerge.dat"}) {
+TEST_F(ExchangeFiles, WithoutFilesNothingIsImported) {
+  EXPECT_FALSE(LoadZHFile());
+  ExpectUntouched();
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(ExchangeFiles, OneFileAloneIsNotImportedButKept) {
+  const std::vector<std::pair<const char*, const char*>> cases = {{"TZZHDetail.dat", "TZZHMerge.dat"},
+                                                                  {"TZZHMerge.dat", "TZZHDetail.dat"}};
+  for (const auto& [missing, alone] : cases) {
     WritePair();
     QFile::remove(Path(missing));
+    const QByteArray bytes = Bytes(alone);
     EXPECT_FALSE(LoadZHFile());
     ExpectUntouched();
+    ASSERT_FALSE(host_.debug.Lines().empty());
+    EXPECT_TRUE(host_.debug.Lines().back().contains(QString::fromLatin1(missing)));
+    SaveZHFile();
+    EXPECT_EQ(Bytes((std::string(alone) + ".bad").c_str()), bytes);
+    EXPECT_FALSE(Exists((std::string(missing) + ".bad").c_str()));
+    QFile::remove(Path((std::string(alone) + ".bad").c_str()));
   }
-  EXPECT_TRUE(host_.debug.Lines().empty());
 }
 
 TEST_F(ExchangeFiles, ASingleQuoteInANameRollsTheWholeImportBack) {
   WritePair(QStringLiteral("Mark's"));
   const QByteArray pair = Bytes("TZZHDetail.dat") + Bytes("TZZHMerge.dat");
   ExpectRefused();
-  // The next save replaces the pair, so it is kept beside.
+  // The next save writes a new pair.
   SaveZHFile();
+  EXPECT_EQ(ReadPacketFile(Path("TZZHMerge.dat")).RowCount(), 0);
   EXPECT_EQ(Bytes("TZZHDetail.dat.bad") + Bytes("TZZHMerge.dat.bad"), pair);
 }
 
@@ -140,7 +167,9 @@ TEST_F(ExchangeFiles, ValuesThatAreNoPlainNumbersAreRefused) {
   for (std::size_t column = 0; column < good.size(); ++column) {
     for (const char* bad : {"", "abc", "1,1", "1)", "(select 1 from rdb$database)", "0x10", "1 ", "NaN"}) {
       std::vector<QString> cells = good;
+      cells[0] = "2";
       cells[column] = QString::fromLatin1(bad);
+      WritePair();
       Write("TZZHDetail.dat", TableOf(texts, {good, cells}));
       EXPECT_FALSE(LoadZHFile()) << column << bad;
       ExpectUntouched();
@@ -148,6 +177,31 @@ TEST_F(ExchangeFiles, ValuesThatAreNoPlainNumbersAreRefused) {
     }
   }
   EXPECT_EQ(static_cast<int>(host_.debug.Lines().size()), lines);
+}
+
+TEST_F(ExchangeFiles, PortfolioValuesThatCannotStandInAStatementAreRefused) {
+  const std::vector<ColumnSpec> texts = {{"ID", ColumnType::Text},
+                                         {"COMNAME", ColumnType::Text},
+                                         {"ZSCLOSEPRICE", ColumnType::Text},
+                                         {"EDITDATE", ColumnType::Text},
+                                         {"SAVEFLAG", ColumnType::Text}};
+  const std::vector<QString> good = {"7", "a", "3111.02", "2024-05-29", "1"};
+  const std::vector<std::pair<std::size_t, QString>> bad = {
+      {0, "x"},           {0, "7.5"},    {1, "a'b"}, {1, QStringLiteral("a") + QChar(0)}, {2, "1,1"}, {2, "1-1"},
+      {3, "2024-05-29'"}, {4, "1 or 1"}, {4, ""},
+  };
+  for (const auto& [column, text] : bad) {
+    std::vector<QString> cells = good;
+    cells[column] = text;
+    WritePair();
+    Write("TZZHMerge.dat", TableOf(texts, {cells}));
+    EXPECT_FALSE(LoadZHFile()) << column << text.toStdString();
+    ExpectUntouched();
+    EXPECT_TRUE(host_.debug.Lines().back().contains(QString::fromLatin1(texts[column].name.c_str())));
+  }
+  WritePair();
+  Write("TZZHMerge.dat", TableOf(texts, {good}));
+  EXPECT_TRUE(LoadZHFile());
 }
 
 TEST_F(ExchangeFiles, AMissingColumnIsRefused) {
@@ -161,10 +215,12 @@ TEST_F(ExchangeFiles, DamagedFilesLeaveTheDatabaseAlone) {
     WritePair();
     const QByteArray whole = Bytes(name);
     for (const qsizetype length : {qsizetype{0}, whole.size() / 2, whole.size() - 1}) {
+      WritePair();
       WriteFileAtomically(Path(name), whole.left(length), Durability::Replaceable);
       EXPECT_FALSE(LoadZHFile()) << name << length;
       ExpectUntouched();
     }
+    WritePair();
     QByteArray flipped = whole;
     flipped[whole.size() / 2] = static_cast<char>(~flipped[whole.size() / 2]);
     WriteFileAtomically(Path(name), flipped, Durability::Replaceable);
@@ -181,10 +237,10 @@ TEST_F(ExchangeFiles, ARowTheDatabaseRefusesRollsBack) {
 }
 
 TEST_F(ExchangeFiles, EveryCallOfTheImportMayFail) {
-  WritePair();
   for (const auto kind : {test::FailurePlan::Kind::Throws, test::FailurePlan::Kind::Refuses}) {
     int call = 0;
     for (;; ++call) {
+      WritePair();
       Plan().FailCall(call, kind);
       const bool imported = LoadZHFile();
       const bool failed = Plan().HasFailed();

@@ -193,6 +193,33 @@ TEST_F(ExpectValue, AnIndexWithoutAPreviousCloseHasNoChange) {
   }
 }
 
+/// The same closes, but the file of the current index has come once more.
+TEST_F(ExpectValue, NewBetasCountAtTheNextMove) {
+  g_ExpectValue->SetExpectAdd(0.2);
+  g_AllStockData->Set_SZZS();
+  g_AllStockData->Set_SZZS();
+  const auto download = host_.DownFile(QStringLiteral("FInfoAsynDownFileRole"));
+  const QString file = QStringLiteral("QMTL\\TZZH\\风险计量\\SZ.dat");
+  const auto betas = [](const char* beta) {
+    return EncodePacket(TableOf({{"code", ColumnType::Text}, {"beta", ColumnType::Text}}, {{"600000", beta}}));
+  };
+  download->WriteAndReceive(file, betas("0.5"));
+  g_ExpectValue->SetExpectAdd(0.2);
+  EXPECT_EQ(g_ExpectValue->GetStockPriceStringList()->ValueOf(u"1600000"), QStringLiteral("11.00"));
+  download->WriteAndReceive(file, betas("2"));
+  g_ExpectValue->SetExpectAdd(0.2);
+  EXPECT_EQ(g_ExpectValue->GetStockPriceStringList()->ValueOf(u"1600000"), QStringLiteral("14.00"));
+}
+
+/// The previous closes are read again first, the stress test rests on them.
+TEST_F(ExpectValue, RecalculatingUsesThePreviousClosesOfNow) {
+  g_ExpectValue->SetExpectAdd(0.2);
+  AddStock("600000", 1, 20, 15);
+  ReCalc();
+  // 15 x 1.2
+  EXPECT_EQ(g_ExpectValue->GetStockPriceStringList()->ValueOf(u"1600000"), QStringLiteral("18.00"));
+}
+
 TEST_F(ExpectValue, RecalculatingTwiceIsAsOnce) {
   g_ExpectValue->SetExpectAdd(0.2);
   ReCalc();

@@ -74,6 +74,15 @@ TEST_F(ReferenceTables, TheFirstRowOfASecurityWins) {
   EXPECT_EQ(Estimates(), (QStringList{"1|600000|19910101|9.5", "2|000001|19910101|0"}));
 }
 
+TEST_F(ReferenceTables, APriceThatIsEmptyOrNullIsZero) {
+  ResultSet file = EstimateFile({{"600000", "1", "9"}, {"000001", "2", "9"}});
+  file.SetText(0, file.Column("PRICE"), "");
+  file.SetNull(1, file.Column("PRICE"));
+  ASSERT_FALSE(file.IsNull(0, file.Column("PRICE")));
+  ReplaceEstimateValues(Database(), file);
+  EXPECT_EQ(Estimates(), (QStringList{"1|600000|19910101|0", "2|000001|19910101|0"}));
+}
+
 TEST_F(ReferenceTables, BadValuesKeepTheTable) {
   ReplaceInterestRates(Database(), TableOf(kRateColumns, {Rate("1", "一年", "1.5")}));
   ReplaceEstimateValues(Database(), EstimateFile({{"600000", "1", "9"}}));

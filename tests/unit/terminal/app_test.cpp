@@ -281,7 +281,9 @@ class FakeViews : public ViewCatalogue {
     return frameId != unshowable;
   }
   [[nodiscard]] int Current() const override { return current_; }
-  [[nodiscard]] bool IsSettled() const override { return ++asked_ >= 4; }
+  [[nodiscard]] bool IsSettled() const override { return ++asked_ >= (current_ == 1 ? looksOfOne : 4); }
+  [[nodiscard]] int Progress() const override { return isMoving ? asked_ : 0; }
+  [[nodiscard]] QString Shortcoming() const override { return shortcoming; }
   [[nodiscard]] QWidget* Frame() const override { return nullptr; }
   [[nodiscard]] std::vector<GridText> Grids() const override {
     return {{"g/1", {"t"}, {false}, {{QString::number(current_) + portfolio_}}}};
@@ -296,6 +298,9 @@ class FakeViews : public ViewCatalogue {
   }
   void DataChanged() override {}
   int unshowable = 0;
+  int looksOfOne = 4;
+  bool isMoving = false;
+  QString shortcoming;
 
  private:
   int current_ = 2;
@@ -340,6 +345,39 @@ TEST(ViewExporterTest, NamesAViewThatCannotBeShown) {
   exporter.Start(folder.path());
   ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 5000));
   EXPECT_TRUE(done.contains("two"));
+}
+
+TEST(ViewExporterTest, GivesUpOnlyWhenNothingMoves) {
+  for (const bool isMoving : {true, false}) {
+    const QTemporaryDir folder;
+    FakeViews views;
+    views.looksOfOne = 40;  // two seconds
+    views.isMoving = isMoving;
+    QWidget picture;
+    picture.resize(30, 20);
+    ViewExporter exporter(views, picture, 1000);
+    QStringList done;
+    exporter.OnDone = [&done](const QString& problem) { done.append("done" + problem); };
+    exporter.Start(folder.path());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
+    EXPECT_EQ(done.first() == "done", isMoving) << done.first().toStdString();
+    EXPECT_EQ(done.first().contains("“one”"), !isMoving) << done.first().toStdString();
+  }
+}
+
+TEST(ViewExporterTest, SaysWhenTheFiguresAreNotTheLatest) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  views.shortcoming = "old";
+  QWidget picture;
+  picture.resize(30, 20);
+  ViewExporter exporter(views, picture);
+  QStringList done;
+  exporter.OnDone = [&done](const QString& problem) { done.append(problem); };
+  exporter.Start(folder.path());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 5000));
+  EXPECT_EQ(done, QStringList{"old"});
+  EXPECT_TRUE(QFile::exists(folder.filePath("2-g_1-12.csv"))) << "everything is written all the same";
 }
 
 // --- widgets ---

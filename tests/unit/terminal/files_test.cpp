@@ -10,6 +10,7 @@
 
 #include "files/down_file_role.h"
 #include "files/local_folder_source.h"
+#include "hung_file.h"
 
 namespace holdwise {
 namespace {
@@ -79,7 +80,9 @@ class FilesTest : public testing::Test {
     hints.onFailed = [this](const QString& name, int code) {
       hints_ += QStringLiteral("fail %1 %2").arg(name).arg(code);
     };
-    hints.onUnwritable = [this](const QString& name) { hints_ += QStringLiteral("unwritable %1").arg(name); };
+    hints.onAnyFailure = [this](const QString& name, int code) {
+      if (code == Role::kUnwritable) hints_ += QStringLiteral("unwritable %1").arg(name);
+    };
     role_ = std::make_unique<DownFileRole>(source, work_.path(), hints);
     role_->Configure(settings);
     role_->OnReciveAFile = [this](const QString& name, int code) {
@@ -354,6 +357,45 @@ TEST_F(FilesTest, NoEventAfterDestruction) {
   }
   QTest::qWait(80);
   EXPECT_TRUE(events_.isEmpty());
+}
+
+/// A network folder that does not answer holds its reader, but not the one that ends.
+TEST_F(FilesTest, AReadThatHangsTimesOutAndIsLeftBehind) {
+  WriteFile(Remote(QStringLiteral("a")), "content");
+  test::HungFile hung(Remote(QStringLiteral("a")));
+  if (!hung.IsHung()) GTEST_SKIP() << "no leases on this file system";
+  auto source = std::make_unique<LocalFolderSource>(remote_.path());
+  Role::Settings settings;
+  settings.downWaitTimeOut = 100;
+  Make(*source, settings);
+  EXPECT_EQ(Event(QStringLiteral("a")), QStringLiteral("failed a 2"));
+  WriteFile(Remote(QStringLiteral("b")), "content");
+  EXPECT_EQ(Event(QStringLiteral("b")), QStringLiteral("file b 0"));
+  role_.reset();
+  QElapsedTimer timer;
+  timer.start();
+  source.reset();
+  EXPECT_LT(timer.elapsed(), 5000);
+  hung.Release();
+  QTest::qWait(100);  // the reader wakes up and finds nobody
+}
+
+TEST_F(FilesTest, EveryFailureIsTold) {
+  ScriptedSource source;
+  DownFileHints hints;
+  hints.onAnyFailure = [this](const QString& name, int code) { hints_ += QStringLiteral("%1 %2").arg(name).arg(code); };
+  hints.onFailed = [this](const QString&, int) { hints_ += QStringLiteral("shown"); };
+  role_ = std::make_unique<DownFileRole>(source, work_.path(), hints);
+  Role::Settings settings;
+  role_->Configure(settings);
+  role_->OnReciveAFile = [this](const QString&, int) { events_ += QStringLiteral("file"); };
+  role_->OnReciveAFileFail = [this](const QString&, int) { events_ += QStringLiteral("failed"); };
+  Event(QStringLiteral("good"));
+  EXPECT_TRUE(hints_.isEmpty());
+  source.answer.code = Role::kUnreadable;
+  Event(QStringLiteral("bad"));
+  Event(QStringLiteral("../bad"));
+  EXPECT_EQ(hints_, (QStringList{QStringLiteral("bad 4"), QStringLiteral("../bad 3")}));
 }
 
 TEST_F(FilesTest, MayBeDestroyedInsideItsEvents) {

@@ -34,6 +34,7 @@ struct RiskRow {
   std::string code;  ///< six digits
   RiskFigures figures;
 };
+/// The figures as texts with six decimals: the terminal shows them as they stand.
 [[nodiscard]] ResultSet RiskTable(const std::vector<RiskRow>& rows);
 
 }  // namespace holdwise

@@ -32,6 +32,11 @@ class ViewCatalogue {
   [[nodiscard]] virtual int Current() const = 0;
   /// True when the shown view has all it asked for: no download or calculation under way, first prices in and shown.
   [[nodiscard]] virtual bool IsSettled() const = 0;
+  /// A number that changes whenever the work that the view waits for has come further.
+  [[nodiscard]] virtual int Progress() const = 0;
+  /// What a reader of the figures has to know because they are not the latest, in words for the user; empty when there
+  /// is nothing. Throws what a failing statement throws.
+  [[nodiscard]] virtual QString Shortcoming() const = 0;
   /// The shown view's frame; null when none. Owned by the module.
   [[nodiscard]] virtual QWidget* Frame() const = 0;
   /// Texts of the shown view's grids.

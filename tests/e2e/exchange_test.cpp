@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <algorithm>
+
+#include "holdwise/packet/packet_file.h"
+#include "terminal_process.h"
+
+namespace holdwise::e2e {
+namespace {
+
+const QStringList kPair = {QStringLiteral("TZZHDetail.dat"), QStringLiteral("TZZHMerge.dat")};
+
+QByteArray Bytes(const QString& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+}
+
+class ExchangeFiles : public testing::Test {
+ protected:
+  /// Two portfolios with their figures, shown in "before"; the database is lost afterwards.
+  void SetUp() override {
+    const Outcome outcome = RunTerminal(
+        bench_.Arguments({"--import", bench_.Write("p.csv", TwoPortfolios()), "--export", bench_.File("before")}));
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    // There are figures that could be lost.
+    for (const QStringList& row : Rows("before", "2002-strngrd")) EXPECT_NE(row.value(4).toDouble(), 0);
+    ASSERT_TRUE(QFile::remove(bench_.Work() + "/holdwise.fdb"));
+    for (const QString& name : kPair) ASSERT_TRUE(QFile::exists(Work(name))) << name.toStdString();
+  }
+  [[nodiscard]] QString Work(const QString& name) const { return bench_.Work() + '/' + name; }
+  [[nodiscard]] std::vector<QStringList> Rows(const QString& folder, const QString& grid) const {
+    std::vector<QStringList> rows = ReadCsv(bench_.File(folder + '/' + grid + ".csv"));
+    if (!rows.empty()) rows.erase(rows.begin());
+    return rows;
+  }
+  /// Largest and number of different ids in one of the files.
+  [[nodiscard]] std::pair<std::int64_t, std::size_t> Ids(const QString& name) const {
+    const ResultSet table = ReadPacketFile(Work(name));
+    std::vector<std::int64_t> ids = table.Integers(table.Column("ID"));
+    std::sort(ids.begin(), ids.end());
+    ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+    return {ids.empty() ? 0 : ids.back(), ids.size()};
+  }
+
+  Bench bench_;
+};
+
+TEST_F(ExchangeFiles, BringEverythingBackWhenTheDatabaseIsLost) {
+  const auto oldPortfolios = Ids(kPair[1]);
+  const auto oldHoldings = Ids(kPair[0]);
+  EXPECT_EQ(oldPortfolios.second, 2U);
+  EXPECT_EQ(oldHoldings.second, 4U);
+  const QString more = bench_.Write("more.csv", "name,code,quantity,price\n丙,600003,100,3.00\n丙,600004,100,4.00\n");
+  const Outcome outcome = RunTerminal(bench_.Arguments({"--import", more, "--export", bench_.File("after")}));
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+
+  // The newest stands first, under ids of its own; below it everything is as it was, the figures too.
+  for (const char* grid : {"2001-strngrd", "2002-strngrd"}) {
+    std::vector<QStringList> rows = Rows("after", grid);
+    ASSERT_EQ(rows.size(), 3U) << grid;
+    EXPECT_EQ(rows.front().first(), QStringLiteral("丙"));
+    EXPECT_EQ(rows.front().last().toLongLong(), oldPortfolios.first + 1);
+    rows.erase(rows.begin());
+    EXPECT_EQ(rows, Rows("before", grid)) << grid;
+  }
+  for (const QStringList& portfolio : Rows("before", "2001-strngrd")) {
+    for (const char* view : {"2001", "2002"}) {
+      const QString grid = QStringLiteral("%1-StringGrid1-%2").arg(view, portfolio.last());
+      const auto rows = Rows("before", grid);
+      EXPECT_EQ(rows.size(), 2U);
+      EXPECT_EQ(Rows("after", grid), rows) << grid.toStdString();
+    }
+  }
+  EXPECT_EQ(Ids(kPair[0]), (std::pair<std::int64_t, std::size_t>(oldHoldings.first + 2, 6)));
+}
+
+TEST_F(ExchangeFiles, ThatAreDamagedAreNotHalfRead) {
+  QByteArray merge = Bytes(Work(kPair[1]));
+  const QByteArray detail = Bytes(Work(kPair[0]));
+  merge[merge.size() / 2] = static_cast<char>(~merge[merge.size() / 2]);
+  WriteFileAtomically(Work(kPair[1]), merge, Durability::Replaceable);
+
+  EXPECT_TRUE(bench_.Export("2001-strngrd").empty());
+  EXPECT_EQ(Bytes(Work(kPair[0] + ".bad")), detail);
+  EXPECT_EQ(Bytes(Work(kPair[1] + ".bad")), merge);
+  EXPECT_EQ(Ids(kPair[0]).second, 0U) << "holdings were left behind";
+  const QString log = QString::fromUtf8(Bytes(bench_.Work() + "/log/terminal.log"));
+  EXPECT_TRUE(log.contains("Holdwise.bpl->Untcommon->LoadZHFile 发生错误!错误信息:")) << log.toStdString();
+  EXPECT_TRUE(log.contains(kPair[1])) << log.toStdString();
+}
+
+}  // namespace
+}  // namespace holdwise::e2e
