@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <exception>
 #include <future>
+#include <optional>
 
 #include "app/command_line.h"
 #include "app/hand_over.h"
@@ -81,6 +82,9 @@ void KeepSessionBusFromStarting() {
 
 int RunTerminal(int argc, char** argv, const Options& options) {
   QThread::currentThread();  // the first thread Qt sees becomes its main thread
+  // Qt sets the process's locale with its first application object, and the engine's thread reads it.
+  std::optional<QCoreApplication> localeSetter(std::in_place, argc, argv);
+  localeSetter.reset();
   // The engine takes its time to open the file; meanwhile the window system and the fonts are set up.
   std::future<std::unique_ptr<ReadAheadUserData>> database = std::async(std::launch::async, OpenDatabase, options);
   TerminalApplication::CatchQtMessages();
