@@ -52,8 +52,9 @@ ErrorCategory CategoryOfCode(intptr_t code) {
 
 /// What is missing or unreadable in the file is damage; that it cannot be opened or written is not.
 bool IsFailedRead(const intptr_t* item) {
-  return item[1] == isc_io_error && item[2] == isc_arg_string &&
-         std::strcmp(reinterpret_cast<const char*>(item[3]), "read") == 0;
+  if (item[1] != isc_io_error || item[2] != isc_arg_string) return false;
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the engine hands a text over as a number.
+  return std::strcmp(reinterpret_cast<const char*>(item[3]), "read") == 0;
 }
 
 /// The engine reports a chain from the general to the particular: the particular counts ("cannot read the file" may end

@@ -12,7 +12,7 @@ namespace {
 class Trigger : public CalcDialog {
  protected:
   /// Runs once the dialog has asked for its files.
-  void WhenShown(std::function<void()> action) {
+  void WhenShown(const std::function<void()>& action) {
     QObject::connect(&timer_, &QTimer::timeout, [this, action] {
       if (!frmCalc2 || RateDown()->Requests().empty()) return;
       timer_.stop();

@@ -198,7 +198,7 @@ TEST(CsvResultSet, RefusesBadHeadingsAndValues) {
   };
   for (const auto& [csv, place] : cases) {
     std::string text;
-    EXPECT_EQ(CategoryOf([&] { (void)ResultSetFromCsv(csv); }, &text), ErrorCategory::Refused) << csv;
+    EXPECT_EQ(CategoryOf([&csv = csv] { (void)ResultSetFromCsv(csv); }, &text), ErrorCategory::Refused) << csv;
     EXPECT_NE(text.find(place), std::string::npos) << csv << " -> " << text;
   }
 }

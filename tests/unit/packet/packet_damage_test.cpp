@@ -182,7 +182,7 @@ TEST(PacketDamage, FramesThatAreNotOurs) {
       {"promises too much", QByteArray::fromHex("28b52ffde4000000200000000001000099e9d851")},
   };
   for (const auto& [what, bytes] : cases) {
-    EXPECT_EQ(CategoryOf([&] { (void)DecodePacket(bytes); }), ErrorCategory::Corrupt) << what;
+    EXPECT_EQ(CategoryOf([&bytes = bytes] { (void)DecodePacket(bytes); }), ErrorCategory::Corrupt) << what;
   }
 }
 

@@ -110,10 +110,11 @@ TEST(DebugLogTest, TakesLinesFromManyThreads) {
   int told = 0;
   log.SetListener([&told] { ++told; });
   std::vector<std::thread> threads;
-  for (int thread = 0; thread < 4; ++thread)
+  for (int thread = 0; thread < 4; ++thread) {
     threads.emplace_back([&log] {
       for (int line = 0; line < 250; ++line) log.WriteLog("line");
     });
+  }
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(log.Lines().size(), 1000);
   EXPECT_EQ(told, 1000);

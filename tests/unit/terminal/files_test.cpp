@@ -72,7 +72,7 @@ class ScriptedSource final : public FileSource {
 /// A role that writes down its events.
 class FilesTest : public testing::Test {
  protected:
-  void Make(FileSource& source, Role::Settings settings = {}) {
+  void Make(FileSource& source, const Role::Settings& settings = {}) {
     DownFileHints hints;
     hints.onWaiting = [this](const QString& name, bool waiting) {
       hints_ += QStringLiteral("%1 %2").arg(waiting ? QStringLiteral("wait") : QStringLiteral("end"), name);

@@ -40,8 +40,12 @@ TEST_F(ImportCsv, HeadingsInAnyOrderAndLanguage) {
                            "组合名称,证券代码,数量（股）,价格（元）\n组合%1,600000,100,8\n组合%1,600036,100,34\n",
                            "名称,代码,数量,价格\r\n组合%1,600000,100,8\r\n组合%1,600036,100,34\r\n",
                            "\xEF\xBB\xBFname,code,quantity,price\n组合%1,600000,100,8\n组合%1,600036,100,34",
-                           "\"name\",\"code\",\"quantity\",\"price\"\n\"组合%1\",\"600000\",\"100\",\"8\"\n组合%1 , "
-                           "600036 ,100,34\n\n,,,\n"}) {
+                           R"("name","code","quantity","price"
+"组合%1","600000","100","8"
+组合%1 , 600036 ,100,34
+
+,,,
+)"}) {
     const QByteArray csv = QString::fromUtf8(text).arg(++number).toUtf8();
     const ImportResult result = Import(csv);
     EXPECT_EQ(result.portfolios, 1) << text << (result.problems.empty() ? "" : result.problems[0].reason.toStdString());
