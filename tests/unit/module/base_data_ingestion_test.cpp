@@ -1,6 +1,7 @@
 #include "calc/base_data_ingestion.h"
 
 #include <limits>
+#include <map>
 
 #include "engine_fixture.h"
 
@@ -48,7 +49,10 @@ class Ingestion : public EngineTest {
   static BaseDataFamily Today() { return ClassifyBaseData("QMTL\\TZZH\\today\\股票\\600000.dat"); }
 
   void Ingest(const ResultSet& file, const BaseDataFamily& family, const QString& code = kStock) {
-    IngestBaseData(Database(), file, family, code, [](int days) { return days == 20 ? 20240430 : 20240527; });
+    IngestBaseData(Database(), file, family, code, [](int days) {
+      const std::map<int, int> dates = {{20, 20240430}, {2, 20240527}};
+      return dates.at(days);
+    });
   }
   void Store(const char* code, const char* type, const char* date, const char* last = "0") {
     Run(QStringLiteral("insert into alg_stockstatistic (secucode,hqtype,hqdate,islastday,closeprice) values "
