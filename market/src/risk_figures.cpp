@@ -2,14 +2,7 @@
 
 #include <cmath>
 
-#include "holdwise/packet/number_text.h"
-
 namespace holdwise {
-namespace {
-
-constexpr int kDecimals = 6;
-
-}  // namespace
 
 IndexReturns ReturnsOf(const PeriodSeries& daily) {
   IndexReturns index;
@@ -60,18 +53,18 @@ RiskFigures ComputeRisk(const PeriodSeries& daily, const IndexReturns& index, do
 ResultSet RiskTable(const std::vector<RiskRow>& rows) {
   ResultSet table;
   const int code = table.AddColumn("code", ColumnType::Text);
-  const int beta = table.AddColumn("beta", ColumnType::Text);
-  const int alpha = table.AddColumn("alpha", ColumnType::Text);
-  const int treynor = table.AddColumn("treynor", ColumnType::Text);
-  const int sharpe = table.AddColumn("sharpe", ColumnType::Text);
+  const int beta = table.AddColumn("beta", ColumnType::Real);
+  const int alpha = table.AddColumn("alpha", ColumnType::Real);
+  const int treynor = table.AddColumn("treynor", ColumnType::Real);
+  const int sharpe = table.AddColumn("sharpe", ColumnType::Real);
   table.Reserve(static_cast<int>(rows.size()));
   for (const RiskRow& security : rows) {
     const int row = table.AppendRow();
     table.SetText(row, code, security.code);
-    table.SetText(row, beta, FormatFixedUtf8(security.figures.beta, kDecimals));
-    table.SetText(row, alpha, FormatFixedUtf8(security.figures.alpha, kDecimals));
-    table.SetText(row, treynor, FormatFixedUtf8(security.figures.treynor, kDecimals));
-    table.SetText(row, sharpe, FormatFixedUtf8(security.figures.sharpe, kDecimals));
+    table.SetReal(row, beta, security.figures.beta);
+    table.SetReal(row, alpha, security.figures.alpha);
+    table.SetReal(row, treynor, security.figures.treynor);
+    table.SetReal(row, sharpe, security.figures.sharpe);
   }
   return table;
 }

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "build_fixture.h"
 
 namespace holdwise {
@@ -191,21 +193,21 @@ TEST_F(Build, WritesTheRiskFiles) {
   options_.ratesFile = files_.Path(QStringLiteral("rates.csv"));  // 0.002 a day
   options_.days = 3;
   ASSERT_EQ(Run().error, "");
-  const auto expectRow = [](const ResultSet& table, int row, const std::vector<std::string>& cells) {
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(table.Utf8At(row, i), cells[static_cast<std::size_t>(i)]) << i;
+  const auto expectRow = [](const ResultSet& table, int row, const char* code, const std::vector<double>& figures) {
+    EXPECT_EQ(table.Utf8At(row, 0), code);
+    for (int i = 0; i < 4; ++i) EXPECT_NEAR(table.RealAt(row, i + 1), figures[static_cast<std::size_t>(i)], 1e-12) << i;
   };
   for (const char* name : {"SH", "HS"}) {
     const ResultSet table = Table(QStringLiteral("QMTL/TZZH/风险计量/%1.dat").arg(QString::fromUtf8(name)));
     ASSERT_EQ(table.RowCount(), 2) << name;
-    expectRow(table, 0, {"000001", "0.000000", "-0.002000", "0.000000", "0.000000"});
-    // 0.028 / sqrt(0.0013) = 0.77658...
-    expectRow(table, 1, {"600519", "1.750000", "0.014000", "0.016000", "0.776580"});
+    expectRow(table, 0, "000001", {0, -0.002, 0, 0});
+    expectRow(table, 1, "600519", {1.75, 0.014, 0.016, 0.028 / std::sqrt(0.0013)});
   }
   // Every return of the Shenzhen index is twice that of the others: half the beta, alpha 0.028 - 0.875 x 0.018.
   const ResultSet shenzhen = Table(QStringLiteral("QMTL/TZZH/风险计量/SZ.dat"));
   ASSERT_EQ(shenzhen.RowCount(), 2);
-  expectRow(shenzhen, 0, {"000001", "0.000000", "-0.002000", "0.000000", "0.000000"});
-  expectRow(shenzhen, 1, {"600519", "0.875000", "0.012250", "0.032000", "0.776580"});
+  expectRow(shenzhen, 0, "000001", {0, -0.002, 0, 0});
+  expectRow(shenzhen, 1, "600519", {0.875, 0.01225, 0.032, 0.028 / std::sqrt(0.0013)});
 }
 
 TEST_F(Build, TakesEstimatesFromAFileAndNamesItsBadRows) {

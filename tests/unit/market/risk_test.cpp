@@ -86,12 +86,9 @@ TEST(RiskFigures, ABarWithoutAPreviousCloseIsNoDayOfTheIndex) {
 }
 
 TEST(RiskFigures, TableHasOneRowASecurity) {
-  // The view shows them as they stand.
-  const ResultSet table = RiskTable({{"000001", {1.5, -0.00049476739, 0.125, 2}}, {"600519", {}}});
+  const ResultSet table = RiskTable({{"000001", {1.5, -0.25, 0.125, 2}}, {"600519", {}}});
   EXPECT_EQ(ResultSetToCsv(table),
-            "code:text,beta:text,alpha:text,treynor:text,sharpe:text\n"
-            "000001,1.500000,-0.000495,0.125000,2.000000\n"
-            "600519,0.000000,0.000000,0.000000,0.000000\n");
+            "code:text,beta:real,alpha:real,treynor:real,sharpe:real\n000001,1.5,-0.25,0.125,2\n600519,0,0,0,0\n");
 }
 
 }  // namespace

@@ -34,7 +34,6 @@ struct RiskRow {
   std::string code;  ///< six digits
   RiskFigures figures;
 };
-/// The figures as texts with six decimals: the terminal shows them as they stand.
 [[nodiscard]] ResultSet RiskTable(const std::vector<RiskRow>& rows);
 
 }  // namespace holdwise
