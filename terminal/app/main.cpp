@@ -82,12 +82,13 @@ void KeepSessionBusFromStarting() {
 
 int RunTerminal(int argc, char** argv, const Options& options) {
   QThread::currentThread();  // the first thread Qt sees becomes its main thread
-  // Qt sets the process's locale with its first application object, and the engine's thread reads it.
-  std::optional<QCoreApplication> localeSetter(std::in_place, argc, argv);
-  localeSetter.reset();
+  TerminalApplication::CatchQtMessages();
+  {
+    // Qt sets the process's locale with its first application object, and the engine's thread reads it.
+    const QCoreApplication localeSetter(argc, argv);
+  }
   // The engine takes its time to open the file; meanwhile the window system and the fonts are set up.
   std::future<std::unique_ptr<ReadAheadUserData>> database = std::async(std::launch::async, OpenDatabase, options);
-  TerminalApplication::CatchQtMessages();
   QApplication::setStyle(new TerminalStyle);  // the application owns it
   // Whether a desktop has a menu bar of its own is asked over a bus, and the answer waited for.
   QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);

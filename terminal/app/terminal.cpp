@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QScreen>
 #include <QSocketNotifier>
 #include <algorithm>
 #include <chrono>
@@ -25,7 +24,6 @@ namespace {
 
 const QString kThemeSetting = QStringLiteral("theme");
 const QString kGeometrySetting = QStringLiteral("geometry");
-constexpr QSize kFrameAround{16, 48};  // what a window manager puts around a window
 constexpr int kNotice = 128;
 constexpr int kProgressMilliseconds = 100;
 constexpr std::chrono::milliseconds kLatestGoOn{500};
@@ -153,9 +151,7 @@ void Terminal::MakeWindow() {
   actions.setTheme = [this](ThemeKind kind) { SetTheme(kind); };
   actions.goTo = [this](const QString& address) { (void)GoTo(address, QString()); };
   window_ = std::make_unique<MainWindow>(theme_, std::move(actions));
-  if (!options_.IsBatch() && !window_->restoreGeometry(settings_.value(kGeometrySetting).toByteArray())) {
-    window_->resize(window_->size().boundedTo(window_->screen()->availableSize() - kFrameAround));
-  }
+  if (!options_.IsBatch()) window_->restoreGeometry(settings_.value(kGeometrySetting).toByteArray());
   window_->ShowThemeKind(theme_.Kind());
   window_->SetDatabase(options_.database);
   window_->SetBusState(false);
