@@ -68,6 +68,22 @@ TEST_F(Trigger, FiguresOlderThanTodayAreCalculatedAgain) {
   EXPECT_EQ(Unfinished(), QStringList{"1"});
 }
 
+TEST_F(Trigger, ADateWithoutARowOfTheIndexBringsTheDialogUpOnce) {
+  host_.dataCenter.currentDateText = QStringLiteral("2024-06-02");  // a Sunday
+  Run("delete from alg_commain where ID = 3");
+  int shown = 0;
+  for (int change = 0; change < 3; ++change) {
+    WhenShown([&] {
+      ++shown;
+      FinishAll();
+    });
+    DownData();
+    EXPECT_EQ(shown, 1) << "change of view " << change;
+    EXPECT_EQ(Unfinished(), QStringList());
+  }
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
 TEST_F(Trigger, AFailureInsideTheDialogIsLogged) {
   WhenShown([&] {
     FinishBase();

@@ -46,6 +46,17 @@ class Figures : public testing::Test {
     for (const char* column : kColumns) figures.push_back(row.RealAt(0, row.Column(column)));
     return figures;
   }
+  /// As the file of the index is taken in: its rows are replaced, here by the same ones.
+  void ReloadIndex() {
+    service().StartTransaction();
+    service().Execute(QStringLiteral("delete from alg_stockstatistic where secucode = 1"));
+    AddIndexDays({0.01, -0.01, 0.03});
+    service().Commit();
+  }
+  std::int64_t UnfinishedOn(const char* date) {
+    service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('%1')").arg(QLatin1String(date)));
+    return service().Count(QStringLiteral("select Count(ID) from alg_commain where isFinished = 0"));
+  }
   static void ExpectFigures(const std::vector<double>& found, const std::vector<double>& expected) {
     for (std::size_t i = 0; i < expected.size(); ++i) {
       EXPECT_NEAR(found[i], expected[i], std::abs(expected[i]) * 1e-9 + 1e-18) << kColumns[i];
@@ -154,6 +165,53 @@ TEST_F(Figures, FiguresOlderThanTodayAreUnfinished) {
                  Error)
         << bad;
   }
+}
+
+/// A Sunday, or a day whose bar of the index is missing: the figures end before it after every calculation.
+TEST_F(Figures, ADateWithoutARowOfTheIndexIsAskedForOnce) {
+  AddIndexDays({0.01, -0.01, 0.03});  // up to 2026-01-03
+  AddPortfolio();
+  Run();
+  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
+  ReloadIndex();
+  Run();
+  EXPECT_EQ(UnfinishedOn("2026-01-04"), 0);
+  // What is new is unfinished by itself, and finishing it is final too.
+  service().Execute(InsertPortfolio(2, QStringLiteral("乙")));
+  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
+  service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,2)"));
+  EXPECT_EQ(UnfinishedOn("2026-01-04"), 0);
+  EXPECT_EQ(UnfinishedOn("2026-01-05"), 2);
+}
+
+TEST_F(Figures, ADateIsAskedForAgainUntilTheIndexIsLoaded) {
+  AddIndexDays({0.01, -0.01, 0.03});
+  AddPortfolio();
+  Run();
+  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
+  Run();  // the file of the index could not be had
+  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
+  ReloadIndex();
+  Run();
+  EXPECT_EQ(UnfinishedOn("2026-01-04"), 0);
+}
+
+TEST_F(Figures, AskingThatWasRolledBackIsAskedForAgain) {
+  AddIndexDays({0.01, -0.01, 0.03});
+  AddPortfolio();
+  Run();
+  service().StartTransaction();
+  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
+  service().RollBack();
+  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
+}
+
+TEST_F(Figures, WithoutAnyIndexADateIsAskedForOnce) {
+  AddPortfolio();
+  Run();
+  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
+  Run();
+  EXPECT_EQ(UnfinishedOn("2026-01-04"), 0);
 }
 
 TEST_F(Figures, FinishedWithoutFiguresIsUnfinishedAgain) {
