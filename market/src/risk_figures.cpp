@@ -2,7 +2,15 @@
 
 #include <cmath>
 
+#include "holdwise/packet/number_text.h"
+
 namespace holdwise {
+namespace {
+
+/// What lies behind is rounding of the arithmetic, and the terminal shows the figures as they stand.
+constexpr int kDigits = 12;
+
+}  // namespace
 
 IndexReturns ReturnsOf(const PeriodSeries& daily) {
   IndexReturns index;
@@ -61,10 +69,10 @@ ResultSet RiskTable(const std::vector<RiskRow>& rows) {
   for (const RiskRow& security : rows) {
     const int row = table.AppendRow();
     table.SetText(row, code, security.code);
-    table.SetReal(row, beta, security.figures.beta);
-    table.SetReal(row, alpha, security.figures.alpha);
-    table.SetReal(row, treynor, security.figures.treynor);
-    table.SetReal(row, sharpe, security.figures.sharpe);
+    table.SetReal(row, beta, RoundToDigits(security.figures.beta, kDigits));
+    table.SetReal(row, alpha, RoundToDigits(security.figures.alpha, kDigits));
+    table.SetReal(row, treynor, RoundToDigits(security.figures.treynor, kDigits));
+    table.SetReal(row, sharpe, RoundToDigits(security.figures.sharpe, kDigits));
   }
   return table;
 }

@@ -189,6 +189,17 @@ std::string ShortestUtf8(double value) {
   return {buffer.data(), WriteShortest(buffer.data(), value)};
 }
 
+double RoundToDigits(double value, int digits) noexcept {
+  if (!std::isfinite(value)) return value;
+  std::array<char, kShortestBuffer> text;
+  const char* end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::scientific,
+                                  std::clamp(digits, 1, std::numeric_limits<double>::max_digits10) - 1)
+                        .ptr;
+  double rounded = value;  // kept where the rounded text is beyond the largest double
+  std::from_chars(text.data(), end, rounded);
+  return rounded;
+}
+
 QString SixDigits(std::int64_t value) {
   const auto magnitude = value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
   const QString digits = QString::number(magnitude).rightJustified(6, QLatin1Char('0'));

@@ -186,6 +186,8 @@ def check_files(binaries, data, market, with_estimates, checker):
             want = market.security(row["code"], index)
             for name, key in (("beta", "BETA"), ("alpha", "ALPHA"), ("treynor", "TREYNOR"), ("sharpe", "SHARP")):
                 checker.near(f"{index} {row['code']} {name}", row[name], want[key])
+                # They are shown as they stand, so without what only the arithmetic has left behind the twelfth digit.
+                checker.same(f"{index} {row['code']} {name} digits", float(row[name]), float(f"{float(row[name]):.12g}"))
         tables[index] = {r["code"]: r for r in rows}
     for code, days in market.stocks.items():
         average, deviation = market.deviation(code)

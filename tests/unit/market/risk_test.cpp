@@ -86,9 +86,11 @@ TEST(RiskFigures, ABarWithoutAPreviousCloseIsNoDayOfTheIndex) {
 }
 
 TEST(RiskFigures, TableHasOneRowASecurity) {
-  const ResultSet table = RiskTable({{"000001", {1.5, -0.25, 0.125, 2}}, {"600519", {}}});
+  // The view shows them as they stand: without the digits that only the arithmetic has left.
+  const ResultSet table = RiskTable({{"000001", {1.5, -0.25, 0.01400000000000001, 2.0 / 3}}, {"600519", {}}});
   EXPECT_EQ(ResultSetToCsv(table),
-            "code:text,beta:real,alpha:real,treynor:real,sharpe:real\n000001,1.5,-0.25,0.125,2\n600519,0,0,0,0\n");
+            "code:text,beta:real,alpha:real,treynor:real,sharpe:real\n000001,1.5,-0.25,0.014,0.666666666667\n"
+            "600519,0,0,0,0\n");
 }
 
 }  // namespace

@@ -154,6 +154,37 @@ TEST(ShortestText, NotFiniteIsRefused) {
   }
 }
 
+TEST(RoundToDigits, LeavesNoMoreDigitsThanAsked) {
+  EXPECT_EQ(RoundToDigits(0.01400000000000001, 12), 0.014);
+  EXPECT_EQ(RoundToDigits(-0.00049476739123456, 12), -0.000494767391235);  // ...391 234 56
+  EXPECT_EQ(RoundToDigits(1.9999999999999, 12), 2.0);
+  EXPECT_EQ(RoundToDigits(123456, 3), 123000.0);
+  EXPECT_EQ(RoundToDigits(0.1 + 0.2, 17), 0.1 + 0.2);
+  EXPECT_EQ(RoundToDigits(0, 12), 0.0);
+  constexpr double kLargest = std::numeric_limits<double>::max();
+  EXPECT_EQ(RoundToDigits(kLargest, 2), kLargest);  // 1.8e308 is no double
+  EXPECT_EQ(RoundToDigits(-std::numeric_limits<double>::infinity(), 12), -std::numeric_limits<double>::infinity());
+  EXPECT_TRUE(std::isnan(RoundToDigits(std::nan(""), 12)));
+}
+
+TEST(RoundToDigits, StaysWithinHalfAUnitOfTheLastDigit) {
+  std::mt19937_64 random(12);
+  std::uniform_real_distribution<double> magnitude(-12, 12);
+  std::uniform_real_distribution<double> mantissa(-10, 10);
+  for (int i = 0; i < 20000; ++i) {
+    const double value = mantissa(random) * std::pow(10.0, magnitude(random));
+    const double rounded = RoundToDigits(value, 12);
+    EXPECT_LE(std::abs(rounded - value), std::abs(value) * 5.001e-12);
+    EXPECT_EQ(RoundToDigits(rounded, 12), rounded);
+    std::string digits = ShortestUtf8(rounded);
+    digits.resize(std::min(digits.find('e'), digits.size()));
+    std::erase_if(digits, [](char c) { return c < '0' || c > '9'; });
+    digits.erase(0, digits.find_first_not_of('0'));
+    while (digits.ends_with('0')) digits.pop_back();
+    EXPECT_LE(digits.size(), 12U) << ShortestUtf8(value);
+  }
+}
+
 TEST(ParseReal, AcceptsDecimalNumbersOnly) {
   const std::pair<const char*, double> good[] = {
       {"0", 0},

@@ -34,6 +34,7 @@ struct RiskRow {
   std::string code;  ///< six digits
   RiskFigures figures;
 };
+/// The figures with twelve significant digits: the terminal shows them as they stand.
 [[nodiscard]] ResultSet RiskTable(const std::vector<RiskRow>& rows);
 
 }  // namespace holdwise

@@ -29,6 +29,9 @@ namespace holdwise {
 /// exponent notation outside. Not finite: throws Error(Refused).
 [[nodiscard]] QString ShortestText(double value);
 [[nodiscard]] std::string ShortestUtf8(double value);
+/// The double nearest to the value written with so many significant digits (1 to 17): its shortest text has no more.
+/// Not finite: unchanged.
+[[nodiscard]] double RoundToDigits(double value, int digits) noexcept;
 /// "%.6D": at least six digits, zero-padded.
 [[nodiscard]] QString SixDigits(std::int64_t value);
 
