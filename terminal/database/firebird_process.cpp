@@ -1,9 +1,13 @@
+#include <fcntl.h>
 #include <firebird/Interface.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <atomic>
 #include <mutex>
 
@@ -33,6 +37,18 @@ void MakePrivateFolder(const QString& folder) {
   }
 }
 
+/// Every process that dies with the engine running leaves an empty file of a name that is never used again. The
+/// engine holds a lock on its trace file while it runs: nobody's are those that stand while that lock is to be had.
+void RemoveLeftTraces(const QString& folder) {
+  const QByteArray path = QFile::encodeName(folder + QStringLiteral("/fb12_trace"));
+  const int descriptor = ::open(path.constData(), O_RDWR | O_CLOEXEC);
+  if (descriptor < 0) return;
+  const auto release = qScopeGuard([descriptor] { ::close(descriptor); });
+  if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) return;
+  QDir traces(folder, QStringLiteral("fb_trace_*"), QDir::NoSort, QDir::Files | QDir::NoSymLinks);
+  for (const QString& name : traces.entryList()) traces.remove(name);
+}
+
 std::once_flag prepared;
 
 }  // namespace
@@ -41,6 +57,7 @@ void PrepareFirebirdProcess(const QString& privateFolder) {
   std::call_once(prepared, [&] {
     const QString folder = QDir(privateFolder).absolutePath();
     MakePrivateFolder(folder);
+    RemoveLeftTraces(folder);
     qputenv("FIREBIRD_LOCK", QFile::encodeName(folder));
     qunsetenv("ISC_USER");
     qunsetenv("ISC_PASSWORD");

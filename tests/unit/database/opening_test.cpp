@@ -30,12 +30,12 @@ int ExitCodeFor(ErrorCategory category) {
   return 10 + static_cast<int>(category);
 }
 
-/// Another process on the same file, with lock files of its own.
+/// Another process on the file, with lock files of its own unless a folder for them is given.
 class Child {
  public:
-  Child(const QString& mode, const QString& file) {
+  Child(const QString& mode, const QString& file, const QString& locks = {}) {
     process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process_.start(ChildProgram(), {mode, file, locks_.path()});
+    process_.start(ChildProgram(), {mode, file, locks.isEmpty() ? locks_.path() : locks});
   }
   ~Child() { End(); }
   Child(const Child&) = delete;
@@ -341,6 +341,27 @@ TEST(Opening, NotClosedButWholeOpensAgain) {
   EXPECT_EQ(db.Open().Count(kCountPortfolios), 0);
   db.Close();
   EXPECT_FALSE(QFileInfo::exists(firebird::MarkerOf(db.File())));
+}
+
+TEST(Opening, FilesOfDeadProcessesAreClearedAwayAndThoseOfLiveOnesKept) {
+  const QTemporaryDir locks;
+  const auto traces = [&locks] { return QDir(locks.path()).entryList({QStringLiteral("fb_trace_*")}, QDir::Files); };
+  TempDatabase db(false);
+  TempDatabase other(false);
+  ASSERT_EQ(Child(QStringLiteral("left"), db.File(), locks.path()).End(), 0);
+  const QStringList left = traces();
+  ASSERT_EQ(left.size(), 1);
+  Child live(QStringLiteral("hold"), db.File(), locks.path());
+  live.WaitUntilReady();
+  const QStringList held = traces();
+  ASSERT_EQ(held.size(), 1);
+  EXPECT_NE(held, left);
+  Child next(QStringLiteral("hold"), other.File(), locks.path());
+  next.WaitUntilReady();
+  EXPECT_TRUE(traces().contains(held.first()));
+  EXPECT_EQ(next.End(), 0);
+  EXPECT_EQ(live.End(), 0);
+  EXPECT_EQ(traces(), QStringList());
 }
 
 TEST(Schema, NewerOneIsRefusedAndKept) {
