@@ -1,14 +1,17 @@
-// One base-data file through the dialog's receive routine beside a hand-written prepared loop, the decoding alone, the
-// whole dialog over a local folder, and the stress test. The database is a real embedded one.
+// One base-data file through the dialog's receive routine beside a hand-written prepared loop, and a thousand files
+// beside it; the decoding alone; the portfolio procedure; the whole dialog over a local folder; and the stress test.
+// The database is a real embedded one.
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <map>
 
+#include "calc/unfinished_work.h"
 #include "calc/untcalc2.h"
 #include "common/all_stock_data.h"
 #include "common/expect_value.h"
@@ -129,6 +132,47 @@ void Receive(benchmark::State& state) {
   if (!module.host.debug.Lines().empty()) state.SkipWithError("the file was refused");
 }
 
+constexpr int kMany = 1000;
+
+/// A file each of as many securities, into a database that has none of them.
+void ReceiveMany(benchmark::State& state) {
+  Module module(kMany / bench::kHoldingsEach, kMany);
+  const QByteArray file = EncodePacket(BaseDataRows());
+  TfrmCalc2 dialog;
+  dialog.show();
+  QCoreApplication::processEvents();
+  bench::Measure(
+      state, kMany * bench::kRows,
+      [&] {
+        for (int index = 0; index < kMany; ++index) {
+          dialog.BasicDataRecv(kStockFolder + SixDigits(600000 + index) + QStringLiteral(".dat"), 0, file, 1);
+        }
+      },
+      [] {});
+  const qint64 stored = module.database.Service().Count(QStringLiteral("select count(*) from alg_stockstatistic"));
+  if (!module.host.debug.Lines().empty() || stored != kMany * bench::kRows) state.SkipWithError("a file was refused");
+}
+
+/// The portfolio procedure for every one of that many portfolios of ten holdings each, over 250 days.
+void Figures(benchmark::State& state) {
+  const int portfolios = static_cast<int>(state.range(0));
+  const int securities = std::min(portfolios * bench::kHoldingsEach, 500);
+  Module module(portfolios, securities);
+  module.Run(QStringLiteral("execute block as declare i int = 0; declare d int; begin while (i <= %1) do begin d = 1; "
+                            "while (d <= 250) do begin insert into alg_stockstatistic values (iif(:i = 0, 1, 1599999 + "
+                            ":i), 10, 0, :d, rand() * 0.04 - 0.02, 0, 20250000 + :d, 10, 0, 0, 20250001, 20250250); "
+                            "d = d + 1; end i = i + 1; end end")
+                 .arg(securities));
+  const QStringList ids = calc::ReadUnfinishedPortfolios(Database());
+  for ([[maybe_unused]] auto turn : state) {
+    for (const QString& id : ids) calc::CalculatePortfolio(Database(), id);
+  }
+  if (Database().Count(QStringLiteral("select count(*) from alg_commain where ISFINISHED = 1 and BETA <> 0")) !=
+      portfolios) {
+    state.SkipWithError("portfolios are missing");
+  }
+}
+
 void Prepared(benchmark::State& state) {
   bench::PreparedLoop loop;
   bench::Measure(
@@ -244,16 +288,23 @@ class RatioReporter final : public benchmark::ConsoleReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
-      if (run.run_type == Run::RT_Iteration) times_[run.run_name.function_name].push_back(run.GetAdjustedRealTime());
+      if (run.run_type != Run::RT_Iteration) continue;
+      times_[run.run_name.function_name + run.run_name.args].push_back(run.GetAdjustedRealTime());
     }
   }
   void Finalize() override {
-    if (!times_.contains("receive")) return;
-    std::printf("\n%-28s %6.2f   (goal: at least 0.6)\n", "receive / prepared", Median("prepared") / Median("receive"));
-    std::printf("%-28s %6.3f   (goal: at most 0.05)\n", "decode / receive", Median("decode") / Median("receive"));
+    Compare("receive / prepared", Median("prepared") / Median("receive"), "at least 0.6");
+    Compare("decode / receive", Median("decode") / Median("receive"), "at most 0.05");
+    Compare("1,000 files / 1,000 x one", Median("receive many") / (kMany * Median("receive")), "at most 1.2");
+    Compare("figures of a portfolio, ms", Median("figures1"), "at most 5");
+    Compare("1,000 figures / 1,000 x one", Median("figures1000") / (kMany * Median("figures1")), "at most 1.2");
   }
 
  private:
+  /// Nothing when one of the two was not measured.
+  static void Compare(const char* what, double figure, const char* goal) {
+    if (std::isfinite(figure) && figure > 0) std::printf("%-28s %6.3f   (goal: %s)\n", what, figure, goal);
+  }
   double Median(const std::string& name) {
     auto& times = times_[name];
     std::sort(times.begin(), times.end());
@@ -275,6 +326,16 @@ int main(int argc, char** argv) {
         std::pair{"decode", &holdwise::Decode}}) {
     benchmark::RegisterBenchmark(name, function)->UseManualTime()->Repetitions(kRounds)->Unit(benchmark::kMillisecond);
   }
+  benchmark::RegisterBenchmark("receive many", &holdwise::ReceiveMany)
+      ->UseManualTime()
+      ->Iterations(1)
+      ->Repetitions(3)
+      ->Unit(benchmark::kMillisecond);
+  benchmark::RegisterBenchmark("figures", &holdwise::Figures)
+      ->Arg(1)
+      ->Arg(holdwise::kMany)
+      ->Repetitions(3)
+      ->Unit(benchmark::kMillisecond);
   benchmark::RegisterBenchmark("dialog", &holdwise::WholeDialog)
       ->Args({100, 500})
       ->Iterations(2)

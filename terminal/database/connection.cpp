@@ -3,6 +3,8 @@
 #include <QFile>
 #include <limits>
 
+#include "database/equal_statements.h"
+
 namespace holdwise::firebird {
 
 Connection::Connection(Handle<Firebird::IAttachment> attachment, Place place)
@@ -41,7 +43,7 @@ PreparedStatement* Connection::PrepareShape(Transaction& transaction, std::strin
   if (PreparedStatement* known = cache_.Find(shape)) return known;
   if (cache_.IsUnbindable(shape)) return nullptr;
   try {
-    auto statement = std::make_unique<PreparedStatement>(status_, *attachment_, transaction, shape);
+    auto statement = std::make_unique<PreparedStatement>(status_, *attachment_, transaction, EqualStatement(shape));
     if (statement->ParameterCount() != shape_.Literals().size()) {
       throw Error(ErrorCategory::Refused, "语句里有没有值的参数");
     }
