@@ -20,6 +20,25 @@ target_compile_options(holdwise_options INTERFACE
   -Wimplicit-fallthrough -Werror)
 target_compile_definitions(holdwise_options INTERFACE QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 
+# What every test runs in, also one that is a script: the sanitizers of a sanitizer build report to the programs it starts.
+set(HOLDWISE_TEST_ENVIRONMENT
+  QT_QPA_PLATFORM=offscreen
+  LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/leaks.supp:print_suppressions=0
+  TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/threads.supp:detect_deadlocks=0:die_after_fork=0:history_size=7
+  UBSAN_OPTIONS=print_stacktrace=1)
+
+# A sanitizer's programs are several times slower.
+set(HOLDWISE_TIMEOUT_FACTOR 1)
+if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+  set(HOLDWISE_TIMEOUT_FACTOR 5)
+endif()
+
+# How many seconds each of the tests named after it may take.
+function(holdwise_test_timeout seconds)
+  math(EXPR timeout "${seconds} * ${HOLDWISE_TIMEOUT_FACTOR}")
+  set_tests_properties(${ARGN} PROPERTIES TIMEOUT ${timeout})
+endfunction()
+
 # A program of the tests: one executable, one ctest entry. Arguments: SOURCES, LIBS, LABELS, TIMEOUT (s).
 function(holdwise_test name)
   cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
@@ -30,6 +49,7 @@ function(holdwise_test name)
     set(ARG_TIMEOUT 120)
   endif()
   add_test(NAME ${name} COMMAND ${name})
-  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOLDWISE_MARKET_DATA=${HOLDWISE_MARKET_DATA};HOLDWISE_BIN=${CMAKE_BINARY_DIR}/bin;HOLDWISE_SOURCE=${CMAKE_SOURCE_DIR};LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/leaks.supp:print_suppressions=0;TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/threads.supp:detect_deadlocks=0:die_after_fork=0")
+  holdwise_test_timeout(${ARG_TIMEOUT} ${name})
+  set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABELS}"
+    ENVIRONMENT "${HOLDWISE_TEST_ENVIRONMENT};HOLDWISE_MARKET_DATA=${HOLDWISE_MARKET_DATA};HOLDWISE_BIN=${CMAKE_BINARY_DIR}/bin;HOLDWISE_SOURCE=${CMAKE_SOURCE_DIR}")
 endfunction()

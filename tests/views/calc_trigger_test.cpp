@@ -152,7 +152,7 @@ TEST_F(MainFrame, AViewWithSavedPortfoliosBringsTheDialogUp) {
   const auto nodes = frame.dxTL().findItems(QStringLiteral("组合表现"), Qt::MatchRecursive | Qt::MatchExactly, 1);
   ASSERT_EQ(nodes.size(), 1);
   frame.dxTL().setCurrentItem(nodes.first());
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !timer_.isActive() && !frmCalc2; }, 5000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !timer_.isActive() && !frmCalc2; }, 30000));
   EXPECT_FALSE(settled);
   EXPECT_EQ(Unfinished(), QStringList());
 }

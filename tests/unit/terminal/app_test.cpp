@@ -324,7 +324,7 @@ TEST(ViewExporterTest, VisitsEveryViewAndPortfolio) {
   QStringList done;
   exporter.OnDone = [&done](const QString& problem) { done.append("done" + problem); };
   exporter.Start(folder.filePath("deep/out"));
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 5000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
   EXPECT_EQ(done, QStringList{"done"});
   const QDir out(folder.filePath("deep/out"));
   EXPECT_EQ(out.entryList(QDir::Files, QDir::Name),
@@ -344,7 +344,7 @@ TEST(ViewExporterTest, NamesAViewThatCannotBeShown) {
   QString done;
   exporter.OnDone = [&done](const QString& problem) { done = "done" + problem; };
   exporter.Start(folder.path());
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 5000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
   EXPECT_TRUE(done.contains("two"));
 }
 
@@ -376,7 +376,7 @@ TEST(ViewExporterTest, SaysWhenTheFiguresAreNotTheLatest) {
   QStringList done;
   exporter.OnDone = [&done](const QString& problem) { done.append(problem); };
   exporter.Start(folder.path());
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 5000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
   EXPECT_EQ(done, QStringList{"old"});
   EXPECT_TRUE(QFile::exists(folder.filePath("2-g_1-12.csv"))) << "everything is written all the same";
 }
@@ -393,7 +393,7 @@ TEST(WorkAreaTest, ShowsOneFrameAndFillsItself) {
   QWidget second;
   area->ShowFrame(&first);
   EXPECT_EQ(first.size(), QSize(400, 300));
-  ASSERT_TRUE(QTest::qWaitFor([&] { return painted == 1; }, 2000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return painted == 1; }, 30000));
   area->resize(500, 350);
   QCoreApplication::processEvents();
   EXPECT_EQ(first.size(), QSize(500, 350));

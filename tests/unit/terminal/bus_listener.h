@@ -59,8 +59,8 @@ struct Listener {
       heard += reply.timedOut ? QStringLiteral("timed out") : Prices(reply.message);
     };
   }
-  bool Hears(int count, int milliseconds = 3000) const {
-    return QTest::qWaitFor([&] { return heard.size() >= count; }, milliseconds);
+  bool Hears(int count) const {
+    return QTest::qWaitFor([&] { return heard.size() >= count; }, 30000);
   }
   std::unique_ptr<DataDownRole> role;
   QStringList heard;

@@ -195,7 +195,7 @@ TEST(DataDownRoleTest, MayBeDestroyedInsideItsEvents) {
   };
   listener.role->Send(QStringLiteral("0|01600000"));
   listener.role->Send(QStringLiteral("0|02000001"));
-  ASSERT_TRUE(QTest::qWaitFor([&] { return calls > 0; }, 3000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return calls > 0; }, 30000));
   SilentBus silent;
   Listener other(silent, 30);
   other.role->OnEndOfData = [&](const TDReply& reply) {

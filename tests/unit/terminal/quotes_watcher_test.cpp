@@ -21,7 +21,7 @@ class QuotesWatcherTest : public MarketDataTest {
     spy_ = std::make_unique<QSignalSpy>(watcher_.get(), &QuotesWatcher::Reloaded);
   }
   bool SeesPrice(double price) {
-    return QTest::qWaitFor([&] { return data_.StockNowData(1600000).currentPrice == price; }, 3000);
+    return QTest::qWaitFor([&] { return data_.StockNowData(1600000).currentPrice == price; }, 30000);
   }
   std::unique_ptr<QuotesWatcher> watcher_;
   std::unique_ptr<QSignalSpy> spy_;
@@ -50,12 +50,12 @@ TEST_F(QuotesWatcherTest, SurvivesRemoval) {
 
 TEST_F(QuotesWatcherTest, MalformedReplacementIsLoggedAndIgnored) {
   folder_.WriteQuotes({Row("1600000,9.05,8.2"), Row("1600036,-1,8.2")});
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !log_.Lines().empty(); }, 3000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !log_.Lines().empty(); }, 30000));
   EXPECT_TRUE(log_.Lines()[0].contains(QStringLiteral("quotes.dat"))) << log_.Lines()[0].toStdString();
   EXPECT_EQ(data_.StockNowData(1600000).currentPrice, 8.15);
   EXPECT_EQ(spy_->count(), 0);
   folder_.WriteBytes(QStringLiteral("quotes.dat"), "rubbish");
-  ASSERT_TRUE(QTest::qWaitFor([&] { return log_.Lines().size() >= 2; }, 3000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return log_.Lines().size() >= 2; }, 30000));
   EXPECT_EQ(data_.StockNowData(1600000).currentPrice, 8.15);
   folder_.WriteQuotes({Row("1600000,9.06,8.2")});
   EXPECT_TRUE(SeesPrice(9.06));
@@ -64,7 +64,7 @@ TEST_F(QuotesWatcherTest, MalformedReplacementIsLoggedAndIgnored) {
 TEST_F(QuotesWatcherTest, QuotesOfAnotherDateWaitForARestart) {
   folder_.WriteMarket(20240530, false);
   folder_.WriteQuotes({Row("1600000,9.07,8.2")});
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !log_.Lines().empty(); }, 3000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !log_.Lines().empty(); }, 30000));
   EXPECT_TRUE(log_.Lines()[0].contains(QStringLiteral("20240530"))) << log_.Lines()[0].toStdString();
   EXPECT_EQ(data_.StockNowData(1600000).currentPrice, 8.15);
 }
@@ -89,7 +89,7 @@ TEST_F(MarketDataTest, FollowsAFolderThatIsReplacedAsAWhole) {
     ASSERT_TRUE(QDir().rename(base.filePath(QStringLiteral("new")), place));
     ASSERT_TRUE(QDir(base.filePath(QStringLiteral("old"))).removeRecursively());
     const double expected = QString::fromLatin1(price).toDouble();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return data_.StockNowData(1600000).currentPrice == expected; }, 3000)) << price;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return data_.StockNowData(1600000).currentPrice == expected; }, 30000)) << price;
   }
 }
 
