@@ -2,6 +2,7 @@
 
 #include <QDate>
 #include <QUtf8StringView>
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -66,6 +67,34 @@ std::string WithOtherLiterals(std::string sql, const StatementShape& shape, std:
   return sql;
 }
 
+bool IsSame(const Literal& left, const Literal& right) {
+  return left.text == right.text && left.quoted == right.quoted && left.doubledQuotes == right.doubledQuotes &&
+         left.stored == right.stored;
+}
+
+/// Whatever takes a literal's place, `used` reads the statement as a shape does that has read nothing before.
+void CheckReplacements(StatementShape& used, const std::string& sql) {
+  static constexpr std::array<std::string_view, 12> kValues = {"5",   "-.5e3", "'a''b'", "'",  "1x", "",
+                                                               "- 1", "--1",   "q'[x]'", "5.", "''", "1/*"};
+  constexpr std::size_t kMostLiterals = 4;
+  StatementShape original;
+  original.Read(sql);
+  for (std::size_t i = 0; i < std::min(original.Literals().size(), kMostLiterals); ++i) {
+    const Place place = PlaceOf(original.Literals()[i], sql);
+    for (const std::string_view value : kValues) {
+      used.Read(sql);
+      const std::string other = std::string(sql).replace(place.begin, place.size, value);
+      used.Read(other);
+      StatementShape fresh;
+      fresh.Read(other);
+      Require(used.Text() == fresh.Text() && used.Kind() == fresh.Kind() &&
+                  std::equal(used.Literals().begin(), used.Literals().end(), fresh.Literals().begin(),
+                             fresh.Literals().end(), IsSame),
+              "a statement is read alike after another");
+    }
+  }
+}
+
 }  // namespace
 
 void StatementShapes(std::string_view sql) {
@@ -89,6 +118,7 @@ void StatementShapes(std::string_view sql) {
   Require(otherShape.Text() == shape.Text() && otherShape.Kind() == shape.Kind() &&
               otherShape.Literals().size() == shape.Literals().size(),
           "statements that differ in their literals have one shape");
+  CheckReplacements(otherShape, std::string(sql));
 
   StatementShape bare;
   bare.Read(shape.Text());

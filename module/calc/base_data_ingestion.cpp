@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <string>
 
 #include "common/statements.h"
 #include "holdwise/packet/number_text.h"
@@ -10,8 +11,8 @@ namespace holdwise::calc {
 namespace {
 
 const std::array<QString, 3> kIndexCodes = {QStringLiteral("1"), QStringLiteral("399001"), QStringLiteral("399300")};
-const QString kEmptyWhole = QStringLiteral("0");
-const QString kEmptyAmount = QStringLiteral("0.00");
+constexpr std::string_view kEmptyWhole = "0";
+constexpr std::string_view kEmptyAmount = "0.00";
 
 /// The fields of a file's rows as texts that may stand in a statement.
 class StatisticRows {
@@ -31,13 +32,13 @@ class StatisticRows {
         startDate_(rows.Column("startdate")),
         endDate_(rows.Column("enddate")) {}
 
-  [[nodiscard]] QString Code(int row) const { return Checked(row, code_); }
+  [[nodiscard]] std::string Code(int row) const { return Checked(row, code_); }
   /// As they stand in the file: for conditions, where no default applies.
-  [[nodiscard]] QString HqType(int row) const { return Checked(row, hqType_); }
-  [[nodiscard]] QString HqDate(int row) const { return Checked(row, hqDate_); }
+  [[nodiscard]] std::string HqType(int row) const { return Checked(row, hqType_); }
+  [[nodiscard]] std::string HqDate(int row) const { return Checked(row, hqDate_); }
   [[nodiscard]] bool IsLastDay(int row) const { return rows_.TextAt(row, isLastDay_) == QLatin1String("1"); }
 
-  [[nodiscard]] sql::StatisticTexts Texts(int row, const QString& code) const {
+  [[nodiscard]] sql::StatisticTexts Texts(int row, const std::string& code) const {
     return {code,
             Defaulted(row, closePrice_, kEmptyAmount),
             Defaulted(row, hqType_, kEmptyWhole),
@@ -53,38 +54,37 @@ class StatisticRows {
   }
 
  private:
-  [[nodiscard]] QString Defaulted(int row, int column, const QString& ifEmpty) const {
-    const QString text = TextOf(row, column);
-    return text.isEmpty() ? ifEmpty : text;
+  [[nodiscard]] std::string Defaulted(int row, int column, std::string_view ifEmpty) const {
+    std::string text = TextOf(row, column);
+    if (text.empty()) text = ifEmpty;
+    return text;
   }
-  [[nodiscard]] QString Checked(int row, int column) const {
-    QString text = TextOf(row, column);
-    if (text.isEmpty()) Refuse(row, column, text);
+  [[nodiscard]] std::string Checked(int row, int column) const {
+    std::string text = TextOf(row, column);
+    if (text.empty()) Refuse(row, column, text);
     return text;
   }
   /// Empty or a plain number.
-  [[nodiscard]] QString TextOf(int row, int column) const {
+  [[nodiscard]] std::string TextOf(int row, int column) const {
     if (rows_.IsNull(row, column)) return {};
     switch (rows_.TypeOf(column)) {
       case ColumnType::Integer:
-        return QString::number(rows_.IntegerAt(row, column));
+        return std::to_string(rows_.IntegerAt(row, column));
       case ColumnType::Real: {
         const double value = rows_.RealAt(row, column);
-        if (!std::isfinite(value)) Refuse(row, column, QStringLiteral("NaN/Inf"));
-        return ShortestText(value);
+        if (!std::isfinite(value)) Refuse(row, column, "NaN/Inf");
+        return ShortestUtf8(value);
       }
       default:
         break;
     }
-    QString text = rows_.TextAt(row, column);
-    if (!text.isEmpty() && !ParseReal(text)) Refuse(row, column, text);
+    std::string text = rows_.Utf8At(row, column);
+    if (!text.empty() && !ParseReal(std::string_view(text))) Refuse(row, column, text);
     return text;
   }
-  [[noreturn]] void Refuse(int row, int column, const QString& text) const {
-    throw Error(ErrorCategory::Refused, QStringLiteral("第%1行的%2不是数：“%3”")
-                                            .arg(row + 1)
-                                            .arg(QString::fromStdString(rows_.ColumnName(column)), text)
-                                            .toStdString());
+  [[noreturn]] void Refuse(int row, int column, const std::string& text) const {
+    throw Error(ErrorCategory::Refused,
+                "第" + std::to_string(row + 1) + "行的" + rows_.ColumnName(column) + "不是数：“" + text + "”");
   }
 
   const ResultSet& rows_;
@@ -119,19 +119,21 @@ void AddRows(DatabaseStatements& database, const ResultSet& rows, const BaseData
              const QString& fileCode) {
   if (rows.IsEmpty()) return;
   const StatisticRows fields(rows, family.isIndex);
-  QString lastType;
-  QString lastCode;
+  const auto text = [](const std::string& number) { return QString::fromStdString(number); };
+  std::string code = fileCode.toStdString();
+  std::string lastType;
+  std::string lastCode;
   for (int row = 0; row < rows.RowCount(); ++row) {
-    const QString code = family.isIndex ? fields.Code(row) : fileCode;
+    if (family.isIndex) code = fields.Code(row);
     if (family.isToday && fields.IsLastDay(row)) {
-      MustExecute(database, sql::DeleteStatisticsBefore(fields.HqDate(row), code));
+      MustExecute(database, sql::DeleteStatisticsBefore(text(fields.HqDate(row)), text(code)));
     }
     const sql::StatisticTexts texts = fields.Texts(row, code);
     MustExecute(database, sql::InsertStatistic(texts));
-    const QString type = fields.HqType(row);
+    const std::string type = fields.HqType(row);
     if (type == lastType && code == lastCode) continue;
     // After the insert: a first row dated before the file's own start goes with the old ones.
-    MustExecute(database, sql::DeleteSeriesBefore(texts.startDate, code, type));
+    MustExecute(database, sql::DeleteSeriesBefore(text(texts.startDate), text(code), text(type)));
     lastType = type;
     lastCode = code;
   }

@@ -98,15 +98,18 @@ QString InsertStatistic(const StatisticTexts& row) {
   static const QString kBeginning = QStringLiteral(
       "insert into alg_stockstatistic (secucode,closeprice,hqtype,rowid,ggqjsyl,pjsyl,hqdate,oldcloseprice,sylbzc,"
       "islastday,startdate,enddate) values(");
+  const auto latin1 = [](const std::string& text) {
+    return QLatin1String(text.data(), static_cast<qsizetype>(text.size()));
+  };
   QString statement;
   statement.reserve(kBeginning.size() + 160);
   statement += kBeginning;
-  statement += row.code;
-  for (const QString* value :
+  statement += latin1(row.code);
+  for (const std::string* value :
        {&row.closePrice, &row.hqType, &row.rowId, &row.periodReturn, &row.meanReturn, &row.hqDate, &row.oldClosePrice,
         &row.deviation, &row.isLastDay, &row.startDate, &row.endDate}) {
     statement += QLatin1Char(',');
-    statement += *value;
+    statement += latin1(*value);
   }
   statement += QLatin1Char(')');
   return statement;

@@ -1,6 +1,7 @@
 #pragma once
 #include <QString>
 #include <QStringList>
+#include <string>
 
 #include "common/close_price.h"
 
@@ -83,10 +84,11 @@ inline const QString kCountUnfinishedCodes = QStringLiteral(
 [[nodiscard]] QString FirstCalculation(const QString& today);
 [[nodiscard]] QString CalculatePortfolio(const QString& portfolioId);
 
-/// Base data. All values are texts that were checked to be plain numbers.
+/// Base data. All values are texts that were checked to be plain numbers. Those of a row are not QStrings: a thousand
+/// files have four million, and most of them fit into a std::string without memory of its own.
 struct StatisticTexts {
-  QString code, closePrice, hqType, rowId, periodReturn, meanReturn, hqDate, oldClosePrice, deviation, isLastDay;
-  QString startDate, endDate;
+  std::string code, closePrice, hqType, rowId, periodReturn, meanReturn, hqDate, oldClosePrice, deviation, isLastDay;
+  std::string startDate, endDate;
 };
 [[nodiscard]] QString InsertStatistic(const StatisticTexts& row);
 [[nodiscard]] QString DeleteStatistics(const QString& code);

@@ -354,14 +354,56 @@ bool StatementShape::StandsAlone(std::size_t first, std::size_t index, Clause cl
   return false;
 }
 
+/// Reads a literal of the same form as `literal` into it. The position behind it, or 0 when there is none.
+std::size_t StatementShape::ReadLiteral(std::size_t at, Literal& literal) const {
+  const std::size_t begin = at;
+  std::size_t end = 0;
+  if (at >= sql_.size()) return 0;
+  if (literal.quoted) {
+    literal.doubledQuotes = false;
+    if (sql_[at] == '\'') end = ReadQuoted(at, '\'', literal.doubledQuotes);
+    if (end != 0) literal.text = sql_.substr(begin + 1, end - begin - 2);
+    return end;
+  }
+  if (sql_[at] == '-' || sql_[at] == '+') ++at;
+  // A digit right behind a word would belong to it.
+  const bool isDigit = at < sql_.size() && IsDigit(sql_[at]) && (at > begin || at == 0 || !IsWordPart(sql_[at - 1]));
+  const bool isPoint = at + 1 < sql_.size() && sql_[at] == '.' && IsDigit(sql_[at + 1]);
+  bool plain = false;
+  if (isDigit || isPoint) end = ReadNumber(at, plain);
+  if (!plain) return 0;
+  literal.text = sql_.substr(begin, end - begin);
+  return end;
+}
+
+/// What stands before and behind a literal that was taken out makes it one, whatever its value: the same text around
+/// literals of the same form is the same shape. False leaves the literals as they happen to be.
+bool StatementShape::ReadLikeLast() {
+  std::size_t at = 0;
+  std::size_t behindLast = 0;
+  for (std::size_t i = 0; i < literals_.size(); ++i) {
+    const std::size_t length = places_[i] - behindLast;
+    if (sql_.compare(at, length, text_, behindLast, length) != 0) return false;
+    at = ReadLiteral(at + length, literals_[i]);
+    if (at == 0) return false;
+    behindLast = places_[i] + 1;
+  }
+  return !literals_.empty() && sql_.substr(at) == std::string_view(text_).substr(behindLast);
+}
+
 void StatementShape::Read(std::string_view sql) {
   sql_ = sql;
+  if (!ReadLikeLast()) ReadWhole();
+}
+
+void StatementShape::ReadWhole() {
   literals_.clear();
+  places_.clear();
   text_.clear();
   Split();
   kind_ = KindOfTokens();
   if (kind_ != StatementKind::Select && kind_ != StatementKind::Change) {
-    text_ = sql;
+    text_ = sql_;
     return;
   }
   // An unnamed procedure call without brackets, "execute procedure P 1,2", keeps its literals in the text.
@@ -382,15 +424,16 @@ void StatementShape::Read(std::string_view sql) {
     const std::size_t first = WithSign(i);
     if (!StandsAlone(first, i, clause)) continue;
     const std::size_t begin = tokens_[first].begin;
-    text_.append(sql, copied, begin - copied);
+    text_.append(sql_, copied, begin - copied);
+    places_.push_back(text_.size());
     text_ += '?';
     copied = token.end;
     const bool quoted = token.type == TokenType::Quoted;
-    const std::string_view spelling = sql.substr(begin, token.end - begin);
+    const std::string_view spelling = sql_.substr(begin, token.end - begin);
     literals_.push_back({quoted ? spelling.substr(1, spelling.size() - 2) : spelling, quoted, token.doubledQuotes,
                          clause == Clause::StoredValues || clause == Clause::Assignments});
   }
-  text_.append(sql, copied);
+  text_.append(sql_, copied);
 }
 
 }  // namespace holdwise::firebird

@@ -23,7 +23,8 @@ struct Literal {
 
 /// What statements that differ only in their literals have in common: the text with "?" in the place of every literal
 /// that stands alone in a value list, after "=" of an assignment or on the right of a comparison. Literals elsewhere
-/// stay in the text. Reads without building anything but its own reused buffers; not for sharing between threads.
+/// stay in the text. Reads without building anything but its own reused buffers, and quickly when the statement differs
+/// from the one before only in its literals; not for sharing between threads.
 class StatementShape {
  public:
   /// `sql` must outlive the use of Literals().
@@ -47,6 +48,9 @@ class StatementShape {
   enum class Clause : std::uint8_t { Other, SelectList, Assignments, Condition, StoredValues, ComparedValues };
 
   [[nodiscard]] static Word WordOf(std::string_view text);
+  [[nodiscard]] bool ReadLikeLast();
+  [[nodiscard]] std::size_t ReadLiteral(std::size_t at, Literal& literal) const;
+  void ReadWhole();
   void Split();
   std::size_t SkipBlank(std::size_t at) const;
   std::size_t ReadQuoted(std::size_t at, char quote, bool& doubled) const;
@@ -67,6 +71,7 @@ class StatementShape {
   std::vector<Token> tokens_;
   std::vector<Clause> clauses_;
   std::vector<Literal> literals_;
+  std::vector<std::size_t> places_;  ///< of the literals' "?" in text_
   StatementKind kind_ = StatementKind::Plain;
 };
 

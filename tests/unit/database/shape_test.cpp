@@ -122,6 +122,48 @@ TEST(StatementShape, KindFollowsTheFirstWords) {
   EXPECT_EQ(kindOf("create table t (a integer)"), StatementKind::Definition);
 }
 
+struct Reading {
+  std::string text;
+  std::vector<std::string> literals;
+  StatementKind kind;
+  bool operator==(const Reading&) const = default;
+};
+
+Reading ReadBy(StatementShape& shape, const std::string& sql) {
+  shape.Read(sql);
+  Reading reading{shape.Text(), {}, shape.Kind()};
+  for (const auto& literal : shape.Literals()) {
+    reading.literals.push_back(std::string(literal.text) + (literal.quoted ? " quoted" : "") +
+                               (literal.doubledQuotes ? " doubled" : "") + (literal.stored ? " stored" : ""));
+  }
+  return reading;
+}
+
+// Statements that begin alike: what takes a literal's place, or stands beside it, is not always one.
+TEST(StatementShape, WhatWasReadBeforeMakesNoDifference) {
+  std::vector<std::string> statements;
+  for (const ShapeCase& shapeCase : kShapeCases) statements.emplace_back(shapeCase.sql);
+  for (const char* value : {"1",   "-2.5e3", ".5",    "+.5e-7", "6.",   "'a'",  "'it''s'", "''",       "'a",   "",
+                            "- 1", "--1",    "1x",    "0x1F",   "1e",   "1e-",  "1 2",     "1.2.3",    "-",    "+",
+                            ".",   "1)",     "(1)",   "q'[a]'", "null", "1--c", "1/*c*/",  "/*c*/ 2",  "-'a'", "'a''",
+                            "1 ",  "x'41'",  "\"1\"", "1'a'",   "'a'1", "?",    "-\n1",    "date '1'", "1;",   "a"}) {
+    const std::string text(value);
+    statements.push_back("insert into t values (" + text + ",7)");
+    statements.push_back("insert into t values (7," + text + ")");
+    statements.push_back("delete from t where a=" + text);
+    statements.push_back("delete from t where a between" + text + "and 7");
+    statements.push_back("delete from t where a between 7 and" + text + " or b = 1");
+  }
+  for (const std::string& before : statements) {
+    for (const std::string& sql : statements) {
+      StatementShape used;
+      used.Read(before);
+      StatementShape fresh;
+      ASSERT_EQ(ReadBy(used, sql), ReadBy(fresh, sql)) << sql << " after " << before;
+    }
+  }
+}
+
 TEST(StatementShape, StoredAndComparedLiteralsAreToldApart) {
   StatementShape shape;
   shape.Read("update t set a = 1 where b = 2");
