@@ -1,7 +1,6 @@
 #pragma once
-#include <QLocalServer>
-#include <QLocalSocket>
-#include <QPointer>
+#include <QObject>
+#include <QSocketNotifier>
 #include <QString>
 #include <functional>
 #include <optional>
@@ -16,22 +15,8 @@ struct HandOverAnswer {
   int exitCode = 0;
 };
 
-/// Address of the socket of a work folder's terminal, reachable whatever the length of the folder's name. Keeps the
-/// folder open as long as it lives.
-class HandOverAddress {
- public:
-  explicit HandOverAddress(const QString& workFolder);
-  ~HandOverAddress();
-  HandOverAddress(const HandOverAddress&) = delete;
-  HandOverAddress& operator=(const HandOverAddress&) = delete;
-  [[nodiscard]] const QString& Name() const { return name_; }
-
- private:
-  int folder_ = -1;
-  QString name_;
-};
-
-/// The running terminal's side: takes one command a connection and answers when it has been carried out.
+/// The running terminal's side: takes one command a connection and answers when it has been carried out. On the
+/// system's own sockets: Qt's network library would cost every start a millisecond for these two lines of text.
 /// User-interface thread.
 class HandOverServer {
  public:
@@ -42,16 +27,23 @@ class HandOverServer {
   /// The caller holds the work folder's lock: what a dead terminal left behind is removed.
   /// Error(Io) when the socket cannot be made.
   explicit HandOverServer(const QString& workFolder);
+  ~HandOverServer();
+  HandOverServer(const HandOverServer&) = delete;
+  HandOverServer& operator=(const HandOverServer&) = delete;
 
  private:
-  void Take(QLocalSocket* socket);
+  class Connection;
+  void TakeConnection();
+  void TakeCommand(const QByteArray& line, Connection& connection);
 
-  HandOverAddress address_;
-  QLocalServer server_;
+  const QString workFolder_;
+  QObject connections_;  ///< owns those that are open
+  int listener_ = -1;
+  std::optional<QSocketNotifier> notifier_;
 };
 
 /// The second start's side: hands the command to the running terminal and waits for the answer, for as long as that
-/// terminal lives. None when nobody answers on the socket (it is starting or ending). Needs a QCoreApplication.
+/// terminal lives. None when nobody answers on the socket (it is starting or ending). Any thread.
 /// @param givenUp asked several times a second; true gives the waiting up
 [[nodiscard]] std::optional<HandOverAnswer> HandOver(const QString& workFolder, const Command& command,
                                                      const std::function<bool()>& givenUp);

@@ -36,10 +36,6 @@ bool HasDisplay() {
 /// Becomes the work folder's terminal or has the running one carry out the command; then its exit code.
 std::optional<int> LockOrHandOver(WorkFolderLock& lock, const Options& options) {
   if (lock.Acquire()) return std::nullopt;
-  int count = 1;
-  char name[] = "holdwise-terminal";
-  char* arguments[] = {name, nullptr};
-  const QCoreApplication application(count, arguments);
   // Nobody answers while the other one starts or ends: either it will answer soon or its lock becomes free.
   for (int attempt = 0; attempt < kRetries && !signal_guard::Requested(); ++attempt) {
     if (const auto answer = HandOver(options.workFolder, options.command, signal_guard::Requested)) {
