@@ -21,6 +21,7 @@ QDate CurrentDate() {
 TNameValueSnapshot WithCloses(const TNameValueSnapshot& before, sql::PeriodType type, const TDayRange& range) {
   const ResultSet rows = Database().Query(sql::HeldCloses(type, range));
   auto closes = std::make_shared<TNameValueList>(*before);
+  closes->Reserve(closes->Count() + rows.RowCount());
   const int codeColumn = rows.Column("SECUCODE");
   const int closeColumn = rows.Column("CLOSEPRICE");
   for (int row = 0; row < rows.RowCount(); ++row) {

@@ -12,15 +12,16 @@ QString Borrowed(QStringView name) {
 
 }  // namespace
 
-void TNameValueList::Set(QStringView name, const QString& value) {
-  const int index = IndexOfName(name);
-  if (index >= 0) {
-    lines_[static_cast<std::size_t>(index)].value = value;
+void TNameValueList::Set(const QString& name, const QString& value) {
+  const int count = Count();
+  int& position = positions_[name];
+  // One look-up does for both cases: a name that was missing has just been given a place.
+  if (positions_.size() == count) {
+    lines_[static_cast<std::size_t>(position)].value = value;
     return;
   }
-  const QString owned = name.toString();
-  positions_.insert(owned, Count());
-  lines_.push_back({owned, value});
+  position = count;
+  lines_.push_back({name, value});
 }
 
 void TNameValueList::SetValueAt(int index, const QString& value) {

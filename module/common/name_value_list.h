@@ -13,7 +13,7 @@ namespace holdwise {
 class TNameValueList {
  public:
   /// Replaces the value of an existing name in its place, or appends a line.
-  void Set(QStringView name, const QString& value);
+  void Set(const QString& name, const QString& value);
   void SetValueAt(int index, const QString& value);
   /// Empty when the name is absent.
   [[nodiscard]] QString ValueOf(QStringView name) const;
