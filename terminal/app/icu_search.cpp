@@ -39,6 +39,6 @@ bool IsOtherIcu(const char* name) {
 extern "C" __attribute__((visibility("default"))) void* dlopen(const char* name, int mode) noexcept {
   using Dlopen = void* (*)(const char*, int);
   static const auto next = reinterpret_cast<Dlopen>(dlsym(RTLD_NEXT, "dlopen"));
-  // A path without a library sets the error text that callers ask for.
-  return next(IsOtherIcu(name) ? "/libicuuc.so" : name, mode);
+  // Without a mode the library refuses before it looks for anything, and sets the error text that callers ask for.
+  return next(name, IsOtherIcu(name) ? 0 : mode);
 }
