@@ -3,7 +3,6 @@
 #include <QFontDatabase>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <utility>
 
 #include "common/grid/cell_geometry.h"
 #include "common/grid/string_grid.h"
@@ -108,8 +107,6 @@ void HeaderStrip::ApplyTheme() {
 void HeaderStrip::FitColumns() {
   // Strip and grid get their places one after the other; until then there is nothing to fit the titles to.
   if (!testAttribute(Qt::WA_Resized) || !grid_.testAttribute(Qt::WA_Resized)) return;
-  const QSize widths(width(), grid_.ClientWidth());
-  if (std::exchange(fittedWidths_, widths) == widths) return;
   grid_.SetColWidths(widths_(grid_.ClientWidth()));
   FollowColumns();
 }

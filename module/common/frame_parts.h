@@ -2,7 +2,6 @@
 #include <QColor>
 #include <QFont>
 #include <QLabel>
-#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <vector>
@@ -70,7 +69,6 @@ class HeaderStrip : public PictureStrip {
 
   TStringGrid& grid_;
   std::vector<int> (*widths_)(int clientWidth);
-  QSize fittedWidths_;  ///< of the strip and of the grid's client area
   std::vector<QLabel*> labels_;
 };
 

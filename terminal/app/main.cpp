@@ -8,6 +8,7 @@
 #include <future>
 #include <optional>
 
+#include "app/background_thread.h"
 #include "app/command_line.h"
 #include "app/hand_over.h"
 #include "app/message_boxes.h"
@@ -53,6 +54,7 @@ std::optional<int> LockOrHandOver(WorkFolderLock& lock, const Options& options) 
 /// A terminal that has just ended may leave the file locked for a moment (the lock lives on in a child process that it
 /// had started and that has not yet let go), so "busy" is believed only after a while.
 std::unique_ptr<ReadAheadUserData> OpenDatabase(const Options& options) {
+  StepBehindTheWindow();
   const DatabaseTarget target = DatabaseTarget::FromText(options.database);
   // Others may write to a server's database.
   const QString reads = target.IsServer() ? QString() : options.workFolder + QStringLiteral("/first_reads.txt");

@@ -9,6 +9,7 @@
 #include <exception>
 #include <utility>
 
+#include "app/background_thread.h"
 #include "app/dialogs.h"
 #include "app/host_pages.h"
 #include "app/import_report.h"
@@ -171,7 +172,10 @@ void Terminal::MakeWindow() {
 void Terminal::StartLoadingMarket() {
   market_ = std::make_unique<MarketData>(clock_, log_, localDatabase_);
   // Nobody else knows the market before OpenMarket has waited for this.
-  marketLoading_ = std::async(std::launch::async, [this] { market_->Load(options_.dataFolder); });
+  marketLoading_ = std::async(std::launch::async, [this] {
+    StepBehindTheWindow();
+    market_->Load(options_.dataFolder);
+  });
 }
 
 void Terminal::PrepareWindow() {

@@ -8,13 +8,9 @@
 #include "common/host_access.h"
 #include "common/statements.h"
 #include "common/untcommon.h"
+#include "views/zhbx/delete_picture.h"
 #include "views/zhbx/performance_layout.h"
 #include "views/zhbx/performance_rows.h"
-
-// Outside every namespace, as the resource compiler names its functions.
-static void InitPictures() {
-  Q_INIT_RESOURCE(zhbx);
-}
 
 namespace holdwise {
 namespace {
@@ -40,10 +36,9 @@ TFrm_ZHBX::TFrm_ZHBX(QWidget* parent)
                                     {performance::kBuyPrice, performance::kWeekClose, performance::kMonthClose},
                                     &performance::HoldingWidths},
                        .caption = HoldingsCaption()},
-                      parent) {
-  InitPictures();
-  img_DeleteOff_.load(QStringLiteral(":/holdwise/zhbx/delete_off.png"), "PNG");
-  img_deleteOn_.load(QStringLiteral(":/holdwise/zhbx/delete_on.png"), "PNG");
+                      parent),
+      img_DeleteOff_(performance::DeletePicture(true)),
+      img_deleteOn_(performance::DeletePicture(false)) {
   strngrd->setFixedHeight(TStringGrid::kDefaultRowHeight * kRowsShown + kFrameOfRows);
   RzPanel1->layout()->setAlignment(strngrd, Qt::AlignTop);
   StringGrid1->SetColumnAlignment(performance::kIndustry, Qt::AlignLeft);

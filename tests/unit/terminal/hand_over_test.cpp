@@ -1,3 +1,5 @@
+#include "app/hand_over.h"
+
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -11,7 +13,6 @@
 #include <cstring>
 #include <future>
 
-#include "app/hand_over.h"
 #include "holdwise/packet/error.h"
 
 namespace holdwise {
