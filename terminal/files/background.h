@@ -1,10 +1,13 @@
 #pragma once
-#include <QFutureWatcher>
-#include <QPromise>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QObject>
 #include <QRunnable>
 #include <QThreadPool>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <utility>
 
 #ifdef __SANITIZE_THREAD__
@@ -33,27 +36,52 @@ class PoolWork final : public QRunnable {
   std::function<void()> work_;
 };
 
-/// Runs `work` on a thread of the pool and `done` with its result on the calling thread's event loop. Destroying the
-/// returned watcher first means that `done` is never called; the work itself runs on. `work` does not throw.
+/// Runs `work` on a thread of the pool and `done` with its result on the event loop of the thread that made the object.
+/// Destroying the object first means that `done` is never called; the work itself runs on. `work` does not throw;
+/// `done` may destroy the object. Not a QFuture: its shared state is given back under a count that no check of threads
+/// sees.
 template <typename Result>
-[[nodiscard]] std::unique_ptr<QFutureWatcher<Result>> RunInBackground(QThreadPool& pool, std::function<Result()> work,
-                                                                      std::function<void(Result)> done) {
-  auto promise = std::make_shared<QPromise<Result>>();
-  auto watcher = std::make_unique<QFutureWatcher<Result>>();
-  QObject::connect(watcher.get(), &QFutureWatcherBase::finished, watcher.get(),
-                   [raw = watcher.get(), done = std::move(done)] {
-                     // `done` may destroy the watcher and with it this closure.
-                     const auto call = done;
-                     call(raw->result());
-                   });
-  watcher->setFuture(promise->future());
-  promise->start();
-  // The pool deletes it.
-  pool.start(new PoolWork([promise, work = std::move(work)] {
-    promise->addResult(work());
-    promise->finish();
-  }));
-  return watcher;
-}
+class BackgroundWork final : public QObject {
+ public:
+  BackgroundWork(QThreadPool& pool, std::function<Result()> work, std::function<void(Result)> done)
+      : shared_(std::make_shared<Shared>()), done_(std::move(done)) {
+    shared_->receiver = this;
+    // The pool deletes it.
+    pool.start(new PoolWork([shared = shared_, work = std::move(work)] {
+      Result result = work();
+      const std::lock_guard lock(shared->mutex);
+      if (!shared->receiver) return;
+      shared->result = std::move(result);
+      QCoreApplication::postEvent(shared->receiver, new QEvent(QEvent::User));
+    }));
+  }
+  ~BackgroundWork() override {
+    const std::lock_guard lock(shared_->mutex);
+    shared_->receiver = nullptr;
+  }
+  BackgroundWork(const BackgroundWork&) = delete;
+  BackgroundWork& operator=(const BackgroundWork&) = delete;
+
+  bool event(QEvent* event) override {
+    if (event->type() != QEvent::User) return QObject::event(event);
+    const auto done = std::move(done_);
+    done(Take());
+    return true;
+  }
+
+ private:
+  struct Shared {
+    std::mutex mutex;
+    QObject* receiver = nullptr;
+    std::optional<Result> result;
+  };
+  [[nodiscard]] Result Take() {
+    const std::lock_guard lock(shared_->mutex);
+    return std::move(*shared_->result);
+  }
+
+  std::shared_ptr<Shared> shared_;
+  std::function<void(Result)> done_;
+};
 
 }  // namespace holdwise

@@ -59,7 +59,7 @@ class DownFileRole::Worker final : public QObject {
       return;
     }
     timeOut_.stop();  // the transfer is done; what remains is the local disk
-    store_ = RunInBackground<int>(
+    store_ = std::make_unique<BackgroundWork<int>>(
         *QThreadPool::globalInstance(),
         [folder = workFolder_, path = path_, content = result.content] { return StoreWorkFile(folder, path, content); },
         [this](int code) { Finish(code, {}); });
@@ -109,7 +109,7 @@ class DownFileRole::Worker final : public QObject {
   bool isStream_ = false;
   bool showsWaiting_ = false;
   std::unique_ptr<Fetch> fetch_;
-  std::unique_ptr<QFutureWatcher<int>> store_;
+  std::unique_ptr<BackgroundWork<int>> store_;
   QTimer timeOut_;
   QTimer waitHint_;
 };

@@ -30,10 +30,11 @@ FetchResult ReadInside(const QString& folder, const QString& path, qint64 maxByt
 
 class LocalFetch final : public Fetch {
  public:
-  explicit LocalFetch(std::unique_ptr<QFutureWatcher<FetchResult>> watcher) : watcher_(std::move(watcher)) {}
+  LocalFetch(QThreadPool& pool, std::function<FetchResult()> read, std::function<void(FetchResult)> done)
+      : work_(pool, std::move(read), std::move(done)) {}
 
  private:
-  std::unique_ptr<QFutureWatcher<FetchResult>> watcher_;
+  BackgroundWork<FetchResult> work_;
 };
 
 }  // namespace
@@ -49,9 +50,8 @@ LocalFolderSource::~LocalFolderSource() {
 
 std::unique_ptr<Fetch> LocalFolderSource::Start(const QString& path, bool /*mayCompress*/,
                                                 std::function<void(FetchResult)> done) {
-  return std::make_unique<LocalFetch>(RunInBackground<FetchResult>(
-      *pool_, [folder = folder_, path, limit = maxBytes_] { return ReadInside(folder, path, limit); },
-      std::move(done)));
+  return std::make_unique<LocalFetch>(
+      *pool_, [folder = folder_, path, limit = maxBytes_] { return ReadInside(folder, path, limit); }, std::move(done));
 }
 
 }  // namespace holdwise
