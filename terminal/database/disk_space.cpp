@@ -18,7 +18,7 @@ namespace {
   throw Error(ErrorCategory::Io,
               QStringLiteral("磁盘空间不足：文件夹 %1 所在的磁盘至少需要 %2 MB 可用空间，请清理磁盘后再试")
                   .arg(folder)
-                  .arg((needed + (1 << 20) - 1) >> 20)
+                  .arg((needed - 1) / (1 << 20) + 1)
                   .toStdString());
 }
 
