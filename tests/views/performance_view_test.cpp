@@ -168,6 +168,23 @@ TEST_F(PerformanceView, AQuoteInANameBreaksItsStatement) {
   EXPECT_TRUE(bench.host.debug.Lines().back().startsWith(QStringLiteral("Holdwise.bpl->Zhbx->strngrd 发生错误!")));
 }
 
+TEST_F(PerformanceView, ClosesComeWithTheFirstPricesWhoseFiguresNeedThem) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 1, 9}});
+  bench.AddClose(1600000, 1, 20240524, 9.5);
+  Open();
+  EXPECT_EQ(holdings->Cells(kBuyPrice, 0), QStringLiteral("9"));
+  EXPECT_EQ(holdings->Cells(kWeekClose, 0), QString());
+  // What is stored until then is what counts.
+  bench.AddClose(1600000, 2, 20240430, 9.0);
+  bench.DeliverPrices({{QStringLiteral("600000"), {1000, 2}}});
+  Refresh();
+  EXPECT_EQ(holdings->Cells(kWeekClose, 0), QStringLiteral("9.5"));
+  EXPECT_EQ(holdings->Cells(kMonthClose, 0), QStringLiteral("9"));
+  // (10 - 9.5) x 100, (10 - 9) x 100
+  EXPECT_EQ(holdings->Cells(kWeekContribution, 0), QStringLiteral("50.00"));
+  EXPECT_EQ(holdings->Cells(kMonthContribution, 0), QStringLiteral("100.00"));
+}
+
 TEST_F(PerformanceView, ClosesAreReadAgainAfterARecalculation) {
   OpenWithTwo();
   bench.AddClose(1000001, 1, 20240524, 11.0);

@@ -11,13 +11,15 @@
 namespace holdwise::performance {
 namespace {
 
-void ShowCloses(const QString& code, int row, TStringGrid& grid) {
+void ShowCloses(const QStringList& codes, TStringGrid& grid) {
   const TNameValueSnapshot week = g_ClosePrice->GetWeekCloseStringList();
-  const bool known = week->Has(code);
-  // The month list is not asked whether it knows the code.
-  const QString month = g_ClosePrice->GetMonthCloseStringList()->ValueOf(code);
-  grid.SetCells(kWeekClose, row, known ? week->ValueOf(code) : QStringLiteral("0"));
-  grid.SetCells(kMonthClose, row, known ? month : QStringLiteral("0"));
+  const TNameValueSnapshot month = g_ClosePrice->GetMonthCloseStringList();
+  for (int row = 0; row < codes.size(); ++row) {
+    const bool known = week->Has(codes[row]);
+    grid.SetCells(kWeekClose, row, known ? week->ValueOf(codes[row]) : QStringLiteral("0"));
+    // The month list is not asked whether it knows the code.
+    grid.SetCells(kMonthClose, row, known ? month->ValueOf(codes[row]) : QStringLiteral("0"));
+  }
 }
 
 }  // namespace
@@ -35,7 +37,7 @@ void ShowPortfolios(const ResultSet& portfolios, TStringGrid& grid) {
   }
 }
 
-void ShowHoldings(const ResultSet& holdings, TStringGrid& grid) {
+QStringList ShowHoldings(const ResultSet& holdings, TStringGrid& grid) {
   const int code = holdings.Column("SecuCode");
   const int quantity = holdings.Column("PZSL");
   const int weight = holdings.Column("PZBL");
@@ -43,6 +45,7 @@ void ShowHoldings(const ResultSet& holdings, TStringGrid& grid) {
   const GridBatch batch(grid);
   grid.SetRowCount(holdings.RowCount());
   if (holdings.IsEmpty()) ClearStrnGrd(grid);
+  QStringList codes;
   for (int row = 0; row < holdings.RowCount(); ++row) {
     const auto number = IntegerOr(holdings.TextAt(row, code));
     const QString codeText = SixDigits(number);
@@ -52,16 +55,21 @@ void ShowHoldings(const ResultSet& holdings, TStringGrid& grid) {
     grid.SetCells(kQuantity, row, holdings.TextAt(row, quantity));
     grid.SetCells(kWeight, row, WeightText(NumberAt(holdings, row, weight)));
     grid.SetCells(kBuyPrice, row, holdings.TextAt(row, buyPrice));
-    ShowCloses(codeText, row, grid);
+    grid.SetCells(kWeekClose, row, QString());
+    grid.SetCells(kMonthClose, row, QString());
+    codes.append(codeText);
   }
+  return codes;
 }
 
-void RefreshHoldings(TStringGrid& grid) {
+void RefreshHoldings(TStringGrid& grid, QStringList& closesDue) {
   const TNameValueSnapshot prices = g_NowPrice->GetNowPriceStringList();
   if (prices->Count() == 0)
     return;  // before the first prices every row is skipped; spare the first picture the queries
   const TNameValueSnapshot previousCloses = g_UserValue->GetUserPrvCloseValues();
   const GridBatch batch(grid);
+  if (!closesDue.isEmpty()) ShowCloses(closesDue, grid);
+  closesDue.clear();
   for (int row = 0; row < grid.RowCount(); ++row) {
     const QString& code = grid.Cells(kCode, row);
     HoldingInput input;

@@ -1,4 +1,6 @@
 #pragma once
+#include <QStringList>
+
 #include "common/grid/string_grid.h"
 #include "holdwise/packet/result_set.h"
 
@@ -8,11 +10,14 @@ namespace holdwise::performance {
 
 /// One row a portfolio; name, date and key only, the live columns come with RefreshPortfolios.
 void ShowPortfolios(const ResultSet& portfolios, TStringGrid& grid);
-/// One row a holding, without the live columns. No holdings: the grid is emptied.
-void ShowHoldings(const ResultSet& holdings, TStringGrid& grid);
+/// One row a holding, without the live columns and the hidden closes that these need: no picture before the first
+/// prices has to wait for them. No holdings: the grid is emptied.
+/// @return the codes of the rows, which RefreshHoldings wants for the closes
+[[nodiscard]] QStringList ShowHoldings(const ResultSet& holdings, TStringGrid& grid);
 
-/// Live columns. A row without a price (value) keeps what it shows.
-void RefreshHoldings(TStringGrid& grid);
+/// Live columns. A row without a price (value) keeps what it shows. Nothing happens before the first prices.
+/// @param closesDue codes of the rows whose closes are still to be shown; emptied when that is done
+void RefreshHoldings(TStringGrid& grid, QStringList& closesDue);
 void RefreshPortfolios(TStringGrid& grid);
 
 }  // namespace holdwise::performance

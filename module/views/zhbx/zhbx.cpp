@@ -62,7 +62,7 @@ void TFrm_ZHBX::DoInit_() {
 
 void TFrm_ZHBX::ReflashNowPrice() {
   if (StringGrid1->IsEmpty() || strngrd->IsEmpty()) return;
-  performance::RefreshHoldings(*StringGrid1);
+  performance::RefreshHoldings(*StringGrid1, closesDue_);
   performance::RefreshPortfolios(*strngrd);
 }
 
@@ -75,7 +75,7 @@ void TFrm_ZHBX::ShowHoldings(int row) {
   RzPanel3->SetCaption(name + QStringLiteral("-") + HoldingsCaption());
   const auto id = Database().Count(sql::PortfolioByName(name));
   if (id <= -1) return;
-  performance::ShowHoldings(Database().Query(sql::HoldingsOf(QString::number(id))), *StringGrid1);
+  closesDue_ = performance::ShowHoldings(Database().Query(sql::HoldingsOf(QString::number(id))), *StringGrid1);
   SendFrameMessage(*this, FrameMessage::ReflashNowPrice);
 }
 

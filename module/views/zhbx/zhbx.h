@@ -31,6 +31,7 @@ class TFrm_ZHBX : public TPortfolioFrame {
 
   QPixmap img_DeleteOff_;
   QPixmap img_deleteOn_;
+  QStringList closesDue_;  ///< codes of the holdings shown, until their closes are read
   int pressedRow_ = -1;
   bool isOverDelete_ = false;
   bool isBusy_ = false;
