@@ -150,7 +150,8 @@ void ReceiveMany(benchmark::State& state) {
       },
       [] {});
   const qint64 stored = module.database.Service().Count(QStringLiteral("select count(*) from alg_stockstatistic"));
-  if (!module.host.debug.Lines().empty() || stored != kMany * bench::kRows) state.SkipWithError("a file was refused");
+  if (!module.host.debug.Lines().empty() || stored != std::int64_t{kMany} * bench::kRows)
+    state.SkipWithError("a file was refused");
 }
 
 /// The portfolio procedure for every one of that many portfolios of ten holdings each, over 250 days.
