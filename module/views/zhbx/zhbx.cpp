@@ -5,10 +5,10 @@
 #include <QScopeGuard>
 
 #include "common/grid/cell_geometry.h"
+#include "common/grid/delete_picture.h"
 #include "common/host_access.h"
 #include "common/statements.h"
 #include "common/untcommon.h"
-#include "views/zhbx/delete_picture.h"
 #include "views/zhbx/performance_layout.h"
 #include "views/zhbx/performance_rows.h"
 
@@ -37,8 +37,8 @@ TFrm_ZHBX::TFrm_ZHBX(QWidget* parent)
                                     &performance::HoldingWidths},
                        .caption = HoldingsCaption()},
                       parent),
-      img_DeleteOff_(performance::DeletePicture(true)),
-      img_deleteOn_(performance::DeletePicture(false)) {
+      img_DeleteOff_(DeletePicture(true)),
+      img_deleteOn_(DeletePicture(false)) {
   strngrd->setFixedHeight(TStringGrid::kDefaultRowHeight * kRowsShown + kFrameOfRows);
   RzPanel1->layout()->setAlignment(strngrd, Qt::AlignTop);
   StringGrid1->SetColumnAlignment(performance::kIndustry, Qt::AlignLeft);

@@ -1,10 +1,10 @@
-#include "views/zhbx/delete_picture.h"
+#include "common/grid/delete_picture.h"
 
 #include <QLineF>
 #include <QPainter>
 #include <QPainterPath>
 
-namespace holdwise::performance {
+namespace holdwise {
 namespace {
 
 constexpr int kSize = 20;
@@ -48,4 +48,4 @@ QPixmap DeletePicture(bool isPressed) {
   return picture;
 }
 
-}  // namespace holdwise::performance
+}  // namespace holdwise
