@@ -53,7 +53,7 @@ class EqualStatements : public CommonTest {
     EXPECT_NE(firebird::EqualStatement(shape.Text()), shape.Text()) << "has no equal";
     // The comment is part of the shape, so this one is prepared as it stands.
     const ResultSet asWritten = Database().Query(QStringLiteral("/**/") + statement);
-    const ResultSet rows = Database().Query(statement);
+    ResultSet rows = Database().Query(statement);
     EXPECT_TRUE(rows == asWritten) << text;
     return rows;
   }
