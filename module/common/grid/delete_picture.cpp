@@ -3,6 +3,7 @@
 #include <QLineF>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPolygonF>
 
 namespace holdwise {
 namespace {
@@ -13,20 +14,10 @@ constexpr qreal kStroke = 1.5;
 constexpr QColor kNormal(222, 92, 84);
 constexpr QColor kPressed(176, 60, 54);
 
-QPainterPath Bin() {
-  QPainterPath bin(QPointF(4.75, 7));
-  bin.lineTo(5.5, 17);
-  bin.lineTo(14.5, 17);
-  bin.lineTo(15.25, 7);
-  return bin;
-}
-
-QPainterPath Handle() {
-  QPainterPath handle(QPointF(7.5, 4.5));
-  handle.lineTo(7.5, 2.5);
-  handle.lineTo(12.5, 2.5);
-  handle.lineTo(12.5, 4.5);
-  return handle;
+QPainterPath Through(const QPolygonF& points) {
+  QPainterPath path;
+  path.addPolygon(points);
+  return path;
 }
 
 }  // namespace
@@ -39,9 +30,9 @@ QPixmap DeletePicture(bool isPressed) {
   const QColor color = isPressed ? kPressed : kNormal;
   painter.setPen(QPen(color, kStroke, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.drawLine(QLineF(3, 5, 17, 5));
-  painter.drawPath(Handle());
+  painter.drawPath(Through({{{7.5, 4.5}, {7.5, 2.5}, {12.5, 2.5}, {12.5, 4.5}}}));
   if (isPressed) painter.setBrush(color);
-  painter.drawPath(Bin());
+  painter.drawPath(Through({{{4.75, 7}, {5.5, 17}, {14.5, 17}, {15.25, 7}}}));
   // The ribs are cut out of the filled bin.
   if (isPressed) painter.setCompositionMode(QPainter::CompositionMode_Clear);
   for (const qreal x : {8.25, 11.75}) painter.drawLine(QLineF(x, 9.5, x, 14));
