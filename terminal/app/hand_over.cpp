@@ -25,6 +25,7 @@ constexpr qsizetype kLongestCommand = 1 << 16;
 constexpr int kAskMilliseconds = 100;
 constexpr int kWaitingConnections = 16;
 constexpr std::size_t kChunk = 1 << 12;
+constexpr const char* kSocketName = "/terminal.socket";
 
 QByteArray ToLine(const HandOverAnswer& answer) {
   return QJsonDocument(QJsonObject{{QStringLiteral("text"), answer.text}, {QStringLiteral("exit"), answer.exitCode}})
@@ -45,7 +46,7 @@ int AtAddress(const QString& workFolder, int socket, const Use& use) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
   // A socket's name is limited to 107 bytes; the way through the descriptor is always short.
-  const QByteArray name = QByteArrayLiteral("/proc/self/fd/") + QByteArray::number(folder) + "/terminal.socket";
+  const QByteArray name = QByteArrayLiteral("/proc/self/fd/") + QByteArray::number(folder) + kSocketName;
   std::memcpy(address.sun_path, name.constData(), static_cast<std::size_t>(name.size()) + 1);
   const int result = use(socket, reinterpret_cast<const sockaddr*>(&address), socklen_t{sizeof address});
   const int reason = errno;
@@ -158,7 +159,7 @@ class HandOverServer::Connection final : public QObject {
 
 HandOverServer::HandOverServer(const QString& workFolder)
     : workFolder_(workFolder), listener_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {
-  QFile::remove(workFolder_ + QStringLiteral("/terminal.socket"));
+  QFile::remove(workFolder_ + QLatin1String(kSocketName));
   if (listener_ < 0 || AtAddress(workFolder_, listener_, bind) != 0 || listen(listener_, kWaitingConnections) != 0) {
     const QString reason = QString::fromStdString(SystemReason(errno));
     if (listener_ >= 0) close(listener_);
@@ -172,7 +173,7 @@ HandOverServer::HandOverServer(const QString& workFolder)
 HandOverServer::~HandOverServer() {
   notifier_.reset();
   close(listener_);
-  QFile::remove(workFolder_ + QStringLiteral("/terminal.socket"));
+  QFile::remove(workFolder_ + QLatin1String(kSocketName));
 }
 
 void HandOverServer::TakeConnection() {
