@@ -1,11 +1,26 @@
 #include "database/connection.h"
 
 #include <QFile>
-#include <limits>
 
 #include "database/equal_statements.h"
 
 namespace holdwise::firebird {
+
+namespace {
+
+/// Stands where something may be changed, also by what then fails.
+class ChangeNote {
+ public:
+  explicit ChangeNote(KeptAnswers& kept) : kept_(kept) {}
+  ~ChangeNote() { kept_.Clear(); }
+  ChangeNote(const ChangeNote&) = delete;
+  ChangeNote& operator=(const ChangeNote&) = delete;
+
+ private:
+  KeptAnswers& kept_;
+};
+
+}  // namespace
 
 Connection::Connection(Handle<Firebird::IAttachment> attachment, Place place)
     : attachment_(std::move(attachment)), place_(std::move(place)) {}
@@ -74,11 +89,20 @@ Connection::Ready Connection::Prepare(Transaction& transaction, std::string_view
 
 ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
   const std::scoped_lock lock(mutex_);
-  ReadShape(sql);
-  if (own != nullptr || shape_.Kind() == StatementKind::Select) {
-    Transaction& transaction = own != nullptr ? *own : Reading();
-    return Prepare(transaction, text_).statement->Read(transaction, maxRows);
+  // A server has other writers, of whom nothing is heard here.
+  const bool mayKeep = own == nullptr && maxRows == kAllRows && place_.IsEmbedded();
+  if (mayKeep) {
+    if (std::optional<ResultSet> rows = kept_.Find(sql)) return *std::move(rows);
   }
+  ReadShape(sql);
+  if (shape_.Kind() == StatementKind::Select) {
+    Transaction& transaction = own != nullptr ? *own : Reading();
+    ResultSet rows = Prepare(transaction, text_).statement->Read(transaction, maxRows);
+    if (mayKeep) kept_.Add(sql, rows);
+    return rows;
+  }
+  const ChangeNote note(kept_);
+  if (own != nullptr) return Prepare(*own, text_).statement->Read(*own, maxRows);
   const std::unique_ptr<Transaction> transaction = StartChange();
   ResultSet rows = Prepare(*transaction, text_).statement->Read(*transaction, maxRows);
   transaction->Commit();
@@ -87,6 +111,7 @@ ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
 
 void Connection::Execute(Transaction* own, const QString& sql) {
   const std::scoped_lock lock(mutex_);
+  const ChangeNote note(kept_);
   ReadShape(sql);
   if (shape_.Kind() == StatementKind::Definition) {
     // The engine does not change what a prepared statement still uses.
@@ -109,6 +134,7 @@ std::unique_ptr<Transaction> Connection::Start() {
 
 void Connection::Commit(std::unique_ptr<Transaction> transaction) {
   const std::scoped_lock lock(mutex_);
+  const ChangeNote note(kept_);
   const std::unique_ptr<Transaction> ending = std::move(transaction);  // rolled back under the lock when this fails
   ending->Commit();
 }

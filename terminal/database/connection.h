@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <limits>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -8,6 +9,7 @@
 
 #include "database/disk_space.h"
 #include "database/firebird_client.h"
+#include "database/kept_answers.h"
 #include "database/statement_cache.h"
 #include "holdwise/packet/result_set.h"
 
@@ -29,6 +31,7 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
+  static constexpr int kAllRows = std::numeric_limits<int>::max();
   /// `own` is the caller's open transaction, or null: then the statement is its own transaction.
   [[nodiscard]] ResultSet Query(Transaction* own, const QString& sql, int maxRows);
   void Execute(Transaction* own, const QString& sql);
@@ -54,6 +57,7 @@ class Connection {
   const Place place_;
   std::unique_ptr<Transaction> reading_;
   StatementCache cache_;
+  KeptAnswers kept_;
   std::string text_;
   StatementShape shape_;
 };

@@ -6,7 +6,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <limits>
 #include <utility>
 
 #include "database/connection.h"
@@ -43,7 +42,7 @@ class Session final : public UserDataSession {
   Session& operator=(const Session&) = delete;
 
   ResultSet Query(const QString& sql) override {
-    return connection_->Query(transaction_.get(), sql, std::numeric_limits<int>::max());
+    return connection_->Query(transaction_.get(), sql, Connection::kAllRows);
   }
   std::int64_t Count(const QString& sql) override {
     const ResultSet rows = First(sql);

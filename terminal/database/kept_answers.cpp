@@ -1,0 +1,48 @@
+#include "database/kept_answers.h"
+
+#include <QRegularExpression>
+#include <algorithm>
+#include <cstdint>
+
+namespace holdwise::firebird {
+namespace {
+
+constexpr std::size_t kMostAnswers = 8;
+constexpr std::int64_t kMostCells = 100'000;
+
+/// Without brackets, quotes and "$" there is no function, no word like 'now' and no system table; what is left that
+/// gives another answer on unchanged rows is excluded by name.
+bool DependsOnRowsOnly(const QString& sql) {
+  static const QRegularExpression plain(QStringLiteral("^select[\\w\\s,.*=<>+-]*$"),
+                                        QRegularExpression::CaseInsensitiveOption);
+  static const QRegularExpression moving(QStringLiteral("\\b(current_\\w*|localtime\\w*|next)\\b|--"),
+                                         QRegularExpression::CaseInsensitiveOption);
+  return plain.match(sql).hasMatch() && !moving.match(sql).hasMatch();
+}
+
+}  // namespace
+
+KeptAnswers::Answer* KeptAnswers::Lookup(const QString& sql) {
+  const auto found =
+      std::find_if(answers_.begin(), answers_.end(), [&](const Answer& each) { return each.sql == sql; });
+  if (found == answers_.end()) return nullptr;
+  answers_.splice(answers_.begin(), answers_, found);
+  return &answers_.front();
+}
+
+std::optional<ResultSet> KeptAnswers::Find(const QString& sql) {
+  const Answer* answer = Lookup(sql);
+  return answer != nullptr ? answer->rows : std::nullopt;
+}
+
+void KeptAnswers::Add(const QString& sql, const ResultSet& rows) {
+  if (Answer* answer = Lookup(sql)) {
+    if (std::int64_t{rows.RowCount()} * rows.ColumnCount() <= kMostCells) answer->rows = rows;
+    return;
+  }
+  if (!DependsOnRowsOnly(sql)) return;
+  if (answers_.size() == kMostAnswers) answers_.pop_back();
+  answers_.push_front({sql, std::nullopt});
+}
+
+}  // namespace holdwise::firebird
