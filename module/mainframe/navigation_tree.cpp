@@ -115,6 +115,13 @@ void NavigationTree::SetColors(const Colors& colors) {
   viewport()->update();
 }
 
+QItemSelectionModel::SelectionFlags NavigationTree::selectionCommand(const QModelIndex& index,
+                                                                     const QEvent* /*event*/) const {
+  // The focused node is always the selected one; the Ctrl key would take the selection away.
+  if (!index.isValid()) return QItemSelectionModel::NoUpdate;
+  return QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows;
+}
+
 void NavigationTree::drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const {
   if (selectionModel()->isSelected(index)) painter->fillRect(rect, colors_.selectedRow);
   if (!index.parent().isValid()) return;

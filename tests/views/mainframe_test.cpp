@@ -133,6 +133,17 @@ TEST_F(MainFrame, AClickOnTheFocusedNodeChangesNothing) {
   EXPECT_TRUE(spy.messages.empty());
 }
 
+TEST_F(MainFrame, TheCtrlKeyDoesNotTakeTheSelectionAway) {
+  Open();
+  bench.ClickNode(kPerformance);
+  const QPoint at = bench.mainFrame->dxTL().visualItemRect(bench.Node(kPerformance)).center();
+  QTest::mouseClick(bench.mainFrame->dxTL().viewport(), Qt::LeftButton, Qt::ControlModifier, at);
+  EXPECT_TRUE(bench.Node(kPerformance)->isSelected());
+  // Nor does a click below the nodes.
+  QTest::mouseClick(bench.mainFrame->dxTL().viewport(), Qt::LeftButton, {}, {at.x(), 400});
+  EXPECT_TRUE(bench.Node(kPerformance)->isSelected());
+}
+
 TEST_F(MainFrame, EverySelectionLetsTheHostRefreshTheWorkArea) {
   Open();
   const auto before = bench.host.system.refreshed.size();
