@@ -107,6 +107,20 @@ TEST_F(PerformanceView, RowsWithoutAPriceOrValueKeepWhatTheyShow) {
   EXPECT_EQ(portfolios->Cells(kGain, 0), QString());
 }
 
+TEST_F(PerformanceView, ASecurityWithoutAPriceDoesNotInheritTheFiguresOfItsRow) {
+  // The second holding is 000001 in the newer portfolio and 600001, which nobody quotes, in the older one.
+  bench.AddPortfolio(1, QStringLiteral("稳健"), {{1600000, 200, 0.5, 9.5}, {1600001, 100, 0.5, 9}});
+  bench.AddPortfolio(2, QStringLiteral("进取"), ThreeHoldings());
+  Open();
+  bench.DeliverPrices(PricesOfThree());
+  Refresh();
+  ASSERT_EQ(holdings->Cells(kPrice, 1), QStringLiteral("12.00"));
+  Click(*portfolios, kName, 1);
+  EXPECT_EQ(RowOf(*holdings, 1),
+            List({"600001", "已退市", "", "", "", "100", "50.00", "", "", "", "", "", "9", "0", "0"}));
+  EXPECT_EQ(holdings->Cells(kPrice, 0), QStringLiteral("10.00"));
+}
+
 TEST_F(PerformanceView, WithoutAPreviousCloseTheChangeIsZeroButTheDayIsNot) {
   bench.AddPortfolio(1, QStringLiteral("甲"), {{1000002, 300, 1, 5}});
   Open();

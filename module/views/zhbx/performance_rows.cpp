@@ -22,6 +22,16 @@ void ShowCloses(const QStringList& codes, TStringGrid& grid) {
   }
 }
 
+/// The live figures of a row belong to its security: another one must not inherit them.
+void StartRow(TStringGrid& grid, int row, const QString& code) {
+  if (grid.Cells(kCode, row) == code) return;
+  for (const int column :
+       {kPrice, kChange, kDayContribution, kWeekContribution, kMonthContribution, kHoldingGain, kHoldingGainRate}) {
+    grid.SetCells(column, row, QString());
+  }
+  grid.SetCells(kCode, row, code);
+}
+
 }  // namespace
 
 void ShowPortfolios(const ResultSet& portfolios, TStringGrid& grid) {
@@ -49,7 +59,7 @@ QStringList ShowHoldings(const ResultSet& holdings, TStringGrid& grid) {
   for (int row = 0; row < holdings.RowCount(); ++row) {
     const auto number = IntegerOr(holdings.TextAt(row, code));
     const QString codeText = SixDigits(number);
-    grid.SetCells(kCode, row, GetCodeCNum(codeText));
+    StartRow(grid, row, GetCodeCNum(codeText));
     grid.SetCells(kSecurityName, row, NameOrDelisted(codeText));
     grid.SetCells(kIndustry, row, ModuleHost().CodeNums().IndustryOf(static_cast<int>(number)));
     grid.SetCells(kQuantity, row, holdings.TextAt(row, quantity));

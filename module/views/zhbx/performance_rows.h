@@ -11,7 +11,7 @@ namespace holdwise::performance {
 /// One row a portfolio; name, date and key only, the live columns come with RefreshPortfolios.
 void ShowPortfolios(const ResultSet& portfolios, TStringGrid& grid);
 /// One row a holding, without the live columns and the hidden closes that these need: no picture before the first
-/// prices has to wait for them. No holdings: the grid is emptied.
+/// prices has to wait for them. A row that keeps its security keeps its live columns. No holdings: the grid is emptied.
 /// @return the codes of the rows, which RefreshHoldings wants for the closes
 [[nodiscard]] QStringList ShowHoldings(const ResultSet& holdings, TStringGrid& grid);
 
