@@ -57,13 +57,16 @@ void SetTextColor(QWidget& label, const QColor& color) {
 
 namespace {
 
-/// A title too wide for its column gets smaller; one that is still cut off can be read under the mouse.
+/// A title too wide for its column gets smaller; one that is still cut off shows its beginning and can be read under
+/// the mouse.
 void FitTitle(QLabel& label) {
   constexpr int kSmallest = 10;
   int pixels = kDesignFontPixels;
   label.setFont(DesignFont(pixels));
   while (pixels > kSmallest && label.sizeHint().width() > label.width()) label.setFont(DesignFont(--pixels));
-  label.setToolTip(label.sizeHint().width() > label.width() ? label.text() : QString());
+  const bool isCutOff = label.sizeHint().width() > label.width();
+  if (isCutOff) label.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  label.setToolTip(isCutOff ? label.text() : QString());
 }
 
 }  // namespace
@@ -127,6 +130,7 @@ void HeaderStrip::FollowColumns() {
 
 TitleStrip::TitleStrip(const QString& caption, const QFont& font, QPoint place, QWidget* parent)
     : PictureStrip(kHeight, parent), place_(place), caption_(new QLabel(caption, this)) {
+  caption_->setTextFormat(Qt::PlainText);
   caption_->setFont(font);
   PlaceCaption();
 }

@@ -60,6 +60,7 @@ void TPortfolioFrame::ConnectGrids() {
     strngrdSelectCell(row);
     return true;
   };
+  strngrd->OnMouseMove = [this](const QPoint& position) { strngrdMouseMove(position); };
   strngrd->OnClientWidthChanged = [this](int) { FrameResize(); };
   StringGrid1->OnMouseDown = [this](Qt::MouseButton, Qt::KeyboardModifiers, const QPoint& position) {
     links_.MouseDown(position);
@@ -104,8 +105,19 @@ void TPortfolioFrame::strngrdSelectCell(int row) {
   ShowHoldings(row);
 }
 
+void TPortfolioFrame::strngrdMouseMove(const QPoint& position) {
+  const GridCell cell = strngrd->MouseToCell(position);
+  strngrd->ShowHint(cell.IsNone() ? QString() : HintAt(*strngrd, cell, position));
+}
+
 void TPortfolioFrame::StringGrid1MouseMove(const QPoint& position) {
   links_.MouseMove(position);
+  const GridCell cell = StringGrid1->MouseToCell(position);
+  StringGrid1->ShowHint(cell.IsNone() ? QString() : HintAt(*StringGrid1, cell, position));
+}
+
+QString TPortfolioFrame::HintAt(const TStringGrid& grid, const GridCell& cell, const QPoint& /*position*/) const {
+  return grid.ClippedText(cell);
 }
 
 ViewCatalogue::Holdings TPortfolioFrame::HoldingsGrid() const {

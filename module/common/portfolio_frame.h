@@ -39,8 +39,10 @@ class TPortfolioFrame : public TViewFrame {
   virtual void ShowPortfolios(const ResultSet& portfolios) = 0;
   /// Shows caption and holdings of the portfolio in that row; the list is not empty.
   virtual void ShowHoldings(int row) = 0;
-  /// The links of the holdings.
-  virtual void StringGrid1MouseMove(const QPoint& position);
+  /// Hint for the cell under the mouse: the whole of a text that is cut off, empty for none.
+  [[nodiscard]] virtual QString HintAt(const TStringGrid& grid, const GridCell& cell, const QPoint& position) const;
+  /// Pointer feedback of the list.
+  virtual void strngrdMouseMove(const QPoint& position);
 
   /// Shows the portfolio of that row; nothing when it is the current row already. An empty list has no caption.
   void strngrdSelectCell(int row);
@@ -59,6 +61,7 @@ class TPortfolioFrame : public TViewFrame {
   void InitAppear();
   void ConnectGrids();
   void MakeSkin();
+  void StringGrid1MouseMove(const QPoint& position);
 
   QString unit_;
   int keyColumn_;

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QScrollBar>
@@ -307,6 +309,48 @@ TEST_F(Grid, HandCursorAndHintComeAndGo) {
   grid.ShowHint({});
   QTest::qWait(400);
   EXPECT_FALSE(QToolTip::isVisible());
+}
+
+TEST_F(Grid, AHintStaysWhileTheMouseRests) {
+  grid.ShowHint(QStringLiteral("一段说明"));
+  QHelpEvent rest(QEvent::ToolTip, Middle(0, 0), grid.viewport()->mapToGlobal(Middle(0, 0)));
+  QApplication::sendEvent(grid.viewport(), &rest);
+  QTest::qWait(400);  // longer than a tool tip takes to go
+  EXPECT_TRUE(QToolTip::isVisible());
+  EXPECT_EQ(QToolTip::text(), QStringLiteral("一段说明"));
+  grid.ShowHint({});
+}
+
+TEST_F(Grid, AHintIsShownAsItStands) {
+  grid.ShowHint(QStringLiteral("<b>甲</b>"));
+  EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("&lt;b&gt;甲"))) << QToolTip::text().toStdString();
+  grid.ShowHint({});
+}
+
+TEST_F(Grid, TheLastColumnsTextStaysInsideTheEdge) {
+  // 20 of the 120 pixels lie beyond the edge of a grid 200 wide.
+  grid.SetColWidths({100, 120});
+  EXPECT_EQ(grid.ShownPart(grid.CellRect(1, 0)), QRect(100, 0, 100, 26));
+  const int width = grid.fontMetrics().horizontalAdvance(QStringLiteral("r0c1"));
+  EXPECT_EQ(grid.TextBox({1, 0}).left(), 100 + (100 - width) / 2);
+  std::vector<QRect> drawn;
+  grid.OnDrawCell = [&](QPainter&, const GridCellPaint& cell) {
+    if (cell.column == 1 && cell.row == 2) drawn.push_back(cell.rect);
+  };
+  (void)grid.viewport()->grab();
+  EXPECT_EQ(drawn, std::vector<QRect>{QRect(100, 52, 100, 26)});
+}
+
+TEST_F(Grid, ATextThatShowsOnlyAPartOfItIsToldWhole) {
+  const QString longText = QStringLiteral("一个很长很长很长很长很长很长的文字");  // 17 characters of 12 pixels
+  grid.SetCells(1, 1, longText);
+  EXPECT_EQ(grid.ClippedText({1, 1}), longText);
+  EXPECT_EQ(grid.ClippedText({1, 0}), QString());
+  grid.SetColWidths({0, 300});
+  EXPECT_EQ(grid.ClippedText({1, 1}), longText) << "the edge cuts it off as well";
+  grid.resize(300, 200);
+  EXPECT_EQ(grid.ClippedText({1, 1}), QString());
+  EXPECT_EQ(grid.ClippedText({}), QString());
 }
 
 }  // namespace

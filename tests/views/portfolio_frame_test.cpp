@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
+#include <QToolTip>
 
 #include "common/untcommon.h"
 #include "portfolio_view_fixture.h"
@@ -170,6 +171,48 @@ TEST_P(PortfolioFrame, TitlesFollowTheirColumns) {
       }
     }
   }
+}
+
+TEST_P(PortfolioFrame, ATitleThatIsCutOffShowsItsBeginning) {
+  OpenWithTwo();
+  bench.mainFrame->resize(400, 640);
+  QTest::qWait(20);
+  int cutOff = 0;
+  for (const HeaderStrip* strip : frame->findChildren<HeaderStrip*>()) {
+    for (const QLabel* label : strip->Labels()) {
+      const bool isCutOff = label->sizeHint().width() > label->width();
+      cutOff += isCutOff ? 1 : 0;
+      EXPECT_EQ(label->toolTip(), isCutOff ? label->text() : QString());
+      if (!isCutOff) continue;
+      EXPECT_TRUE(label->alignment().testFlag(Qt::AlignLeft)) << label->text().toStdString();
+    }
+  }
+  EXPECT_GT(cutOff, 0);
+}
+
+TEST_P(PortfolioFrame, ATextThatDoesNotFitIsHinted) {
+  AddTwo();
+  bench.AddPortfolio(3, QStringLiteral("一个名字长得列里放不下的投资组合甲乙丙丁戊己庚辛"), {{1600000, 200, 1, 9.5}});
+  Open();
+  holdings->SetCells(kFigure, 0, QStringLiteral("-12345678901234567890123456789012345.00"));
+  const auto moveTo = [](const TStringGrid& grid, int column, int row) {
+    const QRect cell = grid.CellRect(column, row);
+    QTest::mouseMove(grid.viewport(), {cell.left() + 6, cell.center().y()});
+  };
+  moveTo(*portfolios, 0, 0);
+  EXPECT_EQ(QToolTip::text(), portfolios->Cells(0, 0));
+  moveTo(*holdings, kFigure, 0);
+  EXPECT_EQ(QToolTip::text(), holdings->Cells(kFigure, 0));
+  moveTo(*holdings, kCode, 0);
+  QTest::qWait(400);
+  EXPECT_FALSE(QToolTip::isVisible());
+}
+
+TEST_P(PortfolioFrame, ANameIsShownAsItStands) {
+  bench.AddPortfolio(1, QStringLiteral("<b>甲</b>"), {{1600000, 200, 1, 9.5}});
+  Open();
+  const QLabel& caption = frame->findChild<TitleStrip*>()->Caption();
+  EXPECT_EQ(caption.sizeHint().width(), caption.fontMetrics().size(Qt::TextSingleLine, caption.text()).width());
 }
 
 TEST_P(PortfolioFrame, TheListHasItsDesignHeightAndTheHoldingsTakeTheRest) {

@@ -9,6 +9,7 @@
 #include <QScopeGuard>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <QTextDocument>
 #include <QToolTip>
 #include <algorithm>
 #include <utility>
@@ -28,7 +29,8 @@ class GridDelegate : public QStyledItemDelegate {
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     if (grid_.IsEmpty()) return;
-    const GridCellPaint cell{index.column(), index.row(), option.rect, index.row() == grid_.Row()};
+    const QRect rect = grid_.ShownPart(option.rect);
+    const GridCellPaint cell{index.column(), index.row(), rect, index.row() == grid_.Row()};
     painter->save();
     painter->setClipRect(option.rect, Qt::IntersectClip);
     painter->setFont(grid_.font());
@@ -190,8 +192,13 @@ void TStringGrid::UpdateEmptyText() {
   if (wasEmpty != wasEmpty_) viewport()->update();
 }
 
+QRect TStringGrid::ShownPart(QRect cell) const {
+  cell.setRight(std::min(cell.right(), ClientWidth() - 1));
+  return cell;
+}
+
 QRect TStringGrid::TextBox(const GridCell& cell) const {
-  const QRect rect = CellRect(cell.column, cell.row);
+  const QRect rect = ShownPart(CellRect(cell.column, cell.row));
   const QSize size(TextWidth(cell), fontMetrics().height());
   return ColumnAlignment(cell.column) == Qt::AlignLeft ? LeftTextBox(rect, size) : CentredTextBox(rect, size);
 }
@@ -200,13 +207,19 @@ int TStringGrid::TextWidth(const GridCell& cell) const {
   return fontMetrics().horizontalAdvance(Cells(cell.column, cell.row).trimmed());
 }
 
+QString TStringGrid::ClippedText(const GridCell& cell) const {
+  const int width = ShownPart(CellRect(cell.column, cell.row)).width();
+  return IsClipped(TextWidth(cell), width) ? Cells(cell.column, cell.row) : QString();
+}
+
 void TStringGrid::SetHandCursor(bool hand) {
   hand ? viewport()->setCursor(Qt::PointingHandCursor) : viewport()->unsetCursor();
 }
 
 void TStringGrid::ShowHint(const QString& text) {
   if (!text.isEmpty()) {
-    QToolTip::showText(QCursor::pos(), text, viewport());
+    // A tool tip takes what looks like mark-up for it.
+    QToolTip::showText(QCursor::pos(), Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text, viewport());
   } else if (QToolTip::isVisible()) {
     QToolTip::hideText();
   }
@@ -230,6 +243,12 @@ GridText TStringGrid::ToGridText() const {
 
 void TStringGrid::Guarded(const std::function<void()>& body) const {
   GuardEvent(unit_, objectName(), body);
+}
+
+bool TStringGrid::viewportEvent(QEvent* event) {
+  // A mouse that rests asks for the cell's own tool tip, which would take the hint away: there is none.
+  if (event->type() == QEvent::ToolTip) return true;
+  return QTableView::viewportEvent(event);
 }
 
 void TStringGrid::mousePressEvent(QMouseEvent* event) {

@@ -83,12 +83,16 @@ class TStringGrid : public QTableView {
   /// A quiet text in the middle of the grid while it is empty; none when empty.
   void SetEmptyText(const QString& text);
 
+  /// The part of a cell's rectangle in which its text is drawn: the last column may reach beyond the right edge.
+  [[nodiscard]] QRect ShownPart(QRect cell) const;
   /// Box of a cell's trimmed text as drawn, in viewport pixels; not limited to the cell.
   [[nodiscard]] QRect TextBox(const GridCell& cell) const;
   [[nodiscard]] int TextWidth(const GridCell& cell) const;
+  /// The text of a cell that shows only a part of it; empty for any other cell.
+  [[nodiscard]] QString ClippedText(const GridCell& cell) const;
   /// The hand cursor of links; false = the default cursor.
   void SetHandCursor(bool hand);
-  /// Shows a text at the mouse pointer; the empty text takes a shown one away.
+  /// Shows a text as it stands at the mouse pointer, until the mouse moves on; the empty text takes a shown one away.
   void ShowHint(const QString& text);
 
   /// All texts with the titles; no rows while the grid is empty.
@@ -114,6 +118,7 @@ class TStringGrid : public QTableView {
   void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void updateGeometries() override;
+  bool viewportEvent(QEvent* event) override;
 
  private:
   void UpdateEmptyText();

@@ -2,7 +2,6 @@
 
 #include "common/all_stock_data.h"
 #include "common/event_guard.h"
-#include "common/grid/cell_geometry.h"
 #include "common/statements.h"
 #include "common/untcommon.h"
 #include "views/fxjl/risk_layout.h"
@@ -36,14 +35,6 @@ void TFrm_FXJL::ShowPortfolios(const ResultSet& portfolios) {
 void TFrm_FXJL::ShowHoldings(int row) {
   RzPanel3->SetCaption(strngrd->Cells(risk::kName, row));
   risk::ShowSecurities(Database().Query(sql::CodesOf(strngrd->Cells(risk::kId, row))), *StringGrid1);
-}
-
-void TFrm_FXJL::StringGrid1MouseMove(const QPoint& position) {
-  TPortfolioFrame::StringGrid1MouseMove(position);
-  // Alpha and beta have as many digits as their table gives them.
-  const GridCell cell = StringGrid1->MouseToCell(position);
-  const bool isClipped = IsClipped(StringGrid1->TextWidth(cell), StringGrid1->ColWidth(cell.column));
-  StringGrid1->ShowHint(isClipped ? StringGrid1->Cells(cell.column, cell.row) : QString());
 }
 
 }  // namespace holdwise

@@ -17,7 +17,6 @@ class TFrm_FXJL : public TPortfolioFrame {
  protected:
   void ShowPortfolios(const ResultSet& portfolios) override;
   void ShowHoldings(int row) override;
-  void StringGrid1MouseMove(const QPoint& position) override;
 };
 
 }  // namespace holdwise

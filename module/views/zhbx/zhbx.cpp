@@ -49,7 +49,6 @@ void TFrm_ZHBX::ConnectGrids() {
   strngrd->OnMouseDown = [this](Qt::MouseButton button, Qt::KeyboardModifiers, const QPoint& position) {
     strngrdMouseDown(button, position);
   };
-  strngrd->OnMouseMove = [this](const QPoint& position) { strngrdMouseMove(position); };
   strngrd->OnMouseUp = [this](const QPoint& position) { strngrdMouseUp(position); };
   strngrd->OnDrawCell = [this](QPainter& painter, const GridCellPaint& cell) { strngrdDrawCell(painter, cell); };
   StringGrid1->OnSelectCell = [](int column, int) { return column < performance::kBuyPrice; };
@@ -108,23 +107,21 @@ void TFrm_ZHBX::AskAndDelete(const GridCell& cell) {
 }
 
 void TFrm_ZHBX::strngrdMouseMove(const QPoint& position) {
-  strngrd->SetHandCursor(false);
-  isOverDelete_ = false;
   const GridCell cell = strngrd->MouseToCell(position);
-  QString hint;
-  if (!cell.IsNone() && !strngrd->IsEmpty()) {
-    if (cell.column == performance::kName) {
-      // The value column is the measure, not the name's own: intended.
-      const int measure = strngrd->ColWidth(performance::kValue);
-      const QSize text(strngrd->TextWidth(cell), strngrd->fontMetrics().height());
-      const QRect box = LeftTextBox(strngrd->CellRect(cell.column, cell.row), text);
-      if (IsClipped(text.width(), measure) && box.contains(position)) hint = strngrd->Cells(cell.column, cell.row);
-    } else if (cell.column == performance::kOperation) {
-      isOverDelete_ = IsOverDeletePicture(cell, position);
-      strngrd->SetHandCursor(isOverDelete_);
-    }
-  }
-  strngrd->ShowHint(hint);
+  isOverDelete_ = cell.column == performance::kOperation && !strngrd->IsEmpty() && IsOverDeletePicture(cell, position);
+  strngrd->SetHandCursor(isOverDelete_);
+  TPortfolioFrame::strngrdMouseMove(position);
+}
+
+QString TFrm_ZHBX::HintAt(const TStringGrid& grid, const GridCell& cell, const QPoint& position) const {
+  const bool isName = &grid == strngrd && cell.column == performance::kName;
+  const bool isIndustry = &grid == StringGrid1 && cell.column == performance::kIndustry;
+  if (!isName && !isIndustry) return TPortfolioFrame::HintAt(grid, cell, position);
+  // For a name the value column is the measure, not the name's own: intended.
+  const int measure = grid.ColWidth(isName ? int{performance::kValue} : int{performance::kIndustry});
+  const QSize text(grid.TextWidth(cell), grid.fontMetrics().height());
+  const QRect box = LeftTextBox(grid.CellRect(cell.column, cell.row), text);
+  return IsClipped(text.width(), measure) && box.contains(position) ? grid.Cells(cell.column, cell.row) : QString();
 }
 
 void TFrm_ZHBX::strngrdMouseUp(const QPoint& position) {
@@ -136,18 +133,6 @@ void TFrm_ZHBX::strngrdMouseUp(const QPoint& position) {
 
 bool TFrm_ZHBX::IsOverDeletePicture(const GridCell& cell, const QPoint& position) const {
   return PictureBox(strngrd->CellRect(cell.column, cell.row), img_DeleteOff_.size()).contains(position);
-}
-
-void TFrm_ZHBX::StringGrid1MouseMove(const QPoint& position) {
-  TPortfolioFrame::StringGrid1MouseMove(position);
-  const GridCell cell = StringGrid1->MouseToCell(position);
-  QString hint;
-  if (cell.column == performance::kIndustry && !StringGrid1->IsEmpty() &&
-      StringGrid1->TextBox(cell).contains(position) &&
-      IsClipped(StringGrid1->TextWidth(cell), StringGrid1->ColWidth(cell.column))) {
-    hint = StringGrid1->Cells(cell.column, cell.row);
-  }
-  StringGrid1->ShowHint(hint);
 }
 
 void TFrm_ZHBX::strngrdDrawCell(QPainter& painter, const GridCellPaint& cell) {

@@ -18,12 +18,12 @@ class TFrm_ZHBX : public TPortfolioFrame {
  protected:
   void ShowPortfolios(const ResultSet& portfolios) override;
   void ShowHoldings(int row) override;
-  void StringGrid1MouseMove(const QPoint& position) override;
+  [[nodiscard]] QString HintAt(const TStringGrid& grid, const GridCell& cell, const QPoint& position) const override;
+  void strngrdMouseMove(const QPoint& position) override;
 
  private:
   void ConnectGrids();
   void strngrdMouseDown(Qt::MouseButton button, const QPoint& position);
-  void strngrdMouseMove(const QPoint& position);
   void strngrdMouseUp(const QPoint& position);
   void strngrdDrawCell(QPainter& painter, const GridCellPaint& cell);
   void AskAndDelete(const GridCell& cell);
