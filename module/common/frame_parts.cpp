@@ -61,10 +61,11 @@ namespace {
 /// the mouse.
 void FitTitle(QLabel& label) {
   constexpr int kSmallest = 10;
+  constexpr int kBlank = 4;  // the brackets at its ends have that much blank around them
   int pixels = kDesignFontPixels;
   label.setFont(DesignFont(pixels));
   while (pixels > kSmallest && label.sizeHint().width() > label.width()) label.setFont(DesignFont(--pixels));
-  const bool isCutOff = label.sizeHint().width() > label.width();
+  const bool isCutOff = label.sizeHint().width() > label.width() + kBlank;
   if (isCutOff) label.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   label.setToolTip(isCutOff ? label.text() : QString());
 }

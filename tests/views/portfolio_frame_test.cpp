@@ -180,7 +180,7 @@ TEST_P(PortfolioFrame, ATitleThatIsCutOffShowsItsBeginning) {
   int cutOff = 0;
   for (const HeaderStrip* strip : frame->findChildren<HeaderStrip*>()) {
     for (const QLabel* label : strip->Labels()) {
-      const bool isCutOff = label->sizeHint().width() > label->width();
+      const bool isCutOff = label->sizeHint().width() > label->width() + 4;
       cutOff += isCutOff ? 1 : 0;
       EXPECT_EQ(label->toolTip(), isCutOff ? label->text() : QString());
       if (!isCutOff) continue;
