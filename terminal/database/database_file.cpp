@@ -9,8 +9,6 @@
 #include <QtEndian>
 #include <csignal>
 
-#include "holdwise/packet/error.h"
-
 namespace holdwise::firebird {
 
 namespace {
@@ -33,6 +31,10 @@ constexpr int kHeaderBytes = 32;
 
 QString MarkerOf(const QString& file) {
   return file + QStringLiteral(".open");
+}
+
+Error HeldByAnother(const QString& file) {
+  return {ErrorCategory::Busy, QStringLiteral("数据库文件 %1 正被另一个程序使用，请先关闭它").arg(file).toStdString()};
 }
 
 QString HeaderProblem(const QString& file) {
@@ -85,7 +87,7 @@ bool CheckInHelper(const QString& file, const QString& lockFolder) {
       case kHelperGood:
         return true;
       case kHelperBusy:
-        throw Error(ErrorCategory::Busy, report);
+        throw HeldByAnother(file);
       case kHelperIo:
         throw Error(ErrorCategory::Io, report);
       case kHelperRefused:

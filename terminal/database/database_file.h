@@ -1,6 +1,8 @@
 #pragma once
 #include <QString>
 
+#include "holdwise/packet/error.h"
+
 /// What is known of an embedded database file before the engine touches it.
 namespace holdwise::firebird {
 
@@ -10,6 +12,9 @@ namespace holdwise::firebird {
 
 /// The file whose presence says that the database was not closed.
 [[nodiscard]] QString MarkerOf(const QString& file);
+
+/// Error(Busy) that tells the user what to do about a file that another program has open.
+[[nodiscard]] Error HeldByAnother(const QString& file);
 
 /// Lets a process of its own read the whole database. Returns when it could; Error(Corrupt) when it failed, crashed or
 /// did not end in time, Error(Busy) when another program holds the file. Without the helper program nothing is checked

@@ -196,8 +196,7 @@ std::shared_ptr<Connection> OpenFile(const QString& file, const QString& lockFol
     if (ownMarker) QFile::remove(firebird::MarkerOf(file));
     if (error.Category() == ErrorCategory::Corrupt) throw Damaged(file, QString::fromUtf8(error.what()));
     if (error.Category() != ErrorCategory::Busy) throw;
-    throw Error(ErrorCategory::Busy,
-                QStringLiteral("数据库文件 %1 正被另一个程序使用，请先关闭它").arg(file).toStdString());
+    throw firebird::HeldByAnother(file);
   }
   return std::make_shared<Connection>(std::move(attachment),
                                       Connection::Place{.folder = folder, .markerFile = firebird::MarkerOf(file)});

@@ -121,7 +121,7 @@ TEST(Database, HeldByAnotherTerminalIsTold) {
   ASSERT_TRUE(holder.WaitForWindow());
   const Outcome outcome = RunTerminal(second.Arguments(sameFile + QStringList{"--export", second.File("out")}));
   EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_TRUE(outcome.err.contains("shared.fdb")) << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.err.contains("shared.fdb 正被另一个程序使用")) << outcome.err.toStdString();
   EXPECT_EQ(holder.Process().state(), QProcess::Running);
 }
 
