@@ -117,7 +117,7 @@ int RunPacketShow(const PacketCommand& command) {
     text += (column == 0 ? "" : "\t") + table.ColumnName(column) + ":" + TypeName(table.TypeOf(column));
   }
   text += "\n";
-  const int rows = std::clamp(command.rows, 0, table.RowCount());
+  const int rows = std::min(command.rows, table.RowCount());
   for (int row = 0; row < rows; ++row) {
     for (int column = 0; column < table.ColumnCount(); ++column) {
       text += (column == 0 ? "" : "\t") + (table.IsNull(row, column) ? "-" : table.Utf8At(row, column));
@@ -140,7 +140,13 @@ int RunPacketToCsv(const PacketCommand& command) {
 }
 
 int RunPacketFromCsv(const PacketCommand& command) {
-  const ResultSet table = ResultSetFromCsv(ReadTextFile(Path(command.file)));
+  const QByteArray text = ReadTextFile(Path(command.file));
+  ResultSet table;
+  try {
+    table = ResultSetFromCsv(text);
+  } catch (const Error& error) {
+    throw Error(error.Category(), command.file + "：" + error.what());
+  }
   WritePacketFile(Path(command.out), table, Durability::Lasting);
   return 0;
 }

@@ -15,7 +15,9 @@ QFileInfoList CsvFiles(const QString& folder) {
   if (!info.exists()) throw Error(ErrorCategory::NotFound, "目录不存在：" + folder.toStdString());
   if (!info.isDir()) throw Error(ErrorCategory::NotFound, "不是目录：" + folder.toStdString());
   if (!info.isReadable() || !info.isExecutable()) throw Error(ErrorCategory::Io, "目录不可读：" + folder.toStdString());
-  QFileInfoList files = QDir(folder).entryInfoList({QStringLiteral("*.csv")}, QDir::Files, QDir::Name);
+  // Folders, pipes and links to nothing are listed as well, to be named when they turn out unreadable.
+  QFileInfoList files =
+      QDir(folder).entryInfoList({QStringLiteral("*.csv")}, QDir::Files | QDir::Dirs | QDir::System, QDir::Name);
   if (files.isEmpty()) throw Error(ErrorCategory::NotFound, "目录里没有 CSV 文件：" + folder.toStdString());
   return files;
 }

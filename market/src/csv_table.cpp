@@ -28,8 +28,9 @@ std::string PlainHeading(std::string_view heading) {
 }  // namespace
 
 QString Rejection::ToText() const {
-  if (line == 0) return file + QStringLiteral(": ") + reason;
-  return QStringLiteral("%1:%2: %3").arg(file, QString::number(line), reason);
+  const QString shown = ShownText(reason);
+  if (line == 0) return file + QStringLiteral(": ") + shown;
+  return QStringLiteral("%1:%2: %3").arg(file, QString::number(line), shown);
 }
 
 CsvTable::CsvTable(const QString& path, std::span<const CsvColumn> columns)
@@ -37,8 +38,13 @@ CsvTable::CsvTable(const QString& path, std::span<const CsvColumn> columns)
       text_(ReadTextFile(path)),
       reader_(
           std::make_unique<CsvReader>(std::string_view(text_.constData(), static_cast<std::size_t>(text_.size())))) {
-  if (!reader_->Next()) throw Error(ErrorCategory::Refused, "文件为空：" + path.toStdString());
-  MapHeadings(columns);
+  try {
+    if (!reader_->Next()) throw Error(ErrorCategory::Refused, "文件为空");
+    MapHeadings(columns);
+  } catch (const Error& error) {
+    throw Error(ErrorCategory::Refused,
+                ShownText(QString::fromUtf8(error.what())).toStdString() + "：" + path.toStdString());
+  }
 }
 
 void CsvTable::MapHeadings(std::span<const CsvColumn> columns) {
@@ -51,30 +57,29 @@ void CsvTable::MapHeadings(std::span<const CsvColumn> columns) {
       const auto& known = columns[column].headings;
       if (std::find(known.begin(), known.end(), heading) == known.end()) continue;
       if (places_[column] >= 0) {
-        throw Error(ErrorCategory::Refused, "表头重复“" + std::string(headings[place]) + "”：" + path_.toStdString());
+        throw Error(ErrorCategory::Refused, "表头重复“" + std::string(headings[place]) + "”");
       }
       places_[column] = static_cast<int>(place);
     }
   }
   for (std::size_t column = 0; column < columns.size(); ++column) {
     if (!columns[column].isRequired || places_[column] >= 0) continue;
-    throw Error(ErrorCategory::Refused,
-                "表头缺少列“" + std::string(columns[column].headings.front()) + "”：" + path_.toStdString());
+    throw Error(ErrorCategory::Refused, "表头缺少列“" + std::string(columns[column].headings.front()) + "”");
   }
 }
 
 bool CsvTable::Next() {
-  try {
-    while (reader_->Next()) {
-      const std::size_t count = reader_->Fields().size();
-      if (count == fieldCount_) return true;
-      Reject(QStringLiteral("字段数 %1 与表头的 %2 不符").arg(count).arg(fieldCount_));
+  for (;;) {
+    try {
+      if (!reader_->Next()) return false;
+    } catch (const Error& error) {
+      Reject(QString::fromUtf8(error.what()));
+      continue;
     }
-  } catch (const Error& error) {
-    if (error.Category() != ErrorCategory::Corrupt) throw;
-    Reject(QStringLiteral("引号未闭合，其后的内容不能读取"));
+    const std::size_t count = reader_->Fields().size();
+    if (count == fieldCount_) return true;
+    Reject(QStringLiteral("字段数 %1 与表头的 %2 不符").arg(count).arg(fieldCount_));
   }
-  return false;
 }
 
 std::string_view CsvTable::Field(std::size_t column) const {

@@ -117,7 +117,10 @@ void DataFolderBuild::ReadIndices() {
   for (const auto& [number, path] : ListIndexFiles(options_.indicesFolder)) {
     BarFile file = ReadBars(path, {}, options_.currentDate);
     Report(file.rejections);
-    if (file.bars.empty()) throw Error(ErrorCategory::Refused, "指数行情没有可用的行：" + path.toStdString());
+    if (file.bars.empty()) {
+      const std::string until = options_.currentDate == 0 ? "" : "截至 " + DateText(options_.currentDate) + "，";
+      throw Error(ErrorCategory::Refused, until + "指数行情没有可用的行：" + path.toStdString());
+    }
     lastDate = std::max(lastDate, file.bars.back().date);
     indices_.emplace(number, std::move(file));
   }
@@ -238,7 +241,9 @@ DataFolderBuild::StockResult DataFolderBuild::WriteStock(const StockFile& stock)
     file = ReadBars(stock.path, tradingDates_, summary_.currentDate);
   } catch (const Error& error) {
     // One bad file among thousands: named, and the others go on.
-    const QString reason = QString::fromUtf8(error.what()).remove(QStringLiteral("：") + stock.path);
+    const QString reason = QString::fromUtf8(error.what())
+                               .remove(QStringLiteral("：") + stock.path)
+                               .remove(stock.path + QStringLiteral("："));
     result.rejections.push_back({stock.path, 0, reason});
     return result;
   }

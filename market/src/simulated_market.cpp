@@ -71,6 +71,7 @@ void AppendBar(QByteArray& text, const std::string& date, const DayPrices& day) 
   text.append('\n');
 }
 
+constexpr int kEarliestDate = 19901219;
 constexpr const char* kBarHeading = "date,open,high,low,close,volume\n";
 
 struct Factors {
@@ -254,6 +255,11 @@ void CheckOptions(const SimulationOptions& options) {
     throw Error(ErrorCategory::Refused, "证券数须在 1 到 " + std::to_string(kMostSimulatedSecurities) + " 之间");
   }
   if (options.days < 2 || options.days > 5000) throw Error(ErrorCategory::Refused, "交易日数须在 2 到 5000 之间");
+  // Five trading days a week; one week more for the ends.
+  const int firstDay = DayNumber(options.endDate) - (options.days / 5 + 1) * 7;
+  if (firstDay < DayNumber(kEarliestDate)) {
+    throw Error(ErrorCategory::Refused, "模拟行情不能从早于 " + DateText(kEarliestDate) + " 的日子开始");
+  }
 }
 
 }  // namespace

@@ -23,10 +23,6 @@ bool Contains(std::string_view text, char c) noexcept {
   return !text.empty() && std::memchr(text.data(), c, text.size()) != nullptr;
 }
 
-[[noreturn]] void Corrupt(std::int64_t line, const char* what) {
-  throw Error(ErrorCategory::Corrupt, "第 " + std::to_string(line) + " 行：" + what);
-}
-
 }  // namespace
 
 CsvReader::CsvReader(std::string_view utf8, BlankLines blankLines) : rest_(utf8), blankLines_(blankLines) {
@@ -88,7 +84,10 @@ std::string_view CsvReader::TakeQuoted() {
   bool doubled = false;
   for (std::size_t from = 0;;) {
     const std::size_t quote = rest_.find('"', from);
-    if (quote == std::string_view::npos) Corrupt(line_, "引号没有结束");
+    if (quote == std::string_view::npos) {
+      rest_ = {};
+      throw Error(ErrorCategory::Corrupt, "引号没有结束，其后的内容不能读取");
+    }
     field = rest_.substr(0, quote);
     if (quote + 1 >= rest_.size() || rest_[quote + 1] != '"') break;
     doubled = true;
@@ -107,9 +106,12 @@ std::string_view CsvReader::TakeQuoted() {
 
 void CsvReader::EndLine() {
   if (rest_.starts_with('\r')) rest_.remove_prefix(1);
-  if (!rest_.empty() && rest_.front() != '\n') Corrupt(line_, "引号之后有多余的字符");
-  if (!rest_.empty()) rest_.remove_prefix(1);
-  ++nextLine_;
+  const std::string_view left = rest_.substr(0, rest_.find('\n'));
+  rest_.remove_prefix(std::min(left.size() + 1, rest_.size()));
+  const std::int64_t line = nextLine_++;
+  if (left.empty()) return;
+  throw Error(ErrorCategory::Corrupt,
+              line == line_ ? "引号之后有多余的字符" : "到第 " + std::to_string(line) + " 行，引号之后有多余的字符");
 }
 
 }  // namespace holdwise

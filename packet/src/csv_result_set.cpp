@@ -128,8 +128,15 @@ ResultSet ResultSetFromCsv(const QByteArray& utf8) {
   const auto isBlank = [&reader] {
     return reader.Fields().size() == 1 && reader.Fields().front().empty() && !reader.IsQuoted(0);
   };
+  const auto next = [&reader] {
+    try {
+      return reader.Next();
+    } catch (const Error& error) {
+      throw Error(error.Category(), "第 " + std::to_string(reader.Line()) + " 行：" + error.what());
+    }
+  };
   ResultSet resultSet;
-  while (reader.Next()) {
+  while (next()) {
     if (resultSet.ColumnCount() == 0) {
       if (!isBlank()) ReadHeading(reader, resultSet);
     } else if (resultSet.ColumnCount() == 1 || !isBlank()) {

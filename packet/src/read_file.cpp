@@ -26,9 +26,9 @@ QByteArray ReadWholeFile(const QString& path, std::int64_t maxBytes) {
   // Without O_NONBLOCK, opening a pipe would wait for a writer.
   const FileDescriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file.IsOpen()) {
-    const bool missing = errno == ENOENT || errno == ENOTDIR;
-    throw Error(missing ? ErrorCategory::NotFound : ErrorCategory::Io,
-                SystemErrorText(path, missing ? "文件不存在" : "文件无法读取", errno));
+    if (errno == ENOENT) throw Error(ErrorCategory::NotFound, path.toStdString() + "：文件不存在");
+    throw Error(errno == ENOTDIR ? ErrorCategory::NotFound : ErrorCategory::Io,
+                SystemErrorText(path, errno == ENOTDIR ? "文件不存在" : "文件无法读取", errno));
   }
   struct stat status = {};
   if (::fstat(file.Get(), &status) != 0) {

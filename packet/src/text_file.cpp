@@ -53,6 +53,21 @@ QByteArray ToUtf8Text(const QByteArray& bytes) {
   return text;
 }
 
+QString ShownText(const QString& text) {
+  constexpr ushort kDelete = 0x7F;
+  constexpr ushort kLastControl = 0x9F;
+  QString shown;
+  for (const QChar c : text) {
+    const ushort code = c.unicode();
+    if (code >= u' ' && (code < kDelete || code > kLastControl)) {
+      shown += c;
+    } else {
+      shown += QStringLiteral("\\x%1").arg(code, 2, 16, QLatin1Char('0'));
+    }
+  }
+  return shown;
+}
+
 QByteArray ReadTextFile(const QString& path, std::int64_t maxBytes) {
   const QByteArray bytes = ReadWholeFile(path, maxBytes);
   try {

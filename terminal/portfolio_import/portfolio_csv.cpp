@@ -97,11 +97,7 @@ class Parser {
     const std::optional<QByteArray> text = Utf8(csv);
     if (text) {
       CsvReader reader(std::string_view(text->constData(), static_cast<std::size_t>(text->size())));
-      try {
-        Walk(reader);
-      } catch (const Error& error) {  // the rest of the text cannot be told apart into lines
-        Report(static_cast<int>(reader.Line()), QString::fromUtf8(error.what()));
-      }
+      Walk(reader);
     }
     for (const CsvPortfolio& portfolio : result_.portfolios) CheckSize(portfolio);
     std::stable_sort(result_.problems.begin(), result_.problems.end(),
@@ -110,7 +106,7 @@ class Parser {
   }
 
  private:
-  void Report(int line, const QString& reason) { result_.problems.push_back({line, reason}); }
+  void Report(int line, const QString& reason) { result_.problems.push_back({line, ShownText(reason)}); }
 
   std::optional<QByteArray> Utf8(const QByteArray& csv) {
     try {
@@ -121,14 +117,26 @@ class Parser {
     }
   }
 
+  /// The next record that can be read; those before it that cannot are reported.
+  bool NextRecord(CsvReader& reader) {
+    for (;;) {
+      try {
+        return reader.Next();
+      } catch (const Error& error) {
+        Report(static_cast<int>(reader.Line()), QString::fromUtf8(error.what()));
+      }
+    }
+  }
+
   void Walk(CsvReader& reader) {
-    if (!reader.Next()) {
+    const std::size_t before = result_.problems.size();
+    if (!NextRecord(reader)) {
       Report(0, QStringLiteral("文件是空的"));
       return;
     }
-    if (!TakeHeading(reader)) return;
+    if (result_.problems.size() != before || !TakeHeading(reader)) return;
     bool any = false;
-    while (reader.Next()) {
+    while (NextRecord(reader)) {
       const auto& fields = reader.Fields();
       // Spreadsheets write the empty rows below a table as bare commas.
       if (std::all_of(fields.begin(), fields.end(), [](std::string_view field) { return field.empty(); })) continue;

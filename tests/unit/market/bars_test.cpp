@@ -171,6 +171,22 @@ TEST(BarReader, RefusesFilesThatAreNoTable) {
   EXPECT_EQ(cut.rejections[0].line, 3);
 }
 
+TEST(BarReader, ABadQuoteCostsItsOwnLine) {
+  const MarketFiles files;
+  files.Write(QStringLiteral("a.csv"), "date,close\n\"2024-01-02\"x,1\n2024-01-03,2\n");
+  const QString path = files.Path(QStringLiteral("a.csv"));
+  const BarFile file = ReadBars(path);
+  EXPECT_EQ(BarsText(file), "20240103=2;");
+  EXPECT_EQ(RejectionsText(file, path), ":2: 引号之后有多余的字符\n");
+}
+
+TEST(BarReader, ControlCharactersDoNotCutAReason) {
+  const MarketFiles files;
+  files.Write(QStringLiteral("a.csv"), QByteArrayLiteral("date,close\n2024-01-02,1\0002\n2024-01-03,\"2\n\x1B[2J\"\n"));
+  const QString path = files.Path(QStringLiteral("a.csv"));
+  EXPECT_EQ(RejectionsText(ReadBars(path), path), ":2: 收盘价不是数字“1\\x002”\n:3: 收盘价不是数字“2\\x0a\\x1b[2J”\n");
+}
+
 // date:close:previous close of each row.
 std::string RowsText(const PeriodSeries& series) {
   std::string text;

@@ -124,6 +124,24 @@ TEST_F(Build, GoesOnWithoutTheFilesItCannotUse) {
             "600519,贵州茅台,\"\",1,20010827,1\n000001,平安银行,\"\",2,,1\n000006,六,\"\",2,,1\n000007,七,\"\",2,,1\n");
 }
 
+TEST_F(Build, NamesWhatIsNoFile) {
+  ASSERT_TRUE(QDir(files_.Path(QStringLiteral("bars"))).mkdir(QStringLiteral("000001.csv")));
+  files_.Write(QStringLiteral("securities.csv"), "code,name\n600519,a\n000001,b\n000002,c\n000004,d\n");
+  ASSERT_TRUE(QFile::link(QStringLiteral("nowhere"), files_.Path(QStringLiteral("bars/000002.csv"))));
+  ASSERT_TRUE(QFile::link(QStringLiteral("000004.csv"), files_.Path(QStringLiteral("bars/000004.csv"))));
+  const Outcome outcome = Run();
+  EXPECT_EQ(outcome.error, "");
+  EXPECT_EQ(outcome.rejections,
+            "bars/000001.csv: 不是普通文件，无法读取\n"
+            "bars/000002.csv: 文件不存在\n"
+            "bars/000004.csv: 文件无法读取（符号链接绕成了圈）\n");
+}
+
+TEST_F(Build, SaysWhenTheMarketBeginsLater) {
+  options_.currentDate = 20000101;
+  EXPECT_TRUE(Run().error.starts_with("截至 2000-01-01，指数行情没有可用的行："));
+}
+
 TEST_F(Build, TakesQuotesFromAFileAndNamesItsBadRows) {
   files_.Write(QStringLiteral("quotes.csv"),
                "代码,名称,最新价,昨收\n600519,茅台,16.01,15.5\n000001,平安,0,9\n600519,茅台,1,1\n000001,平安,x,9\n"

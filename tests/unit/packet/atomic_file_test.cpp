@@ -162,7 +162,7 @@ TEST(SystemReason, IsChineseWhereTheUserCanAct) {
   for (const int number : {ENOSPC, EDQUOT}) EXPECT_NE(SystemReason(number).find("已用完"), std::string::npos);
   EXPECT_NE(SystemReason(EROFS).find("只读"), std::string::npos);
   for (const int number : {EACCES, EPERM}) EXPECT_EQ(SystemReason(number), "没有权限");
-  EXPECT_EQ(SystemReason(EIO), "Input/output error") << "the system's own words";
+  EXPECT_EQ(SystemReason(ENXIO), "No such device or address") << "the system's own words";
 }
 
 }  // namespace

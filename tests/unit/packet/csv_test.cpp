@@ -74,10 +74,34 @@ TEST(CsvReader, LineNumbersAndQuotes) {
 
 TEST(CsvReader, BadQuotesNameTheLine) {
   for (const char* bad : {"a\n\"b", "a\n\"b\"\"", "a\n\"b\" c,d", "a\nx,\"b\"c\n"}) {
+    CsvReader reader(bad);
+    ASSERT_TRUE(reader.Next());
+    EXPECT_EQ(CategoryOf([&] { (void)reader.Next(); }), ErrorCategory::Corrupt) << bad;
+    EXPECT_EQ(reader.Line(), 2) << bad;
+    EXPECT_FALSE(reader.Next()) << bad;
     std::string text;
-    EXPECT_EQ(CategoryOf([&] { RecordsOf(bad); }, &text), ErrorCategory::Corrupt) << bad;
-    EXPECT_NE(text.find("第 2 行"), std::string::npos) << text;
+    const QByteArray table = QByteArray("x:text,y:text\n") + QByteArray(bad).mid(2);
+    EXPECT_EQ(CategoryOf([&] { (void)ResultSetFromCsv(table); }, &text), ErrorCategory::Corrupt) << bad;
+    EXPECT_TRUE(text.starts_with("第 2 行：引号")) << text;
   }
+}
+
+TEST(CsvReader, GoesOnBehindALineWithCharactersBehindAQuote) {
+  CsvReader reader("a,b\n\"1\"x,2\n\"3\n4\"x\n5,6\n\"7\"");
+  ASSERT_TRUE(reader.Next());
+  std::string text;
+  EXPECT_EQ(CategoryOf([&] { (void)reader.Next(); }, &text), ErrorCategory::Corrupt);
+  EXPECT_EQ(reader.Line(), 2);
+  EXPECT_EQ(text, "引号之后有多余的字符");
+  EXPECT_EQ(CategoryOf([&] { (void)reader.Next(); }, &text), ErrorCategory::Corrupt);
+  EXPECT_EQ(reader.Line(), 3);
+  EXPECT_EQ(text, "到第 4 行，引号之后有多余的字符");
+  ASSERT_TRUE(reader.Next());
+  EXPECT_EQ(reader.Line(), 5);
+  EXPECT_EQ(reader.Fields(), (std::vector<std::string_view>{"5", "6"}));
+  ASSERT_TRUE(reader.Next());
+  EXPECT_EQ(reader.Fields(), (std::vector<std::string_view>{"7"}));
+  EXPECT_FALSE(reader.Next());
 }
 
 TEST(CsvField, QuotesOnlyWhenNeeded) {

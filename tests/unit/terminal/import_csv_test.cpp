@@ -158,6 +158,21 @@ TEST_F(ImportCsv, EveryBadLineIsNamed) {
                                  QStringLiteral("5: 数量"), QStringLiteral("7: 有2")}));
 }
 
+TEST_F(ImportCsv, ABadQuoteHidesNoOtherBadLine) {
+  EXPECT_EQ(Problems("name,code,quantity,price\n甲,\"600000\"x,100,8\n甲,600036,0,8\n甲,000001,\"1\n"),
+            (QStringList{"2: 引号之后有多余的字符", "3: 数量“0”不是1到999999999的整数",
+                         "3: 组合“甲”有1只股票，应为2到10只", "4: 引号没有结束，其后的内容不能读取"}));
+}
+
+TEST_F(ImportCsv, ControlCharactersDoNotCutTheReport) {
+  const QByteArray csv =
+      QByteArrayLiteral("name,code,quantity,price\n甲\0乙,600000,100,8\n甲,600036,100,34.5\n甲,000001,\x1B,1\n");
+  const QStringList problems = Problems(csv);
+  ASSERT_EQ(problems.size(), 2);
+  EXPECT_TRUE(problems[0].startsWith("2: 组合名称“甲\\x00乙”含有不允许的字符“\\x00”")) << problems[0].toStdString();
+  EXPECT_EQ(problems[1], "4: 数量“\\x1b”不是1到999999999的整数");
+}
+
 TEST_F(ImportCsv, FilesThatAreNoTable) {
   EXPECT_EQ(Problems(""), QStringList{QStringLiteral("0: 文件是空的")});
   EXPECT_EQ(Problems("\n\n  \n"), QStringList{QStringLiteral("0: 文件是空的")});

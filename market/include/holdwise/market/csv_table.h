@@ -37,8 +37,8 @@ class CsvTable {
   CsvTable(const CsvTable&) = delete;
   CsvTable& operator=(const CsvTable&) = delete;
 
-  /// Moves to the next line; false at the end. A line with another number of fields than the heading is rejected and
-  /// passed over; an unclosed quote is rejected and ends the table.
+  /// Moves to the next line; false at the end. A line with another number of fields than the heading or with characters
+  /// behind a closing quote is rejected and passed over; an unclosed quote is rejected and ends the table.
   bool Next();
   [[nodiscard]] bool Has(std::size_t column) const { return places_[column] >= 0; }
   /// Field of the current line; empty when the table has no such column.

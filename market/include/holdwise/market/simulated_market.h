@@ -10,7 +10,8 @@ struct SimulationOptions {
   int securities = 300;  ///< 1 to kMostSimulatedSecurities
   int days = 500;        ///< trading days (weekdays), 2 to 5000
   std::uint64_t seed = 1;
-  int endDate = 20251231;  ///< YYYYMMDD; the last trading day is this day or the Friday before it
+  int endDate = 20251231;  ///< YYYYMMDD; the last trading day is this day or the Friday before it; the first day must
+                           ///< not come before 1990-12-19, the first of the exchange
   QString outFolder;
   unsigned threads = 0;  ///< 0 = as many as the machine runs at once
 };

@@ -20,6 +20,10 @@ namespace holdwise {
 /// The same for bytes at hand.
 [[nodiscard]] QByteArray ToUtf8Text(const QByteArray& bytes);
 
+/// A text from outside as it stands in a message: control characters, which would cut the message short or break its
+/// lines, become "\\x" and their two hexadecimal digits.
+[[nodiscard]] QString ShownText(const QString& text);
+
 /// What happens to a line with nothing but blanks.
 enum class BlankLines {
   Skip,
@@ -31,7 +35,8 @@ class CsvReader {
  public:
   explicit CsvReader(std::string_view utf8, BlankLines blankLines = BlankLines::Skip);
   /// Moves to the next record; false at the end. An unclosed quote, or characters between a closing quote and the next
-  /// comma: Error(Corrupt) with the line number.
+  /// comma: Error(Corrupt), with Line() the line on which the bad record begins. The next call goes on behind the line
+  /// with those characters; nothing is left behind an unclosed quote.
   bool Next();
   /// Fields of the current record, blanks (space, tab) at both ends removed from unquoted fields. Valid until the next
   /// Next().

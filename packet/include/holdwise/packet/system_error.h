@@ -4,7 +4,7 @@
 namespace holdwise {
 
 /// What an error number of the operating system means to the user, in Chinese where it is something to act on (no
-/// space, no right, read-only), else in the system's own words.
+/// space, no right, nothing there), else in the system's own words.
 [[nodiscard]] std::string SystemReason(int errorNumber);
 
 }  // namespace holdwise
