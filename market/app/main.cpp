@@ -1,7 +1,9 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 
+#include "argument_errors.h"
 #include "commands.h"
 
 namespace {
@@ -10,74 +12,110 @@ using holdwise::BuildCommand;
 using holdwise::PacketCommand;
 using holdwise::SimulateCommand;
 
+void SetHelpFlag(CLI::App& command) {
+  command.set_help_flag("-h,--help", "显示用法");
+}
+
+CLI::App* AddCommand(CLI::App& program, const char* name, const char* description) {
+  CLI::App* command = program.add_subcommand(name, description)->group("命令");
+  SetHelpFlag(*command);  // the one it has been born with stands in a group of its own
+  return command;
+}
+
+// An empty value is a script's unset variable, never a wish for the default.
+CLI::Option* AddText(CLI::App* command, const char* name, std::string& value, const char* description) {
+  return command->add_option(name, value, description)->check([](const std::string& text) {
+    return text.empty() ? "值为空" : "";
+  });
+}
+
+template <typename Number>
+void AddNumber(CLI::App* command, const char* name, Number& value, const char* description) {
+  // The parser would take "-1" for the largest number there is.
+  const auto isWhole = [](const std::string& text) -> std::string {
+    const bool isPlain =
+        !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return isPlain ? "" : "“" + text + "”不是非负整数";
+  };
+  command->add_option(name, value, description)->capture_default_str()->check(isWhole);
+}
+
 void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
-  CLI::App* build = program.add_subcommand("build", "Make the data folder of the terminal from daily bars");
+  CLI::App* build = AddCommand(program, "build", "把日线数据做成终端用的数据目录");
   build->footer(
-      "Bars: one CSV file a stock, named by its six digits (600519.csv, sh600519.csv, 600519.SH.csv), with a heading\n"
-      "line; columns in any order, headings in English or Chinese: date and close are needed, open, high, low and "
-      "volume\n"
-      "are checked when there. Dates YYYY-MM-DD, YYYYMMDD or YYYY/M/D; UTF-8 or GB18030. Lines that cannot be used "
-      "are\n"
-      "named on standard error with file and line and left out. The old folder is replaced in one step at the end; "
-      "files\n"
-      "in it that build does not make are kept.\n"
-      "Exit code: 0 done, 1 nothing was changed, above 100 wrong arguments.");
-  build->add_option("--bars", command.bars, "folder with one CSV file of daily bars a stock")->required();
-  build->add_option("--indices", command.indices, "folder with 1.csv, 399001.csv and 399300.csv")->required();
-  build->add_option("--securities", command.securities, "CSV: code, name, industry, market (SH, SZ), list_date")
+      "日线：每只股票一个 CSV "
+      "文件，以六位代码命名（600519.csv、sh600519.csv、600519.SH.csv），第一行是表头；列的顺序不限，\n"
+      "表头中英文均可：日期和收盘价必须有，开盘、最高、最低、成交量如有则核对。日期写作 YYYY-MM-DD、YYYYMMDD 或 "
+      "YYYY/M/D；\n"
+      "编码为 UTF-8 或 "
+      "GB18030。不能采用的行连同文件名和行号列在标准错误上，其余照常采用。原有数据目录最后一步整体替换，\n"
+      "其中不由本命令生成的文件保留。\n"
+      "退出码：0 完成，1 没有作任何改动，大于 100 参数错误。");
+  AddText(build, "--bars", command.bars, "日线目录，每只股票一个 CSV 文件")->required();
+  AddText(build, "--indices", command.indices, "指数目录，内有 1.csv、399001.csv、399300.csv")->required();
+  AddText(build, "--securities", command.securities, "证券表 CSV：code、name、industry、market（SH、SZ）、list_date")
       ->required();
-  build->add_option("--dates", command.dates, "CSV of trading dates: date (default: the dates of the index bars)");
-  build->add_option("--rates", command.rates,
-                    "CSV of deposit rates: date, one_year and further terms, % a year (default: one year 1.50 since "
-                    "2015-10-24)");
-  build->add_option("--quotes", command.quotes,
-                    "CSV of prices: code, price, prev_close (default: the last two closes)");
-  build->add_option("--estimates", command.estimates, "CSV of estimate values of stocks: code, price (default: none)");
-  build->add_option("--date", command.date,
-                    "current date of the market; later bars are not read (default: last index bar)");
-  build->add_option("--days", command.days, "trading days in the window")->capture_default_str();
-  build->add_option("--out", command.out, "data folder to make or replace")->required();
-  build->add_flag("--simulated", command.isSimulated, "mark the data as made up");
+  AddText(build, "--dates", command.dates, "交易日 CSV：date（默认：指数日线的日期）");
+  AddText(build, "--rates", command.rates,
+          "存款利率 CSV：date、one_year 及其他期限，年利率百分数（默认：2015-10-24 起一年期 1.50）");
+  AddText(build, "--quotes", command.quotes, "行情 CSV：code、price、prev_close（默认：最近两个收盘价）");
+  AddText(build, "--estimates", command.estimates, "股票估值 CSV：code、price（默认：没有）");
+  AddText(build, "--date", command.date, "市场当前日期，其后的日线不读（默认：指数的最后一个交易日）");
+  AddNumber(build, "--days", command.days, "窗口的交易日数");
+  AddText(build, "--out", command.out, "要生成或替换的数据目录")->required();
+  build->add_flag("--simulated", command.isSimulated, "注明为虚构数据");
   build->callback([&] { exitCode = RunBuild(command); });
 }
 
 void AddSimulate(CLI::App& program, SimulateCommand& command, int& exitCode) {
-  CLI::App* simulate = program.add_subcommand("simulate", "Write daily bars of a made-up market as CSV files");
+  CLI::App* simulate = AddCommand(program, "simulate", "生成虚构市场的日线 CSV 文件");
   simulate->footer(
-      "Writes bars/, indices/, securities.csv, trading_dates.csv and deposit_rates.csv, ready for build --simulated.\n"
-      "The same arguments give the same bytes. Prices move with the market, their industry and on their own, inside\n"
-      "the daily limits; some securities are suspended for a while or listed later.");
-  simulate->add_option("--securities", command.securities, "number of stocks, up to 8000")->capture_default_str();
-  simulate->add_option("--days", command.days, "number of trading days, up to 5000")->capture_default_str();
-  simulate->add_option("--seed", command.seed, "seed of the random numbers")->capture_default_str();
-  simulate->add_option("--end", command.end, "last day, YYYY-MM-DD")->capture_default_str();
-  simulate->add_option("--out", command.out, "folder to make or replace")->required();
+      "写出 bars/、indices/、securities.csv、trading_dates.csv、deposit_rates.csv，供 build --simulated 使用。\n"
+      "参数相同则文件逐字节相同。股价随大盘、行业和自身波动，不超出涨跌停限制；部分股票停牌一段时间或上市较晚。");
+  AddNumber(simulate, "--securities", command.securities, "股票数，最多 8000");
+  AddNumber(simulate, "--days", command.days, "交易日数，最多 5000");
+  AddNumber(simulate, "--seed", command.seed, "随机数种子");
+  AddText(simulate, "--end", command.end, "最后一天，YYYY-MM-DD")->capture_default_str();
+  AddText(simulate, "--out", command.out, "要生成或替换的目录")->required();
   simulate->callback([&] { exitCode = RunSimulate(command); });
 }
 
 void AddPacket(CLI::App& program, PacketCommand& command, int& exitCode) {
-  CLI::App* packet = program.add_subcommand("packet", "Look into data files, to CSV and back");
+  CLI::App* packet = AddCommand(program, "packet", "查看数据文件，与 CSV 互转");
   packet->require_subcommand(1);
-  CLI::App* show = packet->add_subcommand("show", "Print columns and rows of a data file");
-  show->add_option("file", command.file, "data file")->required();
-  show->add_option("--rows", command.rows, "rows to print")->capture_default_str();
+  CLI::App* show = AddCommand(*packet, "show", "显示数据文件的列和行");
+  AddText(show, "file", command.file, "数据文件")->required();
+  AddNumber(show, "--rows", command.rows, "显示的行数");
   show->callback([&] { exitCode = RunPacketShow(command); });
-  CLI::App* toCsv = packet->add_subcommand("to-csv", "Write a data file as CSV; headings are name:type");
-  toCsv->add_option("file", command.file, "data file")->required();
-  toCsv->add_option("--out", command.out, "CSV file to write (default: standard output)");
+  CLI::App* toCsv = AddCommand(*packet, "to-csv", "把数据文件写成 CSV，表头为“列名:类型”");
+  AddText(toCsv, "file", command.file, "数据文件")->required();
+  AddText(toCsv, "--out", command.out, "要写的 CSV 文件（默认：标准输出）");
   toCsv->callback([&] { exitCode = RunPacketToCsv(command); });
-  CLI::App* fromCsv = packet->add_subcommand("from-csv", "Make a data file from a CSV file as to-csv writes it");
-  fromCsv->add_option("file", command.file, "CSV file")->required();
-  fromCsv->add_option("--out", command.out, "data file to write")->required();
+  CLI::App* fromCsv = AddCommand(*packet, "from-csv", "把 to-csv 格式的 CSV 做成数据文件");
+  AddText(fromCsv, "file", command.file, "CSV 文件")->required();
+  AddText(fromCsv, "--out", command.out, "要写的数据文件")->required();
   fromCsv->callback([&] { exitCode = RunPacketFromCsv(command); });
+}
+
+// Before any option or command is added: they take the words over.
+void SetHelpWords(CLI::App& program) {
+  const auto formatter = program.get_formatter();
+  formatter->label("Usage", "用法");
+  formatter->label("OPTIONS", "选项");
+  formatter->label("SUBCOMMAND", "命令");
+  formatter->label("Positionals", "参数");
+  formatter->label("REQUIRED", "[必需]");
+  program.option_defaults()->group("选项");
+  SetHelpFlag(program);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App program("Makes the market data of Holdwise", "holdwise-market");
+  CLI::App program("生成 Holdwise 的行情数据", "holdwise-market");
+  SetHelpWords(program);
   program.require_subcommand(1);
-  program.set_version_flag("--version", "1.0.0");
+  program.set_version_flag("--version", "1.0.0", "显示版本");
   int exitCode = 0;
   BuildCommand build;
   SimulateCommand simulate;
@@ -86,7 +124,7 @@ int main(int argc, char** argv) {
   AddSimulate(program, simulate, exitCode);
   AddPacket(program, packet, exitCode);
   program.failure_message([](const CLI::App* app, const CLI::Error& error) {
-    return "参数错误：" + std::string(error.what()) + "\n用法见 " + app->get_name() + " --help\n";
+    return "参数错误：" + holdwise::ArgumentErrorText(*app, error) + "\n用法见 " + app->get_name() + " --help\n";
   });
   try {
     program.parse(argc, argv);

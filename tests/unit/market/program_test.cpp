@@ -81,6 +81,7 @@ TEST(Program, HelpNamesEveryOption) {
                              "--date", "--days", "--out", "--simulated"}) {
     EXPECT_TRUE(help.out.contains(option)) << option;
   }
+  EXPECT_FALSE(help.out.contains("Options") || help.out.contains("REQUIRED")) << "one language";
   EXPECT_EQ(RunProgram({QStringLiteral("--help")}).exitCode, 0);
 }
 
@@ -95,6 +96,30 @@ TEST(Program, WrongArgumentsAreAnError) {
   const Result date = RunProgram(arguments);
   EXPECT_EQ(date.exitCode, 1);
   EXPECT_TRUE(date.error.contains("--date 的日期无法识别")) << date.error.constData();
+}
+
+TEST(Program, SaysWhatIsWrongWithTheArguments) {
+  const auto error = [](const QByteArray& arguments) {
+    QStringList list;
+    for (const QByteArray& argument : arguments.split(' ')) list << QString::fromUtf8(argument);
+    const Result result = RunProgram(list);
+    EXPECT_GT(result.exitCode, 100) << arguments.constData();
+    return result.error.split('\n').constFirst();
+  };
+  EXPECT_EQ(error("biuld --bars x"), "参数错误：没有命令“biuld”");
+  EXPECT_EQ(error("packet shwo x"), "参数错误：没有命令“shwo”");
+  EXPECT_EQ(error("packet"), "参数错误：没有命令");
+  EXPECT_EQ(error("build"), "参数错误：缺少 --bars");
+  EXPECT_EQ(error("packet show"), "参数错误：缺少 file");
+  EXPECT_EQ(error("simulate --out"), "参数错误：--out 后面没有值");
+  EXPECT_EQ(error("simulate --out "), "参数错误：--out: 值为空");
+  EXPECT_EQ(error("simulate --out a --out b"), "参数错误：--out 只能给一次");
+  EXPECT_EQ(error("simulate --out a --c"), "参数错误：多余的参数“--c”");
+  EXPECT_EQ(error("simulate --out a --days 99999999999"), "参数错误：--days 的值“99999999999”无法识别或超出范围");
+  for (const char* number : {"-1", "+1", "1.5", "x"}) {
+    EXPECT_EQ(error(QByteArray("simulate --out a --seed ") + number),
+              QByteArray("参数错误：--seed: “") + number + "”不是非负整数");
+  }
 }
 
 TEST(Program, BuildReportsOnBothStreams) {
@@ -156,7 +181,9 @@ TEST(Program, PacketsGoToCsvAndBack) {
   files.Write(QStringLiteral("bad.csv"), "n:integer\n1.5\n");
   QStringList bad = fromCsv;
   bad[2] = files.Path(QStringLiteral("bad.csv"));
-  EXPECT_EQ(RunProgram(bad).exitCode, 1);
+  const Result refused = RunProgram(bad);
+  EXPECT_EQ(refused.exitCode, 1);
+  EXPECT_EQ(QString::fromUtf8(refused.error), QStringLiteral("错误：%1：第 2 行“n”列：不认识的值“1.5”\n").arg(bad[2]));
   EXPECT_EQ(ReadPacketFile(packet).RowCount(), 3) << "a refused CSV file leaves the earlier data file";
   EXPECT_EQ(RunProgram({QStringLiteral("packet"), QStringLiteral("show"), again}).exitCode, 1) << "no data file";
 }
@@ -193,6 +220,16 @@ std::vector<SimulatedDay> ReadSimulated(const QString& path) {
     days.push_back(day);
   }
   return days;
+}
+
+TEST(Simulate, RefusesDaysBeforeThereWasAnExchange) {
+  const MarketFiles files;
+  QStringList arguments = SimulateArguments(files.Path(QStringLiteral("out")), 1, 20, 1);
+  arguments << QStringLiteral("--end") << QStringLiteral("1990-12-31");
+  const Result result = RunProgram(arguments);
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_TRUE(result.error.contains("早于 1990-12-19")) << result.error.constData();
+  EXPECT_FALSE(QFileInfo::exists(files.Path(QStringLiteral("out"))));
 }
 
 TEST(Simulate, StaysInsideTheLimitsWithGapsAndAllBoards) {
