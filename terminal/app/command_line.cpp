@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QStandardPaths>
+#include <algorithm>
 
 namespace holdwise {
 namespace {
@@ -42,6 +43,15 @@ QString HelpText() {
       "同一工作目录已有终端在运行时，命令交给它执行。\n");
 }
 
+/// The last argument when it is an option that wants a value behind it.
+QString ValueOptionAtEnd(const QStringList& arguments) {
+  const QString& last = arguments.constLast();
+  const bool wantsValue = std::any_of(std::begin(kValueOptions), std::end(kValueOptions), [&last](const char* name) {
+    return last == QStringLiteral("--") + QLatin1String(name);
+  });
+  return wantsValue ? last : QString();
+}
+
 ParsedCommandLine Refuse(const QString& text) {
   return {std::nullopt, QStringLiteral("holdwise-terminal：%1\n可用 --help 查看用法。\n").arg(text), 2};
 }
@@ -62,10 +72,9 @@ bool Command::IsEmpty() const {
 }
 
 QByteArray Command::ToJson() const {
-  QJsonObject object{{QStringLiteral("address"), address},
-                     {QStringLiteral("parameter"), parameter},
-                     {QStringLiteral("import"), importFile},
-                     {QStringLiteral("export"), exportFolder}};
+  QJsonObject object{{QStringLiteral("address"), address},   {QStringLiteral("parameter"), parameter},
+                     {QStringLiteral("import"), importFile}, {QStringLiteral("export"), exportFolder},
+                     {QStringLiteral("data"), dataFolder},   {QStringLiteral("db"), database}};
   if (theme) object.insert(QStringLiteral("theme"), ThemeKindName(*theme));
   return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
@@ -80,7 +89,26 @@ std::optional<Command> Command::FromJson(const QByteArray& json) {
   command.parameter = object.value(QStringLiteral("parameter")).toString();
   command.importFile = object.value(QStringLiteral("import")).toString();
   command.exportFolder = object.value(QStringLiteral("export")).toString();
+  command.dataFolder = object.value(QStringLiteral("data")).toString();
+  command.database = object.value(QStringLiteral("db")).toString();
   return command;
+}
+
+QString ConflictOf(const Command& command, const Options& running) {
+  const auto isOther = [](const QString& asked, const QString& used) {
+    if (asked.isEmpty() || asked == used) return false;
+    // Two ways to one place.
+    const QString place = QFileInfo(asked).canonicalFilePath();
+    return place.isEmpty() || place != QFileInfo(used).canonicalFilePath();
+  };
+  const auto text = [](const char* what, const QString& used, const QString& asked) {
+    return QStringLiteral(
+               "这个工作目录的终端正在运行，它使用%1“%2”，不是“%3”。请先关闭它，或用 --work 指定另一个工作目录。")
+        .arg(QString::fromUtf8(what), used, asked);
+  };
+  if (isOther(command.dataFolder, running.dataFolder)) return text("数据目录", running.dataFolder, command.dataFolder);
+  if (isOther(command.database, running.database)) return text("数据库", running.database, command.database);
+  return {};
 }
 
 ParsedCommandLine ParseCommandLine(const QStringList& arguments) {
@@ -89,6 +117,8 @@ ParsedCommandLine ParseCommandLine(const QStringList& arguments) {
   if (!parser.parse(arguments)) {
     if (!parser.unknownOptionNames().isEmpty())
       return Refuse(QStringLiteral("没有选项“%1”。").arg(parser.unknownOptionNames().constFirst()));
+    if (const QString option = ValueOptionAtEnd(arguments); !option.isEmpty())
+      return Refuse(QStringLiteral("选项 %1 后面没有值。").arg(option));
     return Refuse(parser.errorText());
   }
   if (parser.isSet(QStringLiteral("help"))) return {std::nullopt, HelpText(), 0};
@@ -114,6 +144,7 @@ ParsedCommandLine ParseCommandLine(const QStringList& arguments) {
   options.dataFolder = Absolute(value("data"));
   if (options.dataFolder.isEmpty()) options.dataFolder = options.workFolder + QStringLiteral("/market");
   options.database = value("db");
+  options.command.dataFolder = Absolute(value("data"));
   options.command.address = value("address");
   options.command.parameter = value("parameter");
   options.command.importFile = Absolute(value("import"));

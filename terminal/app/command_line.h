@@ -15,6 +15,8 @@ struct Command {
   QString parameter;  ///< for the address
   QString importFile;
   QString exportFolder;
+  QString dataFolder;  ///< empty: whichever the running terminal has
+  QString database;    ///< likewise
 
   [[nodiscard]] bool IsEmpty() const;
   [[nodiscard]] QByteArray ToJson() const;
@@ -32,6 +34,10 @@ struct Options {
   /// Visit, write, end: no window, questions and messages go to standard error.
   [[nodiscard]] bool IsBatch() const { return !command.exportFolder.isEmpty(); }
 };
+
+/// Why a running terminal cannot carry a command out: it was asked for with another data folder or database. Empty when
+/// it can.
+[[nodiscard]] QString ConflictOf(const Command& command, const Options& running);
 
 /// Outcome of reading a command line: options, or a text to print with the exit code to end with.
 struct ParsedCommandLine {

@@ -112,7 +112,13 @@ int Main(int argc, char** argv) {
   }
   Options& options = *parsed.options;
   PrepareWorkFolder(options.workFolder);
-  if (options.database.isEmpty()) options.database = options.workFolder + QStringLiteral("/holdwise.fdb");
+  if (options.database.isEmpty()) {
+    options.database = options.workFolder + QStringLiteral("/holdwise.fdb");
+  } else {
+    if (!DatabaseTarget::FromText(options.database).IsServer())
+      options.database = QFileInfo(options.database).absoluteFilePath();
+    options.command.database = options.database;
+  }
   WorkFolderLock lock(options.workFolder);
   if (const std::optional<int> exitCode = LockOrHandOver(lock, options)) return *exitCode;
   if (options.IsBatch() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -99,6 +99,7 @@ int Terminal::Run() {
   runner_ = std::make_unique<CommandRunner>(Targets());
   handOver_ = std::make_unique<HandOverServer>(options_.workFolder);
   handOver_->OnCommand = [this](const Command& command, HandOverServer::Answer answer) {
+    if (const QString conflict = ConflictOf(command, options_); !conflict.isEmpty()) return answer({conflict, 1});
     runner_->Run(command, std::move(answer));
   };
   if (isReady_ && !options_.command.address.isEmpty() && addresses_.Find(options_.command.address) == nullptr) {

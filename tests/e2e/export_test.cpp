@@ -135,6 +135,19 @@ TEST(HandOver, RunsImportsAndAnswersTheirOutcome) {
   EXPECT_EQ(running.Process().state(), QProcess::Running);
 }
 
+TEST(HandOver, RefusesAnotherDataFolderOrDatabase) {
+  const Bench bench;
+  RunningTerminal terminal(bench.Arguments({}));
+  ASSERT_TRUE(terminal.WaitForWindow());
+  EXPECT_EQ(RunTerminal(bench.Arguments({})).exitCode, 0);
+  for (const QStringList& other : {QStringList{"--data", bench.File("elsewhere")}, {"--db", bench.File("other.fdb")}}) {
+    const Outcome outcome = RunTerminal(QStringList{"--work", bench.Work(), "--export", bench.File("out")} + other);
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(outcome.err.contains("不是“" + other.constLast() + "”")) << outcome.err.toStdString();
+  }
+  EXPECT_FALSE(QFileInfo::exists(bench.File("out"))) << "nothing was exported from the wrong place";
+}
+
 TEST(Prices, ReachTheGridAfterTheQuotesAreReplaced) {
   Bench bench;
   const QString data = bench.File("data");

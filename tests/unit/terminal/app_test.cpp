@@ -55,6 +55,38 @@ TEST(CommandLine, ImportAloneIsNoBatch) {
   EXPECT_FALSE(parsed.options->IsBatch());
 }
 
+TEST(CommandLine, AMissingValueIsNamed) {
+  for (const char* option :
+       {"--data", "--work", "--db", "--bus", "--theme", "--address", "--parameter", "--import", "--export"}) {
+    const ParsedCommandLine parsed = ParseCommandLine({"holdwise-terminal", option});
+    EXPECT_FALSE(parsed.options.has_value());
+    EXPECT_EQ(parsed.exitCode, 2);
+    EXPECT_TRUE(parsed.text.startsWith(QStringLiteral("holdwise-terminal：选项 %1 后面没有值。\n").arg(option)))
+        << parsed.text.toStdString();
+  }
+}
+
+TEST(CommandLine, ARunningTerminalKeepsItsDataAndDatabase) {
+  const QTemporaryDir folder;
+  ASSERT_TRUE(QDir(folder.path()).mkdir("data"));
+  ASSERT_TRUE(QFile::link(folder.filePath("data"), folder.filePath("link")));
+  const ParsedCommandLine parsed = ParseCommandLine({"holdwise-terminal", "--data", folder.filePath("data") + "/"});
+  ASSERT_TRUE(parsed.options.has_value());
+  EXPECT_EQ(parsed.options->command.dataFolder, folder.filePath("data"));
+  Options running = *parsed.options;
+  running.database = "host:/p.fdb";
+  EXPECT_EQ(ConflictOf(parsed.options->command, running), "");
+  EXPECT_EQ(ConflictOf(Command(), running), "") << "a command that asks for none";
+  Command command;
+  command.dataFolder = folder.filePath("link");
+  command.database = "host:/p.fdb";
+  EXPECT_EQ(ConflictOf(command, running), "") << "the same folder by another name";
+  command.database = "host:/q.fdb";
+  EXPECT_TRUE(ConflictOf(command, running).contains("数据库“host:/p.fdb”，不是“host:/q.fdb”"));
+  command.dataFolder = folder.filePath("other");
+  EXPECT_TRUE(ConflictOf(command, running).contains("，不是“" + folder.filePath("other") + "”"));
+}
+
 TEST(CommandLine, CommandsSurviveTheHandOver) {
   Command command;
   command.theme = ThemeKind::Light;
@@ -62,6 +94,8 @@ TEST(CommandLine, CommandsSurviveTheHandOver) {
   command.parameter = "Skip\"组合\n表现";
   command.importFile = "/a b/ü.csv";
   command.exportFolder = "/o";
+  command.dataFolder = "/d";
+  command.database = "host:/p.fdb";
   const QByteArray json = command.ToJson();
   EXPECT_FALSE(json.contains('\n'));
   const std::optional<Command> back = Command::FromJson(json);
@@ -71,6 +105,8 @@ TEST(CommandLine, CommandsSurviveTheHandOver) {
   EXPECT_EQ(back->parameter, command.parameter);
   EXPECT_EQ(back->importFile, command.importFile);
   EXPECT_EQ(back->exportFolder, command.exportFolder);
+  EXPECT_EQ(back->dataFolder, command.dataFolder);
+  EXPECT_EQ(back->database, command.database);
   EXPECT_FALSE(Command::FromJson("[]").has_value());
   EXPECT_FALSE(Command::FromJson("rubbish").has_value());
 }
@@ -233,9 +269,9 @@ TEST(CommandRunnerTest, CarriesOutOneAfterTheOtherInOrder) {
   const auto answer = [&record](const HandOverAnswer& given) {
     record.append(QString("answer %1 %2").arg(given.exitCode).arg(given.text));
   };
-  runner.Run({ThemeKind::Light, "a", "p", "good", "out"}, answer);
-  runner.Run({{}, "none", {}, {}, {}}, answer);
-  runner.Run({{}, {}, {}, "bad", "out"}, answer);
+  runner.Run({ThemeKind::Light, "a", "p", "good", "out", {}, {}}, answer);
+  runner.Run({{}, "none", {}, {}, {}, {}, {}}, answer);
+  runner.Run({{}, {}, {}, "bad", "out", {}, {}}, answer);
   runner.Run({}, answer);
   EXPECT_TRUE(record.isEmpty());
   QCoreApplication::processEvents();

@@ -63,7 +63,7 @@ TEST_F(HandOverTest, TheCommandArrivesWholeAndTheAnswerComesBack) {
     taken = command;
     answer({"第一行\n第二行", 7});
   };
-  const std::optional<HandOverAnswer> answer = Ask({ThemeKind::Light, "投资组合", "p", "/a b.csv", "/out"});
+  const std::optional<HandOverAnswer> answer = Ask({ThemeKind::Light, "投资组合", "p", "/a b.csv", "/out", {}, {}});
   ASSERT_TRUE(answer.has_value());
   EXPECT_EQ(answer->text, "第一行\n第二行");
   EXPECT_EQ(answer->exitCode, 7);
@@ -89,7 +89,7 @@ TEST_F(HandOverTest, TwoCommandsAtOnceEachGetTheirOwnAnswerThoughItComesLater) {
   };
   const auto ask = [this](const QString& address) {
     return std::async(std::launch::async, [this, address] {
-      return HandOver(folder_.path(), Command{{}, address, {}, {}, {}}, Never);
+      return HandOver(folder_.path(), Command{{}, address, {}, {}, {}, {}, {}}, Never);
     });
   };
   auto first = ask("a");
