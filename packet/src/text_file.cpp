@@ -54,10 +54,11 @@ QByteArray ToUtf8Text(const QByteArray& bytes) {
 }
 
 QString ShownText(const QString& text) {
+  constexpr qsizetype kLongestShown = 400;
   constexpr ushort kDelete = 0x7F;
   constexpr ushort kLastControl = 0x9F;
   QString shown;
-  for (const QChar c : text) {
+  for (const QChar c : QStringView(text).left(kLongestShown)) {
     const ushort code = c.unicode();
     if (code >= u' ' && (code < kDelete || code > kLastControl)) {
       shown += c;
@@ -65,7 +66,7 @@ QString ShownText(const QString& text) {
       shown += QStringLiteral("\\x%1").arg(code, 2, 16, QLatin1Char('0'));
     }
   }
-  return shown;
+  return text.size() > kLongestShown ? shown + u'…' : shown;
 }
 
 QByteArray ReadTextFile(const QString& path, std::int64_t maxBytes) {

@@ -9,19 +9,6 @@
 namespace holdwise {
 namespace {
 
-QString Says(ErrorCategory category) {
-  switch (category) {
-    case ErrorCategory::NotFound:
-      return QStringLiteral("文件不存在");
-    case ErrorCategory::Io:
-      return QStringLiteral("文件无法读取");
-    case ErrorCategory::Refused:
-      return QStringLiteral("文件超出限制");
-    default:
-      return QStringLiteral("文件已损坏");
-  }
-}
-
 [[noreturn]] void Fail(ErrorCategory category, const QString& path, const QString& text) {
   throw Error(category, QStringLiteral("行情数据文件“%1”：%2").arg(QDir::toNativeSeparators(path), text).toStdString());
 }
@@ -30,8 +17,7 @@ ResultSet ReadTable(const QString& path) {
   try {
     return ReadPacketFile(path);
   } catch (const Error& error) {
-    Fail(error.Category(), path,
-         Says(error.Category()) + QStringLiteral("（%1）").arg(QString::fromUtf8(error.what())));
+    Fail(error.Category(), path, QString::fromUtf8(error.what()).remove(path + QStringLiteral("：")));
   }
 }
 

@@ -123,7 +123,7 @@ ImportResult ImportPortfoliosFromFile(const QString& path, const ImportServices&
     csv = ReadTextFile(path, kMaxFileBytes);
   } catch (const Error& error) {
     ImportResult refused;
-    refused.problems.push_back({0, QStringLiteral("文件“%1”无法读取：%2").arg(path, QString::fromUtf8(error.what()))});
+    refused.problems.push_back({0, QString::fromUtf8(error.what())});
     return refused;
   }
   return ImportPortfolios(csv, services, progress);

@@ -115,6 +115,15 @@ TEST(CsvField, QuotesOnlyWhenNeeded) {
   EXPECT_EQ(CsvField(QChar(0xFEFF) + QStringLiteral("a")), QLatin1Char('"') + QChar(0xFEFF) + QStringLiteral("a\""));
 }
 
+TEST(ShownText, HasNoControlCharactersAndIsNotLong) {
+  EXPECT_EQ(ShownText(QStringLiteral("a b，中")), QStringLiteral("a b，中"));
+  const char16_t controls[] = {u'a', 0, u'\n', 0x7F, 0x85, 0x9F, 0xA0};
+  EXPECT_EQ(ShownText(QString(reinterpret_cast<const QChar*>(controls), 7)),
+            QStringLiteral("a\\x00\\x0a\\x7f\\x85\\x9f") + QChar(0xA0));
+  EXPECT_EQ(ShownText(QString(400, u'x')), QString(400, u'x'));
+  EXPECT_EQ(ShownText(QString(401, u'x')), QString(400, u'x') + u'…');
+}
+
 TEST(TextFile, Utf8AndGb18030) {
   EXPECT_EQ(ToUtf8Text("abc"), "abc");
   EXPECT_EQ(ToUtf8Text("\xEF\xBB\xBF中"), "中");

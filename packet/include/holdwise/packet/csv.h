@@ -21,7 +21,7 @@ namespace holdwise {
 [[nodiscard]] QByteArray ToUtf8Text(const QByteArray& bytes);
 
 /// A text from outside as it stands in a message: control characters, which would cut the message short or break its
-/// lines, become "\\x" and their two hexadecimal digits.
+/// lines, become "\x" and their two hexadecimal digits; of more than 400 characters the first 400 and "…".
 [[nodiscard]] QString ShownText(const QString& text);
 
 /// What happens to a line with nothing but blanks.
