@@ -32,10 +32,29 @@ Connection::~Connection() {
   if (place_.IsEmbedded()) QFile::remove(place_.markerFile);
 }
 
+/// For what changes nothing and may therefore be done twice.
+template <typename Action>
+auto Connection::OnLiveConnection(Action action) {
+  try {
+    return action();
+  } catch (const Error& error) {
+    if (error.Category() != ErrorCategory::Io || !place_.attachAgain) throw;
+  }
+  Handle<Firebird::IAttachment> attachment = place_.attachAgain();
+  cache_.Clear();
+  reading_.reset();
+  Detach(status_, attachment_);
+  attachment_ = std::move(attachment);
+  return action();
+}
+
 std::unique_ptr<Transaction> Connection::StartChange() {
-  if (place_.IsEmbedded()) RequireSpace(place_.folder, place_.bytesToChange);
-  return std::make_unique<Transaction>(
-      status_, *attachment_, place_.IsEmbedded() ? Transaction::Mode::ChangeNoWait : Transaction::Mode::ChangeWait);
+  if (place_.IsEmbedded()) {
+    RequireSpace(place_.folder, place_.bytesToChange);
+    return std::make_unique<Transaction>(status_, *attachment_, Transaction::Mode::ChangeNoWait);
+  }
+  return OnLiveConnection(
+      [&] { return std::make_unique<Transaction>(status_, *attachment_, Transaction::Mode::ChangeWait); });
 }
 
 /// One transaction for all reads outside a caller's own: a read-only read-committed one costs the engine nothing,
@@ -95,9 +114,8 @@ ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
     if (std::optional<ResultSet> rows = kept_.Find(sql)) return *std::move(rows);
   }
   ReadShape(sql);
-  if (shape_.Kind() == StatementKind::Select) {
-    Transaction& transaction = own != nullptr ? *own : Reading();
-    ResultSet rows = Prepare(transaction, text_).statement->Read(transaction, maxRows);
+  if (own == nullptr && shape_.Kind() == StatementKind::Select) {
+    ResultSet rows = OnLiveConnection([&] { return Prepare(Reading(), text_).statement->Read(Reading(), maxRows); });
     if (mayKeep) kept_.Add(sql, rows);
     return rows;
   }

@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <mutex>
@@ -16,14 +17,16 @@
 namespace holdwise::firebird {
 
 /// One attachment with its prepared statements, shared by the service and its sessions. Thread-safe: every call holds
-/// the one lock for its whole run.
+/// the one lock for its whole run. A lost connection to a server is made again by the next read or start of a
+/// transaction; transactions that were open are lost with it, and every further statement in them is an Error.
 class Connection {
  public:
-  /// Where an embedded database stands; both are empty for a server.
+  /// Where the database stands: a folder and a marker for the embedded engine, a way to attach for a server.
   struct Place {
-    QString folder;      ///< must have bytesToChange free before a change
-    QString markerFile;  ///< removed after a clean detach
+    QString folder = {};      ///< must have bytesToChange free before a change
+    QString markerFile = {};  ///< removed after a clean detach
     std::int64_t bytesToChange = kBytesToChange;
+    std::function<Handle<Firebird::IAttachment>()> attachAgain = {};  ///< when the connection is lost
     [[nodiscard]] bool IsEmbedded() const { return !folder.isEmpty(); }
   };
   Connection(Handle<Firebird::IAttachment> attachment, Place place);
@@ -48,6 +51,8 @@ class Connection {
   [[nodiscard]] Ready Prepare(Transaction& transaction, std::string_view sql);
   [[nodiscard]] PreparedStatement* PrepareShape(Transaction& transaction, std::string_view sql);
   [[nodiscard]] Transaction& Reading();
+  template <typename Action>
+  auto OnLiveConnection(Action action);
   [[nodiscard]] std::unique_ptr<Transaction> StartChange();
   void ReadShape(const QString& sql);
 

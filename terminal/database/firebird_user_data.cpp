@@ -176,7 +176,10 @@ std::shared_ptr<Connection> OpenServer(const DatabaseTarget& target) {
   }
   firebird::Status status;
   firebird::UpgradeSchema(status, *attachment);
-  return std::make_shared<Connection>(std::move(attachment), Connection::Place{});
+  options.create = false;
+  return std::make_shared<Connection>(
+      std::move(attachment),
+      Connection::Place{.attachAgain = [text = target.text, options] { return firebird::Attach(text, options); }});
 }
 
 std::shared_ptr<Connection> OpenFile(const QString& file, const QString& lockFolder) {

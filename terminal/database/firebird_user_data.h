@@ -39,7 +39,8 @@ void ShutdownFirebird();
 /// Integers, dates and numbers stored with an unfitting literal are Error(Refused); a text that is longer than the
 /// column it is compared with simply matches nothing. Any thread may call; calls run one after the other. Lock
 /// conflicts are Error(Busy): at once with the embedded engine, whose transactions all belong to this object and could
-/// not end while it waits, after 10 s with a server.
+/// not end while it waits, after 10 s with a server. A lost connection to a server is Error(Io) for what was under way
+/// in it; the next read or start of a transaction makes it again.
 class FirebirdUserData final : public UserDataServices {
  public:
   /// Opens the database; a missing embedded file is created (mode 0600), an older schema is brought up to date file by

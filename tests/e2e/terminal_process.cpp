@@ -147,8 +147,7 @@ std::vector<QStringList> ReadCsv(const QString& path) {
   return rows;
 }
 
-RunningTerminal::RunningTerminal(const QStringList& arguments) {
-  QProcessEnvironment environment = BareEnvironment();
+RunningTerminal::RunningTerminal(const QStringList& arguments, QProcessEnvironment environment) {
   environment.insert("QT_QPA_PLATFORM", "offscreen");
   environment.insert("HOLDWISE_TRACE_START", "1");
   process_.setProcessEnvironment(environment);

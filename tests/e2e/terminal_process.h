@@ -66,7 +66,7 @@ std::vector<QStringList> ReadCsv(const QString& path);
 /// A terminal with its window, running offscreen until Stop or the destructor.
 class RunningTerminal {
  public:
-  explicit RunningTerminal(const QStringList& arguments);
+  explicit RunningTerminal(const QStringList& arguments, QProcessEnvironment environment = BareEnvironment());
   ~RunningTerminal();
   /// Waits until the first view has been painted; false when that takes too long.
   bool WaitForWindow();

@@ -5,6 +5,7 @@
 //   signal    opens it between the installation of an own handler and a SIGTERM to itself; exit code 0 when the handler
 //             ran and the database still works and closes
 //   left      opens it and ends without closing
+//   user      makes the database of a server's users, with SYSDBA in it, whose password is the last argument
 #include <QCoreApplication>
 #include <csignal>
 #include <cstdio>
@@ -12,6 +13,7 @@
 #include <iostream>
 #include <string>
 
+#include "database/firebird_client.h"
 #include "database/firebird_user_data.h"
 
 namespace {
@@ -38,7 +40,24 @@ int KeepUsableAfterSignals(FirebirdUserData& service) {
   return signals == 2 && service.Count(QStringLiteral("select count(*) from alg_commain")) == 2 ? 0 : 1;
 }
 
+void MakeUser(const QString& file, const QString& password) {
+  firebird::Status status;
+  auto attachment = firebird::Attach(file, {.create = true, .embedded = true, .user = {}, .password = {}});
+  {
+    firebird::Transaction transaction(status, *attachment, firebird::Transaction::Mode::ChangeNoWait);
+    const std::string statement = "create user SYSDBA password '" + password.toStdString() + "'";
+    attachment->execute(status.Get(), &transaction.Get(), 0, statement.c_str(), SQL_DIALECT_CURRENT, nullptr, nullptr,
+                        nullptr, nullptr);
+    transaction.Commit();
+  }
+  firebird::Detach(status, attachment);
+}
+
 int Run(const std::string& mode, const QString& file, const QString& lockFolder) {
+  if (mode == "user") {
+    MakeUser(file, lockFolder);
+    return 0;
+  }
   if (mode == "signal") {
     std::signal(SIGTERM, CountSignal);
     std::signal(SIGINT, CountSignal);
@@ -69,6 +88,9 @@ int main(int argc, char** argv) {
     std::puts(error.what());
     std::fflush(stdout);
     result = 10 + static_cast<int>(error.Category());
+  } catch (const Firebird::FbException& exception) {
+    std::puts(holdwise::firebird::ToError(exception, QStringLiteral("error")).what());
+    result = 10;
   }
   holdwise::ShutdownFirebird();
   return result;
