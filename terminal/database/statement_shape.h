@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "database/statement_tokens.h"
+
 namespace holdwise::firebird {
 
 enum class StatementKind : std::uint8_t {
@@ -34,29 +36,12 @@ class StatementShape {
   [[nodiscard]] StatementKind Kind() const { return kind_; }
 
  private:
-  enum class Word : std::uint8_t;
-  enum class TokenType : std::uint8_t { Word, Number, Quoted, Symbol };
-  struct Token {
-    TokenType type;
-    Word word;
-    bool doubledQuotes;
-    char symbol;  // comparison operators of any length are '='
-    std::uint32_t begin;
-    std::uint32_t end;
-  };
   /// What a pair of brackets, or the statement itself, holds at the moment.
   enum class Clause : std::uint8_t { Other, SelectList, Assignments, Condition, StoredValues, ComparedValues };
 
-  [[nodiscard]] static Word WordOf(std::string_view text);
   [[nodiscard]] bool ReadLikeLast();
   [[nodiscard]] std::size_t ReadLiteral(std::size_t at, Literal& literal) const;
   void ReadWhole();
-  void Split();
-  std::size_t SkipBlank(std::size_t at) const;
-  std::size_t ReadQuoted(std::size_t at, char quote, bool& doubled) const;
-  std::size_t ReadAlternativeQuoted(std::size_t at) const;
-  std::size_t ReadNumber(std::size_t at, bool& plain) const;
-  std::size_t ReadSymbol(std::size_t at, char& symbol) const;
   [[nodiscard]] StatementKind KindOfTokens() const;
   [[nodiscard]] Clause ClauseOfBracket(std::size_t index, Clause outer) const;
   [[nodiscard]] static Clause ClauseAfter(Word word, Clause clause);
