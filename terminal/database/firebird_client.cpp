@@ -62,12 +62,14 @@ bool IsFailedRead(const intptr_t* item) {
 struct Reading {
   ErrorCategory category = ErrorCategory::Database;
   int systemError = 0;
+  bool isNetwork = false;
 };
 Reading ReadVector(const intptr_t* vector) {
   Reading reading;
   for (const intptr_t* item = vector; *item != isc_arg_end; item += (*item == isc_arg_cstring ? 3 : 2)) {
     if (*item == isc_arg_unix) reading.systemError = static_cast<int>(item[1]);
     if (*item != isc_arg_gds) continue;
+    if (item[1] == isc_network_error) reading.isNetwork = true;
     const ErrorCategory particular = IsFailedRead(item) ? ErrorCategory::Corrupt : CategoryOfCode(item[1]);
     if (particular != ErrorCategory::Database) reading.category = particular;
   }
@@ -124,10 +126,16 @@ Error ToError(const Firebird::FbException& exception, const QString& action) {
   Master().getUtilInterface()->formatStatus(text.data(), text.size(), exception.getStatus());
   QString reason = QString::fromUtf8(text.data()).simplified();
   const Reading reading = ReadVector(exception.getStatus()->getErrors());
-  if (reading.category == ErrorCategory::Io && reading.systemError != 0) {
-    // The engine repeats the system's own words, in English.
-    reason = QStringLiteral("%1（%2）").arg(QString::fromStdString(SystemReason(reading.systemError)), reason);
+  // The engine's own words are English.
+  QString meaning;
+  if (reading.isNetwork) {
+    meaning = QStringLiteral("连接不上数据库服务器");
+  } else if (reading.category == ErrorCategory::Corrupt) {
+    meaning = QStringLiteral("数据库文件的内容有误");
+  } else if (reading.category == ErrorCategory::Io && reading.systemError != 0) {
+    meaning = QString::fromStdString(SystemReason(reading.systemError));
   }
+  if (!meaning.isEmpty()) reason = QStringLiteral("%1（%2）").arg(meaning, reason);
   return {reading.category, (action + QStringLiteral("：") + reason).toStdString()};
 }
 

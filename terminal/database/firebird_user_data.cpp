@@ -89,6 +89,10 @@ void FlushFolder(const QString& folder) {
 
 /// Made under another name and given its own when complete, so that a file cut short by a crash is never found.
 void CreateFile(const QString& file) {
+  if (file.contains(u':')) {
+    throw Error(ErrorCategory::Refused,
+                QStringLiteral("数据库文件 %1 的路径里有冒号，数据库引擎会把它当作服务器").arg(file).toStdString());
+  }
   const QFileInfo info(file);
   if (!QFileInfo(info.absolutePath()).isWritable()) {
     throw IoError(QStringLiteral("文件夹 %1 不能写入，不能建立数据库").arg(info.absolutePath()));
@@ -155,6 +159,11 @@ bool PutMarker(const QString& file) {
 }
 
 std::shared_ptr<Connection> OpenServer(const DatabaseTarget& target) {
+  if (target.text.endsWith(u':') || target.text.endsWith(u'/')) {
+    // The library would take the server's name for a file's and make one in the current folder.
+    throw Error(ErrorCategory::Refused,
+                QStringLiteral("“%1”没有写明服务器上的数据库，应为“主机:/路径”").arg(target.text).toStdString());
+  }
   AttachOptions options{.create = false, .embedded = false, .user = target.user, .password = target.password};
   firebird::Handle<Firebird::IAttachment> attachment;
   try {
@@ -212,7 +221,7 @@ DatabaseTarget DatabaseTarget::FromText(const QString& text) {
 }
 
 bool DatabaseTarget::IsServer() const {
-  // A local path starts with "/", or holds no ":" before its first "/".
+  // A local path starts with "/" or ".", or holds no ":".
   const qsizetype colon = text.indexOf(u':');
   return colon > 0 && !text.startsWith(u'/') && !text.startsWith(u'.');
 }

@@ -250,6 +250,24 @@ TEST(Opening, UnreachableServerIsIo) {
   // Port 1 of this machine refuses at once.
   const Outcome outcome = OpeningFails(QStringLiteral("127.0.0.1/1:/tmp/none.fdb"));
   EXPECT_EQ(outcome.category, ErrorCategory::Io) << outcome.text.toStdString();
+  EXPECT_TRUE(outcome.text.startsWith(QStringLiteral("不能打开数据库：连接不上数据库服务器（")))
+      << outcome.text.toStdString();
+}
+
+TEST(Opening, NamesThatTheEngineReadsOtherwiseAreRefused) {
+  const QTemporaryDir folder;
+  const QString before = QDir::currentPath();
+  ASSERT_TRUE(QDir::setCurrent(folder.path()));
+  for (const char* server : {"localhost:", "localhost/3050:", "inet://localhost/"}) {
+    const Outcome outcome = OpeningFails(QString::fromLatin1(server));
+    EXPECT_EQ(outcome.category, ErrorCategory::Refused) << server;
+    EXPECT_TRUE(outcome.text.contains(QStringLiteral("没有写明服务器上的数据库"))) << outcome.text.toStdString();
+  }
+  const Outcome colon = OpeningFails(QStringLiteral("./a:b.fdb"));
+  EXPECT_EQ(colon.category, ErrorCategory::Refused);
+  EXPECT_TRUE(colon.text.contains(folder.filePath(QStringLiteral("a:b.fdb")) + QStringLiteral(" 的路径里有冒号")));
+  EXPECT_TRUE(QDir(folder.path()).isEmpty()) << "no file of that name was made";
+  QDir::setCurrent(before);
 }
 
 TEST(Opening, TargetsAreToldApart) {
