@@ -7,7 +7,7 @@
 namespace holdwise::firebird {
 namespace {
 
-constexpr std::size_t kMostAnswers = 8;
+constexpr std::size_t kMostAnswers = 16;
 constexpr std::int64_t kMostCells = 100'000;
 
 /// Without brackets, quotes and "$" there is no function, no word like 'now' and no system table; what is left that
@@ -37,10 +37,10 @@ std::optional<ResultSet> KeptAnswers::Find(const QString& sql) {
 
 void KeptAnswers::Add(const QString& sql, const ResultSet& rows) {
   if (Answer* answer = Lookup(sql)) {
-    if (std::int64_t{rows.RowCount()} * rows.ColumnCount() <= kMostCells) answer->rows = rows;
+    const bool isSmall = std::int64_t{rows.RowCount()} * rows.ColumnCount() <= kMostCells;
+    if (isSmall && DependsOnRowsOnly(sql)) answer->rows = rows;
     return;
   }
-  if (!DependsOnRowsOnly(sql)) return;
   if (answers_.size() == kMostAnswers) answers_.pop_back();
   answers_.push_front({sql, std::nullopt});
 }

@@ -22,7 +22,7 @@ class KeptAnswers {
  private:
   struct Answer {
     QString sql;
-    std::optional<ResultSet> rows;  ///< none: read once so far, or too large
+    std::optional<ResultSet> rows;  ///< none: read once so far, or not to be kept
   };
   /// The answer, brought to the front; null when there is none.
   [[nodiscard]] Answer* Lookup(const QString& sql);

@@ -76,15 +76,15 @@ TEST(KeptAnswers, LargeAnswersAreNotHeld) {
   EXPECT_FALSE(IsKept(kIds, Numbers(50'001, 2)));
 }
 
-TEST(KeptAnswers, TheEightAskedForLastStay) {
+TEST(KeptAnswers, TheSixteenAskedForLastStay) {
   KeptAnswers answers;
   const auto statement = [](int number) { return QStringLiteral("select %1 from alg_commain").arg(number); };
-  for (int number = 0; number < 8; ++number) ReadTwice(answers, statement(number), Numbers(number));
+  for (int number = 0; number < 16; ++number) ReadTwice(answers, statement(number), Numbers(number));
   EXPECT_EQ(answers.Find(statement(0)), Numbers(0));
-  ReadTwice(answers, statement(8), Numbers(8));
+  ReadTwice(answers, statement(16), Numbers(16));
   EXPECT_EQ(answers.Find(statement(0)), Numbers(0));
   EXPECT_FALSE(answers.Find(statement(1)).has_value());
-  EXPECT_EQ(answers.Find(statement(8)), Numbers(8));
+  EXPECT_EQ(answers.Find(statement(16)), Numbers(16));
 }
 
 /// The service over a database with two portfolios whose ids have been read often enough to be kept.
