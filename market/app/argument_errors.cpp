@@ -1,26 +1,25 @@
 #include "argument_errors.h"
 
-#include <regex>
+#include <QRegularExpression>
+#include <QString>
+#include <array>
 
 namespace holdwise {
 namespace {
 
 struct Wording {
-  std::regex parser;
+  const char* parser;
   const char* ours;
 };
 
-const std::vector<Wording>& Wordings() {
-  static const std::vector<Wording> wordings{
-      {std::regex("A subcommand is required"), "没有命令"},
-      {std::regex("(\\S+) is required"), "缺少 $1"},
-      {std::regex("(\\S+): 1 required \\S+ missing"), "$1 后面没有值"},
-      {std::regex("(\\S+): At Most 1 required but received \\d+"), "$1 只能给一次"},
-      {std::regex("Could not convert: (\\S+) = (.*)"), "$1 的值“$2”无法识别或超出范围"},
-      {std::regex("The following arguments? (?:was|were) not expected: (.*)"), "多余的参数“$1”"},
-  };
-  return wordings;
-}
+constexpr std::array<Wording, 6> kWordings = {{
+    {"^A subcommand is required$", "没有命令"},
+    {"^(\\S+) is required$", "缺少 \\1"},
+    {"^(\\S+): 1 required \\S+ missing$", "\\1 后面没有值"},
+    {"^(\\S+): At Most 1 required but received \\d+$", "\\1 只能给一次"},
+    {"^Could not convert: (\\S+) = (.*)$", "\\1 的值“\\2”无法识别或超出范围"},
+    {"^The following arguments? (?:was|were) not expected: (.*)$", "多余的参数“\\1”"},
+}};
 
 }  // namespace
 
@@ -32,8 +31,10 @@ std::string ArgumentErrorText(const CLI::App& program, const CLI::Error& error) 
   if (command->get_require_subcommand_min() > 0 && command->remaining_size() > 0) {
     return "没有命令“" + command->remaining().front() + "”";
   }
-  for (const Wording& wording : Wordings()) {
-    if (std::regex_match(text, wording.parser)) return std::regex_replace(text, wording.parser, wording.ours);
+  for (const Wording& wording : kWordings) {
+    const QRegularExpression parser(QString::fromUtf8(wording.parser), QRegularExpression::DotMatchesEverythingOption);
+    QString ours = QString::fromStdString(text);
+    if (parser.match(ours).hasMatch()) return ours.replace(parser, QString::fromUtf8(wording.ours)).toStdString();
   }
   return text;
 }
