@@ -39,6 +39,7 @@ void TAllStockData::SetZS_TYPE(TZS_TYPE type) {
   if (!GetCurStringGrid().Cells(0, 0).isEmpty()) return;
   const QString& file = kRiskFiles[static_cast<std::size_t>(type)];
   underWay_.push_back(file);
+  wasAsked_ = true;
   role_->Request(file);
 }
 

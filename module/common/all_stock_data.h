@@ -38,6 +38,10 @@ class TAllStockData : public QObject {
   [[nodiscard]] const TTextGrid& GetCurStringGrid() const { return grids_[static_cast<std::size_t>(type_)]; }
   /// Is a file on its way?
   [[nodiscard]] bool IsDownloading() const { return !underWay_.isEmpty(); }
+  /// Was the current table asked for in vain? False while its file is on its way, and after another attempt was good.
+  [[nodiscard]] bool LacksCurrentTable() const {
+    return wasAsked_ && !IsDownloading() && GetCurStringGrid().Cells(0, 0).isEmpty();
+  }
 
   /// Names: security codes as the database gives them; values: standard deviation, shortest decimal text. Read from the
   /// database when that has not been done yet or an update is needed; what a failing query throws reaches the caller. A
@@ -63,6 +67,7 @@ class TAllStockData : public QObject {
   std::array<TTextGrid, 3> grids_;
   TNameValueSnapshot deviations_;
   bool isGet_ = false;
+  bool wasAsked_ = false;
   QStringList underWay_;                        ///< files asked for and not yet come
   std::unique_ptr<TDSBAsynDownFileRole> role_;  ///< last member: it goes first, and with it the events
 };

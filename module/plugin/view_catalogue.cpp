@@ -1,6 +1,7 @@
 #include "plugin/view_catalogue.h"
 
 #include "calc/untcalc2.h"
+#include "common/all_stock_data.h"
 #include "common/grid/string_grid.h"
 #include "common/statements.h"
 #include "common/untcommon.h"
@@ -45,8 +46,10 @@ int HoldwiseViewCatalogue::Progress() const {
 QString HoldwiseViewCatalogue::Shortcoming() const {
   if (mainFrame_.isNull()) return {};
   const std::int64_t count = Database().Count(sql::kCountUnfinishedSaved);
-  if (count <= 0) return {};
-  return QStringLiteral("%1 个组合的风险数据没有算完，所示的不是最新数值（原因见日志）。").arg(count);
+  if (count > 0) return QStringLiteral("%1 个组合的风险数据没有算完，所示的不是最新数值（原因见日志）。").arg(count);
+  if (g_AllStockData->LacksCurrentTable() && Database().Count(sql::kCountSavedPortfolios) > 0)
+    return QStringLiteral("风险文件没有取得，成分股的风险系数没有显示（原因见日志）。");
+  return {};
 }
 
 QWidget* HoldwiseViewCatalogue::Frame() const {

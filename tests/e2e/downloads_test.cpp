@@ -59,5 +59,14 @@ TEST_F(Downloads, AMissingFileIsNamedAndTheExportSaysThatItsFiguresAreOld) {
   EXPECT_TRUE(AreCalculated(bench_.Export("2002-strngrd")));
 }
 
+TEST_F(Downloads, AMissingRiskFileIsNoCompleteExport) {
+  ASSERT_TRUE(QFile::remove(bench_.data + "/QMTL/TZZH/风险计量/SH.dat"));
+  const QString file = bench_.Write("p.csv", TwoPortfolios());
+  const Outcome outcome = RunTerminal(bench_.Arguments({"--import", file, "--export", bench_.File("out")}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("风险文件没有取得")) << outcome.err.toStdString();
+  EXPECT_TRUE(QFile::exists(bench_.File("out/2002.png"))) << "everything is written all the same";
+}
+
 }  // namespace
 }  // namespace holdwise::e2e

@@ -79,6 +79,20 @@ TEST_F(AllStockData, AFailedDownloadIsAskedForAgain) {
   EXPECT_EQ(role_->Requests(), (std::vector<QString>{kShanghai, kShanghai}));
 }
 
+TEST_F(AllStockData, ATableAskedForInVainIsLacking) {
+  EXPECT_FALSE(g_AllStockData->LacksCurrentTable()) << "nobody wants it";
+  g_AllStockData->Set_SHZS();
+  EXPECT_FALSE(g_AllStockData->LacksCurrentTable()) << "on its way";
+  role_->Fail(kShanghai, TDSBAsynDownFileRole::kNotFound);
+  EXPECT_TRUE(g_AllStockData->LacksCurrentTable());
+  g_AllStockData->Set_SHZS();
+  role_->WriteAndReceive(kShanghai, "rubbish");
+  EXPECT_TRUE(g_AllStockData->LacksCurrentTable());
+  g_AllStockData->Set_SHZS();
+  role_->WriteAndReceive(kShanghai, RiskFile({{"600000", "1", "0"}}));
+  EXPECT_FALSE(g_AllStockData->LacksCurrentTable());
+}
+
 TEST_F(AllStockData, ALateFileFillsTheTableOfItsOwnIndex) {
   g_AllStockData->Set_SHZS();
   g_AllStockData->Set_SZZS();
