@@ -131,6 +131,10 @@ void CheckFile(const QString& file, const QString& lockFolder) {
   if (!QFileInfo(info.absolutePath()).isDir()) {
     throw IoError(QStringLiteral("文件夹 %1 不存在，不能打开数据库").arg(info.absolutePath()));
   }
+  if (info.isSymLink() && !info.exists()) {
+    // On a disk that is not there, perhaps: a new file would take the place of the way to it.
+    throw IoError(QStringLiteral("数据库文件 %1 是指向 %2 的链接，而 %2 不存在").arg(file, info.symLinkTarget()));
+  }
   if (!info.exists()) return CreateFile(file);
   if (!info.isFile()) throw IoError(QStringLiteral("%1 不是文件，不能当作数据库打开").arg(file));
   if (!info.isWritable() || !QFileInfo(info.absolutePath()).isWritable()) {

@@ -246,6 +246,21 @@ TEST(Opening, MissingFolderAndUnwritablePlacesAreIo) {
   EXPECT_EQ(OpeningFails(QStringLiteral("/proc/holdwise.fdb")).category, ErrorCategory::Io);
 }
 
+TEST(Opening, ALinkToNothingIsKept) {
+  const QTemporaryDir folder;
+  const QString link = folder.filePath(QStringLiteral("db.fdb"));
+  ASSERT_TRUE(QFile::link(folder.filePath(QStringLiteral("disk/db.fdb")), link));
+  const Outcome outcome = OpeningFails(link);
+  EXPECT_EQ(outcome.category, ErrorCategory::Io);
+  EXPECT_TRUE(outcome.text.contains(folder.filePath(QStringLiteral("disk/db.fdb")) + QStringLiteral(" 不存在")));
+  EXPECT_TRUE(QFileInfo(link).isSymLink());
+  TempDatabase whole(false);
+  const QString good = folder.filePath(QStringLiteral("good.fdb"));
+  ASSERT_TRUE(QFile::link(whole.File(), good));
+  EXPECT_EQ(FirebirdUserData::Open(DatabaseTarget{good, {}, {}}, TempDatabase::LockFolder())->Count(kCountPortfolios),
+            0);
+}
+
 TEST(Opening, UnreachableServerIsIo) {
   // Port 1 of this machine refuses at once.
   const Outcome outcome = OpeningFails(QStringLiteral("127.0.0.1/1:/tmp/none.fdb"));
