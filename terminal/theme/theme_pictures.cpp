@@ -53,12 +53,6 @@ void PaintSaveSign(QPainter& painter, const QColor& ink) {
   painter.drawPolyline(QPolygonF{QPointF(0.24, 0.6), QPointF(0.24, 0.76), QPointF(0.76, 0.76), QPointF(0.76, 0.6)});
 }
 
-void PaintDeleteSign(QPainter& painter, const QColor& ink) {
-  painter.setPen(QPen(ink, 0.1, Qt::SolidLine, Qt::RoundCap));
-  painter.drawLine(QPointF(0.32, 0.32), QPointF(0.68, 0.68));
-  painter.drawLine(QPointF(0.68, 0.32), QPointF(0.32, 0.68));
-}
-
 void PaintSave(QPainter& painter, const QRectF& area, ThemeKind kind) {
   EnterButtonSquare(painter, area);
   const QColor ink = ThemeColorOf(kind, "Grid_ClickTxtColor");
@@ -73,24 +67,11 @@ void PaintSaveHover(QPainter& painter, const QRectF& area, ThemeKind kind) {
   PaintSaveSign(painter, ThemeColorOf(kind, "Qm_BGCorlor"));
 }
 
-void PaintDelete(QPainter& painter, const QRectF& area, ThemeKind kind) {
-  EnterButtonSquare(painter, area);
-  PaintButtonGround(painter, ThemeColorOf(kind, "ktr_gridtitlebk"), ThemeColorOf(kind, "QM_EditFrameColor"));
-  PaintDeleteSign(painter, ThemeColorOf(kind, "Qm_KlineRedColor"));
-}
-
-void PaintDeleteHover(QPainter& painter, const QRectF& area, ThemeKind kind) {
-  EnterButtonSquare(painter, area);
-  const QColor ground = ThemeColorOf(kind, "Qm_KlineRedColor");
-  PaintButtonGround(painter, ground, ground);
-  PaintDeleteSign(painter, ThemeColorOf(kind, "Qm_BGCorlor"));
-}
-
 PaintFunction FindPainter(const QString& key) {
-  static const QHash<QString, PaintFunction> painters{
-      {QStringLiteral("Grid_TitleUpBg"), PaintTitleStrip}, {QStringLiteral("GridTitle"), PaintGridTitle},
-      {QStringLiteral("Qm_SaveBgPic"), PaintSave},         {QStringLiteral("Qm_SaveMovePic"), PaintSaveHover},
-      {QStringLiteral("Qm_DeleteBgPic"), PaintDelete},     {QStringLiteral("Qm_DeleteMovePic"), PaintDeleteHover}};
+  static const QHash<QString, PaintFunction> painters{{QStringLiteral("Grid_TitleUpBg"), PaintTitleStrip},
+                                                      {QStringLiteral("GridTitle"), PaintGridTitle},
+                                                      {QStringLiteral("Qm_SaveBgPic"), PaintSave},
+                                                      {QStringLiteral("Qm_SaveMovePic"), PaintSaveHover}};
   return painters.value(key, nullptr);
 }
 

@@ -52,8 +52,8 @@ std::span<const ThemeColor> ThemeColors() {
 }
 
 QStringList ThemePictureKeys() {
-  return {QStringLiteral("Grid_TitleUpBg"), QStringLiteral("GridTitle"),      QStringLiteral("Qm_SaveBgPic"),
-          QStringLiteral("Qm_SaveMovePic"), QStringLiteral("Qm_DeleteBgPic"), QStringLiteral("Qm_DeleteMovePic")};
+  return {QStringLiteral("Grid_TitleUpBg"), QStringLiteral("GridTitle"), QStringLiteral("Qm_SaveBgPic"),
+          QStringLiteral("Qm_SaveMovePic")};
 }
 
 std::optional<QColor> FindThemeColor(ThemeKind kind, const QString& key) {
