@@ -24,7 +24,7 @@ constexpr std::array<Wording, 6> kWordings = {{
 }  // namespace
 
 std::string ArgumentErrorText(const CLI::App& program, const CLI::Error& error) {
-  const std::string text = error.what();
+  std::string text = error.what();
   // A misspelt command counts as a missing one.
   const CLI::App* command = &program;
   while (!command->get_subcommands().empty()) command = command->get_subcommands().front();
