@@ -84,6 +84,7 @@ int Terminal::Run() {
   QObject::connect(&signalNotifier, &QSocketNotifier::activated, &signalNotifier, [this, &signalNotifier] {
     signalNotifier.setEnabled(false);
     // A batch that is cut short has not done what it was asked for.
+    if (options_.IsBatch()) PrintError(QStringLiteral("收到结束信号，导出没有完成。"));
     QCoreApplication::exit(options_.IsBatch() ? 1 : 0);
   });
   if (options_.command.theme) settings_.setValue(kThemeSetting, ThemeKindName(theme_.Kind()));

@@ -85,6 +85,19 @@ TEST(Signals, AtAnyMomentEndInTimeAndLoseNothing) {
   EXPECT_EQ(bench.Export("2001-strngrd").size(), 2U);
 }
 
+TEST(Signals, DuringAnExportSayThatItIsNotComplete) {
+  const Bench bench;
+  RunningTerminal running(
+      bench.Arguments({"--import", bench.Write("p.csv", TwoPortfolios()), "--export", bench.File("out")}));
+  // An export takes seconds, since each view has to stay quiet for a while.
+  for (int wait = 0; wait < 200 && !QFileInfo::exists(bench.File("out")); ++wait) QThread::msleep(50);
+  ASSERT_GE(running.Signal(SIGTERM), 0);
+  EXPECT_EQ(running.Process().exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(running.Process().exitCode(), 1);
+  const QString told = QString::fromUtf8(running.Process().readAllStandardError());
+  EXPECT_TRUE(told.contains("导出没有完成")) << told.toStdString();
+}
+
 TEST(Signals, DuringAnImportLeaveAllOrNothing) {
   for (const int delay : {100, 200, 300, 400, 600}) {
     const Bench bench;
