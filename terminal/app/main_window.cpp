@@ -89,6 +89,9 @@ void MainWindow::BuildStatusBar() {
   progress_->setMaximumWidth(200);
   progress_->hide();
   statusBar()->addPermanentWidget(progress_);
+  quotesProblem_ = AddStatus(*statusBar());
+  quotesProblem_->setText(QStringLiteral("行情没有更新"));
+  quotesProblem_->hide();
   date_ = AddStatus(*statusBar());
   bus_ = AddStatus(*statusBar());
   database_ = AddStatus(*statusBar());
@@ -126,6 +129,11 @@ void MainWindow::SetSimulated(bool isSimulated) {
 
 void MainWindow::SetDataDate(const QString& text) {
   date_->setText(QStringLiteral("行情日期 %1").arg(text));
+}
+
+void MainWindow::SetQuotesProblem(const QString& text) {
+  quotesProblem_->setVisible(!text.isEmpty());
+  quotesProblem_->setToolTip(text);
 }
 
 void MainWindow::SetBusState(bool isConnected) {

@@ -36,6 +36,8 @@ class MainWindow : public QMainWindow {
   void SetSimulated(bool isSimulated);
 
   void SetDataDate(const QString& text);
+  /// Why the quotes shown are not those of the data folder; empty when they are.
+  void SetQuotesProblem(const QString& text);
   void SetBusState(bool isConnected);
   void SetDatabase(const QString& text);
   /// A passing message in the status bar.
@@ -59,6 +61,7 @@ class MainWindow : public QMainWindow {
   QMenu* addressMenu_ = nullptr;
   QActionGroup* addressGroup_ = nullptr;
   QLabel* date_ = nullptr;
+  QLabel* quotesProblem_ = nullptr;
   QLabel* bus_ = nullptr;
   QLabel* database_ = nullptr;
   QProgressBar* progress_ = nullptr;

@@ -208,9 +208,12 @@ bool Terminal::OpenMarket() {
   };
   window_->SetSimulated(market_->IsSimulated());
   window_->SetDataDate(market_->CurrentDateText());
+  window_->SetQuotesProblem({});
   window_->SetBusState(false);
   QObject::connect(&host_->Bus(), &MessageBus::ConnectionStateChanged, window_.get(),
                    [this](MessageBus::State state) { window_->SetBusState(state == MessageBus::State::Connected); });
+  QObject::connect(&host_->Market(), &EmbeddedMarket::QuotesChanged, window_.get(),
+                   [this](const QString& problem) { window_->SetQuotesProblem(problem); });
   AddHostPages();
   return LoadPlugins();
 }

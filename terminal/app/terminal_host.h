@@ -52,6 +52,7 @@ class TerminalHost : public Host {
   [[nodiscard]] std::unique_ptr<TFrmQMTitle> MakeTitleFrame() override;
 
   [[nodiscard]] MessageBus& Bus() { return embedded_.Bus(); }
+  [[nodiscard]] EmbeddedMarket& Market() { return embedded_; }
   /// Connects the bus, unless it is connected.
   void ConnectBus();
 

@@ -25,15 +25,19 @@ std::optional<std::uint64_t> Seed(const MarketData& data) {
 
 EmbeddedMarket::EmbeddedMarket(MarketData& data, DebugServers& log)
     : data_(data), log_(log), bus_(Seed(data)), watcher_(data, log) {
-  connect(&watcher_, &QuotesWatcher::Reloaded, this, &EmbeddedMarket::ServeQuotes);
+  connect(&watcher_, &QuotesWatcher::Reloaded, this, [this] { Q_EMIT QuotesChanged(ServeQuotes()); });
+  connect(&watcher_, &QuotesWatcher::Refused, this, &EmbeddedMarket::QuotesChanged);
   connect(&bus_, &InProcessBus::PricesMoved, this, &EmbeddedMarket::FollowSimulation);
 }
 
-void EmbeddedMarket::ServeQuotes() {
+QString EmbeddedMarket::ServeQuotes() {
   try {
     bus_.SetQuotes(ServiceQuotes(data_));
+    return {};
   } catch (const Error& error) {
-    log_.WriteLog(QStringLiteral("报价服务没有接受新行情：%1").arg(QString::fromUtf8(error.what())));
+    QString problem = QStringLiteral("报价服务没有接受新行情：%1").arg(QString::fromUtf8(error.what()));
+    log_.WriteLog(problem);
+    return problem;
   }
 }
 

@@ -17,8 +17,12 @@ class EmbeddedMarket final : public QObject {
 
   [[nodiscard]] InProcessBus& Bus() { return bus_; }
   /// Serves the quotes of the data: the bus is connected from now on. Quotes that the service refuses are logged, and
-  /// the bus stays as it was.
-  void ServeQuotes();
+  /// the bus stays as it was. Returns the reason, empty when they are served.
+  QString ServeQuotes();
+
+ Q_SIGNALS:
+  /// quotes.dat has changed; empty when its quotes are served, else why the earlier ones stay.
+  void QuotesChanged(const QString& problem);
 
  private:
   void FollowSimulation();

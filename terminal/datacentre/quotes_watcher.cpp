@@ -55,7 +55,9 @@ void QuotesWatcher::Reload() {
   try {
     data_.ReloadQuotes();
   } catch (const Error& error) {
-    log_.WriteLog(QStringLiteral("行情没有更新，继续使用原有行情。%1").arg(QString::fromUtf8(error.what())));
+    const QString text = QStringLiteral("行情没有更新，继续使用原有行情。%1").arg(QString::fromUtf8(error.what()));
+    log_.WriteLog(text);
+    Q_EMIT Refused(text);
     return;
   }
   Q_EMIT Reloaded();

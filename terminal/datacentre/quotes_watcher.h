@@ -8,7 +8,7 @@
 namespace holdwise {
 
 /// Follows quotes.dat of a loaded data folder: a changed or atomically replaced file is read into the market data; one
-/// that cannot be read is logged and the earlier quotes stay. User-interface thread.
+/// that cannot be read, or belongs to another date, is logged and the earlier quotes stay. User-interface thread.
 class QuotesWatcher final : public QObject {
   Q_OBJECT
 
@@ -19,6 +19,8 @@ class QuotesWatcher final : public QObject {
  Q_SIGNALS:
   /// New quotes have been taken over from the file.
   void Reloaded();
+  /// The file holds quotes that are not taken over; the text says why.
+  void Refused(const QString& text);
 
  private:
   void Look();

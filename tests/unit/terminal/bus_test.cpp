@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTest>
+#include <functional>
 
 #include "bus/embedded_market.h"
 #include "bus/in_process_bus.h"
@@ -135,6 +138,28 @@ TEST_F(EmbeddedMarketTest, SpoiledFileChangesNothing) {
   QTest::qWait(50);
   EXPECT_EQ(listener.heard.size(), 1);
   EXPECT_EQ(data_.StockNowData(1600000).currentPrice, 8.15);
+}
+
+TEST_F(EmbeddedMarketTest, TellsWhetherTheFileIsFollowed) {
+  Start(false);
+  QSignalSpy spy(market_.get(), &EmbeddedMarket::QuotesChanged);
+  const auto told = [&](const std::function<void()>& change) {
+    spy.clear();
+    change();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !spy.isEmpty(); }, 30000));
+    return spy.isEmpty() ? QStringLiteral("nothing") : spy.last().first().toString();
+  };
+  const auto writeGood = [&] {
+    folder_.WriteQuotes({{QStringLiteral("1600000"), QStringLiteral("9.07"), QStringLiteral("8.2")}});
+  };
+  EXPECT_EQ(told(writeGood), QString());
+  EXPECT_TRUE(told([&] { folder_.WriteBytes(QStringLiteral("quotes.dat"), "rubbish"); }).contains("quotes.dat"));
+  EXPECT_EQ(told(writeGood), QString());
+  const QString later = told([&] {
+    folder_.WriteMarket(20240530, false);
+    writeGood();
+  });
+  EXPECT_TRUE(later.contains("20240530")) << later.toStdString();
 }
 
 TEST_F(EmbeddedMarketTest, SimulatedPricesReachTheDataCentre) {
