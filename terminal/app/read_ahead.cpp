@@ -33,18 +33,20 @@ ReadAheadUserData::ReadAheadUserData(std::unique_ptr<UserDataServices> database,
   if (before_.isEmpty()) return;
   std::map<QString, std::promise<ResultSet>> answers;
   for (const QString& sql : before_) answers_[sql] = answers[sql].get_future();
-  reader_ = std::jthread(
-      [this, kept = std::move(answers)](const std::stop_token& stop) mutable { ReadAll(stop, std::move(kept)); });
+  // The service's own line may begin a transaction meanwhile, which is nothing for another thread to read in.
+  reader_ = std::jthread([this, session = database_->OpenSession(), kept = std::move(answers)](
+                             const std::stop_token& stop) mutable { ReadAll(stop, *session, std::move(kept)); });
 }
 
 ReadAheadUserData::~ReadAheadUserData() = default;
 
-void ReadAheadUserData::ReadAll(const std::stop_token& stop, std::map<QString, std::promise<ResultSet>> answers) {
+void ReadAheadUserData::ReadAll(const std::stop_token& stop, UserDataSession& session,
+                                std::map<QString, std::promise<ResultSet>> answers) {
   for (const QString& sql : before_) {
     if (stop.stop_requested()) return;  // the promises that are left are broken: whoever waits reads for himself
     std::promise<ResultSet>& answer = answers.at(sql);
     try {
-      answer.set_value(database_->Query(sql));
+      answer.set_value(session.Query(sql));
     } catch (...) {
       answer.set_exception(std::current_exception());
     }

@@ -38,7 +38,8 @@ class ReadAheadUserData final : public UserDataServices {
   [[nodiscard]] std::unique_ptr<UserDataSession> OpenSession() override;
 
  private:
-  void ReadAll(const std::stop_token& stop, std::map<QString, std::promise<ResultSet>> answers);
+  void ReadAll(const std::stop_token& stop, UserDataSession& session,
+               std::map<QString, std::promise<ResultSet>> answers);
   /// The answer that is ready or under way; none when there is none, or when reading it failed.
   [[nodiscard]] std::optional<ResultSet> Answer(const QString& sql);
   void Stop();

@@ -13,9 +13,9 @@ class FakeSession final : public UserDataSession {
   ~FakeSession() override {
     if (inTransaction_) owner_.Record(QStringLiteral("session rollback"));
   }
-  ResultSet Query(const QString& sql) override { return owner_.Query(sql); }
-  std::int64_t Count(const QString& sql) override { return owner_.Count(sql); }
-  Value Scalar(const QString& sql) override { return owner_.Scalar(sql); }
+  ResultSet Query(const QString& sql) override { return owner_.ForSession().Query(sql); }
+  std::int64_t Count(const QString& sql) override { return owner_.ForSession().Count(sql); }
+  Value Scalar(const QString& sql) override { return owner_.ForSession().Scalar(sql); }
   int Execute(const QString& sql) override { return owner_.Execute(sql); }
   void StartTransaction() override { Change(true, "session start"); }
   void Commit() override { Change(false, "session commit"); }
@@ -32,6 +32,17 @@ class FakeSession final : public UserDataSession {
   FakeUserData& owner_;
   bool inTransaction_ = false;
 };
+
+FakeUserData& FakeUserData::ForSession() {
+  const std::lock_guard guard(lock_);
+  ++sessionReads_;
+  return *this;
+}
+
+int FakeUserData::SessionReads() const {
+  const std::lock_guard guard(lock_);
+  return sessionReads_;
+}
 
 void FakeUserData::SetResult(const QString& sql, ResultSet result) {
   const std::lock_guard guard(lock_);

@@ -23,6 +23,8 @@ class FakeUserData final : public UserDataServices {
   /// when they came through a session.
   [[nodiscard]] std::vector<QString> Log() const;
   void ClearLog();
+  /// How many of the reads came through a session.
+  [[nodiscard]] int SessionReads() const;
 
   /// A statement without an answer is Error(Database).
   [[nodiscard]] ResultSet Query(const QString& sql) override;
@@ -39,6 +41,8 @@ class FakeUserData final : public UserDataServices {
  private:
   friend class FakeSession;
   void Record(const QString& text);
+  /// Itself, with the read of a session counted.
+  [[nodiscard]] FakeUserData& ForSession();
   /// Records a statement and throws what was set for it.
   void Enter(const QString& sql);
 
@@ -46,6 +50,7 @@ class FakeUserData final : public UserDataServices {
   std::map<QString, ResultSet> results_;
   std::vector<std::pair<QString, Error>> failures_;
   std::vector<QString> log_;
+  int sessionReads_ = 0;
   bool inTransaction_ = false;
 };
 

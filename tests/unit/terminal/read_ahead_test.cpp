@@ -78,6 +78,15 @@ TEST_F(ReadAhead, TheNextStartReadsEachStatementOnceAndGivesTheSameAnswers) {
   EXPECT_EQ(Times(*database, kCodes), 2);  // an answer is given once
 }
 
+TEST_F(ReadAhead, TheReaderHasASessionOfItsOwn) {
+  Start();
+  FakeUserData* database = nullptr;
+  const auto service = Open(database);
+  AskAll(*service);
+  // What the other thread reads could otherwise fall into a transaction that begins in this one.
+  EXPECT_EQ(database->SessionReads(), 3);
+}
+
 TEST_F(ReadAhead, AChangeDropsTheAnswersThatAreLeft) {
   Start();
   const std::vector<std::function<void(ReadAheadUserData&)>> changes{
