@@ -162,9 +162,16 @@ bool PutMarker(const QString& file) {
   return true;
 }
 
+/// "host:", "inet://host/" and "inet://host" name none.
+bool NamesDatabase(const QString& server) {
+  constexpr qsizetype kMarkLength = 3;
+  const qsizetype mark = server.indexOf(QLatin1String("://"));
+  return !server.endsWith(u':') && !server.endsWith(u'/') && (mark < 0 || server.indexOf(u'/', mark + kMarkLength) > 0);
+}
+
 std::shared_ptr<Connection> OpenServer(const DatabaseTarget& target) {
-  if (target.text.endsWith(u':') || target.text.endsWith(u'/')) {
-    // The library would take the server's name for a file's and make one in the current folder.
+  if (!NamesDatabase(target.text)) {
+    // The library would take the server's name for a file's, in the current folder or on a server of this machine.
     throw Error(ErrorCategory::Refused,
                 QStringLiteral("“%1”没有写明服务器上的数据库，应为“主机:/路径”").arg(target.text).toStdString());
   }

@@ -273,7 +273,8 @@ TEST(Opening, NamesThatTheEngineReadsOtherwiseAreRefused) {
   const QTemporaryDir folder;
   const QString before = QDir::currentPath();
   ASSERT_TRUE(QDir::setCurrent(folder.path()));
-  for (const char* server : {"localhost:", "localhost/3050:", "inet://localhost/"}) {
+  for (const char* server :
+       {"localhost:", "localhost/3050:", "inet://localhost/", "inet://localhost", "inet://localhost:1"}) {
     const Outcome outcome = OpeningFails(QString::fromLatin1(server));
     EXPECT_EQ(outcome.category, ErrorCategory::Refused) << server;
     EXPECT_TRUE(outcome.text.contains(QStringLiteral("没有写明服务器上的数据库"))) << outcome.text.toStdString();
