@@ -159,6 +159,7 @@ void Connection::Commit(std::unique_ptr<Transaction> transaction) {
 
 void Connection::RollBack(std::unique_ptr<Transaction> transaction) {
   const std::scoped_lock lock(mutex_);
+  const ChangeNote note(kept_);  // the database may have a trigger on it
   const std::unique_ptr<Transaction> ending = std::move(transaction);
   ending->RollBack();
 }

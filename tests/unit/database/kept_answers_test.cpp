@@ -66,7 +66,11 @@ TEST(KeptAnswers, OnlyWhatDependsOnTheRowsAlone) {
         "select CURRENT_TIMESTAMP from alg_commain", "select Current_Date from alg_commain",
         "select LocalTime from alg_commain", "select ID from alg_commain where EDITDATE < 'now'",
         "select MON$STATE from MON$ATTACHMENTS", "select rand() from alg_commain", "select ID from alg_commain --x",
-        "select ID from \"alg_commain\"", "insert into alg_commain", "update alg_commain set ID = 2", " select ID"}) {
+        "select ID from \"alg_commain\"", "select * from SOME_PROCEDURE", "select * from SOME_VIEW order by ID",
+        "select ID from alg_commain, SOME_PROCEDURE", "select * from alg_commain natural join SOME_VIEW",
+        "select N from SOME_PROCEDURE where N is distinct from alg_commain",
+        "select ID from alg_commain where ID = 1\nunion select N from SOME_PROCEDURE", "insert into alg_commain",
+        "update alg_commain set ID = 2", " select ID"}) {
     EXPECT_FALSE(IsKept(QString::fromLatin1(sql))) << sql;
   }
 }
@@ -160,6 +164,26 @@ TEST_F(KeptByTheService, ATransactionSeesItsOwnChangesAndTheOthersDoNot) {
   session->RollBack();
   EXPECT_EQ(IdsOf(*session), "1,2");
   EXPECT_EQ(Ids(), "1,2");
+}
+
+TEST_F(KeptByTheService, ATriggerOnTheEndOfATransactionIsSeen) {
+  const auto session = service().OpenSession();
+  service().Execute(
+      QStringLiteral("create trigger KEEP_TRACE on transaction rollback as begin "
+                     "in autonomous transaction do insert into alg_commain (ID) values (3); end"));
+  session->StartTransaction();
+  for (int time = 0; time < 3; ++time) EXPECT_EQ(Ids(), "1,2");
+  session->RollBack();
+  EXPECT_EQ(Ids(), "1,2,3");
+}
+
+TEST_F(KeptByTheService, AProcedureAnswersEachTimeAnew) {
+  service().Execute(
+      QStringLiteral("create procedure NEXT_NUMBER returns (N bigint) as begin "
+                     "N = gen_id(ALG_ROWID_MAIN, 1); suspend; end"));
+  for (int number = 1; number <= 4; ++number) {
+    EXPECT_EQ(service().Query(QStringLiteral("select * from NEXT_NUMBER")).IntegerAt(0, 0), number);
+  }
 }
 
 TEST_F(KeptByTheService, AChangedTableIsReadAnew) {
