@@ -37,8 +37,9 @@ template <typename Action>
 auto Connection::OnLiveConnection(Action action) {
   try {
     return action();
-  } catch (const Error& error) {
-    if (error.Category() != ErrorCategory::Io || !place_.attachAgain) throw;
+  } catch (const Error&) {
+    // While the server answers, the connection and the transactions open on it are whole, whatever the error is.
+    if (!place_.attachAgain || IsAlive(status_, *attachment_)) throw;
   }
   Handle<Firebird::IAttachment> attachment = place_.attachAgain();
   cache_.Clear();

@@ -217,6 +217,15 @@ Handle<Firebird::IAttachment> Attach(const QString& database, const AttachOption
   });
 }
 
+bool IsAlive(Status& status, Firebird::IAttachment& attachment) noexcept {
+  try {
+    attachment.ping(status.Get());
+    return true;
+  } catch (const Firebird::FbException&) {
+    return false;
+  }
+}
+
 void Detach(Status& status, Handle<Firebird::IAttachment>& attachment) noexcept {
   if (!attachment) return;
   try {

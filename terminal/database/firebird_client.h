@@ -75,6 +75,8 @@ struct AttachOptions {
 };
 /// Attaches or creates; the process's handlers for SIGINT and SIGTERM are the same afterwards as before.
 [[nodiscard]] Handle<Firebird::IAttachment> Attach(const QString& database, const AttachOptions& options);
+/// Does the server, or the engine, still answer for this attachment?
+[[nodiscard]] bool IsAlive(Status& status, Firebird::IAttachment& attachment) noexcept;
 /// Detaches; errors are ignored, the handle is empty afterwards.
 void Detach(Status& status, Handle<Firebird::IAttachment>& attachment) noexcept;
 

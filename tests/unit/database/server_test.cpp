@@ -96,6 +96,17 @@ TEST_F(OnAServer, ALostConnectionIsMadeAgain) {
   EXPECT_EQ(IdsOf(*service), "1,2,3");
 }
 
+TEST_F(OnAServer, AFailingReadCostsNobodyHisTransaction) {
+  const auto service = Open();
+  const auto session = service->OpenSession();
+  session->StartTransaction();
+  session->Execute(InsertPortfolio(1, QStringLiteral("甲")));
+  EXPECT_EQ(ErrorOf([&] { (void)service->Query(QStringLiteral("select NOTHING from alg_commain")); }).Category(),
+            ErrorCategory::Database);
+  session->Commit();
+  EXPECT_EQ(IdsOf(*service), "1");
+}
+
 TEST_F(OnAServer, WithoutTheServerEveryCallSaysSoUntilItIsBack) {
   const auto service = Open();
   service->Execute(InsertPortfolio(1, QStringLiteral("甲")));
