@@ -39,7 +39,7 @@ void TAllStockData::SetZS_TYPE(TZS_TYPE type) {
   if (!GetCurStringGrid().Cells(0, 0).isEmpty()) return;
   const QString& file = kRiskFiles[static_cast<std::size_t>(type)];
   underWay_.push_back(file);
-  wasAsked_ = true;
+  isMissing_[static_cast<std::size_t>(type)] = true;
   role_->Request(file);
 }
 
@@ -54,7 +54,9 @@ void TAllStockData::ReceiveFile(const QString& fileName) {
   if (known == kRiskFiles.end()) throw Error(ErrorCategory::Refused, "not a risk file: " + fileName.toStdString());
   const ResultSet table = ReadPacketFile(role_->LocalPath(fileName));
   deviations_ = std::make_shared<TNameValueList>();
-  grids_[static_cast<std::size_t>(known - kRiskFiles.begin())].Fill(table);
+  const auto type = static_cast<std::size_t>(known - kRiskFiles.begin());
+  grids_[type].Fill(table);
+  isMissing_[type] = false;
   Q_EMIT TableArrived();
 }
 

@@ -40,7 +40,7 @@ class TAllStockData : public QObject {
   [[nodiscard]] bool IsDownloading() const { return !underWay_.isEmpty(); }
   /// Was the current table asked for in vain? False while its file is on its way, and after another attempt was good.
   [[nodiscard]] bool LacksCurrentTable() const {
-    return wasAsked_ && !IsDownloading() && GetCurStringGrid().Cells(0, 0).isEmpty();
+    return isMissing_[static_cast<std::size_t>(type_)] && !IsDownloading();
   }
 
   /// Names: security codes as the database gives them; values: standard deviation, shortest decimal text. Read from the
@@ -67,7 +67,7 @@ class TAllStockData : public QObject {
   std::array<TTextGrid, 3> grids_;
   TNameValueSnapshot deviations_;
   bool isGet_ = false;
-  bool wasAsked_ = false;
+  std::array<bool, 3> isMissing_{};             ///< the table was asked for and has not come
   QStringList underWay_;                        ///< files asked for and not yet come
   std::unique_ptr<TDSBAsynDownFileRole> role_;  ///< last member: it goes first, and with it the events
 };

@@ -89,6 +89,12 @@ TEST_F(AllStockData, ATableAskedForInVainIsLacking) {
   role_->WriteAndReceive(kShanghai, "rubbish");
   EXPECT_TRUE(g_AllStockData->LacksCurrentTable());
   g_AllStockData->Set_SHZS();
+  role_->WriteAndReceive(kShanghai, RiskFile({}));
+  EXPECT_FALSE(g_AllStockData->LacksCurrentTable()) << "empty, but here";
+  g_AllStockData->Set_SZZS();
+  role_->Fail(kShenzhen, TDSBAsynDownFileRole::kNotFound);
+  EXPECT_TRUE(g_AllStockData->LacksCurrentTable());
+  g_AllStockData->Set_SHZS();
   role_->WriteAndReceive(kShanghai, RiskFile({{"600000", "1", "0"}}));
   EXPECT_FALSE(g_AllStockData->LacksCurrentTable());
 }
