@@ -2,6 +2,8 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <signal.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -107,6 +109,8 @@ void FirebirdServer::MakeUser() const {
 void FirebirdServer::Start() {
   process_.setProcessChannelMode(QProcess::ForwardedChannels);
   process_.setProcessEnvironment(EnvironmentOf(Path(QStringLiteral("root")), Path(QStringLiteral("locks"))));
+  // A test that crashes leaves no server behind.
+  process_.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
   process_.start(Program(), {});
   QElapsedTimer timer;
   timer.start();
