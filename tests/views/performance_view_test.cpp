@@ -121,6 +121,19 @@ TEST_F(PerformanceView, ASecurityWithoutAPriceDoesNotInheritTheFiguresOfItsRow) 
   EXPECT_EQ(holdings->Cells(kPrice, 0), QStringLiteral("10.00"));
 }
 
+TEST_F(PerformanceView, ASecurityThatKeepsItsRowKeepsItsFigures) {
+  bench.AddPortfolio(1, QStringLiteral("稳健"), {{1000002, 300, 1, 5}});
+  bench.AddPortfolio(2, QStringLiteral("进取"), {{1000002, 100, 1, 5}});
+  Open();
+  bench.DeliverPrices({{QStringLiteral("000002"), {800, 2}}});
+  Refresh();
+  ASSERT_EQ(holdings->Cells(kHoldingGain, 0), QStringLiteral("300.00"));
+  bench.DeliverPrices({{QStringLiteral("000002"), {0, 2}}});
+  Click(*portfolios, kName, 1);
+  EXPECT_EQ(holdings->Cells(kQuantity, 0), QStringLiteral("300"));
+  EXPECT_EQ(holdings->Cells(kHoldingGain, 0), QStringLiteral("300.00"));
+}
+
 TEST_F(PerformanceView, WithoutAPreviousCloseTheChangeIsZeroButTheDayIsNot) {
   bench.AddPortfolio(1, QStringLiteral("甲"), {{1000002, 300, 1, 5}});
   Open();
@@ -223,6 +236,25 @@ TEST_F(PerformanceView, ANameWiderThanTheValueColumnIsHinted) {
   moveTo(1);
   QTest::qWait(400);
   EXPECT_FALSE(QToolTip::isVisible());
+}
+
+TEST_F(PerformanceView, TheValueColumnIsTheMeasureOfAName) {
+  OpenWithTwo();
+  QString name;
+  while (portfolios->fontMetrics().horizontalAdvance(name) + 2 <= portfolios->ColWidth(kValue)) name += u'名';
+  const int width = portfolios->fontMetrics().horizontalAdvance(name);
+  ASSERT_LT(width + 4, portfolios->ColWidth(kName)) << "its own column has room for it";
+  portfolios->SetCells(kName, 1, name);
+  const QRect cell = portfolios->CellRect(kName, 1);
+  const auto moveTo = [&](int x, int y) { QTest::mouseMove(portfolios->viewport(), {x, y}); };
+  for (const QPoint beside :
+       {QPoint(cell.left() + width + 3, cell.center().y()), QPoint(cell.left() + 7, cell.top())}) {
+    moveTo(beside.x(), beside.y());
+    QTest::qWait(400);  // longer than a tool tip takes to go
+    EXPECT_FALSE(QToolTip::isVisible());
+    moveTo(cell.left() + 6, cell.center().y());
+    EXPECT_EQ(QToolTip::text(), name);
+  }
 }
 
 TEST_F(PerformanceView, AnIndustryWiderThanItsColumnIsHinted) {

@@ -359,6 +359,15 @@ const Damage kDamages[] = {
 INSTANTIATE_TEST_SUITE_P(Opening, DamagedFiles, testing::ValuesIn(kDamages),
                          [](const auto& damage) { return std::string(damage.param.name); });
 
+TEST(Opening, DamageThatTheEngineFindsIsToldInChinese) {
+  TempDatabase db(false);
+  // The pages behind the two of the header: the engine itself stumbles over them.
+  Overwrite(db.File(), 8192, RandomBytes(static_cast<int>(QFileInfo(db.File()).size()) - 8192, 2));
+  const Outcome outcome = OpeningFails(db.File());
+  EXPECT_TRUE(outcome.text.contains(QStringLiteral("已损坏（不能打开数据库：数据库文件的内容有误（")))
+      << outcome.text.toStdString();
+}
+
 TEST(Opening, UnfinishedPageAtTheEndIsNoLoss) {
   TempDatabase db;
   db.Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));

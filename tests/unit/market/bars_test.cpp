@@ -171,6 +171,18 @@ TEST(BarReader, RefusesFilesThatAreNoTable) {
   EXPECT_EQ(cut.rejections[0].line, 3);
 }
 
+TEST(BarReader, ControlCharactersOfAHeadingAreShown) {
+  const MarketFiles files;
+  files.Write(QStringLiteral("a.csv"), "date,close,close(\x1B[2J)\n2024-01-02,1,1\n");
+  const QString path = files.Path(QStringLiteral("a.csv"));
+  try {
+    (void)ReadBars(path);
+    FAIL() << "no error";
+  } catch (const Error& error) {
+    EXPECT_EQ(QString::fromUtf8(error.what()), QStringLiteral("表头重复“close(\\x1b[2J)”：") + path);
+  }
+}
+
 TEST(BarReader, ABadQuoteCostsItsOwnLine) {
   const MarketFiles files;
   files.Write(QStringLiteral("a.csv"), "date,close\n\"2024-01-02\"x,1\n2024-01-03,2\n");

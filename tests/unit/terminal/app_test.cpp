@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QPushButton>
 #include <QSplitter>
+#include <QStatusBar>
 #include <QTest>
 #include <QTimer>
 #include <thread>
@@ -13,6 +15,7 @@
 #include "app/command_runner.h"
 #include "app/debug_log.h"
 #include "app/import_report.h"
+#include "app/main_window.h"
 #include "app/message_boxes.h"
 #include "app/quick_entry.h"
 #include "app/title_frame.h"
@@ -483,6 +486,26 @@ TEST(MessageBoxesTest, AnswersOneForOkAndTwoForCancelOrClosing) {
   answerWith(Qt::Key_Return);
   EXPECT_EQ(boxes.Vex_MessageBox("text", "caption", 0, 128), 1);
   EXPECT_EQ(buttons, QStringList{"确定"});
+}
+
+// --- window ---
+
+TEST(MainWindowTest, TellsInTheStatusBarWhileTheQuotesAreNotFollowed) {
+  RecordingLog log;
+  const ThemeServices theme(ThemeKind::Dark, log);
+  MainWindow window(theme, {});
+  window.show();
+  const auto told = [&window] {
+    QStringList hints;
+    for (const QLabel* label : window.statusBar()->findChildren<QLabel*>())
+      if (label->isVisible() && label->text() == "行情没有更新") hints.append(label->toolTip());
+    return hints;
+  };
+  EXPECT_EQ(told(), QStringList());
+  window.SetQuotesProblem("日期不同");
+  EXPECT_EQ(told(), QStringList{"日期不同"});
+  window.SetQuotesProblem({});
+  EXPECT_EQ(told(), QStringList());
 }
 
 class QuickEntryTest : public testing::Test {

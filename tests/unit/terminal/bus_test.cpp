@@ -155,6 +155,11 @@ TEST_F(EmbeddedMarketTest, TellsWhetherTheFileIsFollowed) {
   EXPECT_EQ(told(writeGood), QString());
   EXPECT_TRUE(told([&] { folder_.WriteBytes(QStringLiteral("quotes.dat"), "rubbish"); }).contains("quotes.dat"));
   EXPECT_EQ(told(writeGood), QString());
+  const QString tooLarge = told([&] {
+    folder_.WriteQuotes({{QStringLiteral("1600000"), QStringLiteral("1e17"), QStringLiteral("8.2")}});
+  });
+  EXPECT_TRUE(tooLarge.contains(QStringLiteral("报价服务没有接受"))) << tooLarge.toStdString();
+  EXPECT_EQ(told(writeGood), QString());
   const QString later = told([&] {
     folder_.WriteMarket(20240530, false);
     writeGood();

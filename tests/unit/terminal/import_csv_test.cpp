@@ -164,6 +164,10 @@ TEST_F(ImportCsv, ABadQuoteHidesNoOtherBadLine) {
                          "3: 组合“甲”有1只股票，应为2到10只", "4: 引号没有结束，其后的内容不能读取"}));
 }
 
+TEST_F(ImportCsv, ABadQuoteInTheHeadingMakesNoHeadingOfTheNextLine) {
+  EXPECT_EQ(Problems("\"name\"x,code,quantity,price\n甲,600000,100,8\n"), QStringList{"1: 引号之后有多余的字符"});
+}
+
 TEST_F(ImportCsv, ControlCharactersDoNotCutTheReport) {
   const QByteArray csv =
       QByteArrayLiteral("name,code,quantity,price\n甲\0乙,600000,100,8\n甲,600036,100,34.5\n甲,000001,\x1B,1\n");
