@@ -240,6 +240,16 @@ TEST_F(Plugin, UnfinishedPortfoliosAreAShortcoming) {
   EXPECT_EQ(item->Views()->Progress(), 0);
 }
 
+TEST_F(Plugin, ARiskFileThatDoesNotComeIsAShortcomingWhereThereArePortfolios) {
+  item->EnterAddress({});
+  ASSERT_TRUE(item->Views()->Show(2002));
+  bench.host.DownFile(QStringLiteral("FInfoAsynDownFileRole"))
+      ->Fail(QStringLiteral("QMTL\\TZZH\\风险计量\\SH.dat"), TDSBAsynDownFileRole::kNotFound);
+  EXPECT_EQ(item->Views()->Shortcoming(), QString());
+  bench.AddPortfolio(7, QStringLiteral("甲"), ThreeHoldings());
+  EXPECT_TRUE(item->Views()->Shortcoming().startsWith(QStringLiteral("风险文件没有取得")));
+}
+
 TEST_F(Plugin, ChangedDataIsReadAgain) {
   item->EnterAddress(QStringLiteral("Skip组合表现"));
   ViewCatalogue* views = item->Views();
