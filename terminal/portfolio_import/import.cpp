@@ -64,6 +64,17 @@ std::vector<int> HeldStocks(const std::vector<CsvPortfolio>& portfolios) {
   return stocks;
 }
 
+/// A stock without a price is worth nothing in every view that counts it.
+QStringList UnpricedStocks(const std::vector<int>& stocks, const TDataCenter& dataCentre) {
+  constexpr int kCodes = 1'000'000;
+  QStringList warnings;
+  for (const int stock : stocks) {
+    if (dataCentre.StockNowData(stock).currentPrice > 0) continue;
+    warnings.append(QStringLiteral("股票%1没有行情，组合市值暂不包括它").arg(SixDigits(stock % kCodes)));
+  }
+  return warnings;
+}
+
 void FindTakenNames(UserDataServices& database, const CsvPortfolios& file, std::vector<ImportProblem>& problems) {
   for (const CsvPortfolio& portfolio : file.portfolios) {
     if (database.Count(QLatin1String(kCountName) + portfolio.name + QLatin1Char('\'')) != 0) {
@@ -99,7 +110,7 @@ ImportResult Write(const std::vector<CsvPortfolio>& portfolios, const ImportServ
   transaction.Commit();
   result.portfolios = static_cast<int>(portfolios.size());
   for (const CsvPortfolio& portfolio : portfolios) result.holdings += static_cast<int>(portfolio.holdings.size());
-  result.warnings = std::move(baseData.warnings);
+  result.warnings = std::move(baseData.warnings) + UnpricedStocks(stocks, services.dataCentre);
   return result;
 }
 

@@ -23,7 +23,7 @@ struct ImportResult {
   int holdings = 0;
   bool cancelled = false;
   std::vector<ImportProblem> problems;  ///< ascending by line
-  QStringList warnings;                 ///< base-data files that could not be used; the import went on without them
+  QStringList warnings;                 ///< base-data files that could not be used, stocks without a price
 };
 
 /// What an import works with; all must outlive the call.

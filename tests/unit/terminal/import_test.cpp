@@ -95,6 +95,16 @@ TEST_F(ImportTest, MissingAndDamagedBaseDataAreWarnings) {
   EXPECT_EQ(Dump("select secucode from alg_stockstatistic"), QStringLiteral("1600000"));  // what was there stays
 }
 
+TEST_F(ImportTest, StocksWithoutAPriceAreNamed) {
+  std::vector<QStringList> quotes = MarketFolder::QuoteRows();
+  std::erase_if(quotes, [](const QStringList& row) { return row[0] == QLatin1String("1000001"); });
+  folder_.WriteQuotes(quotes);
+  data_.Load(folder_.Path());
+  const ImportResult result = Import(kGood);
+  EXPECT_EQ(result.portfolios, 2);
+  EXPECT_EQ(result.warnings, QStringList(QStringLiteral("股票000001没有行情，组合市值暂不包括它")));
+}
+
 TEST_F(ImportTest, BaseDataOfAnUnknownIndexAreNotTaken) {
   std::vector<QStringList> rows = {QStringList{QStringLiteral("1600000")} + StatisticsRows("1")[0]};
   folder_.Write(QStringLiteral("QMTL/TZZH/Day250/指数/allzs.dat"),
