@@ -1,7 +1,13 @@
 #pragma once
-#include <QString>
+#include <gtest/gtest.h>
 
-/// Statements that several of the database tests run.
+#include <QString>
+#include <QStringList>
+#include <string>
+
+#include "holdwise/sdk/database.h"
+
+/// Statements that several of the database tests run, and how they look at what came of them.
 namespace holdwise::test {
 
 inline QString InsertPortfolio(int id, const QString& name, int isFinished = 0, int saveFlag = 0) {
@@ -47,5 +53,27 @@ inline QString InsertStatistic(const DailyRow& row) {
 
 inline const QString kCountHoldings = QStringLiteral("select Count(*) from alg_comdetail");
 inline const QString kCountPortfolios = QStringLiteral("select Count(*) from alg_commain");
+
+inline const QString kIds = QStringLiteral("select ID from alg_commain order by ID");
+
+/// The ids of all portfolios, "1,2".
+inline std::string IdsOf(DatabaseStatements& database) {
+  const ResultSet rows = database.Query(kIds);
+  QStringList ids;
+  for (int row = 0; row < rows.RowCount(); ++row) ids.append(rows.TextAt(row, 0));
+  return ids.join(QLatin1Char(',')).toStdString();
+}
+
+/// What the call throws; a failure of the test when it throws nothing.
+template <typename Call>
+Error ErrorOf(Call&& call) {
+  try {
+    call();
+  } catch (const Error& error) {
+    return error;
+  }
+  ADD_FAILURE() << "no error";
+  return {ErrorCategory::NotFound, "no error"};
+}
 
 }  // namespace holdwise::test

@@ -30,16 +30,6 @@ qint64 AllocatedBytes(const QString& file) {
   return ::stat(QFile::encodeName(file).constData(), &status) == 0 ? status.st_blocks * 512 : -1;
 }
 
-template <typename Function>
-Error ErrorOf(Function&& function) {
-  try {
-    function();
-  } catch (const Error& error) {
-    return error;
-  }
-  return {ErrorCategory::NotFound, "nothing thrown"};
-}
-
 QStringList AllRows(DatabaseStatements& database) {
   const ResultSet rows =
       database.Query(QStringLiteral("select secucode, hqdate, ggqjsyl from alg_stockstatistic order by 1, 2"));

@@ -14,8 +14,6 @@ using firebird::KeptAnswers;
 
 namespace {
 
-const QString kIds = QStringLiteral("select ID from alg_commain order by ID");
-
 ResultSet Numbers(int rows, int columns = 1) {
   ResultSet numbers;
   for (int column = 0; column < columns; ++column) numbers.AddColumn("C" + std::to_string(column), ColumnType::Integer);
@@ -99,12 +97,6 @@ class KeptByTheService : public testing::Test {
     for (int time = 0; time < 3; ++time) EXPECT_EQ(Ids(), "1,2");
   }
   FirebirdUserData& service() { return database_.Service(); }
-  static std::string IdsOf(DatabaseStatements& database) {
-    const ResultSet rows = database.Query(kIds);
-    QStringList ids;
-    for (int row = 0; row < rows.RowCount(); ++row) ids.append(rows.TextAt(row, 0));
-    return ids.join(QLatin1Char(',')).toStdString();
-  }
   std::string Ids() { return IdsOf(service()); }
 
   TempDatabase database_;

@@ -9,25 +9,6 @@ using namespace holdwise::test;
 
 namespace {
 
-const QString kIds = QStringLiteral("select ID from alg_commain order by ID");
-
-Error ErrorOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Error& error) {
-    return error;
-  }
-  ADD_FAILURE() << "no error";
-  return {ErrorCategory::NotFound, ""};
-}
-
-std::string IdsOf(DatabaseStatements& database) {
-  const ResultSet rows = database.Query(kIds);
-  QStringList ids;
-  for (int row = 0; row < rows.RowCount(); ++row) ids.append(rows.TextAt(row, 0));
-  return ids.join(QLatin1Char(',')).toStdString();
-}
-
 class OnAServer : public testing::Test {
  protected:
   static void SetUpTestSuite() {

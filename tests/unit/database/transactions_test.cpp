@@ -8,14 +8,9 @@ using namespace holdwise::test;
 
 namespace {
 
-ErrorCategory CategoryOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Error& error) {
-    return error.Category();
-  }
-  ADD_FAILURE() << "no error";
-  return ErrorCategory::NotFound;
+template <typename Call>
+ErrorCategory CategoryOf(Call&& call) {
+  return ErrorOf(std::forward<Call>(call)).Category();
 }
 
 class Transactions : public testing::Test {
