@@ -66,11 +66,10 @@ std::vector<int> HeldStocks(const std::vector<CsvPortfolio>& portfolios) {
 
 /// A stock without a price is worth nothing in every view that counts it.
 QStringList UnpricedStocks(const std::vector<int>& stocks, const TDataCenter& dataCentre) {
-  constexpr int kCodes = 1'000'000;
   QStringList warnings;
   for (const int stock : stocks) {
     if (dataCentre.StockNowData(stock).currentPrice > 0) continue;
-    warnings.append(QStringLiteral("股票%1没有行情，组合市值暂不包括它").arg(SixDigits(stock % kCodes)));
+    warnings.append(QStringLiteral("股票%1没有行情，组合市值暂不包括它").arg(QString::number(stock).right(6)));
   }
   return warnings;
 }
