@@ -12,7 +12,6 @@
 #include "app/command_line.h"
 #include "app/hand_over.h"
 #include "app/message_boxes.h"
-#include "app/read_ahead.h"
 #include "app/signal_guard.h"
 #include "app/terminal.h"
 #include "app/terminal_application.h"
@@ -53,15 +52,12 @@ std::optional<int> LockOrHandOver(WorkFolderLock& lock, const Options& options) 
 
 /// A terminal that has just ended may leave the file locked for a moment (the lock lives on in a child process that it
 /// had started and that has not yet let go), so "busy" is believed only after a while.
-std::unique_ptr<ReadAheadUserData> OpenDatabase(const Options& options) {
+std::unique_ptr<UserDataServices> OpenDatabase(const Options& options) {
   StepBehindTheWindow();
   const DatabaseTarget target = DatabaseTarget::FromText(options.database);
-  // Others may write to a server's database.
-  const QString reads = target.IsServer() ? QString() : options.workFolder + QStringLiteral("/first_reads.txt");
   for (int attempt = 1;; ++attempt) {
     try {
-      auto database = FirebirdUserData::Open(target, options.workFolder + QStringLiteral("/lock"));
-      return std::make_unique<ReadAheadUserData>(std::move(database), reads);
+      return FirebirdUserData::Open(target, options.workFolder + QStringLiteral("/lock"));
     } catch (const Error& error) {
       if (error.Category() != ErrorCategory::Busy || attempt == kBusyAttempts || signal_guard::Requested()) throw;
     }
@@ -86,7 +82,7 @@ int RunTerminal(int argc, char** argv, const Options& options) {
     const QCoreApplication localeSetter(argc, argv);
   }
   // The engine takes its time to open the file; meanwhile the window system and the fonts are set up.
-  std::future<std::unique_ptr<ReadAheadUserData>> database = std::async(std::launch::async, OpenDatabase, options);
+  std::future<std::unique_ptr<UserDataServices>> database = std::async(std::launch::async, OpenDatabase, options);
   QApplication::setStyle(new TerminalStyle);  // the application owns it
   // Whether a desktop has a menu bar of its own is asked over a bus, and the answer waited for.
   QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);

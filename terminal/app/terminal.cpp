@@ -133,9 +133,7 @@ MessageBoxService& Terminal::Messages() {
 
 bool Terminal::OpenDatabase() {
   try {
-    std::unique_ptr<ReadAheadUserData> database = openDatabase_();
-    readAhead_ = database.get();
-    userData_ = std::move(database);
+    userData_ = openDatabase_();
   } catch (const std::exception& error) {
     log_.WriteLog(QStringLiteral("数据库不能打开：%1").arg(TextOf(error)));
     const QString text = QStringLiteral("数据库“%1”不能打开。\n%2").arg(options_.database, TextOf(error));
@@ -286,7 +284,6 @@ void Terminal::EnterFirstPage() {
 
 void Terminal::GoOn() {
   if (!isReady_ || std::exchange(hasGoneOn_, true)) return;
-  readAhead_->EndStart();
   host_->ConnectBus();
   RunFirstCommand();
 }

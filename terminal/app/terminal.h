@@ -13,7 +13,6 @@
 #include "app/message_boxes.h"
 #include "app/plugin_loader.h"
 #include "app/quick_entry.h"
-#include "app/read_ahead.h"
 #include "app/terminal_host.h"
 #include "app/view_exporter.h"
 #include "datacentre/market_data.h"
@@ -38,7 +37,7 @@ class LateDatabase : public TLocatDBOper {
 class Terminal {
  public:
   /// Waits for the database that is being opened; throws what opening it threw.
-  using DatabaseOpener = std::function<std::unique_ptr<ReadAheadUserData>()>;
+  using DatabaseOpener = std::function<std::unique_ptr<UserDataServices>()>;
 
   /// The work folder exists and is locked by this process.
   Terminal(Options options, DatabaseOpener openDatabase);
@@ -98,7 +97,6 @@ class Terminal {
   PrintedMessages printedMessages_;
 
   std::unique_ptr<UserDataServices> userData_;
-  ReadAheadUserData* readAhead_ = nullptr;  ///< the same
   LateDatabase localDatabase_;
   std::unique_ptr<MarketData> market_;
   std::future<void> marketLoading_;  ///< after the market, so that it ends first
