@@ -7,7 +7,7 @@
 #include "common/exchange_files.h"
 #include "common/host_access.h"
 #include "common/statements.h"
-#include "database/statement_shape.h"
+#include "database/engine/statement_shape.h"
 #include "holdwise/packet/csv.h"
 #include "properties.h"
 #include "targets.h"

@@ -4,9 +4,9 @@
 
 #include "holdwise/packet/csv.h"
 #include "holdwise/packet/number_text.h"
-#include "portfolio_import/portfolio_csv.h"
 #include "properties.h"
 #include "targets.h"
+#include "transfer/portfolio_csv.h"
 
 namespace holdwise::fuzz {
 namespace {

@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "database/literal_binder.h"
-#include "database/statement_shape.h"
+#include "database/engine/literal_binder.h"
+#include "database/engine/statement_shape.h"
 #include "properties.h"
 #include "targets.h"
 

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <vector>
 
-#include "database/firebird_client.h"
+#include "database/engine/firebird_client.h"
 #include "temp_database.h"
 
 /// The yardstick of the benchmarks that fill the statistics: a hand-written loop over one prepared statement.

@@ -3,8 +3,8 @@
 #include <deque>
 #include <functional>
 
-#include "app/command_line.h"
-#include "app/hand_over.h"
+#include "process/command_line.h"
+#include "process/hand_over.h"
 
 namespace holdwise {
 

@@ -8,17 +8,17 @@
 #include <future>
 #include <optional>
 
-#include "app/background_thread.h"
-#include "app/command_line.h"
-#include "app/hand_over.h"
-#include "app/message_boxes.h"
-#include "app/signal_guard.h"
 #include "app/terminal.h"
 #include "app/terminal_application.h"
-#include "app/terminal_style.h"
-#include "app/work_folder.h"
 #include "database/firebird_user_data.h"
 #include "holdwise/packet/error.h"
+#include "process/background_thread.h"
+#include "process/command_line.h"
+#include "process/hand_over.h"
+#include "process/print.h"
+#include "process/signal_guard.h"
+#include "process/work_folder.h"
+#include "window/terminal_style.h"
 
 namespace holdwise {
 namespace {

@@ -9,16 +9,17 @@
 #include <exception>
 #include <utility>
 
-#include "app/background_thread.h"
-#include "app/dialogs.h"
-#include "app/host_pages.h"
-#include "app/import_report.h"
-#include "app/notice_page.h"
-#include "app/signal_guard.h"
-#include "app/start_trace.h"
 #include "app/terminal_application.h"
 #include "holdwise/packet/error.h"
-#include "portfolio_import/import.h"
+#include "pages/host_pages.h"
+#include "pages/notice_page.h"
+#include "process/background_thread.h"
+#include "process/print.h"
+#include "process/signal_guard.h"
+#include "process/start_trace.h"
+#include "transfer/import.h"
+#include "transfer/import_report.h"
+#include "window/dialogs.h"
 
 namespace holdwise {
 namespace {
@@ -49,12 +50,6 @@ QString MadeLogFolder(const QString& workFolder) {
   QString folder = workFolder + QStringLiteral("/log");
   QDir().mkpath(folder);
   return folder;
-}
-
-void PrintOut(const QString& text) {
-  if (text.isEmpty()) return;
-  std::fprintf(stdout, "%s\n", text.toUtf8().constData());
-  std::fflush(stdout);
 }
 
 }  // namespace

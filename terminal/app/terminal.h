@@ -4,20 +4,20 @@
 #include <future>
 #include <memory>
 
-#include "app/address_registry.h"
-#include "app/command_line.h"
 #include "app/command_runner.h"
-#include "app/debug_log.h"
-#include "app/hand_over.h"
-#include "app/main_window.h"
-#include "app/message_boxes.h"
-#include "app/plugin_loader.h"
-#include "app/quick_entry.h"
-#include "app/terminal_host.h"
-#include "app/view_exporter.h"
 #include "datacentre/market_data.h"
 #include "holdwise/sdk/database.h"
+#include "pages/address_registry.h"
+#include "plugins/plugin_loader.h"
+#include "plugins/terminal_host.h"
+#include "process/command_line.h"
+#include "process/debug_log.h"
+#include "process/hand_over.h"
 #include "theme/theme_services.h"
+#include "transfer/view_exporter.h"
+#include "window/main_window.h"
+#include "window/message_boxes.h"
+#include "window/quick_entry.h"
 
 namespace holdwise {
 

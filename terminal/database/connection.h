@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "database/disk_space.h"
-#include "database/firebird_client.h"
+#include "database/engine/firebird_client.h"
+#include "database/engine/statement_cache.h"
 #include "database/kept_answers.h"
-#include "database/statement_cache.h"
 #include "holdwise/packet/result_set.h"
 
 namespace holdwise::firebird {

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "database/database_file.h"
+#include "database/engine/prepared_statement.h"
 #include "database/firebird_user_data.h"
-#include "database/prepared_statement.h"
 
 namespace holdwise::firebird {
 

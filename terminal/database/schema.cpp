@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "database/prepared_statement.h"
+#include "database/engine/prepared_statement.h"
 
 namespace holdwise::firebird {
 

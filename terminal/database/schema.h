@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "database/firebird_client.h"
+#include "database/engine/firebird_client.h"
 
 namespace holdwise::firebird {
 

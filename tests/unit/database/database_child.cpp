@@ -13,7 +13,7 @@
 #include <iostream>
 #include <string>
 
-#include "database/firebird_client.h"
+#include "database/engine/firebird_client.h"
 #include "database/firebird_user_data.h"
 
 namespace {

@@ -11,7 +11,7 @@
 #include <random>
 
 #include "database/database_file.h"
-#include "database/firebird_client.h"
+#include "database/engine/firebird_client.h"
 #include "database/schema.h"
 #include "database_texts.h"
 #include "temp_database.h"

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "database/statement_shape.h"
+#include "database/engine/statement_shape.h"
 
 using holdwise::firebird::StatementKind;
 using holdwise::firebird::StatementShape;

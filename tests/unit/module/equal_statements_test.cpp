@@ -1,7 +1,7 @@
 #include "database/equal_statements.h"
 
 #include "common_fixture.h"
-#include "database/statement_shape.h"
+#include "database/engine/statement_shape.h"
 #include "temp_database.h"
 
 namespace holdwise {

@@ -10,20 +10,20 @@
 #include <QTimer>
 #include <thread>
 
-#include "app/address_registry.h"
-#include "app/command_line.h"
 #include "app/command_runner.h"
-#include "app/debug_log.h"
-#include "app/import_report.h"
-#include "app/main_window.h"
-#include "app/message_boxes.h"
-#include "app/quick_entry.h"
-#include "app/title_frame.h"
-#include "app/view_exporter.h"
-#include "app/work_area.h"
 #include "holdwise/packet/error.h"
+#include "pages/address_registry.h"
+#include "process/command_line.h"
+#include "process/debug_log.h"
 #include "scripted_host.h"
 #include "theme/theme_services.h"
+#include "transfer/import_report.h"
+#include "transfer/view_exporter.h"
+#include "window/main_window.h"
+#include "window/message_boxes.h"
+#include "window/quick_entry.h"
+#include "window/title_frame.h"
+#include "window/work_area.h"
 
 namespace holdwise {
 namespace {

@@ -1,4 +1,4 @@
-#include "app/hand_over.h"
+#include "process/hand_over.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>

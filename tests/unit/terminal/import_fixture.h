@@ -5,9 +5,9 @@
 #include "datacentre/market_data.h"
 #include "injecting_user_data.h"
 #include "market_folder.h"
-#include "portfolio_import/import.h"
 #include "scripted_host.h"
 #include "temp_database.h"
+#include "transfer/import.h"
 
 namespace holdwise {
 

@@ -7,9 +7,9 @@
 #include "datacentre/market_data.h"
 #include "holdwise/market/data_folder_builder.h"
 #include "holdwise/market/simulated_market.h"
-#include "portfolio_import/import.h"
 #include "scripted_host.h"
 #include "temp_database.h"
+#include "transfer/import.h"
 
 namespace holdwise {
 namespace {

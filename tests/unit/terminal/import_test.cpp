@@ -1,4 +1,4 @@
-#include "portfolio_import/import.h"
+#include "transfer/import.h"
 
 #include <gtest/gtest.h>
 

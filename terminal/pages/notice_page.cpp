@@ -1,0 +1,58 @@
+#include "pages/notice_page.h"
+
+#include <QFontDatabase>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <utility>
+
+namespace holdwise {
+namespace {
+
+constexpr int kMargin = 40;
+constexpr int kWidest = 900;
+
+}  // namespace
+
+NoticePage::NoticePage(const QString& title, const QString& text, const QString& commands,
+                       std::function<void()> tryAgain) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  layout->setSpacing(16);
+  auto* heading = new QLabel(title);
+  QFont big = heading->font();
+  big.setPixelSize(22);
+  big.setBold(true);
+  heading->setFont(big);
+  layout->addWidget(heading);
+  auto* body = new QLabel(text);
+  body->setTextFormat(Qt::PlainText);
+  body->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  body->setWordWrap(true);
+  body->setMaximumWidth(kWidest);
+  layout->addWidget(body);
+  if (!commands.isEmpty()) {
+    auto* lines = new QPlainTextEdit(commands);
+    lines->setReadOnly(true);
+    lines->setLineWrapMode(QPlainTextEdit::NoWrap);
+    lines->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    lines->setMaximumWidth(kWidest);
+    lines->setFixedHeight(lines->fontMetrics().lineSpacing() * 6);
+    layout->addWidget(lines);
+  }
+  auto* button = new QPushButton(QStringLiteral("重新检查"));
+  connect(button, &QPushButton::clicked, this, std::move(tryAgain));
+  layout->addWidget(button, 0, Qt::AlignLeft);
+  layout->addStretch(1);
+}
+
+QString DataFolderCommands(const QString& dataFolder) {
+  return QStringLiteral(
+             "holdwise-market simulate --securities 5000 --days 500 --seed 1 --out csv\n"
+             "holdwise-market build --bars csv/bars --indices csv/indices --securities csv/securities.csv \\\n"
+             "    --dates csv/trading_dates.csv --rates csv/deposit_rates.csv --simulated --out '%1'")
+      .arg(dataFolder);
+}
+
+}  // namespace holdwise

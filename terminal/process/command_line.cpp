@@ -1,0 +1,155 @@
+#include "process/command_line.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStandardPaths>
+#include <algorithm>
+
+namespace holdwise {
+namespace {
+
+QString Absolute(const QString& path) {
+  return path.isEmpty() ? path : QDir::cleanPath(QDir::current().absoluteFilePath(path));
+}
+
+constexpr const char* kValueOptions[] = {"data",    "work",      "db",     "bus",   "theme",
+                                         "address", "parameter", "import", "export"};
+
+void AddOptions(QCommandLineParser& parser) {
+  for (const char* name : kValueOptions) {
+    const QString option = QString::fromLatin1(name);
+    parser.addOption({option, QString(), option});
+  }
+  parser.addOption(QCommandLineOption(QStringList{QStringLiteral("h"), QStringLiteral("help")}));
+  parser.addOption(QCommandLineOption(QStringList{QStringLiteral("v"), QStringLiteral("version")}));
+}
+
+QString HelpText() {
+  return QStringLiteral(
+      "用法：holdwise-terminal [选项]\n\n"
+      "  --data DIR        数据目录，由 holdwise-market build 生成（默认：工作目录下的 market）\n"
+      "  --work DIR        工作目录：数据库、下载文件、设置、日志（默认：~/.local/share/holdwise）\n"
+      "  --db TARGET       数据库：文件，或 Firebird 服务器的“主机:/路径”（默认：工作目录下的文件）\n"
+      "  --bus inproc      消息总线\n"
+      "  --theme dark|light  颜色主题，下次启动仍有效\n"
+      "  --address NAME    打开的地址：投资组合、分时走势、工具条、日志\n"
+      "  --parameter TEXT  地址的参数，例如 Skip组合表现\n"
+      "  --import FILE     导入组合（CSV：name,code,quantity,price），然后继续运行\n"
+      "  --export DIR      依次打开每个视图，写出图片和表格后退出；不需要显示器\n"
+      "  --help, --version\n\n"
+      "同一工作目录已有终端在运行时，命令交给它执行。\n");
+}
+
+/// The last argument when it is an option that wants a value behind it.
+QString ValueOptionAtEnd(const QStringList& arguments) {
+  const QString& last = arguments.constLast();
+  const bool wantsValue = std::any_of(std::begin(kValueOptions), std::end(kValueOptions), [&last](const char* name) {
+    return last == QStringLiteral("--") + QLatin1String(name);
+  });
+  return wantsValue ? last : QString();
+}
+
+ParsedCommandLine Refuse(const QString& text) {
+  return {std::nullopt, QStringLiteral("holdwise-terminal：%1\n可用 --help 查看用法。\n").arg(text), 2};
+}
+
+/// The first option given with an empty value, which no option allows but the parameter.
+QString EmptyOption(const QCommandLineParser& parser) {
+  for (const char* name : kValueOptions) {
+    QString option = QString::fromLatin1(name);
+    if (option != QStringLiteral("parameter") && parser.isSet(option) && parser.value(option).isEmpty()) return option;
+  }
+  return {};
+}
+
+}  // namespace
+
+bool Command::IsEmpty() const {
+  return !theme && address.isEmpty() && importFile.isEmpty() && exportFolder.isEmpty();
+}
+
+QByteArray Command::ToJson() const {
+  QJsonObject object{{QStringLiteral("address"), address},   {QStringLiteral("parameter"), parameter},
+                     {QStringLiteral("import"), importFile}, {QStringLiteral("export"), exportFolder},
+                     {QStringLiteral("data"), dataFolder},   {QStringLiteral("db"), database}};
+  if (theme) object.insert(QStringLiteral("theme"), ThemeKindName(*theme));
+  return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+std::optional<Command> Command::FromJson(const QByteArray& json) {
+  const QJsonDocument document = QJsonDocument::fromJson(json);
+  if (!document.isObject()) return std::nullopt;
+  const QJsonObject object = document.object();
+  Command command;
+  command.theme = ThemeKindFromName(object.value(QStringLiteral("theme")).toString());
+  command.address = object.value(QStringLiteral("address")).toString();
+  command.parameter = object.value(QStringLiteral("parameter")).toString();
+  command.importFile = object.value(QStringLiteral("import")).toString();
+  command.exportFolder = object.value(QStringLiteral("export")).toString();
+  command.dataFolder = object.value(QStringLiteral("data")).toString();
+  command.database = object.value(QStringLiteral("db")).toString();
+  return command;
+}
+
+QString ConflictOf(const Command& command, const Options& running) {
+  const auto isOther = [](const QString& asked, const QString& used) {
+    if (asked.isEmpty() || asked == used) return false;
+    // Two ways to one place.
+    const QString place = QFileInfo(asked).canonicalFilePath();
+    return place.isEmpty() || place != QFileInfo(used).canonicalFilePath();
+  };
+  const auto text = [](const char* what, const QString& used, const QString& asked) {
+    return QStringLiteral(
+               "这个工作目录的终端正在运行，它使用%1“%2”，不是“%3”。请先关闭它，或用 --work 指定另一个工作目录。")
+        .arg(QString::fromUtf8(what), used, asked);
+  };
+  if (isOther(command.dataFolder, running.dataFolder)) return text("数据目录", running.dataFolder, command.dataFolder);
+  if (isOther(command.database, running.database)) return text("数据库", running.database, command.database);
+  return {};
+}
+
+ParsedCommandLine ParseCommandLine(const QStringList& arguments) {
+  QCommandLineParser parser;
+  AddOptions(parser);
+  if (!parser.parse(arguments)) {
+    if (!parser.unknownOptionNames().isEmpty())
+      return Refuse(QStringLiteral("没有选项“%1”。").arg(parser.unknownOptionNames().constFirst()));
+    if (const QString option = ValueOptionAtEnd(arguments); !option.isEmpty())
+      return Refuse(QStringLiteral("选项 %1 后面没有值。").arg(option));
+    return Refuse(parser.errorText());
+  }
+  if (parser.isSet(QStringLiteral("help"))) return {std::nullopt, HelpText(), 0};
+  if (parser.isSet(QStringLiteral("version"))) return {std::nullopt, QStringLiteral("holdwise-terminal 1.0.0\n"), 0};
+  if (!parser.positionalArguments().isEmpty())
+    return Refuse(QStringLiteral("多余的参数“%1”。").arg(parser.positionalArguments().constFirst()));
+  if (const QString option = EmptyOption(parser); !option.isEmpty())
+    return Refuse(QStringLiteral("选项 --%1 的值为空。").arg(option));
+  const auto value = [&parser](const char* name) { return parser.value(QString::fromLatin1(name)); };
+
+  Options options;
+  if (parser.isSet(QStringLiteral("bus")) && value("bus") != QStringLiteral("inproc"))
+    return Refuse(QStringLiteral("--bus 只能是 inproc，不能是“%1”。").arg(value("bus")));
+  if (parser.isSet(QStringLiteral("theme"))) {
+    options.command.theme = ThemeKindFromName(value("theme"));
+    if (!options.command.theme)
+      return Refuse(QStringLiteral("--theme 只能是 dark 或 light，不能是“%1”。").arg(value("theme")));
+  }
+  options.workFolder = Absolute(value("work"));
+  if (options.workFolder.isEmpty())
+    options.workFolder =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/holdwise");
+  options.dataFolder = Absolute(value("data"));
+  if (options.dataFolder.isEmpty()) options.dataFolder = options.workFolder + QStringLiteral("/market");
+  options.database = value("db");
+  options.command.dataFolder = Absolute(value("data"));
+  options.command.address = value("address");
+  options.command.parameter = value("parameter");
+  options.command.importFile = Absolute(value("import"));
+  options.command.exportFolder = Absolute(value("export"));
+  return {options, {}, 0};
+}
+
+}  // namespace holdwise

@@ -1,0 +1,50 @@
+#include "process/debug_log.h"
+
+#include "process/print.h"
+
+namespace holdwise {
+
+DebugLog::DebugLog(const QString& path, ClockService& clock) : clock_(clock), file_(path) {
+  file_.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
+}
+
+void DebugLog::WriteLog(const QString& text) {
+  // One entry is one line of the file, so that a reader can count on the time in front.
+  QString line = clock_.Now().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz ")) + text.trimmed();
+  line.replace(QLatin1Char('\n'), QStringLiteral(" | "));
+  {
+    const std::lock_guard lock(mutex_);
+    if (lines_.size() >= kLinesInMemory) lines_.removeFirst();
+    lines_.append(line);
+    if (file_.isOpen()) {
+      if (file_.size() >= kFileBytes) MakeRoom();
+    }
+    // The failure worth reading about may be that of the disk itself.
+    const QByteArray bytes = line.toUtf8() + '\n';
+    if (!file_.isOpen() || file_.write(bytes) != bytes.size()) PrintError(line);
+  }
+  const std::lock_guard lock(listenerMutex_);
+  if (listener_) listener_();
+}
+
+void DebugLog::SetListener(std::function<void()> listener) {
+  const std::lock_guard lock(listenerMutex_);
+  listener_ = std::move(listener);
+}
+
+QStringList DebugLog::Lines() const {
+  const std::lock_guard lock(mutex_);
+  return lines_;
+}
+
+void DebugLog::MakeRoom() {
+  const QString path = file_.fileName();
+  const auto oldName = [&path](int number) { return path + QLatin1Char('.') + QString::number(number); };
+  file_.close();
+  QFile::remove(oldName(kOldFiles));
+  for (int number = kOldFiles - 1; number >= 1; --number) QFile::rename(oldName(number), oldName(number + 1));
+  QFile::rename(path, oldName(1));
+  file_.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
+}
+
+}  // namespace holdwise

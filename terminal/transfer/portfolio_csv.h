@@ -1,0 +1,39 @@
+#pragma once
+#include <QByteArray>
+#include <QString>
+#include <vector>
+
+#include "holdwise/sdk/codenum.h"
+#include "transfer/import.h"
+
+namespace holdwise {
+
+/// One holding as the file has it; quantity and price are the texts of the file, checked.
+struct CsvHolding {
+  int line = 0;
+  int codeNumber = 0;
+  QString quantity;
+  QString price;
+};
+
+/// One portfolio of the file; `line` is that of its first row.
+struct CsvPortfolio {
+  QString name;
+  int line = 0;
+  int rows = 0;  ///< with the bad ones
+  std::vector<CsvHolding> holdings;
+};
+
+struct CsvPortfolios {
+  std::vector<CsvPortfolio> portfolios;  ///< in order of their first rows
+  std::vector<ImportProblem> problems;   ///< of all lines, ascending
+};
+
+inline constexpr int kMinHoldings = 2;
+inline constexpr int kMaxHoldings = 10;
+inline constexpr int kMaxNameLength = 40;
+
+/// Reads and checks the whole text against the rules that need no database. Never throws for its content.
+[[nodiscard]] CsvPortfolios ParsePortfolioCsv(const QByteArray& csv, const CodeNumServices& codes);
+
+}  // namespace holdwise

@@ -1,0 +1,178 @@
+#include "transfer/view_exporter.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QDir>
+#include <QEvent>
+#include <QPixmap>
+#include <QWidget>
+#include <algorithm>
+#include <exception>
+
+#include "holdwise/packet/csv.h"
+#include "holdwise/packet/error.h"
+#include "holdwise/packet/packet_file.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kLookMilliseconds = 50;
+// A view that has just been shown may start its work only from the event loop: one quiet look is not enough.
+constexpr int kQuietLooksAtView = 3;
+constexpr int kQuietLooksAtPortfolio = 1;
+
+/// Grid names and portfolio ids become parts of file names.
+QString FileNamePart(QString text) {
+  for (QChar& character : text)
+    if (character == QLatin1Char('/') || character < QLatin1Char(' ')) character = QLatin1Char('_');
+  return text;
+}
+
+}  // namespace
+
+QByteArray GridToCsv(const GridText& grid) {
+  QStringList headings;
+  for (int column = 0; column < grid.titles.size(); ++column) {
+    const QString& title = grid.titles[column];
+    headings.append(CsvField(title.isEmpty() ? QStringLiteral("#%1").arg(column) : title));
+  }
+  QString text = headings.join(QLatin1Char(',')) + QLatin1Char('\n');
+  for (const QStringList& row : grid.rows) {
+    QStringList fields;
+    for (const QString& cell : row) fields.append(CsvField(cell));
+    text += fields.join(QLatin1Char(',')) + QLatin1Char('\n');
+  }
+  return text.toUtf8();
+}
+
+ViewExporter::ViewExporter(ViewCatalogue& views, QWidget& picture, int settleMilliseconds)
+    : views_(views), picture_(picture), settleMilliseconds_(settleMilliseconds) {
+  connect(&look_, &QTimer::timeout, this, [this] { Look(); });
+}
+
+ViewExporter::~ViewExporter() = default;
+
+void ViewExporter::Start(const QString& folder) {
+  folder_ = folder;
+  left_ = views_.List();
+  std::reverse(left_.begin(), left_.end());
+  shownBefore_ = views_.Current();
+  qApp->installEventFilter(this);
+  QTimer::singleShot(0, this, [this] {
+    if (!QDir().mkpath(folder_)) return Finish(QStringLiteral("目录“%1”不能建立。").arg(folder_));
+    NextView();
+  });
+}
+
+bool ViewExporter::eventFilter(QObject* watched, QEvent* event) {
+  if (!event->spontaneous()) return false;
+  switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut:
+    case QEvent::ShortcutOverride: {
+      // Dialogs of the view stay usable: the view may be waiting for an answer.
+      const auto* widget = qobject_cast<QWidget*>(watched);
+      return widget != nullptr && widget->window() == picture_.window();
+    }
+    default:
+      return false;
+  }
+}
+
+void ViewExporter::Look() {
+  settledLooks_ = views_.IsSettled() ? settledLooks_ + 1 : 0;
+  look_.setInterval(kLookMilliseconds);
+  if (const int progress = views_.Progress(); progress != progress_) {
+    progress_ = progress;
+    waiting_.restart();
+  }
+  if (settledLooks_ < quietLooks_) {
+    if (waiting_.elapsed() > settleMilliseconds_)
+      Finish(QStringLiteral("%1 在 %2 秒内没有进展（原因见日志）。").arg(waitingFor_).arg(settleMilliseconds_ / 1000));
+    return;
+  }
+  look_.stop();
+  try {
+    (this->*whenSettled_)();
+  } catch (const std::exception& error) {
+    Finish(QString::fromUtf8(error.what()));
+  }
+}
+
+void ViewExporter::Wait(void (ViewExporter::*whenSettled)(), int quietLooks, const QString& forWhat) {
+  whenSettled_ = whenSettled;
+  quietLooks_ = quietLooks;
+  waitingFor_ = forWhat;
+  settledLooks_ = 0;
+  waiting_.start();
+  look_.start(quietLooks == kQuietLooksAtPortfolio ? 0 : kLookMilliseconds);
+}
+
+void ViewExporter::NextView() {
+  if (left_.empty()) return WroteAll();
+  view_ = left_.back();
+  left_.pop_back();
+  if (!views_.Show(view_.frameId)) return Finish(QStringLiteral("视图“%1”不能打开。").arg(view_.caption));
+  Wait(&ViewExporter::WriteView, kQuietLooksAtView, QStringLiteral("视图“%1”").arg(view_.caption));
+}
+
+void ViewExporter::WriteView() {
+  QByteArray png;
+  QBuffer buffer(&png);
+  buffer.open(QIODevice::WriteOnly);
+  if (!picture_.grab().save(&buffer, "PNG"))
+    throw Error(ErrorCategory::Io, QStringLiteral("视图“%1”的图片不能生成。").arg(view_.caption).toStdString());
+  const QString name = QString::number(view_.frameId);
+  WriteFileAtomically(folder_ + QLatin1Char('/') + name + QStringLiteral(".png"), png, Durability::Replaceable);
+  for (const GridText& grid : views_.Grids()) WriteGrid(name + QLatin1Char('-') + FileNamePart(grid.name), grid);
+  const ViewCatalogue::Holdings holdings = views_.HoldingsGrid();
+  followingGrid_ = holdings.gridName;
+  portfoliosLeft_ = holdings.gridName.isEmpty() ? QStringList() : holdings.portfolioIds;
+  NextPortfolio();
+}
+
+void ViewExporter::NextPortfolio() {
+  if (portfoliosLeft_.isEmpty()) return NextView();
+  portfolio_ = portfoliosLeft_.takeFirst();
+  if (!views_.SelectPortfolio(portfolio_))
+    return Finish(QStringLiteral("视图“%1”中没有组合 %2。").arg(view_.caption, portfolio_));
+  Wait(&ViewExporter::WritePortfolio, kQuietLooksAtPortfolio,
+       QStringLiteral("视图“%1”的组合 %2").arg(view_.caption, portfolio_));
+}
+
+void ViewExporter::WritePortfolio() {
+  const std::vector<GridText> grids = views_.Grids();
+  const auto grid =
+      std::find_if(grids.begin(), grids.end(), [this](const GridText& one) { return one.name == followingGrid_; });
+  if (grid == grids.end())
+    throw Error(ErrorCategory::NotFound,
+                QStringLiteral("视图“%1”中没有表格 %2。").arg(view_.caption, followingGrid_).toStdString());
+  WriteGrid(QStringLiteral("%1-%2-%3").arg(view_.frameId).arg(FileNamePart(grid->name), FileNamePart(portfolio_)),
+            *grid);
+  NextPortfolio();
+}
+
+void ViewExporter::WriteGrid(const QString& name, const GridText& grid) const {
+  WriteFileAtomically(folder_ + QLatin1Char('/') + name + QStringLiteral(".csv"), GridToCsv(grid),
+                      Durability::Replaceable);
+}
+
+void ViewExporter::WroteAll() {
+  Finish(views_.Shortcoming());
+}
+
+void ViewExporter::Finish(const QString& problem) {
+  look_.stop();
+  qApp->removeEventFilter(this);
+  if (shownBefore_ != 0) views_.Show(shownBefore_);
+  // The listener may destroy this object.
+  const auto done = std::exchange(OnDone, nullptr);
+  if (done) done(problem);
+}
+
+}  // namespace holdwise

@@ -1,0 +1,55 @@
+#include "window/dialogs.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace holdwise {
+namespace {
+
+constexpr QSize kReportSize{640, 360};
+
+QString Ask(QFileDialog& dialog, const QString& accept) {
+  dialog.setLabelText(QFileDialog::Accept, accept);
+  dialog.setLabelText(QFileDialog::Reject, QStringLiteral("取消"));
+  dialog.setLabelText(QFileDialog::LookIn, QStringLiteral("位置"));
+  dialog.setLabelText(QFileDialog::FileName, QStringLiteral("名称"));
+  dialog.setLabelText(QFileDialog::FileType, QStringLiteral("类型"));
+  if (dialog.exec() != QDialog::Accepted) return {};
+  return dialog.selectedFiles().value(0);
+}
+
+}  // namespace
+
+QString AskForFile(QWidget* window) {
+  QFileDialog dialog(window, QStringLiteral("导入组合"), QString(), QStringLiteral("组合 (*.csv);;所有文件 (*)"));
+  dialog.setFileMode(QFileDialog::ExistingFile);
+  return Ask(dialog, QStringLiteral("导入"));
+}
+
+QString AskForFolder(QWidget* window) {
+  QFileDialog dialog(window, QStringLiteral("导出到目录"));
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  return Ask(dialog, QStringLiteral("导出"));
+}
+
+void ShowReport(QWidget* window, const QString& title, const QString& text) {
+  QDialog dialog(window);
+  dialog.setWindowTitle(title);
+  auto* layout = new QVBoxLayout(&dialog);
+  auto* lines = new QPlainTextEdit(text);
+  lines->setReadOnly(true);
+  layout->addWidget(lines);
+  auto* buttons = new QDialogButtonBox;
+  buttons->addButton(QStringLiteral("确定"), QDialogButtonBox::AcceptRole);
+  QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+  layout->addWidget(buttons);
+  dialog.resize(kReportSize);
+  dialog.exec();
+}
+
+}  // namespace holdwise

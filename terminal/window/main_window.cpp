@@ -1,0 +1,170 @@
+#include "window/main_window.h"
+
+#include <QActionGroup>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QStatusBar>
+#include <QVBoxLayout>
+#include <utility>
+
+namespace holdwise {
+namespace {
+
+constexpr QSize kFirstSize{1280, 800};
+constexpr QSize kWindowBorders{16, 48};
+constexpr int kTellMilliseconds = 8000;
+
+QLabel* AddStatus(QStatusBar& bar) {
+  auto* label = new QLabel(&bar);
+  label->setTextFormat(Qt::PlainText);
+  label->setContentsMargins(6, 0, 6, 0);
+  bar.addPermanentWidget(label);
+  return label;
+}
+
+/// The whole window is on the screen. An offscreen screen is made up, and small.
+QSize FirstSize(const QScreen* screen) {
+  if (screen == nullptr || QGuiApplication::platformName() == QLatin1String("offscreen")) return kFirstSize;
+  return kFirstSize.boundedTo(screen->availableSize() - kWindowBorders);
+}
+
+}  // namespace
+
+MainWindow::MainWindow(const ThemeServices& theme, WindowActions actions)
+    : theme_(theme), actions_(std::move(actions)) {
+  auto* centre = new QWidget(this);
+  bar_ = new AddressBar(theme_, centre);
+  area_ = new WorkArea(centre);
+  auto* layout = new QVBoxLayout(centre);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(bar_);
+  layout->addWidget(area_, 1);
+  setCentralWidget(centre);
+  bar_->OnChosen = [this](const QString& name) { actions_.goTo(name); };
+  BuildMenus();
+  BuildStatusBar();
+  SetSimulated(false);
+  SetPortfolioActionsEnabled(false);
+  resize(FirstSize(screen()));
+  area_->setFocusPolicy(Qt::ClickFocus);
+  area_->setFocus();  // else the address bar would show itself focused from the start
+}
+
+void MainWindow::BuildMenus() {
+  QMenu* file = menuBar()->addMenu(QStringLiteral("文件(&F)"));
+  import_ = file->addAction(QStringLiteral("导入组合(&I)…"), QKeySequence(QStringLiteral("Ctrl+O")), this,
+                            [this] { actions_.importPortfolios(); });
+  export_ = file->addAction(QStringLiteral("导出(&E)…"), QKeySequence(QStringLiteral("Ctrl+S")), this,
+                            [this] { actions_.exportViews(); });
+  file->addSeparator();
+  file->addAction(QStringLiteral("退出(&X)"), QKeySequence(QStringLiteral("Ctrl+Q")), this, &QWidget::close);
+
+  QMenu* view = menuBar()->addMenu(QStringLiteral("视图(&V)"));
+  QMenu* themes = view->addMenu(QStringLiteral("主题(&T)"));
+  auto* themeGroup = new QActionGroup(this);
+  const auto addTheme = [&](const QString& text, ThemeKind kind) {
+    QAction* action = themes->addAction(text, this, [this, kind] { actions_.setTheme(kind); });
+    action->setCheckable(true);
+    themeGroup->addAction(action);
+    return action;
+  };
+  dark_ = addTheme(QStringLiteral("深色(&D)"), ThemeKind::Dark);
+  light_ = addTheme(QStringLiteral("浅色(&L)"), ThemeKind::Light);
+  addressMenu_ = view->addMenu(QStringLiteral("地址(&A)"));
+  addressGroup_ = new QActionGroup(this);
+
+  QMenu* help = menuBar()->addMenu(QStringLiteral("帮助(&H)"));
+  help->addAction(QStringLiteral("关于(&A)"), this, [this] { ShowAbout(); });
+}
+
+void MainWindow::BuildStatusBar() {
+  statusBar()->setSizeGripEnabled(false);
+  progress_ = new QProgressBar(this);
+  progress_->setMaximumWidth(200);
+  progress_->hide();
+  statusBar()->addPermanentWidget(progress_);
+  quotesProblem_ = AddStatus(*statusBar());
+  quotesProblem_->setText(QStringLiteral("行情没有更新"));
+  quotesProblem_->hide();
+  date_ = AddStatus(*statusBar());
+  bus_ = AddStatus(*statusBar());
+  database_ = AddStatus(*statusBar());
+}
+
+void MainWindow::SetAddresses(const QStringList& addresses, const QStringList& listed) {
+  bar_->SetNames(listed);
+  addressMenu_->clear();
+  for (const QString& name : addresses) {
+    QAction* action = addressMenu_->addAction(name, this, [this, name] { actions_.goTo(name); });
+    action->setCheckable(true);
+    addressGroup_->addAction(action);
+  }
+}
+
+void MainWindow::SetCurrentAddress(const QString& name) {
+  bar_->SetCurrent(name);
+  const QList<QAction*> actions = addressMenu_->actions();
+  for (QAction* action : actions) action->setChecked(action->text() == name);
+}
+
+void MainWindow::SetPortfolioActionsEnabled(bool isEnabled) {
+  import_->setEnabled(isEnabled);
+  export_->setEnabled(isEnabled);
+}
+
+void MainWindow::ShowThemeKind(ThemeKind kind) {
+  (kind == ThemeKind::Dark ? dark_ : light_)->setChecked(true);
+  bar_->update();
+}
+
+void MainWindow::SetSimulated(bool isSimulated) {
+  setWindowTitle(isSimulated ? QStringLiteral("Holdwise — 模拟行情") : QStringLiteral("Holdwise"));
+}
+
+void MainWindow::SetDataDate(const QString& text) {
+  date_->setText(QStringLiteral("行情日期 %1").arg(text));
+}
+
+void MainWindow::SetQuotesProblem(const QString& text) {
+  quotesProblem_->setVisible(!text.isEmpty());
+  quotesProblem_->setToolTip(text);
+}
+
+void MainWindow::SetBusState(bool isConnected) {
+  bus_->setText(isConnected ? QStringLiteral("总线 已连接") : QStringLiteral("总线 已断开"));
+}
+
+void MainWindow::SetDatabase(const QString& text) {
+  constexpr int kWidest = 420;
+  database_->setText(
+      QStringLiteral("数据库 %1").arg(database_->fontMetrics().elidedText(text, Qt::ElideMiddle, kWidest)));
+  database_->setToolTip(text);
+}
+
+void MainWindow::Tell(const QString& text) {
+  statusBar()->showMessage(text, kTellMilliseconds);
+}
+
+void MainWindow::ShowProgress(int done, int total) {
+  progress_->setVisible(total > 0);
+  if (total <= 0) return;
+  progress_->setRange(0, total);
+  progress_->setValue(done);
+  if (isVisible()) statusBar()->repaint();
+}
+
+void MainWindow::ShowAbout() {
+  QMessageBox box(QMessageBox::NoIcon, QStringLiteral("关于"),
+                  QStringLiteral("Holdwise 1.0.0\n\n投资组合终端：沪深 A 股组合的配置、跟踪与评价。"),
+                  QMessageBox::NoButton, this);
+  box.addButton(QStringLiteral("确定"), QMessageBox::AcceptRole);
+  box.exec();
+}
+
+}  // namespace holdwise

@@ -1,0 +1,70 @@
+#pragma once
+#include <QMainWindow>
+#include <functional>
+
+#include "theme/theme_services.h"
+#include "window/address_bar.h"
+#include "window/work_area.h"
+
+class QActionGroup;
+class QLabel;
+class QProgressBar;
+
+namespace holdwise {
+
+/// What the user can ask for in the window's menus.
+struct WindowActions {
+  std::function<void()> importPortfolios;
+  std::function<void()> exportViews;
+  std::function<void(ThemeKind)> setTheme;
+  std::function<void(const QString& address)> goTo;
+};
+
+/// The window: menus, address tabs, work area, status bar. Only shows and reports; User-interface thread.
+class MainWindow : public QMainWindow {
+ public:
+  /// `theme` must outlive it.
+  MainWindow(const ThemeServices& theme, WindowActions actions);
+
+  [[nodiscard]] WorkArea& Area() { return *area_; }
+  /// @param addresses all addresses, for the menu; `listed` those with a tab
+  void SetAddresses(const QStringList& addresses, const QStringList& listed);
+  void SetCurrentAddress(const QString& name);
+  /// Import and export need a portfolio page.
+  void SetPortfolioActionsEnabled(bool isEnabled);
+  void ShowThemeKind(ThemeKind kind);
+  void SetSimulated(bool isSimulated);
+
+  void SetDataDate(const QString& text);
+  /// Why the quotes shown are not those of the data folder; empty when they are.
+  void SetQuotesProblem(const QString& text);
+  void SetBusState(bool isConnected);
+  void SetDatabase(const QString& text);
+  /// A passing message in the status bar.
+  void Tell(const QString& text);
+  /// Progress of long work, painted at once because the event loop does not run meanwhile; `total` 0 hides it.
+  void ShowProgress(int done, int total);
+
+ private:
+  void BuildMenus();
+  void BuildStatusBar();
+  void ShowAbout();
+
+  const ThemeServices& theme_;
+  WindowActions actions_;
+  AddressBar* bar_ = nullptr;
+  WorkArea* area_ = nullptr;
+  QAction* import_ = nullptr;
+  QAction* export_ = nullptr;
+  QAction* dark_ = nullptr;
+  QAction* light_ = nullptr;
+  QMenu* addressMenu_ = nullptr;
+  QActionGroup* addressGroup_ = nullptr;
+  QLabel* date_ = nullptr;
+  QLabel* quotesProblem_ = nullptr;
+  QLabel* bus_ = nullptr;
+  QLabel* database_ = nullptr;
+  QProgressBar* progress_ = nullptr;
+};
+
+}  // namespace holdwise

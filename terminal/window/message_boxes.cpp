@@ -1,0 +1,60 @@
+#include "window/message_boxes.h"
+
+#include <QMessageBox>
+#include <QPainter>
+#include <QPixmap>
+#include <QPushButton>
+
+#include "process/print.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kOkCancel = 1;
+constexpr int kQuestion = 32;
+constexpr int kAnswerOk = 1;
+constexpr int kAnswerCancel = 2;
+
+/// A sign in a disc: the style's own pictures are of another age and know no theme.
+QPixmap Sign(QChar sign, const QWidget& widget) {
+  constexpr int kSide = 40;
+  constexpr int kTextPixels = 26;
+  const qreal ratio = widget.devicePixelRatioF();
+  QPixmap pixmap(QSize(kSide, kSide) * ratio);
+  pixmap.setDevicePixelRatio(ratio);
+  pixmap.fill(Qt::transparent);
+  const QRect area(0, 0, kSide, kSide);
+  QPainter painter(&pixmap);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(widget.palette().highlight());
+  painter.drawEllipse(area);
+  QFont font = widget.font();
+  font.setBold(true);
+  font.setPixelSize(kTextPixels);
+  painter.setFont(font);
+  painter.setPen(widget.palette().highlightedText().color());
+  painter.drawText(area, Qt::AlignCenter, sign);
+  return pixmap;
+}
+
+}  // namespace
+
+int MessageBoxes::Vex_MessageBox(const QString& text, const QString& caption, int buttons, int style) {
+  QMessageBox box(style == kQuestion ? QMessageBox::Question : QMessageBox::Information, caption, text,
+                  QMessageBox::NoButton, window_);
+  box.setTextFormat(Qt::PlainText);
+  box.setIconPixmap(Sign(style == kQuestion ? u'?' : u'i', box));
+  QPushButton* ok = box.addButton(QStringLiteral("确定"), QMessageBox::AcceptRole);
+  box.setDefaultButton(ok);
+  if (buttons == kOkCancel) box.setEscapeButton(box.addButton(QStringLiteral("取消"), QMessageBox::RejectRole));
+  box.exec();
+  return box.clickedButton() == ok ? kAnswerOk : kAnswerCancel;
+}
+
+int PrintedMessages::Vex_MessageBox(const QString& text, const QString& caption, int buttons, int /*style*/) {
+  PrintError(caption.isEmpty() ? text : caption + QStringLiteral("：") + text);
+  return buttons == kOkCancel ? kAnswerCancel : kAnswerOk;
+}
+
+}  // namespace holdwise
