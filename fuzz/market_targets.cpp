@@ -5,9 +5,9 @@
 #include <string>
 
 #include "holdwise/market/bar_reader.h"
-#include "holdwise/market/market_date.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/market/reference_files.h"
+#include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 #include "properties.h"
 #include "targets.h"
@@ -29,7 +29,7 @@ void CheckRejections(const std::vector<Rejection>& rejections, std::string_view 
 }
 
 void CheckBar(const Bar& bar) {
-  Require(ParseDate(DateText(bar.date)) == bar.date, "a bar has a date of the calendar");
+  Require(ReadMarketDate(DateText(bar.date)) == bar.date, "a bar has a date of the calendar");
   Require(bar.close > 0 && bar.close < 1e9, "a close is a price");
 }
 
@@ -82,7 +82,7 @@ void CheckSecurities(const std::vector<Security>& securities) {
     Require(IsSixDigits(security.code) && codes.insert(security.code).second, "securities have codes of their own");
     Require(security.market == MarketOfStock(security.code) && security.market != 0, "a security has a market");
     Require(!security.name.empty(), "a security has a name");
-    Require(security.listDate == 0 || ParseDate(DateText(security.listDate)) == security.listDate,
+    Require(security.listDate == 0 || ReadMarketDate(DateText(security.listDate)) == security.listDate,
             "a list date is a date of the calendar");
   }
   CheckAccepted(SecuritiesTable(securities));

@@ -7,9 +7,9 @@
 #include <cstdio>
 
 #include "holdwise/market/data_folder_builder.h"
-#include "holdwise/market/market_date.h"
 #include "holdwise/market/simulated_market.h"
 #include "holdwise/packet/csv.h"
+#include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/packet_file.h"
 
@@ -21,7 +21,7 @@ QString Path(const std::string& argument) {
 }
 
 int ReadDateArgument(const char* option, const std::string& text) {
-  const std::optional<int> date = ParseDate(text);
+  const std::optional<int> date = ReadMarketDate(text);
   if (!date) throw Error(ErrorCategory::Refused, std::string(option) + " 的日期无法识别：“" + text + "”");
   return *date;
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "holdwise/market/market_date.h"
+#include "holdwise/packet/dates.h"
 
 namespace holdwise {
 namespace {
@@ -91,7 +91,7 @@ BarFile ReadBars(const QString& path, std::span<const int> tradingDates, int las
   std::vector<NumberedBar> bars;
   while (table.Next()) {
     const std::string_view dateText = table.Field(kDate);
-    const std::optional<int> date = ParseDate(dateText);
+    const std::optional<int> date = ReadMarketDate(dateText);
     if (!date) {
       table.Reject(dateText.empty() ? QStringLiteral("日期缺失")
                                     : QStringLiteral("日期无法识别“%1”").arg(Text(dateText)));

@@ -14,11 +14,11 @@
 #include "bar_folder.h"
 #include "holdwise/market/bar_reader.h"
 #include "holdwise/market/folder_swap.h"
-#include "holdwise/market/market_date.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/market/reference_files.h"
 #include "holdwise/market/risk_figures.h"
 #include "holdwise/market/statistics.h"
+#include "holdwise/packet/dates.h"
 #include "holdwise/packet/packet_file.h"
 #include "parallel_for.h"
 

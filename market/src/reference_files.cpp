@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "holdwise/market/market_date.h"
 #include "holdwise/market/market_rules.h"
+#include "holdwise/packet/dates.h"
 
 namespace holdwise {
 namespace {
@@ -57,7 +57,7 @@ std::optional<QString> ReadSecurity(const CsvTable& table, Security& security) {
   }
   const std::string_view dateText = table.Field(kListDate);
   if (dateText.empty()) return std::nullopt;
-  const std::optional<int> listDate = ParseDate(dateText);
+  const std::optional<int> listDate = ReadMarketDate(dateText);
   if (!listDate) return QStringLiteral("上市日期无法识别“%1”").arg(Text(dateText));
   security.listDate = *listDate;
   return std::nullopt;
@@ -99,7 +99,7 @@ std::vector<int> ReadTradingDates(const QString& path, std::vector<Rejection>& r
   std::unordered_set<int> known;
   while (table.Next()) {
     const std::string_view text = table.Field(0);
-    const std::optional<int> date = ParseDate(text);
+    const std::optional<int> date = ReadMarketDate(text);
     if (!date) {
       table.Reject(QStringLiteral("日期无法识别“%1”").arg(Text(text)));
     } else if (!known.insert(*date).second) {
@@ -160,7 +160,7 @@ DepositRates ReadDepositRates(const QString& path, int date, std::vector<Rejecti
   std::unordered_set<int> known;
   while (table.Next()) {
     const std::string_view text = table.Field(0);
-    const std::optional<int> effective = ParseDate(text);
+    const std::optional<int> effective = ReadMarketDate(text);
     std::vector<DepositRate> rates;
     std::optional<QString> reason =
         effective ? ReadRateLine(table, rates) : QStringLiteral("日期无法识别“%1”").arg(Text(text));

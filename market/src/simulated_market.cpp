@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "holdwise/market/folder_swap.h"
-#include "holdwise/market/market_date.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/market/random.h"
+#include "holdwise/packet/dates.h"
 #include "holdwise/packet/error.h"
 #include "parallel_for.h"
 #include "simulated_names.h"
@@ -189,8 +189,8 @@ StockBars MakeStock(const SimulatedSecurity& security, const Factors& factors, s
   const double yearsListed = 1 + 24 * random.Uniform();
 
   StockBars bars;
-  const int firstDay = DayNumber(*ParseDate(factors.dates.front()));
-  bars.listDate = absences.listedFrom > 0 ? *ParseDate(factors.dates[absences.listedFrom])
+  const int firstDay = DayNumber(*ReadMarketDate(factors.dates.front()));
+  bars.listDate = absences.listedFrom > 0 ? *ReadMarketDate(factors.dates[absences.listedFrom])
                                           : DateOfDayNumber(firstDay - static_cast<int>(yearsListed * 365));
   bars.csv.reserve(static_cast<qsizetype>(days) * 56);
   bars.csv.append(kBarHeading);
@@ -244,7 +244,7 @@ QByteArray SecuritiesCsv(const std::vector<SimulatedSecurity>& securities, const
 // In force before the first day, and lowered once in the middle.
 QByteArray RatesCsv(const Factors& factors) {
   QByteArray csv("date,one_year,demand,three_month,half_year,two_year,three_year,five_year\n");
-  csv += DateText(DateOfDayNumber(DayNumber(*ParseDate(factors.dates.front())) - 365)) +
+  csv += DateText(DateOfDayNumber(DayNumber(*ReadMarketDate(factors.dates.front())) - 365)) +
          ",1.50,0.20,1.15,1.35,1.70,1.95,2.00\n";
   csv += factors.dates[factors.dates.size() / 2] + ",1.35,0.15,1.05,1.25,1.45,1.75,1.80\n";
   return csv;

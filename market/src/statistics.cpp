@@ -3,7 +3,7 @@
 #include <cmath>
 #include <utility>
 
-#include "holdwise/market/market_date.h"
+#include "holdwise/packet/dates.h"
 
 namespace holdwise {
 namespace {

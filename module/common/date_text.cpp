@@ -1,9 +1,7 @@
 #include "common/date_text.h"
 
-#include <algorithm>
-
+#include "holdwise/packet/dates.h"
 #include "holdwise/packet/error.h"
-#include "holdwise/packet/number_text.h"
 
 namespace holdwise {
 namespace {
@@ -30,18 +28,9 @@ QString DayNumberText(QDate date) {
 }
 
 std::optional<QDate> ParseDate(QStringView text) {
-  if (text.size() != 10 || text[4] != u'-' || text[7] != u'-') return std::nullopt;
-  const auto isDigit = [](QChar character) { return character >= u'0' && character <= u'9'; };
-  const QStringView year = text.first(4);
-  const QStringView month = text.sliced(5, 2);
-  const QStringView day = text.sliced(8, 2);
-  for (const QStringView part : {year, month, day}) {
-    if (!std::all_of(part.begin(), part.end(), isDigit)) return std::nullopt;
-  }
-  const QDate date(static_cast<int>(IntegerOr(year)), static_cast<int>(IntegerOr(month)),
-                   static_cast<int>(IntegerOr(day)));
-  if (!date.isValid()) return std::nullopt;
-  return date;
+  const std::optional<int> date = ReadIsoDate(text);
+  if (!date) return std::nullopt;
+  return QDate(*date / 10000, *date / 100 % 100, *date % 100);
 }
 
 }  // namespace holdwise

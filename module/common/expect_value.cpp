@@ -8,12 +8,11 @@
 #include "common/holding_rows.h"
 #include "common/statements.h"
 #include "common/untcommon.h"
+#include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise {
 namespace {
-
-constexpr std::array<int, 3> kIndexNumbers = {1, 399001, 399300};
 
 double BetaOf(const TTextGrid* grid, QStringView sixDigits) {
   const int row = grid == nullptr ? -1 : grid->RowOf(sixDigits);

@@ -1,3 +1,5 @@
+#include "holdwise/packet/atomic_file.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -7,7 +9,7 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "holdwise/packet/packet_file.h"
+#include "holdwise/packet/error.h"
 #include "read_file.h"
 
 namespace holdwise {
@@ -67,17 +69,20 @@ class TemporaryFile {
   bool renamed_ = false;
 };
 
-/// The folder of a file, opened for the flush before anything is changed, so that afterwards only the flush itself can
-/// fail; -1 for replaceable files.
-int OpenFolder(const QString& path, bool lasting) {
-  if (!lasting) return -1;
-  const QByteArray name = QFile::encodeName(QFileInfo(path).path());
-  const int folder = ::open(name.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (folder < 0) ThrowWriteError(path, errno);
-  return folder;
+/// Errors name `path`, what is written.
+int OpenFolder(const QString& folder, const QString& path) {
+  const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) ThrowWriteError(path, errno);
+  return descriptor;
 }
 
-void FlushFolder(const FileDescriptor& folder, const QString& path) {
+/// The folder of a file, opened for the flush before anything is changed, so that afterwards only the flush itself can
+/// fail; -1 for replaceable files.
+int OpenFolderOf(const QString& path, Durability durability) {
+  return durability == Durability::Lasting ? OpenFolder(QFileInfo(path).path(), path) : -1;
+}
+
+void FlushOpened(const FileDescriptor& folder, const QString& path) {
   if (folder.IsOpen() && ::fsync(folder.Get()) != 0 && errno != EINVAL) ThrowWriteError(path, errno);
 }
 
@@ -85,20 +90,24 @@ void FlushFolder(const FileDescriptor& folder, const QString& path) {
 
 void WriteFileAtomically(const QString& path, const QByteArray& bytes, Durability durability) {
   const bool lasting = durability == Durability::Lasting;
-  const FileDescriptor folder(OpenFolder(path, lasting));
+  const FileDescriptor folder(OpenFolderOf(path, durability));
   TemporaryFile file(path, lasting ? 0600 : 0666);
   file.Write(bytes);
   if (lasting) file.Flush();
   file.Rename();
-  FlushFolder(folder, path);
+  FlushOpened(folder, path);
 }
 
 void RenameFileAtomically(const QString& from, const QString& to, Durability durability) {
-  const FileDescriptor folder(OpenFolder(to, durability == Durability::Lasting));
+  const FileDescriptor folder(OpenFolderOf(to, durability));
   if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0) {
     ThrowWriteError(to, errno);
   }
-  FlushFolder(folder, to);
+  FlushOpened(folder, to);
+}
+
+void FlushFolder(const QString& folder) {
+  FlushOpened(FileDescriptor(OpenFolder(folder, folder)), folder);
 }
 
 }  // namespace holdwise

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 
+#include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise {
@@ -67,13 +68,12 @@ std::optional<std::int64_t> ParseDateTime(std::string_view text) {
   const auto number = [text](std::size_t at, std::size_t length) {
     return at < text.size() ? static_cast<int>(*ParseInteger(text.substr(at, length))) : 0;
   };
-  const QDate date(number(0, 4), number(5, 2), number(8, 2));
+  const std::optional<int> date = ReadIsoDate(text.substr(0, kDateLength));
   const int hour = number(11, 2);
   const int minute = number(14, 2);
   const int second = number(17, 2);
-  if (!date.isValid() || hour > 23 || minute > 59 || second > 59) return {};
-  return (date.toJulianDay() - kEpochJulianDay) * kDayMilliseconds + ((hour * 60 + minute) * 60 + second) * 1000LL +
-         number(20, 3);
+  if (!date || hour > 23 || minute > 59 || second > 59) return {};
+  return DayNumber(*date) * kDayMilliseconds + ((hour * 60 + minute) * 60 + second) * 1000LL + number(20, 3);
 }
 
 }  // namespace holdwise

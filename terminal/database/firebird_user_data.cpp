@@ -12,6 +12,7 @@
 #include "database/database_file.h"
 #include "database/disk_space.h"
 #include "database/schema.h"
+#include "holdwise/packet/atomic_file.h"
 
 namespace holdwise {
 
@@ -79,13 +80,6 @@ class Session final : public UserDataSession {
   std::shared_ptr<Connection> connection_;
   std::unique_ptr<Transaction> transaction_;
 };
-
-void FlushFolder(const QString& folder) {
-  const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) return;
-  ::fsync(descriptor);
-  ::close(descriptor);
-}
 
 /// Made under another name and given its own when complete, so that a file cut short by a crash is never found.
 void CreateFile(const QString& file) {

@@ -3,7 +3,8 @@
 #include <QTimeZone>
 #include <algorithm>
 
-#include "datacentre/code_numbers.h"
+#include "holdwise/packet/code_numbers.h"
+#include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise {
@@ -136,7 +137,7 @@ QString MarketData::CurrentCode() const {
 
 QString MarketData::CurrentDateText() const {
   if (currentDate_ == 0) return {};
-  return QDate(currentDate_ / 10000, currentDate_ / 100 % 100, currentDate_ % 100).toString(Qt::ISODate);
+  return QString::fromStdString(DateText(currentDate_));
 }
 
 NowData MarketData::StockNowData(int codeNumber) const {

@@ -5,15 +5,17 @@
 #include <limits>
 #include <unordered_map>
 
-#include "datacentre/code_numbers.h"
 #include "datacentre/market_data.h"
 #include "datacentre/table_reader.h"
+#include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/csv.h"
+#include "holdwise/packet/dates.h"
 
 namespace holdwise {
 namespace {
 
 constexpr int kFormat = 1;
+constexpr char kOptionalStockGroup[] = "OptionalStock";
 
 /// The six digits as an integer, -1 when the text is anything else.
 int SixDigitCode(const std::string& text) {
@@ -64,7 +66,7 @@ SecurityRow ReadSecurity(const TableReader& file, const SecurityColumns& columns
   const int flag = file.IntegerAt(row, columns.aShare);
   if (flag != 0 && flag != 1) file.Refuse(row, QStringLiteral("A股标志%1应为0或1").arg(flag));
   read.aShare = flag == 1;
-  if (!file.Table().IsNull(row, columns.listDate) && !IsDateNumber(file.IntegerAt(row, columns.listDate))) {
+  if (!file.Table().IsNull(row, columns.listDate) && !IsMarketDate(file.IntegerAt(row, columns.listDate))) {
     file.Refuse(row, QStringLiteral("上市日期%1无效").arg(file.IntegerAt(row, columns.listDate)));
   }
   return read;
@@ -99,7 +101,7 @@ MarketData::Market MarketData::ReadMarket(const QString& path) {
     file.Refuse(0, QStringLiteral("格式版本%1不受支持，需要版本%2").arg(file.IntegerAt(0, format)).arg(kFormat));
   }
   const int currentDate = file.IntegerAt(0, date);
-  if (!IsDateNumber(currentDate)) file.Refuse(0, QStringLiteral("日期%1无效").arg(currentDate));
+  if (!IsMarketDate(currentDate)) file.Refuse(0, QStringLiteral("日期%1无效").arg(currentDate));
   const int flag = file.IntegerAt(0, simulated);
   if (flag != 0 && flag != 1) file.Refuse(0, QStringLiteral("模拟标志%1应为0或1").arg(flag));
   return {currentDate, flag == 1};
@@ -160,7 +162,7 @@ void MarketData::LoadTradingDates(const QString& path) {
   int previous = 0;
   for (int row = 0; row < file.RowCount(); ++row) {
     const int value = file.IntegerAt(row, date);
-    if (!IsDateNumber(value)) file.Refuse(row, QStringLiteral("交易日%1无效").arg(value));
+    if (!IsMarketDate(value)) file.Refuse(row, QStringLiteral("交易日%1无效").arg(value));
     if (value <= previous) file.Refuse(row, QStringLiteral("交易日%1没有按先后顺序排列").arg(value));
     previous = value;
     if (value <= currentDate_) tradingDates_.push_back(value);

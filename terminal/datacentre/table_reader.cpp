@@ -1,6 +1,5 @@
 #include "datacentre/table_reader.h"
 
-#include <QDate>
 #include <QDir>
 #include <limits>
 
@@ -52,12 +51,6 @@ int TableReader::IntegerAt(int row, int column) const {
 
 void TableReader::Refuse(int row, const QString& reason) const {
   Fail(ErrorCategory::Refused, path_, QStringLiteral("第%1行：%2").arg(row + 1).arg(reason));
-}
-
-bool IsDateNumber(std::int64_t date) {
-  if (date < 19000101 || date > 21991231) return false;
-  const int number = static_cast<int>(date);
-  return QDate::isValid(number / 10000, number / 100 % 100, number % 100);
 }
 
 }  // namespace holdwise

@@ -30,7 +30,4 @@ class TableReader {
   ResultSet table_;
 };
 
-/// A calendar date as YYYYMMDD between 1900 and 2199?
-[[nodiscard]] bool IsDateNumber(std::int64_t date);
-
 }  // namespace holdwise

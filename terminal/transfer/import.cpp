@@ -3,6 +3,7 @@
 #include <QSet>
 #include <algorithm>
 
+#include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/csv.h"
 #include "holdwise/packet/number_text.h"
 #include "transfer/base_data.h"
@@ -12,7 +13,6 @@ namespace holdwise {
 namespace {
 
 constexpr std::int64_t kMaxFileBytes = 16LL << 20;
-constexpr int kCompositeIndex = 1;
 constexpr char kCountName[] = "select count(COMNAME) from alg_commain where COMNAME='";
 constexpr char kNewId[] = "select gen_id(ALG_ROWID_MAIN,1) from rdb$database";
 constexpr char kInsertHolding[] =

@@ -2,7 +2,6 @@
 
 #include <firebird/Interface.h>
 
-#include <QDate>
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -11,6 +10,7 @@
 #include <optional>
 #include <string>
 
+#include "holdwise/packet/dates.h"
 #include "holdwise/packet/error.h"
 #include "holdwise/packet/number_text.h"
 
@@ -92,13 +92,10 @@ std::optional<int> Digits(std::string_view text, std::size_t at, std::size_t dig
 
 /// "YYYY-MM-DD" as the engine's day number (days since 1858-11-17).
 std::optional<ISC_DATE> DayOf(std::string_view text) {
-  if (text.size() != 10 || text[4] != '-' || text[7] != '-') return std::nullopt;
-  const auto year = Digits(text, 0, 4);
-  const auto month = Digits(text, 5, 2);
-  const auto day = Digits(text, 8, 2);
-  if (!year || !month || !day || *year < 1 || !QDate::isValid(*year, *month, *day)) return std::nullopt;
-  static const QDate kDayZero(1858, 11, 17);
-  return static_cast<ISC_DATE>(kDayZero.daysTo(QDate(*year, *month, *day)));
+  constexpr int kDayZero = 18581117;
+  const std::optional<int> date = ReadIsoDate(text);
+  if (!date) return std::nullopt;
+  return static_cast<ISC_DATE>(DayNumber(*date) - DayNumber(kDayZero));
 }
 
 /// "HH:MM:SS" with up to four decimals, in units of 100 microseconds.

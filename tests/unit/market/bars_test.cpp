@@ -1,7 +1,7 @@
 
 #include "holdwise/market/bar_reader.h"
-#include "holdwise/market/market_date.h"
 #include "holdwise/market/statistics.h"
+#include "holdwise/packet/dates.h"
 #include "holdwise/packet/error.h"
 #include "market_files.h"
 
@@ -27,14 +27,14 @@ std::string RejectionsText(const BarFile& file, const QString& path) {
 }
 
 TEST(MarketDate, ReadsThreeFormsAndNothingElse) {
-  EXPECT_EQ(ParseDate("2024-02-29"), 20240229);
-  EXPECT_EQ(ParseDate("20240229"), 20240229);
-  EXPECT_EQ(ParseDate("2024/2/9"), 20240209);
-  EXPECT_EQ(ParseDate("2024/02/09"), 20240209);
+  EXPECT_EQ(ReadMarketDate("2024-02-29"), 20240229);
+  EXPECT_EQ(ReadMarketDate("20240229"), 20240229);
+  EXPECT_EQ(ReadMarketDate("2024/2/9"), 20240209);
+  EXPECT_EQ(ReadMarketDate("2024/02/09"), 20240209);
   for (const char* text : {"2023-02-29", "2024-13-01", "2024-00-10", "2024-1-2", "2024-01-02 ", " 2024-01-02",
                            "2024-01/02", "202401022", "2024010", "24-01-02", "1899-12-31", "2101-01-01", "",
                            "2024-04-31", "2024/1/", "２０２４-01-02", "+024-01-02", "2024-01-02 00:00:00"}) {
-    EXPECT_FALSE(ParseDate(text)) << text;
+    EXPECT_FALSE(ReadMarketDate(text)) << text;
   }
 }
 

@@ -165,5 +165,14 @@ TEST(SystemReason, IsChineseWhereTheUserCanAct) {
   EXPECT_EQ(SystemReason(ENXIO), "No such device or address") << "the system's own words";
 }
 
+TEST(FlushFolder, AFolderThatIsNotThereIsNamed) {
+  const QTemporaryDir folder;
+  EXPECT_NO_THROW(FlushFolder(folder.path()));
+  std::string text;
+  const QString missing = folder.filePath(QStringLiteral("没有"));
+  EXPECT_EQ(CategoryOf([&] { FlushFolder(missing); }, &text), ErrorCategory::Io);
+  EXPECT_NE(text.find(missing.toStdString()), std::string::npos) << text;
+}
+
 }  // namespace
 }  // namespace holdwise

@@ -8,7 +8,7 @@
 #include "bus/embedded_market.h"
 #include "bus/in_process_bus.h"
 #include "bus_listener.h"
-#include "datacentre/code_numbers.h"
+#include "holdwise/packet/code_numbers.h"
 #include "market_data_fixture.h"
 
 namespace holdwise {

@@ -3,11 +3,10 @@
 #include <string>
 #include <string_view>
 
+#include "holdwise/packet/code_numbers.h"
+
 /// Rules of the Shanghai and Shenzhen exchanges that follow from a security's six digits. Pure and thread-safe.
 namespace holdwise {
-
-/// Shanghai Composite, Shenzhen Component, CSI 300: the numbers under which the three indices are stored.
-inline constexpr int kIndexNumbers[] = {1, 399001, 399300};
 
 /// True for exactly six ASCII digits.
 [[nodiscard]] bool IsSixDigits(std::string_view code) noexcept;

@@ -4,6 +4,7 @@
 #include <QString>
 #include <cstdint>
 
+#include "holdwise/packet/atomic_file.h"
 #include "holdwise/packet/result_set.h"
 
 /// The packet file: one result set as CBOR (RFC 8949) columns inside one zstd frame with content checksum and content
@@ -11,7 +12,8 @@
 /// language with a CBOR and a zstd library reads them.
 namespace holdwise {
 
-/// Limits on what is accepted; anything above is Error(Refused) before memory is taken for it.
+/// Limits on what is accepted; anything above is Error(Refused) before memory is taken for it. These are those of any
+/// packet; what a file of a known kind can be stands in table_limits.h.
 struct PacketLimits {
   std::int64_t compressedBytes = 256LL << 20;
   std::int64_t contentBytes = 1024LL << 20;
@@ -33,23 +35,11 @@ struct PacketLimits {
 void WritePacket(QIODevice& device, const ResultSet& resultSet, const PacketLimits& limits = {});
 [[nodiscard]] ResultSet ReadPacket(QIODevice& device, const PacketLimits& limits = {});
 
-enum class Durability {
-  Replaceable,  ///< atomic, but not forced to the disk: for files that can be made again
-  Lasting,      ///< atomic and flushed, file and folder: for what exists only here
-};
-
 /// File form. Writing is atomic (temporary name in the same folder, rename), mode 0600 unless the file is replaceable
 /// data; a failure leaves an earlier file untouched and throws Error(Io). A missing file is Error(NotFound), an
 /// unreadable one Error(Io).
 void WritePacketFile(const QString& path, const ResultSet& resultSet, Durability durability,
                      const PacketLimits& limits = {});
 [[nodiscard]] ResultSet ReadPacketFile(const QString& path, const PacketLimits& limits = {});
-
-/// Atomic write of any bytes with the same rules as WritePacketFile.
-void WriteFileAtomically(const QString& path, const QByteArray& bytes, Durability durability);
-
-/// Renames a file within its folder in one step, replacing what stands under the new name; Lasting: flushed to the
-/// folder before this returns. A failure is Error(Io); unless it is the flush that fails, both names are as they were.
-void RenameFileAtomically(const QString& from, const QString& to, Durability durability);
 
 }  // namespace holdwise

@@ -1,4 +1,4 @@
-#include "holdwise/market/market_date.h"
+#include "holdwise/packet/dates.h"
 
 #include <chrono>
 #include <cstdio>
@@ -8,8 +8,9 @@ namespace {
 
 using std::chrono::year_month_day;
 
-constexpr int kFirstYear = 1900;
-constexpr int kLastYear = 2100;
+constexpr int kFirstMarketYear = 1900;
+constexpr int kLastMarketYear = 2100;
+constexpr int kLargestDate = 9999'12'31;
 // 1970-01-01 was a Thursday: three days after a Monday.
 constexpr int kDaysFromMonday = 3;
 
@@ -40,11 +41,47 @@ bool TakeMark(std::string_view& text, char mark) noexcept {
   return true;
 }
 
+// "YYYY-MM-DD" in characters of either width.
+template <typename View>
+std::optional<int> ReadIso(View text) noexcept {
+  constexpr std::string_view kPattern = "0000-00-00";
+  if (static_cast<std::size_t>(text.size()) != kPattern.size()) return std::nullopt;
+  int date = 0;
+  std::size_t place = 0;
+  for (const auto c : text) {
+    if (kPattern[place++] == '-') {
+      if (c != u'-') return std::nullopt;
+    } else {
+      if (c < u'0' || c > u'9') return std::nullopt;
+      date = date * 10 + static_cast<int>(c - u'0');
+    }
+  }
+  if (!IsCalendarDate(date)) return std::nullopt;
+  return date;
+}
+
 }  // namespace
 
-std::optional<int> ParseDate(std::string_view text) noexcept {
+bool IsCalendarDate(std::int64_t date) noexcept {
+  constexpr int kFirstDate = 1'01'01;
+  return date >= kFirstDate && date <= kLargestDate && FromNumber(static_cast<int>(date)).ok();
+}
+
+bool IsMarketDate(std::int64_t date) noexcept {
+  return IsCalendarDate(date) && date / 10000 >= kFirstMarketYear && date / 10000 <= kLastMarketYear;
+}
+
+std::optional<int> ReadIsoDate(std::string_view text) noexcept {
+  return ReadIso(text);
+}
+
+std::optional<int> ReadIsoDate(QStringView text) noexcept {
+  return ReadIso(std::u16string_view(text.utf16(), static_cast<std::size_t>(text.size())));
+}
+
+std::optional<int> ReadMarketDate(std::string_view text) noexcept {
   const int year = TakeDigits(text, 4, 4);
-  if (year < kFirstYear || year > kLastYear || text.empty()) return std::nullopt;
+  if (year < 0 || text.empty()) return std::nullopt;
   const char mark = text.front();
   const bool hasMarks = mark == '-' || mark == '/';
   const int leastDigits = mark == '/' ? 1 : 2;
@@ -54,7 +91,7 @@ std::optional<int> ParseDate(std::string_view text) noexcept {
   const int day = TakeDigits(text, leastDigits, 2);
   if (day < 0 || !text.empty()) return std::nullopt;
   const int date = year * 10000 + month * 100 + day;
-  if (!FromNumber(date).ok()) return std::nullopt;
+  if (!IsMarketDate(date)) return std::nullopt;
   return date;
 }
 
