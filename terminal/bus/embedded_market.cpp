@@ -2,6 +2,8 @@
 
 #include <QRandomGenerator>
 
+#include "bus/in_process_bus.h"
+
 namespace holdwise {
 namespace {
 
@@ -24,15 +26,26 @@ std::optional<std::uint64_t> Seed(const MarketData& data) {
 }  // namespace
 
 EmbeddedMarket::EmbeddedMarket(MarketData& data, DebugServers& log)
-    : data_(data), log_(log), bus_(Seed(data)), watcher_(data, log) {
+    : data_(data), log_(log), bus_(std::make_unique<InProcessBus>(Seed(data))), watcher_(data, log) {
   connect(&watcher_, &QuotesWatcher::Reloaded, this, [this] { Q_EMIT QuotesChanged(ServeQuotes()); });
-  connect(&watcher_, &QuotesWatcher::Refused, this, &EmbeddedMarket::QuotesChanged);
-  connect(&bus_, &InProcessBus::PricesMoved, this, &EmbeddedMarket::FollowSimulation);
+  connect(&watcher_, &QuotesWatcher::Refused, this, &MarketConnection::QuotesChanged);
+  connect(bus_.get(), &InProcessBus::PricesMoved, this, &EmbeddedMarket::FollowSimulation);
+}
+
+EmbeddedMarket::~EmbeddedMarket() = default;
+
+MessageBus& EmbeddedMarket::Bus() {
+  return *bus_;
+}
+
+void EmbeddedMarket::Connect() {
+  if (bus_->ConnectionState() == MessageBus::State::Connected) return;
+  if (const QString problem = ServeQuotes(); !problem.isEmpty()) Q_EMIT QuotesChanged(problem);
 }
 
 QString EmbeddedMarket::ServeQuotes() {
   try {
-    bus_.SetQuotes(ServiceQuotes(data_));
+    bus_->SetQuotes(ServiceQuotes(data_));
     return {};
   } catch (const Error& error) {
     QString problem = QStringLiteral("报价服务没有接受新行情：%1").arg(QString::fromUtf8(error.what()));
@@ -43,8 +56,8 @@ QString EmbeddedMarket::ServeQuotes() {
 
 void EmbeddedMarket::FollowSimulation() {
   std::vector<CodedQuote> moved;
-  moved.reserve(bus_.Quotes().size());
-  for (const Quote& quote : bus_.Quotes()) {
+  moved.reserve(bus_->Quotes().size());
+  for (const Quote& quote : bus_->Quotes()) {
     moved.push_back({quote.codeNumber, {quote.price.ToDouble(), quote.previousClose.ToDouble()}});
   }
   data_.ApplyQuotes(moved);

@@ -1,35 +1,38 @@
 #pragma once
-#include "bus/in_process_bus.h"
+#include <memory>
+
+#include "bus/market_connection.h"
 #include "datacentre/market_data.h"
 #include "datacentre/quotes_watcher.h"
+#include "holdwise/sdk/services.h"
 
 namespace holdwise {
+
+class InProcessBus;
 
 /// The market of one machine put together: an in-process bus over the quotes of the data folder, which follows
 /// quotes.dat and, when the market is simulated, keeps the data centre's current data in step with the bus.
 /// User-interface thread.
-class EmbeddedMarket final : public QObject {
+class EmbeddedMarket final : public MarketConnection {
   Q_OBJECT
 
  public:
   /// `data` is loaded; both must outlive it.
   EmbeddedMarket(MarketData& data, DebugServers& log);
+  ~EmbeddedMarket() override;
 
-  [[nodiscard]] InProcessBus& Bus() { return bus_; }
-  /// Serves the quotes of the data: the bus is connected from now on. Quotes that the service refuses are logged, and
-  /// the bus stays as it was. Returns the reason, empty when they are served.
-  QString ServeQuotes();
-
- Q_SIGNALS:
-  /// quotes.dat has changed; empty when its quotes are served, else why the earlier ones stay.
-  void QuotesChanged(const QString& problem);
+  [[nodiscard]] MessageBus& Bus() override;
+  /// Serves the quotes of the data, unless some are served.
+  void Connect() override;
 
  private:
+  /// Returns the reason when the service refuses the quotes, which is logged and leaves the bus as it was.
+  QString ServeQuotes();
   void FollowSimulation();
 
   MarketData& data_;
   DebugServers& log_;
-  InProcessBus bus_;
+  std::unique_ptr<InProcessBus> bus_;
   QuotesWatcher watcher_;
 };
 

@@ -27,14 +27,10 @@ QString ReasonOf(int errorCode) {
 }  // namespace
 
 TerminalHost::TerminalHost(const HostParts& parts, const QString& workFolder)
-    : parts_(parts), workFolder_(workFolder), embedded_(parts.market, parts.debug), files_(parts.market.Folder()) {}
-
-void TerminalHost::ConnectBus() {
-  if (Bus().ConnectionState() == MessageBus::State::Disconnected) embedded_.ServeQuotes();
-}
+    : parts_(parts), workFolder_(workFolder) {}
 
 std::unique_ptr<TDSBAsynDataDownRole> TerminalHost::MakeDataDownRole() {
-  return std::make_unique<DataDownRole>(embedded_.Bus());
+  return std::make_unique<DataDownRole>(parts_.bus);
 }
 
 std::unique_ptr<TDSBAsynDownFileRole> TerminalHost::MakeDownFileRole() {
@@ -49,7 +45,7 @@ std::unique_ptr<TDSBAsynDownFileRole> TerminalHost::MakeDownFileRole() {
             ? QStringLiteral("下载的文件“%1”不能写入工作目录“%2”，请检查磁盘空间和权限").arg(remoteName, workFolder_)
             : QStringLiteral("文件“%1”没有取得：%2").arg(remoteName, ReasonOf(errorCode)));
   };
-  return std::make_unique<DownFileRole>(files_, workFolder_, std::move(hints));
+  return std::make_unique<DownFileRole>(parts_.files, workFolder_, std::move(hints));
 }
 
 std::unique_ptr<TFrmQMTitle> TerminalHost::MakeTitleFrame() {

@@ -1,23 +1,16 @@
 #pragma once
 #include <memory>
 
-#include "bus/embedded_market.h"
-#include "datacentre/local_database.h"
+#include "bus/message_bus.h"
 #include "datacentre/market_data.h"
-#include "files/local_folder_source.h"
+#include "files/file_source.h"
 #include "holdwise/sdk/host.h"
 #include "pages/address_registry.h"
-#include "process/debug_log.h"
 #include "theme/theme_services.h"
 
 namespace holdwise {
 
-class SystemClock : public ClockService {
- public:
-  [[nodiscard]] QDateTime Now() const override { return QDateTime::currentDateTime(); }
-};
-
-/// What the terminal has before its data are loaded; everything outlives the host.
+/// What the services are made of; everything outlives the host.
 struct HostParts {
   AddressRegistry& addresses;
   PlugSystemInfo& system;
@@ -28,6 +21,8 @@ struct HostParts {
   ClockService& clock;
   const std::unique_ptr<UserDataServices>& userData;  ///< filled before the first page is entered
   MarketData& market;                                 ///< loaded
+  MessageBus& bus;
+  FileSource& files;
 };
 
 /// The services of this terminal, handed to the plug-ins. User-interface thread.
@@ -51,16 +46,9 @@ class TerminalHost : public Host {
   [[nodiscard]] std::unique_ptr<TDSBAsynDownFileRole> MakeDownFileRole() override;
   [[nodiscard]] std::unique_ptr<TFrmQMTitle> MakeTitleFrame() override;
 
-  [[nodiscard]] MessageBus& Bus() { return embedded_.Bus(); }
-  [[nodiscard]] EmbeddedMarket& Market() { return embedded_; }
-  /// Connects the bus, unless it is connected.
-  void ConnectBus();
-
  private:
   HostParts parts_;
   QString workFolder_;
-  EmbeddedMarket embedded_;
-  LocalFolderSource files_;
 };
 
 }  // namespace holdwise

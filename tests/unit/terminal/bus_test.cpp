@@ -111,7 +111,7 @@ class EmbeddedMarketTest : public MarketDataTest {
     folder_.WriteMarket(20240529, simulated);
     Load();
     market_ = std::make_unique<EmbeddedMarket>(data_, log_);
-    market_->ServeQuotes();
+    market_->Connect();
   }
   std::unique_ptr<EmbeddedMarket> market_;
 };
@@ -173,8 +173,9 @@ TEST_F(EmbeddedMarketTest, SimulatedPricesReachTheDataCentre) {
   listener.role->Send(QStringLiteral("0|01600000,01600036,02000001,02000002,02300750"));
   ASSERT_TRUE(listener.Hears(1));
   ASSERT_TRUE(QTest::qWaitFor([&] { return data_.StockNowData(1300750).currentPrice != 199.88; }, 30000));
-  ASSERT_FALSE(market_->Bus().Quotes().empty());
-  for (const Quote& quote : market_->Bus().Quotes()) {
+  const auto& bus = dynamic_cast<const InProcessBus&>(market_->Bus());
+  ASSERT_FALSE(bus.Quotes().empty());
+  for (const Quote& quote : bus.Quotes()) {
     const NowData now =
         IsIndexNumber(quote.codeNumber) ? data_.IndexNowData(quote.codeNumber) : data_.StockNowData(quote.codeNumber);
     EXPECT_EQ(now.currentPrice, quote.price.ToDouble()) << quote.codeNumber;

@@ -1,0 +1,134 @@
+#include "app/commands.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <exception>
+#include <utility>
+
+#include "process/print.h"
+#include "process/signal_guard.h"
+#include "transfer/import.h"
+#include "transfer/import_report.h"
+#include "window/dialogs.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kProgressMilliseconds = 100;
+
+}  // namespace
+
+Commands::Commands(const CommandParts& parts)
+    : parts_(parts), runner_(Targets()), handOver_(parts.process.Asked().workFolder) {
+  handOver_.OnCommand = [this](const Command& command, HandOverServer::Answer answer) {
+    TakeHandedOver(command, std::move(answer));
+  };
+}
+
+CommandTargets Commands::Targets() {
+  CommandTargets targets;
+  targets.setTheme = [this](ThemeKind kind) { parts_.window.SetTheme(kind); };
+  targets.goTo = [this](const QString& address, const QString& parameter) {
+    return parts_.pages != nullptr && parts_.pages->GoTo(address, parameter);
+  };
+  targets.importPortfolios = [this](const QString& file) { return Import(file); };
+  targets.exportViews = [this](const QString& folder, const HandOverServer::Answer& answer) { Export(folder, answer); };
+  targets.raise = [this] { parts_.window.Raise(); };
+  return targets;
+}
+
+void Commands::TakeHandedOver(const Command& command, HandOverServer::Answer answer) {
+  if (const QString conflict = ConflictOf(command, parts_.process.Asked()); !conflict.isEmpty())
+    return answer({conflict, 1});
+  runner_.Run(command, std::move(answer));
+}
+
+void Commands::RunFirst() {
+  const Options& asked = parts_.process.Asked();
+  Command command = asked.command;
+  if (command.importFile.isEmpty() && command.exportFolder.isEmpty()) return;
+  command.address.clear();  // entered already
+  command.theme.reset();
+  runner_.Run(command, [this, isBatch = asked.IsBatch()](const HandOverAnswer& answer) {
+    if (answer.exitCode == 0) PrintOut(answer.text);
+    if (answer.exitCode != 0) PrintError(answer.text);
+    if (isBatch)
+      QCoreApplication::exit(answer.exitCode);
+    else if (answer.exitCode != 0)
+      ShowReport(&parts_.window.Window(), QStringLiteral("导入组合"), answer.text);
+  });
+}
+
+ViewCatalogue* Commands::EnterViews() {
+  return parts_.pages == nullptr ? nullptr : parts_.pages->EnterViews();
+}
+
+HandOverAnswer Commands::Import(const QString& file) {
+  // Entering the page first lets the plug-in put back its own saved portfolios before others are added.
+  ViewCatalogue* views = EnterViews();
+  if (views == nullptr) return {QStringLiteral("没有投资组合页面，不能导入。"), 1};
+  HandOverAnswer answer;
+  try {
+    answer = ImportFile(file);
+  } catch (const std::exception& error) {
+    answer = {QStringLiteral("没有导入：%1").arg(QString::fromUtf8(error.what())), 1};
+  }
+  parts_.window.Window().ShowProgress(0, 0);
+  parts_.process.Log().WriteLog(answer.text);
+  if (answer.exitCode == 0) views->DataChanged();
+  return answer;
+}
+
+HandOverAnswer Commands::ImportFile(const QString& file) {
+  QElapsedTimer sincePainted;
+  sincePainted.start();
+  const ImportProgress progress = [this, &sincePainted](int done, int total) {
+    if (sincePainted.elapsed() >= kProgressMilliseconds) {
+      parts_.window.Window().ShowProgress(done, total);
+      sincePainted.restart();
+    }
+    return !signal_guard::Requested();
+  };
+  MarketData& market = parts_.market->Data();
+  const ImportServices services{*parts_.database.UserData(), market, market, market.Folder()};
+  return AnswerOf(file, ImportPortfoliosFromFile(file, services, progress));
+}
+
+void Commands::Export(const QString& folder, const HandOverServer::Answer& answer) {
+  ViewCatalogue* views = EnterViews();
+  if (views == nullptr) return answer({QStringLiteral("没有投资组合页面，不能导出。"), 1});
+  MainWindow& window = parts_.window.Window();
+  window.Tell(QStringLiteral("正在导出…"));
+  exporter_ = std::make_unique<ViewExporter>(*views, window.Area());
+  exporter_->OnDone = [this, folder, answer](const QString& problem) {
+    exporter_.release()->deleteLater();
+    const HandOverAnswer done = problem.isEmpty() ? HandOverAnswer{QStringLiteral("已导出到“%1”。").arg(folder), 0}
+                                                  : HandOverAnswer{QStringLiteral("导出没有完成：%1").arg(problem), 1};
+    parts_.process.Log().WriteLog(done.text);
+    parts_.window.Window().Tell(done.text);
+    answer(done);
+  };
+  exporter_->Start(folder);
+}
+
+void Commands::ImportFromMenu() {
+  const QString file = AskForFile(&parts_.window.Window());
+  if (file.isEmpty()) return;
+  Command command;
+  command.importFile = file;
+  runner_.Run(command, [this](const HandOverAnswer& answer) {
+    ShowReport(&parts_.window.Window(), QStringLiteral("导入组合"), answer.text);
+  });
+}
+
+void Commands::ExportFromMenu() {
+  const QString folder = AskForFolder(&parts_.window.Window());
+  if (folder.isEmpty()) return;
+  Command command;
+  command.exportFolder = folder;
+  runner_.Run(command, [this](const HandOverAnswer& answer) {
+    if (answer.exitCode != 0) ShowReport(&parts_.window.Window(), QStringLiteral("导出"), answer.text);
+  });
+}
+
+}  // namespace holdwise

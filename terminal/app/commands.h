@@ -1,0 +1,54 @@
+#pragma once
+#include <functional>
+#include <memory>
+
+#include "app/command_runner.h"
+#include "app/database_side.h"
+#include "app/market_side.h"
+#include "app/page_side.h"
+#include "app/process_parts.h"
+#include "app/window_side.h"
+#include "transfer/view_exporter.h"
+
+namespace holdwise {
+
+/// What commands are carried out with; all outlives them. Market and pages are null while the data folder cannot be
+/// used.
+struct CommandParts {
+  ProcessParts& process;
+  DatabaseSide& database;
+  WindowSide& window;
+  const std::unique_ptr<MarketSide>& market;
+  const std::unique_ptr<PageSide>& pages;
+};
+
+/// Carries out what the command line, the menus and later starts on the same work folder ask for. User-interface
+/// thread.
+class Commands {
+ public:
+  /// The database is open. Error(Io) when the end point for later starts cannot be made.
+  explicit Commands(const CommandParts& parts);
+  Commands(const Commands&) = delete;
+  Commands& operator=(const Commands&) = delete;
+
+  /// The command line's import and export, once the first page has been entered; a batch ends with its exit code.
+  void RunFirst();
+  /// Asks for the file or folder first.
+  void ImportFromMenu();
+  void ExportFromMenu();
+
+ private:
+  [[nodiscard]] CommandTargets Targets();
+  void TakeHandedOver(const Command& command, HandOverServer::Answer answer);
+  [[nodiscard]] ViewCatalogue* EnterViews();
+  [[nodiscard]] HandOverAnswer Import(const QString& file);
+  [[nodiscard]] HandOverAnswer ImportFile(const QString& file);
+  void Export(const QString& folder, const HandOverServer::Answer& answer);
+
+  CommandParts parts_;
+  CommandRunner runner_;
+  HandOverServer handOver_;
+  std::unique_ptr<ViewExporter> exporter_;
+};
+
+}  // namespace holdwise

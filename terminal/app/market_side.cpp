@@ -1,0 +1,25 @@
+#include "app/market_side.h"
+
+#include "bus/embedded_market.h"
+#include "files/local_folder_source.h"
+#include "process/background_thread.h"
+
+namespace holdwise {
+
+MarketSide::MarketSide(ProcessParts& process, TLocatDBOper& database)
+    : process_(process), data_(process.Clock(), process.Log(), database) {
+  // Nobody else knows the data before Open has waited for this.
+  loading_ = std::async(std::launch::async, [this] {
+    StepBehindTheWindow();
+    data_.Load(process_.Asked().dataFolder);
+  });
+}
+
+void MarketSide::Open() {
+  loading_.get();
+  data_.LoadOptionalStocks(process_.Asked().workFolder + QStringLiteral("/optional_stocks.txt"));
+  files_ = std::make_unique<LocalFolderSource>(data_.Folder());
+  connection_ = std::make_unique<EmbeddedMarket>(data_, process_.Log());
+}
+
+}  // namespace holdwise

@@ -1,0 +1,103 @@
+#include "app/page_side.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "pages/host_pages.h"
+#include "process/print.h"
+
+namespace holdwise {
+namespace {
+
+const QString kSecurityPage = QStringLiteral("分时走势");
+constexpr std::uint16_t kSecurityPageNumber = 1;
+constexpr std::uint16_t kToolbarPageNumber = 2;
+constexpr std::uint16_t kLogPageNumber = 3;
+
+}  // namespace
+
+PageSide::PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& market, WindowSide& window)
+    : process_(process),
+      window_(window),
+      addresses_(process.Log()),
+      quickEntry_(&window.Window(), market.Data()),
+      host_({addresses_, window.Window().Area(), quickEntry_, window.Messages(), window.Theme(), process.Log(),
+             process.Clock(), database.UserData(), market.Data(), market.Connection().Bus(), market.Files()},
+            process.Asked().workFolder),
+      plugins_(host_) {
+  addresses_.OnEntered = [this](const QString& name) { window_.Window().SetCurrentAddress(name); };
+  addresses_.OnListChanged = [this] {
+    QStringList names;
+    for (const auto& item : addresses_.Items()) names.append(item->Name());
+    window_.Window().SetAddresses(names, addresses_.ListedNames());
+  };
+  quickEntry_.OnChosen = [this, &data = market.Data()](const QString& code) {
+    data.SetCurrentCode(code);
+    (void)GoTo(kSecurityPage, QString());
+  };
+  AddHostPages(market.Data());
+}
+
+PageSide::~PageSide() {
+  addresses_.LeaveCurrent();  // a plug-in's page is left before the plug-in is told to end
+  addresses_.OnListChanged = nullptr;
+  window_.Window().SetAddresses({}, {});
+  window_.Window().SetPortfolioActionsEnabled(false);
+}
+
+void PageSide::AddHostPages(MarketData& data) {
+  const auto add = [this](const QString& name, std::uint16_t number, bool isListed, std::unique_ptr<QWidget> page,
+                          HostPageAddress::Show show) {
+    addresses_.RegisterAddressItem(std::make_shared<HostPageAddress>(name, number, isListed, std::move(page),
+                                                                     window_.Window().Area(), std::move(show)));
+  };
+  auto security = std::make_unique<SecurityPage>(data, window_.Theme());
+  auto* securityPage = security.get();
+  add(kSecurityPage, kSecurityPageNumber, true, std::move(security),
+      [securityPage](const QString& parameter) { securityPage->SetParameter(parameter); });
+  auto toolbar = std::make_unique<ToolbarPage>();
+  auto* toolbarPage = toolbar.get();
+  add(QStringLiteral("工具条"), kToolbarPageNumber, true, std::move(toolbar),
+      [toolbarPage](const QString& parameter) { toolbarPage->SetParameter(parameter); });
+  add(QStringLiteral("日志"), kLogPageNumber, false, std::make_unique<LogPage>(process_.Log()), {});
+}
+
+bool PageSide::LoadPlugins() {
+  plugins_.LoadAll(PluginLoader::Folder());
+  for (const QString& problem : plugins_.Problems()) process_.Log().WriteLog(problem);
+  for (const LoadedPlugin& plugin : plugins_.Plugins())
+    process_.Log().WriteLog(QStringLiteral("插件“%1”%2 已装入").arg(plugin.name, plugin.version));
+  window_.Window().SetPortfolioActionsEnabled(ViewAddress() != nullptr);
+  if (plugins_.Plugins().empty()) return false;
+  for (const QString& problem : plugins_.Problems()) PrintError(problem);
+  return true;
+}
+
+bool PageSide::HasAddress(const QString& name) const {
+  return addresses_.Find(name) != nullptr;
+}
+
+bool PageSide::GoTo(const QString& address, const QString& parameter) {
+  if (!address.isEmpty()) return addresses_.GotoAddress(address, parameter);
+  const TAddressItem* views = ViewAddress();
+  return views != nullptr && addresses_.GotoAddress(views->Name(), parameter);
+}
+
+TAddressItem* PageSide::ViewAddress() const {
+  const auto& items = addresses_.Items();
+  const auto item = std::find_if(items.begin(), items.end(), [](const auto& one) { return one->Views() != nullptr; });
+  return item == items.end() ? nullptr : item->get();
+}
+
+ViewCatalogue* PageSide::EnterViews() {
+  TAddressItem* item = ViewAddress();
+  if (item == nullptr) return nullptr;
+  if (addresses_.Current() != item) (void)GoTo(item->Name(), QString());
+  return item->Views();
+}
+
+void PageSide::ChangeColorTheme() {
+  addresses_.ChangeColorTheme();
+}
+
+}  // namespace holdwise

@@ -1,0 +1,52 @@
+#pragma once
+#include "app/database_side.h"
+#include "app/market_side.h"
+#include "app/process_parts.h"
+#include "app/window_side.h"
+#include "holdwise/sdk/catalogue.h"
+#include "pages/address_registry.h"
+#include "plugins/plugin_loader.h"
+#include "plugins/terminal_host.h"
+#include "window/quick_entry.h"
+
+namespace holdwise {
+
+/// Everything that is shown in the window: the addresses, the host's own pages and the plug-ins with theirs.
+/// User-interface thread.
+class PageSide {
+ public:
+  /// The market is open; the database may be opened later, before the first page of a plug-in is entered. All must
+  /// outlive it.
+  PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& market, WindowSide& window);
+  /// Leaves the page, ends the plug-ins, takes the addresses out of the window.
+  ~PageSide();
+  PageSide(const PageSide&) = delete;
+  PageSide& operator=(const PageSide&) = delete;
+
+  /// Loads the plug-ins; what went wrong is logged and, while one of them runs, printed. False when none runs.
+  [[nodiscard]] bool LoadPlugins();
+  /// Texts for the user about plug-ins that do not run.
+  [[nodiscard]] const QStringList& Problems() const { return plugins_.Problems(); }
+
+  [[nodiscard]] bool HasAddress(const QString& name) const;
+  /// Enters an address; empty: the one with views, if there is one. False when there is no such address.
+  [[nodiscard]] bool GoTo(const QString& address, const QString& parameter);
+  /// Enters the address with views unless it is entered; null when there is none.
+  [[nodiscard]] ViewCatalogue* EnterViews();
+  /// Tells every page that the colours have changed.
+  void ChangeColorTheme();
+
+ private:
+  void AddHostPages(MarketData& data);
+  /// The address with views; null when no plug-in has one.
+  [[nodiscard]] TAddressItem* ViewAddress() const;
+
+  ProcessParts& process_;
+  WindowSide& window_;
+  AddressRegistry addresses_;
+  QuickEntry quickEntry_;
+  TerminalHost host_;
+  PluginLoader plugins_;
+};
+
+}  // namespace holdwise

@@ -1,0 +1,38 @@
+#include "app/process_parts.h"
+
+#include <QDir>
+#include <utility>
+
+#include "app/terminal_application.h"
+
+namespace holdwise {
+namespace {
+
+TerminalApplication& Application() {
+  return *static_cast<TerminalApplication*>(QCoreApplication::instance());
+}
+
+QString MadeLogFolder(const QString& workFolder) {
+  QString folder = workFolder + QStringLiteral("/log");
+  QDir().mkpath(folder);
+  return folder;
+}
+
+}  // namespace
+
+QDateTime SystemClock::Now() const {
+  return QDateTime::currentDateTime();
+}
+
+ProcessParts::ProcessParts(Options options)
+    : options_(std::move(options)),
+      log_(MadeLogFolder(options_.workFolder) + QStringLiteral("/terminal.log"), clock_),
+      settings_(options_.workFolder + QStringLiteral("/settings.ini"), QSettings::IniFormat) {
+  Application().SetLog(&log_);
+}
+
+ProcessParts::~ProcessParts() {
+  Application().SetLog(nullptr);
+}
+
+}  // namespace holdwise

@@ -1,0 +1,39 @@
+#pragma once
+#include <QSettings>
+
+#include "holdwise/sdk/services.h"
+#include "process/command_line.h"
+#include "process/debug_log.h"
+
+namespace holdwise {
+
+/// The clock of the machine. Any thread.
+class SystemClock : public ClockService {
+ public:
+  [[nodiscard]] QDateTime Now() const override;
+};
+
+/// What every other part of the terminal rests on: made first, destroyed last. User-interface thread, but for the log
+/// and the clock, which serve any.
+class ProcessParts {
+ public:
+  /// The work folder exists and is locked by this process; the application is a TerminalApplication. From now on the
+  /// log takes what Qt remarks and what escapes from event handlers.
+  explicit ProcessParts(Options options);
+  ~ProcessParts();
+  ProcessParts(const ProcessParts&) = delete;
+  ProcessParts& operator=(const ProcessParts&) = delete;
+
+  [[nodiscard]] const Options& Asked() const { return options_; }
+  [[nodiscard]] SystemClock& Clock() { return clock_; }
+  [[nodiscard]] DebugLog& Log() { return log_; }
+  [[nodiscard]] QSettings& Settings() { return settings_; }
+
+ private:
+  Options options_;
+  SystemClock clock_;
+  DebugLog log_;
+  QSettings settings_;
+};
+
+}  // namespace holdwise

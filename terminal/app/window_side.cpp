@@ -1,0 +1,108 @@
+#include "app/window_side.h"
+
+#include <QApplication>
+#include <QFontMetrics>
+#include <QTimer>
+#include <utility>
+
+#include "pages/notice_page.h"
+#include "process/print.h"
+
+namespace holdwise {
+namespace {
+
+const QString kThemeSetting = QStringLiteral("theme");
+const QString kGeometrySetting = QStringLiteral("geometry");
+
+/// The command line's colours, which are remembered, else the remembered ones.
+ThemeKind FirstTheme(ProcessParts& process) {
+  const std::optional<ThemeKind> asked = process.Asked().command.theme;
+  if (!asked) return ThemeKindFromName(process.Settings().value(kThemeSetting).toString()).value_or(ThemeKind::Dark);
+  process.Settings().setValue(kThemeSetting, ThemeKindName(*asked));
+  return *asked;
+}
+
+/// The same theme, in whose colours widgets are made from now on.
+const ThemeServices& Applied(const ThemeServices& theme) {
+  QApplication::setPalette(theme.WindowPalette());
+  return theme;
+}
+
+}  // namespace
+
+WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
+    : process_(process), theme_(FirstTheme(process), process.Log()), window_(Applied(theme_), std::move(actions)) {
+  theme_.OnChanged = [this] { ApplyTheme(); };
+  if (!process_.Asked().IsBatch()) window_.restoreGeometry(process_.Settings().value(kGeometrySetting).toByteArray());
+  window_.ShowThemeKind(theme_.Kind());
+  window_.SetDatabase(process_.Asked().database);
+  window_.SetBusState(false);
+  messageBoxes_.SetWindow(&window_);
+}
+
+WindowSide::~WindowSide() {
+  if (!process_.Asked().IsBatch()) process_.Settings().setValue(kGeometrySetting, window_.saveGeometry());
+}
+
+MessageBoxService& WindowSide::Messages() {
+  if (process_.Asked().IsBatch()) return printedMessages_;
+  return messageBoxes_;
+}
+
+void WindowSide::SetTheme(ThemeKind kind) {
+  process_.Settings().setValue(kThemeSetting, ThemeKindName(kind));
+  process_.Settings().sync();
+  theme_.SetKind(kind);
+}
+
+void WindowSide::ApplyTheme() {
+  Applied(theme_);
+  window_.ShowThemeKind(theme_.Kind());
+  if (OnThemeChanged) OnThemeChanged();
+}
+
+void WindowSide::Prepare() {
+  window_.winId();  // makes the window, though it stays hidden
+  QFont titles = QApplication::font();
+  titles.setBold(true);
+  (void)QFontMetrics(titles).horizontalAdvance(window_.windowTitle());  // reads the bold font's file
+}
+
+void WindowSide::Raise() {
+  if (process_.Asked().IsBatch()) return;
+  if (window_.isMinimized()) window_.showNormal();
+  window_.raise();
+  window_.activateWindow();
+}
+
+void WindowSide::ShowObstacle(const QString& title, const QString& text, const QString& commands,
+                              std::function<void()> tryAgain) {
+  process_.Log().WriteLog(title + QStringLiteral("：") + text);
+  QString advice = text;
+  if (!commands.isEmpty())
+    advice += QStringLiteral("\n\n下面两条命令生成一份模拟行情；自己的日线数据也用第二条命令转换。");
+  PrintError(title + QStringLiteral("：") + advice + (commands.isEmpty() ? QString() : QLatin1Char('\n') + commands));
+  if (process_.Asked().IsBatch()) return;
+  obstacle_ = std::make_unique<NoticePage>(title, advice, commands, [this, again = std::move(tryAgain)] {
+    // Leaves the button's own handler first: what follows removes the page.
+    QTimer::singleShot(0, &window_, again);
+  });
+  window_.Area().ShowFrame(obstacle_.get());
+}
+
+void WindowSide::ClearObstacle() {
+  obstacle_.reset();
+}
+
+void WindowSide::ShowMarket(const MarketData& data, MarketConnection& connection) {
+  window_.SetSimulated(data.IsSimulated());
+  window_.SetDataDate(data.CurrentDateText());
+  window_.SetQuotesProblem({});
+  window_.SetBusState(false);
+  QObject::connect(&connection.Bus(), &MessageBus::ConnectionStateChanged, &window_,
+                   [this](MessageBus::State state) { window_.SetBusState(state == MessageBus::State::Connected); });
+  QObject::connect(&connection, &MarketConnection::QuotesChanged, &window_,
+                   [this](const QString& problem) { window_.SetQuotesProblem(problem); });
+}
+
+}  // namespace holdwise

@@ -1,0 +1,59 @@
+#pragma once
+#include <functional>
+#include <memory>
+
+#include "app/process_parts.h"
+#include "bus/market_connection.h"
+#include "datacentre/market_data.h"
+#include "theme/theme_services.h"
+#include "window/main_window.h"
+#include "window/message_boxes.h"
+
+namespace holdwise {
+
+/// The window with its colours and its message boxes. Without a window system (a batch) it is made all the same, and
+/// messages go to standard error. User-interface thread.
+class WindowSide {
+ public:
+  /// Makes the window, hidden, with the colours of the command line or of the settings. `process` must outlive it.
+  WindowSide(ProcessParts& process, WindowActions actions);
+  /// Remembers where the window stood.
+  ~WindowSide();
+  WindowSide(const WindowSide&) = delete;
+  WindowSide& operator=(const WindowSide&) = delete;
+
+  [[nodiscard]] MainWindow& Window() { return window_; }
+  [[nodiscard]] ThemeServices& Theme() { return theme_; }
+  /// Questions and notices: boxes, or lines on standard error in a batch.
+  [[nodiscard]] MessageBoxService& Messages();
+
+  /// Switches the colours and remembers them for the next start.
+  void SetTheme(ThemeKind kind);
+  /// Called after the window has taken over other colours.
+  std::function<void()> OnThemeChanged;
+
+  /// Makes what the first picture will need of the window system and the fonts; the window stays hidden.
+  void Prepare();
+  /// Brings the window to the user's eyes; nothing in a batch.
+  void Raise();
+
+  /// What stands in the way of the views: a line on standard error and in the log and, unless in a batch, a page with a
+  /// button that calls `tryAgain`. `commands`: command lines that help; may be empty.
+  void ShowObstacle(const QString& title, const QString& text, const QString& commands, std::function<void()> tryAgain);
+  /// Takes that page away.
+  void ClearObstacle();
+  /// Says in title and status bar which market is shown, and from now on whether its prices are the latest.
+  void ShowMarket(const MarketData& data, MarketConnection& connection);
+
+ private:
+  void ApplyTheme();
+
+  ProcessParts& process_;
+  ThemeServices theme_;
+  MessageBoxes messageBoxes_;
+  PrintedMessages printedMessages_;
+  MainWindow window_;
+  std::unique_ptr<QWidget> obstacle_;
+};
+
+}  // namespace holdwise

@@ -1,0 +1,28 @@
+#pragma once
+#include <QObject>
+#include <QString>
+
+#include "bus/message_bus.h"
+
+namespace holdwise {
+
+/// Where a terminal's live prices come from: the bus that its roles talk to, and word of whether the prices are the
+/// latest. The market of one machine stands behind it as a bus server does. User-interface thread.
+class MarketConnection : public QObject {
+  Q_OBJECT
+
+ public:
+  using QObject::QObject;
+
+  /// The bus, which lives as long as the connection; disconnected before Connect.
+  [[nodiscard]] virtual MessageBus& Bus() = 0;
+  /// Connects the bus and returns at once; the bus tells when it stands. Nothing happens while it is connected. Never
+  /// throws: what keeps it from connecting is told by QuotesChanged.
+  virtual void Connect() = 0;
+
+ Q_SIGNALS:
+  /// The prices are the latest from now on (empty), or why they are not, in words for the user.
+  void QuotesChanged(const QString& problem);
+};
+
+}  // namespace holdwise
