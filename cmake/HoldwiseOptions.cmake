@@ -39,7 +39,8 @@ function(holdwise_test_timeout seconds)
   set_tests_properties(${ARGN} PROPERTIES TIMEOUT ${timeout})
 endfunction()
 
-# A program of the tests: one executable, one ctest entry. Arguments: SOURCES, LIBS, LABELS, TIMEOUT (s).
+# A program of the tests: one executable, one ctest entry. Arguments: SOURCES, LIBS, LABELS (default: HOLDWISE_TEST_LABEL of
+# the folder), TIMEOUT (s). The target tests-LABEL builds all programs of a label.
 function(holdwise_test name)
   cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
@@ -48,6 +49,15 @@ function(holdwise_test name)
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
+  if(NOT ARG_LABELS)
+    set(ARG_LABELS ${HOLDWISE_TEST_LABEL})
+  endif()
+  foreach(label IN LISTS ARG_LABELS)
+    if(NOT TARGET tests-${label})
+      add_custom_target(tests-${label})
+    endif()
+    add_dependencies(tests-${label} ${name})
+  endforeach()
   add_test(NAME ${name} COMMAND ${name})
   holdwise_test_timeout(${ARG_TIMEOUT} ${name})
   set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABELS}"

@@ -194,15 +194,24 @@ class Campaign:
         self.journal.portfolios = count
 
 
+def is_writable(folder):
+    try:
+        with tempfile.TemporaryFile(dir=folder):
+            return True
+    except OSError:
+        return False
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--bin", type=pathlib.Path, required=True, help="folder of the programs")
     parser.add_argument("--kills", type=int, default=2000)
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--fresh-every", type=int, default=250, help="kills on one database")
-    parser.add_argument("--folder", help="where the database stands; in memory commits are short, and more kills fall elsewhere")
+    parser.add_argument("--folder", help="where the database stands; in memory commits are short, and more kills fall "
+                        "elsewhere; one that cannot be written gives way to the system's temporary folder")
     arguments = parser.parse_args()
-    place = arguments.folder if arguments.folder and pathlib.Path(arguments.folder).is_dir() else None
+    place = arguments.folder if arguments.folder and is_writable(arguments.folder) else None
     choice, report = random.Random(arguments.seed), Report()
     with tempfile.TemporaryDirectory(prefix="holdwise-kill-", dir=place) as folder:
         folder = pathlib.Path(folder)
