@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <vector>
 
-#include "common/exchange_files.h"
-#include "common/host_access.h"
-#include "common/statements.h"
+#include "common/host/host_access.h"
+#include "common/store/exchange_files.h"
+#include "common/store/statements.h"
 #include "database/engine/statement_shape.h"
 #include "holdwise/packet/csv.h"
 #include "properties.h"

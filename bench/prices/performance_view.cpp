@@ -5,8 +5,9 @@
 
 #include <QApplication>
 
-#include "common/host_access.h"
-#include "common/untcommon.h"
+#include "common/host/host_access.h"
+#include "common/series/shared_objects.h"
+#include "common/store/database.h"
 #include "holdwise/packet/number_text.h"
 #include "scripted_host.h"
 #include "temp_database.h"

@@ -1,10 +1,10 @@
-#include "calc/base_data_ingestion.h"
+#include "base_data_ingestion.h"
 
 #include <array>
 #include <cmath>
 #include <string>
 
-#include "common/statements.h"
+#include "common/store/statements.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise::calc {

@@ -4,7 +4,7 @@
 #include <limits>
 #include <utility>
 
-#include "calc/calculation_helpers.h"
+#include "calculation_helpers.h"
 #include "holdwise/packet/error.h"
 
 namespace holdwise::calc {

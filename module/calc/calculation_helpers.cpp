@@ -1,6 +1,6 @@
-#include "calc/calculation_helpers.h"
+#include "calculation_helpers.h"
 
-#include "common/statements.h"
+#include "common/store/statements.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise::calc {

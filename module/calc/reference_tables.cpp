@@ -5,7 +5,7 @@
 #include <array>
 #include <cmath>
 
-#include "common/statements.h"
+#include "common/store/statements.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise::calc {

@@ -1,6 +1,6 @@
-#include "calc/unfinished_work.h"
+#include "unfinished_work.h"
 
-#include "common/statements.h"
+#include "common/store/statements.h"
 
 namespace holdwise::calc {
 namespace {

@@ -8,15 +8,15 @@
 #include <QShowEvent>
 #include <QWindow>
 
-#include "calc/base_data_ingestion.h"
-#include "calc/calculation_helpers.h"
-#include "calc/unfinished_work.h"
-#include "common/debug_log.h"
-#include "common/download_role.h"
-#include "common/host_access.h"
-#include "common/theme_colors.h"
-#include "common/untcommon.h"
+#include "base_data_ingestion.h"
+#include "calculation_helpers.h"
+#include "common/host/debug_log.h"
+#include "common/host/download_role.h"
+#include "common/host/host_access.h"
+#include "common/host/theme_colors.h"
+#include "common/store/database.h"
 #include "holdwise/packet/packet_file.h"
+#include "unfinished_work.h"
 
 namespace holdwise {
 namespace {

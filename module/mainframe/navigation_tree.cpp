@@ -6,8 +6,10 @@
 #include <QTreeWidgetItemIterator>
 #include <algorithm>
 
-#include "common/drawing.h"
-#include "common/frame_parts.h"
+#include "common/frames/frame_parts.h"
+#include "common/helpers/drawing.h"
+#include "common/host/font.h"
+#include "mainframe/view_table.h"
 
 namespace holdwise {
 namespace {

@@ -2,7 +2,7 @@
 #include <QTreeWidget>
 #include <span>
 
-#include "common/untcommon.h"
+#include "mainframe/view_table.h"
 
 namespace holdwise {
 

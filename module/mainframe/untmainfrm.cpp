@@ -7,16 +7,17 @@
 #include <algorithm>
 #include <chrono>
 
+#include "calc/download_trigger.h"
 #include "calc/untcalc2.h"
-#include "common/all_stock_data.h"
-#include "common/download_trigger.h"
-#include "common/event_guard.h"
-#include "common/exchange_files.h"
-#include "common/expect_value.h"
-#include "common/host_access.h"
-#include "common/recalc.h"
-#include "common/statements.h"
-#include "common/untcommon.h"
+#include "common/host/event_guard.h"
+#include "common/host/font.h"
+#include "common/host/host_access.h"
+#include "common/series/all_stock_data.h"
+#include "common/series/expect_value.h"
+#include "common/series/shared_objects.h"
+#include "common/store/database.h"
+#include "common/store/exchange_files.h"
+#include "common/store/statements.h"
 #include "mainframe/view_table.h"
 
 namespace holdwise {
@@ -30,7 +31,6 @@ constexpr int kTreeMargin = 5;
 constexpr int kLinkMargin = 14;
 constexpr auto kPricePeriod = 3000ms;
 constexpr auto kRecalcDelay = 1000ms;
-constexpr auto kOpenDelay = 10ms;
 
 constexpr int kSmartAllocation = 1001;
 constexpr int kPortfolioEditor = 1002;
@@ -42,17 +42,6 @@ bool IsLive(int frameId) {
 
 QString Unit() {
   return QStringLiteral("untmainfrm");
-}
-
-void FreeSharedObjects() {
-  if (g_Timer) g_Timer->stop();
-  g_NowPrice.reset();
-  g_ClosePrice.reset();
-  g_UserValue.reset();
-  g_AllStockData.reset();
-  g_ExpectValue.reset();
-  g_StockClosePrice.reset();
-  g_Timer.reset();
 }
 
 }  // namespace
@@ -71,6 +60,8 @@ TMainFrm::TMainFrm(QWidget* parent) : QWidget(parent) {
   tree_->BuildTree(Nodes, static_cast<int>(Nodes.size()) - 1);
   MakeSkin();
   CreateSharedObjects();
+  connect(g_Timer.get(), &QTimer::timeout, this,
+          [this] { GuardEvent(Unit(), QStringLiteral("g_TimerOnTimer"), [this] { g_TimerOnTimer(); }); });
   QTreeWidgetItem* top = tree_->topLevelItem(0);
   tree_->setCurrentItem(top);
   connect(tree_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* node) {
@@ -144,19 +135,6 @@ void TMainFrm::BuildTimers() {
   connect(&Timer1, &QTimer::timeout, this,
           [this] { GuardEvent(Unit(), QStringLiteral("Timer1Timer"), [this] { Timer1Timer(); }); });
   Timer1.start();
-}
-
-void TMainFrm::CreateSharedObjects() {
-  g_NowPrice = std::make_unique<TNowPrice>();
-  g_ClosePrice = std::make_unique<TClosePrice>();
-  g_UserValue = std::make_unique<TUserValue>();
-  g_AllStockData = std::make_unique<TAllStockData>();
-  g_ExpectValue = std::make_unique<TExpectValue>();
-  g_StockClosePrice = std::make_unique<TStockClosePrice>();
-  g_Timer = std::make_unique<QTimer>();
-  connect(g_Timer.get(), &QTimer::timeout, this,
-          [this] { GuardEvent(Unit(), QStringLiteral("g_TimerOnTimer"), [this] { g_TimerOnTimer(); }); });
-  g_Timer->setInterval(kOpenDelay);
 }
 
 int TMainFrm::GetFID(int nodeId) {

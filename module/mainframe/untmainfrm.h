@@ -4,9 +4,9 @@
 #include <QWidget>
 #include <vector>
 
-#include "common/frame_parts.h"
-#include "common/theme_colors.h"
-#include "common/view_frame.h"
+#include "common/frames/frame_parts.h"
+#include "common/frames/view_frame.h"
+#include "common/host/theme_colors.h"
 #include "mainframe/frame_splitter.h"
 #include "mainframe/navigation_tree.h"
 
@@ -50,7 +50,6 @@ class TMainFrm : public QWidget {
  private:
   void BuildPanels();
   void BuildTimers();
-  void CreateSharedObjects();
   void dxTLChangeNode(const QTreeWidgetItem* newNode);
   void ShowView(const struct ViewEntry& view, const QTreeWidgetItem& node, TViewFrame* previous);
   void Timer1Timer();

@@ -1,11 +1,23 @@
 #pragma once
+#include <QString>
+#include <array>
 #include <functional>
 #include <memory>
 #include <span>
 
-#include "common/view_frame.h"
+#include "common/frames/view_frame.h"
 
 namespace holdwise {
+
+/// One entry of the navigation tree.
+struct TNodeData {
+  int Id = 0;
+  int ParentId = 0;  ///< 0 for a top-level node
+  QString Text;
+};
+
+/// The navigation tree, parents before children.
+extern const std::array<TNodeData, 10> Nodes;
 
 /// One view of the module.
 struct ViewEntry {

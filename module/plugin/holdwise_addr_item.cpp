@@ -1,10 +1,10 @@
-#include "plugin/holdwise_addr_item.h"
+#include "holdwise_addr_item.h"
 
 #include <QVBoxLayout>
 
-#include "common/debug_log.h"
-#include "common/download_role.h"
-#include "common/host_access.h"
+#include "common/host/debug_log.h"
+#include "common/host/download_role.h"
+#include "common/host/host_access.h"
 
 namespace holdwise {
 namespace {

@@ -6,7 +6,7 @@
 #include "holdwise/sdk/download.h"
 #include "holdwise/sdk/services.h"
 #include "mainframe/untmainfrm.h"
-#include "plugin/view_catalogue.h"
+#include "view_catalogue.h"
 
 namespace holdwise {
 

@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "common/host_access.h"
+#include "common/host/host_access.h"
 #include "holdwise/sdk/host.h"
-#include "plugin/holdwise_addr_item.h"
+#include "holdwise_addr_item.h"
 
 namespace Untpluginterface {
 namespace {

@@ -1,10 +1,11 @@
-#include "plugin/view_catalogue.h"
+#include "view_catalogue.h"
 
 #include "calc/untcalc2.h"
-#include "common/all_stock_data.h"
 #include "common/grid/string_grid.h"
-#include "common/statements.h"
-#include "common/untcommon.h"
+#include "common/series/all_stock_data.h"
+#include "common/series/shared_objects.h"
+#include "common/store/database.h"
+#include "common/store/statements.h"
 #include "mainframe/view_table.h"
 
 namespace holdwise {

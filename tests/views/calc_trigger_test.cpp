@@ -1,9 +1,11 @@
 #include <QTest>
 #include <functional>
 
+#include "calc/download_trigger.h"
 #include "calc_fixture.h"
-#include "common/download_trigger.h"
-#include "common/exchange_files.h"
+#include "common/series/shared_objects.h"
+#include "common/store/database.h"
+#include "common/store/exchange_files.h"
 #include "mainframe/untmainfrm.h"
 
 namespace holdwise {

@@ -3,9 +3,9 @@
 #include <QLabel>
 #include <QToolTip>
 
-#include "common/all_stock_data.h"
-#include "common/recalc.h"
-#include "common/untcommon.h"
+#include "common/series/all_stock_data.h"
+#include "common/series/shared_objects.h"
+#include "common/store/database.h"
 #include "holdwise/packet/packet_file.h"
 #include "portfolio_view_fixture.h"
 #include "views/fxjl/fxjl.h"

@@ -4,7 +4,8 @@
 #include <QStackedLayout>
 #include <QTest>
 
-#include "common/untcommon.h"
+#include "common/series/shared_objects.h"
+#include "common/store/database.h"
 #include "mainframe/view_table.h"
 #include "view_bench.h"
 

@@ -3,8 +3,7 @@
 #include <QLabel>
 #include <QToolTip>
 
-#include "common/recalc.h"
-#include "common/untcommon.h"
+#include "common/series/shared_objects.h"
 #include "performance_view_fixture.h"
 
 namespace holdwise::test {

@@ -4,8 +4,8 @@
 #include <QTest>
 
 #include "common/grid/string_grid.h"
-#include "common/host_access.h"
-#include "common/untcommon.h"
+#include "common/host/host_access.h"
+#include "common/series/shared_objects.h"
 #include "download_settings.h"
 #include "plugin/holdwise_addr_item.h"
 #include "plugin/untpluginterface.h"

@@ -4,7 +4,7 @@
 #include <QLabel>
 #include <QToolTip>
 
-#include "common/untcommon.h"
+#include "common/store/database.h"
 #include "portfolio_view_fixture.h"
 
 namespace holdwise::test {

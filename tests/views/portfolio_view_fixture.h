@@ -3,7 +3,7 @@
 
 #include <QTest>
 
-#include "common/frame_parts.h"
+#include "common/frames/frame_parts.h"
 #include "common/grid/string_grid.h"
 #include "view_bench.h"
 

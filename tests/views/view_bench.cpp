@@ -3,8 +3,7 @@
 #include <QTest>
 #include <algorithm>
 
-#include "common/host_access.h"
-#include "common/untcommon.h"
+#include "common/host/host_access.h"
 
 namespace holdwise::test {
 

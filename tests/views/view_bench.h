@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "common/view_frame.h"
+#include "common/frames/view_frame.h"
 #include "holdwise/packet/message.h"
 #include "mainframe/untmainfrm.h"
 #include "scripted_host.h"

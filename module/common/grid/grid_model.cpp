@@ -1,4 +1,4 @@
-#include "common/grid/grid_model.h"
+#include "grid_model.h"
 
 #include <algorithm>
 

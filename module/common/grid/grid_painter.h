@@ -3,7 +3,7 @@
 #include <QRect>
 #include <QString>
 
-#include "common/theme_colors.h"
+#include "common/host/theme_colors.h"
 
 class QPainter;
 

@@ -14,10 +14,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "common/event_guard.h"
-#include "common/frame_parts.h"
 #include "common/grid/cell_geometry.h"
-#include "common/grid/grid_model.h"
+#include "common/host/event_guard.h"
+#include "common/host/font.h"
+#include "grid_model.h"
 
 namespace holdwise {
 namespace {

@@ -1,11 +1,12 @@
 #include "views/fxjl/fxjl.h"
 
-#include "common/all_stock_data.h"
-#include "common/event_guard.h"
-#include "common/statements.h"
-#include "common/untcommon.h"
-#include "views/fxjl/risk_layout.h"
-#include "views/fxjl/risk_rows.h"
+#include "common/host/event_guard.h"
+#include "common/series/all_stock_data.h"
+#include "common/series/shared_objects.h"
+#include "common/store/database.h"
+#include "common/store/statements.h"
+#include "risk_layout.h"
+#include "risk_rows.h"
 
 namespace holdwise {
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "common/portfolio_frame.h"
+#include "common/frames/portfolio_frame.h"
 
 namespace holdwise {
 

@@ -1,4 +1,4 @@
-#include "views/fxjl/risk_layout.h"
+#include "risk_layout.h"
 
 #include "holdwise/packet/number_text.h"
 

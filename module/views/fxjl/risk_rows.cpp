@@ -1,11 +1,12 @@
-#include "views/fxjl/risk_rows.h"
+#include "risk_rows.h"
 
-#include "common/all_stock_data.h"
-#include "common/grid/security_links.h"
-#include "common/holding_rows.h"
-#include "common/untcommon.h"
+#include "common/frames/security_links.h"
+#include "common/host/codes.h"
+#include "common/series/all_stock_data.h"
+#include "common/series/holding_rows.h"
+#include "common/series/shared_objects.h"
 #include "holdwise/packet/number_text.h"
-#include "views/fxjl/risk_layout.h"
+#include "risk_layout.h"
 
 namespace holdwise::risk {
 namespace {

@@ -1,4 +1,4 @@
-#include "views/zhbx/performance_figures.h"
+#include "performance_figures.h"
 
 #include "holdwise/packet/number_text.h"
 

@@ -1,4 +1,4 @@
-#include "views/zhbx/performance_layout.h"
+#include "performance_layout.h"
 
 namespace holdwise::performance {
 namespace {

@@ -1,12 +1,13 @@
-#include "views/zhbx/performance_rows.h"
+#include "performance_rows.h"
 
-#include "common/grid/security_links.h"
-#include "common/holding_rows.h"
-#include "common/host_access.h"
-#include "common/untcommon.h"
+#include "common/frames/security_links.h"
+#include "common/host/codes.h"
+#include "common/host/host_access.h"
+#include "common/series/holding_rows.h"
+#include "common/series/shared_objects.h"
 #include "holdwise/packet/number_text.h"
-#include "views/zhbx/performance_figures.h"
-#include "views/zhbx/performance_layout.h"
+#include "performance_figures.h"
+#include "performance_layout.h"
 
 namespace holdwise::performance {
 namespace {

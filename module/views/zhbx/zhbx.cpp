@@ -6,11 +6,11 @@
 
 #include "common/grid/cell_geometry.h"
 #include "common/grid/delete_picture.h"
-#include "common/host_access.h"
-#include "common/statements.h"
-#include "common/untcommon.h"
-#include "views/zhbx/performance_layout.h"
-#include "views/zhbx/performance_rows.h"
+#include "common/host/host_access.h"
+#include "common/store/database.h"
+#include "common/store/statements.h"
+#include "performance_layout.h"
+#include "performance_rows.h"
 
 namespace holdwise {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 #include <QPixmap>
 
-#include "common/portfolio_frame.h"
+#include "common/frames/portfolio_frame.h"
 
 namespace holdwise {
 

@@ -1,6 +1,6 @@
-#include "common/all_stock_data.h"
+#include "common/series/all_stock_data.h"
 
-#include "common/recalc.h"
+#include "common/series/shared_objects.h"
 #include "download_settings.h"
 #include "engine_fixture.h"
 #include "holdwise/packet/packet_file.h"

@@ -4,9 +4,10 @@
 #include <QString>
 #include <ostream>
 
-#include "common/host_access.h"
-#include "common/statements.h"
-#include "common/untcommon.h"
+#include "common/host/host_access.h"
+#include "common/series/shared_objects.h"
+#include "common/store/database.h"
+#include "common/store/statements.h"
 #include "scripted_host.h"
 
 /// GoogleTest shows texts as texts.

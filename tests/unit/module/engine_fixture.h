@@ -1,6 +1,8 @@
 #pragma once
-#include "common/all_stock_data.h"
-#include "common/expect_value.h"
+#include "common/series/all_stock_data.h"
+#include "common/series/expect_value.h"
+#include "common/series/shared_objects.h"
+#include "common/store/database.h"
 #include "common_fixture.h"
 #include "injecting_user_data.h"
 #include "temp_database.h"

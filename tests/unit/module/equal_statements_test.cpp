@@ -1,5 +1,6 @@
 #include "database/equal_statements.h"
 
+#include "common/store/database.h"
 #include "common_fixture.h"
 #include "database/engine/statement_shape.h"
 #include "temp_database.h"

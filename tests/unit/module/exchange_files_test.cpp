@@ -1,4 +1,4 @@
-#include "common/exchange_files.h"
+#include "common/store/exchange_files.h"
 
 #include <QDir>
 #include <QFile>

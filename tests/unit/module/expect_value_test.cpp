@@ -1,6 +1,6 @@
-#include "common/expect_value.h"
+#include "common/series/expect_value.h"
 
-#include "common/recalc.h"
+#include "common/series/shared_objects.h"
 #include "engine_fixture.h"
 #include "holdwise/packet/packet_file.h"
 

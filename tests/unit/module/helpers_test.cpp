@@ -2,12 +2,12 @@
 
 #include <QImage>
 
-#include "common/date_text.h"
-#include "common/debug_log.h"
-#include "common/drawing.h"
-#include "common/host_access.h"
-#include "common/lists.h"
-#include "common/theme_colors.h"
+#include "common/helpers/date_text.h"
+#include "common/helpers/drawing.h"
+#include "common/helpers/lists.h"
+#include "common/host/debug_log.h"
+#include "common/host/host_access.h"
+#include "common/host/theme_colors.h"
 #include "holdwise/packet/error.h"
 #include "scripted_host.h"
 

@@ -1,4 +1,4 @@
-#include "common/name_value_list.h"
+#include "common/helpers/name_value_list.h"
 
 #include <gtest/gtest.h>
 

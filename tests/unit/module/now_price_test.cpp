@@ -1,7 +1,8 @@
-#include "common/now_price.h"
+#include "common/series/now_price.h"
 
 #include <thread>
 
+#include "common/series/shared_objects.h"
 #include "common_fixture.h"
 
 namespace holdwise {

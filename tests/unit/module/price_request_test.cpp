@@ -1,4 +1,4 @@
-#include "common/price_request.h"
+#include "common/series/price_request.h"
 
 #include "common_fixture.h"
 

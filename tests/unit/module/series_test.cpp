@@ -1,4 +1,5 @@
-#include "common/recalc.h"
+#include "common/helpers/day_range.h"
+#include "common/series/shared_objects.h"
 #include "common_fixture.h"
 
 namespace holdwise {

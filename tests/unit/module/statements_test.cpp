@@ -1,9 +1,10 @@
-#include "common/statements.h"
+#include "common/store/statements.h"
 
 #include <gtest/gtest.h>
 
-#include "common/host_access.h"
-#include "common/untcommon.h"
+#include "common/host/codes.h"
+#include "common/host/host_access.h"
+#include "mainframe/view_table.h"
 #include "scripted_host.h"
 
 namespace holdwise {

@@ -1,5 +1,6 @@
-#include "common/stock_close_price.h"
+#include "common/series/stock_close_price.h"
 
+#include "common/series/shared_objects.h"
 #include "common_fixture.h"
 
 namespace holdwise {

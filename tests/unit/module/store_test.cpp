@@ -1,4 +1,5 @@
-#include "common/recalc.h"
+#include "common/series/shared_objects.h"
+#include "common/store/database.h"
 #include "common_fixture.h"
 #include "holdwise/packet/number_text.h"
 #include "temp_database.h"

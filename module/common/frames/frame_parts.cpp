@@ -1,0 +1,137 @@
+#include "common/frames/frame_parts.h"
+
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "common/grid/cell_geometry.h"
+#include "common/grid/string_grid.h"
+#include "common/host/font.h"
+#include "common/host/host_access.h"
+#include "common/host/theme_colors.h"
+
+namespace holdwise {
+
+QVBoxLayout* StackedIn(QWidget& panel) {
+  auto* layout = new QVBoxLayout(&panel);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  return layout;
+}
+
+void SetPanelColor(QWidget& panel, const QColor& color) {
+  QPalette palette = panel.palette();
+  palette.setColor(QPalette::Window, color);
+  panel.setPalette(palette);
+  panel.setAutoFillBackground(true);
+}
+
+void SetTextColor(QWidget& label, const QColor& color) {
+  QPalette palette = label.palette();
+  palette.setColor(QPalette::WindowText, color);
+  label.setPalette(palette);
+}
+
+namespace {
+
+/// A title too wide for its column gets smaller; one that is still cut off shows its beginning and can be read under
+/// the mouse.
+void FitTitle(QLabel& label) {
+  constexpr int kSmallest = 10;
+  constexpr int kBlank = 4;  // the brackets at its ends have that much blank around them
+  int pixels = kDesignFontPixels;
+  label.setFont(DesignFont(pixels));
+  while (pixels > kSmallest && label.sizeHint().width() > label.width()) label.setFont(DesignFont(--pixels));
+  const bool isCutOff = label.sizeHint().width() > label.width() + kBlank;
+  if (isCutOff) label.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  label.setToolTip(isCutOff ? label.text() : QString());
+}
+
+}  // namespace
+
+PictureStrip::PictureStrip(int height, QWidget* parent) : QWidget(parent), picture_(new QLabel(this)) {
+  setFixedHeight(height);
+  picture_->setScaledContents(true);
+  picture_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+  picture_->setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void PictureStrip::ApplyPicture(const QString& key) {
+  ModuleHost().ColorTheme().Colors().AssignPicture(key, *picture_);
+}
+
+void PictureStrip::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  picture_->setGeometry(rect());
+}
+
+HeaderStrip::HeaderStrip(TStringGrid& grid, const GridDesign& design, QWidget* parent)
+    : PictureStrip(kHeight, parent), grid_(grid), widths_(design.widths) {
+  grid.SetColCount(design.columns);
+  grid.SetTitles(design.titles);
+  grid.SetHiddenColumns(design.hiddenColumns);
+  for (const QString& title : design.titles) {
+    auto* label = new QLabel(title, this);
+    label->setFont(DesignFont());
+    labels_.push_back(label);
+  }
+}
+
+void HeaderStrip::ApplyTheme() {
+  const IColorSet2& colors = ModuleHost().ColorTheme().Colors();
+  grid_.SetColors(ReadGridColors(colors));
+  const QColor text = colors.ColorOf(theme::kTitleFont);
+  for (QLabel* label : labels_) SetTextColor(*label, text);
+  ApplyPicture(theme::kTitleBackgroundPicture);
+}
+
+void HeaderStrip::FitColumns() {
+  // Strip and grid get their places one after the other; until then there is nothing to fit the titles to.
+  if (!testAttribute(Qt::WA_Resized) || !grid_.testAttribute(Qt::WA_Resized)) return;
+  grid_.SetColWidths(widths_(grid_.ClientWidth()));
+  FollowColumns();
+}
+
+void HeaderStrip::FollowColumns() {
+  int left = 0;
+  for (int column = 0; column < static_cast<int>(labels_.size()); ++column) {
+    QLabel& label = *labels_[static_cast<size_t>(column)];
+    const int width = grid_.ColWidth(column);
+    const bool isLeft = grid_.ColumnAlignment(column) == Qt::AlignLeft;
+    label.setAlignment((isLeft ? Qt::AlignLeft : Qt::AlignHCenter) | Qt::AlignVCenter);
+    label.setIndent(isLeft ? kTextInset : 0);
+    label.setGeometry(left, 0, std::max(std::min(width, this->width() - left), 0), height());
+    FitTitle(label);
+    left += width;
+  }
+}
+
+TitleStrip::TitleStrip(const QString& caption, const QFont& font, QPoint place, QWidget* parent)
+    : PictureStrip(kHeight, parent), place_(place), caption_(new QLabel(caption, this)) {
+  caption_->setTextFormat(Qt::PlainText);
+  caption_->setFont(font);
+  PlaceCaption();
+}
+
+void TitleStrip::SetCaption(const QString& caption) {
+  caption_->setText(caption);
+  PlaceCaption();
+}
+
+void TitleStrip::ApplyTheme() {
+  SetTextColor(*caption_, ModuleHost().ColorTheme().Colors().ColorOf(theme::kSectionBigText));
+  ApplyPicture(theme::kTitleBackgroundPicture);
+}
+
+void TitleStrip::resizeEvent(QResizeEvent* event) {
+  PictureStrip::resizeEvent(event);
+  PlaceCaption();
+}
+
+void TitleStrip::PlaceCaption() {
+  // The place is that of the characters; the font may need more space around them.
+  const QSize wanted = caption_->sizeHint();
+  const int y = place_.y() + (caption_->font().pixelSize() - wanted.height()) / 2;
+  caption_->setGeometry(place_.x(), y, std::min(wanted.width(), width() - place_.x()), wanted.height());
+}
+
+}  // namespace holdwise

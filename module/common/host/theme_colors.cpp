@@ -1,0 +1,17 @@
+#include "common/host/theme_colors.h"
+
+namespace holdwise {
+
+GridColors ReadGridColors(const IColorSet& colors) {
+  GridColors read;
+  read.evenRow = colors.ColorOf(theme::kHighLight1);
+  read.oddRow = colors.ColorOf(theme::kHighLight2);
+  read.selectedRow = colors.ColorOf(theme::kRowSelect);
+  read.selectedText = colors.ColorOf(theme::kSelectedText);
+  read.unselectedText = colors.ColorOf(theme::kUnselectedText);
+  read.titleText = colors.ColorOf(theme::kGridTitleText);
+  read.background = colors.ColorOf(theme::kBackground);
+  return read;
+}
+
+}  // namespace holdwise

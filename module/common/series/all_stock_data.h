@@ -1,0 +1,75 @@
+#pragma once
+#include <QObject>
+#include <QStringList>
+#include <array>
+#include <memory>
+
+#include "common/helpers/name_value_list.h"
+#include "common/helpers/text_grid.h"
+#include "holdwise/sdk/download.h"
+
+namespace holdwise {
+
+/// The indices that risk figures refer to: Shanghai Composite, Shenzhen Component, CSI 300.
+enum TZS_TYPE { SH_T, SZ_T, HS_T };
+
+/// Risk figures of every security against each of three indices, from downloaded files, and the standard deviation of
+/// every security's daily returns, from the database. User-interface thread only.
+class TAllStockData : public QObject {
+  Q_OBJECT
+ public:
+  /// Makes and configures the download role; asks for nothing yet. Needs the module's host.
+  TAllStockData();
+
+  /// Makes the table of that index current and asks for its file when the table is empty. The table is filled when the
+  /// file has come; a download that fails, or a file that is damaged, leaves it as it is, and choosing the index again
+  /// asks again.
+  void SetZS_TYPE(TZS_TYPE type);
+  void Set_SHZS() { SetZS_TYPE(SH_T); }
+  void Set_SZZS() { SetZS_TYPE(SZ_T); }
+  void Set_HSZS() { SetZS_TYPE(HS_T); }
+
+  /// Asks for the file of the current index unless its table is there or the file on its way. A view that reads the
+  /// current table without letting the user choose an index calls it when it is shown.
+  void RequestCurrentTable();
+
+  /// The current table, Shanghai Composite's at first. Columns: 0 six-digit code, 1 beta, 2 alpha, 3 Treynor, 4 Sharpe,
+  /// then as the file has them. Owned by this object, which outlives no view; its content changes when a file comes.
+  [[nodiscard]] const TTextGrid& GetCurStringGrid() const { return grids_[static_cast<std::size_t>(type_)]; }
+  /// Is a file on its way?
+  [[nodiscard]] bool IsDownloading() const { return !underWay_.isEmpty(); }
+  /// Was the current table asked for in vain? False while its file is on its way, and after another attempt was good.
+  [[nodiscard]] bool LacksCurrentTable() const {
+    return isMissing_[static_cast<std::size_t>(type_)] && !IsDownloading();
+  }
+
+  /// Names: security codes as the database gives them; values: standard deviation, shortest decimal text. Read from the
+  /// database when that has not been done yet or an update is needed; what a failing query throws reaches the caller. A
+  /// risk file that arrives empties the list until its next reading, which it does not bring about itself; that is
+  /// intended.
+  TNameValueSnapshot GetBZCStringList();
+  /// True: reads the list again now.
+  void SetIsGetBZCStringList(bool flag);
+  void ReGetBZCStringList() { SetIsGetBZCStringList(true); }
+  /// True: the next reader of the list has it read again.
+  void SetIsNeedUpdate(bool flag) { isNeedUpdate_ = flag; }
+
+ Q_SIGNALS:
+  /// A table was filled from its file. Receivers must not throw.
+  void TableArrived();
+
+ private:
+  void ReceiveFile(const QString& fileName);
+  void ReceiveFileFail(const QString& fileName);
+
+  bool isNeedUpdate_ = false;
+  TZS_TYPE type_ = SH_T;
+  std::array<TTextGrid, 3> grids_;
+  TNameValueSnapshot deviations_;
+  bool isGet_ = false;
+  std::array<bool, 3> isMissing_{};             ///< the table was asked for and has not come
+  QStringList underWay_;                        ///< files asked for and not yet come
+  std::unique_ptr<TDSBAsynDownFileRole> role_;  ///< last member: it goes first, and with it the events
+};
+
+}  // namespace holdwise

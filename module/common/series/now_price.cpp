@@ -1,0 +1,111 @@
+#include "common/series/now_price.h"
+
+#include <utility>
+
+#include "common/host/debug_log.h"
+#include "common/series/holding_rows.h"
+#include "common/store/database.h"
+#include "common/store/statements.h"
+#include "holdwise/packet/number_text.h"
+#include "price_request.h"
+
+namespace holdwise {
+namespace {
+
+QStringList HeldCodes() {
+  const ResultSet rows = Database().Query(sql::kHeldCodes);
+  const int codeColumn = rows.Column("SECUCODE");
+  QStringList codes;
+  codes.reserve(rows.RowCount());
+  for (int row = 0; row < rows.RowCount(); ++row) codes.append(rows.TextAt(row, codeColumn));
+  return codes;
+}
+
+void StoreValues(const TNameValueList& prices, TNameValueList& values) {
+  const ResultSet holdings = Database().Query(sql::kHoldingsForNowValues);
+  const int codeColumn = holdings.Column("SECUCODE");
+  const int quantityColumn = holdings.Column("PZSL");
+  StoreSumsByPortfolio(
+      holdings,
+      [&](int row) {
+        const double price = RealOr(prices.ValueOf(SixDigitCode(holdings, row, codeColumn).View()));
+        return price * NumberAt(holdings, row, quantityColumn);
+      },
+      values);
+}
+
+}  // namespace
+
+TNowPrice::TNowPrice()
+    : prices_(std::make_shared<TNameValueList>()),
+      values_(std::make_shared<TNameValueList>()),
+      role_(MakePriceRole(QStringLiteral("FDSBVexDownDataRoleNowPrice"), QStringLiteral("TZZHHQCURRENTPRICE"),
+                          [this](const TDReply& reply) { ApplyReply(reply); })) {}
+
+void TNowPrice::SetIsGetNowPrice(bool flag) {
+  isGet_ = flag;
+  if (!flag) return;
+  const bool wasReady = isDataReady_.exchange(false);
+  try {
+    Subscribe();
+  } catch (...) {
+    isDataReady_ = wasReady;
+    throw;
+  }
+}
+
+void TNowPrice::Subscribe() {
+  const QString list = SecurityList(HeldCodes());
+  if (list.isEmpty()) {
+    hasPrices_ = true;
+    isDataReady_ = true;
+    return;
+  }
+  const QString previous = subscription_;
+  if (list != previous) hasPrices_ = false;
+  CancelSubscription();
+  role_->Send(SubscribeCommand(list));
+  subscription_ = list;
+}
+
+void TNowPrice::CancelSubscription() {
+  if (subscription_.isEmpty()) return;
+  role_->Send(CancelCommand(std::exchange(subscription_, QString())));
+}
+
+TNameValueSnapshot TNowPrice::GetNowPriceStringList() {
+  return SubscribedSnapshot(prices_);
+}
+
+TNameValueSnapshot TNowPrice::GetNowValueGroupStringList() {
+  return SubscribedSnapshot(values_);
+}
+
+TNameValueSnapshot TNowPrice::SubscribedSnapshot(const TNameValueSnapshot& list) {
+  if (!isGet_) ReGetNowPrice();
+  const std::lock_guard guard(lock_);
+  return list;
+}
+
+void TNowPrice::SetHqDataIsActive(bool /*active*/) {}
+
+void TNowPrice::ApplyReply(const TDReply& reply) {
+  const std::lock_guard oneAtATime(replyLock_);
+  try {
+    // Only replies change the lists, so they may be read here without the readers' lock.
+    auto prices = std::make_shared<TNameValueList>(*prices_);
+    if (StorePrices(reply, *prices)) {
+      auto values = std::make_shared<TNameValueList>(*values_);
+      StoreValues(*prices, *values);
+      const std::lock_guard guard(lock_);
+      prices_ = std::move(prices);
+      values_ = std::move(values);
+      hasPrices_ = true;
+    }
+  } catch (...) {  // a bus thread has nobody to hand it to
+    LogCurrentException(QStringLiteral("untcommon"), QStringLiteral("NowPriceEndOfData"));
+  }
+  isDataReady_ = true;
+}
+
+}  // namespace holdwise

@@ -1,0 +1,103 @@
+#include "common/series/user_value.h"
+
+#include "common/host/codes.h"
+#include "common/host/host_access.h"
+#include "common/series/holding_rows.h"
+#include "common/store/database.h"
+#include "common/store/statements.h"
+#include "holdwise/packet/number_text.h"
+
+namespace holdwise {
+namespace {
+
+// A reply on a bus thread may look for the object while the user-interface thread frees it; g_UserValue itself gives no
+// protection against that.
+std::mutex existingLock;
+TUserValue* existing = nullptr;
+
+}  // namespace
+
+TUserValue::TUserValue()
+    : costs_(std::make_shared<TNameValueList>()),
+      previousCloses_(std::make_shared<TNameValueList>()),
+      previousCloseValues_(std::make_shared<TNameValueList>()) {
+  const std::lock_guard guard(existingLock);
+  existing = this;
+}
+
+TUserValue::~TUserValue() {
+  const std::lock_guard guard(existingLock);
+  existing = nullptr;
+}
+
+TNameValueSnapshot PreviousCloses() {
+  const std::lock_guard guard(existingLock);
+  return existing != nullptr ? existing->GetUserPrvCloseValues() : std::make_shared<const TNameValueList>();
+}
+
+TNameValueSnapshot TUserValue::GetUserValuesStringList() {
+  const std::lock_guard guard(lock_);
+  if (!isGetSum_) ReadSums();
+  return costs_;
+}
+
+TNameValueSnapshot TUserValue::GetUserPrvCloseValues() {
+  const std::lock_guard guard(lock_);
+  if (!isGetClose_) ReadPreviousCloses();
+  return previousCloses_;
+}
+
+TNameValueSnapshot TUserValue::GetUserValuesPrvCloseValues() {
+  const std::lock_guard guard(lock_);
+  if (!isGetClose_) ReadPreviousCloses();
+  return previousCloseValues_;
+}
+
+void TUserValue::SetIsGetUserValue_Sum(bool flag) {
+  const std::lock_guard guard(lock_);
+  isGetSum_ = flag;
+  if (flag) ReadSums();
+}
+
+void TUserValue::SetIsGetUserCloseValue(bool flag) {
+  const std::lock_guard guard(lock_);
+  isGetClose_ = flag;
+  if (flag) ReadPreviousCloses();
+}
+
+void TUserValue::SetIsNeedUpdate(bool flag) {
+  if (!flag) return;
+  ReGetUserValue_Sum();
+  ReGetUserCloseValue();
+}
+
+void TUserValue::ReadSums() {
+  isGetSum_ = true;
+  const ResultSet rows = Database().Query(sql::kPortfolioCosts);
+  auto costs = std::make_shared<TNameValueList>(*costs_);
+  const int idColumn = rows.Column("MAINID");
+  const int sumColumn = rows.Column("SUM_VALUE");
+  for (int row = 0; row < rows.RowCount(); ++row) costs->Set(rows.TextAt(row, idColumn), rows.TextAt(row, sumColumn));
+  costs_ = std::move(costs);
+}
+
+void TUserValue::ReadPreviousCloses() {
+  isGetClose_ = true;
+  const ResultSet holdings = Database().Query(sql::kHoldingsForPreviousCloses);
+  auto closes = std::make_shared<TNameValueList>(*previousCloses_);
+  auto values = std::make_shared<TNameValueList>(*previousCloseValues_);
+  const int codeColumn = holdings.Column("SECUCODE");
+  const int quantityColumn = holdings.Column("PZSL");
+  const TDataCenter& dataCenter = ModuleHost().DataCenter();
+  const auto valueOfRow = [&](int row) {
+    const QString code = holdings.TextAt(row, codeColumn);
+    const double close = dataCenter.StockNowData(static_cast<int>(IntegerOr(code))).previousClose;
+    closes->Set(GetCodeCNum(code), FormatFixed(close, 2));
+    return NumberAt(holdings, row, quantityColumn) * close;
+  };
+  StoreSumsByPortfolio(holdings, valueOfRow, *values);
+  previousCloses_ = std::move(closes);
+  previousCloseValues_ = std::move(values);
+}
+
+}  // namespace holdwise

@@ -1,0 +1,50 @@
+#pragma once
+#include <mutex>
+
+#include "common/helpers/name_value_list.h"
+
+namespace holdwise {
+
+/// Cost of every portfolio, previous close of every held security, value of every portfolio at those previous closes.
+/// Any thread: a bus reply may need the previous closes. What a failing query throws reaches the caller. Lists are
+/// added to, never emptied: names that are no longer present keep their values. At most one object exists at a time.
+class TUserValue {
+ public:
+  TUserValue();
+  ~TUserValue();
+  TUserValue(const TUserValue&) = delete;
+  TUserValue& operator=(const TUserValue&) = delete;
+
+  /// Names: portfolio ids; values: sum of quantity x buy price, yuan, as the database gives it as text. A portfolio
+  /// without holdings has no line. Read from the database on first use.
+  TNameValueSnapshot GetUserValuesStringList();
+  /// Names: six-digit codes; values: previous close in yuan, "0.00". Read on first use, like the next.
+  TNameValueSnapshot GetUserPrvCloseValues();
+  /// Names: portfolio ids; values: sum of quantity x previous close, yuan, shortest decimal text.
+  TNameValueSnapshot GetUserValuesPrvCloseValues();
+
+  /// True: reads the costs (previous closes and values) again now.
+  void SetIsGetUserValue_Sum(bool flag);
+  void SetIsGetUserCloseValue(bool flag);
+  void ReGetUserValue_Sum() { SetIsGetUserValue_Sum(true); }
+  void ReGetUserCloseValue() { SetIsGetUserCloseValue(true); }
+  /// True: reads everything again at once, unlike TClosePrice, which waits for the next reader.
+  void SetIsNeedUpdate(bool flag);
+
+ private:
+  void ReadSums();
+  void ReadPreviousCloses();
+
+  std::mutex lock_;  ///< held while reading too, so that a second reader waits for the first one's lists
+  bool isGetSum_ = false;
+  bool isGetClose_ = false;
+  TNameValueSnapshot costs_;
+  TNameValueSnapshot previousCloses_;
+  TNameValueSnapshot previousCloseValues_;
+};
+
+/// GetUserPrvCloseValues() of the existing TUserValue; an empty list when there is none. For bus replies: safe from any
+/// thread while the user-interface thread creates or frees the object.
+[[nodiscard]] TNameValueSnapshot PreviousCloses();
+
+}  // namespace holdwise

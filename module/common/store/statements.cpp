@@ -1,0 +1,153 @@
+#include "common/store/statements.h"
+
+#include "common/helpers/date_text.h"
+#include "common/helpers/day_range.h"
+
+namespace holdwise::sql {
+namespace {
+
+QString Quoted(const QString& text) {
+  return QLatin1Char('\'') + text + QLatin1Char('\'');
+}
+
+}  // namespace
+
+QString PortfolioByName(const QString& name) {
+  return QStringLiteral("select * from alg_commain where COMNAME = ") + Quoted(name);
+}
+
+QString DeleteRecord(const QString& name) {
+  static const QString kBlock = QStringLiteral(
+      "execute block\n"
+      "as\n"
+      "declare id int ;\n"
+      "begin\n"
+      "  select ID from alg_commain where COMNAME = '%s' into :id;\n"
+      "  if (:id<>0) then\n"
+      "  begin\n"
+      "    delete from alg_commain where id = :id;\n"
+      "    delete from alg_comdetail where mainid = :id;\n"
+      "  end\n"
+      "end");
+  return QString(kBlock).replace(QStringLiteral("%s"), name);
+}
+
+QString HoldingsOf(const QString& portfolioId) {
+  return QStringLiteral("select * from alg_comdetail where MAINID =") + portfolioId;
+}
+
+QString CodesOf(const QString& portfolioId) {
+  return QStringLiteral("select SECUCODE from alg_comdetail where mainid = ") + portfolioId;
+}
+
+QString LatestDayOf(const QString& code) {
+  return kLatestDay + QStringLiteral(" and SecuCode = ") + code;
+}
+
+QString HeldCloses(PeriodType type, const TDayRange& range) {
+  return QStringLiteral("select SECUCODE, CLOSEPRICE from ALG_STOCKSTATISTIC where HqType = ") +
+         QString::number(static_cast<int>(type)) +
+         QStringLiteral(" and  SECUCODE in (select distinct SECUCODE from alg_comdetail) and HqDate >= ") +
+         DayNumberText(range.first) + QStringLiteral(" and HqDate <= ") + DayNumberText(range.second);
+}
+
+QString RestoreHolding(const HoldingTexts& holding) {
+  return QStringLiteral("insert into alg_comdetail (ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE) values (") + holding.id +
+         QLatin1Char(',') + holding.portfolioId + QLatin1Char(',') + holding.code + QLatin1Char(',') +
+         holding.quantity + QLatin1Char(',') + holding.weight + QLatin1Char(',') + holding.buyPrice + QLatin1Char(')');
+}
+
+QString RestorePortfolio(const PortfolioTexts& portfolio) {
+  return QStringLiteral(
+             "insert into alg_commain (ID,COMNAME,ZSCLOSEPRICE,MBSYL,FC,BETA,ISFINISHED,EDITDATE,SAVEFLAG)values(") +
+         portfolio.id + QLatin1Char(',') + Quoted(portfolio.name) + QLatin1Char(',') + portfolio.indexClose +
+         QStringLiteral(",0,0,0,0,") + Quoted(portfolio.editDate) + QLatin1Char(',') + portfolio.saveFlag +
+         QLatin1Char(')');
+}
+
+QString SetHoldingGenerator(qint64 value) {
+  return QStringLiteral("SET GENERATOR ALG_ROWID_DETAIL TO ") + QString::number(value);
+}
+
+QString SetPortfolioGenerator(qint64 value) {
+  return QStringLiteral("SET GENERATOR alg_rowid_main TO ") + QString::number(value);
+}
+
+QString TextLiteral(const QString& text) {
+  return Quoted(QString(text).replace(QLatin1Char('\''), QStringLiteral("''")));
+}
+
+QString IndexCloses(int indexNumber) {
+  return QStringLiteral("select ClosePrice from ALG_STOCKSTATISTIC  where (SECUCODE=") + QString::number(indexNumber) +
+         QStringLiteral(") and (HqType = 0) order by HQDATE desc");
+}
+
+QString IndexOldCloses(int indexNumber) {
+  return QStringLiteral("select OldClosePrice from ALG_STOCKSTATISTIC  where (SECUCODE=") +
+         QString::number(indexNumber) + QStringLiteral(") and (HqType = 0) order by HQDATE desc");
+}
+
+QString FirstCalculation(const QString& today) {
+  return QStringLiteral("execute procedure INITFIRSTCALC(") + Quoted(today) + QLatin1Char(')');
+}
+
+QString CalculatePortfolio(const QString& portfolioId) {
+  return QStringLiteral("execute procedure SP_GETBETA(1,") + portfolioId + QLatin1Char(')');
+}
+
+QString InsertStatistic(const StatisticTexts& row) {
+  static const QString kBeginning = QStringLiteral(
+      "insert into alg_stockstatistic (secucode,closeprice,hqtype,rowid,ggqjsyl,pjsyl,hqdate,oldcloseprice,sylbzc,"
+      "islastday,startdate,enddate) values(");
+  const auto latin1 = [](const std::string& text) {
+    return QLatin1String(text.data(), static_cast<qsizetype>(text.size()));
+  };
+  QString statement;
+  statement.reserve(kBeginning.size() + 160);
+  statement += kBeginning;
+  statement += latin1(row.code);
+  for (const std::string* value :
+       {&row.closePrice, &row.hqType, &row.rowId, &row.periodReturn, &row.meanReturn, &row.hqDate, &row.oldClosePrice,
+        &row.deviation, &row.isLastDay, &row.startDate, &row.endDate}) {
+    statement += QLatin1Char(',');
+    statement += latin1(*value);
+  }
+  statement += QLatin1Char(')');
+  return statement;
+}
+
+QString DeleteStatistics(const QString& code) {
+  return QStringLiteral("delete from alg_stockstatistic where secucode = ") + code;
+}
+
+QString DeleteStatisticsBetween(const QString& code, int fromDay, int toDay) {
+  return DeleteStatistics(code) + QStringLiteral(" and hqdate between ") + QString::number(fromDay) +
+         QStringLiteral(" and ") + QString::number(toDay);
+}
+
+QString DeleteStatisticsBefore(const QString& day, const QString& code) {
+  return QStringLiteral("delete from alg_stockstatistic where hqdate < ") + day + QStringLiteral(" and secucode = ") +
+         code;
+}
+
+QString DeleteSeriesBefore(const QString& day, const QString& code, const QString& hqType) {
+  return DeleteStatisticsBefore(day, code) + QStringLiteral(" and hqtype = ") + hqType;
+}
+
+QString ClearLastDay(const QString& code) {
+  return QStringLiteral("update alg_stockstatistic set islastday = 0 where secucode = ") + code;
+}
+
+QString InsertInterestRate(const QStringList& literals) {
+  return QStringLiteral(
+             "insert into alg_rmbinterestrate (ID,SOURCEID,SOURCEDB,SOURCETABLE,UPDATEID,CTIME,UPTIME,ISVAILD,REMARK,"
+             "DEPOSITTYPE,TERM,INTERESTCHANGEDATE,INTEREST,INTERESTCODE) values (") +
+         literals.join(QLatin1Char(',')) + QLatin1Char(')');
+}
+
+QString InsertEstimateValue(const QString& id, const QString& codeLiteral, const QString& price) {
+  return QStringLiteral("insert into ALG_STOCKESTIMATEVALUE (ID,SECUCODE,CTIME,PRICE) values (") + id +
+         QLatin1Char(',') + codeLiteral + QStringLiteral(",19910101,") + price + QLatin1Char(')');
+}
+
+}  // namespace holdwise::sql

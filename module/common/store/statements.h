@@ -1,0 +1,107 @@
+#pragma once
+#include <QString>
+#include <QStringList>
+#include <string>
+
+#include "common/helpers/day_range.h"
+
+/// Every statement of the module, once. Values are pasted in as they stand, as the host's service expects them: numbers
+/// and day numbers plain, names and dates in single quotes, nothing escaped. A name with a single quote therefore
+/// breaks its statement, and the database refuses it.
+namespace holdwise::sql {
+
+/// Portfolios.
+inline const QString kAllPortfolios = QStringLiteral("select * from alg_commain");
+inline const QString kSavedPortfolios = QStringLiteral("select * from alg_commain where SAVEFLAG = 1 order by ID desc");
+inline const QString kCountPortfolios = QStringLiteral("select Count(*) from alg_commain");
+inline const QString kCountSavedPortfolios = QStringLiteral("select Count(*) from alg_commain where SAVEFLAG = 1");
+inline const QString kCountUnsavedPortfolios = QStringLiteral("select Count(*) from alg_commain where SAVEFLAG <> 1");
+inline const QString kNextPortfolioId = QStringLiteral("select gen_id(ALG_ROWID_MAIN,1) from rdb$database");
+[[nodiscard]] QString PortfolioByName(const QString& name);
+/// Deletes the header and the holdings of the named portfolio in one statement.
+[[nodiscard]] QString DeleteRecord(const QString& name);
+
+/// Holdings.
+inline const QString kAllHoldings = QStringLiteral("select * from alg_comdetail");
+inline const QString kCountHoldings = QStringLiteral("select Count(*) from alg_comdetail");
+inline const QString kHeldCodes = QStringLiteral("select distinct SECUCODE from alg_comdetail");
+inline const QString kHoldingsForNowValues =
+    QStringLiteral("select  SECUCODE,Mainid,PZSL from alg_comdetail order by MainId");
+inline const QString kHoldingsForPreviousCloses =
+    QStringLiteral("select PZSL,MAINID,SecuCode from alg_comdetail order by MAINID");
+inline const QString kSavedHoldingsForCloses = QStringLiteral(
+    "select MainID,SecuCode,PZSL from alg_comdetail where MainID in (select ID from alg_commain where SAVEFLAG = 1) "
+    "order by MainID");
+inline const QString kPortfolioCosts =
+    QStringLiteral("select MainId,Sum(PZSL*BUYPRICE) as sum_value from alg_comdetail group by MainId");
+[[nodiscard]] QString HoldingsOf(const QString& portfolioId);
+[[nodiscard]] QString CodesOf(const QString& portfolioId);
+
+/// Statistics.
+inline const QString kLatestDay = QStringLiteral("select Max(HQDate) from alg_stockstatistic where hqtype = 0");
+[[nodiscard]] QString LatestDayOf(const QString& code);
+enum class PeriodType { Week = 1, Month = 2 };
+/// Closes of the held securities whose period ends inside the range.
+[[nodiscard]] QString HeldCloses(PeriodType type, const TDayRange& range);
+
+/// Exchange files: rows with their own ids, then the generators moved past them. All values are texts of the file.
+struct HoldingTexts {
+  QString id, portfolioId, code, quantity, weight, buyPrice;
+};
+[[nodiscard]] QString RestoreHolding(const HoldingTexts& holding);
+struct PortfolioTexts {
+  QString id, name, indexClose, editDate, saveFlag;
+};
+/// The figures are stored as 0 and unfinished: the statistics engine makes them again.
+[[nodiscard]] QString RestorePortfolio(const PortfolioTexts& portfolio);
+[[nodiscard]] QString SetHoldingGenerator(qint64 value);
+[[nodiscard]] QString SetPortfolioGenerator(qint64 value);
+
+/// A text as a literal that keeps every character: single quotes are doubled. For texts of files, which must survive as
+/// they are; names that a view takes from the user are pasted without it.
+[[nodiscard]] QString TextLiteral(const QString& text);
+
+/// Index risk data and the stress test.
+inline const QString kDeviations =
+    QStringLiteral("select distinct secucode,sylbzc from alg_stockstatistic where Hqtype = 0 order by secucode");
+inline const QString kSavedHoldings = QStringLiteral(
+    "select * from alg_comdetail where MainID in (select ID from alg_commain where SAVEFLAG = 1) order by MainID");
+/// Closes of an index (1, 399001, 399300) and the closes before them, latest day first.
+[[nodiscard]] QString IndexCloses(int indexNumber);
+[[nodiscard]] QString IndexOldCloses(int indexNumber);
+
+/// Recalculation: which portfolios are unfinished, what they hold, and the procedures that finish them.
+inline const QString kCountUnfinished = QStringLiteral("select Count(ID) from alg_commain where isFinished = 0");
+inline const QString kCountUnfinishedSaved =
+    QStringLiteral("select Count(ID) from alg_commain where isFinished = 0 and SAVEFLAG = 1");
+inline const QString kCountUnfinishedParts = QStringLiteral("select count(ID) from alg_commain where isFinished = 0 ");
+inline const QString kUnfinishedPortfolios = QStringLiteral("select ID from alg_commain where isFinished = 0");
+inline const QString kUnfinishedCodes = QStringLiteral(
+    "select distinct secucode from alg_comdetail a,alg_commain b where a.Mainid = b.Id and b.isFinished = 0");
+inline const QString kCountUnfinishedCodes = QStringLiteral(
+    "select count(distinct secucode) from alg_comdetail a,alg_commain b where a.Mainid = b.Id and b.isFinished = 0 ");
+/// `today` is the host's current date, "YYYY-MM-DD".
+[[nodiscard]] QString FirstCalculation(const QString& today);
+[[nodiscard]] QString CalculatePortfolio(const QString& portfolioId);
+
+/// Base data. All values are texts that were checked to be plain numbers. Those of a row are not QStrings: a thousand
+/// files have four million, and most of them fit into a std::string without memory of its own.
+struct StatisticTexts {
+  std::string code, closePrice, hqType, rowId, periodReturn, meanReturn, hqDate, oldClosePrice, deviation, isLastDay;
+  std::string startDate, endDate;
+};
+[[nodiscard]] QString InsertStatistic(const StatisticTexts& row);
+[[nodiscard]] QString DeleteStatistics(const QString& code);
+/// Rows of one security between two days, both included.
+[[nodiscard]] QString DeleteStatisticsBetween(const QString& code, int fromDay, int toDay);
+[[nodiscard]] QString DeleteStatisticsBefore(const QString& day, const QString& code);
+[[nodiscard]] QString DeleteSeriesBefore(const QString& day, const QString& code, const QString& hqType);
+[[nodiscard]] QString ClearLastDay(const QString& code);
+
+/// Reference tables. The values of a row are literals in the order of the columns.
+inline const QString kDeleteInterestRates = QStringLiteral("delete from alg_rmbinterestrate");
+inline const QString kDeleteEstimateValues = QStringLiteral("delete from ALG_STOCKESTIMATEVALUE");
+[[nodiscard]] QString InsertInterestRate(const QStringList& literals);
+[[nodiscard]] QString InsertEstimateValue(const QString& id, const QString& codeLiteral, const QString& price);
+
+}  // namespace holdwise::sql
