@@ -32,12 +32,15 @@ constexpr int kLinkMargin = 14;
 constexpr auto kPricePeriod = 3000ms;
 constexpr auto kRecalcDelay = 1000ms;
 
-constexpr int kSmartAllocation = 1001;
-constexpr int kPortfolioEditor = 1002;
+/// A node the table does not know rests on saved portfolios.
+RestsOn RestOf(int frameId) {
+  const TNodeData* node = FindNode(frameId);
+  return node == nullptr ? RestsOn::Saved : node->restsOn;
+}
 
-/// Views with prices in them.
 bool IsLive(int frameId) {
-  return frameId == 2001 || frameId == 3001 || frameId == 3002;
+  const TNodeData* node = FindNode(frameId);
+  return node != nullptr && node->isLive;
 }
 
 QString Unit() {
@@ -144,31 +147,49 @@ int TMainFrm::GetFID(int nodeId) {
 void TMainFrm::dxTLChangeNode(const QTreeWidgetItem* newNode) {
   TViewFrame* previous = std::exchange(FCurFrame, nullptr);
   if (newNode == nullptr) return;
-  // A node without a view leaves the previous one on screen, but no longer current: intended.
-  const ViewEntry* view = FindView(GetFID(NavigationTree::IdOf(newNode)));
-  if (view == nullptr) return;
+  const int frameId = GetFID(NavigationTree::IdOf(newNode));
+  const TNodeData* view = FindView(frameId);
+  if (view == nullptr) {
+    // A node that the table does not know leaves the previous view on screen, but no longer current: intended.
+    if (FindNode(frameId) != nullptr) ShowMissingView(*newNode);
+    return;
+  }
   const auto refresh = qScopeGuard([this] { ModuleHost().System().RefreshWorkArea(RzPanel4); });
   ShowView(*view, *newNode, previous);
 }
 
-void TMainFrm::ShowView(const ViewEntry& view, const QTreeWidgetItem& node, TViewFrame* previous) {
+QString TMainFrm::CaptionFor(const QTreeWidgetItem& node) {
   const bool isGroup = NavigationTree::IdOf(&node) % 1000 == 0;
-  RzPanel3->SetCaption(NavigationTree::CaptionOf(isGroup ? node.child(0) : &node));
+  return NavigationTree::CaptionOf(isGroup ? node.child(0) : &node);
+}
+
+void TMainFrm::ShowMissingView(const QTreeWidgetItem& node) {
+  // Before the first selection of a user the page invites to make one.
+  if (FFrameList.empty() && &node == tree_->topLevelItem(0)) return;
+  const QString caption = CaptionFor(node);
+  RzPanel3->SetCaption(caption);
+  RzPanel3->SetNotice({}, {});
+  welcome_->setText(QStringLiteral("“%1”页面还没有提供，请选择左侧的其他页面。").arg(caption));
+  views_->setCurrentWidget(welcome_);
+}
+
+void TMainFrm::ShowView(const TNodeData& view, const QTreeWidgetItem& node, TViewFrame* previous) {
+  RzPanel3->SetCaption(CaptionFor(node));
   const auto cached = std::find_if(FFrameList.begin(), FFrameList.end(),
-                                   [&](const TViewFrame* frame) { return frame->Tag() == view.frameId; });
+                                   [&](const TViewFrame* frame) { return frame->Tag() == view.Id; });
   if (cached != FFrameList.end()) {
     FCurFrame = *cached;
   } else {
     FCurFrame = view.make().release();
-    FCurFrame->SetTag(view.frameId);
+    FCurFrame->SetTag(view.Id);
     views_->addWidget(FCurFrame);
     FFrameList.push_back(FCurFrame);
   }
   views_->setCurrentWidget(FCurFrame);
   if (previous != nullptr && previous != FCurFrame) SendFrameMessage(*previous, FrameMessage::Hidden);
   SendInit();
-  Label1->setVisible(view.frameId == kSmartAllocation);
-  if (view.frameId != kSmartAllocation) EnableTimer1();
+  Label1->setVisible(view.restsOn == RestsOn::Nothing);
+  if (view.restsOn != RestsOn::Nothing) EnableTimer1();
 }
 
 void TMainFrm::SendInit() {
@@ -195,9 +216,10 @@ void TMainFrm::FinalProc() {
 void TMainFrm::Timer1Timer() {
   Timer1.stop();
   const int frameId = GetFID(NavigationTree::IdOf(tree_->currentItem()));
-  if (frameId == kSmartAllocation) return;
+  const RestsOn restsOn = RestOf(frameId);
+  if (restsOn == RestsOn::Nothing) return;
   if (Database().Count(sql::kCountPortfolios) <= 0) return;
-  const QString& relevant = frameId == kPortfolioEditor ? sql::kCountUnsavedPortfolios : sql::kCountSavedPortfolios;
+  const QString& relevant = restsOn == RestsOn::Unsaved ? sql::kCountUnsavedPortfolios : sql::kCountSavedPortfolios;
   if (Database().Count(relevant) == 0) return;
   const QPointer<TMainFrm> alive(this);
   DownData();
@@ -236,7 +258,7 @@ void TMainFrm::DataChanged() {
   g_NowPrice->ReGetNowPrice();
   if (FCurFrame == nullptr) return;
   SendInit();
-  if (FCurFrame->Tag() != kSmartAllocation) EnableTimer1();
+  if (RestOf(FCurFrame->Tag()) != RestsOn::Nothing) EnableTimer1();
 }
 
 void TMainFrm::MakeSkin() {

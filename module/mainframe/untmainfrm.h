@@ -51,7 +51,10 @@ class TMainFrm : public QWidget {
   void BuildPanels();
   void BuildTimers();
   void dxTLChangeNode(const QTreeWidgetItem* newNode);
-  void ShowView(const struct ViewEntry& view, const QTreeWidgetItem& node, TViewFrame* previous);
+  [[nodiscard]] static QString CaptionFor(const QTreeWidgetItem& node);
+  /// Says on the page that this build has no view for a node of the table.
+  void ShowMissingView(const QTreeWidgetItem& node);
+  void ShowView(const TNodeData& view, const QTreeWidgetItem& node, TViewFrame* previous);
   void Timer1Timer();
   void Timer_NowPriceTimer();
   void g_TimerOnTimer();

@@ -1,33 +1,35 @@
 #pragma once
 #include <QString>
 #include <array>
-#include <functional>
 #include <memory>
-#include <span>
 
 #include "common/frames/view_frame.h"
 
 namespace holdwise {
 
-/// One entry of the navigation tree.
+/// Which portfolios a view rests on: when there are none of them, nothing is calculated for it.
+enum class RestsOn {
+  Nothing,  ///< the view is never calculated for
+  Unsaved,  ///< those still being edited
+  Saved
+};
+
+/// One entry of the navigation tree, and the view it shows.
 struct TNodeData {
   int Id = 0;
   int ParentId = 0;  ///< 0 for a top-level node
   QString Text;
+  std::unique_ptr<TViewFrame> (*make)() = nullptr;  ///< null for a group, and for a view that this build lacks
+  bool isLive = false;                              ///< prices are in it: it is told when they were read again
+  RestsOn restsOn = RestsOn::Saved;
 };
 
-/// The navigation tree, parents before children.
+/// The navigation tree, parents before children. A view is one row here and one folder of its own.
 extern const std::array<TNodeData, 10> Nodes;
 
-/// One view of the module.
-struct ViewEntry {
-  int frameId = 0;  ///< node id of the view
-  std::function<std::unique_ptr<TViewFrame>()> make;
-};
-
-/// The views of this build. A node without an entry has no view: selecting it changes nothing.
-[[nodiscard]] std::span<const ViewEntry> ViewTable();
-/// The entry of a frame id; null when there is none.
-[[nodiscard]] const ViewEntry* FindView(int frameId);
+/// The node with that id; null when there is none.
+[[nodiscard]] const TNodeData* FindNode(int id);
+/// The same when it has a view; null otherwise.
+[[nodiscard]] const TNodeData* FindView(int frameId);
 
 }  // namespace holdwise

@@ -75,6 +75,16 @@ bool HoldwiseViewCatalogue::SelectPortfolio(const QString& portfolioId) {
   return frame != nullptr && frame->SelectPortfolio(portfolioId);
 }
 
+std::vector<ViewCatalogue::Input> HoldwiseViewCatalogue::Inputs() const {
+  const TViewFrame* frame = CurFrame();
+  return frame == nullptr ? std::vector<Input>{} : frame->Inputs();
+}
+
+QString HoldwiseViewCatalogue::SetInput(const QString& name, const QString& value) {
+  TViewFrame* frame = CurFrame();
+  return frame == nullptr ? QStringLiteral("没有打开的页面。") : frame->SetInput(name, value);
+}
+
 void HoldwiseViewCatalogue::DataChanged() {
   if (!mainFrame_.isNull()) mainFrame_->DataChanged();
 }

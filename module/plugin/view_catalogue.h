@@ -24,6 +24,8 @@ class HoldwiseViewCatalogue final : public ViewCatalogue {
   [[nodiscard]] std::vector<GridText> Grids() const override;
   [[nodiscard]] Holdings HoldingsGrid() const override;
   bool SelectPortfolio(const QString& portfolioId) override;
+  [[nodiscard]] std::vector<Input> Inputs() const override;
+  QString SetInput(const QString& name, const QString& value) override;
   void DataChanged() override;
 
  private:

@@ -11,11 +11,11 @@ namespace {
 
 TEST(RiskLayoutTest, ColumnsAreEqualSharesAndTheLastTakesTheRest) {
   // 1003 = 5 x 200 + 3 = 6 x 167 + 1
-  EXPECT_EQ(PortfolioWidths(1003), std::vector<int>({200, 200, 200, 200, 203, 0}));
-  EXPECT_EQ(SecurityWidths(1003), std::vector<int>({167, 167, 167, 167, 167, 168}));
+  EXPECT_EQ(WidthsOf(PortfolioTable(), 1003), std::vector<int>({200, 200, 200, 200, 203, 0}));
+  EXPECT_EQ(WidthsOf(SecurityTable(), 1003), std::vector<int>({167, 167, 167, 167, 167, 168}));
   for (int width = 0; width < 2000; width += 7) {
-    const auto portfolios = PortfolioWidths(width);
-    const auto securities = SecurityWidths(width);
+    const auto portfolios = WidthsOf(PortfolioTable(), width);
+    const auto securities = WidthsOf(SecurityTable(), width);
     EXPECT_EQ(portfolios.size(), static_cast<std::size_t>(kPortfolioColumns));
     EXPECT_EQ(securities.size(), static_cast<std::size_t>(kSecurityColumns));
     EXPECT_EQ(std::accumulate(portfolios.begin(), portfolios.end(), 0), width);
@@ -24,10 +24,10 @@ TEST(RiskLayoutTest, ColumnsAreEqualSharesAndTheLastTakesTheRest) {
 }
 
 TEST(RiskLayoutTest, TitlesAreEleven) {
-  EXPECT_EQ(PortfolioTitles(),
+  EXPECT_EQ(TitlesOf(PortfolioTable()),
             QStringList({QStringLiteral("组合名称"), QStringLiteral("方差"), QStringLiteral("标准差"),
                          QStringLiteral("Alpha系数"), QStringLiteral("BETA系数")}));
-  EXPECT_EQ(SecurityTitles(),
+  EXPECT_EQ(TitlesOf(SecurityTable()),
             QStringList({QStringLiteral("股票代码"), QStringLiteral("股票名称"), QStringLiteral("方差"),
                          QStringLiteral("标准差"), QStringLiteral("Alpha系数"), QStringLiteral("BETA系数")}));
 }

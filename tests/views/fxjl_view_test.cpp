@@ -259,7 +259,7 @@ TEST_F(RiskView, ColumnsFollowTheWidth) {
     for (const HeaderStrip* strip : frame->findChildren<HeaderStrip*>()) {
       const bool isList = strip->Labels().size() == 5;
       const TStringGrid& grid = isList ? *portfolios : *holdings;
-      const std::vector<int> widths = (isList ? PortfolioWidths : SecurityWidths)(grid.ClientWidth());
+      const std::vector<int> widths = WidthsOf(isList ? PortfolioTable() : SecurityTable(), grid.ClientWidth());
       for (int column = 0; column < static_cast<int>(strip->Labels().size()); ++column) {
         EXPECT_EQ(grid.ColWidth(column), widths[static_cast<size_t>(column)]) << width << ' ' << column;
         EXPECT_EQ(strip->Labels()[static_cast<size_t>(column)]->toolTip(), QString()) << "the title fits";

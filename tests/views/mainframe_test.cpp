@@ -14,6 +14,7 @@ namespace {
 
 constexpr int kPerformance = 2001;
 constexpr int kRisk = 2002;
+constexpr int kSmartAllocation = 1001;
 
 class MainFrame : public testing::Test {
  protected:
@@ -180,6 +181,24 @@ TEST_F(MainFrame, ANodeWithoutAViewLeavesTheOldOneOnScreenButNotCurrent) {
   bench.ClickNode(kPerformance);
   EXPECT_EQ(bench.mainFrame->CurFrame(), frame);
   EXPECT_EQ(spy.Count(FrameMessage::Init), 1);
+}
+
+TEST_F(MainFrame, ANodeWhoseViewIsNotThereYetSaysSoInsteadOfShowingOldPrices) {
+  Open();
+  bench.ClickNode(kPerformance);
+  TViewFrame* frame = bench.mainFrame->CurFrame();
+  const int before = static_cast<int>(bench.mainFrame->FrameList().size());
+  bench.ClickNode(kSmartAllocation);
+  const QLabel* notice = LabelWith(QStringLiteral("“智能配置”页面还没有提供，请选择左侧的其他页面。"));
+  ASSERT_NE(notice, nullptr);
+  EXPECT_TRUE(notice->isVisible());
+  EXPECT_FALSE(frame->isVisible());
+  EXPECT_NE(LabelWith(QStringLiteral("智能配置")), nullptr) << "the page's title";
+  EXPECT_EQ(bench.mainFrame->CurFrame(), nullptr);
+  EXPECT_EQ(static_cast<int>(bench.mainFrame->FrameList().size()), before);
+  bench.ClickNode(kPerformance);
+  EXPECT_TRUE(frame->isVisible());
+  EXPECT_FALSE(notice->isVisible());
 }
 
 TEST_F(MainFrame, BeforeAnyViewTheWelcomeShowsAndTheStockPoolLinkDoesNot) {

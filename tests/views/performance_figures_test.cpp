@@ -89,26 +89,27 @@ TEST(WeightTextTest, IsThePercentageOfTheFraction) {
 
 TEST(PerformanceLayoutTest, PortfolioColumnsFillTheWidth) {
   // 1000 = 9 x 111 + 1
-  EXPECT_EQ(performance::PortfolioWidths(1000), std::vector<int>({141, 111, 111, 111, 111, 111, 111, 111, 82, 0}));
+  EXPECT_EQ(WidthsOf(performance::PortfolioTable(), 1000),
+            std::vector<int>({141, 111, 111, 111, 111, 111, 111, 111, 82, 0}));
   for (int width = 200; width < 2000; width += 7) {
-    const auto widths = performance::PortfolioWidths(width);
+    const auto widths = WidthsOf(performance::PortfolioTable(), width);
     EXPECT_EQ(std::accumulate(widths.begin(), widths.end(), 0), width);
   }
 }
 
 TEST(PerformanceLayoutTest, HoldingColumnsExceedTheWidthByTheirAdditions) {
   // 1000 = 12 x 83 + 4; the additions are -10 + 16 - 5 + 5 + 10 = 16.
-  EXPECT_EQ(performance::HoldingWidths(1000),
+  EXPECT_EQ(WidthsOf(performance::HoldingTable(), 1000),
             std::vector<int>({73, 83, 99, 83, 78, 83, 83, 83, 83, 83, 88, 97, 0, 0, 0}));
   for (int width = 200; width < 2000; width += 7) {
-    const auto widths = performance::HoldingWidths(width);
+    const auto widths = WidthsOf(performance::HoldingTable(), width);
     EXPECT_EQ(std::accumulate(widths.begin(), widths.end(), 0), width + 16);
   }
 }
 
 TEST(PerformanceLayoutTest, TitlesAreTwentyOne) {
-  EXPECT_EQ(performance::PortfolioTitles().size(), 9);
-  EXPECT_EQ(performance::HoldingTitles().size(), 12);
+  EXPECT_EQ(TitlesOf(performance::PortfolioTable()).size(), 9);
+  EXPECT_EQ(TitlesOf(performance::HoldingTable()).size(), 12);
 }
 
 }  // namespace

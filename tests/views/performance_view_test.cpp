@@ -276,11 +276,11 @@ TEST_F(PerformanceView, ColumnsFollowTheWidth) {
   for (const int width : {900, 1024, 1920}) {
     bench.mainFrame->resize(width, 640);
     QTest::qWait(20);
-    const auto portfolioWidths = PortfolioWidths(portfolios->ClientWidth());
+    const auto portfolioWidths = WidthsOf(PortfolioTable(), portfolios->ClientWidth());
     for (int column = 0; column < kPortfolioColumns - 1; ++column) {
       EXPECT_EQ(portfolios->ColWidth(column), portfolioWidths[static_cast<size_t>(column)]) << width << ' ' << column;
     }
-    EXPECT_EQ(holdings->ColWidth(kIndustry), HoldingWidths(holdings->ClientWidth())[kIndustry]);
+    EXPECT_EQ(holdings->ColWidth(kIndustry), WidthsOf(HoldingTable(), holdings->ClientWidth())[kIndustry]);
     EXPECT_TRUE(holdings->isColumnHidden(kBuyPrice));
   }
 }

@@ -2,6 +2,7 @@
 
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "common/grid/cell_geometry.h"
 #include "common/grid/string_grid.h"
@@ -23,6 +24,10 @@ void SetPanelColor(QWidget& panel, const QColor& color) {
   palette.setColor(QPalette::Window, color);
   panel.setPalette(palette);
   panel.setAutoFillBackground(true);
+}
+
+QColor ThemeBackground() {
+  return ModuleHost().ColorTheme().Colors().ColorOf(theme::kBackground);
 }
 
 void SetTextColor(QWidget& label, const QColor& color) {
@@ -64,12 +69,10 @@ void PictureStrip::resizeEvent(QResizeEvent* event) {
   picture_->setGeometry(rect());
 }
 
-HeaderStrip::HeaderStrip(TStringGrid& grid, const GridDesign& design, QWidget* parent)
-    : PictureStrip(kHeight, parent), grid_(grid), widths_(design.widths) {
-  grid.SetColCount(design.columns);
-  grid.SetTitles(design.titles);
-  grid.SetHiddenColumns(design.hiddenColumns);
-  for (const QString& title : design.titles) {
+HeaderStrip::HeaderStrip(TStringGrid& grid, ColumnTable columns, QWidget* parent)
+    : PictureStrip(kHeight, parent), grid_(grid), columns_(std::move(columns)) {
+  ApplyColumns(columns_, grid);
+  for (const QString& title : TitlesOf(columns_)) {
     auto* label = new QLabel(title, this);
     label->setFont(DesignFont());
     labels_.push_back(label);
@@ -87,7 +90,7 @@ void HeaderStrip::ApplyTheme() {
 void HeaderStrip::FitColumns() {
   // Strip and grid get their places one after the other; until then there is nothing to fit the titles to.
   if (!testAttribute(Qt::WA_Resized) || !grid_.testAttribute(Qt::WA_Resized)) return;
-  grid_.SetColWidths(widths_(grid_.ClientWidth()));
+  grid_.SetColWidths(WidthsOf(columns_, grid_.ClientWidth()));
   FollowColumns();
 }
 
@@ -106,32 +109,47 @@ void HeaderStrip::FollowColumns() {
 }
 
 TitleStrip::TitleStrip(const QString& caption, const QFont& font, QPoint place, QWidget* parent)
-    : PictureStrip(kHeight, parent), place_(place), caption_(new QLabel(caption, this)) {
+    : PictureStrip(kHeight, parent), place_(place), caption_(new QLabel(caption, this)), notice_(new QLabel(this)) {
   caption_->setTextFormat(Qt::PlainText);
   caption_->setFont(font);
-  PlaceCaption();
+  notice_->setTextFormat(Qt::PlainText);
+  notice_->setFont(DesignFont());
+  notice_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  PlaceTexts();
 }
 
 void TitleStrip::SetCaption(const QString& caption) {
   caption_->setText(caption);
-  PlaceCaption();
+  PlaceTexts();
+}
+
+void TitleStrip::SetNotice(const QString& text, const QString& hint) {
+  notice_->setText(text);
+  notice_->setToolTip(Qt::convertFromPlainText(hint, Qt::WhiteSpaceNormal));
+  if (hint.isEmpty()) notice_->setToolTip({});
+  PlaceTexts();
 }
 
 void TitleStrip::ApplyTheme() {
-  SetTextColor(*caption_, ModuleHost().ColorTheme().Colors().ColorOf(theme::kSectionBigText));
+  const IColorSet2& colors = ModuleHost().ColorTheme().Colors();
+  SetTextColor(*caption_, colors.ColorOf(theme::kSectionBigText));
+  SetTextColor(*notice_, colors.ColorOf(theme::kTitleFont));
   ApplyPicture(theme::kTitleBackgroundPicture);
 }
 
 void TitleStrip::resizeEvent(QResizeEvent* event) {
   PictureStrip::resizeEvent(event);
-  PlaceCaption();
+  PlaceTexts();
 }
 
-void TitleStrip::PlaceCaption() {
+void TitleStrip::PlaceTexts() {
   // The place is that of the characters; the font may need more space around them.
   const QSize wanted = caption_->sizeHint();
   const int y = place_.y() + (caption_->font().pixelSize() - wanted.height()) / 2;
   caption_->setGeometry(place_.x(), y, std::min(wanted.width(), width() - place_.x()), wanted.height());
+  const int left = caption_->geometry().right() + place_.x();
+  notice_->setGeometry(left, 0, std::max(width() - place_.x() - left, 0), height());
+  notice_->setVisible(!notice_->text().isEmpty());
 }
 
 }  // namespace holdwise

@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <vector>
 
+#include "common/frames/column_table.h"
 #include "common/host/font.h"
 
 class QVBoxLayout;
@@ -13,14 +14,14 @@ class QVBoxLayout;
 /// What every frame is put together from: coloured panels, title and header strips.
 namespace holdwise {
 
-class TStringGrid;
-
 /// Gives a panel a vertical layout without margins and gaps.
 QVBoxLayout* StackedIn(QWidget& panel);
 
 /// Fills a panel with a colour; its children keep theirs.
 void SetPanelColor(QWidget& panel, const QColor& color);
 void SetTextColor(QWidget& label, const QColor& color);
+/// The theme's colour of panels.
+[[nodiscard]] QColor ThemeBackground();
 
 /// A strip of fixed height with a stretched picture of the theme behind its labels.
 class PictureStrip : public QWidget {
@@ -38,15 +39,6 @@ class PictureStrip : public QWidget {
   QLabel* picture_;
 };
 
-/// Columns of a grid.
-struct GridDesign {
-  int columns = 0;
-  QStringList titles;              ///< of the shown columns, which come first
-  std::vector<int> hiddenColumns;  ///< keys and inputs
-  /// Widths of all columns for a client width, pixels.
-  std::vector<int> (*widths)(int clientWidth) = nullptr;
-};
-
 /// The strip above a grid: one transparent label over each titled column. Labels follow the visible part of their
 /// columns and are aligned like them.
 class HeaderStrip : public PictureStrip {
@@ -54,8 +46,8 @@ class HeaderStrip : public PictureStrip {
  public:
   static constexpr int kHeight = 23;  ///< pixels
 
-  /// Gives the grid, which must live longer, the columns of the design.
-  HeaderStrip(TStringGrid& grid, const GridDesign& design, QWidget* parent);
+  /// Gives the grid, which must live longer, these columns.
+  HeaderStrip(TStringGrid& grid, ColumnTable columns, QWidget* parent);
   /// Re-reads the colours of the labels and of the grid, and the picture.
   void ApplyTheme();
   /// Fits the columns to the grid's client width and the labels to the columns.
@@ -66,11 +58,11 @@ class HeaderStrip : public PictureStrip {
   void FollowColumns();
 
   TStringGrid& grid_;
-  std::vector<int> (*widths_)(int clientWidth);
+  ColumnTable columns_;
   std::vector<QLabel*> labels_;
 };
 
-/// A strip with one transparent caption label at a fixed place.
+/// A strip with one transparent caption label at a fixed place and, at its right end, a quiet notice.
 class TitleStrip : public PictureStrip {
   Q_OBJECT
  public:
@@ -79,17 +71,22 @@ class TitleStrip : public PictureStrip {
   TitleStrip(const QString& caption, const QFont& font, QPoint place, QWidget* parent);
   [[nodiscard]] QLabel& Caption() const { return *caption_; }
   void SetCaption(const QString& caption);
-  /// Re-reads the caption's colour and the picture.
+  /// A line about the figures below, with the whole story under the mouse; the empty text takes it away. It keeps clear
+  /// of the caption.
+  void SetNotice(const QString& text, const QString& hint);
+  [[nodiscard]] QLabel& Notice() const { return *notice_; }
+  /// Re-reads the texts' colours and the picture.
   void ApplyTheme();
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  void PlaceCaption();
+  void PlaceTexts();
 
   QPoint place_;
   QLabel* caption_;
+  QLabel* notice_;
 };
 
 }  // namespace holdwise

@@ -1,20 +1,16 @@
 #include "common/frames/security_links.h"
 
+#include <algorithm>
+
 #include "common/host/codes.h"
 #include "common/host/host_access.h"
 #include "common/series/shared_objects.h"
 
 namespace holdwise {
-namespace {
-
-constexpr int kCodeColumn = 0;
-constexpr int kNameColumn = 1;
-
-}  // namespace
 
 void SecurityLinks::MouseMove(const QPoint& position) {
   const GridCell cell = grid_.MouseToCell(position);
-  const bool isLinkColumn = cell.column == kCodeColumn || cell.column == kNameColumn;
+  const bool isLinkColumn = std::find(columns_.begin(), columns_.end(), cell.column) != columns_.end();
   const bool isOverText = isLinkColumn && !grid_.IsEmpty() && grid_.TextBox(cell).contains(position);
   grid_.SetHandCursor(isOverText);
   hovered_ = isOverText ? cell : GridCell{};
@@ -25,7 +21,7 @@ void SecurityLinks::MouseDown(const QPoint& position) {
   MouseMove(position);  // rows may have changed under a resting mouse
   const GridCell cell = grid_.MouseToCell(position);
   if (cell.IsNone() || hovered_.IsNone()) return;
-  const QString code = grid_.Cells(kCodeColumn, cell.row);
+  const QString code = grid_.Cells(columns_.front(), cell.row);
   hovered_ = {};
   OpenSecurity(code);
 }

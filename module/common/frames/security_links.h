@@ -1,15 +1,18 @@
 #pragma once
 #include <QPoint>
+#include <utility>
+#include <vector>
 
 #include "common/grid/string_grid.h"
 
 namespace holdwise {
 
-/// Makes the code and name texts (columns 0 and 1) of a holdings grid links to the host's page of that security. The
-/// grid outlives it; the view hands the grid's mouse events on.
+/// Makes the code and name texts of a holdings grid links to the host's page of that security. The grid outlives it;
+/// its owner hands the grid's mouse events on.
 class SecurityLinks {
  public:
-  explicit SecurityLinks(TStringGrid& grid) : grid_(grid) {}
+  /// `columns`: places of the texts that are links; the first holds the code.
+  SecurityLinks(TStringGrid& grid, std::vector<int> columns) : grid_(grid), columns_(std::move(columns)) {}
 
   /// Over the text itself the hand cursor shows; anywhere else the default cursor.
   void MouseMove(const QPoint& position);
@@ -20,6 +23,7 @@ class SecurityLinks {
 
  private:
   TStringGrid& grid_;
+  std::vector<int> columns_;
   GridCell hovered_;
 };
 

@@ -1,7 +1,12 @@
 #include "common/frames/view_frame.h"
 
 #include <QCoreApplication>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
 
+#include "common/frames/frame_part.h"
+#include "common/frames/frame_parts.h"
 #include "common/host/event_guard.h"
 
 namespace holdwise {
@@ -12,8 +17,48 @@ void SendFrameMessage(QWidget& frame, FrameMessage message) {
   if (event.failure) std::rethrow_exception(event.failure);
 }
 
-bool TViewFrame::SelectPortfolio(const QString& /*portfolioId*/) {
-  return false;
+TViewFrame::TViewFrame(QString unit, QWidget* parent) : QWidget(parent), unit_(std::move(unit)) {
+  StackedIn(*this);
+}
+
+void TViewFrame::AddPart(FramePart& part, bool stretches) {
+  parts_.push_back(&part);
+  static_cast<QVBoxLayout*>(layout())->addWidget(&part, stretches ? 1 : 0);
+}
+
+void TViewFrame::msg_changeskin() {
+  SetPanelColor(*this, ThemeBackground());
+  for (FramePart* part : parts_) part->ApplyTheme();
+}
+
+void TViewFrame::FrameResize() {
+  for (FramePart* part : parts_) part->Fit();
+}
+
+std::vector<const TStringGrid*> TViewFrame::CatalogueGrids() const {
+  std::vector<const TStringGrid*> grids;
+  for (const FramePart* part : parts_) {
+    const auto ofPart = part->Grids();
+    grids.insert(grids.end(), ofPart.begin(), ofPart.end());
+  }
+  return grids;
+}
+
+ViewCatalogue::Holdings TViewFrame::HoldingsGrid() const {
+  ViewCatalogue::Holdings holdings;
+  for (const FramePart* part : parts_) {
+    if (holdings.gridName.isEmpty()) holdings.gridName = part->HoldingsGridName();
+    holdings.portfolioIds << part->PortfolioIds();
+  }
+  return holdings;
+}
+
+bool TViewFrame::SelectPortfolio(const QString& portfolioId) {
+  return std::any_of(parts_.begin(), parts_.end(), [&](FramePart* part) { return part->SelectPortfolio(portfolioId); });
+}
+
+QString TViewFrame::SetInput(const QString& name, const QString& /*value*/) {
+  return QStringLiteral("这个页面没有输入项“%1”。").arg(name);
 }
 
 bool TViewFrame::event(QEvent* event) {
@@ -41,7 +86,7 @@ bool TViewFrame::event(QEvent* event) {
 
 void TViewFrame::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  GuardEvent(UnitName(), QStringLiteral("FrameResize"), [this] { FrameResize(); });
+  GuardEvent(unit_, QStringLiteral("FrameResize"), [this] { FrameResize(); });
 }
 
 }  // namespace holdwise

@@ -8,6 +8,7 @@
 
 namespace holdwise {
 
+class FramePart;
 class TStringGrid;
 
 /// The messages between the main frame and its views.
@@ -29,11 +30,12 @@ class FrameEvent : public QEvent {
 /// on the sender's side of the widget library. A widget can be sent messages from its construction on.
 void SendFrameMessage(QWidget& frame, FrameMessage message);
 
-/// Base of the view frames: turns the messages into calls, and answers for the view in the catalogue. User-interface
-/// thread only.
+/// A view: parts from top to bottom, which it wires to the data. Turns the messages into calls, and answers for the
+/// view in the catalogue. User-interface thread only.
 class TViewFrame : public QWidget {
  public:
-  using QWidget::QWidget;
+  /// `unit` is named in the debug log.
+  TViewFrame(QString unit, QWidget* parent);
 
   /// The frame id: the node id of the view.
   [[nodiscard]] int Tag() const noexcept { return tag_; }
@@ -41,27 +43,36 @@ class TViewFrame : public QWidget {
 
   /// Handlers of the messages. Nobody handles FrameMessage::Hidden.
   virtual void DoInit_() {}
-  virtual void msg_changeskin() {}
+  /// Re-reads the theme for the frame and its parts.
+  virtual void msg_changeskin();
   virtual void ReflashNowPrice() {}
   /// Lays the parts out again for the present size; also called when the frame's size changes.
-  virtual void FrameResize() {}
+  virtual void FrameResize();
 
   /// The view's grids, in the order they are shown.
-  [[nodiscard]] virtual std::vector<const TStringGrid*> CatalogueGrids() const { return {}; }
-  [[nodiscard]] virtual ViewCatalogue::Holdings HoldingsGrid() const { return {}; }
+  [[nodiscard]] std::vector<const TStringGrid*> CatalogueGrids() const;
+  [[nodiscard]] ViewCatalogue::Holdings HoldingsGrid() const;
   /// Selects the portfolio as a click on its row does; false when it is not listed.
-  virtual bool SelectPortfolio(const QString& portfolioId);
+  bool SelectPortfolio(const QString& portfolioId);
+  /// What a user can set in the view, with what stands there now.
+  [[nodiscard]] virtual std::vector<ViewCatalogue::Input> Inputs() const { return {}; }
+  /// Sets one as the user would, and applies it. @return what the user would be told when it is refused; empty when
+  /// done
+  virtual QString SetInput(const QString& name, const QString& value);
   /// False while the view waits for something of its own (a download).
   [[nodiscard]] virtual bool IsSettled() const { return true; }
 
  protected:
-  /// Unit named in the debug log.
-  [[nodiscard]] virtual QString UnitName() const = 0;
+  [[nodiscard]] const QString& UnitName() const noexcept { return unit_; }
+  /// Puts a part below the ones there are; a part that stretches takes the height that is left.
+  void AddPart(FramePart& part, bool stretches);
   bool event(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  QString unit_;
   int tag_ = 0;
+  std::vector<FramePart*> parts_;
 };
 
 }  // namespace holdwise

@@ -18,6 +18,7 @@
 #include "common/host/event_guard.h"
 #include "common/host/font.h"
 #include "grid_model.h"
+#include "holdwise/packet/number_text.h"
 
 namespace holdwise {
 namespace {
@@ -150,6 +151,19 @@ Qt::Alignment TStringGrid::ColumnAlignment(int column) const {
   return left ? Qt::AlignLeft : Qt::AlignHCenter;
 }
 
+void TStringGrid::SetColumnDecimals(int column, int decimals) {
+  decimals_.erase(column);
+  if (decimals != kWholeText) decimals_.emplace(column, decimals);
+}
+
+QString TStringGrid::DrawnText(const GridCell& cell) const {
+  const QString text = Cells(cell.column, cell.row).trimmed();
+  const auto decimals = decimals_.find(cell.column);
+  if (decimals == decimals_.end()) return text;
+  const auto number = ParseReal(text);
+  return number ? FormatFixed(*number, decimals->second) : text;
+}
+
 void TStringGrid::SetColors(const GridColors& colors) {
   colors_ = colors;
   QPalette area = palette();
@@ -162,7 +176,7 @@ void TStringGrid::SetColors(const GridColors& colors) {
 
 void TStringGrid::DrawDefaultCell(QPainter& painter, const GridCellPaint& cell) const {
   PaintCellBackground(painter, cell, colors_);
-  PaintCellText(painter, cell, colors_, Cells(cell.column, cell.row), ColumnAlignment(cell.column));
+  PaintCellText(painter, cell, colors_, DrawnText({cell.column, cell.row}), ColumnAlignment(cell.column));
 }
 
 void TStringGrid::SetWholeRows(bool whole) {
@@ -204,12 +218,14 @@ QRect TStringGrid::TextBox(const GridCell& cell) const {
 }
 
 int TStringGrid::TextWidth(const GridCell& cell) const {
-  return fontMetrics().horizontalAdvance(Cells(cell.column, cell.row).trimmed());
+  return fontMetrics().horizontalAdvance(DrawnText(cell));
 }
 
 QString TStringGrid::ClippedText(const GridCell& cell) const {
   const int width = ShownPart(CellRect(cell.column, cell.row)).width();
-  return IsClipped(TextWidth(cell), width) ? Cells(cell.column, cell.row) : QString();
+  const QString& text = Cells(cell.column, cell.row);
+  const bool losesDigits = RealOr(text) != RealOr(DrawnText(cell));
+  return losesDigits || IsClipped(TextWidth(cell), width) ? text : QString();
 }
 
 void TStringGrid::SetHandCursor(bool hand) {

@@ -1,6 +1,7 @@
 #pragma once
 #include <QTableView>
 #include <functional>
+#include <map>
 #include <vector>
 
 #include "common/grid/grid_painter.h"
@@ -27,6 +28,7 @@ class TStringGrid : public QTableView {
   Q_OBJECT
  public:
   static constexpr int kDefaultRowHeight = 26;  ///< pixels
+  static constexpr int kWholeText = -1;         ///< no limit on the decimals that are drawn
 
   /// `unit` and `name` tell the grid in the debug log; the name is also its objectName and its name in ToGridText. What
   /// the hooks below throw while the grid handles an event goes to the debug log.
@@ -71,6 +73,9 @@ class TStringGrid : public QTableView {
   /// Texts are centred unless a column says Qt::AlignLeft.
   void SetColumnAlignment(int column, Qt::Alignment alignment);
   [[nodiscard]] Qt::Alignment ColumnAlignment(int column) const;
+  /// Numbers of the column are drawn with that many decimals (0 to 12), its other texts as they stand; the cells keep
+  /// their texts. kWholeText takes the limit away.
+  void SetColumnDecimals(int column, int decimals);
   /// Colours of the rows and of the area beside and below them.
   void SetColors(const GridColors& colors);
   [[nodiscard]] const GridColors& Colors() const noexcept { return colors_; }
@@ -88,7 +93,8 @@ class TStringGrid : public QTableView {
   /// Box of a cell's trimmed text as drawn, in viewport pixels; not limited to the cell.
   [[nodiscard]] QRect TextBox(const GridCell& cell) const;
   [[nodiscard]] int TextWidth(const GridCell& cell) const;
-  /// The text of a cell that shows only a part of it; empty for any other cell.
+  /// The text of a cell that shows only a part of it, because its column is narrow or draws fewer decimals; empty for
+  /// any other cell.
   [[nodiscard]] QString ClippedText(const GridCell& cell) const;
   /// The hand cursor of links; false = the default cursor.
   void SetHandCursor(bool hand);
@@ -122,6 +128,7 @@ class TStringGrid : public QTableView {
 
  private:
   void UpdateEmptyText();
+  [[nodiscard]] QString DrawnText(const GridCell& cell) const;
   void Guarded(const std::function<void()>& body) const;
   [[nodiscard]] int RowForKey(int key) const;
 
@@ -131,6 +138,7 @@ class TStringGrid : public QTableView {
   GridColors colors_;
   QStringList titles_;
   std::vector<int> leftColumns_;
+  std::map<int, int> decimals_;  ///< by column
   int lastClientWidth_ = -1;
   bool wasEmpty_ = true;
   bool isWholeRows_ = false;

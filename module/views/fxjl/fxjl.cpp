@@ -1,7 +1,8 @@
 #include "views/fxjl/fxjl.h"
 
+#include "common/frames/holdings_panel.h"
+#include "common/frames/portfolio_list.h"
 #include "common/host/event_guard.h"
-#include "common/series/all_stock_data.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
@@ -9,33 +10,42 @@
 #include "risk_rows.h"
 
 namespace holdwise {
+namespace {
+
+const QString kUnit = QStringLiteral("Fxjl");
+
+}  // namespace
 
 TFrm_FXJL::TFrm_FXJL(QWidget* parent)
-    : TPortfolioFrame(
-          {
-              .unit = QStringLiteral("Fxjl"),
-              .portfolios = {risk::kPortfolioColumns, risk::PortfolioTitles(), {risk::kId}, &risk::PortfolioWidths},
-              .keyColumn = risk::kId,
-              .holdings = {risk::kSecurityColumns, risk::SecurityTitles(), {}, &risk::SecurityWidths},
-              .caption = QStringLiteral("组合名称"),
-          },
-          parent) {
+    : TViewFrame(kUnit, parent),
+      list_(new PortfolioList({.unit = kUnit,
+                               .statement = sql::kSavedPortfolios,
+                               .columns = risk::PortfolioTable(),
+                               .keyColumn = risk::kId,
+                               .emptyText = QStringLiteral("暂无已保存的组合")},
+                              this)),
+      holdings_(new HoldingsPanel(
+          {.unit = kUnit, .columns = risk::SecurityTable(), .caption = QStringLiteral("组合名称")}, this)) {
+  AddPart(*list_, false);
+  AddPart(*holdings_, true);
+  list_->OnClear = [this] { holdings_->Clear(); };
+  list_->OnFill = [this](const ResultSet& portfolios) { risk::ShowPortfolios(portfolios, list_->Grid()); };
+  list_->OnShow = [this](int row) { ShowHoldings(row); };
   connect(g_AllStockData.get(), &TAllStockData::TableArrived, this,
-          [this] { GuardEvent(UnitName(), QStringLiteral("ReflashData"), [this] { Reload(strngrd->Row()); }); });
+          [this] { GuardEvent(kUnit, QStringLiteral("ReflashData"), [this] { list_->Reload(list_->Grid().Row()); }); });
+  msg_changeskin();
 }
 
 void TFrm_FXJL::DoInit_() {
   g_AllStockData->RequestCurrentTable();
-  ReflashData();
-}
-
-void TFrm_FXJL::ShowPortfolios(const ResultSet& portfolios) {
-  risk::ShowPortfolios(portfolios, *strngrd);
+  list_->ReflashData();
 }
 
 void TFrm_FXJL::ShowHoldings(int row) {
-  RzPanel3->SetCaption(strngrd->Cells(risk::kName, row));
-  risk::ShowSecurities(Database().Query(sql::CodesOf(strngrd->Cells(risk::kId, row))), *StringGrid1);
+  const TStringGrid& list = list_->Grid();
+  holdings_->SetCaption(list.Cells(risk::kName, row));
+  if (row < 0) return;
+  risk::ShowSecurities(Database().Query(sql::CodesOf(list.Cells(risk::kId, row))), holdings_->Grid());
 }
 
 }  // namespace holdwise

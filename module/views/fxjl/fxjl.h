@@ -1,11 +1,14 @@
 #pragma once
-#include "common/frames/portfolio_frame.h"
+#include "common/frames/view_frame.h"
 
 namespace holdwise {
 
+class HoldingsPanel;
+class PortfolioList;
+
 /// "风险计量": every saved portfolio with its stored risk figures, and the securities of the selected one with theirs
-/// against the index that is current in the index-risk object.
-class TFrm_FXJL : public TPortfolioFrame {
+/// against the index that is current in the index-risk object. A failing statement throws out of the handlers.
+class TFrm_FXJL : public TViewFrame {
  public:
   /// The index-risk object must exist and live longer.
   explicit TFrm_FXJL(QWidget* parent = nullptr);
@@ -14,9 +17,11 @@ class TFrm_FXJL : public TPortfolioFrame {
   /// table has come.
   void DoInit_() override;
 
- protected:
-  void ShowPortfolios(const ResultSet& portfolios) override;
-  void ShowHoldings(int row) override;
+ private:
+  void ShowHoldings(int row);
+
+  PortfolioList* list_;
+  HoldingsPanel* holdings_;
 };
 
 }  // namespace holdwise

@@ -7,35 +7,34 @@ namespace {
 
 constexpr int kDecimals = 6;
 
-std::vector<int> EqualShares(int columns, int clientWidth) {
-  std::vector<int> widths(static_cast<std::size_t>(columns), clientWidth / columns);
-  widths.back() += clientWidth % columns;
-  return widths;
-}
-
-QStringList WithFigureTitles(QStringList titles) {
-  return titles << QStringLiteral("方差") << QStringLiteral("标准差") << QStringLiteral("Alpha系数")
-                << QStringLiteral("BETA系数");
+void AddFigures(ColumnTable& table) {
+  for (const auto& title :
+       {QStringLiteral("方差"), QStringLiteral("标准差"), QStringLiteral("Alpha系数"), QStringLiteral("BETA系数")}) {
+    table.push_back({.title = title, .decimals = kDecimals});
+  }
+  table.back().takesRest = true;
 }
 
 }  // namespace
 
-QStringList PortfolioTitles() {
-  return WithFigureTitles({QStringLiteral("组合名称")});
+const ColumnTable& PortfolioTable() {
+  static const ColumnTable table = [] {
+    ColumnTable columns{{.title = QStringLiteral("组合名称")}};
+    AddFigures(columns);
+    columns.push_back({.isHidden = true});
+    return columns;
+  }();
+  return table;
 }
 
-QStringList SecurityTitles() {
-  return WithFigureTitles({QStringLiteral("股票代码"), QStringLiteral("股票名称")});
-}
-
-std::vector<int> PortfolioWidths(int clientWidth) {
-  std::vector<int> widths = EqualShares(kId, clientWidth);
-  widths.push_back(0);
-  return widths;
-}
-
-std::vector<int> SecurityWidths(int clientWidth) {
-  return EqualShares(kSecurityColumns, clientWidth);
+const ColumnTable& SecurityTable() {
+  static const ColumnTable table = [] {
+    ColumnTable columns{{.title = QStringLiteral("股票代码"), .isLink = true},
+                        {.title = QStringLiteral("股票名称"), .isLink = true}};
+    AddFigures(columns);
+    return columns;
+  }();
+  return table;
 }
 
 QString FigureText(double figure) {

@@ -1,7 +1,7 @@
 #pragma once
 #include <QString>
-#include <QStringList>
-#include <vector>
+
+#include "common/frames/column_table.h"
 
 /// Columns of the risk view's two grids and the texts of its figures. Pure functions.
 namespace holdwise::risk {
@@ -28,14 +28,9 @@ enum SecurityColumn : int {
   kSecurityColumns
 };
 
-/// Titles of the shown columns.
-[[nodiscard]] QStringList PortfolioTitles();
-[[nodiscard]] QStringList SecurityTitles();
-
-/// Widths of all columns for a client width of 0 or more, pixels: equal shares, what is left over goes to the last
-/// shown one. They add up to the client width; the hidden column is 0.
-[[nodiscard]] std::vector<int> PortfolioWidths(int clientWidth);
-[[nodiscard]] std::vector<int> SecurityWidths(int clientWidth);
+/// Equal shares; what is left over goes to the last shown column. The figures are drawn with six decimals.
+[[nodiscard]] const ColumnTable& PortfolioTable();
+[[nodiscard]] const ColumnTable& SecurityTable();
 
 /// A risk figure with six decimals.
 [[nodiscard]] QString FigureText(double figure);

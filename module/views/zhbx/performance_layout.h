@@ -1,6 +1,5 @@
 #pragma once
-#include <QStringList>
-#include <vector>
+#include "common/frames/column_table.h"
 
 /// Columns of the performance view's two grids.
 namespace holdwise::performance {
@@ -40,13 +39,8 @@ enum HoldingColumn : int {
   kHoldingColumns
 };
 
-/// Titles of the shown columns.
-[[nodiscard]] QStringList PortfolioTitles();
-[[nodiscard]] QStringList HoldingTitles();
-
-/// Widths of all columns for a client width, pixels; hidden columns 0. They add up to the client width except for the
-/// fixed additions of single columns. Narrow clients give negative widths.
-[[nodiscard]] std::vector<int> PortfolioWidths(int clientWidth);
-[[nodiscard]] std::vector<int> HoldingWidths(int clientWidth);
+/// Equal shares with fixed additions of single columns. The list's add up to the client width.
+[[nodiscard]] const ColumnTable& PortfolioTable();
+[[nodiscard]] const ColumnTable& HoldingTable();
 
 }  // namespace holdwise::performance

@@ -336,6 +336,8 @@ class FakeViews : public ViewCatalogue {
     asked_ = 0;
     return true;
   }
+  [[nodiscard]] std::vector<Input> Inputs() const override { return {}; }
+  QString SetInput(const QString&, const QString&) override { return {}; }
   void DataChanged() override {}
   int unshowable = 0;
   int looksOfOne = 4;

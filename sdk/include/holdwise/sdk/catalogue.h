@@ -49,6 +49,16 @@ class ViewCatalogue {
   [[nodiscard]] virtual Holdings HoldingsGrid() const = 0;
   /// Selects a portfolio of the shown view as a click on its row does. False when it is not listed.
   virtual bool SelectPortfolio(const QString& portfolioId) = 0;
+
+  struct Input {
+    QString name;   ///< of the control, as the view's makers call it
+    QString value;  ///< what stands in it now
+  };
+  /// What a user can set in the shown view.
+  [[nodiscard]] virtual std::vector<Input> Inputs() const = 0;
+  /// Sets an input of the shown view as a user would, and applies it. @return what the user would be told when it is
+  /// refused (a name that is none of Inputs() included); empty when it was taken
+  virtual QString SetInput(const QString& name, const QString& value) = 0;
   /// The data behind the views has changed (an import): reload the shown view and ask for prices again.
   virtual void DataChanged() = 0;
 };

@@ -1,0 +1,123 @@
+#include "common/frames/entry_bar.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <utility>
+
+#include "common/frames/frame_parts.h"
+#include "common/host/event_guard.h"
+#include "common/host/host_access.h"
+#include "common/host/theme_colors.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kMargin = 14;
+constexpr int kGap = 8;
+constexpr int kControlHeight = 24;
+
+}  // namespace
+
+EntryField::EntryField(QString unit, const QString& name, QWidget* parent) : QLineEdit(parent), unit_(std::move(unit)) {
+  setObjectName(name);
+  setFont(DesignFont());
+}
+
+void EntryField::keyPressEvent(QKeyEvent* event) {
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  const bool isBackspace = event->key() == Qt::Key_Backspace;
+  QChar character = event->text().isEmpty() ? QChar() : event->text().front();
+  if (isEnter) character = u'\r';
+  if (isBackspace) character = u'\b';
+  const bool types = isEnter || isBackspace || (!character.isNull() && character.isPrint());
+  bool isTaken = true;
+  if (types && OnKeyPress) {
+    GuardEvent(unit_, objectName(), [&] { isTaken = OnKeyPress(character); });
+  }
+  if (isTaken && !isEnter) return QLineEdit::keyPressEvent(event);
+  event->accept();
+}
+
+void EntryField::focusInEvent(QFocusEvent* event) {
+  QLineEdit::focusInEvent(event);
+  ModuleHost().KeyCodes().SetCaptureEnabled(false);
+}
+
+void EntryField::focusOutEvent(QFocusEvent* event) {
+  QLineEdit::focusOutEvent(event);
+  ModuleHost().KeyCodes().SetCaptureEnabled(true);
+}
+
+EntryBar::EntryBar(QString unit, QWidget* parent)
+    : FramePart(parent), unit_(std::move(unit)), row_(new QHBoxLayout(this)) {
+  setFixedHeight(kHeight);
+  row_->setContentsMargins(kMargin, 0, kMargin, 0);
+  row_->setSpacing(kGap);
+  row_->addStretch();
+}
+
+void EntryBar::Add(QWidget& control) {
+  row_->insertWidget(row_->count() - 1, &control);
+  controls_.push_back(&control);
+}
+
+QLabel& EntryBar::AddLabel(const QString& text) {
+  auto* label = new QLabel(text, this);
+  label->setFont(DesignFont());
+  Add(*label);
+  return *label;
+}
+
+EntryField& EntryBar::AddEntry(const QString& name, const QString& text, int width) {
+  auto* entry = new EntryField(unit_, name, this);
+  entry->setText(text);
+  entry->setFixedSize(width, kControlHeight);
+  Add(*entry);
+  return *entry;
+}
+
+QComboBox& EntryBar::AddChoice(const QString& name, const QStringList& items, std::function<void(int place)> onChange) {
+  auto* choice = new QComboBox(this);
+  choice->setObjectName(name);
+  choice->setFont(DesignFont());
+  choice->addItems(items);
+  choice->setFixedHeight(kControlHeight);
+  connect(choice, &QComboBox::activated, this, [this, name, onChange = std::move(onChange)](int place) {
+    GuardEvent(unit_, name, [&] { onChange(place); });
+  });
+  Add(*choice);
+  return *choice;
+}
+
+QPushButton& EntryBar::AddButton(const QString& name, const QString& text, std::function<void()> onClick) {
+  auto* button = new QPushButton(text, this);
+  button->setObjectName(name);
+  button->setFont(DesignFont());
+  button->setFixedHeight(kControlHeight);
+  connect(button, &QPushButton::clicked, this,
+          [this, name, onClick = std::move(onClick)] { GuardEvent(unit_, name, onClick); });
+  Add(*button);
+  return *button;
+}
+
+void EntryBar::ApplyTheme() {
+  const IColorSet2& colors = ModuleHost().ColorTheme().Colors();
+  const QColor background = colors.ColorOf(theme::kBackground);
+  const QColor text = colors.ColorOf(theme::kTitleFont);
+  SetPanelColor(*this, background);
+  for (QWidget* control : controls_) {
+    QPalette palette = control->palette();
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) palette.setColor(role, text);
+    palette.setColor(QPalette::Base, colors.ColorOf(theme::kHighLight1));
+    palette.setColor(QPalette::Window, background);
+    palette.setColor(QPalette::Button, colors.ColorOf(theme::kHighLight2));
+    palette.setColor(QPalette::Highlight, colors.ColorOf(theme::kRowSelect));
+    palette.setColor(QPalette::HighlightedText, colors.ColorOf(theme::kSelectedText));
+    control->setPalette(palette);
+  }
+}
+
+}  // namespace holdwise

@@ -1,0 +1,9 @@
+#include "common/frames/frame_part.h"
+
+namespace holdwise {
+
+bool FramePart::SelectPortfolio(const QString& /*portfolioId*/) {
+  return false;
+}
+
+}  // namespace holdwise

@@ -1,0 +1,61 @@
+#include "common/frames/holdings_panel.h"
+
+#include <QVBoxLayout>
+
+#include "common/frames/frame_parts.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kTitlePixels = 15;
+constexpr QPoint kTitlePlace{14, 9};
+
+}  // namespace
+
+HoldingsPanel::HoldingsPanel(const Design& design, QWidget* parent)
+    : FramePart(parent),
+      title_(new TitleStrip(design.caption, DesignFont(kTitlePixels, true), kTitlePlace, this)),
+      grid_(new TStringGrid(design.unit, QStringLiteral("StringGrid1"), this)),
+      header_(new HeaderStrip(*grid_, design.columns, this)),
+      links_(*grid_, LinkColumnsOf(design.columns)) {
+  auto* layout = StackedIn(*this);
+  layout->addWidget(title_);
+  layout->addWidget(header_);
+  layout->addWidget(grid_, 1);
+  grid_->OnMouseDown = [this](Qt::MouseButton, Qt::KeyboardModifiers, const QPoint& position) {
+    links_.MouseDown(position);
+  };
+  grid_->OnMouseMove = [this](const QPoint& position) { MouseMove(position); };
+  grid_->OnClientWidthChanged = [this](int) { Fit(); };
+}
+
+void HoldingsPanel::SetCaption(const QString& caption) {
+  title_->SetCaption(caption);
+}
+
+void HoldingsPanel::Clear() {
+  ClearStrnGrd(*grid_);
+}
+
+void HoldingsPanel::MouseMove(const QPoint& position) {
+  links_.MouseMove(position);
+  const GridCell cell = grid_->MouseToCell(position);
+  if (cell.IsNone()) return grid_->ShowHint({});
+  grid_->ShowHint(OnHint ? OnHint(cell, position) : grid_->ClippedText(cell));
+}
+
+void HoldingsPanel::ApplyTheme() {
+  SetPanelColor(*this, ThemeBackground());
+  header_->ApplyTheme();
+  title_->ApplyTheme();
+}
+
+void HoldingsPanel::Fit() {
+  header_->FitColumns();
+}
+
+QString HoldingsPanel::HoldingsGridName() const {
+  return grid_->objectName();
+}
+
+}  // namespace holdwise

@@ -1,0 +1,47 @@
+#pragma once
+#include <functional>
+
+#include "common/frames/column_table.h"
+#include "common/frames/frame_part.h"
+#include "common/frames/security_links.h"
+#include "common/grid/string_grid.h"
+
+namespace holdwise {
+
+class HeaderStrip;
+class TitleStrip;
+
+/// What the selected portfolio holds: a title strip, a header strip and a grid whose code and name texts open the
+/// security. The view fills the grid. User-interface thread only.
+class HoldingsPanel : public FramePart {
+ public:
+  struct Design {
+    QString unit;  ///< named in the debug log
+    ColumnTable columns;
+    QString caption;  ///< until a portfolio is shown
+  };
+  HoldingsPanel(const Design& design, QWidget* parent);
+
+  [[nodiscard]] TStringGrid& Grid() const { return *grid_; }
+  void SetCaption(const QString& caption);
+  /// Empties the grid; the caption stays.
+  void Clear();
+
+  /// Hint for the cell under the mouse, instead of the whole of a text that is cut off; empty for none.
+  std::function<QString(const GridCell& cell, const QPoint& position)> OnHint;
+
+  void ApplyTheme() override;
+  void Fit() override;
+  [[nodiscard]] std::vector<const TStringGrid*> Grids() const override { return {grid_}; }
+  [[nodiscard]] QString HoldingsGridName() const override;
+
+ private:
+  void MouseMove(const QPoint& position);
+
+  TitleStrip* title_;
+  TStringGrid* grid_;
+  HeaderStrip* header_;
+  SecurityLinks links_;
+};
+
+}  // namespace holdwise

@@ -1,0 +1,96 @@
+#include "common/frames/portfolio_list.h"
+
+#include <QScopeGuard>
+#include <QVBoxLayout>
+
+#include "common/frames/cell_buttons.h"
+#include "common/frames/frame_parts.h"
+#include "common/store/database.h"
+
+namespace holdwise {
+
+PortfolioList::PortfolioList(const Design& design, QWidget* parent)
+    : FramePart(parent),
+      statement_(design.statement),
+      keyColumn_(design.keyColumn),
+      grid_(new TStringGrid(design.unit, QStringLiteral("strngrd"), this)),
+      header_(new HeaderStrip(*grid_, design.columns, this)) {
+  setFixedHeight(kHeight);
+  grid_->SetEmptyText(design.emptyText);
+  grid_->SetWholeRows(true);
+  auto* layout = StackedIn(*this);
+  layout->addWidget(header_);
+  layout->addWidget(grid_, 1);
+  grid_->OnSelectCell = [this](int, int row) {
+    Show(row);
+    return true;
+  };
+  grid_->OnMouseMove = [this](const QPoint& position) { MouseMove(position); };
+  grid_->OnClientWidthChanged = [this](int) { Fit(); };
+}
+
+void PortfolioList::SetButtons(CellButtons& buttons) {
+  buttons_ = &buttons;
+  grid_->OnMouseDown = [this](Qt::MouseButton button, Qt::KeyboardModifiers, const QPoint& position) {
+    if (grid_->Cells(0, 0).trimmed().isEmpty()) return;
+    MouseMove(position);  // rows may have changed under a resting mouse
+    buttons_->MouseDown(button);
+  };
+  grid_->OnMouseUp = [this](const QPoint& position) { buttons_->MouseUp(position); };
+  grid_->OnDrawCell = [this](QPainter& painter, const GridCellPaint& cell) {
+    grid_->DrawDefaultCell(painter, cell);
+    buttons_->Draw(painter, cell);
+  };
+}
+
+void PortfolioList::ReflashData() {
+  const ResultSet portfolios = Database().Query(statement_);
+  ClearStrnGrd(*grid_);
+  if (OnClear) OnClear();
+  if (OnFill) OnFill(portfolios);
+  Reload(0);
+}
+
+void PortfolioList::Reload(int row) {
+  isForcedReload_ = true;
+  const auto reset = qScopeGuard([this] { isForcedReload_ = false; });
+  Show(row);
+}
+
+void PortfolioList::Show(int row) {
+  if (!OnShow) return;
+  if (grid_->IsEmpty()) return OnShow(-1);
+  if (row == grid_->Row() && !isForcedReload_) return;
+  OnShow(row);
+}
+
+void PortfolioList::MouseMove(const QPoint& position) {
+  const QString hintOfButton = buttons_ == nullptr ? QString() : buttons_->MouseMove(position);
+  const GridCell cell = grid_->MouseToCell(position);
+  if (cell.IsNone()) return grid_->ShowHint({});
+  if (!hintOfButton.isEmpty()) return grid_->ShowHint(hintOfButton);
+  grid_->ShowHint(OnHint ? OnHint(cell, position) : grid_->ClippedText(cell));
+}
+
+void PortfolioList::ApplyTheme() {
+  SetPanelColor(*this, ThemeBackground());
+  header_->ApplyTheme();
+}
+
+void PortfolioList::Fit() {
+  header_->FitColumns();
+}
+
+QStringList PortfolioList::PortfolioIds() const {
+  QStringList ids;
+  if (grid_->IsEmpty()) return ids;
+  for (int row = 0; row < grid_->RowCount(); ++row) ids << grid_->Cells(keyColumn_, row);
+  return ids;
+}
+
+bool PortfolioList::SelectPortfolio(const QString& portfolioId) {
+  const auto row = PortfolioIds().indexOf(portfolioId);
+  return row >= 0 && grid_->SelectCell(0, static_cast<int>(row));
+}
+
+}  // namespace holdwise

@@ -1,0 +1,66 @@
+#pragma once
+#include <functional>
+
+#include "common/frames/column_table.h"
+#include "common/frames/frame_part.h"
+#include "common/grid/string_grid.h"
+#include "holdwise/packet/result_set.h"
+
+namespace holdwise {
+
+class CellButtons;
+class HeaderStrip;
+
+/// A grid of portfolios with its header strip: reads them from the database, keeps one selected and says which. A
+/// failing statement throws out of the calls. User-interface thread only.
+class PortfolioList : public FramePart {
+ public:
+  struct Design {
+    QString unit;       ///< named in the debug log
+    QString statement;  ///< selects the portfolios that are listed
+    ColumnTable columns;
+    int keyColumn = 0;  ///< the portfolio's id
+    QString emptyText;  ///< shown while no portfolio is listed
+  };
+  static constexpr int kHeight = 201;  ///< of the whole part, pixels
+
+  PortfolioList(const Design& design, QWidget* parent);
+
+  [[nodiscard]] TStringGrid& Grid() const { return *grid_; }
+
+  /// The list is about to be filled anew: whatever follows it empties itself.
+  std::function<void()> OnClear;
+  /// Fills the emptied grid: one row a portfolio.
+  std::function<void(const ResultSet& portfolios)> OnFill;
+  /// Another row became current, or has to be shown again; -1 when no portfolio is listed.
+  std::function<void(int row)> OnShow;
+  /// Hint for the cell under the mouse, instead of the whole of a text that is cut off; empty for none.
+  std::function<QString(const GridCell& cell, const QPoint& position)> OnHint;
+
+  /// Pictures that act as buttons in one column; they live longer than the list's events.
+  void SetButtons(CellButtons& buttons);
+
+  /// Reads the portfolios again and shows the first. Nothing has changed when the statement fails.
+  void ReflashData();
+  /// Shows a row, also when it is the current one.
+  void Reload(int row);
+
+  void ApplyTheme() override;
+  void Fit() override;
+  [[nodiscard]] std::vector<const TStringGrid*> Grids() const override { return {grid_}; }
+  [[nodiscard]] QStringList PortfolioIds() const override;
+  bool SelectPortfolio(const QString& portfolioId) override;
+
+ private:
+  void Show(int row);
+  void MouseMove(const QPoint& position);
+
+  QString statement_;
+  int keyColumn_;
+  TStringGrid* grid_;
+  HeaderStrip* header_;
+  CellButtons* buttons_ = nullptr;
+  bool isForcedReload_ = false;
+};
+
+}  // namespace holdwise
