@@ -2,8 +2,6 @@
 
 #include <QFile>
 
-#include "database/equal_statements.h"
-
 namespace holdwise::firebird {
 
 namespace {
@@ -72,17 +70,27 @@ void Connection::ReadShape(const QString& sql) {
   shape_.Read(text_);
 }
 
+PreparedStatement& Connection::PrepareForm(Transaction& transaction, std::string_view form) {
+  auto statement = std::make_unique<PreparedStatement>(status_, *attachment_, transaction, form);
+  if (statement->ParameterCount() != shape_.Literals().size()) {
+    throw Error(ErrorCategory::Refused, "语句里有没有值的参数");
+  }
+  return cache_.Add(shape_.Text(), std::move(statement));
+}
+
 /// Null when the shape is one that the engine does not prepare.
 PreparedStatement* Connection::PrepareShape(Transaction& transaction, std::string_view sql) {
   const std::string& shape = shape_.Text();
   if (PreparedStatement* known = cache_.Find(shape)) return known;
   if (cache_.IsUnbindable(shape)) return nullptr;
-  try {
-    auto statement = std::make_unique<PreparedStatement>(status_, *attachment_, transaction, EqualStatement(shape));
-    if (statement->ParameterCount() != shape_.Literals().size()) {
-      throw Error(ErrorCategory::Refused, "语句里有没有值的参数");
+  if (const std::string_view form = advised_.FormToPrepare(shape); form != shape) {
+    try {
+      return &PrepareForm(transaction, form);
+    } catch (const Error&) {  // bad advice: as it is written, then
     }
-    return &cache_.Add(shape, std::move(statement));
+  }
+  try {
+    return &PrepareForm(transaction, shape);
   } catch (const Error& error) {
     if (error.Category() == ErrorCategory::Refused || shape_.Literals().empty()) throw;
     // Whether the text itself is at fault shows when it is prepared as it stands.
@@ -117,7 +125,7 @@ ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
   ReadShape(sql);
   if (own == nullptr && shape_.Kind() == StatementKind::Select) {
     ResultSet rows = OnLiveConnection([&] { return Prepare(Reading(), text_).statement->Read(Reading(), maxRows); });
-    if (mayKeep) kept_.Add(sql, rows);
+    if (mayKeep && advised_.MayBeKept(shape_.Text())) kept_.Add(sql, rows);
     return rows;
   }
   const ChangeNote note(kept_);
@@ -163,6 +171,14 @@ void Connection::RollBack(std::unique_ptr<Transaction> transaction) {
   const ChangeNote note(kept_);  // the database may have a trigger on it
   const std::unique_ptr<Transaction> ending = std::move(transaction);
   ending->RollBack();
+}
+
+void Connection::Advise(const std::vector<StatementAdvice>& advice) {
+  const std::scoped_lock lock(mutex_);
+  advised_.Take(advice);
+  // What is prepared and kept was so by the advice before.
+  cache_.Clear();
+  kept_.Clear();
 }
 
 }  // namespace holdwise::firebird

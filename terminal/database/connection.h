@@ -10,8 +10,9 @@
 
 #include "database/disk_space.h"
 #include "database/engine/firebird_client.h"
+#include "database/engine/kept_answers.h"
+#include "database/engine/statement_advice.h"
 #include "database/engine/statement_cache.h"
-#include "database/kept_answers.h"
 #include "holdwise/packet/result_set.h"
 
 namespace holdwise::firebird {
@@ -41,6 +42,8 @@ class Connection {
   [[nodiscard]] std::unique_ptr<Transaction> Start();
   void Commit(std::unique_ptr<Transaction> transaction);
   void RollBack(std::unique_ptr<Transaction> transaction);
+  /// See AdvisedStatements::Take.
+  void Advise(const std::vector<StatementAdvice>& advice);
 
  private:
   /// A statement ready to run: from the cache, or made for this one run.
@@ -49,6 +52,8 @@ class Connection {
     std::unique_ptr<PreparedStatement> once;
   };
   [[nodiscard]] Ready Prepare(Transaction& transaction, std::string_view sql);
+  /// Prepares the text for statements of the shape at hand.
+  PreparedStatement& PrepareForm(Transaction& transaction, std::string_view form);
   [[nodiscard]] PreparedStatement* PrepareShape(Transaction& transaction, std::string_view sql);
   [[nodiscard]] Transaction& Reading();
   template <typename Action>
@@ -62,6 +67,7 @@ class Connection {
   const Place place_;
   std::unique_ptr<Transaction> reading_;
   StatementCache cache_;
+  AdvisedStatements advised_;
   KeptAnswers kept_;
   std::string text_;
   StatementShape shape_;

@@ -280,4 +280,8 @@ std::unique_ptr<UserDataSession> FirebirdUserData::OpenSession() {
   return std::make_unique<Session>(implementation_->connection);
 }
 
+void FirebirdUserData::Advise(const std::vector<StatementAdvice>& advice) {
+  implementation_->connection->Advise(advice);
+}
+
 }  // namespace holdwise

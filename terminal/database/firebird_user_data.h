@@ -61,6 +61,9 @@ class FirebirdUserData final : public UserDataServices {
   void RollBack() override;
   [[nodiscard]] bool InTransaction() const override;
   [[nodiscard]] std::unique_ptr<UserDataSession> OpenSession() override;
+  /// Equal forms are prepared in place of what they are equal to; answers are kept with the embedded engine only, whose
+  /// one writer is this object. Any thread.
+  void Advise(const std::vector<StatementAdvice>& advice) override;
 
  private:
   class Implementation;

@@ -2,6 +2,7 @@
 #include <QString>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "holdwise/packet/error.h"
 #include "holdwise/packet/result_set.h"
@@ -35,11 +36,29 @@ class DatabaseStatements {
 /// A second line of statements with its own transaction. Destruction rolls back what is open.
 class UserDataSession : public DatabaseStatements {};
 
+/// What the owner of a select knows about it and a host cannot know.
+struct StatementAdvice {
+  /// With literals in place. Meant are all statements that differ from it only in the values of literals.
+  QString statement = {};
+  /// Another select that costs the engine less and gives, for every value of the literals, the same columns and rows in
+  /// the order asked for. Holds the same literals in the same order. Empty: there is none.
+  QString equalForm = {};
+  /// The answer depends on nothing but the stored rows (no clock, no generator, no procedure) and is asked for again
+  /// and again: while nothing has been written, the rows read before may be given.
+  bool mayBeKept = false;
+};
+
 /// The host's local database. Calls may come from any thread and run one after the other; transactions belong to the
 /// user-interface thread.
 class UserDataServices : public DatabaseStatements {
  public:
+  /// A further line of statements, owned by the caller; never null. It may outlive no host, but any other session.
   [[nodiscard]] virtual std::unique_ptr<UserDataSession> OpenSession() = 0;
+  /// What a plug-in knows about its statements, handed over once, in Initialize (the one call that is allowed before
+  /// the database is open). A host may ignore it. Several plug-ins' advice adds up; the latest on a statement counts.
+  /// Error(Refused), and nothing is taken, for what is no select and for an equal form with other literals; a host may
+  /// say so only when it opens the database. User-interface thread.
+  virtual void Advise(const std::vector<StatementAdvice>& /*advice*/) {}
 };
 
 /// Runs a statement that cannot be done without: Error(Database) when the database answers that it did not run it.
