@@ -21,7 +21,7 @@ class ChangeNote {
 }  // namespace
 
 Connection::Connection(Handle<Firebird::IAttachment> attachment, Place place)
-    : attachment_(std::move(attachment)), place_(std::move(place)) {}
+    : place_(std::move(place)), attachment_(std::move(attachment)) {}
 
 Connection::~Connection() {
   cache_.Clear();
@@ -52,8 +52,9 @@ std::unique_ptr<Transaction> Connection::StartChange() {
     RequireSpace(place_.folder, place_.bytesToChange);
     return std::make_unique<Transaction>(status_, *attachment_, Transaction::Mode::ChangeNoWait);
   }
-  return OnLiveConnection(
-      [&] { return std::make_unique<Transaction>(status_, *attachment_, Transaction::Mode::ChangeWait); });
+  return OnLiveConnection([&]() HOLDWISE_REQUIRES(mutex_) {
+    return std::make_unique<Transaction>(status_, *attachment_, Transaction::Mode::ChangeWait);
+  });
 }
 
 /// One transaction for all reads outside a caller's own: a read-only read-committed one costs the engine nothing,
@@ -116,7 +117,7 @@ Connection::Ready Connection::Prepare(Transaction& transaction, std::string_view
 }
 
 ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
-  const std::scoped_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   // A server has other writers, of whom nothing is heard here.
   const bool mayKeep = own == nullptr && maxRows == kAllRows && place_.IsEmbedded();
   if (mayKeep) {
@@ -124,7 +125,8 @@ ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
   }
   ReadShape(sql);
   if (own == nullptr && shape_.Kind() == StatementKind::Select) {
-    ResultSet rows = OnLiveConnection([&] { return Prepare(Reading(), text_).statement->Read(Reading(), maxRows); });
+    ResultSet rows = OnLiveConnection(
+        [&]() HOLDWISE_REQUIRES(mutex_) { return Prepare(Reading(), text_).statement->Read(Reading(), maxRows); });
     if (mayKeep && advised_.MayBeKept(shape_.Text())) kept_.Add(sql, rows);
     return rows;
   }
@@ -137,7 +139,7 @@ ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
 }
 
 void Connection::Execute(Transaction* own, const QString& sql) {
-  const std::scoped_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   const ChangeNote note(kept_);
   ReadShape(sql);
   if (shape_.Kind() == StatementKind::Definition) {
@@ -155,26 +157,26 @@ void Connection::Execute(Transaction* own, const QString& sql) {
 }
 
 std::unique_ptr<Transaction> Connection::Start() {
-  const std::scoped_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   return StartChange();
 }
 
 void Connection::Commit(std::unique_ptr<Transaction> transaction) {
-  const std::scoped_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   const ChangeNote note(kept_);
   const std::unique_ptr<Transaction> ending = std::move(transaction);  // rolled back under the lock when this fails
   ending->Commit();
 }
 
 void Connection::RollBack(std::unique_ptr<Transaction> transaction) {
-  const std::scoped_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   const ChangeNote note(kept_);  // the database may have a trigger on it
   const std::unique_ptr<Transaction> ending = std::move(transaction);
   ending->RollBack();
 }
 
 void Connection::Advise(const std::vector<StatementAdvice>& advice) {
-  const std::scoped_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   advised_.Take(advice);
   // What is prepared and kept was so by the advice before.
   cache_.Clear();

@@ -82,7 +82,10 @@ void MarketData::Load(const QString& folder) {
   simulated_ = market.simulated;
   LoadSecurities(dir.filePath(QStringLiteral("securities.dat")));
   LoadTradingDates(dir.filePath(QStringLiteral("trading_dates.dat")));
-  stockQuotes_.assign(securities_.size(), NowData{});
+  {
+    const WriteLock lock(mutex_);
+    stockQuotes_.assign(securities_.size(), NowData{});
+  }
   const std::vector<CodedQuote> quotes = ReadQuotes(dir.filePath(QStringLiteral("quotes.dat")));
   ApplyQuotes(quotes);
   const QString accounts = dir.filePath(QStringLiteral("accounts.dat"));
@@ -249,7 +252,7 @@ void MarketData::LoadGroups(const QString& path) {
     members.push_back(codeNumber);
   }
   LogSkipped(path, skipped);
-  const std::unique_lock lock(mutex_);
+  const WriteLock lock(mutex_);
   groups_ = std::move(groups);
 }
 
@@ -275,7 +278,7 @@ void MarketData::LoadOptionalStocks(const QString& path) {
     }
     members.push_back(codeNumber);
   }
-  const std::unique_lock lock(mutex_);
+  const WriteLock lock(mutex_);
   groups_[QString::fromLatin1(kOptionalStockGroup)] = std::move(members);
 }
 
