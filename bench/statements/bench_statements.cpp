@@ -13,6 +13,7 @@
 #include <map>
 #include <vector>
 
+#include "database/firebird_process.h"
 #include "holdwise/packet/number_text.h"
 #include "prepared_loop.h"
 #include "rounds.h"

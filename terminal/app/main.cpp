@@ -10,6 +10,7 @@
 
 #include "app/terminal.h"
 #include "app/terminal_application.h"
+#include "database/firebird_process.h"
 #include "database/firebird_user_data.h"
 #include "holdwise/packet/error.h"
 #include "process/background_thread.h"

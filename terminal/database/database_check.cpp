@@ -5,6 +5,7 @@
 
 #include "database/database_file.h"
 #include "database/engine/prepared_statement.h"
+#include "database/firebird_process.h"
 #include "database/firebird_user_data.h"
 
 namespace holdwise::firebird {

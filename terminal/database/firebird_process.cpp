@@ -1,3 +1,5 @@
+#include "database/firebird_process.h"
+
 #include <fcntl.h>
 #include <firebird/Interface.h>
 #include <sys/file.h>
@@ -11,7 +13,7 @@
 #include <atomic>
 #include <mutex>
 
-#include "database/firebird_user_data.h"
+#include "holdwise/packet/error.h"
 
 namespace holdwise {
 

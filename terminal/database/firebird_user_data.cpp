@@ -11,6 +11,7 @@
 #include "database/connection.h"
 #include "database/database_file.h"
 #include "database/disk_space.h"
+#include "database/firebird_process.h"
 #include "database/schema.h"
 #include "holdwise/packet/atomic_file.h"
 

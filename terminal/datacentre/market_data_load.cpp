@@ -8,8 +8,8 @@
 #include "datacentre/market_data.h"
 #include "datacentre/table_reader.h"
 #include "holdwise/packet/code_numbers.h"
-#include "holdwise/packet/csv.h"
 #include "holdwise/packet/dates.h"
+#include "holdwise/packet/text_file.h"
 
 namespace holdwise {
 namespace {

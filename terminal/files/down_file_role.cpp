@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "files/background.h"
+#include "files/work_file.h"
 
 namespace holdwise {
 

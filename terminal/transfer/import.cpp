@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "holdwise/packet/code_numbers.h"
-#include "holdwise/packet/csv.h"
 #include "holdwise/packet/number_text.h"
+#include "holdwise/packet/text_file.h"
 #include "transfer/base_data.h"
 #include "transfer/portfolio_csv.h"
 
