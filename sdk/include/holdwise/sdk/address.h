@@ -37,6 +37,10 @@ class TAddressItem {
   [[nodiscard]] const QString& Name() const noexcept { return name_; }
   /// The ordering number: addresses are listed with growing numbers, equal ones in the order of registration.
   [[nodiscard]] std::uint16_t Number() const noexcept { return number_; }
+  /// The second text as constructed.
+  [[nodiscard]] const QString& Text() const noexcept { return text_; }
+  /// Does the address keep its own history? A host may ignore it.
+  [[nodiscard]] bool KeepsHistory() const noexcept { return flag1_; }
   /// Has the address a tab? One without can be gone to by name only.
   [[nodiscard]] bool IsListed() const noexcept { return flag2_; }
 
