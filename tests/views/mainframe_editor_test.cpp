@@ -4,7 +4,7 @@
 #include <QTest>
 #include <algorithm>
 
-#include "common/untcommon.h"
+#include "common/store/database.h"
 #include "view_bench.h"
 
 namespace holdwise::test {
