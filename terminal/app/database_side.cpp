@@ -1,4 +1,4 @@
-#include "app/database_side.h"
+#include "database_side.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "app/page_side.h"
+#include "page_side.h"
 
 #include <algorithm>
 #include <utility>

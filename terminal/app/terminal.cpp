@@ -1,4 +1,4 @@
-#include "app/terminal.h"
+#include "terminal.h"
 
 #include <QApplication>
 #include <QSocketNotifier>

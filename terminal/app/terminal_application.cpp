@@ -1,4 +1,4 @@
-#include "app/terminal_application.h"
+#include "terminal_application.h"
 
 #include <cstdio>
 #include <exception>

@@ -1,4 +1,4 @@
-#include "database/connection.h"
+#include "connection.h"
 
 #include <QFile>
 

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "database/disk_space.h"
 #include "database/engine/firebird_client.h"
 #include "database/engine/kept_answers.h"
 #include "database/engine/statement_advice.h"
 #include "database/engine/statement_cache.h"
+#include "disk_space.h"
 #include "holdwise/packet/result_set.h"
 #include "holdwise/packet/thread_annotations.h"
 

@@ -8,12 +8,12 @@
 #include <QFileInfo>
 #include <utility>
 
-#include "database/connection.h"
-#include "database/database_file.h"
-#include "database/disk_space.h"
+#include "connection.h"
 #include "database/firebird_process.h"
-#include "database/schema.h"
+#include "database_file.h"
+#include "disk_space.h"
 #include "holdwise/packet/atomic_file.h"
+#include "schema.h"
 
 namespace holdwise {
 

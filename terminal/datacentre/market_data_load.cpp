@@ -6,10 +6,10 @@
 #include <unordered_map>
 
 #include "datacentre/market_data.h"
-#include "datacentre/table_reader.h"
 #include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/text_file.h"
+#include "table_reader.h"
 
 namespace holdwise {
 namespace {

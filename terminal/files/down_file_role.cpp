@@ -4,8 +4,8 @@
 #include <QThreadPool>
 #include <utility>
 
-#include "files/background.h"
-#include "files/work_file.h"
+#include "background.h"
+#include "work_file.h"
 
 namespace holdwise {
 

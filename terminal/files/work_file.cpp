@@ -1,4 +1,4 @@
-#include "files/work_file.h"
+#include "work_file.h"
 
 #include <QDir>
 #include <QFile>

@@ -5,7 +5,7 @@
 #include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/text_file.h"
-#include "transfer/portfolio_csv.h"
+#include "portfolio_csv.h"
 
 namespace holdwise {
 namespace {

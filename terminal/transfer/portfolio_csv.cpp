@@ -1,4 +1,4 @@
-#include "transfer/portfolio_csv.h"
+#include "portfolio_csv.h"
 
 #include <QHash>
 #include <QRegularExpression>
