@@ -3,7 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "holdwise/packet/csv.h"
+#include "holdwise/packet/csv_reader.h"
+#include "holdwise/packet/csv_result_set.h"
+#include "holdwise/packet/text_file.h"
 #include "properties.h"
 #include "targets.h"
 

@@ -2,7 +2,7 @@
 #include <QUtf8StringView>
 #include <algorithm>
 
-#include "holdwise/packet/csv.h"
+#include "holdwise/packet/csv_result_set.h"
 #include "holdwise/packet/number_text.h"
 #include "properties.h"
 #include "targets.h"

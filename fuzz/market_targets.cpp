@@ -7,6 +7,7 @@
 #include "holdwise/market/bar_reader.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/market/reference_files.h"
+#include "holdwise/market/reference_tables.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 #include "properties.h"

@@ -1,4 +1,4 @@
-#include "packet_codec.h"
+#include "packet_decode.h"
 #include "properties.h"
 #include "targets.h"
 #include "zstd_frame.h"
@@ -26,7 +26,7 @@ void PacketFile(std::string_view input) {
 void PacketContent(std::string_view input) {
   ResultSet resultSet;
   try {
-    resultSet = PacketCodec::Decode(input, kSmallLimits);
+    resultSet = PacketDecoder::Decode(input, kSmallLimits);
   } catch (const Error& error) {
     return RequireFileCategory(error);
   }

@@ -8,7 +8,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "holdwise/packet/csv.h"
+#include "holdwise/packet/csv_result_set.h"
 
 namespace holdwise::fuzz {
 namespace {

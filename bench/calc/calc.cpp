@@ -19,6 +19,7 @@
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
+#include "database/firebird_process.h"
 #include "files/down_file_role.h"
 #include "files/local_folder_source.h"
 #include "holdwise/packet/number_text.h"

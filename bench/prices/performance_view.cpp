@@ -8,6 +8,7 @@
 #include "common/host/host_access.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
+#include "common/store/statement_advice.h"
 #include "holdwise/packet/number_text.h"
 #include "scripted_host.h"
 #include "temp_database.h"
@@ -24,6 +25,7 @@ class Page {
  public:
   explicit Page(int portfolios) {
     host_.SetUserData(database_.Service());
+    database_.Service().Advise(sql::Advice());
     SetModuleHost(&host_);
     for (int index = 0; index < kSecurities; ++index) {
       host_.codeNums.Add({SixDigits(600000 + index),

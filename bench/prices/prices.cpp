@@ -8,6 +8,7 @@
 #include "common/host/host_access.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
+#include "common/store/statement_advice.h"
 #include "holdwise/packet/number_text.h"
 #include "portfolios.h"
 #include "scripted_host.h"
@@ -21,6 +22,7 @@ class Market {
  public:
   Market(int portfolios, int securities) : securities_(securities) {
     host_.SetUserData(database_.Service());
+    database_.Service().Advise(sql::Advice());
     AddSecurities();
     AddPortfolios(portfolios);
     AddCloses();

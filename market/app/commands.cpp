@@ -8,10 +8,11 @@
 
 #include "holdwise/market/data_folder_builder.h"
 #include "holdwise/market/simulated_market.h"
-#include "holdwise/packet/csv.h"
+#include "holdwise/packet/csv_result_set.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/packet_file.h"
+#include "holdwise/packet/text_file.h"
 
 namespace holdwise {
 namespace {

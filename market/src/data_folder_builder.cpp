@@ -7,7 +7,6 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <array>
-#include <mutex>
 #include <set>
 #include <unordered_set>
 
@@ -16,10 +15,12 @@
 #include "holdwise/market/folder_swap.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/market/reference_files.h"
+#include "holdwise/market/reference_tables.h"
 #include "holdwise/market/risk_figures.h"
 #include "holdwise/market/statistics.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/packet_file.h"
+#include "holdwise/packet/thread_annotations.h"
 #include "parallel_for.h"
 
 namespace holdwise {
@@ -203,13 +204,15 @@ void DataFolderBuild::WriteStocks() {
   Report(rejections);
 
   std::vector<StockResult> results(files.size());
-  std::mutex progressLock;
-  int done = 0;
+  struct {
+    Mutex mutex;
+    int done HOLDWISE_GUARDED_BY(mutex) = 0;
+  } progress;
   ParallelFor(files.size(), options_.threads != 0 ? options_.threads : UsualThreadCount(), [&](std::size_t i) {
     results[i] = WriteStock(files[i]);
-    const std::lock_guard guard(progressLock);
-    ++done;
-    if (observer_.onProgress) observer_.onProgress(done, static_cast<int>(files.size()));
+    const MutexLock lock(progress.mutex);
+    ++progress.done;
+    if (observer_.onProgress) observer_.onProgress(progress.done, static_cast<int>(files.size()));
   });
   for (std::size_t i = 0; i < files.size(); ++i) {
     Report(results[i].rejections);

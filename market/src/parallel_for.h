@@ -3,9 +3,10 @@
 #include <atomic>
 #include <cstddef>
 #include <exception>
-#include <mutex>
 #include <thread>
 #include <vector>
+
+#include "holdwise/packet/thread_annotations.h"
 
 namespace holdwise {
 
@@ -14,15 +15,17 @@ namespace holdwise {
 template <typename Work>
 void ParallelFor(std::size_t count, unsigned threads, const Work& work) {
   std::atomic<std::size_t> next = 0;
-  std::mutex lock;
-  std::exception_ptr failure;
+  struct {
+    Mutex mutex;
+    std::exception_ptr failure HOLDWISE_GUARDED_BY(mutex);
+  } first;
   const auto run = [&] {
     for (std::size_t i = next.fetch_add(1); i < count; i = next.fetch_add(1)) {
       try {
         work(i);
       } catch (...) {
-        const std::lock_guard guard(lock);
-        if (!failure) failure = std::current_exception();
+        const MutexLock lock(first.mutex);
+        if (!first.failure) first.failure = std::current_exception();
         next = count;
       }
     }
@@ -32,7 +35,8 @@ void ParallelFor(std::size_t count, unsigned threads, const Work& work) {
     const std::size_t wanted = std::min<std::size_t>(std::max(1U, threads), count);
     for (std::size_t i = 0; i < wanted; ++i) workers.emplace_back(run);
   }
-  if (failure) std::rethrow_exception(failure);
+  const MutexLock lock(first.mutex);
+  if (first.failure) std::rethrow_exception(first.failure);
 }
 
 /// As many as the machine runs at once, at least two.

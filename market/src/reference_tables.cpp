@@ -1,5 +1,6 @@
+#include "holdwise/market/reference_tables.h"
+
 #include "holdwise/market/market_rules.h"
-#include "holdwise/market/reference_files.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 

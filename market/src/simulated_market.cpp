@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cmath>
 #include <map>
-#include <mutex>
 #include <vector>
 
 #include "holdwise/market/folder_swap.h"
@@ -14,6 +13,7 @@
 #include "holdwise/market/random.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/error.h"
+#include "holdwise/packet/thread_annotations.h"
 #include "parallel_for.h"
 #include "simulated_names.h"
 
@@ -280,17 +280,19 @@ void WriteSimulatedMarket(const SimulationOptions& options, const std::function<
               MakeIndex(level, factors, SubSeed(options.seed, static_cast<std::uint64_t>(number))));
   }
   std::vector<int> listDates(securities.size());
-  std::mutex progressLock;
-  int done = 0;
+  struct {
+    Mutex mutex;
+    int done HOLDWISE_GUARDED_BY(mutex) = 0;
+  } progress;
   ParallelFor(securities.size(), options.threads != 0 ? options.threads : UsualThreadCount(), [&](std::size_t i) {
     const SimulatedSecurity& security = securities[i];
     const auto number = static_cast<std::uint64_t>(CodeNumberOfStock(security.code));
     const StockBars bars = MakeStock(security, factors, SubSeed(options.seed, number));
     listDates[i] = bars.listDate;
     WriteFile(folder + QStringLiteral("bars/%1.csv").arg(QString::fromStdString(security.code)), bars.csv);
-    const std::lock_guard guard(progressLock);
-    ++done;
-    if (onProgress) onProgress(done, static_cast<int>(securities.size()));
+    const MutexLock lock(progress.mutex);
+    ++progress.done;
+    if (onProgress) onProgress(progress.done, static_cast<int>(securities.size()));
   });
   WriteFile(folder + QStringLiteral("securities.csv"), SecuritiesCsv(securities, listDates));
   QByteArray dates("date\n");

@@ -1,9 +1,9 @@
 #include "base_data_ingestion.h"
 
 #include <array>
-#include <cmath>
 #include <string>
 
+#include "common/store/cell_literal.h"
 #include "common/store/statements.h"
 #include "holdwise/packet/number_text.h"
 
@@ -32,10 +32,10 @@ class StatisticRows {
         startDate_(rows.Column("startdate")),
         endDate_(rows.Column("enddate")) {}
 
-  [[nodiscard]] std::string Code(int row) const { return Checked(row, code_); }
+  [[nodiscard]] std::string Code(int row) const { return sql::NumberLiteral(rows_, row, code_); }
   /// As they stand in the file: for conditions, where no default applies.
-  [[nodiscard]] std::string HqType(int row) const { return Checked(row, hqType_); }
-  [[nodiscard]] std::string HqDate(int row) const { return Checked(row, hqDate_); }
+  [[nodiscard]] std::string HqType(int row) const { return sql::NumberLiteral(rows_, row, hqType_); }
+  [[nodiscard]] std::string HqDate(int row) const { return sql::NumberLiteral(rows_, row, hqDate_); }
   [[nodiscard]] bool IsLastDay(int row) const { return rows_.TextAt(row, isLastDay_) == QLatin1String("1"); }
 
   [[nodiscard]] sql::StatisticTexts Texts(int row, const std::string& code) const {
@@ -55,38 +55,10 @@ class StatisticRows {
 
  private:
   [[nodiscard]] std::string Defaulted(int row, int column, std::string_view ifEmpty) const {
-    std::string text = TextOf(row, column);
+    std::string text = sql::NumberIfAny(rows_, row, column);
     if (text.empty()) text = ifEmpty;
     return text;
   }
-  [[nodiscard]] std::string Checked(int row, int column) const {
-    std::string text = TextOf(row, column);
-    if (text.empty()) Refuse(row, column, text);
-    return text;
-  }
-  /// Empty or a plain number.
-  [[nodiscard]] std::string TextOf(int row, int column) const {
-    if (rows_.IsNull(row, column)) return {};
-    switch (rows_.TypeOf(column)) {
-      case ColumnType::Integer:
-        return std::to_string(rows_.IntegerAt(row, column));
-      case ColumnType::Real: {
-        const double value = rows_.RealAt(row, column);
-        if (!std::isfinite(value)) Refuse(row, column, "NaN/Inf");
-        return ShortestUtf8(value);
-      }
-      default:
-        break;
-    }
-    std::string text = rows_.Utf8At(row, column);
-    if (!text.empty() && !ParseReal(std::string_view(text))) Refuse(row, column, text);
-    return text;
-  }
-  [[noreturn]] void Refuse(int row, int column, const std::string& text) const {
-    throw Error(ErrorCategory::Refused,
-                "第" + std::to_string(row + 1) + "行的" + rows_.ColumnName(column) + "不是数：“" + text + "”");
-  }
-
   const ResultSet& rows_;
   int code_, closePrice_, hqType_, rowId_, periodReturn_, meanReturn_, hqDate_, oldClosePrice_, deviation_, isLastDay_;
   int startDate_, endDate_;

@@ -3,16 +3,16 @@
 #include <QSet>
 #include <QStringList>
 #include <array>
-#include <cmath>
 
+#include "common/store/cell_literal.h"
 #include "common/store/statements.h"
-#include "holdwise/packet/number_text.h"
 
 namespace holdwise::calc {
 namespace {
 
 constexpr int kRowsAStep = 100;
 const QString kNull = QStringLiteral("null");
+const QString kNoPrice = QStringLiteral("0");
 
 enum class Access { Integer, Text, DateTime, Real };
 
@@ -37,35 +37,15 @@ constexpr std::array<Field, 14> kInterestFields = {{{"ID", Access::Integer},
                                                     {"INTEREST", Access::Real},
                                                     {"INTERESTCODE", Access::Text}}};
 
-[[noreturn]] void Refuse(const ResultSet& rows, int row, int column) {
-  throw Error(ErrorCategory::Refused,
-              QStringLiteral("第%1行的%2不是有效的值：“%3”")
-                  .arg(row + 1)
-                  .arg(QString::fromStdString(rows.ColumnName(column)),
-                       rows.TypeOf(column) == ColumnType::Real ? QStringLiteral("NaN/Inf") : rows.TextAt(row, column))
-                  .toStdString());
-}
-
-/// The number of a cell as it may stand in a statement.
-QString NumberLiteral(const ResultSet& rows, int row, int column) {
-  const ColumnType type = rows.TypeOf(column);
-  if (type == ColumnType::DateTime) Refuse(rows, row, column);
-  if (type == ColumnType::Real && !std::isfinite(rows.RealAt(row, column))) Refuse(rows, row, column);
-  QString text = rows.TextAt(row, column);
-  if (!ParseReal(text)) Refuse(rows, row, column);
-  return text;
-}
-
 QString LiteralOf(const ResultSet& rows, int row, int column, Access access) {
   if (rows.IsNull(row, column)) return kNull;
   switch (access) {
     case Access::Integer:
-      return QString::number(rows.IntegerAt(row, column));
+      return QString::fromStdString(sql::IntegerLiteral(rows, row, column));
     case Access::Real:
-      return NumberLiteral(rows, row, column);
+      return QString::fromStdString(sql::NumberLiteral(rows, row, column));
     case Access::DateTime:
-      if (rows.TypeOf(column) != ColumnType::DateTime) Refuse(rows, row, column);
-      return sql::TextLiteral(rows.TextAt(row, column));
+      return sql::DateTimeLiteral(rows, row, column);
     case Access::Text:
       break;
   }
@@ -107,11 +87,10 @@ void ReplaceEstimateValues(DatabaseStatements& database, const ResultSet& file, 
     const QString code = file.TextAt(row, codeColumn);
     if (stored.contains(code)) continue;
     stored.insert(code);
-    const bool hasNoPrice = file.IsNull(row, priceColumn) ||
-                            (file.TypeOf(priceColumn) == ColumnType::Text && file.TextAt(row, priceColumn).isEmpty());
-    const QString price = hasNoPrice ? QStringLiteral("0") : NumberLiteral(file, row, priceColumn);
-    MustExecute(database, sql::InsertEstimateValue(LiteralOf(file, row, idColumn, Access::Integer),
-                                                   sql::TextLiteral(code), price));
+    const std::string price = sql::NumberIfAny(file, row, priceColumn);
+    MustExecute(database,
+                sql::InsertEstimateValue(LiteralOf(file, row, idColumn, Access::Integer), sql::TextLiteral(code),
+                                         price.empty() ? kNoPrice : QString::fromStdString(price)));
     MaybeStep(row, step);
   }
   transaction.Commit();

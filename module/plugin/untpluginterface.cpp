@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "common/host/host_access.h"
+#include "common/store/statement_advice.h"
 #include "holdwise/sdk/host.h"
 #include "holdwise_addr_item.h"
 
@@ -15,6 +16,7 @@ std::shared_ptr<holdwise::TAddressItem> addressItem;
 
 bool Initialize(holdwise::Host* host, int sdkVersion) {
   if (host == nullptr || sdkVersion != holdwise::kSdkVersion) return false;
+  host->UserData().Advise(holdwise::sql::Advice());
   holdwise::SetModuleHost(host);
   return true;
 }

@@ -9,7 +9,8 @@ namespace Untpluginterface {
 
 #define HOLDWISE_EXPORTED __attribute__((visibility("default")))
 
-/// Takes over the host. False, and nothing happens, without a host or for another version of its headers.
+/// Takes over the host and advises its database about the statements to come. False, and nothing happens, without a
+/// host or for another version of its headers.
 HOLDWISE_EXPORTED bool Initialize(holdwise::Host* host, int sdkVersion);
 /// Releases the address item, then the host.
 HOLDWISE_EXPORTED void Finalize();

@@ -1,7 +1,8 @@
+#include "holdwise/packet/csv_reader.h"
+
 #include <algorithm>
 #include <cstring>
 
-#include "holdwise/packet/csv.h"
 #include "holdwise/packet/error.h"
 
 namespace holdwise {

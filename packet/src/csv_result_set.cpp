@@ -1,8 +1,10 @@
+#include "holdwise/packet/csv_result_set.h"
+
 #include <algorithm>
 #include <optional>
 
 #include "date_time_text.h"
-#include "holdwise/packet/csv.h"
+#include "holdwise/packet/csv_reader.h"
 #include "holdwise/packet/number_text.h"
 #include "packet_layout.h"
 

@@ -1,10 +1,11 @@
+#include "packet_decode.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <type_traits>
 
 #include "cbor.h"
-#include "packet_codec.h"
 #include "packet_layout.h"
 
 namespace holdwise {
@@ -116,8 +117,8 @@ void CheckLimit(const CborReader& reader, std::uint64_t value, int limit, const 
 
 }  // namespace
 
-void PacketCodec::DecodeColumn(CborReader& reader, const PacketLimits& limits, MemoryBudget& budget,
-                               ResultSet& result) {
+void PacketDecoder::DecodeColumn(CborReader& reader, const PacketLimits& limits, MemoryBudget& budget,
+                                 ResultSet& result) {
   const auto rows = static_cast<std::size_t>(result.rowCount_);
   const std::string number = "第 " + std::to_string(result.ColumnCount() + 1) + " 列";
   reader.SetPlace(number + "：");
@@ -154,7 +155,7 @@ void PacketCodec::DecodeColumn(CborReader& reader, const PacketLimits& limits, M
   reader.SetPlace({});
 }
 
-ResultSet PacketCodec::Decode(std::string_view content, const PacketLimits& limits) {
+ResultSet PacketDecoder::Decode(std::string_view content, const PacketLimits& limits) {
   CborReader reader(content);
   MemoryBudget budget(limits.memoryBytes);
   if (reader.Head(CborMajor::Map) != kPacketEntries) reader.Corrupt("文件头有误");

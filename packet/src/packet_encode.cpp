@@ -1,9 +1,10 @@
+#include "packet_encode.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include "cbor.h"
-#include "packet_codec.h"
 #include "packet_layout.h"
 
 namespace holdwise {
@@ -69,8 +70,8 @@ void CheckContent(std::size_t bytes, const PacketLimits& limits) {
 
 }  // namespace
 
-void PacketCodec::EncodeColumn(const ResultSet& resultSet, int index, const PacketLimits& limits,
-                               std::string& content) {
+void PacketEncoder::EncodeColumn(const ResultSet& resultSet, int index, const PacketLimits& limits,
+                                 std::string& content) {
   const ResultSet::ColumnData& column = resultSet.columns_[static_cast<std::size_t>(index)];
   if (column.name.size() > static_cast<std::size_t>(limits.nameBytes)) Refuse("列名过长：" + column.name);
   const bool hasNulls = std::find(column.nulls.begin(), column.nulls.end(), true) != column.nulls.end();
@@ -104,7 +105,7 @@ void PacketCodec::EncodeColumn(const ResultSet& resultSet, int index, const Pack
   if (hasNulls) WriteNulls(writer, column.nulls);
 }
 
-std::string PacketCodec::Encode(const ResultSet& resultSet, const PacketLimits& limits) {
+std::string PacketEncoder::Encode(const ResultSet& resultSet, const PacketLimits& limits) {
   if (resultSet.ColumnCount() > limits.columns) Refuse("列数超过 " + std::to_string(limits.columns));
   if (resultSet.RowCount() > limits.rows) Refuse("行数超过 " + std::to_string(limits.rows));
   std::string content;

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "packet_codec.h"
+#include "packet_decode.h"
+#include "packet_encode.h"
 #include "read_file.h"
 #include "zstd_frame.h"
 
@@ -34,14 +35,14 @@ QByteArray ReadToEnd(QIODevice& device, std::int64_t maxBytes) {
 }  // namespace
 
 QByteArray EncodePacket(const ResultSet& resultSet, const PacketLimits& limits) {
-  return CompressFrame(PacketCodec::Encode(resultSet, limits), limits.compressedBytes);
+  return CompressFrame(PacketEncoder::Encode(resultSet, limits), limits.compressedBytes);
 }
 
 ResultSet DecodePacket(const QByteArray& bytes, const PacketLimits& limits) {
   if (bytes.size() > limits.compressedBytes) {
     throw Error(ErrorCategory::Refused, "数据文件超出限制：有 " + std::to_string(bytes.size()) + " 字节");
   }
-  return PacketCodec::Decode(DecompressFrame(bytes, limits.contentBytes), limits);
+  return PacketDecoder::Decode(DecompressFrame(bytes, limits.contentBytes), limits);
 }
 
 void WritePacket(QIODevice& device, const ResultSet& resultSet, const PacketLimits& limits) {

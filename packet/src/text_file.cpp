@@ -1,3 +1,5 @@
+#include "holdwise/packet/text_file.h"
+
 #include <iconv.h>
 
 #include <QUtf8StringView>
@@ -6,7 +8,6 @@
 #include <cstdint>
 #include <system_error>
 
-#include "holdwise/packet/csv.h"
 #include "holdwise/packet/error.h"
 #include "read_file.h"
 

@@ -1,4 +1,4 @@
-#include "app/command_runner.h"
+#include "command_runner.h"
 
 #include <QTimer>
 #include <utility>

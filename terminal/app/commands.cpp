@@ -1,4 +1,4 @@
-#include "app/commands.h"
+#include "commands.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -90,7 +90,7 @@ HandOverAnswer Commands::ImportFile(const QString& file) {
     return !signal_guard::Requested();
   };
   MarketData& market = parts_.market->Data();
-  const ImportServices services{*parts_.database.UserData(), market, market, market.Folder()};
+  const ImportServices services{parts_.database, market, market};
   return AnswerOf(file, ImportPortfoliosFromFile(file, services, progress));
 }
 

@@ -2,13 +2,13 @@
 #include <functional>
 #include <memory>
 
-#include "app/command_runner.h"
-#include "app/database_side.h"
-#include "app/market_side.h"
-#include "app/page_side.h"
-#include "app/process_parts.h"
-#include "app/window_side.h"
+#include "command_runner.h"
+#include "database_side.h"
+#include "market_side.h"
+#include "page_side.h"
+#include "process_parts.h"
 #include "transfer/view_exporter.h"
+#include "window_side.h"
 
 namespace holdwise {
 

@@ -1,4 +1,4 @@
-#include "app/database_side.h"
+#include "database_side.h"
 
 #include <utility>
 
@@ -8,13 +8,27 @@ namespace holdwise {
 
 DatabaseSide::DatabaseSide(Opener opener) : opener_(std::move(opener)) {}
 
-void DatabaseSide::Open() {
-  userData_ = opener_();
+UserDataServices& DatabaseSide::Opened() {
+  if (userData_ == nullptr) throw Error(ErrorCategory::Refused, "数据库还没有打开");
+  return *userData_;
 }
 
-void DatabaseSide::DoQuery(const QString& sql, ResultSet& resultSet) {
-  if (userData_ == nullptr) throw Error(ErrorCategory::Refused, "数据库还没有打开");
-  resultSet = userData_->Query(sql);
+QStringList DatabaseSide::Open() {
+  userData_ = opener_();
+  QStringList problems;
+  for (const std::vector<StatementAdvice>& advice : std::exchange(advice_, {})) {
+    try {
+      userData_->Advise(advice);
+    } catch (const Error& error) {
+      problems.append(QString::fromUtf8(error.what()));
+    }
+  }
+  return problems;
+}
+
+void DatabaseSide::Advise(const std::vector<StatementAdvice>& advice) {
+  if (userData_ != nullptr) return userData_->Advise(advice);
+  advice_.push_back(advice);
 }
 
 }  // namespace holdwise

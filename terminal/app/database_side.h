@@ -1,31 +1,47 @@
 #pragma once
+#include <QStringList>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "holdwise/sdk/database.h"
 #include "holdwise/sdk/datacenter.h"
 
 namespace holdwise {
 
-/// The local database, which is opened while everything that can do without it is being made; also the data centre's
-/// way to it. User-interface thread.
-class DatabaseSide final : public TLocatDBOper {
+/// The local database for those who are made before it is open: the plug-ins are loaded and the data centre is filled
+/// while the engine is still opening its file. Until then every statement is Error(Refused); what is advised meanwhile
+/// is handed on with opening. Open and Advise: user-interface thread; the rest as UserDataServices, for other threads
+/// from Open on.
+class DatabaseSide final : public UserDataServices, public TLocatDBOper {
  public:
-  /// Waits for the database that is being opened; throws what opening it threw. Called once.
+  /// Waits for the database that is being opened, not null; throws what opening it threw. Called once.
   using Opener = std::function<std::unique_ptr<UserDataServices>()>;
 
   explicit DatabaseSide(Opener opener);
 
-  /// Waits for the database; throws what opening it threw.
-  void Open();
-  /// The service; null before Open.
-  [[nodiscard]] const std::unique_ptr<UserDataServices>& UserData() const { return userData_; }
-  /// Error(Refused) before Open.
-  void DoQuery(const QString& sql, ResultSet& resultSet) override;
+  /// Waits for the database; throws what opening it threw. Returns why advice was refused, one text for each that was:
+  /// the database is open all the same.
+  [[nodiscard]] QStringList Open();
+
+  [[nodiscard]] ResultSet Query(const QString& sql) override { return Opened().Query(sql); }
+  [[nodiscard]] std::int64_t Count(const QString& sql) override { return Opened().Count(sql); }
+  [[nodiscard]] Value Scalar(const QString& sql) override { return Opened().Scalar(sql); }
+  int Execute(const QString& sql) override { return Opened().Execute(sql); }
+  void StartTransaction() override { Opened().StartTransaction(); }
+  void Commit() override { Opened().Commit(); }
+  void RollBack() override { Opened().RollBack(); }
+  [[nodiscard]] bool InTransaction() const override { return userData_ != nullptr && userData_->InTransaction(); }
+  [[nodiscard]] std::unique_ptr<UserDataSession> OpenSession() override { return Opened().OpenSession(); }
+  void Advise(const std::vector<StatementAdvice>& advice) override;
+  void DoQuery(const QString& sql, ResultSet& resultSet) override { resultSet = Query(sql); }
 
  private:
+  [[nodiscard]] UserDataServices& Opened();
+
   Opener opener_;
   std::unique_ptr<UserDataServices> userData_;
+  std::vector<std::vector<StatementAdvice>> advice_;  ///< of the time before opening
 };
 
 }  // namespace holdwise

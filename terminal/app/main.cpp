@@ -8,8 +8,7 @@
 #include <future>
 #include <optional>
 
-#include "app/terminal.h"
-#include "app/terminal_application.h"
+#include "database/firebird_process.h"
 #include "database/firebird_user_data.h"
 #include "holdwise/packet/error.h"
 #include "process/background_thread.h"
@@ -18,6 +17,8 @@
 #include "process/print.h"
 #include "process/signal_guard.h"
 #include "process/work_folder.h"
+#include "terminal.h"
+#include "terminal_application.h"
 #include "window/terminal_style.h"
 
 namespace holdwise {

@@ -1,4 +1,4 @@
-#include "app/market_side.h"
+#include "market_side.h"
 
 #include "bus/embedded_market.h"
 #include "files/local_folder_source.h"

@@ -2,10 +2,10 @@
 #include <future>
 #include <memory>
 
-#include "app/process_parts.h"
 #include "bus/market_connection.h"
 #include "datacentre/market_data.h"
 #include "files/file_source.h"
+#include "process_parts.h"
 
 namespace holdwise {
 

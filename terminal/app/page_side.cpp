@@ -1,4 +1,4 @@
-#include "app/page_side.h"
+#include "page_side.h"
 
 #include <algorithm>
 #include <utility>
@@ -22,7 +22,7 @@ PageSide::PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& ma
       addresses_(process.Log()),
       quickEntry_(&window.Window(), market.Data()),
       host_({addresses_, window.Window().Area(), quickEntry_, window.Messages(), window.Theme(), process.Log(),
-             process.Clock(), database.UserData(), market.Data(), market.Connection().Bus(), market.Files()},
+             process.Clock(), database, market.Data(), market.Connection().Bus(), market.Files()},
             process.Asked().workFolder),
       plugins_(host_) {
   addresses_.OnEntered = [this](const QString& name) { window_.Window().SetCurrentAddress(name); };

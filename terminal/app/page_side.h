@@ -1,13 +1,13 @@
 #pragma once
-#include "app/database_side.h"
-#include "app/market_side.h"
-#include "app/process_parts.h"
-#include "app/window_side.h"
+#include "database_side.h"
 #include "holdwise/sdk/catalogue.h"
+#include "market_side.h"
 #include "pages/address_registry.h"
 #include "plugins/plugin_loader.h"
 #include "plugins/terminal_host.h"
+#include "process_parts.h"
 #include "window/quick_entry.h"
+#include "window_side.h"
 
 namespace holdwise {
 

@@ -1,9 +1,9 @@
-#include "app/process_parts.h"
+#include "process_parts.h"
 
 #include <QDir>
 #include <utility>
 
-#include "app/terminal_application.h"
+#include "terminal_application.h"
 
 namespace holdwise {
 namespace {

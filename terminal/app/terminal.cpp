@@ -1,4 +1,4 @@
-#include "app/terminal.h"
+#include "terminal.h"
 
 #include <QApplication>
 #include <QSocketNotifier>
@@ -78,7 +78,7 @@ int Terminal::Run() {
 
 bool Terminal::OpenDatabase() {
   try {
-    database_.Open();
+    for (const QString& problem : database_.Open()) process_.Log().WriteLog(problem);
     return true;
   } catch (const std::exception& error) {
     process_.Log().WriteLog(QStringLiteral("数据库不能打开：%1").arg(TextOf(error)));

@@ -1,12 +1,12 @@
 #pragma once
 #include <memory>
 
-#include "app/commands.h"
-#include "app/database_side.h"
-#include "app/market_side.h"
-#include "app/page_side.h"
-#include "app/process_parts.h"
-#include "app/window_side.h"
+#include "commands.h"
+#include "database_side.h"
+#include "market_side.h"
+#include "page_side.h"
+#include "process_parts.h"
+#include "window_side.h"
 
 namespace holdwise {
 

@@ -1,9 +1,10 @@
-#include "app/terminal_application.h"
+#include "terminal_application.h"
 
 #include <cstdio>
 #include <exception>
-#include <mutex>
 #include <utility>
+
+#include "holdwise/packet/thread_annotations.h"
 
 namespace holdwise {
 namespace {
@@ -11,9 +12,9 @@ namespace {
 /// Messages wait here for the log; the first ones come while the application object is made.
 struct QtMessages {
   static constexpr int kMostWaiting = 100;
-  std::mutex lock;
-  QStringList waiting;
-  DebugServers* log = nullptr;
+  Mutex lock;
+  QStringList waiting HOLDWISE_GUARDED_BY(lock);
+  DebugServers* log HOLDWISE_GUARDED_BY(lock) = nullptr;
 };
 
 QtMessages& Messages() {
@@ -28,7 +29,7 @@ void TakeQtMessage(QtMsgType type, const QMessageLogContext& /*context*/, const 
   if (std::exchange(isWriting, true)) return;
   QtMessages& messages = Messages();
   {
-    const std::lock_guard guard(messages.lock);
+    const MutexLock guard(messages.lock);
     const QString line = QStringLiteral("Qt：") + text;
     if (messages.log != nullptr) {
       messages.log->WriteLog(line);
@@ -48,7 +49,7 @@ void TerminalApplication::CatchQtMessages() {
 void TerminalApplication::SetLog(DebugServers* log) {
   log_ = log;
   QtMessages& messages = Messages();
-  const std::lock_guard guard(messages.lock);
+  const MutexLock guard(messages.lock);
   messages.log = log;
   if (log == nullptr) return;
   for (const QString& line : messages.waiting) log->WriteLog(line);

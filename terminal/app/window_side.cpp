@@ -1,4 +1,4 @@
-#include "app/window_side.h"
+#include "window_side.h"
 
 #include <QApplication>
 #include <QFontMetrics>

@@ -2,7 +2,7 @@
 
 #include <QRandomGenerator>
 
-#include "bus/in_process_bus.h"
+#include "in_process_bus.h"
 
 namespace holdwise {
 namespace {

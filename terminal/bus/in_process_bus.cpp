@@ -1,4 +1,4 @@
-#include "bus/in_process_bus.h"
+#include "in_process_bus.h"
 
 #include <utility>
 

@@ -1,8 +1,6 @@
-#include "database/connection.h"
+#include "connection.h"
 
 #include <QFile>
-
-#include "database/equal_statements.h"
 
 namespace holdwise::firebird {
 
@@ -23,7 +21,7 @@ class ChangeNote {
 }  // namespace
 
 Connection::Connection(Handle<Firebird::IAttachment> attachment, Place place)
-    : attachment_(std::move(attachment)), place_(std::move(place)) {}
+    : place_(std::move(place)), attachment_(std::move(attachment)) {}
 
 Connection::~Connection() {
   cache_.Clear();
@@ -54,8 +52,9 @@ std::unique_ptr<Transaction> Connection::StartChange() {
     RequireSpace(place_.folder, place_.bytesToChange);
     return std::make_unique<Transaction>(status_, *attachment_, Transaction::Mode::ChangeNoWait);
   }
-  return OnLiveConnection(
-      [&] { return std::make_unique<Transaction>(status_, *attachment_, Transaction::Mode::ChangeWait); });
+  return OnLiveConnection([&]() HOLDWISE_REQUIRES(mutex_) {
+    return std::make_unique<Transaction>(status_, *attachment_, Transaction::Mode::ChangeWait);
+  });
 }
 
 /// One transaction for all reads outside a caller's own: a read-only read-committed one costs the engine nothing,
@@ -72,17 +71,27 @@ void Connection::ReadShape(const QString& sql) {
   shape_.Read(text_);
 }
 
+PreparedStatement& Connection::PrepareForm(Transaction& transaction, std::string_view form) {
+  auto statement = std::make_unique<PreparedStatement>(status_, *attachment_, transaction, form);
+  if (statement->ParameterCount() != shape_.Literals().size()) {
+    throw Error(ErrorCategory::Refused, "语句里有没有值的参数");
+  }
+  return cache_.Add(shape_.Text(), std::move(statement));
+}
+
 /// Null when the shape is one that the engine does not prepare.
 PreparedStatement* Connection::PrepareShape(Transaction& transaction, std::string_view sql) {
   const std::string& shape = shape_.Text();
   if (PreparedStatement* known = cache_.Find(shape)) return known;
   if (cache_.IsUnbindable(shape)) return nullptr;
-  try {
-    auto statement = std::make_unique<PreparedStatement>(status_, *attachment_, transaction, EqualStatement(shape));
-    if (statement->ParameterCount() != shape_.Literals().size()) {
-      throw Error(ErrorCategory::Refused, "语句里有没有值的参数");
+  if (const std::string_view form = advised_.FormToPrepare(shape); form != shape) {
+    try {
+      return &PrepareForm(transaction, form);
+    } catch (const Error&) {  // bad advice: as it is written, then
     }
-    return &cache_.Add(shape, std::move(statement));
+  }
+  try {
+    return &PrepareForm(transaction, shape);
   } catch (const Error& error) {
     if (error.Category() == ErrorCategory::Refused || shape_.Literals().empty()) throw;
     // Whether the text itself is at fault shows when it is prepared as it stands.
@@ -108,7 +117,7 @@ Connection::Ready Connection::Prepare(Transaction& transaction, std::string_view
 }
 
 ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
-  const std::scoped_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   // A server has other writers, of whom nothing is heard here.
   const bool mayKeep = own == nullptr && maxRows == kAllRows && place_.IsEmbedded();
   if (mayKeep) {
@@ -116,8 +125,9 @@ ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
   }
   ReadShape(sql);
   if (own == nullptr && shape_.Kind() == StatementKind::Select) {
-    ResultSet rows = OnLiveConnection([&] { return Prepare(Reading(), text_).statement->Read(Reading(), maxRows); });
-    if (mayKeep) kept_.Add(sql, rows);
+    ResultSet rows = OnLiveConnection(
+        [&]() HOLDWISE_REQUIRES(mutex_) { return Prepare(Reading(), text_).statement->Read(Reading(), maxRows); });
+    if (mayKeep && advised_.MayBeKept(shape_.Text())) kept_.Add(sql, rows);
     return rows;
   }
   const ChangeNote note(kept_);
@@ -129,7 +139,7 @@ ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
 }
 
 void Connection::Execute(Transaction* own, const QString& sql) {
-  const std::scoped_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   const ChangeNote note(kept_);
   ReadShape(sql);
   if (shape_.Kind() == StatementKind::Definition) {
@@ -147,22 +157,30 @@ void Connection::Execute(Transaction* own, const QString& sql) {
 }
 
 std::unique_ptr<Transaction> Connection::Start() {
-  const std::scoped_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   return StartChange();
 }
 
 void Connection::Commit(std::unique_ptr<Transaction> transaction) {
-  const std::scoped_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   const ChangeNote note(kept_);
   const std::unique_ptr<Transaction> ending = std::move(transaction);  // rolled back under the lock when this fails
   ending->Commit();
 }
 
 void Connection::RollBack(std::unique_ptr<Transaction> transaction) {
-  const std::scoped_lock lock(mutex_);
+  const MutexLock lock(mutex_);
   const ChangeNote note(kept_);  // the database may have a trigger on it
   const std::unique_ptr<Transaction> ending = std::move(transaction);
   ending->RollBack();
+}
+
+void Connection::Advise(const std::vector<StatementAdvice>& advice) {
+  const MutexLock lock(mutex_);
+  advised_.Take(advice);
+  // What is prepared and kept was so by the advice before.
+  cache_.Clear();
+  kept_.Clear();
 }
 
 }  // namespace holdwise::firebird

@@ -3,16 +3,17 @@
 #include <functional>
 #include <limits>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "database/disk_space.h"
 #include "database/engine/firebird_client.h"
+#include "database/engine/kept_answers.h"
+#include "database/engine/statement_advice.h"
 #include "database/engine/statement_cache.h"
-#include "database/kept_answers.h"
+#include "disk_space.h"
 #include "holdwise/packet/result_set.h"
+#include "holdwise/packet/thread_annotations.h"
 
 namespace holdwise::firebird {
 
@@ -36,11 +37,13 @@ class Connection {
 
   static constexpr int kAllRows = std::numeric_limits<int>::max();
   /// `own` is the caller's open transaction, or null: then the statement is its own transaction.
-  [[nodiscard]] ResultSet Query(Transaction* own, const QString& sql, int maxRows);
-  void Execute(Transaction* own, const QString& sql);
-  [[nodiscard]] std::unique_ptr<Transaction> Start();
-  void Commit(std::unique_ptr<Transaction> transaction);
-  void RollBack(std::unique_ptr<Transaction> transaction);
+  [[nodiscard]] ResultSet Query(Transaction* own, const QString& sql, int maxRows) HOLDWISE_EXCLUDES(mutex_);
+  void Execute(Transaction* own, const QString& sql) HOLDWISE_EXCLUDES(mutex_);
+  [[nodiscard]] std::unique_ptr<Transaction> Start() HOLDWISE_EXCLUDES(mutex_);
+  void Commit(std::unique_ptr<Transaction> transaction) HOLDWISE_EXCLUDES(mutex_);
+  void RollBack(std::unique_ptr<Transaction> transaction) HOLDWISE_EXCLUDES(mutex_);
+  /// See AdvisedStatements::Take.
+  void Advise(const std::vector<StatementAdvice>& advice) HOLDWISE_EXCLUDES(mutex_);
 
  private:
   /// A statement ready to run: from the cache, or made for this one run.
@@ -48,23 +51,27 @@ class Connection {
     PreparedStatement* statement = nullptr;
     std::unique_ptr<PreparedStatement> once;
   };
-  [[nodiscard]] Ready Prepare(Transaction& transaction, std::string_view sql);
-  [[nodiscard]] PreparedStatement* PrepareShape(Transaction& transaction, std::string_view sql);
-  [[nodiscard]] Transaction& Reading();
+  [[nodiscard]] Ready Prepare(Transaction& transaction, std::string_view sql) HOLDWISE_REQUIRES(mutex_);
+  /// Prepares the text for statements of the shape at hand.
+  PreparedStatement& PrepareForm(Transaction& transaction, std::string_view form) HOLDWISE_REQUIRES(mutex_);
+  [[nodiscard]] PreparedStatement* PrepareShape(Transaction& transaction, std::string_view sql)
+      HOLDWISE_REQUIRES(mutex_);
+  [[nodiscard]] Transaction& Reading() HOLDWISE_REQUIRES(mutex_);
   template <typename Action>
-  auto OnLiveConnection(Action action);
-  [[nodiscard]] std::unique_ptr<Transaction> StartChange();
-  void ReadShape(const QString& sql);
+  auto OnLiveConnection(Action action) HOLDWISE_REQUIRES(mutex_);
+  [[nodiscard]] std::unique_ptr<Transaction> StartChange() HOLDWISE_REQUIRES(mutex_);
+  void ReadShape(const QString& sql) HOLDWISE_REQUIRES(mutex_);
 
-  std::mutex mutex_;
-  Status status_;
-  Handle<Firebird::IAttachment> attachment_;
   const Place place_;
-  std::unique_ptr<Transaction> reading_;
-  StatementCache cache_;
-  KeptAnswers kept_;
-  std::string text_;
-  StatementShape shape_;
+  Mutex mutex_;
+  Status status_ HOLDWISE_GUARDED_BY(mutex_);
+  Handle<Firebird::IAttachment> attachment_ HOLDWISE_GUARDED_BY(mutex_);
+  std::unique_ptr<Transaction> reading_ HOLDWISE_GUARDED_BY(mutex_);
+  StatementCache cache_ HOLDWISE_GUARDED_BY(mutex_);
+  AdvisedStatements advised_ HOLDWISE_GUARDED_BY(mutex_);
+  KeptAnswers kept_ HOLDWISE_GUARDED_BY(mutex_);
+  std::string text_ HOLDWISE_GUARDED_BY(mutex_);
+  StatementShape shape_ HOLDWISE_GUARDED_BY(mutex_);
 };
 
 }  // namespace holdwise::firebird

@@ -3,9 +3,10 @@
 #include <limits>
 #include <string>
 
-#include "database/database_file.h"
 #include "database/engine/prepared_statement.h"
+#include "database/firebird_process.h"
 #include "database/firebird_user_data.h"
+#include "database_file.h"
 
 namespace holdwise::firebird {
 

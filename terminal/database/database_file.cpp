@@ -1,4 +1,4 @@
-#include "database/database_file.h"
+#include "database_file.h"
 
 #include <sys/prctl.h>
 #include <unistd.h>

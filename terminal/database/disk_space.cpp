@@ -1,4 +1,4 @@
-#include "database/disk_space.h"
+#include "disk_space.h"
 
 #include <fcntl.h>
 #include <sys/statvfs.h>

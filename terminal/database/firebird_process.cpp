@@ -1,5 +1,8 @@
+#include "database/firebird_process.h"
+
 #include <fcntl.h>
 #include <firebird/Interface.h>
+#include <langinfo.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,9 +12,11 @@
 #include <QFileInfo>
 #include <QScopeGuard>
 #include <atomic>
+#include <clocale>
 #include <mutex>
+#include <string_view>
 
-#include "database/firebird_user_data.h"
+#include "holdwise/packet/error.h"
 
 namespace holdwise {
 
@@ -49,6 +54,16 @@ void RemoveLeftTraces(const QString& folder) {
   for (const QString& name : traces.entryList()) traces.remove(name);
 }
 
+/// The engine reads every path in the process's character set and refuses what it cannot read; ours are UTF-8, also in
+/// a container or a plain ssh, whose environment names no character set. Into the environment, which Qt asks again with
+/// its first application object; only LC_CTYPE changes, unless LC_ALL stands in its way.
+void UseUtf8Paths() {
+  std::setlocale(LC_CTYPE, "");
+  if (std::string_view(nl_langinfo(CODESET)) == "UTF-8") return;
+  qputenv(qEnvironmentVariableIsEmpty("LC_ALL") ? "LC_CTYPE" : "LC_ALL", "C.UTF-8");
+  std::setlocale(LC_CTYPE, "");
+}
+
 std::once_flag prepared;
 
 }  // namespace
@@ -58,6 +73,7 @@ void PrepareFirebirdProcess(const QString& privateFolder) {
     const QString folder = QDir(privateFolder).absolutePath();
     MakePrivateFolder(folder);
     RemoveLeftTraces(folder);
+    UseUtf8Paths();
     qputenv("FIREBIRD_LOCK", QFile::encodeName(folder));
     qunsetenv("ISC_USER");
     qunsetenv("ISC_PASSWORD");

@@ -8,11 +8,12 @@
 #include <QFileInfo>
 #include <utility>
 
-#include "database/connection.h"
-#include "database/database_file.h"
-#include "database/disk_space.h"
-#include "database/schema.h"
+#include "connection.h"
+#include "database/firebird_process.h"
+#include "database_file.h"
+#include "disk_space.h"
 #include "holdwise/packet/atomic_file.h"
+#include "schema.h"
 
 namespace holdwise {
 
@@ -278,6 +279,10 @@ bool FirebirdUserData::InTransaction() const {
 
 std::unique_ptr<UserDataSession> FirebirdUserData::OpenSession() {
   return std::make_unique<Session>(implementation_->connection);
+}
+
+void FirebirdUserData::Advise(const std::vector<StatementAdvice>& advice) {
+  implementation_->connection->Advise(advice);
 }
 
 }  // namespace holdwise

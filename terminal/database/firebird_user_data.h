@@ -21,18 +21,6 @@ struct DatabaseTarget {
   [[nodiscard]] bool IsServer() const;
 };
 
-/// Settles what the engine takes from the process: its lock files go to `privateFolder` (made with mode 0700; the
-/// engine's own folder belongs to whichever user started it first and shuts the others out), ISC_USER and ISC_PASSWORD
-/// are removed from the environment, and the engine is told not to shut down on SIGINT or SIGTERM. Call it in main
-/// before other threads exist and before the first FirebirdUserData::Open; the first call of a process counts, later
-/// ones do nothing. Throws Error(Io) when the folder cannot be made or written. Signals: attaching installs handlers of
-/// the engine for SIGINT and SIGTERM. Open puts back whatever handlers the process had, so an application may install
-/// its own before or after. Engine threads block all signals.
-void PrepareFirebirdProcess(const QString& privateFolder);
-/// Ends the engine's threads. Call once before leaving main, after the last FirebirdUserData and session are gone;
-/// nothing can be opened afterwards.
-void ShutdownFirebird();
-
 /// The local database service on Firebird. Statements that differ only in their literals are kept prepared and the
 /// literals bound, after a check that the column can hold them as they stand. Literals inside expressions, function
 /// calls, select lists and blocks are left to the engine.
@@ -61,6 +49,9 @@ class FirebirdUserData final : public UserDataServices {
   void RollBack() override;
   [[nodiscard]] bool InTransaction() const override;
   [[nodiscard]] std::unique_ptr<UserDataSession> OpenSession() override;
+  /// Equal forms are prepared in place of what they are equal to; answers are kept with the embedded engine only, whose
+  /// one writer is this object. Any thread.
+  void Advise(const std::vector<StatementAdvice>& advice) override;
 
  private:
   class Implementation;

@@ -1,4 +1,4 @@
-#include "database/schema.h"
+#include "schema.h"
 
 #include <algorithm>
 #include <cctype>

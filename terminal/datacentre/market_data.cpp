@@ -35,7 +35,7 @@ MarketData::~MarketData() = default;
 
 void MarketData::ApplyQuotes(const std::vector<CodedQuote>& quotes) {
   {
-    const std::unique_lock lock(mutex_);
+    const WriteLock lock(mutex_);
     for (const CodedQuote& quote : quotes) {
       if (NowData* slot = Slot(quote.codeNumber)) *slot = quote.now;
     }
@@ -46,7 +46,7 @@ void MarketData::ApplyQuotes(const std::vector<CodedQuote>& quotes) {
 std::vector<CodedQuote> MarketData::Quotes() const {
   std::vector<CodedQuote> quotes;
   quotes.reserve(securities_.size() + std::size(kIndexNumbers));
-  const std::shared_lock lock(mutex_);
+  const ReadLock lock(mutex_);
   for (const int index : kIndexNumbers) {
     const NowData& now = indexQuotes_[IndexPlace(index)];
     if (now.currentPrice > 0) quotes.push_back({index, now});
@@ -124,14 +124,14 @@ std::vector<int> MarketData::CodeNumbersOf(int category) const {
 
 void MarketData::SetCurrentCode(const QString& code) {
   {
-    const std::unique_lock lock(mutex_);
+    const WriteLock lock(mutex_);
     currentCode_ = code;
   }
   Q_EMIT CurrentCodeChanged(code);
 }
 
 QString MarketData::CurrentCode() const {
-  const std::shared_lock lock(mutex_);
+  const ReadLock lock(mutex_);
   return currentCode_;
 }
 
@@ -143,14 +143,14 @@ QString MarketData::CurrentDateText() const {
 NowData MarketData::StockNowData(int codeNumber) const {
   const int place = IndexOfSecurity(codeNumber);
   if (place < 0) return {};
-  const std::shared_lock lock(mutex_);
+  const ReadLock lock(mutex_);
   return stockQuotes_[static_cast<std::size_t>(place)];
 }
 
 NowData MarketData::IndexNowData(int indexNumber) const {
   const int place = IndexPlace(indexNumber);
   if (place < 0) return {};
-  const std::shared_lock lock(mutex_);
+  const ReadLock lock(mutex_);
   return indexQuotes_[place];
 }
 
@@ -162,7 +162,7 @@ std::optional<AccountInfo> MarketData::StockAccountInfo(int codeNumber) const {
 }
 
 std::vector<int> MarketData::GetGroupCodeNumList(const QString& groupName) const {
-  const std::shared_lock lock(mutex_);
+  const ReadLock lock(mutex_);
   const auto found = groups_.find(groupName);
   return found != groups_.end() ? found->second : std::vector<int>{};
 }

@@ -3,12 +3,11 @@
 #include <QString>
 #include <cstdint>
 #include <map>
-#include <mutex>
 #include <optional>
-#include <shared_mutex>
 #include <string>
 #include <vector>
 
+#include "holdwise/packet/thread_annotations.h"
 #include "holdwise/sdk/codenum.h"
 #include "holdwise/sdk/datacenter.h"
 #include "holdwise/sdk/services.h"
@@ -117,7 +116,7 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   [[nodiscard]] int IndexOfSecurity(int codeNumber) const;
   [[nodiscard]] const Security* FindStock(const QString& code) const;
   [[nodiscard]] QString Text(std::uint32_t offset, std::uint16_t bytes) const;
-  [[nodiscard]] NowData* Slot(int codeNumber);
+  [[nodiscard]] NowData* Slot(int codeNumber) HOLDWISE_REQUIRES(mutex_);
 
   ClockService& clock_;
   DebugServers& log_;
@@ -130,11 +129,11 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   std::vector<int> tradingDates_;  ///< most recent first
   std::vector<Account> accounts_;  ///< by code number
 
-  mutable std::shared_mutex mutex_;   ///< guards what follows
-  std::vector<NowData> stockQuotes_;  ///< parallel to securities_
-  NowData indexQuotes_[3];
-  std::map<QString, std::vector<int>> groups_;
-  QString currentCode_;
+  mutable SharedMutex mutex_;
+  std::vector<NowData> stockQuotes_ HOLDWISE_GUARDED_BY(mutex_);  ///< parallel to securities_
+  NowData indexQuotes_[3] HOLDWISE_GUARDED_BY(mutex_);
+  std::map<QString, std::vector<int>> groups_ HOLDWISE_GUARDED_BY(mutex_);
+  QString currentCode_ HOLDWISE_GUARDED_BY(mutex_);
 };
 
 }  // namespace holdwise

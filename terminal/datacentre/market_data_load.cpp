@@ -6,10 +6,10 @@
 #include <unordered_map>
 
 #include "datacentre/market_data.h"
-#include "datacentre/table_reader.h"
 #include "holdwise/packet/code_numbers.h"
-#include "holdwise/packet/csv.h"
 #include "holdwise/packet/dates.h"
+#include "holdwise/packet/text_file.h"
+#include "table_reader.h"
 
 namespace holdwise {
 namespace {
@@ -82,7 +82,10 @@ void MarketData::Load(const QString& folder) {
   simulated_ = market.simulated;
   LoadSecurities(dir.filePath(QStringLiteral("securities.dat")));
   LoadTradingDates(dir.filePath(QStringLiteral("trading_dates.dat")));
-  stockQuotes_.assign(securities_.size(), NowData{});
+  {
+    const WriteLock lock(mutex_);
+    stockQuotes_.assign(securities_.size(), NowData{});
+  }
   const std::vector<CodedQuote> quotes = ReadQuotes(dir.filePath(QStringLiteral("quotes.dat")));
   ApplyQuotes(quotes);
   const QString accounts = dir.filePath(QStringLiteral("accounts.dat"));
@@ -249,7 +252,7 @@ void MarketData::LoadGroups(const QString& path) {
     members.push_back(codeNumber);
   }
   LogSkipped(path, skipped);
-  const std::unique_lock lock(mutex_);
+  const WriteLock lock(mutex_);
   groups_ = std::move(groups);
 }
 
@@ -275,7 +278,7 @@ void MarketData::LoadOptionalStocks(const QString& path) {
     }
     members.push_back(codeNumber);
   }
-  const std::unique_lock lock(mutex_);
+  const WriteLock lock(mutex_);
   groups_[QString::fromLatin1(kOptionalStockGroup)] = std::move(members);
 }
 

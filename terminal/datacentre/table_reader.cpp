@@ -1,4 +1,4 @@
-#include "datacentre/table_reader.h"
+#include "table_reader.h"
 
 #include <QDir>
 #include <limits>

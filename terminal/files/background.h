@@ -6,9 +6,10 @@
 #include <QThreadPool>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <utility>
+
+#include "holdwise/packet/thread_annotations.h"
 
 #ifdef __SANITIZE_THREAD__
 #include <sanitizer/tsan_interface.h>
@@ -49,14 +50,14 @@ class BackgroundWork final : public QObject {
     // The pool deletes it.
     pool.start(new PoolWork([shared = shared_, work = std::move(work)] {
       Result result = work();
-      const std::lock_guard lock(shared->mutex);
+      const MutexLock lock(shared->mutex);
       if (!shared->receiver) return;
       shared->result = std::move(result);
       QCoreApplication::postEvent(shared->receiver, new QEvent(QEvent::User));
     }));
   }
   ~BackgroundWork() override {
-    const std::lock_guard lock(shared_->mutex);
+    const MutexLock lock(shared_->mutex);
     shared_->receiver = nullptr;
   }
   BackgroundWork(const BackgroundWork&) = delete;
@@ -71,12 +72,12 @@ class BackgroundWork final : public QObject {
 
  private:
   struct Shared {
-    std::mutex mutex;
-    QObject* receiver = nullptr;
-    std::optional<Result> result;
+    Mutex mutex;
+    QObject* receiver HOLDWISE_GUARDED_BY(mutex) = nullptr;
+    std::optional<Result> result HOLDWISE_GUARDED_BY(mutex);
   };
   [[nodiscard]] Result Take() {
-    const std::lock_guard lock(shared_->mutex);
+    const MutexLock lock(shared_->mutex);
     return std::move(*shared_->result);
   }
 

@@ -4,7 +4,8 @@
 #include <QThreadPool>
 #include <utility>
 
-#include "files/background.h"
+#include "background.h"
+#include "work_file.h"
 
 namespace holdwise {
 

@@ -39,8 +39,4 @@ class DownFileRole final : public TDSBAsynDownFileRole {
   std::unique_ptr<Worker> worker_;
 };
 
-/// Writes a fetched file under a work folder: makes missing folders (0700), refuses links that leave the folder,
-/// replaces the file atomically (0600). Returns a TDSBAsynDownFileRole::Code. Any thread.
-[[nodiscard]] int StoreWorkFile(const QString& workFolder, const QString& path, const QByteArray& content);
-
 }  // namespace holdwise

@@ -4,7 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "files/background.h"
+#include "background.h"
 #include "holdwise/sdk/download.h"
 
 namespace holdwise {

@@ -1,9 +1,11 @@
+#include "work_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
-#include "files/down_file_role.h"
 #include "holdwise/packet/packet_file.h"
+#include "holdwise/sdk/download.h"
 
 namespace holdwise {
 namespace {

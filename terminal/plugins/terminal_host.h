@@ -19,8 +19,8 @@ struct HostParts {
   ThemeServices& theme;
   DebugServers& debug;
   ClockService& clock;
-  const std::unique_ptr<UserDataServices>& userData;  ///< filled before the first page is entered
-  MarketData& market;                                 ///< loaded
+  UserDataServices& userData;  ///< open before the first page is entered
+  MarketData& market;          ///< loaded
   MessageBus& bus;
   FileSource& files;
 };
@@ -34,7 +34,7 @@ class TerminalHost : public Host {
   AddressServices& Addresses() override { return parts_.addresses; }
   CodeNumServices& CodeNums() override { return parts_.market; }
   PlugSystemInfo& System() override { return parts_.system; }
-  UserDataServices& UserData() override { return *parts_.userData; }
+  UserDataServices& UserData() override { return parts_.userData; }
   DebugServers& Debug() override { return parts_.debug; }
   KeyCodeServices& KeyCodes() override { return parts_.keyCodes; }
   TDataCenter& DataCenter() override { return parts_.market; }

@@ -13,7 +13,7 @@ void DebugLog::WriteLog(const QString& text) {
   QString line = clock_.Now().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz ")) + text.trimmed();
   line.replace(QLatin1Char('\n'), QStringLiteral(" | "));
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (lines_.size() >= kLinesInMemory) lines_.removeFirst();
     lines_.append(line);
     if (file_.isOpen()) {
@@ -23,17 +23,17 @@ void DebugLog::WriteLog(const QString& text) {
     const QByteArray bytes = line.toUtf8() + '\n';
     if (!file_.isOpen() || file_.write(bytes) != bytes.size()) PrintError(line);
   }
-  const std::lock_guard lock(listenerMutex_);
+  const MutexLock lock(listenerMutex_);
   if (listener_) listener_();
 }
 
 void DebugLog::SetListener(std::function<void()> listener) {
-  const std::lock_guard lock(listenerMutex_);
+  const MutexLock lock(listenerMutex_);
   listener_ = std::move(listener);
 }
 
 QStringList DebugLog::Lines() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return lines_;
 }
 

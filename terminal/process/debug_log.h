@@ -2,8 +2,8 @@
 #include <QFile>
 #include <QStringList>
 #include <functional>
-#include <mutex>
 
+#include "holdwise/packet/thread_annotations.h"
 #include "holdwise/sdk/services.h"
 
 namespace holdwise {
@@ -30,14 +30,14 @@ class DebugLog : public DebugServers {
   void SetListener(std::function<void()> listener);
 
  private:
-  void MakeRoom();
+  void MakeRoom() HOLDWISE_REQUIRES(mutex_);
 
   ClockService& clock_;
-  mutable std::mutex mutex_;
-  QFile file_;
-  QStringList lines_;
-  std::mutex listenerMutex_;  ///< apart, so that a listener may read the lines
-  std::function<void()> listener_;
+  mutable Mutex mutex_;
+  QFile file_ HOLDWISE_GUARDED_BY(mutex_);
+  QStringList lines_ HOLDWISE_GUARDED_BY(mutex_);
+  Mutex listenerMutex_;  ///< apart, so that a listener may read the lines
+  std::function<void()> listener_ HOLDWISE_GUARDED_BY(listenerMutex_);
 };
 
 }  // namespace holdwise

@@ -1,4 +1,4 @@
-#include "theme/theme_pictures.h"
+#include "theme_pictures.h"
 
 #include <QHash>
 #include <QLinearGradient>

@@ -2,7 +2,7 @@
 
 #include <QLabel>
 
-#include "theme/theme_pictures.h"
+#include "theme_pictures.h"
 
 namespace holdwise {
 

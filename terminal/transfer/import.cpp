@@ -1,13 +1,11 @@
 #include "transfer/import.h"
 
-#include <QSet>
 #include <algorithm>
 
 #include "holdwise/packet/code_numbers.h"
-#include "holdwise/packet/csv.h"
 #include "holdwise/packet/number_text.h"
-#include "transfer/base_data.h"
-#include "transfer/portfolio_csv.h"
+#include "holdwise/packet/text_file.h"
+#include "portfolio_csv.h"
 
 namespace holdwise {
 namespace {
@@ -87,8 +85,7 @@ void FindTakenNames(UserDataServices& database, const CsvPortfolios& file, std::
 ImportResult Write(const std::vector<CsvPortfolio>& portfolios, const ImportServices& services,
                    const ImportProgress& progress) {
   const Market market = ReadMarket(services.dataCentre);
-  const std::vector<int> stocks = HeldStocks(portfolios);
-  const int total = static_cast<int>(portfolios.size() + stocks.size()) + 1;
+  const int total = static_cast<int>(portfolios.size());
   int done = 0;
   const auto step = [&] { return !progress || progress(done++, total); };
 
@@ -101,15 +98,14 @@ ImportResult Write(const std::vector<CsvPortfolio>& portfolios, const ImportServ
     }
     InsertPortfolio(services.database, portfolio, market);
   }
-  BaseDataResult baseData = LoadBaseData(services.database, services.dataFolder, stocks, step);
-  if (baseData.cancelled || !step()) {
+  if (!step()) {
     result.cancelled = true;
     return result;
   }
   transaction.Commit();
   result.portfolios = static_cast<int>(portfolios.size());
   for (const CsvPortfolio& portfolio : portfolios) result.holdings += static_cast<int>(portfolio.holdings.size());
-  result.warnings = std::move(baseData.warnings) + UnpricedStocks(stocks, services.dataCentre);
+  result.warnings = UnpricedStocks(HeldStocks(portfolios), services.dataCentre);
   return result;
 }
 

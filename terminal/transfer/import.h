@@ -23,7 +23,7 @@ struct ImportResult {
   int holdings = 0;
   bool cancelled = false;
   std::vector<ImportProblem> problems;  ///< ascending by line
-  QStringList warnings;                 ///< base-data files that could not be used, stocks without a price
+  QStringList warnings;                 ///< stocks without a price
 };
 
 /// What an import works with; all must outlive the call.
@@ -31,18 +31,17 @@ struct ImportServices {
   UserDataServices& database;
   const CodeNumServices& codes;
   const TDataCenter& dataCentre;
-  QString dataFolder;  ///< the data folder with the base data of the securities
 };
 
-/// Told before every portfolio and every base-data file and once at the end; `done` grows from 0 to `total`. May let
-/// the event loop run, in which nobody may use the database. False gives the import up.
+/// Told before every portfolio and once at the end; `done` grows from 0 to `total`. May let the event loop run, in
+/// which nobody may use the database. False gives the import up.
 using ImportProgress = std::function<bool(int done, int total)>;
 
 /// Imports portfolios from a CSV text (UTF-8 or GB18030): a heading row naming the columns name, code, quantity and
 /// price in any order (also in Chinese: 组合名称, 股票代码, 数量(股), 买入价(元)), then one row a holding; the rows of
-/// a portfolio need not stand together. Each becomes a saved portfolio of 2 to 10 holdings with weights by cost, and
-/// the statistics of its securities and of the indices are loaded. Everything is written in one transaction. A file
-/// that breaks a rule is reported line by line in the result. A failing statement or commit throws the database's Error
+/// a portfolio need not stand together. Each becomes a saved portfolio of 2 to 10 holdings with weights by cost and
+/// unfinished figures, which are the plug-in's to calculate. Everything is written in one transaction. A file that
+/// breaks a rule is reported line by line in the result. A failing statement or commit throws the database's Error
 /// after the roll-back; Error(Refused) when the data centre has no date or no level of index 1, or when a transaction
 /// is already open. User-interface thread.
 [[nodiscard]] ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& services,

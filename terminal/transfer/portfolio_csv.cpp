@@ -1,4 +1,4 @@
-#include "transfer/portfolio_csv.h"
+#include "portfolio_csv.h"
 
 #include <QHash>
 #include <QRegularExpression>
@@ -8,8 +8,9 @@
 #include <optional>
 #include <string_view>
 
-#include "holdwise/packet/csv.h"
+#include "holdwise/packet/csv_reader.h"
 #include "holdwise/packet/error.h"
+#include "holdwise/packet/text_file.h"
 
 namespace holdwise {
 namespace {

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <exception>
 
-#include "holdwise/packet/csv.h"
+#include "holdwise/packet/csv_result_set.h"
 #include "holdwise/packet/error.h"
 #include "holdwise/packet/packet_file.h"
 

@@ -1,4 +1,4 @@
-#include "window/address_bar.h"
+#include "address_bar.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>

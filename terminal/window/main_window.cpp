@@ -12,6 +12,8 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "address_bar.h"
+
 namespace holdwise {
 namespace {
 

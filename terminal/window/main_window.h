@@ -3,7 +3,6 @@
 #include <functional>
 
 #include "theme/theme_services.h"
-#include "window/address_bar.h"
 #include "window/work_area.h"
 
 class QActionGroup;
@@ -11,6 +10,8 @@ class QLabel;
 class QProgressBar;
 
 namespace holdwise {
+
+class AddressBar;
 
 /// What the user can ask for in the window's menus.
 struct WindowActions {

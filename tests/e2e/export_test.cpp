@@ -4,8 +4,8 @@
 #include <QFileInfo>
 #include <QImage>
 
-#include "holdwise/packet/csv.h"
 #include "holdwise/packet/packet_file.h"
+#include "holdwise/packet/text_file.h"
 #include "terminal_process.h"
 
 namespace holdwise::e2e {

@@ -9,7 +9,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 
-#include "holdwise/packet/csv.h"
+#include "holdwise/packet/csv_reader.h"
+#include "holdwise/packet/text_file.h"
 
 namespace holdwise::e2e {
 namespace {

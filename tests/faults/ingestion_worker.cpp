@@ -19,6 +19,7 @@
 #include "calc/base_data_ingestion.h"
 #include "calc/unfinished_work.h"
 #include "common/store/statements.h"
+#include "database/firebird_process.h"
 #include "database/firebird_user_data.h"
 #include "holdwise/packet/packet_file.h"
 

@@ -37,6 +37,8 @@ class FakeUserData final : public UserDataServices {
   void RollBack() override;
   [[nodiscard]] bool InTransaction() const override;
   [[nodiscard]] std::unique_ptr<UserDataSession> OpenSession() override;
+  void Advise(const std::vector<StatementAdvice>& given) override { advice.push_back(given); }
+  std::vector<std::vector<StatementAdvice>> advice;  ///< one entry a call
 
  private:
   friend class FakeSession;

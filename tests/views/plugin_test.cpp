@@ -273,6 +273,17 @@ TEST_F(EntryFunctions, AnotherVersionAndNoHostAreRefused) {
   EXPECT_TRUE(Untpluginterface::Initialize(&host, kSdkVersion));
 }
 
+TEST_F(EntryFunctions, TheDatabaseIsAdvisedOnceAtLoad) {
+  EXPECT_FALSE(Untpluginterface::Initialize(&host, kSdkVersion + 1));
+  EXPECT_TRUE(host.fakeUserData.advice.empty());
+  EXPECT_TRUE(Untpluginterface::Initialize(&host, kSdkVersion));
+  Untpluginterface::GetPlugInEnter();
+  ASSERT_EQ(host.fakeUserData.advice.size(), 1U);
+  EXPECT_FALSE(host.fakeUserData.advice.front().empty());
+  EXPECT_EQ(host.fakeUserData.Log(), std::vector<QString>()) << "it need not be open yet";
+  Untpluginterface::Finalize();
+}
+
 TEST_F(EntryFunctions, EnterRegistersAndExitTakesBack) {
   ASSERT_TRUE(Untpluginterface::Initialize(&host, kSdkVersion));
   Untpluginterface::GetPlugInExit();

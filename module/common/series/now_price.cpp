@@ -74,30 +74,36 @@ void TNowPrice::CancelSubscription() {
 }
 
 TNameValueSnapshot TNowPrice::GetNowPriceStringList() {
-  return SubscribedSnapshot(prices_);
+  SubscribeUnlessAsked();
+  const MutexLock lock(lock_);
+  return prices_;
 }
 
 TNameValueSnapshot TNowPrice::GetNowValueGroupStringList() {
-  return SubscribedSnapshot(values_);
+  SubscribeUnlessAsked();
+  const MutexLock lock(lock_);
+  return values_;
 }
 
-TNameValueSnapshot TNowPrice::SubscribedSnapshot(const TNameValueSnapshot& list) {
+void TNowPrice::SubscribeUnlessAsked() {
   if (!isGet_) ReGetNowPrice();
-  const std::lock_guard guard(lock_);
-  return list;
 }
 
 void TNowPrice::SetHqDataIsActive(bool /*active*/) {}
 
 void TNowPrice::ApplyReply(const TDReply& reply) {
-  const std::lock_guard oneAtATime(replyLock_);
+  const MutexLock oneAtATime(replyLock_);
   try {
-    // Only replies change the lists, so they may be read here without the readers' lock.
-    auto prices = std::make_shared<TNameValueList>(*prices_);
+    // Only replies change the lists: what they grow from stays the latest while it is worked on.
+    const auto [oldPrices, oldValues] = [this] {
+      const MutexLock lock(lock_);
+      return std::pair(prices_, values_);
+    }();
+    auto prices = std::make_shared<TNameValueList>(*oldPrices);
     if (StorePrices(reply, *prices)) {
-      auto values = std::make_shared<TNameValueList>(*values_);
+      auto values = std::make_shared<TNameValueList>(*oldValues);
       StoreValues(*prices, *values);
-      const std::lock_guard guard(lock_);
+      const MutexLock lock(lock_);
       prices_ = std::move(prices);
       values_ = std::move(values);
       hasPrices_ = true;

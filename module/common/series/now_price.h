@@ -2,9 +2,9 @@
 #include <QString>
 #include <atomic>
 #include <memory>
-#include <mutex>
 
 #include "common/helpers/name_value_list.h"
+#include "holdwise/packet/thread_annotations.h"
 #include "holdwise/sdk/bus.h"
 
 namespace holdwise {
@@ -47,16 +47,16 @@ class TNowPrice {
  private:
   void Subscribe();
   void ApplyReply(const TDReply& reply);
-  TNameValueSnapshot SubscribedSnapshot(const TNameValueSnapshot& list);
+  void SubscribeUnlessAsked();
 
   bool isGet_ = false;
   std::atomic<bool> isDataReady_ = false;
   std::atomic<bool> hasPrices_ = false;
   QString subscription_;
-  std::mutex replyLock_;  ///< one reply at a time
-  std::mutex lock_;       ///< guards the two list pointers; never held during a query
-  TNameValueSnapshot prices_;
-  TNameValueSnapshot values_;
+  Mutex replyLock_;  ///< one reply at a time
+  Mutex lock_;       ///< never held during a query
+  TNameValueSnapshot prices_ HOLDWISE_GUARDED_BY(lock_);
+  TNameValueSnapshot values_ HOLDWISE_GUARDED_BY(lock_);
   std::unique_ptr<TDSBAsynDataDownRole> role_;  ///< last member: it goes first, and with it the replies
 };
 

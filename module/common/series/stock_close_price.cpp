@@ -20,7 +20,7 @@ bool TStockClosePrice::IsBeforeOpenMaket() const {
 }
 
 TNameValueSnapshot TStockClosePrice::Prices() const {
-  const std::lock_guard guard(lock_);
+  const MutexLock lock(lock_);
   return prices_;
 }
 
@@ -48,7 +48,7 @@ void TStockClosePrice::RemoveKnown(QStringList& codes) const {
 
 void TStockClosePrice::TakeFromDataCenter(const QStringList& codes) {
   const TDataCenter& dataCenter = ModuleHost().DataCenter();
-  const std::lock_guard guard(lock_);
+  const MutexLock lock(lock_);
   auto prices = std::make_shared<TNameValueList>(*prices_);
   for (const QString& code : codes) {
     // A list may give six digits; the data centre wants the code number.
@@ -60,7 +60,7 @@ void TStockClosePrice::TakeFromDataCenter(const QStringList& codes) {
 
 void TStockClosePrice::ApplyReply(const TDReply& reply) {
   try {
-    const std::lock_guard guard(lock_);
+    const MutexLock lock(lock_);
     auto prices = std::make_shared<TNameValueList>(*prices_);
     if (StorePrices(reply, *prices)) prices_ = std::move(prices);
   } catch (...) {  // a bus thread has nobody to hand it to

@@ -1,9 +1,9 @@
 #pragma once
 #include <QStringList>
 #include <memory>
-#include <mutex>
 
 #include "common/helpers/name_value_list.h"
+#include "holdwise/packet/thread_annotations.h"
 #include "holdwise/sdk/bus.h"
 
 namespace holdwise {
@@ -36,8 +36,8 @@ class TStockClosePrice {
   void RemoveKnown(QStringList& codes) const;
   void TakeFromDataCenter(const QStringList& codes);
 
-  mutable std::mutex lock_;  ///< guards the list pointer and, through it, the order of replacements
-  TNameValueSnapshot prices_;
+  mutable Mutex lock_;  ///< held for a whole replacement: the next one builds on it
+  TNameValueSnapshot prices_ HOLDWISE_GUARDED_BY(lock_);
   std::unique_ptr<TDSBAsynDataDownRole> role_;  ///< last member: it goes first, and with it the replies
 };
 

@@ -12,8 +12,8 @@ namespace {
 
 // A reply on a bus thread may look for the object while the user-interface thread frees it; g_UserValue itself gives no
 // protection against that.
-std::mutex existingLock;
-TUserValue* existing = nullptr;
+Mutex existingLock;
+TUserValue* existing HOLDWISE_GUARDED_BY(existingLock) = nullptr;
 
 }  // namespace
 
@@ -21,46 +21,46 @@ TUserValue::TUserValue()
     : costs_(std::make_shared<TNameValueList>()),
       previousCloses_(std::make_shared<TNameValueList>()),
       previousCloseValues_(std::make_shared<TNameValueList>()) {
-  const std::lock_guard guard(existingLock);
+  const MutexLock lock(existingLock);
   existing = this;
 }
 
 TUserValue::~TUserValue() {
-  const std::lock_guard guard(existingLock);
+  const MutexLock lock(existingLock);
   existing = nullptr;
 }
 
 TNameValueSnapshot PreviousCloses() {
-  const std::lock_guard guard(existingLock);
+  const MutexLock lock(existingLock);
   return existing != nullptr ? existing->GetUserPrvCloseValues() : std::make_shared<const TNameValueList>();
 }
 
 TNameValueSnapshot TUserValue::GetUserValuesStringList() {
-  const std::lock_guard guard(lock_);
+  const MutexLock lock(lock_);
   if (!isGetSum_) ReadSums();
   return costs_;
 }
 
 TNameValueSnapshot TUserValue::GetUserPrvCloseValues() {
-  const std::lock_guard guard(lock_);
+  const MutexLock lock(lock_);
   if (!isGetClose_) ReadPreviousCloses();
   return previousCloses_;
 }
 
 TNameValueSnapshot TUserValue::GetUserValuesPrvCloseValues() {
-  const std::lock_guard guard(lock_);
+  const MutexLock lock(lock_);
   if (!isGetClose_) ReadPreviousCloses();
   return previousCloseValues_;
 }
 
 void TUserValue::SetIsGetUserValue_Sum(bool flag) {
-  const std::lock_guard guard(lock_);
+  const MutexLock lock(lock_);
   isGetSum_ = flag;
   if (flag) ReadSums();
 }
 
 void TUserValue::SetIsGetUserCloseValue(bool flag) {
-  const std::lock_guard guard(lock_);
+  const MutexLock lock(lock_);
   isGetClose_ = flag;
   if (flag) ReadPreviousCloses();
 }

@@ -1,7 +1,6 @@
 #pragma once
-#include <mutex>
-
 #include "common/helpers/name_value_list.h"
+#include "holdwise/packet/thread_annotations.h"
 
 namespace holdwise {
 
@@ -32,15 +31,15 @@ class TUserValue {
   void SetIsNeedUpdate(bool flag);
 
  private:
-  void ReadSums();
-  void ReadPreviousCloses();
+  void ReadSums() HOLDWISE_REQUIRES(lock_);
+  void ReadPreviousCloses() HOLDWISE_REQUIRES(lock_);
 
-  std::mutex lock_;  ///< held while reading too, so that a second reader waits for the first one's lists
-  bool isGetSum_ = false;
-  bool isGetClose_ = false;
-  TNameValueSnapshot costs_;
-  TNameValueSnapshot previousCloses_;
-  TNameValueSnapshot previousCloseValues_;
+  Mutex lock_;  ///< held while reading too, so that a second reader waits for the first one's lists
+  bool isGetSum_ HOLDWISE_GUARDED_BY(lock_) = false;
+  bool isGetClose_ HOLDWISE_GUARDED_BY(lock_) = false;
+  TNameValueSnapshot costs_ HOLDWISE_GUARDED_BY(lock_);
+  TNameValueSnapshot previousCloses_ HOLDWISE_GUARDED_BY(lock_);
+  TNameValueSnapshot previousCloseValues_ HOLDWISE_GUARDED_BY(lock_);
 };
 
 /// GetUserPrvCloseValues() of the existing TUserValue; an empty list when there is none. For bus replies: safe from any

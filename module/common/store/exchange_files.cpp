@@ -7,6 +7,7 @@
 
 #include "common/host/debug_log.h"
 #include "common/host/host_access.h"
+#include "common/store/cell_literal.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
 #include "holdwise/packet/number_text.h"
@@ -68,35 +69,20 @@ void WritePair(const ResultSet& holdings, const ResultSet& portfolios) {
   PlaceNewPair();
 }
 
-/// A field of a file row as it may stand in a statement.
+/// The fields of a file row as they may stand in a statement.
 class RowTexts {
  public:
   RowTexts(const ResultSet& rows, int row) : rows_(rows), row_(row) {}
 
   [[nodiscard]] QString Integer(const char* name) const {
-    QString text = Text(name);
-    if (!ParseInteger(text)) Refuse(name, text);
-    return text;
+    return QString::fromStdString(sql::IntegerLiteral(rows_, row_, rows_.Column(name)));
   }
   [[nodiscard]] QString Number(const char* name) const {
-    QString text = Text(name);
-    if (!ParseReal(text)) Refuse(name, text);
-    return text;
+    return QString::fromStdString(sql::NumberLiteral(rows_, row_, rows_.Column(name)));
   }
-  /// Stands between quotes, so it must not hold one itself.
-  [[nodiscard]] QString Quotable(const char* name) const {
-    QString text = Text(name);
-    if (text.contains(QLatin1Char('\'')) || text.contains(QChar(0))) Refuse(name, text);
-    return text;
-  }
+  [[nodiscard]] QString Quotable(const char* name) const { return sql::QuotableText(rows_, row_, rows_.Column(name)); }
 
  private:
-  [[nodiscard]] QString Text(const char* name) const { return rows_.TextAt(row_, rows_.Column(name)); }
-  [[noreturn]] void Refuse(const char* name, const QString& text) const {
-    throw Error(ErrorCategory::Refused,
-                QStringLiteral("第%1行的%2不能导入：“%3”").arg(row_ + 1).arg(QLatin1String(name), text).toStdString());
-  }
-
   const ResultSet& rows_;
   int row_;
 };

@@ -14,6 +14,7 @@
 #include <string>
 
 #include "database/engine/firebird_client.h"
+#include "database/firebird_process.h"
 #include "database/firebird_user_data.h"
 
 namespace {

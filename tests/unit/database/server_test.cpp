@@ -57,6 +57,7 @@ TEST_F(OnAServer, AWrongPasswordIsRefusedAndSaysWhereItComesFrom) {
 TEST_F(OnAServer, WhatOthersWriteIsSeenAtOnce) {
   const auto mine = Open();
   const auto other = Open();
+  mine->Advise({{.statement = kIds, .mayBeKept = true}});
   for (int time = 0; time < 3; ++time) EXPECT_EQ(IdsOf(*mine), "");
   other->Execute(InsertPortfolio(1, QStringLiteral("甲")));
   EXPECT_EQ(IdsOf(*mine), "1");

@@ -4,7 +4,7 @@
 #include <QDirIterator>
 
 #include "holdwise/market/data_folder_builder.h"
-#include "holdwise/packet/csv.h"
+#include "holdwise/packet/csv_result_set.h"
 #include "holdwise/packet/packet_file.h"
 #include "market_files.h"
 

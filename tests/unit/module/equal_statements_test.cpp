@@ -1,7 +1,7 @@
-#include "database/equal_statements.h"
-
 #include "common/store/database.h"
+#include "common/store/statement_advice.h"
 #include "common_fixture.h"
+#include "database/engine/statement_advice.h"
 #include "database/engine/statement_shape.h"
 #include "temp_database.h"
 
@@ -14,6 +14,7 @@ class EqualStatements : public CommonTest {
   EqualStatements() {
     host_.SetUserData(temporary_.Service());
     FDBServer = &temporary_.Service();
+    temporary_.Service().Advise(sql::Advice());
     // Not in the order of the keys; 5 has no holdings, 4 no mark, 9 of the holdings no portfolio.
     for (const char* portfolio : {"7,1", "3,1", "5,1", "2,0", "4,null", "1,1"}) {
       Run(QStringLiteral("insert into alg_commain (ID,SAVEFLAG) values (%1)").arg(QLatin1String(portfolio)));
@@ -49,9 +50,7 @@ class EqualStatements : public CommonTest {
   /// The rows of the statement, after a check that they are those of the statement as it is written.
   static ResultSet RowsOf(const QString& statement) {
     const std::string text = statement.toStdString();
-    firebird::StatementShape shape;
-    shape.Read(text);
-    EXPECT_NE(firebird::EqualStatement(shape.Text()), shape.Text()) << "has no equal";
+    EXPECT_TRUE(HasEqualForm(statement)) << "has no equal";
     // The comment is part of the shape, so this one is prepared as it stands.
     const ResultSet asWritten = Database().Query(QStringLiteral("/**/") + statement);
     ResultSet rows = Database().Query(statement);
@@ -59,7 +58,27 @@ class EqualStatements : public CommonTest {
     return rows;
   }
 
+  static bool HasEqualForm(const QString& statement) {
+    const std::string text = statement.toStdString();
+    firebird::StatementShape shape;
+    shape.Read(text);
+    return Advised().FormToPrepare(shape.Text()) != shape.Text();
+  }
+  static bool MayBeKept(const QString& statement) {
+    const std::string text = statement.toStdString();
+    firebird::StatementShape shape;
+    shape.Read(text);
+    return Advised().MayBeKept(shape.Text());
+  }
+
   test::TempDatabase temporary_;
+
+ private:
+  static firebird::AdvisedStatements Advised() {
+    firebird::AdvisedStatements advised;
+    advised.Take(sql::Advice());
+    return advised;
+  }
 };
 
 TEST_F(EqualStatements, SavedHoldings) {
@@ -81,8 +100,20 @@ TEST_F(EqualStatements, HeldCloses) {
 }
 
 TEST_F(EqualStatements, OthersStayAsTheyAre) {
-  for (const char* shape : {"", "select * from alg_commain", "select * from alg_comdetail where MAINID = ?"}) {
-    EXPECT_EQ(firebird::EqualStatement(shape), shape);
+  for (const char* other : {"", "select * from alg_commain", "select * from alg_comdetail where MAINID = 1"}) {
+    EXPECT_FALSE(HasEqualForm(QString::fromLatin1(other))) << other;
+  }
+}
+
+TEST_F(EqualStatements, KeptIsWhatIsReadAgainAndAgain) {
+  for (const QString& statement :
+       {sql::kSavedPortfolios, sql::kHeldCodes, sql::kHoldingsForNowValues, sql::kHoldingsForPreviousCloses,
+        sql::HoldingsOf(QStringLiteral("12")), sql::CodesOf(QStringLiteral("345"))}) {
+    EXPECT_TRUE(MayBeKept(statement)) << statement.toStdString();
+  }
+  for (const QString& statement : {sql::kNextPortfolioId, sql::PortfolioByName(QStringLiteral("甲")),
+                                   sql::kCountUnfinished, sql::DeleteRecord(QStringLiteral("甲"))}) {
+    EXPECT_FALSE(MayBeKept(statement)) << statement.toStdString();
   }
 }
 

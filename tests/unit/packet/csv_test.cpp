@@ -1,10 +1,11 @@
-#include "holdwise/packet/csv.h"
-
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
 #include <cmath>
 
+#include "holdwise/packet/csv_reader.h"
+#include "holdwise/packet/csv_result_set.h"
+#include "holdwise/packet/text_file.h"
 #include "packet_test_support.h"
 
 namespace holdwise {

@@ -1,9 +1,9 @@
 #pragma once
 #include <gtest/gtest.h>
 
-#include "datacentre/local_database.h"
 #include "datacentre/market_data.h"
 #include "injecting_user_data.h"
+#include "local_database_reader.h"
 #include "market_folder.h"
 #include "scripted_host.h"
 #include "temp_database.h"
@@ -19,42 +19,10 @@ inline constexpr char kGood[] =
     "进取(2)_A-b,300750,100,199.88\n"
     "进取(2)_A-b,600000,7,8.15\n";
 
-inline QStringList StatisticsHeadings() {
-  return QStringLiteral(
-             "closeprice:real hqtype:integer rowid:integer ggqjsyl:real pjsyl:real hqdate:integer oldcloseprice:real "
-             "sylbzc:real islastday:integer startdate:integer enddate:integer")
-      .split(QLatin1Char(' '));
-}
-
-inline std::vector<QStringList> StatisticsRows(const char* close) {
-  const QString price = QString::fromLatin1(close);
-  const auto row = [&price](const char* rest) {
-    return QStringList{price} + QString::fromLatin1(rest).split(QLatin1Char(','));
-  };
-  return {row("0,1,0.01,0.005,20240528,8.1,0.02,0,20230601,20240529"),
-          row("0,2,-0.002,0.005,20240529,8.2,0.02,1,20230601,20240529"),
-          row("1,1,0.003,0.001,20240529,8,0.03,1,20230601,20240529")};
-}
-
 class ImportTest : public testing::Test {
  protected:
-  void SetUp() override {
-    for (const char* code : {"600000", "600036", "000001", "300750"}) {
-      folder_.Write(StockFile(code), MakeTable(StatisticsHeadings(), StatisticsRows("8.15")));
-    }
-    std::vector<QStringList> indexRows;
-    for (const char* index : {"1", "399001", "399300"}) {
-      for (const QStringList& row : StatisticsRows("3111.02"))
-        indexRows.push_back(QStringList{QString::fromLatin1(index)} + row);
-    }
-    folder_.Write(QStringLiteral("QMTL/TZZH/Day250/指数/allzs.dat"),
-                  MakeTable(QStringList{QStringLiteral("SecuCode:integer")} + StatisticsHeadings(), indexRows));
-    data_.Load(folder_.Path());
-  }
-  static QString StockFile(const char* code) {
-    return QStringLiteral("QMTL/TZZH/Day250/股票/%1.dat").arg(QLatin1String(code));
-  }
-  [[nodiscard]] ImportServices Services() { return {database_, data_, data_, folder_.Path()}; }
+  void SetUp() override { data_.Load(folder_.Path()); }
+  [[nodiscard]] ImportServices Services() { return {database_, data_, data_}; }
   ImportResult Import(const QByteArray& csv, const ImportProgress& progress = {}) {
     return ImportPortfolios(csv, Services(), progress);
   }

@@ -1,8 +1,8 @@
 #pragma once
 #include <gtest/gtest.h>
 
-#include "datacentre/local_database.h"
 #include "datacentre/market_data.h"
+#include "local_database_reader.h"
 #include "market_folder.h"
 #include "scripted_host.h"
 

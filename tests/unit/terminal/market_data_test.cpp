@@ -7,7 +7,8 @@
 #include <atomic>
 #include <thread>
 
-#include "holdwise/packet/csv.h"
+#include "holdwise/packet/csv_reader.h"
+#include "holdwise/packet/text_file.h"
 #include "market_data_fixture.h"
 
 namespace holdwise {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "holdwise/packet/csv.h"
+#include "holdwise/packet/csv_reader.h"
 
 namespace holdwise {
 

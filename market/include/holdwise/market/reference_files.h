@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "holdwise/market/csv_table.h"
-#include "holdwise/packet/result_set.h"
 
 /// The files beside the daily bars: security master, trading dates, deposit rates, quotes, estimate values. Each reader
 /// throws for the file as a whole as CsvTable does, names every line that it does not use, and is thread-safe.
@@ -64,13 +63,5 @@ struct EstimateValue {
 /// `known`, is rejected.
 [[nodiscard]] std::vector<EstimateValue> ReadEstimates(const QString& path, const std::unordered_set<int>& known,
                                                        std::vector<Rejection>& rejections);
-
-/// The data folder's tables.
-[[nodiscard]] ResultSet SecuritiesTable(const std::vector<Security>& securities);
-[[nodiscard]] ResultSet TradingDatesTable(const std::vector<int>& dates);
-/// `madeOn` YYYYMMDD stands in the record-keeping columns. No rates: a table without rows.
-[[nodiscard]] ResultSet InterestRateTable(const DepositRates& rates, int madeOn);
-/// No values: a table without rows, which readers take as "nothing new".
-[[nodiscard]] ResultSet EstimateTable(const std::vector<EstimateValue>& values);
 
 }  // namespace holdwise

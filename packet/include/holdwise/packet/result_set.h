@@ -77,7 +77,8 @@ class ResultSet {
   bool operator==(const ResultSet& other) const;
 
  private:
-  friend class PacketCodec;
+  friend class PacketDecoder;
+  friend class PacketEncoder;
   struct ColumnData {
     std::string name;
     ColumnType type = ColumnType::Integer;

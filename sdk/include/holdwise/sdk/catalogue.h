@@ -21,33 +21,37 @@ class ViewCatalogue {
  public:
   virtual ~ViewCatalogue() = default;
   struct View {
-    int frameId = 0;
-    QString caption;
+    int frameId = 0;  ///< above 0
+    QString caption;  ///< as in the tree, for the user
   };
-  /// The views that exist in this build, in tree order. The item must have been entered.
+  /// The views that exist in this build, in tree order; empty before the item has been entered.
   [[nodiscard]] virtual std::vector<View> List() const = 0;
-  /// Shows a view as a click on its tree node does. False when there is none with that id.
+  /// Shows a view as a click on its tree node does. False, and nothing changes, when there is none with that id.
   virtual bool Show(int frameId) = 0;
   /// Id of the view now shown; 0 when none.
   [[nodiscard]] virtual int Current() const = 0;
   /// True when the shown view has all it asked for: no download or calculation under way, first prices in and shown.
+  /// False while no view is shown.
   [[nodiscard]] virtual bool IsSettled() const = 0;
-  /// A number that changes whenever the work that the view waits for has come further.
+  /// A number that changes whenever the work that the view waits for has come further; its size says nothing.
   [[nodiscard]] virtual int Progress() const = 0;
   /// What a reader of the figures has to know because they are not the latest, in words for the user; empty when there
   /// is nothing. Throws what a failing statement throws.
   [[nodiscard]] virtual QString Shortcoming() const = 0;
   /// The shown view's frame; null when none. Owned by the module.
   [[nodiscard]] virtual QWidget* Frame() const = 0;
-  /// Texts of the shown view's grids.
+  /// Texts of the shown view's grids, as they stand in the cells; empty when none is shown.
   [[nodiscard]] virtual std::vector<GridText> Grids() const = 0;
 
   struct Holdings {
     QString gridName;          ///< name of the grid that follows the selected portfolio; empty when the view has none
     QStringList portfolioIds;  ///< selectable portfolios, in list order
   };
+  /// Which grid of the shown view follows the selected portfolio, and what can be selected; all empty when no view is
+  /// shown or it has no such grid.
   [[nodiscard]] virtual Holdings HoldingsGrid() const = 0;
-  /// Selects a portfolio of the shown view as a click on its row does. False when it is not listed.
+  /// Selects a portfolio of the shown view, by its id in decimal digits, as a click on its row does. False, and the
+  /// selection stays, when it is not listed.
   virtual bool SelectPortfolio(const QString& portfolioId) = 0;
 
   struct Input {
@@ -59,7 +63,8 @@ class ViewCatalogue {
   /// Sets an input of the shown view as a user would, and applies it. @return what the user would be told when it is
   /// refused (a name that is none of Inputs() included); empty when it was taken
   virtual QString SetInput(const QString& name, const QString& value) = 0;
-  /// The data behind the views has changed (an import): reload the shown view and ask for prices again.
+  /// The data behind the views has changed (an import): reload the shown view and ask for prices again. Nothing happens
+  /// before the item has been entered.
   virtual void DataChanged() = 0;
 };
 

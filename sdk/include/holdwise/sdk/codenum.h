@@ -19,11 +19,12 @@ class CodeNumServices {
   [[nodiscard]] virtual bool IsIndex(const QString& code) const = 0;
   /// Is the text a code number: seven digits, the first a 1, and known?
   [[nodiscard]] virtual bool IsCodeNumber(const QString& text) const = 0;
-  /// Stock-kind questions about a code number: a Shanghai A-share, a Shenzhen A-share?
+  /// Stock-kind question about a code number: a Shanghai A-share? False for an index.
   [[nodiscard]] virtual bool IsShanghaiStock(const QString& codeNumber) const = 0;
+  /// The same: a Shenzhen A-share?
   [[nodiscard]] virtual bool IsShenzhenStock(const QString& codeNumber) const = 0;
 
-  /// Name, empty when unknown.
+  /// Name of a security or an index, empty when unknown.
   [[nodiscard]] virtual QString NameOf(const QString& code) const = 0;
   /// Industry of a code number given as an integer, empty when unknown.
   [[nodiscard]] virtual QString IndustryOf(int codeNumber) const = 0;
@@ -34,8 +35,9 @@ class CodeNumServices {
   /// The market's current date, YYYYMMDD; 0 while none is known.
   [[nodiscard]] virtual int CurrentDate() const = 0;
 
-  /// The security the host's own pages show.
+  /// Makes it the security that the host's own pages show. Taken as it is, also unknown or empty text.
   virtual void SetCurrentCode(const QString& code) = 0;
+  /// What was set last; empty before that.
   [[nodiscard]] virtual QString CurrentCode() const = 0;
 };
 

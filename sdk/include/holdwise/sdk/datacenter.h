@@ -25,16 +25,21 @@ struct AccountInfo {
 class TLocatDBOper {
  public:
   virtual ~TLocatDBOper() = default;
+  /// As Query of the host's database: all rows of the select `sql`, which stands with its literals
+  /// in place, replace what `resultSet` held; no row is an empty result with its columns. Throws the same errors, and
+  /// `resultSet` stays as it was then. Any thread.
   virtual void DoQuery(const QString& sql, ResultSet& resultSet) = 0;
 };
 
-/// The host's data centre. Const functions may be called from any thread.
+/// The host's data centre. Const functions may be called from any thread and throw nothing; what is unknown is 0, empty
+/// or none, as said with each.
 class TDataCenter {
  public:
   virtual ~TDataCenter() = default;
   /// The market's current date as "YYYY-MM-DD"; empty while none is known.
   [[nodiscard]] virtual QString CurrentDateText() const = 0;
-  /// Trading dates up to the current date, YYYYMMDD, most recent first.
+  /// Trading dates up to the current date, YYYYMMDD, most recent first; empty while none is known. Valid and unchanged
+  /// as long as the host.
   [[nodiscard]] virtual const std::vector<int>& TradingDates() const = 0;
   /// Current data of the stock with that code number; all zero when unknown.
   [[nodiscard]] virtual NowData StockNowData(int codeNumber) const = 0;
@@ -44,10 +49,12 @@ class TDataCenter {
   [[nodiscard]] virtual std::optional<AccountInfo> StockAccountInfo(int codeNumber) const = 0;
   /// Code numbers of a named stock group ("OptionalStock" = the user's own stocks); empty when unknown.
   [[nodiscard]] virtual std::vector<int> GetGroupCodeNumList(const QString& groupName) const = 0;
-  /// Is the market open?
+  /// Is the market open at this moment, by the host's clock in Beijing time? False while no date is known; a simulated
+  /// market is always open.
   [[nodiscard]] virtual bool IsOpen() const = 0;
   /// Market id used on the bus for a market type (1 Shanghai, 2 Shenzhen); 0 when unknown.
   [[nodiscard]] virtual unsigned BusMarketId(int marketType) const = 0;
+  /// The way to the same database as Host::UserData; owned by the host.
   [[nodiscard]] virtual TLocatDBOper& LocalDatabase() = 0;
 };
 

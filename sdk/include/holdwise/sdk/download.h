@@ -29,15 +29,20 @@ class TDSBAsynDownFileRole {
   enum Code : int { kOk = 0, kNotFound = 1, kTimedOut = 2, kRefused = 3, kUnreadable = 4, kUnwritable = 5 };
 
   virtual ~TDSBAsynDownFileRole() = default;
+  /// Settings of the requests that begin from now on; the role keeps a copy. Without it the defaults above hold.
   virtual void Configure(const Settings& settings) = 0;
-  /// Asks for a remote file; several requests of one role are served in order.
+  /// Asks for a remote file; several requests of one role are served in order. Returns at once and throws nothing: an
+  /// unfit or empty name ends in OnReciveAFileFail with kRefused.
   virtual void Request(const QString& remoteName) = 0;
 
-  /// `fileName` is the remote name in all three. The file stands in the work-data folder under LocalPath(fileName).
+  /// The file stands whole in the work-data folder under LocalPath(fileName); `errorCode` is kOk. In all three events
+  /// `fileName` is the remote name as it was asked for. An empty event is passed over.
   std::function<void(const QString& fileName, int errorCode)> OnReciveAFile;
+  /// The same in memory, for Settings::isStream; nothing is written. An empty file is empty content.
   std::function<void(const QString& fileName, int errorCode, const QByteArray& content)> OnReciveStearm;
+  /// There is no file; `errorCode` is one of the others. A local copy of before is as it was.
   std::function<void(const QString& fileName, int errorCode)> OnReciveAFileFail;
-  /// Full path of the local copy of a remote file; empty when the name is refused.
+  /// Absolute path of the local copy of a remote file, whether it is there or not; empty when the name is refused.
   [[nodiscard]] virtual QString LocalPath(const QString& remoteName) const = 0;
 };
 

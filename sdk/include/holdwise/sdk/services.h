@@ -11,9 +11,10 @@ namespace holdwise {
 class PlugSystemInfo {
  public:
   virtual ~PlugSystemInfo() = default;
-  /// Puts a frame into the work area, filling it; the host does not own it.
+  /// Puts a frame into the work area, filling it, in the place of the one before, which is left without parent; the
+  /// host does not own it and lets go of one that is destroyed or taken away. Null leaves the area empty.
   virtual void ShowFrame(QWidget* frame) = 0;
-  /// Lets the host re-lay and repaint a part of the work area.
+  /// Lets the host re-lay and repaint a part of the work area; null is ignored.
   virtual void RefreshWorkArea(QWidget* part) = 0;
 };
 
@@ -21,6 +22,7 @@ class PlugSystemInfo {
 class DebugServers {
  public:
   virtual ~DebugServers() = default;
+  /// Adds a line with its time. Throws nothing: what cannot be written is not a reason to stop.
   virtual void WriteLog(const QString& text) = 0;
 };
 
@@ -28,14 +30,18 @@ class DebugServers {
 class KeyCodeServices {
  public:
   virtual ~KeyCodeServices() = default;
+  /// False while the plug-in's own entry has the keys; true gives them back. Does not count: the last call holds. On at
+  /// the start.
   virtual void SetCaptureEnabled(bool enabled) = 0;
 };
 
-/// The host's message box. `buttons`: 0 = OK, 1 = OK and Cancel. `style`: 32 = question, 128 = notice.
-/// Answers 1 for OK, 2 for Cancel or closing. Runs a nested event loop; user-interface thread only.
+/// The host's message box; user-interface thread only.
 class MessageBoxService {
  public:
   virtual ~MessageBoxService() = default;
+  /// Shows plain text until the user has answered, in a nested event loop: whatever the caller stands on may be gone
+  /// afterwards. `buttons`: 0 = OK, 1 = OK and Cancel. `style`: 32 = question, 128 = notice. Answers 1 for OK, 2 for
+  /// Cancel or closing. Without a user (a batch) the text is printed, and the answer is Cancel where there is one.
   virtual int Vex_MessageBox(const QString& text, const QString& caption, int buttons, int style) = 0;
 };
 
@@ -43,21 +49,26 @@ class MessageBoxService {
 class ClockService {
  public:
   virtual ~ClockService() = default;
+  /// This moment; always valid.
   [[nodiscard]] virtual QDateTime Now() const = 0;
 };
 
 /// Title frame of the host: a caption bar over a client panel. It is a QWidget without parent when made; the caller
-/// owns it. The splitter calls let it draw and follow a splitter of its content.
+/// owns it. The splitter calls let it draw and follow a splitter of its content. User-interface thread only.
 class TFrmQMTitle : public QWidget {
  public:
   using QWidget::QWidget;
+  /// The text of the caption bar, plain; may be empty.
   virtual void SetCaptionText(const QString& text) = 0;
   /// 0 = caption above the client panel (the only layout of this host).
   virtual void SetLayoutKind(int kind) = 0;
+  /// The panel below the caption, for the caller's content; owned by the frame, never null.
   [[nodiscard]] virtual QWidget* ClientPanel() = 0;
   /// Re-reads the theme.
   virtual void RefreshTheme() = 0;
+  /// The user has dragged a handle of the caller's splitter (not null): keeps both of two panes in sight.
   virtual void SplitterMoved(QSplitter* splitter) = 0;
+  /// Draws the handle that is being painted; called inside its paint event only, with its splitter (not null).
   virtual void SplitterPaint(QSplitter* splitter) = 0;
 };
 

@@ -11,19 +11,24 @@ namespace holdwise {
 class IColorSet {
  public:
   virtual ~IColorSet() = default;
+  /// The colour; always valid. Keys are compared exactly.
   [[nodiscard]] virtual QColor ColorOf(const QString& key) const = 0;
 };
 
 /// Colours, and pictures assigned straight to an image control (stretched).
 class IColorSet2 : public IColorSet {
  public:
+  /// Gives the control the picture in its present size, to be called again when that or the theme changes. An unknown
+  /// key: no picture and a line in the debug log.
   virtual void AssignPicture(const QString& key, QLabel& image) const = 0;
 };
 
-/// Pictures of the current theme by key; a null picture for an unknown key. `size` is the wanted size in device pixels.
+/// Pictures of the current theme by key.
 class IImageSet2 {
  public:
   virtual ~IImageSet2() = default;
+  /// The picture stretched to `size`, in device pixels; its own device pixel ratio is 1. Null for an unknown key, with
+  /// a line in the debug log, and for an empty size.
   [[nodiscard]] virtual QPixmap PictureOf(const QString& key, const QSize& size) const = 0;
 };
 
@@ -32,7 +37,9 @@ class IImageSet2 {
 class ColorThemeServices {
  public:
   virtual ~ColorThemeServices() = default;
+  /// The colours; they follow the theme by themselves.
   [[nodiscard]] virtual const IColorSet2& Colors() const = 0;
+  /// The pictures; likewise.
   [[nodiscard]] virtual const IImageSet2& Images() const = 0;
 };
 

@@ -4,7 +4,7 @@
 
 namespace holdwise {
 
-/// The data centre's way to the local database: the same statements as the user-data service, which must outlive it.
+/// The data centre's way to a database that is open from the start, which must outlive it.
 class LocalDatabaseReader final : public TLocatDBOper {
  public:
   explicit LocalDatabaseReader(DatabaseStatements& database) : database_(database) {}

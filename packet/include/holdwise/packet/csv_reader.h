@@ -1,28 +1,13 @@
 #pragma once
-#include <QByteArray>
-#include <QString>
 #include <cstdint>
 #include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "holdwise/packet/result_set.h"
-
-/// CSV as people have it: comma separated, optional double quotes (doubled inside), LF or CRLF, UTF-8 with or without
-/// byte-order mark, or GB18030.
+/// CSV as people have it: comma separated, optional double quotes (doubled inside), LF or CRLF. What ReadTextFile gives
+/// is text to be read here.
 namespace holdwise {
-
-/// Whole content of a file as UTF-8 without byte-order mark: valid UTF-8 is taken as such, everything else must be
-/// valid GB18030. Neither: Error(Corrupt). Missing: Error(NotFound); unreadable: Error(Io); above `maxBytes`:
-/// Error(Refused).
-[[nodiscard]] QByteArray ReadTextFile(const QString& path, std::int64_t maxBytes = 512LL << 20);
-/// The same for bytes at hand.
-[[nodiscard]] QByteArray ToUtf8Text(const QByteArray& bytes);
-
-/// A text from outside as it stands in a message: control characters, which would cut the message short or break its
-/// lines, become "\x" and their two hexadecimal digits; of more than 400 characters the first 400 and "…".
-[[nodiscard]] QString ShownText(const QString& text);
 
 /// What happens to a line with nothing but blanks.
 enum class BlankLines {
@@ -61,16 +46,5 @@ class CsvReader {
   /// Fields with doubled quotes, undoubled; a deque because views into it must survive its growth.
   std::deque<std::string> unquoted_;
 };
-
-/// One field as CSV: in quotes when it is empty, begins or ends with a blank, begins with a byte-order mark, or holds a
-/// comma, a quote or a line end.
-[[nodiscard]] QString CsvField(const QString& text);
-
-/// A result set as CSV: heading row of "name:type" (type one of integer, real, text, datetime), null as an empty
-/// unquoted field, an empty text as "", a datetime as "YYYY-MM-DD", "YYYY-MM-DD HH:MM:SS" or with ".mmm" behind.
-/// FromCsv reads exactly that back; a bad heading or value is Error(Refused) with line and column, as is text without a
-/// heading. ToCsv refuses a set without columns, a real that is not finite and a datetime outside the years 1 to 9999.
-[[nodiscard]] QByteArray ResultSetToCsv(const ResultSet& resultSet);
-[[nodiscard]] ResultSet ResultSetFromCsv(const QByteArray& utf8);
 
 }  // namespace holdwise

@@ -7,9 +7,9 @@
 
 namespace holdwise::firebird {
 
-/// Answers to reads that come again and again while nothing changes: every price reply needs all holdings. Kept is what
-/// was read twice since the last change, small enough to be held, and depends on nothing but the stored rows. For a
-/// database with one writer, who tells of every change. Not synchronised.
+/// Answers to reads that come again and again while nothing changes. Kept is what was read twice since the last change
+/// and is small enough to be held, by the whole text with its literals. For a database with one writer, who tells of
+/// every change, and for statements that may be kept (see StatementAdvice). Not synchronised.
 class KeptAnswers {
  public:
   /// The rows as they stand, when they are kept.
@@ -22,7 +22,7 @@ class KeptAnswers {
  private:
   struct Answer {
     QString sql;
-    std::optional<ResultSet> rows;  ///< none: read once so far, or not to be kept
+    std::optional<ResultSet> rows;  ///< none: read once so far, or too large
   };
   /// The answer, brought to the front; null when there is none.
   [[nodiscard]] Answer* Lookup(const QString& sql);

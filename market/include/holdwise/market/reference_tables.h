@@ -1,0 +1,19 @@
+#pragma once
+#include <vector>
+
+#include "holdwise/market/reference_files.h"
+#include "holdwise/packet/result_set.h"
+
+/// The data folder's tables, made of what the reference files hold. Thread-safe.
+namespace holdwise {
+
+/// One row a security, in the order given.
+[[nodiscard]] ResultSet SecuritiesTable(const std::vector<Security>& securities);
+/// One row a date, YYYYMMDD, in the order given.
+[[nodiscard]] ResultSet TradingDatesTable(const std::vector<int>& dates);
+/// `madeOn` YYYYMMDD stands in the record-keeping columns. No rates: a table without rows.
+[[nodiscard]] ResultSet InterestRateTable(const DepositRates& rates, int madeOn);
+/// No values: a table without rows, which readers take as "nothing new".
+[[nodiscard]] ResultSet EstimateTable(const std::vector<EstimateValue>& values);
+
+}  // namespace holdwise

@@ -1,0 +1,20 @@
+#pragma once
+#include <QByteArray>
+#include <QString>
+#include <cstdint>
+
+/// Texts as people have them: UTF-8 with or without byte-order mark, or GB18030.
+namespace holdwise {
+
+/// Whole content of a file as UTF-8 without byte-order mark: valid UTF-8 is taken as such, everything else must be
+/// valid GB18030. Neither: Error(Corrupt). Missing: Error(NotFound); unreadable: Error(Io); above `maxBytes`:
+/// Error(Refused).
+[[nodiscard]] QByteArray ReadTextFile(const QString& path, std::int64_t maxBytes = 512LL << 20);
+/// The same for bytes at hand.
+[[nodiscard]] QByteArray ToUtf8Text(const QByteArray& bytes);
+
+/// A text from outside as it stands in a message: control characters, which would cut the message short or break its
+/// lines, become "\x" and their two hexadecimal digits; of more than 400 characters the first 400 and "…".
+[[nodiscard]] QString ShownText(const QString& text);
+
+}  // namespace holdwise
