@@ -181,6 +181,7 @@ void TfrmCalc2::tmrCalcTimer() {
   Decisive([this] {
     for (const QString& id : calc::ReadUnfinishedPortfolios(Database())) {
       calc::CalculatePortfolio(Database(), id);
+      calculated_.append(id);
       driver_.PortfolioHandled();
       ShowProgress();
       QCoreApplication::processEvents();

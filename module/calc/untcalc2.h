@@ -46,6 +46,9 @@ class TfrmCalc2 : public QDialog {
   void DownRecv2(const QString& fileName, int errorCode, const QByteArray& stream, int mode);
   void flrlRecv1(const QString& fileName, int errorCode, const QByteArray& stream, int mode);
 
+  /// Ids of the portfolios whose procedure has run.
+  [[nodiscard]] const QStringList& Calculated() const { return calculated_; }
+
   [[nodiscard]] const QProgressBar& ProgressBar() const { return *rzprgrsbr1; }
 
   void done(int result) override;
@@ -80,6 +83,7 @@ class TfrmCalc2 : public QDialog {
 
   calc::CalculationDriver driver_;
   QStringList codes_;
+  QStringList calculated_;
   std::exception_ptr failure_;
   // NOLINTBEGIN(readability-identifier-naming): the names of the form's components
   QLabel* lbl1 = nullptr;

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "calc/download_trigger.h"
 #include "common/host/host_access.h"
 #include "holdwise/sdk/host.h"
 #include "holdwise_addr_item.h"
@@ -16,6 +17,7 @@ std::shared_ptr<holdwise::TAddressItem> addressItem;
 bool Initialize(holdwise::Host* host, int sdkVersion) {
   if (host == nullptr || sdkVersion != holdwise::kSdkVersion) return false;
   holdwise::SetModuleHost(host);
+  holdwise::RetryIncomplete();
   return true;
 }
 

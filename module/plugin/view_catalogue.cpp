@@ -5,6 +5,7 @@
 #include "common/series/all_stock_data.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
+#include "common/store/incomplete_portfolios.h"
 #include "common/store/statements.h"
 #include "mainframe/view_table.h"
 
@@ -51,6 +52,10 @@ QString HoldwiseViewCatalogue::Shortcoming() const {
   if (g_AllStockData->LacksCurrentTable() && Database().Count(sql::kCountSavedPortfolios) > 0)
     return QStringLiteral("风险文件没有取得，成分股的风险系数没有显示（原因见日志）。");
   return {};
+}
+
+QStringList HoldwiseViewCatalogue::Incomplete() const {
+  return mainFrame_.isNull() ? QStringList() : LinesOf(IncompletePortfolios(Database()));
 }
 
 QWidget* HoldwiseViewCatalogue::Frame() const {
