@@ -3,6 +3,7 @@
 #include "calc/untcalc2.h"
 #include "common/grid/string_grid.h"
 #include "common/series/all_stock_data.h"
+#include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
 #include "common/store/incomplete_portfolios.h"
@@ -55,7 +56,8 @@ QString HoldwiseViewCatalogue::Shortcoming() const {
 }
 
 QStringList HoldwiseViewCatalogue::Incomplete() const {
-  return mainFrame_.isNull() ? QStringList() : LinesOf(IncompletePortfolios(Database()));
+  if (mainFrame_.isNull()) return {};
+  return LinesOf(IncompletePortfolios(Database())) + LinesOf(PortfoliosLackingPrices(Database()));
 }
 
 QWidget* HoldwiseViewCatalogue::Frame() const {

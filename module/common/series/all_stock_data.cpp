@@ -71,7 +71,7 @@ TNameValueSnapshot TAllStockData::GetBZCStringList() {
 }
 
 void TAllStockData::SetIsGetBZCStringList(bool flag) {
-  isGet_ = flag;
+  isGet_ = false;
   if (!flag) return;
   const ResultSet rows = Database().Query(sql::kDeviations);
   const int codeColumn = rows.Column("SECUCODE");
@@ -81,6 +81,7 @@ void TAllStockData::SetIsGetBZCStringList(bool flag) {
     deviations->Set(rows.TextAt(row, codeColumn), ShortestText(NumberAt(rows, row, deviationColumn)));
   }
   deviations_ = std::move(deviations);
+  isGet_ = true;
 }
 
 }  // namespace holdwise
