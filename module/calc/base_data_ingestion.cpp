@@ -1,10 +1,15 @@
 #include "base_data_ingestion.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "common/store/statements.h"
+#include "holdwise/packet/code_numbers.h"
+#include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise::calc {
@@ -38,6 +43,29 @@ class StatisticRows {
   [[nodiscard]] std::string HqDate(int row) const { return Checked(row, hqDate_); }
   [[nodiscard]] bool IsLastDay(int row) const { return rows_.TextAt(row, isLastDay_) == QLatin1String("1"); }
 
+  /// The whole file, before anything is written.
+  void Check(const BaseDataFamily& family, const std::string& fileCode) const {
+    std::vector<std::pair<RowKey, int>> keys;
+    keys.reserve(static_cast<std::size_t>(rows_.RowCount()));
+    for (int row = 0; row < rows_.RowCount(); ++row) {
+      if (code_ >= 0) CheckCode(row, family, fileCode);
+      CheckType(row);
+      CheckDate(row, hqDate_, false);
+      CheckDate(row, startDate_, true);
+      CheckDate(row, endDate_, true);
+      if (!TextOf(row, hqDate_).empty()) {
+        keys.push_back({{family.isIndex ? Number(row, code_) : 0, Number(row, hqType_), Number(row, hqDate_)}, row});
+      }
+    }
+    std::sort(keys.begin(), keys.end());
+    const auto twice = std::adjacent_find(keys.begin(), keys.end(),
+                                          [](const auto& one, const auto& next) { return one.first == next.first; });
+    if (twice != keys.end()) {
+      Refuse(std::next(twice)->second, hqDate_, "与第" + std::to_string(twice->second + 1) + "行重复",
+             TextOf(twice->second, hqDate_));
+    }
+  }
+
   [[nodiscard]] sql::StatisticTexts Texts(int row, const std::string& code) const {
     return {code,
             Defaulted(row, closePrice_, kEmptyAmount),
@@ -54,6 +82,35 @@ class StatisticRows {
   }
 
  private:
+  /// Code, type, date.
+  using RowKey = std::array<double, 3>;
+
+  [[nodiscard]] double Number(int row, int column) const { return ParseReal(TextOf(row, column)).value_or(0); }
+  /// A stock's file need not name it (0, empty); the file of the indices names them in every row.
+  void CheckCode(int row, const BaseDataFamily& family, const std::string& fileCode) const {
+    const std::string text = TextOf(row, code_);
+    const auto code = ParseInteger(text);
+    if (family.isIndex) {
+      if (text.empty()) Refuse(row, code_, "不是数", text);
+      if (!code || !IsIndexNumber(static_cast<int>(*code))) Refuse(row, code_, "不是指数", text);
+      return;
+    }
+    if (text.empty() || code == 0) return;
+    const auto wanted = ParseInteger(fileCode);
+    if (!code || (code != wanted && *code != *wanted % kStockBase)) Refuse(row, code_, "是另一只证券", text);
+  }
+  void CheckType(int row) const {
+    const double type = Number(row, hqType_);
+    if (type != 0 && type != 1 && type != 2) Refuse(row, hqType_, "不是周期类型（0、1、2）", TextOf(row, hqType_));
+  }
+  void CheckDate(int row, int column, bool mayBeNone) const {
+    const std::string text = TextOf(row, column);
+    if (text.empty()) return;
+    const double date = Number(row, column);
+    if (mayBeNone && date == 0) return;
+    const bool isWhole = std::abs(date) < 1e9 && date == std::trunc(date);
+    if (!isWhole || !IsMarketDate(static_cast<std::int64_t>(date))) Refuse(row, column, "不是日期", text);
+  }
   [[nodiscard]] std::string Defaulted(int row, int column, std::string_view ifEmpty) const {
     std::string text = TextOf(row, column);
     if (text.empty()) text = ifEmpty;
@@ -61,7 +118,7 @@ class StatisticRows {
   }
   [[nodiscard]] std::string Checked(int row, int column) const {
     std::string text = TextOf(row, column);
-    if (text.empty()) Refuse(row, column, text);
+    if (text.empty()) Refuse(row, column, "不是数", text);
     return text;
   }
   /// Empty or a plain number.
@@ -72,19 +129,19 @@ class StatisticRows {
         return std::to_string(rows_.IntegerAt(row, column));
       case ColumnType::Real: {
         const double value = rows_.RealAt(row, column);
-        if (!std::isfinite(value)) Refuse(row, column, "NaN/Inf");
+        if (!std::isfinite(value)) Refuse(row, column, "不是数", "NaN/Inf");
         return ShortestUtf8(value);
       }
       default:
         break;
     }
     std::string text = rows_.Utf8At(row, column);
-    if (!text.empty() && !ParseReal(std::string_view(text))) Refuse(row, column, text);
+    if (!text.empty() && !ParseReal(std::string_view(text))) Refuse(row, column, "不是数", text);
     return text;
   }
-  [[noreturn]] void Refuse(int row, int column, const std::string& text) const {
+  [[noreturn]] void Refuse(int row, int column, const std::string& why, const std::string& text) const {
     throw Error(ErrorCategory::Refused,
-                "第" + std::to_string(row + 1) + "行的" + rows_.ColumnName(column) + "不是数：“" + text + "”");
+                "第" + std::to_string(row + 1) + "行的" + rows_.ColumnName(column) + why + "：“" + text + "”");
   }
 
   const ResultSet& rows_;
@@ -118,7 +175,8 @@ void ClearLastDays(DatabaseStatements& database, const BaseDataFamily& family, c
 void AddRows(DatabaseStatements& database, const ResultSet& rows, const BaseDataFamily& family,
              const QString& fileCode) {
   if (rows.IsEmpty()) return;
-  const StatisticRows fields(rows, family.isIndex);
+  const StatisticRows fields(rows, family.isIndex || rows.FindColumn("SecuCode") >= 0);
+  fields.Check(family, fileCode.toStdString());
   const auto text = [](const std::string& number) { return QString::fromStdString(number); };
   std::string code = fileCode.toStdString();
   std::string lastType;
