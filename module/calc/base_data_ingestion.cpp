@@ -85,18 +85,20 @@ class StatisticRows {
   /// Code, type, date.
   using RowKey = std::array<double, 3>;
 
-  [[nodiscard]] double Number(int row, int column) const { return ParseReal(TextOf(row, column)).value_or(0); }
+  [[nodiscard]] double Number(int row, int column) const {
+    return ParseReal(std::string_view(TextOf(row, column))).value_or(0);
+  }
   /// A stock's file need not name it (0, empty); the file of the indices names them in every row.
   void CheckCode(int row, const BaseDataFamily& family, const std::string& fileCode) const {
     const std::string text = TextOf(row, code_);
-    const auto code = ParseInteger(text);
+    const auto code = ParseInteger(std::string_view(text));
     if (family.isIndex) {
       if (text.empty()) Refuse(row, code_, "不是数", text);
-      if (!code || !IsIndexNumber(static_cast<int>(*code))) Refuse(row, code_, "不是指数", text);
+      if (!code || *code > kStockBase || !IsIndexNumber(static_cast<int>(*code))) Refuse(row, code_, "不是指数", text);
       return;
     }
     if (text.empty() || code == 0) return;
-    const auto wanted = ParseInteger(fileCode);
+    const auto wanted = ParseInteger(std::string_view(fileCode));
     if (!code || (code != wanted && *code != *wanted % kStockBase)) Refuse(row, code_, "是另一只证券", text);
   }
   void CheckType(int row) const {

@@ -1,5 +1,7 @@
 #include "common/series/missing_prices.h"
 
+#include <utility>
+
 #include "common/host/host_access.h"
 #include "common/series/shared_objects.h"
 #include "common/store/statements.h"
