@@ -1,10 +1,15 @@
 #include "base_data_ingestion.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "common/store/cell_literal.h"
 #include "common/store/statements.h"
+#include "holdwise/packet/code_numbers.h"
+#include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise::calc {
@@ -38,6 +43,28 @@ class StatisticRows {
   [[nodiscard]] std::string HqDate(int row) const { return sql::NumberLiteral(rows_, row, hqDate_); }
   [[nodiscard]] bool IsLastDay(int row) const { return rows_.TextAt(row, isLastDay_) == QLatin1String("1"); }
 
+  /// The whole file, before anything is written.
+  void Check(const BaseDataFamily& family, const std::string& fileCode) const {
+    std::vector<std::pair<RowKey, int>> keys;
+    keys.reserve(static_cast<std::size_t>(rows_.RowCount()));
+    for (int row = 0; row < rows_.RowCount(); ++row) {
+      if (code_ >= 0) CheckCode(row, family, fileCode);
+      CheckType(row);
+      CheckDate(row, hqDate_, false);
+      CheckDate(row, startDate_, true);
+      CheckDate(row, endDate_, true);
+      if (!sql::NumberIfAny(rows_, row, hqDate_).empty()) {
+        keys.push_back({{family.isIndex ? Number(row, code_) : 0, Number(row, hqType_), Number(row, hqDate_)}, row});
+      }
+    }
+    std::sort(keys.begin(), keys.end());
+    const auto twice = std::adjacent_find(keys.begin(), keys.end(),
+                                          [](const auto& one, const auto& next) { return one.first == next.first; });
+    if (twice != keys.end()) {
+      sql::RefuseCell(rows_, std::next(twice)->second, hqDate_, QStringLiteral("与第%1行重复").arg(twice->second + 1));
+    }
+  }
+
   [[nodiscard]] sql::StatisticTexts Texts(int row, const std::string& code) const {
     return {code,
             Defaulted(row, closePrice_, kEmptyAmount),
@@ -54,6 +81,41 @@ class StatisticRows {
   }
 
  private:
+  /// Code, type, date.
+  using RowKey = std::array<double, 3>;
+
+  [[nodiscard]] double Number(int row, int column) const {
+    return ParseReal(std::string_view(sql::NumberIfAny(rows_, row, column))).value_or(0);
+  }
+  /// A stock's file need not name it (0, empty); the file of the indices names them in every row.
+  void CheckCode(int row, const BaseDataFamily& family, const std::string& fileCode) const {
+    const std::string text = sql::NumberIfAny(rows_, row, code_);
+    const auto code = ParseInteger(std::string_view(text));
+    if (family.isIndex) {
+      if (text.empty()) sql::RefuseCell(rows_, row, code_, QStringLiteral("不是数"));
+      if (!code || *code > kStockBase || !IsIndexNumber(static_cast<int>(*code)))
+        sql::RefuseCell(rows_, row, code_, QStringLiteral("不是指数"));
+      return;
+    }
+    if (text.empty() || code == 0) return;
+    const auto wanted = ParseInteger(std::string_view(fileCode));
+    if (!code || (code != wanted && *code != *wanted % kStockBase))
+      sql::RefuseCell(rows_, row, code_, QStringLiteral("是另一只证券"));
+  }
+  void CheckType(int row) const {
+    const double type = Number(row, hqType_);
+    if (type != 0 && type != 1 && type != 2)
+      sql::RefuseCell(rows_, row, hqType_, QStringLiteral("不是周期类型（0、1、2）"));
+  }
+  void CheckDate(int row, int column, bool mayBeNone) const {
+    const std::string text = sql::NumberIfAny(rows_, row, column);
+    if (text.empty()) return;
+    const double date = Number(row, column);
+    if (mayBeNone && date == 0) return;
+    const bool isWhole = std::abs(date) < 1e9 && date == std::trunc(date);
+    if (!isWhole || !IsMarketDate(static_cast<std::int64_t>(date)))
+      sql::RefuseCell(rows_, row, column, QStringLiteral("不是日期"));
+  }
   [[nodiscard]] std::string Defaulted(int row, int column, std::string_view ifEmpty) const {
     std::string text = sql::NumberIfAny(rows_, row, column);
     if (text.empty()) text = ifEmpty;
@@ -90,7 +152,8 @@ void ClearLastDays(DatabaseStatements& database, const BaseDataFamily& family, c
 void AddRows(DatabaseStatements& database, const ResultSet& rows, const BaseDataFamily& family,
              const QString& fileCode) {
   if (rows.IsEmpty()) return;
-  const StatisticRows fields(rows, family.isIndex);
+  const StatisticRows fields(rows, family.isIndex || rows.FindColumn("SecuCode") >= 0);
+  fields.Check(family, fileCode.toStdString());
   const auto text = [](const std::string& number) { return QString::fromStdString(number); };
   std::string code = fileCode.toStdString();
   std::string lastType;

@@ -21,9 +21,11 @@ using ForwardDate = std::function<int(int)>;
 /// Writes the rows of one base-data file into the statistics, in one transaction: old rows removed as the family wants,
 /// last-day marks cleared, the file's rows added, and each series (rows with the same code and, as text, the same
 /// hqtype, standing together) trimmed to the file's start date. `code`: the file's security; the index file's rows name
-/// their own. Rows of the index file that name another security than the three are added like theirs.
+/// their own.
 /// Fields that are empty have the defaults 0 and 0.00. A field that is missing, that is no plain number, or that is
-/// empty where it goes into a condition (hqtype; hqdate of a last day in the today family): an Error naming it.
+/// empty where it goes into a condition (hqtype; hqdate of a last day in the today family): an Error naming it. So are
+/// rows of another security (index file: than the three), a type that is none of the three, a date that the calendar
+/// does not have (0 is none where a window may have none), and two rows of one code, type and date.
 /// Whatever throws, the database is as it was before. No rows: removals and last-day marks happen all the same;
 /// intended.
 void IngestBaseData(DatabaseStatements& database, const ResultSet& rows, const BaseDataFamily& family,

@@ -1,27 +1,54 @@
 #include "calc/download_trigger.h"
 
 #include <QScopeGuard>
+#include <QSet>
+#include <algorithm>
 
 #include "calc/untcalc2.h"
 #include "common/host/host_access.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
+#include "unfinished_work.h"
 
 namespace holdwise {
 namespace {
 
+/// The portfolios calculated on a date. Those that stay unfinished lack a file, which another run would not find
+/// either.
+struct Calculated {
+  QString date;
+  QSet<QString> ids;
+};
+Calculated calculated;
+
+bool WereAllCalculated(UserDataSession& session, const QString& date) {
+  if (calculated.ids.isEmpty() || calculated.date != date) return false;
+  const QStringList unfinished = calc::ReadUnfinishedPortfolios(session);
+  return std::all_of(unfinished.begin(), unfinished.end(),
+                     [](const QString& id) { return calculated.ids.contains(id); });
+}
+
+void Remember(const QString& date, const QStringList& ids) {
+  if (calculated.date != date) calculated = {date, {}};
+  calculated.ids.unite(QSet<QString>(ids.begin(), ids.end()));
+}
+
 /// Runs the first-calculation procedure; its effects stay only when it leaves portfolios to calculate.
 bool HasUnfinished(UserDataSession& session) {
+  const QString date = ModuleHost().DataCenter().CurrentDateText();
   TransactionScope transaction(session);
-  session.Execute(sql::FirstCalculation(ModuleHost().DataCenter().CurrentDateText()));
-  if (session.Count(sql::kCountUnfinished) == 0) return false;
+  session.Execute(sql::FirstCalculation(date));
+  if (session.Count(sql::kCountUnfinished) == 0 || WereAllCalculated(session, date)) return false;
   transaction.Commit();
   return true;
 }
 
 void ShowCalculation() {
   frmCalc2 = std::make_unique<TfrmCalc2>();
-  const auto release = qScopeGuard([] { frmCalc2.reset(); });
+  const auto release = qScopeGuard([date = ModuleHost().DataCenter().CurrentDateText()] {
+    Remember(date, frmCalc2->Calculated());
+    frmCalc2.reset();
+  });
   frmCalc2->ShowModal();
 }
 
@@ -41,6 +68,10 @@ void DownData() {
   } catch (const std::exception& error) {
     LogDownDataFailure(QString::fromUtf8(error.what()));
   }
+}
+
+void RetryIncomplete() {
+  calculated = {};
 }
 
 }  // namespace holdwise

@@ -16,6 +16,7 @@
 #include "common/host/theme_colors.h"
 #include "common/store/database.h"
 #include "holdwise/packet/packet_file.h"
+#include "holdwise/packet/table_limits.h"
 #include "unfinished_work.h"
 
 namespace holdwise {
@@ -181,6 +182,7 @@ void TfrmCalc2::tmrCalcTimer() {
   Decisive([this] {
     for (const QString& id : calc::ReadUnfinishedPortfolios(Database())) {
       calc::CalculatePortfolio(Database(), id);
+      calculated_.append(id);
       driver_.PortfolioHandled();
       ShowProgress();
       QCoreApplication::processEvents();
@@ -195,8 +197,9 @@ void TfrmCalc2::BasicDataRecv(const QString& fileName, int /*errorCode*/, const 
   if (driver_.IsClosed()) return;
   std::exception_ptr unreadable;
   try {
-    IngestBasicData(fileName,
-                    mode == kFromStream ? DecodePacket(stream) : ReadPacketFile(DownBasicData->LocalPath(fileName)));
+    const PacketLimits& limits = calc::ClassifyBaseData(fileName).isIndex ? kIndexSeriesLimits : kStockSeriesLimits;
+    IngestBasicData(fileName, mode == kFromStream ? DecodePacket(stream, limits)
+                                                  : ReadPacketFile(DownBasicData->LocalPath(fileName), limits));
   } catch (...) {
     unreadable = std::current_exception();
   }
@@ -231,9 +234,16 @@ void TfrmCalc2::ReceiveReference(Reference reference, const QString& path, const
   QCoreApplication::processEvents();
   if (driver_.IsClosed()) return;
   if (mode == kFromFile && !QFile::exists(path)) return;
-  // Only repaints inside the transaction: events let in there would find the database in the middle of it.
-  replace(Database(), mode == kFromStream ? DecodePacket(stream) : ReadPacketFile(path),
-          [this] { rzprgrsbr1->repaint(); });
+  const PacketLimits& limits = reference == Reference::InterestRate ? kInterestRateLimits : kSecuritiesLimits;
+  try {
+    // Only repaints inside the transaction: events let in there would find the database in the middle of it.
+    replace(Database(), mode == kFromStream ? DecodePacket(stream, limits) : ReadPacketFile(path, limits),
+            [this] { rzprgrsbr1->repaint(); });
+  } catch (...) {
+    // As when it does not come at all: without it nothing is calculated.
+    reject();
+    throw;
+  }
   driver_.ReferenceHandled(reference);
   ShowProgress();
   tmrCalcTimer();

@@ -41,10 +41,13 @@ class TfrmCalc2 : public QDialog {
   /// Receive routines. `mode` 1: the content is `stream`; 0: it is the local copy of `fileName`, the remote name.
   /// Base data: whatever happens, the next file is asked for; a content that is no packet throws afterwards.
   void BasicDataRecv(const QString& fileName, int errorCode, const QByteArray& stream, int mode);
-  /// Reference files: when the file is missing (mode 0) or anything throws, the dialog stays open, for the user to
-  /// close; intended.
+  /// Reference files: when the file is missing (mode 0), the dialog stays open, for the user to close; intended. A
+  /// content that is damaged, or that the database does not take, closes it as a failed download does.
   void DownRecv2(const QString& fileName, int errorCode, const QByteArray& stream, int mode);
   void flrlRecv1(const QString& fileName, int errorCode, const QByteArray& stream, int mode);
+
+  /// Ids of the portfolios whose procedure has run.
+  [[nodiscard]] const QStringList& Calculated() const { return calculated_; }
 
   [[nodiscard]] const QProgressBar& ProgressBar() const { return *rzprgrsbr1; }
 
@@ -80,6 +83,7 @@ class TfrmCalc2 : public QDialog {
 
   calc::CalculationDriver driver_;
   QStringList codes_;
+  QStringList calculated_;
   std::exception_ptr failure_;
   // NOLINTBEGIN(readability-identifier-naming): the names of the form's components
   QLabel* lbl1 = nullptr;

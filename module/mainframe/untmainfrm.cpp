@@ -254,6 +254,7 @@ bool TMainFrm::IsSettled() const {
 }
 
 void TMainFrm::DataChanged() {
+  RetryIncomplete();
   ReCalc();
   g_NowPrice->ReGetNowPrice();
   if (FCurFrame == nullptr) return;

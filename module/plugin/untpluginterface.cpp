@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "calc/download_trigger.h"
 #include "common/host/host_access.h"
 #include "common/store/statement_advice.h"
 #include "holdwise/sdk/host.h"
@@ -18,6 +19,7 @@ bool Initialize(holdwise::Host* host, int sdkVersion) {
   if (host == nullptr || sdkVersion != holdwise::kSdkVersion) return false;
   host->UserData().Advise(holdwise::sql::Advice());
   holdwise::SetModuleHost(host);
+  holdwise::RetryIncomplete();
   return true;
 }
 

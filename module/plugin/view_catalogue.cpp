@@ -3,8 +3,10 @@
 #include "calc/untcalc2.h"
 #include "common/grid/string_grid.h"
 #include "common/series/all_stock_data.h"
+#include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
+#include "common/store/incomplete_portfolios.h"
 #include "common/store/statements.h"
 #include "mainframe/view_table.h"
 
@@ -51,6 +53,11 @@ QString HoldwiseViewCatalogue::Shortcoming() const {
   if (g_AllStockData->LacksCurrentTable() && Database().Count(sql::kCountSavedPortfolios) > 0)
     return QStringLiteral("风险文件没有取得，成分股的风险系数没有显示（原因见日志）。");
   return {};
+}
+
+QStringList HoldwiseViewCatalogue::Incomplete() const {
+  if (mainFrame_.isNull()) return {};
+  return LinesOf(IncompletePortfolios(Database())) + LinesOf(PortfoliosLackingPrices(Database()));
 }
 
 QWidget* HoldwiseViewCatalogue::Frame() const {

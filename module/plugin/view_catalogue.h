@@ -20,6 +20,7 @@ class HoldwiseViewCatalogue final : public ViewCatalogue {
   [[nodiscard]] bool IsSettled() const override;
   [[nodiscard]] int Progress() const override;
   [[nodiscard]] QString Shortcoming() const override;
+  [[nodiscard]] QStringList Incomplete() const override;
   [[nodiscard]] QWidget* Frame() const override;
   [[nodiscard]] std::vector<GridText> Grids() const override;
   [[nodiscard]] Holdings HoldingsGrid() const override;

@@ -163,7 +163,9 @@ void ViewExporter::WriteGrid(const QString& name, const GridText& grid) const {
 }
 
 void ViewExporter::WroteAll() {
-  Finish(views_.Shortcoming());
+  QStringList problems = views_.Incomplete();
+  if (const QString shortcoming = views_.Shortcoming(); !shortcoming.isEmpty()) problems.prepend(shortcoming);
+  Finish(problems.join(QLatin1Char('\n')));
 }
 
 void ViewExporter::Finish(const QString& problem) {

@@ -122,24 +122,40 @@ class Market:
             rows = daily_rows(market_data / "indices" / f"{number}.csv", self.first, self.last)
             self.index[name] = {r[0]: Fraction(r[3]) for r in rows if r[2] is not None}
 
+    def first_return(self, code):
+        return min((r[0] for r in self.stocks[code] if r[2] is not None), default=None)
+
+    def counting(self, code, index):
+        """A stock's returns on the days of the index from its first return on (0 without a bar), and the index's."""
+        first = self.first_return(code)
+        days = {d: r for d, r in self.index[index].items() if first is not None and d >= first}
+        return [self.returns[code].get(d, Fraction(0)) for d in days], list(days.values())
+
     def security(self, code, index):
-        days = self.index[index]
-        return figures([self.returns[code].get(d, Fraction(0)) for d in days], list(days.values()), self.risk_free)
+        return figures(*self.counting(code, index), self.risk_free)
+
+    def lacking(self):
+        return sorted({code for rows in PORTFOLIOS.values() for code, _, _ in rows if not self.stocks[code]})
 
     def portfolio(self, rows):
-        """Weights are the shares of the buy value, stored as doubles; stocks without a day are left out."""
+        """Weights are the shares of the buy value, stored as doubles, on each day scaled to 1 over the stocks that count."""
         values = [float(quantity) * float(price) for _, quantity, price in rows]
         total = sum(values)
-        weights = {code: Fraction(value / total) for (code, _, _), value in zip(rows, values) if self.stocks[code]}
-        scale = sum(weights.values(), Fraction(0))
-        days = self.index["SH"]
-        returns = [sum((w * self.returns[c].get(d, Fraction(0)) for c, w in weights.items()), Fraction(0)) / scale
-                   for d in days]
-        return figures(returns, list(days.values()), self.risk_free)
+        weights = [(code, Fraction(value / total), self.first_return(code))
+                   for (code, _, _), value in zip(rows, values)]
+        returns, market = [], []
+        for day, change in self.index["SH"].items():
+            counting = [(code, weight) for code, weight, first in weights if first is not None and first <= day]
+            if not counting:
+                continue
+            scale = sum((weight for _, weight in counting), Fraction(0))
+            returns.append(sum((w * self.returns[c].get(day, Fraction(0)) for c, w in counting), Fraction(0)) / scale)
+            market.append(change)
+        return figures(returns, market, self.risk_free)
 
     def deviation(self, code):
-        """Mean and sample deviation of a stock's own returns."""
-        own = [Fraction(r[3]) for r in self.stocks[code] if r[2] is not None]
+        """Mean and sample deviation of a stock's returns on the days of the composite index that count for it."""
+        own = self.counting(code, "SH")[0]
         return (mean(own) if own else Fraction(0)), (root(covariance(own, own)) if len(own) > 1 else Fraction(0))
 
 
@@ -253,8 +269,8 @@ def check(binaries, market_data, day, with_options, folder, checker):
         with open(folder / "estimates.csv", "w", encoding="utf-8", newline="") as file:
             csv.writer(file).writerows([("code", "price"), *ESTIMATES])
         options = ["--rates", market_data / "deposit_rates.csv", "--estimates", folder / "estimates.csv"]
-    export(binaries, market_data, bars, day, folder, *options)
     market = Market(market_data, bars, day)
+    export(binaries, market_data, bars, day, folder, *options, lacking=market.lacking())
     table = check_files(binaries, folder / "data", market, with_options, checker)
     check_view(folder / "out", day, market, table, checker)
     check_stored(binaries, folder / "work", market, checker)

@@ -25,14 +25,16 @@ def arguments():
     return parser.parse_args()
 
 
-def run(*command):
+def run(*command, named=()):
+    """Ends with 0, or with 1 and each of `named` on standard error."""
     done = subprocess.run([str(c) for c in command], capture_output=True, text=True, timeout=120)
-    if done.returncode != 0:
+    if done.returncode != (1 if named else 0) or any(text not in done.stderr for text in named):
         sys.exit(f"{command[0]} ended with {done.returncode}\n{done.stdout}\n{done.stderr}")
 
 
-def export(binaries, market_data, bars, day, folder, *options):
-    """Leaves the data folder, the work-data folder and the exported views in `folder`: data, work, out."""
+def export(binaries, market_data, bars, day, folder, *options, lacking=()):
+    """Leaves the data folder, the work-data folder and the exported views in `folder`: data, work, out. The terminal has
+    to name the stocks of `lacking` as being without statistics."""
     run(binaries / "holdwise-market", "build", "--bars", bars, "--indices", market_data / "indices", "--securities",
         market_data / "securities.csv", "--dates", market_data / "trading_dates.csv", *options, "--date", day.isoformat(),
         "--out", folder / "data")
@@ -42,7 +44,7 @@ def export(binaries, market_data, bars, day, folder, *options):
         writer.writerows([name, *row] for name, rows in PORTFOLIOS.items() for row in rows)
     os.environ.setdefault("QT_QPA_PLATFORM", "offscreen")
     run(binaries / "holdwise-terminal", "--data", folder / "data", "--work", folder / "work", "--import",
-        folder / "portfolios.csv", "--export", folder / "out")
+        folder / "portfolios.csv", "--export", folder / "out", named=[f"{code})没有统计数据" for code in lacking])
 
 
 def read_csv(path):

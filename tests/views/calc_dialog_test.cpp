@@ -4,6 +4,7 @@
 
 #include "calc_fixture.h"
 #include "download_settings.h"
+#include "holdwise/packet/table_limits.h"
 
 namespace holdwise {
 namespace {
@@ -202,7 +203,7 @@ TEST_F(CalcDialog, EventsOfEveryKindThatComeTwiceAreIgnored) {
   EXPECT_TRUE(host_.debug.Lines().empty());
 }
 
-TEST_F(CalcDialog, ADamagedEstimateFileLeavesTheDialogOpen) {
+TEST_F(CalcDialog, ADamagedEstimateFileClosesTheDialog) {
   Run("insert into ALG_STOCKESTIMATEVALUE (ID,SECUCODE,CTIME,PRICE) values (1,'000009',19910101,5)");
   for (const QByteArray& content :
        {EstimateData({{"600000", "1", "9.5"}}).chopped(4), EstimateData({{"600000", "1", "9.5元"}})}) {
@@ -211,7 +212,7 @@ TEST_F(CalcDialog, ADamagedEstimateFileLeavesTheDialogOpen) {
     FinishBase();
     FinishRates();
     EstimateDown()->ReceiveStream(kEstimatesFile, content);
-    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_FALSE(dialog.isVisible());
     EXPECT_EQ(dialog.ProgressBar().value(), 4);
     EXPECT_EQ(Rows("select SECUCODE,PRICE from ALG_STOCKESTIMATEVALUE"), QStringList{"000009|5"});
     EXPECT_EQ(Unfinished(), (QStringList{"1", "2"}));
@@ -316,20 +317,35 @@ TEST_F(CalcDialog, AnEmptyRatesFileIsDoneAndChangesNothing) {
   EXPECT_FALSE(dialog.isVisible());
 }
 
-TEST_F(CalcDialog, ADamagedReferenceFileLeavesTheDialogOpen) {
+TEST_F(CalcDialog, ADamagedReferenceFileClosesTheDialog) {
   Run("insert into alg_rmbinterestrate (ID,INTEREST) values (1,3.25)");
   TfrmCalc2 dialog;
   Show(dialog);
   FinishBase();
   RateDown()->ReceiveStream(kRatesFile, RateData("2").chopped(4));
+  EXPECT_FALSE(dialog.isVisible());
   FinishEstimates();
-  EXPECT_TRUE(dialog.isVisible());
-  EXPECT_EQ(dialog.ProgressBar().value(), 4);
+  EXPECT_EQ(dialog.ProgressBar().value(), 3);
   EXPECT_EQ(Rows("select INTEREST from alg_rmbinterestrate"), QStringList{"3.25"});
   EXPECT_EQ(LogLinesWith(kRatesFile), 1);
   EXPECT_EQ(Unfinished(), (QStringList{"1", "2"}));
-  dialog.close();
+}
+
+/// A small file that unpacks to more rows than a file of its kind can have.
+TEST_F(CalcDialog, AFileOfTooManyRowsIsRefused) {
+  ResultSet rows = DecodePacket(BaseData({{"0", "20240528", "0.01"}}));
+  while (rows.RowCount() <= kMostSeriesRows) rows.AppendRow();
+  TfrmCalc2 dialog;
+  Show(dialog);
+  Base()->ReceiveStream(StockFile("000001"), EncodePacket(rows));
+  EXPECT_EQ(Statistics(), QStringList());
+  EXPECT_EQ(LogLinesWith(StockFile("000001")), 1);
+  EXPECT_EQ(Base()->Pending(), std::vector<QString>{StockFile("600000")});
+  ResultSet rates = DecodePacket(RateData("2"));
+  while (rates.RowCount() <= kInterestRateLimits.rows) rates.AppendRow();
+  RateDown()->ReceiveStream(kRatesFile, EncodePacket(rates));
   EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(Rows("select count(*) from alg_rmbinterestrate"), QStringList{"0"});
 }
 
 TEST_F(CalcDialog, AReferenceFileMissingOnDiskLeavesTheDialogOpen) {

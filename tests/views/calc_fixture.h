@@ -1,5 +1,6 @@
 #pragma once
 #include "../unit/module/engine_fixture.h"
+#include "calc/download_trigger.h"
 #include "calc/untcalc2.h"
 #include "holdwise/packet/packet_file.h"
 
@@ -65,6 +66,7 @@ inline QByteArray RateData(const char* interest) {
 class CalcDialog : public EngineTest {
  protected:
   CalcDialog() {
+    RetryIncomplete();
     AddPortfolio(1, 0);
     AddPortfolio(2, 0);
     AddPortfolio(3, 1);

@@ -6,6 +6,7 @@
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
 #include "common/store/exchange_files.h"
+#include "common/store/incomplete_portfolios.h"
 #include "mainframe/untmainfrm.h"
 
 namespace holdwise {
@@ -15,6 +16,7 @@ class Trigger : public CalcDialog {
  protected:
   /// Runs once the dialog has asked for its files.
   void WhenShown(const std::function<void()>& action) {
+    timer_.disconnect();  // what waited for a dialog that did not come waits no longer
     QObject::connect(&timer_, &QTimer::timeout, [this, action] {
       if (!frmCalc2 || RateDown()->Requests().empty()) return;
       timer_.stop();
@@ -84,6 +86,85 @@ TEST_F(Trigger, ADateWithoutARowOfTheIndexBringsTheDialogUpOnce) {
     EXPECT_EQ(Unfinished(), QStringList());
   }
   EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(Trigger, WhatStaysIncompleteBringsTheDialogUpOnceUntilDataComesBack) {
+  Run("delete from alg_commain where ID = 3");
+  int shown = 0;
+  bool hasStock = false;
+  const auto trigger = [&] {
+    WhenShown([&] {
+      ++shown;
+      if (hasStock) {
+        FinishBase();
+      } else {
+        Base()->Fail(StockFile("000001"), 1);
+        Base()->ReceiveStream(StockFile("600000"), BaseData({{"0", "20240528", "0.03"}, {"0", "20240529", "-0.01"}}));
+        Base()->ReceiveStream(kIndexFile, IndexData());
+      }
+      FinishRates();
+      FinishEstimates();
+    });
+    DownData();
+  };
+  const auto incomplete = [] { return LinesOf(IncompletePortfolios(Database())); };
+  const QStringList lines{QStringLiteral("p1：stock(000001)没有统计数据")};
+  for (int change = 0; change < 3; ++change) {
+    trigger();
+    EXPECT_EQ(shown, 1) << "change of view " << change;
+    EXPECT_EQ(incomplete(), lines);
+  }
+  // A new portfolio is calculated as ever, and with it what is incomplete.
+  AddPortfolio(4, 0);
+  AddHolding(5, 4, 1600000);
+  trigger();
+  EXPECT_EQ(shown, 2);
+  EXPECT_EQ(incomplete(), lines);
+  hasStock = true;
+  trigger();
+  EXPECT_EQ(shown, 2);
+  RetryIncomplete();
+  trigger();
+  EXPECT_EQ(shown, 3);
+  EXPECT_EQ(incomplete(), QStringList());
+  RetryIncomplete();
+  trigger();
+  EXPECT_EQ(shown, 3);
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(Trigger, WithoutTheIndexTheDialogComesUpOnceUntilDataComesBack) {
+  Run("delete from alg_commain where ID = 3");
+  Run("update alg_commain set FC = 0.5, ISFINISHED = 1, CALCDATE = 20240528 where ID = 2");
+  int shown = 0;
+  const auto trigger = [&](bool hasIndex) {
+    WhenShown([&, hasIndex] {
+      ++shown;
+      if (hasIndex) {
+        FinishBase();
+      } else {
+        Base()->ReceiveStream(StockFile("000001"), BaseData({{"0", "20240528", "0.01"}, {"0", "20240529", "0"}}));
+        Base()->ReceiveStream(StockFile("600000"), BaseData({{"0", "20240528", "0.03"}, {"0", "20240529", "-0.01"}}));
+        Base()->Fail(kIndexFile, 1);
+      }
+      FinishRates();
+      FinishEstimates();
+    });
+    DownData();
+  };
+  for (int change = 0; change < 3; ++change) {
+    trigger(false);
+    EXPECT_EQ(shown, 1) << "change of view " << change;
+    EXPECT_EQ(Rows("select ID,FC,ISFINISHED from alg_commain order by ID"), (QStringList{"1|0|0", "2|0.5|0"}));
+  }
+  EXPECT_EQ(LinesOf(IncompletePortfolios(Database())),
+            (QStringList{QStringLiteral("p2：上证指数(000001)没有统计数据"),
+                         QStringLiteral("p1：上证指数(000001)没有统计数据")}));
+  RetryIncomplete();
+  trigger(true);
+  EXPECT_EQ(shown, 2);
+  EXPECT_EQ(LinesOf(IncompletePortfolios(Database())), QStringList());
+  EXPECT_EQ(Unfinished(), QStringList());
 }
 
 TEST_F(Trigger, AFailureInsideTheDialogIsLogged) {

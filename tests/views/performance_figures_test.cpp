@@ -40,11 +40,11 @@ TEST(HoldingFiguresTest, WithoutAPriceThereAreNone) {
   EXPECT_FALSE(FiguresOf(HoldingInput{0, 9.8, 9.5, 9, 9, 1000}));
 }
 
-TEST(HoldingFiguresTest, ZeroBasesGiveThePlainZeroExceptForTheDay) {
-  // Without a previous close the day contribution is 8 x 300, without a buy price the gain too.
+TEST(HoldingFiguresTest, ZeroBasesGiveThePlainZeroExceptForTheGain) {
+  // Without a buy price the gain is 8 x 300.
   const auto figures = FiguresOf(HoldingInput{8, 0, 0, 0, 0, 300});
   ASSERT_TRUE(figures);
-  EXPECT_EQ(Texts(*figures), List({"8.00", "0", "2400.00", "0", "0", "2400.00", "0"}));
+  EXPECT_EQ(Texts(*figures), List({"8.00", "0", "0", "0", "0", "2400.00", "0"}));
 }
 
 TEST(HoldingFiguresTest, NothingHeldContributesNothing) {

@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QToolTip>
 
+#include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
 #include "performance_view_fixture.h"
 
@@ -133,17 +134,35 @@ TEST_F(PerformanceView, ASecurityThatKeepsItsRowKeepsItsFigures) {
   EXPECT_EQ(holdings->Cells(kHoldingGain, 0), QStringLiteral("300.00"));
 }
 
-TEST_F(PerformanceView, WithoutAPreviousCloseTheChangeIsZeroButTheDayIsNot) {
+TEST_F(PerformanceView, WithoutAPreviousCloseThereIsNoDay) {
   bench.AddPortfolio(1, QStringLiteral("甲"), {{1000002, 300, 1, 5}});
   Open();
   bench.DeliverPrices({{QStringLiteral("000002"), {800, 2}}});
   Refresh();
   EXPECT_EQ(holdings->Cells(kChange, 0), QStringLiteral("0"));
-  EXPECT_EQ(holdings->Cells(kDayContribution, 0), QStringLiteral("2400.00"));
+  EXPECT_EQ(holdings->Cells(kDayContribution, 0), QStringLiteral("0"));
   EXPECT_EQ(holdings->Cells(kWeekClose, 0), QStringLiteral("0"));
   EXPECT_EQ(holdings->Cells(kMonthClose, 0), QStringLiteral("0"));
   EXPECT_EQ(holdings->Cells(kWeekContribution, 0), QStringLiteral("0"));
   EXPECT_EQ(portfolios->Cells(kDayChange, 0), QStringLiteral("0"));
+}
+
+/// One holding's previous close is not enough for the change of the whole portfolio, and says nothing of another one's.
+TEST_F(PerformanceView, AHoldingOnItsFirstTradingDayLeavesThePortfolioWithoutAChangeOfTheDay) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 0.5, 5}, {1000002, 300, 0.5, 5}});
+  bench.AddPortfolio(2, QStringLiteral("乙"), {{1600000, 100, 1, 5}});
+  Open();
+  bench.DeliverPrices({{QStringLiteral("600000"), {1000, 2}}, {QStringLiteral("000002"), {800, 2}}});
+  Refresh();
+  EXPECT_EQ(portfolios->Cells(kId, 1), QStringLiteral("1"));
+  EXPECT_EQ(portfolios->Cells(kValue, 1), QStringLiteral("3400.00"));
+  EXPECT_EQ(portfolios->Cells(kDayChange, 1), QStringLiteral("0"));
+  EXPECT_NE(portfolios->Cells(kDayChange, 0), QStringLiteral("0"));
+  const QStringList lines = LinesOf(PortfoliosLackingPrices(Database()));
+  ASSERT_EQ(lines.size(), 1);
+  EXPECT_TRUE(lines.first().startsWith(QStringLiteral("甲：")) && lines.first().contains(QStringLiteral("000002")) &&
+              lines.first().endsWith(QStringLiteral("没有昨收盘价")))
+      << lines.first().toStdString();
 }
 
 TEST_F(PerformanceView, AMonthCloseWithoutAWeekCloseDoesNotCount) {

@@ -9,6 +9,7 @@
 #include "common/store/statements.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/packet_file.h"
+#include "holdwise/packet/table_limits.h"
 
 namespace holdwise {
 namespace {
@@ -50,7 +51,7 @@ void TAllStockData::ReceiveFile(const QString& fileName) {
   underWay_.removeOne(fileName);
   const auto known = std::find(kRiskFiles.begin(), kRiskFiles.end(), fileName);
   if (known == kRiskFiles.end()) throw Error(ErrorCategory::Refused, "not a risk file: " + fileName.toStdString());
-  const ResultSet table = ReadPacketFile(role_->LocalPath(fileName));
+  const ResultSet table = ReadPacketFile(role_->LocalPath(fileName), kSecuritiesLimits);
   deviations_ = std::make_shared<TNameValueList>();
   const auto type = static_cast<std::size_t>(known - kRiskFiles.begin());
   grids_[type].Fill(table);
@@ -71,7 +72,7 @@ TNameValueSnapshot TAllStockData::GetBZCStringList() {
 }
 
 void TAllStockData::SetIsGetBZCStringList(bool flag) {
-  isGet_ = flag;
+  isGet_ = false;
   if (!flag) return;
   const ResultSet rows = Database().Query(sql::kDeviations);
   const int codeColumn = rows.Column("SECUCODE");
@@ -81,6 +82,7 @@ void TAllStockData::SetIsGetBZCStringList(bool flag) {
     deviations->Set(rows.TextAt(row, codeColumn), ShortestText(NumberAt(rows, row, deviationColumn)));
   }
   deviations_ = std::move(deviations);
+  isGet_ = true;
 }
 
 }  // namespace holdwise

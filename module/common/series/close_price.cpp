@@ -81,14 +81,17 @@ void TClosePrice::RefreshIfNeeded() {
 }
 
 void TClosePrice::SetIsGetClosePrice(bool flag) {
-  isGet_ = flag;
-  if (!flag) return;
+  if (!flag) {
+    isGet_ = false;
+    return;
+  }
   const QDate today = CurrentDate();
   // Both are made before the first is replaced, so that a failing query leaves a matching pair.
   auto weekCloses = WithCloses(weekCloses_, sql::PeriodType::Week, PreviousWeek(today));
   monthCloses_ = WithCloses(monthCloses_, sql::PeriodType::Month, PreviousMonth(today));
   weekCloses_ = std::move(weekCloses);
   areSumsDue_ = true;
+  isGet_ = true;
 }
 
 void TClosePrice::RefreshSumsIfNeeded() {

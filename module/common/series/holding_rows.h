@@ -1,5 +1,7 @@
 #pragma once
+#include <QHash>
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 #include <array>
 #include <functional>
@@ -24,6 +26,9 @@ class SixDigitCode {
   std::array<char16_t, 6> characters_{};
   qsizetype size_ = 0;
 };
+
+/// Six-digit codes of holdings that lack something, by portfolio id.
+using TMissingCodes = QHash<QString, QStringList>;
 
 /// Adds up term(row) over consecutive rows with the same MAINID and stores each sum under that id, shortest decimal
 /// text. No rows: nothing is stored.

@@ -21,17 +21,23 @@ QStringList HeldCodes() {
   return codes;
 }
 
-void StoreValues(const TNameValueList& prices, TNameValueList& values) {
+/// @return the holdings without a price
+TMissingCodes StoreValues(const TNameValueList& prices, TNameValueList& values) {
   const ResultSet holdings = Database().Query(sql::kHoldingsForNowValues);
+  TMissingCodes missing;
+  const int idColumn = holdings.Column("MAINID");
   const int codeColumn = holdings.Column("SECUCODE");
   const int quantityColumn = holdings.Column("PZSL");
   StoreSumsByPortfolio(
       holdings,
       [&](int row) {
-        const double price = RealOr(prices.ValueOf(SixDigitCode(holdings, row, codeColumn).View()));
+        const SixDigitCode code(holdings, row, codeColumn);
+        const double price = RealOr(prices.ValueOf(code.View()));
+        if (price <= 0) missing[holdings.TextAt(row, idColumn)].append(code.View().toString());
         return price * NumberAt(holdings, row, quantityColumn);
       },
       values);
+  return missing;
 }
 
 }  // namespace
@@ -89,6 +95,11 @@ void TNowPrice::SubscribeUnlessAsked() {
   if (!isGet_) ReGetNowPrice();
 }
 
+TMissingCodes TNowPrice::HoldingsWithoutPrice() const {
+  const MutexLock lock(lock_);
+  return withoutPrice_;
+}
+
 void TNowPrice::SetHqDataIsActive(bool /*active*/) {}
 
 void TNowPrice::ApplyReply(const TDReply& reply) {
@@ -102,8 +113,9 @@ void TNowPrice::ApplyReply(const TDReply& reply) {
     auto prices = std::make_shared<TNameValueList>(*oldPrices);
     if (StorePrices(reply, *prices)) {
       auto values = std::make_shared<TNameValueList>(*oldValues);
-      StoreValues(*prices, *values);
+      TMissingCodes missing = StoreValues(*prices, *values);
       const MutexLock lock(lock_);
+      withoutPrice_ = std::move(missing);
       prices_ = std::move(prices);
       values_ = std::move(values);
       hasPrices_ = true;

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "common/helpers/name_value_list.h"
+#include "common/series/holding_rows.h"
 #include "holdwise/packet/thread_annotations.h"
 #include "holdwise/sdk/bus.h"
 
@@ -30,6 +31,9 @@ class TNowPrice {
   /// Names: portfolio ids; values: sum of price x quantity in yuan, shortest decimal text. Subscribes like the above.
   TNameValueSnapshot GetNowValueGroupStringList();
 
+  /// The holdings that had no price at the last reply: they count 0 in the values. Empty before the first reply.
+  [[nodiscard]] TMissingCodes HoldingsWithoutPrice() const;
+
   /// No effect; kept for its callers.
   void SetHqDataIsActive(bool active);
 
@@ -53,10 +57,11 @@ class TNowPrice {
   std::atomic<bool> isDataReady_ = false;
   std::atomic<bool> hasPrices_ = false;
   QString subscription_;
-  Mutex replyLock_;  ///< one reply at a time
-  Mutex lock_;       ///< never held during a query
+  Mutex replyLock_;     ///< one reply at a time
+  mutable Mutex lock_;  ///< never held during a query
   TNameValueSnapshot prices_ HOLDWISE_GUARDED_BY(lock_);
   TNameValueSnapshot values_ HOLDWISE_GUARDED_BY(lock_);
+  TMissingCodes withoutPrice_ HOLDWISE_GUARDED_BY(lock_);
   std::unique_ptr<TDSBAsynDataDownRole> role_;  ///< last member: it goes first, and with it the replies
 };
 

@@ -53,39 +53,47 @@ TNameValueSnapshot TUserValue::GetUserValuesPrvCloseValues() {
   return previousCloseValues_;
 }
 
+TMissingCodes TUserValue::HoldingsWithoutPreviousClose() {
+  const MutexLock lock(lock_);
+  if (!isGetClose_) ReadPreviousCloses();
+  return withoutPreviousClose_;
+}
+
 void TUserValue::SetIsGetUserValue_Sum(bool flag) {
   const MutexLock lock(lock_);
-  isGetSum_ = flag;
+  isGetSum_ = false;
   if (flag) ReadSums();
 }
 
 void TUserValue::SetIsGetUserCloseValue(bool flag) {
   const MutexLock lock(lock_);
-  isGetClose_ = flag;
+  isGetClose_ = false;
   if (flag) ReadPreviousCloses();
 }
 
 void TUserValue::SetIsNeedUpdate(bool flag) {
   if (!flag) return;
+  SetIsGetUserCloseValue(false);  // due also when the costs cannot be read
   ReGetUserValue_Sum();
   ReGetUserCloseValue();
 }
 
 void TUserValue::ReadSums() {
-  isGetSum_ = true;
   const ResultSet rows = Database().Query(sql::kPortfolioCosts);
   auto costs = std::make_shared<TNameValueList>(*costs_);
   const int idColumn = rows.Column("MAINID");
   const int sumColumn = rows.Column("SUM_VALUE");
   for (int row = 0; row < rows.RowCount(); ++row) costs->Set(rows.TextAt(row, idColumn), rows.TextAt(row, sumColumn));
   costs_ = std::move(costs);
+  isGetSum_ = true;
 }
 
 void TUserValue::ReadPreviousCloses() {
-  isGetClose_ = true;
   const ResultSet holdings = Database().Query(sql::kHoldingsForPreviousCloses);
   auto closes = std::make_shared<TNameValueList>(*previousCloses_);
   auto values = std::make_shared<TNameValueList>(*previousCloseValues_);
+  TMissingCodes missing;
+  const int idColumn = holdings.Column("MAINID");
   const int codeColumn = holdings.Column("SECUCODE");
   const int quantityColumn = holdings.Column("PZSL");
   const TDataCenter& dataCenter = ModuleHost().DataCenter();
@@ -93,11 +101,14 @@ void TUserValue::ReadPreviousCloses() {
     const QString code = holdings.TextAt(row, codeColumn);
     const double close = dataCenter.StockNowData(static_cast<int>(IntegerOr(code))).previousClose;
     closes->Set(GetCodeCNum(code), FormatFixed(close, 2));
+    if (close <= 0) missing[holdings.TextAt(row, idColumn)].append(GetCodeCNum(code));
     return NumberAt(holdings, row, quantityColumn) * close;
   };
   StoreSumsByPortfolio(holdings, valueOfRow, *values);
   previousCloses_ = std::move(closes);
   previousCloseValues_ = std::move(values);
+  withoutPreviousClose_ = std::move(missing);
+  isGetClose_ = true;
 }
 
 }  // namespace holdwise

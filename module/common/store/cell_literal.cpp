@@ -19,13 +19,15 @@ QString ShownValue(const ResultSet& table, int row, int column) {
 
 }  // namespace
 
-void RefuseCell(const ResultSet& table, int row, int column) {
-  const QString place =
-      QStringLiteral("第%1行的“%2”列").arg(row + 1).arg(QString::fromStdString(table.ColumnName(column)));
-  const QString reason = table.IsNull(row, column)
-                             ? QStringLiteral("没有值")
-                             : QStringLiteral("的值无效：“%1”").arg(ShownValue(table, row, column));
-  throw Error(ErrorCategory::Refused, (place + reason).toStdString());
+void RefuseCell(const ResultSet& table, int row, int column, const QString& why) {
+  QString text = QStringLiteral("第%1行的“%2”列").arg(row + 1).arg(QString::fromStdString(table.ColumnName(column)));
+  if (table.IsNull(row, column)) {
+    text += QStringLiteral("没有值");
+  } else {
+    text += why.isEmpty() ? QStringLiteral("的值无效") : why;
+    text += QStringLiteral("：“%1”").arg(ShownValue(table, row, column));
+  }
+  throw Error(ErrorCategory::Refused, text.toStdString());
 }
 
 std::string NumberIfAny(const ResultSet& table, int row, int column) {

@@ -29,7 +29,7 @@ std::optional<HoldingFigures> FiguresOf(const HoldingInput& input) {
   HoldingFigures figures;
   figures.price = Money(input.price);
   figures.change = ChangeText(input.price, input.previousClose);
-  figures.dayContribution = Money((input.price - input.previousClose) * quantity);
+  figures.dayContribution = ContributionText(input.price, input.previousClose, quantity);
   figures.weekContribution = ContributionText(input.price, input.weekClose, quantity);
   figures.monthContribution = ContributionText(input.price, input.monthClose, quantity);
   figures.gain = Money((input.price - input.buyPrice) * quantity);

@@ -19,7 +19,7 @@ struct HoldingInput {
 struct HoldingFigures {
   QString price;
   QString change;             ///< against the previous close, percent
-  QString dayContribution;    ///< (price - previous close) x quantity, also without a previous close: intended
+  QString dayContribution;    ///< (price - previous close) x quantity
   QString weekContribution;   ///< (price - week close) x quantity
   QString monthContribution;  ///< (price - month close) x quantity
   QString gain;               ///< (price - buy price) x quantity
@@ -31,7 +31,7 @@ struct HoldingFigures {
 
 struct PortfolioInput {
   double value = 0;
-  double previousCloseValue = 0;
+  double previousCloseValue = 0;  ///< 0 also when a holding has no previous close
   double weekCloseValue = 0;
   double monthCloseValue = 0;
   double cost = 0;

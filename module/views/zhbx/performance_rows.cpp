@@ -109,6 +109,7 @@ void RefreshPortfolios(TStringGrid& grid) {
   const TNameValueSnapshot monthCloses = g_ClosePrice->GetMonthCloseStringList_Sum();
   const TNameValueSnapshot costs = g_UserValue->GetUserValuesStringList();
   const TNameValueSnapshot previousCloses = g_UserValue->GetUserValuesPrvCloseValues();
+  const TMissingCodes withoutPreviousClose = g_UserValue->HoldingsWithoutPreviousClose();
   const GridBatch batch(grid);
   for (int row = 0; row < grid.RowCount(); ++row) {
     const QString& id = grid.Cells(kId, row);
@@ -117,7 +118,7 @@ void RefreshPortfolios(TStringGrid& grid) {
     input.weekCloseValue = RealOr(weekCloses->ValueOf(id));
     input.monthCloseValue = RealOr(monthCloses->ValueOf(id));
     input.cost = RealOr(costs->ValueOf(id));
-    input.previousCloseValue = RealOr(previousCloses->ValueOf(id));
+    if (!withoutPreviousClose.contains(id)) input.previousCloseValue = RealOr(previousCloses->ValueOf(id));
     const auto figures = FiguresOf(input);
     if (!figures) continue;
     grid.SetCells(kValue, row, figures->value);

@@ -46,6 +46,11 @@ class Figures : public testing::Test {
     for (const char* column : kColumns) figures.push_back(row.RealAt(0, row.Column(column)));
     return figures;
   }
+  /// "CALCDATE,LACKING" of the portfolio.
+  std::string Dates() {
+    const ResultSet row = service().Query(QStringLiteral("select CALCDATE, LACKING from alg_commain where ID = 1"));
+    return (row.IsNull(0, 0) ? "none" : row.TextAt(0, 0).toStdString()) + "," + row.TextAt(0, 1).toStdString();
+  }
   /// As the file of the index is taken in: its rows are replaced, here by the same ones.
   void ReloadIndex() {
     service().StartTransaction();
@@ -132,13 +137,118 @@ TEST_F(Figures, ZeroDivisorsGiveZero) {
   ExpectFigures(Run(), {0, 0, 0, 0.02, 0, 0});
 }
 
-TEST_F(Figures, NothingToCountGivesZeroAndFinishes) {
-  AddRate("2.5");
+TEST_F(Figures, APortfolioWithoutHoldingsHasZeroesAndIsFinished) {
+  AddIndexDays({0.01, -0.01, 0.03});
   AddPortfolio();
   ExpectFigures(Run(), {0, 0, 0, 0, 0, 0});
-  AddIndexDays({0.01, -0.01, 0.03});
+  EXPECT_EQ(Dates(), "20260103,0");
+}
+
+TEST_F(Figures, WithoutTheIndexOrAnyHoldingTheOldFiguresStayUnfinished) {
+  AddPortfolio();
   AddHolding(1600000, "1");
-  ExpectFigures(Run(), {0, 0, 0, 0, 0, 0});
+  service().Execute(QStringLiteral("update alg_commain set FC = 0.25, BETA = 1.5"));
+  const auto expectOldFigures = [&] {
+    service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)"));
+    EXPECT_EQ(
+        service().Count(QStringLiteral(
+            "select count(*) from alg_commain where FC = 0.25 and BETA = 1.5 and ISFINISHED = 0 and ALPHA is null "
+            "and CALCDATE is null")),
+        1);
+  };
+  for (int day = 0; day < 3; ++day) AddDay(1600000, day, 0.01);
+  expectOldFigures();
+  service().Execute(QStringLiteral("delete from alg_stockstatistic"));
+  AddIndexDays({0.01, -0.01, 0.03});
+  expectOldFigures();
+}
+
+// A holds three days, b its first return on the second: day 1 a alone 0.02; day 2 (0.25 * 0.04 + 0.75 * 0.08) = 0.07;
+// day 3 (0.25 * 0.06 + 0) = 0.015. Mean 0.035; deviations -0.015, 0.035, -0.02; variance (225 + 1225 + 400) e-6 / 2.
+// Index 0.01, -0.01, 0.03: mean 0.01; covariance (0 + -0.02 * 0.035 + 0.02 * -0.02) / 2 = -0.00055; beta -1.375.
+TEST_F(Figures, AHoldingCountsFromItsFirstReturnOn) {
+  AddIndexDays({0.01, -0.01, 0.03});
+  for (int day = 0; day < 3; ++day) AddDay(1600000, day, 0.02 * (day + 1));
+  service().Execute(InsertStatistic({.code = 1000001, .date = 20260101, .dailyReturn = 0, .oldClose = 0}));
+  AddDay(1000001, 1, 0.08);
+  AddPortfolio();
+  AddHolding(1600000, "0.25");
+  AddHolding(1000001, "0.75");
+  const double deviation = std::sqrt(0.000925);
+  ExpectFigures(Run(), {0.000925, deviation, -1.375, 0.035 + 1.375 * 0.01, 0.035 / deviation, 0.035 / -1.375});
+}
+
+TEST_F(Figures, DaysBeforeTheFirstReturnAreNoDaysOfThePortfolio) {
+  AddIndexDays({0.05, 0.01, 0.03});
+  AddDay(1600000, 1, 0.02);
+  AddDay(1600000, 2, 0.04);
+  AddPortfolio();
+  AddHolding(1600000, "1");
+  // Two days: index 0.01, 0.03, portfolio 0.02, 0.04; all variances and the covariance 0.0002.
+  ExpectFigures(Run(), {0.0002, std::sqrt(0.0002), 1.0, 0.03 - 0.02, 0.03 / std::sqrt(0.0002), 0.03});
+}
+
+/// The date that the figures rest on, and how many inputs lack something, by the window ends of the inputs.
+TEST_F(Figures, TheDateIsThatOfTheOldestInput) {
+  struct Case {
+    int indexEnd;
+    std::vector<int> holdings;  ///< window ends; -1 without rows, 0 rows without a window
+    const char* dates;
+  };
+  const Case cases[] = {
+      {20260103, {20260103, 20260103}, "20260103,0"},
+      {20260103, {20260103, 20260102}, "20260102,1"},
+      {20260103, {20251231, 20260102}, "20251231,2"},
+      {20260103, {20260103, -1}, "none,1"},
+      {20260103, {20260104, 20260104}, "20260103,1"},
+      {20260103, {20260105, 20260104}, "20260103,2"},
+      {20260103, {20260102, -1, 20260103}, "none,2"},
+      {20260104, {20260104}, "20260103,0"},
+      {0, {20260103}, "20260103,0"},
+      {20260103, {0}, "20260103,0"},
+      {20260103, {20260103, 20260103, 0}, "20260103,0"},
+  };
+  for (const Case& one : cases) {
+    service().Execute(QStringLiteral("delete from alg_stockstatistic"));
+    service().Execute(QStringLiteral("delete from alg_commain"));
+    service().Execute(QStringLiteral("delete from alg_comdetail"));
+    AddPortfolio();
+    for (int day = 1; day <= 3; ++day) {
+      service().Execute(InsertStatistic({.code = 1,
+                                         .date = 20260100 + day,
+                                         .dailyReturn = 0.01 * day,
+                                         .startDate = 20260101,
+                                         .endDate = one.indexEnd}));
+    }
+    for (std::size_t i = 0; i < one.holdings.size(); ++i) {
+      const int code = 1600000 + static_cast<int>(i);
+      AddHolding(code, "1");
+      if (one.holdings[i] < 0) continue;
+      for (const int date : {20260102, 20260103}) {
+        service().Execute(
+            InsertStatistic({.code = code, .date = date, .dailyReturn = 0.01, .endDate = one.holdings[i]}));
+      }
+      service().Execute(InsertStatistic({.code = code, .date = 20260109, .type = 1, .endDate = 20260109}));
+    }
+    Run();
+    EXPECT_EQ(Dates(), one.dates);
+  }
+}
+
+TEST_F(Figures, WhatLacksSomethingIsAskedForAgainUntilItIsThere) {
+  AddIndexDays({0.01, -0.01, 0.03});
+  AddDay(1600000, 1, 0.01);
+  AddPortfolio();
+  AddHolding(1600000, "0.5");
+  AddHolding(1000001, "0.5");
+  Run();
+  EXPECT_EQ(UnfinishedOn("2026-01-03"), 1);
+  ReloadIndex();
+  Run();
+  EXPECT_EQ(UnfinishedOn("2026-01-03"), 1);
+  AddDay(1000001, 1, 0.02);
+  Run();
+  EXPECT_EQ(UnfinishedOn("2026-01-03"), 0);
 }
 
 TEST_F(Figures, OtherPortfoliosStayAsTheyAre) {
@@ -206,10 +316,13 @@ TEST_F(Figures, AskingThatWasRolledBackIsAskedForAgain) {
   EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
 }
 
-TEST_F(Figures, WithoutAnyIndexADateIsAskedForOnce) {
+TEST_F(Figures, WithoutAnyIndexADateIsAskedForUntilThereIsOne) {
   AddPortfolio();
-  Run();
-  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
+  for (int time = 0; time < 3; ++time) {
+    service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)"));
+    EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
+  }
+  ReloadIndex();
   Run();
   EXPECT_EQ(UnfinishedOn("2026-01-04"), 0);
 }
@@ -220,7 +333,8 @@ TEST_F(Figures, FinishedWithoutFiguresIsUnfinishedAgain) {
   EXPECT_EQ(service().Count(QStringLiteral("select Count(ID) from alg_commain where isFinished = 0")), 1);
 }
 
-/// Ten holdings, 250 days, gaps, one holding without statistics; the figures by numpy from the same numbers.
+/// Ten holdings, 250 days, gaps (one of them on the first day), one holding without statistics; the figures by numpy
+/// from the same numbers.
 TEST_F(Figures, AgreesWithNumpy) {
   std::mt19937 random(20260105);
   std::normal_distribution<double> daily(0.0004, 0.017);
@@ -243,7 +357,7 @@ TEST_F(Figures, AgreesWithNumpy) {
       const double value = daily(random);
       const bool gap = (day * 7 + holding) % 31 == 0;
       if (!gap) AddDay(1600000 + holding, day, value);
-      script += gap ? QStringLiteral("0,") : QString::number(value, 'g', 17) + u',';
+      script += gap ? QStringLiteral("None,") : QString::number(value, 'g', 17) + u',';
     }
     script += QStringLiteral("])\n");
   }
@@ -251,7 +365,8 @@ TEST_F(Figures, AgreesWithNumpy) {
   AddRate("1.75");
   service().Commit();
   script += QStringLiteral(
-      "rm=np.array(index); w=np.array(weights)/sum(weights); rp=w@np.array(returns); rf=1.75/100/250\n"
+      "r=np.array(returns,dtype=float); counts=np.cumsum(~np.isnan(r),axis=1)>0; w=np.array(weights)\n"
+      "rm=np.array(index); rp=w@np.nan_to_num(r)/(w@counts); rf=1.75/100/250\n"
       "fc=rp.var(ddof=1); sd=rp.std(ddof=1); beta=np.cov(rp,rm,ddof=1)[0,1]/rm.var(ddof=1)\n"
       "for x in (fc,sd,beta,rp.mean()-(rf+beta*(rm.mean()-rf)),(rp.mean()-rf)/sd,(rp.mean()-rf)/beta): "
       "print(repr(float(x)))\n");

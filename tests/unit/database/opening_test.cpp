@@ -438,6 +438,7 @@ TEST(Schema, EveryOlderVersionIsBroughtUpToDateWithItsRows) {
     EXPECT_EQ(service->Count(QStringLiteral("select max(version) from holdwise_schema")),
               static_cast<std::int64_t>(firebird::SchemaFiles().size()));
     EXPECT_EQ(service->Count(kCountPortfolios), version > 0 ? 1 : 0);
+    service->Execute(InsertStatistic({}));
     EXPECT_EQ(service->Execute(QStringLiteral("execute procedure SP_GETBETA(1,5)")), 1);
     EXPECT_EQ(service->Count(QStringLiteral("select Count(ID) from alg_commain where isFinished = 0")), 0);
   }

@@ -99,6 +99,17 @@ TEST_F(AllStockData, ATableAskedForInVainIsLacking) {
   EXPECT_FALSE(g_AllStockData->LacksCurrentTable());
 }
 
+TEST_F(AllStockData, DeviationsThatCouldNotBeReadAreReadAgain) {
+  const QString statement =
+      QStringLiteral("select distinct secucode,sylbzc from alg_stockstatistic where Hqtype = 0 order by secucode");
+  for (int time = 0; time < 2; ++time) {
+    host_.fakeUserData.FailNext(statement, Error(ErrorCategory::Busy, "locked"));
+    EXPECT_THROW((void)g_AllStockData->GetBZCStringList(), Error);
+    EXPECT_EQ(LinesOf(g_AllStockData->GetBZCStringList()), (QStringList{"1=0.25", "1600000=0.0125"}));
+    g_AllStockData->SetIsNeedUpdate(true);
+  }
+}
+
 TEST_F(AllStockData, ALateFileFillsTheTableOfItsOwnIndex) {
   g_AllStockData->Set_SHZS();
   g_AllStockData->Set_SZZS();

@@ -155,20 +155,54 @@ TEST_F(Ingestion, AnotherIndexOpensASeries) {
   EXPECT_EQ(Stored(), (QStringList{"1|0|20240529|0", "399001|0|20240529|0"}));
 }
 
-TEST_F(Ingestion, RowsOfAnotherSecurityInTheIndexFileAreAdded) {
+/// Whatever would change figures in silence is refused whole, and named.
+TEST_F(Ingestion, WhatCannotBeAFileOfItsSecurityIsRefusedWhole) {
   Store("1600000", "0", "20200101", "1");
-  Row row;
-  row.code = kStock;
-  row.start = "20190101";
-  Ingest(TextFile({row}, true), Day250Index(), QStringLiteral("1"));
-  EXPECT_EQ(Stored(), (QStringList{"1600000|0|20200101|1", "1600000|0|20240529|0"}));
+  Store("1", "0", "20200101", "1");
+  const auto with = [](QString Row::*field, const char* text) {
+    Row row = Dated("20240528");
+    row.*field = QString::fromLatin1(text);
+    return row;
+  };
+  struct Case {
+    Row row;
+    const char* field;
+    bool isIndex = false;
+  };
+  std::vector<Case> cases = {{with(&Row::code, "1000001"), "SecuCode"},
+                             {with(&Row::code, "601600000"), "SecuCode"},
+                             {with(&Row::code, "1600000"), "SecuCode", true},
+                             {with(&Row::code, "399002"), "SecuCode", true},
+                             {Dated("20240529"), "hqdate"}};
+  for (const char* type : {"3", "-1", "0.5", "1e300"}) cases.push_back({with(&Row::type, type), "hqtype"});
+  for (const char* date : {"0", "20240230", "20241301", "20240500", "20240529.5", "-20240529", "120240529", "1e300"}) {
+    cases.push_back({with(&Row::date, date), "hqdate"});
+    if (QByteArray(date) == "0") continue;  // a window may have no dates
+    cases.push_back({with(&Row::start, date), "startdate"});
+    cases.push_back({with(&Row::end, date), "enddate"});
+  }
+  for (const Case& one : cases) {
+    Row first;
+    if (one.isIndex) first.code = "1";
+    try {
+      Ingest(TextFile({first, one.row}, true), one.isIndex ? Day250Index() : Day250(), one.isIndex ? "1" : kStock);
+      ADD_FAILURE() << one.field;
+    } catch (const Error& error) {
+      EXPECT_EQ(error.Category(), ErrorCategory::Refused);
+      EXPECT_NE(std::string(error.what()).find("第2行"), std::string::npos) << error.what();
+      EXPECT_NE(std::string(error.what()).find(one.field), std::string::npos) << error.what();
+    }
+    EXPECT_EQ(Stored(), (QStringList{"1|0|20200101|1", "1600000|0|20200101|1"}));
+  }
 }
 
-TEST_F(Ingestion, ACodeInAStockFileIsNotRead) {
-  Row row;
-  row.code = "1000001";
-  Ingest(TextFile({row}, true), Day250());
-  EXPECT_EQ(Stored(), QStringList{"1600000|0|20240529|0"});
+TEST_F(Ingestion, AStockFileMayNameItsSecurityOrNone) {
+  for (const char* code : {"1600000", "600000", "0", ""}) {
+    Row row;
+    row.code = QString::fromLatin1(code);
+    Ingest(TextFile({row}, true), Day250());
+    EXPECT_EQ(Stored(), QStringList{"1600000|0|20240529|0"});
+  }
 }
 
 /// Each type trims by its own start; a later row of the same series does not trim again.
@@ -198,7 +232,9 @@ TEST_F(Ingestion, TypesAreComparedAsTexts) {
 }
 
 TEST_F(Ingestion, StatementsInOrder) {
-  IngestBaseData(host_.fakeUserData, TextFile({Row()}, true), Day250Index(), QStringLiteral("1"), {});
+  Row row;
+  row.code = "1";
+  IngestBaseData(host_.fakeUserData, TextFile({row}, true), Day250Index(), QStringLiteral("1"), {});
   EXPECT_EQ(
       host_.fakeUserData.Log(),
       (std::vector<QString>{
@@ -209,8 +245,8 @@ TEST_F(Ingestion, StatementsInOrder) {
           "update alg_stockstatistic set islastday = 0 where secucode = 399001",
           "update alg_stockstatistic set islastday = 0 where secucode = 399300",
           "insert into alg_stockstatistic (secucode,closeprice,hqtype,rowid,ggqjsyl,pjsyl,hqdate,oldcloseprice,sylbzc,"
-          "islastday,startdate,enddate) values(1600000,10.5,0,1,0.01,0.002,20240529,10.25,0.015,0,20240501,20240529)",
-          "delete from alg_stockstatistic where hqdate < 20240501 and secucode = 1600000 and hqtype = 0", "commit"}));
+          "islastday,startdate,enddate) values(1,10.5,0,1,0.01,0.002,20240529,10.25,0.015,0,20240501,20240529)",
+          "delete from alg_stockstatistic where hqdate < 20240501 and secucode = 1 and hqtype = 0", "commit"}));
 }
 
 TEST_F(Ingestion, Day20ReplacesTheDaysBetween) {
@@ -265,7 +301,7 @@ TEST_F(Ingestion, BadValuesNameTheirFieldAndChangeNothing) {
       Row row;
       row.*field = QString::fromLatin1(bad);
       try {
-        Ingest(TextFile({Row(), row}), Day250());
+        Ingest(TextFile({Dated("20240528"), row}), Day250());
         ADD_FAILURE() << name << bad;
       } catch (const Error& error) {
         EXPECT_EQ(error.Category(), ErrorCategory::Refused);

@@ -88,6 +88,18 @@ TEST_F(NowPrice, CancellingClearsTheSubscription) {
   EXPECT_EQ(g_NowPrice->SubscriptionString(), QString());
 }
 
+TEST_F(NowPrice, HoldingsWithoutAPriceAreNamed) {
+  SetHoldings({{"1", "1600000", "100"}, {"1", "1000001", "200"}, {"1", "1999999", "1"}, {"2", "1600000", "1000"}});
+  g_NowPrice->ReGetNowPrice();
+  EXPECT_TRUE(g_NowPrice->HoldingsWithoutPrice().isEmpty()) << "nothing is known before the first reply";
+  bus_->Deliver(PriceReply({{QStringLiteral("600000"), {1023, 2}}, {QStringLiteral("999999"), {0, 2}}}));
+  TMissingCodes missing = g_NowPrice->HoldingsWithoutPrice();
+  EXPECT_EQ(missing.size(), 1);
+  EXPECT_EQ(missing.value("1"), (QStringList{"000001", "999999"}));
+  bus_->Deliver(PriceReply({{QStringLiteral("999999"), {1, 2}}, {QStringLiteral("000001"), {1150, 2}}}));
+  EXPECT_TRUE(g_NowPrice->HoldingsWithoutPrice().isEmpty());
+}
+
 TEST_F(NowPrice, FirstReaderSubscribesOnlyOnce) {
   EXPECT_EQ(g_NowPrice->GetNowPriceStringList()->Count(), 0);
   EXPECT_EQ(g_NowPrice->GetNowValueGroupStringList()->Count(), 0);

@@ -193,6 +193,50 @@ TEST_F(Series, EachFlagReadsItsOwnLists) {
   EXPECT_EQ(host_.fakeUserData.Log().size(), 3U);
 }
 
+TEST_F(Series, AReaderAfterAFailedReadingReadsAgain) {
+  const auto failOnce = [this](const QString& statement) {
+    host_.fakeUserData.FailNext(statement, Error(ErrorCategory::Busy, "locked"));
+  };
+  failOnce(sql::kPortfolioCosts);
+  EXPECT_THROW((void)g_UserValue->GetUserValuesStringList(), Error);
+  EXPECT_EQ(LinesOf(g_UserValue->GetUserValuesStringList()), (QStringList{"1=3100.5", "2=9990"}));
+  failOnce(sql::kHoldingsForPreviousCloses);
+  EXPECT_THROW((void)g_UserValue->GetUserPrvCloseValues(), Error);
+  EXPECT_EQ(LinesOf(g_UserValue->GetUserPrvCloseValues()), (QStringList{"600000=10.00", "000001=11.25"}));
+  failOnce(kMonthQuery);
+  EXPECT_THROW((void)g_ClosePrice->GetWeekCloseStringList(), Error);
+  EXPECT_EQ(LinesOf(g_ClosePrice->GetWeekCloseStringList()), (QStringList{"1600000=9.75", "1000001=11"}));
+  EXPECT_EQ(LinesOf(g_ClosePrice->GetMonthCloseStringList_Sum()), (QStringList{"1=810", "2=8100"}));
+  // A first reading by an update is no other.
+  g_UserValue = std::make_unique<TUserValue>();
+  failOnce(sql::kPortfolioCosts);
+  EXPECT_THROW(g_UserValue->SetIsNeedUpdate(true), Error);
+  EXPECT_EQ(LinesOf(g_UserValue->GetUserValuesPrvCloseValues()), (QStringList{"1=3250", "2=10000"}));
+  EXPECT_EQ(LinesOf(g_UserValue->GetUserValuesStringList()), (QStringList{"1=3100.5", "2=9990"}));
+}
+
+TEST_F(Series, AReaderAfterAFailedUpdateReadsAgain) {
+  (void)g_UserValue->GetUserValuesStringList();
+  (void)g_UserValue->GetUserPrvCloseValues();
+  SetCosts({{"1", "7"}});
+  AddStock("600000", 1, 10.23, 10.10);
+  host_.fakeUserData.FailNext(sql::kPortfolioCosts, Error(ErrorCategory::Busy, "locked"));
+  EXPECT_THROW(g_UserValue->SetIsNeedUpdate(true), Error);
+  EXPECT_EQ(g_UserValue->GetUserValuesStringList()->ValueOf(u"1"), QStringLiteral("7"));
+  EXPECT_EQ(g_UserValue->GetUserPrvCloseValues()->ValueOf(u"600000"), QStringLiteral("10.10"));
+}
+
+TEST_F(Series, HoldingsWithoutAPreviousCloseAreNamed) {
+  SetHoldings({{"1", "1600000", "100"}, {"1", "1999999", "5"}, {"2", "1000001", "1"}, {"3", "1999999", "1"}});
+  const TMissingCodes missing = g_UserValue->HoldingsWithoutPreviousClose();
+  EXPECT_EQ(missing.size(), 2);
+  EXPECT_EQ(missing.value("1"), QStringList{"999999"});
+  EXPECT_EQ(missing.value("3"), QStringList{"999999"});
+  AddStock("999999", 1, 1, 1);
+  g_UserValue->SetIsNeedUpdate(true);
+  EXPECT_TRUE(g_UserValue->HoldingsWithoutPreviousClose().isEmpty());
+}
+
 TEST_F(Series, PortfoliosThatAreGoneKeepTheirValues) {
   (void)g_UserValue->GetUserValuesStringList();
   (void)g_UserValue->GetUserPrvCloseValues();

@@ -324,6 +324,7 @@ class FakeViews : public ViewCatalogue {
   [[nodiscard]] bool IsSettled() const override { return ++asked_ >= (current_ == 1 ? looksOfOne : 4); }
   [[nodiscard]] int Progress() const override { return isMoving ? asked_ : 0; }
   [[nodiscard]] QString Shortcoming() const override { return shortcoming; }
+  [[nodiscard]] QStringList Incomplete() const override { return incomplete; }
   [[nodiscard]] QWidget* Frame() const override { return nullptr; }
   [[nodiscard]] std::vector<GridText> Grids() const override {
     return {{"g/1", {"t"}, {false}, {{QString::number(current_) + portfolio_}}}};
@@ -343,6 +344,7 @@ class FakeViews : public ViewCatalogue {
   int looksOfOne = 4;
   bool isMoving = false;
   QString shortcoming;
+  QStringList incomplete;
 
  private:
   int current_ = 2;
@@ -405,6 +407,21 @@ TEST(ViewExporterTest, GivesUpOnlyWhenNothingMoves) {
     EXPECT_EQ(done.first() == "done", isMoving) << done.first().toStdString();
     EXPECT_EQ(done.first().contains("“one”"), !isMoving) << done.first().toStdString();
   }
+}
+
+TEST(ViewExporterTest, SaysWhatIsMissing) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  views.incomplete = {"a: x", "b: y"};
+  QWidget picture;
+  picture.resize(30, 20);
+  ViewExporter exporter(views, picture);
+  QStringList done;
+  exporter.OnDone = [&done](const QString& problem) { done.append(problem); };
+  exporter.Start(folder.path());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
+  EXPECT_EQ(done, QStringList{"a: x\nb: y"});
+  EXPECT_TRUE(QFile::exists(folder.filePath("2-g_1-12.csv")));
 }
 
 TEST(ViewExporterTest, SaysWhenTheFiguresAreNotTheLatest) {

@@ -1,0 +1,134 @@
+#include "common/store/incomplete_portfolios.h"
+
+#include <QHash>
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <utility>
+
+#include "common/host/codes.h"
+#include "common/host/host_access.h"
+#include "common/store/statements.h"
+
+namespace holdwise {
+namespace {
+
+constexpr std::size_t kMostHintLines = 20;
+constexpr std::size_t kMostHintInputs = 5;
+constexpr std::size_t kAll = SIZE_MAX;
+
+/// End of the daily rows, none without any; by code.
+using WindowEnds = QHash<std::int64_t, std::optional<int>>;
+
+std::optional<int> NumberIn(const ResultSet& rows, int row, int column) {
+  if (rows.IsNull(row, column)) return std::nullopt;
+  return static_cast<int>(rows.IntegerAt(row, column));
+}
+
+WindowEnds ReadWindowEnds(DatabaseStatements& database) {
+  const ResultSet rows = database.Query(sql::kHeldWindowEnds);
+  const int code = rows.Column("SECUCODE");
+  const int end = rows.Column("WINDOWEND");
+  WindowEnds ends;
+  for (int row = 0; row < rows.RowCount(); ++row) ends.insert(rows.IntegerAt(row, code), NumberIn(rows, row, end));
+  return ends;
+}
+
+QHash<QString, std::vector<std::int64_t>> ReadHoldings(DatabaseStatements& database) {
+  const ResultSet rows = database.Query(sql::kSavedHoldingsForCloses);
+  const int id = rows.Column("MAINID");
+  const int code = rows.Column("SECUCODE");
+  QHash<QString, std::vector<std::int64_t>> holdings;
+  for (int row = 0; row < rows.RowCount(); ++row) holdings[rows.TextAt(row, id)].push_back(rows.IntegerAt(row, code));
+  return holdings;
+}
+
+std::optional<MissingInput> Compare(std::optional<int> end, int newest, const QString& code, const QString& name) {
+  if (end && *end >= newest) return std::nullopt;
+  return MissingInput{end ? Lack::OldStatistics : Lack::NoStatistics, code, name, end.value_or(0)};
+}
+
+std::vector<MissingInput> MissingOf(const std::vector<std::int64_t>& holdings, const WindowEnds& ends,
+                                    std::optional<int> indexEnd) {
+  int newest = indexEnd.value_or(0);
+  for (const std::int64_t code : holdings) newest = std::max(newest, ends.value(code).value_or(0));
+  std::vector<MissingInput> missing;
+  if (auto index = Compare(indexEnd, newest, QStringLiteral("000001"), QStringLiteral("上证指数")))
+    missing.push_back(*std::move(index));
+  for (const std::int64_t code : holdings) {
+    const QString digits = GetCodeCNum(QStringLiteral("%1").arg(code, 6, 10, QLatin1Char('0')));
+    if (auto one = Compare(ends.value(code), newest, digits, ModuleHost().CodeNums().NameOf(digits)))
+      missing.push_back(*std::move(one));
+  }
+  if (missing.empty()) missing.push_back({});
+  return missing;
+}
+
+QString TextOf(const MissingInput& input) {
+  const QString security =
+      input.name.isEmpty() ? input.code : input.name + QLatin1Char('(') + input.code + QLatin1Char(')');
+  switch (input.lack) {
+    case Lack::NotCalculated:
+      break;
+    case Lack::NoStatistics:
+      return security + QStringLiteral("没有统计数据");
+    case Lack::OldStatistics:
+      return security + QStringLiteral("的统计数据只到 %1").arg(input.date);
+    case Lack::NoPrice:
+      return security + QStringLiteral("没有最新价");
+    case Lack::NoPreviousClose:
+      return security + QStringLiteral("没有昨收盘价");
+  }
+  return QStringLiteral("风险数据没有算完");
+}
+
+QString LineOf(const IncompletePortfolio& portfolio, std::size_t mostInputs) {
+  QStringList texts;
+  const std::size_t shown = std::min(mostInputs, portfolio.missing.size());
+  for (std::size_t i = 0; i < shown; ++i) texts.append(TextOf(portfolio.missing[i]));
+  QString line = portfolio.name + QStringLiteral("：") + texts.join(QStringLiteral("，"));
+  if (shown < portfolio.missing.size()) line += QStringLiteral(" 等 %1 项").arg(portfolio.missing.size());
+  return line;
+}
+
+}  // namespace
+
+std::vector<IncompletePortfolio> IncompletePortfolios(DatabaseStatements& database) {
+  const ResultSet rows = database.Query(sql::kIncompletePortfolios);
+  if (rows.IsEmpty()) return {};
+  const int id = rows.Column("ID");
+  const int name = rows.Column("COMNAME");
+  const int date = rows.Column("CALCDATE");
+  const Value indexEnd = database.Scalar(sql::kIndexWindowEnd);
+  const std::optional<int> end = indexEnd.isNull ? std::nullopt : std::optional(static_cast<int>(indexEnd.integer));
+  const WindowEnds ends = ReadWindowEnds(database);
+  const QHash<QString, std::vector<std::int64_t>> holdings = ReadHoldings(database);
+  std::vector<IncompletePortfolio> portfolios;
+  for (int row = 0; row < rows.RowCount(); ++row) {
+    const QString key = rows.TextAt(row, id);
+    portfolios.push_back({key, rows.TextAt(row, name), NumberIn(rows, row, date).value_or(0),
+                          MissingOf(holdings.value(key), ends, end)});
+  }
+  return portfolios;
+}
+
+QString NoticeOf(const std::vector<IncompletePortfolio>& portfolios) {
+  if (portfolios.empty()) return {};
+  return QStringLiteral("%1 个组合的数据不完整").arg(portfolios.size());
+}
+
+QStringList LinesOf(const std::vector<IncompletePortfolio>& portfolios) {
+  QStringList lines;
+  for (const IncompletePortfolio& portfolio : portfolios) lines.append(LineOf(portfolio, kAll));
+  return lines;
+}
+
+QString HintOf(const std::vector<IncompletePortfolio>& portfolios) {
+  QStringList lines;
+  const std::size_t shown = std::min(kMostHintLines, portfolios.size());
+  for (std::size_t i = 0; i < shown; ++i) lines.append(LineOf(portfolios[i], kMostHintInputs));
+  if (shown < portfolios.size()) lines.append(QStringLiteral("……共 %1 个组合").arg(portfolios.size()));
+  return lines.join(QLatin1Char('\n'));
+}
+
+}  // namespace holdwise

@@ -1,0 +1,45 @@
+#pragma once
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+#include "holdwise/sdk/database.h"
+
+/// What the figures of the portfolios lack, to be said where they are read.
+namespace holdwise {
+
+enum class Lack {
+  NotCalculated,  ///< everything is there, the calculation has not been run to its end
+  NoStatistics,   ///< the index or a holding has no daily rows at all
+  OldStatistics,  ///< its rows end before those of the others
+  NoPrice,
+  NoPreviousClose
+};
+
+struct MissingInput {
+  Lack lack = Lack::NotCalculated;
+  QString code;  ///< six digits; empty for NotCalculated
+  QString name;  ///< of the security, empty when the host knows none
+  int date = 0;  ///< OldStatistics: the end of its rows, YYYYMMDD; else 0
+};
+
+struct IncompletePortfolio {
+  QString id;
+  QString name;
+  int figureDate = 0;  ///< the date its stored figures rest on, YYYYMMDD; 0 when it has none or a holding has no rows
+  std::vector<MissingInput> missing;  ///< never empty
+};
+
+/// The saved portfolios whose stored figures do not rest on everything they should, latest portfolio first. One cheap
+/// statement when there is none. Names of securities come from the module's host. What a failing statement throws
+/// reaches the caller. User-interface thread.
+[[nodiscard]] std::vector<IncompletePortfolio> IncompletePortfolios(DatabaseStatements& database);
+
+/// "2 个组合的数据不完整"; empty when there is none. Pure.
+[[nodiscard]] QString NoticeOf(const std::vector<IncompletePortfolio>& portfolios);
+/// One line a portfolio: its name and what is missing. Pure.
+[[nodiscard]] QStringList LinesOf(const std::vector<IncompletePortfolio>& portfolios);
+/// The same as one text for a hint; of many portfolios and many securities the first ones, and how many more. Pure.
+[[nodiscard]] QString HintOf(const std::vector<IncompletePortfolio>& portfolios);
+
+}  // namespace holdwise

@@ -1,0 +1,85 @@
+#include <gtest/gtest.h>
+
+#include <QFile>
+
+#include "terminal_process.h"
+
+namespace holdwise::e2e {
+namespace {
+
+/// A file of the data folder that is missing at the first calculation, and is there again later.
+class Incomplete : public testing::Test {
+ protected:
+  Incomplete() {
+    bench_.data = bench_.File("data");
+    CopyFolder(SharedMarket().Data(), bench_.data);
+  }
+  [[nodiscard]] QString PathOf(const char* name) const { return bench_.data + "/QMTL/TZZH/Day250/" + name; }
+  void TakeAway(const char* name) { ASSERT_TRUE(QFile::rename(PathOf(name), PathOf(name) + ".away")); }
+  void PutBack(const char* name) { ASSERT_TRUE(QFile::rename(PathOf(name) + ".away", PathOf(name))); }
+  [[nodiscard]] Outcome Export(const QStringList& more = {}) const {
+    return RunTerminal(bench_.Arguments(QStringList{"--export", bench_.File("out")} + more));
+  }
+  [[nodiscard]] QStringList Import() const { return {"--import", bench_.Write("p.csv", TwoPortfolios())}; }
+  [[nodiscard]] std::vector<QStringList> Risk() const { return ReadCsv(bench_.File("out/2002-strngrd.csv")); }
+  /// The figures of a terminal that never lacked anything.
+  static std::vector<QStringList> WholeRisk() {
+    const Bench whole;
+    const Outcome outcome = RunTerminal(
+        whole.Arguments({"--import", whole.Write("p.csv", TwoPortfolios()), "--export", whole.File("out")}));
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    return ReadCsv(whole.File("out/2002-strngrd.csv"));
+  }
+
+  Bench bench_;
+};
+
+TEST_F(Incomplete, AMissingStockFileIsSaidAndHealedWhenItIsBack) {
+  TakeAway("股票/600002.dat");
+  for (const QStringList& more : {Import(), QStringList()}) {
+    const Outcome outcome = Export(more);
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(outcome.err.contains("甲：")) << outcome.err.toStdString();
+    EXPECT_TRUE(outcome.err.contains("600002") && outcome.err.contains("没有统计数据")) << outcome.err.toStdString();
+    EXPECT_FALSE(outcome.err.contains("乙：")) << outcome.err.toStdString();
+  }
+  EXPECT_NE(Risk(), WholeRisk());
+  PutBack("股票/600002.dat");
+  const Outcome healed = Export();
+  EXPECT_EQ(healed.exitCode, 0) << healed.err.toStdString();
+  EXPECT_EQ(Risk(), WholeRisk());
+}
+
+TEST_F(Incomplete, AMissingIndexFileLeavesNothingFinishedAndIsHealedWhenItIsBack) {
+  TakeAway("指数/allzs.dat");
+  const Outcome outcome = Export(Import());
+  EXPECT_EQ(outcome.exitCode, 1);
+  for (const char* text : {"甲：上证指数(000001)没有统计数据", "乙：上证指数(000001)没有统计数据"}) {
+    EXPECT_TRUE(outcome.err.contains(text)) << outcome.err.toStdString();
+  }
+  PutBack("指数/allzs.dat");
+  const Outcome healed = Export();
+  EXPECT_EQ(healed.exitCode, 0) << healed.err.toStdString();
+  EXPECT_EQ(Risk(), WholeRisk());
+}
+
+TEST_F(Incomplete, ADamagedReferenceFileEndsTheCalculation) {
+  for (const char* name : {"InterestRate.Dat", "GZ.dat"}) {
+    QFile file(bench_.data + "/QMTL/TZZH/" + name);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray whole = file.readAll();
+    file.close();
+    ASSERT_TRUE(file.resize(file.size() - 4));
+    const Outcome outcome = Export(Import());
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(outcome.err.contains("风险数据没有算完")) << outcome.err.toStdString();
+    EXPECT_TRUE(QFile::exists(bench_.File("out/2002.png"))) << "everything is written all the same";
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(whole);
+    file.close();
+    EXPECT_EQ(Export().exitCode, 0);
+  }
+}
+
+}  // namespace
+}  // namespace holdwise::e2e

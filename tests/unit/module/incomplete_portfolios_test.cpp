@@ -1,0 +1,108 @@
+#include "common/store/incomplete_portfolios.h"
+
+#include "engine_fixture.h"
+
+namespace holdwise {
+namespace {
+
+class Incomplete : public EngineTest {
+ protected:
+  void AddPortfolio(int id, const char* calcDate, const char* lacking, int finished = 1, int saved = 1) {
+    Run(QStringLiteral("insert into alg_commain (ID,COMNAME,ISFINISHED,SAVEFLAG,CALCDATE,LACKING) values "
+                       "(%1,'p%1',%2,%3,%4,%5)")
+            .arg(id)
+            .arg(finished)
+            .arg(saved)
+            .arg(QLatin1String(calcDate), QLatin1String(lacking)));
+  }
+  void AddHolding(int portfolio, int code) {
+    Run(QStringLiteral("insert into alg_comdetail (ID,MAINID,SecuCode) values (gen_id(ALG_ROWID_DETAIL,1),%1,%2)")
+            .arg(portfolio)
+            .arg(code));
+  }
+  void AddRow(int code, int date, int end, int type = 0) {
+    Run(QStringLiteral("insert into alg_stockstatistic (secucode,hqtype,hqdate,startdate,enddate) values "
+                       "(%1,%2,%3,20240501,%4)")
+            .arg(code)
+            .arg(type)
+            .arg(date)
+            .arg(end));
+  }
+  static QStringList Lines() { return LinesOf(IncompletePortfolios(Database())); }
+};
+
+TEST_F(Incomplete, NothingIsSaidOfWhatIsComplete) {
+  AddRow(1, 20240529, 20240529);
+  AddPortfolio(1, "20240529", "0");
+  AddHolding(1, 1999999);
+  AddPortfolio(2, "null", "2", 0, 0);  // in the editor
+  Plan().FailCall(1);                  // one statement is all that it costs
+  EXPECT_TRUE(IncompletePortfolios(Database()).empty());
+  EXPECT_FALSE(Plan().HasFailed());
+  EXPECT_EQ(NoticeOf({}), QString());
+  EXPECT_EQ(HintOf({}), QString());
+}
+
+TEST_F(Incomplete, NamesWhatIsMissingOfEachPortfolio) {
+  AddRow(1, 20240529, 20240529);
+  AddRow(1600000, 20240527, 20240529);  // suspended
+  AddRow(1300750, 20240528, 20240528);
+  AddRow(1300750, 20240529, 20240529, 1);
+  AddRow(1000001, 20240529, 0);  // without a window
+  AddPortfolio(1, "null", "1");
+  AddHolding(1, 1600000);
+  AddHolding(1, 1002594);
+  AddHolding(1, 1300750);
+  AddPortfolio(2, "20240528", "1");
+  AddHolding(2, 1300750);
+  AddHolding(2, 1000001);
+  AddPortfolio(3, "20240528", "0");
+  AddHolding(3, 1600000);
+  AddPortfolio(4, "20240529", "0", 0);
+  const auto portfolios = IncompletePortfolios(Database());
+  EXPECT_EQ(LinesOf(portfolios), (QStringList{
+                                     "p4：风险数据没有算完",
+                                     "p3：风险数据没有算完",
+                                     "p2：stock(300750)的统计数据只到 20240528",
+                                     "p1：002594没有统计数据，stock(300750)的统计数据只到 20240528",
+                                 }));
+  ASSERT_EQ(portfolios.size(), 4U);
+  EXPECT_EQ(portfolios[2].id, "2");
+  EXPECT_EQ(portfolios[2].figureDate, 20240528);
+  EXPECT_EQ(portfolios[3].figureDate, 0);
+  EXPECT_EQ(NoticeOf(portfolios), "4 个组合的数据不完整");
+  EXPECT_EQ(HintOf(portfolios), LinesOf(portfolios).join('\n'));
+}
+
+TEST_F(Incomplete, AnIndexThatIsOlderThanTheHoldingsIsNamed) {
+  AddRow(1, 20240528, 20240528);
+  AddRow(1600000, 20240529, 20240529);
+  AddPortfolio(1, "20240528", "1");
+  AddHolding(1, 1600000);
+  EXPECT_EQ(Lines(), QStringList{"p1：上证指数(000001)的统计数据只到 20240528"});
+  Run("delete from alg_stockstatistic where secucode = 1");
+  EXPECT_EQ(Lines(), QStringList{"p1：上证指数(000001)没有统计数据"});
+}
+
+TEST_F(Incomplete, AFailedReadIsAnError) {
+  AddPortfolio(1, "null", "null");
+  for (int call = 0; call < 4; ++call) {
+    Plan().FailCall(call);
+    EXPECT_THROW((void)IncompletePortfolios(Database()), Error) << call;
+  }
+}
+
+TEST(IncompleteHint, StaysShort) {
+  std::vector<IncompletePortfolio> portfolios(25, {"1", "p", 0, {7, {Lack::NoPrice, "600000", "", 0}}});
+  const QStringList lines = HintOf(portfolios).split('\n');
+  ASSERT_EQ(lines.size(), 21);
+  EXPECT_EQ(lines.first(), QStringLiteral("p：") + QStringList(5, "600000没有最新价").join("，") + " 等 7 项");
+  EXPECT_EQ(lines.last(), "……共 25 个组合");
+  EXPECT_EQ(LinesOf(portfolios).size(), 25);
+  EXPECT_TRUE(LinesOf({{"1", "p", 0, {{Lack::NoPreviousClose, "600000", "甲", 0}}}})
+                  .first()
+                  .endsWith("甲(600000)没有昨收盘价"));
+}
+
+}  // namespace
+}  // namespace holdwise
