@@ -185,7 +185,7 @@ void DataFolderBuild::WriteIndices() {
     const int number = kIndexNumbers[i];
     const std::vector<Bar>& bars = indices_.at(number).bars;
     indexReturns_[i] = ReturnsOf(bars, window_);
-    AppendStatistics(table, bars, indexReturns_[i], window_, number);
+    AppendStatistics(table, bars, indexReturns_[i], window_, riskFreePerDay_, number);
     quotes_[number] = ClosingQuote(bars);
   }
   summary_.rows += table.RowCount();
@@ -255,15 +255,16 @@ DataFolderBuild::StockResult DataFolderBuild::WriteStock(const StockFile& stock)
     return result;
   }
   ResultSet table = MakeStatisticsTable(false);
-  const PeriodSeries daily = AppendStatistics(table, file.bars, indexReturns_.front(), window_);
+  const DailyFigures daily = AppendStatistics(table, file.bars, indexReturns_.front(), window_, riskFreePerDay_);
   Write(StatisticsFolder() + QStringLiteral("股票/%1.dat").arg(QString::fromStdString(stock.code)), table,
         kStockSeriesLimits);
   result.isWritten = true;
   result.rows = table.RowCount();
   result.quote = ClosingQuote(file.bars);
-  result.hasDays = !daily.empty();
-  for (std::size_t i = 0; i < indexReturns_.size(); ++i) {
-    result.risk[i] = ComputeFigures(daily, indexReturns_[i].front(), riskFreePerDay_);
+  result.hasDays = !daily.series.empty();
+  result.risk.front() = daily.figures;
+  for (std::size_t i = 1; i < indexReturns_.size(); ++i) {
+    result.risk[i] = ComputeFigures(daily.series, indexReturns_[i].front(), riskFreePerDay_);
   }
   return result;
 }

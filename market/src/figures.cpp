@@ -24,8 +24,9 @@ struct Sums {
     ++count;
     const long double stepMarket = marketReturn - meanMarket;
     const long double step = ownReturn - mean;
-    meanMarket += stepMarket / count;
-    mean += step / count;
+    const long double share = 1 / count;
+    meanMarket += stepMarket * share;
+    mean += step * share;
     squareMarket += stepMarket * (marketReturn - meanMarket);
     square += step * (ownReturn - mean);
     cross += stepMarket * (ownReturn - mean);

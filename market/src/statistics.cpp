@@ -72,13 +72,16 @@ ResultSet MakeStatisticsTable(bool hasCode) {
   return table;
 }
 
-PeriodSeries AppendStatistics(ResultSet& table, std::span<const Bar> bars, const MarketReturns& market, Window window,
-                              int code) {
-  PeriodSeries daily;
+DailyFigures AppendStatistics(ResultSet& table, std::span<const Bar> bars, const MarketReturns& market, Window window,
+                              double riskFreePerDay, int code) {
+  DailyFigures daily;
   for (std::size_t i = 0; i < market.size(); ++i) {
-    PeriodSeries series = ComputeSeries(bars, kPeriodTypes[i], window);
-    AppendSeries(table, series, {code, kPeriodTypes[i], window, ComputeFigures(series, market[i])});
-    if (kPeriodTypes[i] == PeriodType::Day) daily = std::move(series);
+    const PeriodType type = kPeriodTypes[i];
+    PeriodSeries series = ComputeSeries(bars, type, window);
+    // A rate a day, whatever the period: the rows hold mean and deviation, which do not depend on it.
+    const Figures figures = ComputeFigures(series, market[i], riskFreePerDay);
+    AppendSeries(table, series, {code, type, window, figures});
+    if (type == PeriodType::Day) daily = {std::move(series), figures};
   }
   return daily;
 }

@@ -267,7 +267,7 @@ TEST(Statistics, TableHasTheColumnsInOrderAndMarksTheLastRow) {
             "SecuCode closeprice hqtype rowid ggqjsyl pjsyl hqdate oldcloseprice sylbzc islastday startdate enddate ");
   const Bar bars[] = {{20240130, 10}, {20240131, 11}, {20240201, 12}};
   const Window window{20240130, 20240201};
-  AppendStatistics(table, bars, ReturnsOf(bars, window), window, 399001);
+  AppendStatistics(table, bars, ReturnsOf(bars, window), window, 0, 399001);
   std::string rows;
   for (int row = 0; row < table.RowCount(); ++row) {
     for (const char* name : {"SecuCode", "hqtype", "rowid", "hqdate", "islastday", "startdate", "enddate"}) {

@@ -11,11 +11,16 @@ namespace holdwise {
 
 /// An empty statistics table. With `hasCode` the first column is `SecuCode`, as in the file of the indices.
 [[nodiscard]] ResultSet MakeStatisticsTable(bool hasCode);
+/// The daily series of a security and its figures.
+struct DailyFigures {
+  PeriodSeries series;
+  Figures figures;
+};
 /// Appends the three series of one security, one after the other, with their means and deviations over the periods of
 /// `market` (the composite index's; an index's own). `code` is used only by a table that has a code column. Returns the
-/// daily series.
-PeriodSeries AppendStatistics(ResultSet& table, std::span<const Bar> bars, const MarketReturns& market, Window window,
-                              int code = 0);
+/// daily one, with its figures against that index.
+DailyFigures AppendStatistics(ResultSet& table, std::span<const Bar> bars, const MarketReturns& market, Window window,
+                              double riskFreePerDay, int code = 0);
 
 /// A security's row of a risk file.
 struct RiskRow {
