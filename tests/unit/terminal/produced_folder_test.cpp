@@ -10,7 +10,6 @@
 #include "holdwise/market/data_folder_builder.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/packet/dates.h"
-#include "holdwise/packet/table_limits.h"
 #include "market_data_fixture.h"
 
 // What the producer writes the terminal reads, over random valid inputs.
