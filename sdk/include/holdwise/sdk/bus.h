@@ -16,8 +16,7 @@ struct TDReply {
 /// Send. After its destructor has returned no event comes.
 ///
 /// A subscription ("0|" + list) is answered at once with the full list and again whenever a price changes, at most once
-/// a second, until it is cancelled ("1|" + list) or replaced. A reply carries current prices only: previous closes, and
-/// that there is none on a first trading day, are told by TDataCenter.
+/// a second, until cancelled ("1|" + list) or replaced. A reply holds prices only; TDataCenter has the previous closes.
 class TDSBAsynDataDownRole {
  public:
   virtual ~TDSBAsynDataDownRole() = default;
