@@ -89,11 +89,11 @@ int RunBuild(const BuildCommand& command) {
   observer.onProgress = [&progress](int done, int total) { progress.Show(done, total); };
   const BuildSummary summary = BuildDataFolder(options, observer);
   std::printf(
-      "数据目录：%s\n当前日期：%s\n证券：%d，有行情 %d\n统计行：%lld\n未采用的行：%lld，未采用的文件：%d\n用时：%s "
-      "秒\n",
+      "数据目录：%s\n当前日期：%s\n证券：%d，有行情 %d\n统计行：%lld\n未采用的行：%lld，未采用的文件：%d\n"
+      "当日停牌（价格取最后收盘价）：%d\n用时：%s 秒\n",
       command.out.c_str(), DateText(summary.currentDate).c_str(), summary.securities, summary.series,
       static_cast<long long>(summary.rows), static_cast<long long>(summary.rejectedLines), summary.rejectedFiles,
-      FormatFixedUtf8(summary.seconds, 2).c_str());
+      summary.suspended, FormatFixedUtf8(summary.seconds, 2).c_str());
   return 0;
 }
 

@@ -58,7 +58,8 @@ void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
   AddText(build, "--dates", command.dates, "交易日 CSV：date（默认：指数日线的日期）");
   AddText(build, "--rates", command.rates,
           "存款利率 CSV：date、one_year 及其他期限，年利率百分数（默认：2015-10-24 起一年期 1.50）");
-  AddText(build, "--quotes", command.quotes, "行情 CSV：code、price、prev_close（默认：最近两个收盘价）");
+  AddText(build, "--quotes", command.quotes,
+          "行情 CSV：code、price、prev_close，price 为 0 即停牌（默认：最近两个收盘价）");
   AddText(build, "--estimates", command.estimates, "股票估值 CSV：code、price（默认：没有）");
   AddText(build, "--date", command.date, "市场当前日期，其后的日线不读（默认：指数的最后一个交易日）");
   AddNumber(build, "--days", command.days, "窗口的交易日数");

@@ -15,11 +15,10 @@
 #include "holdwise/market/folder_swap.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/market/reference_files.h"
-#include "holdwise/market/reference_tables.h"
-#include "holdwise/market/risk_figures.h"
 #include "holdwise/market/statistics.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/packet_file.h"
+#include "holdwise/packet/table_limits.h"
 #include "holdwise/packet/thread_annotations.h"
 #include "parallel_for.h"
 
@@ -39,7 +38,7 @@ QString RiskFolder() {
 
 // File names in the order of kIndexNumbers.
 constexpr const char* kRiskFiles[] = {"SH.dat", "SZ.dat", "HS.dat"};
-using RiskOfIndices = std::array<RiskFigures, std::size(kRiskFiles)>;
+using RiskOfIndices = std::array<Figures, std::size(kRiskFiles)>;
 static_assert(std::size(kRiskFiles) == std::size(kIndexNumbers));
 
 /// One run of the producer: each step fills what the next ones read.
@@ -73,9 +72,9 @@ class DataFolderBuild {
   void KeepOtherFiles() const;
 
   void Report(const std::vector<Rejection>& rejections);
-  void Write(const QString& name, const ResultSet& table) const;
+  void Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const;
   [[nodiscard]] std::unordered_set<int> KnownStocks() const;
-  [[nodiscard]] static QuoteRow LastTwoCloses(const std::vector<Bar>& bars);
+  [[nodiscard]] QuoteRow ClosingQuote(const std::vector<Bar>& bars) const;
 
   const BuildOptions& options_;
   const BuildObserver& observer_;
@@ -85,7 +84,7 @@ class DataFolderBuild {
   std::vector<int> tradingDates_;
   Window window_;
   std::map<int, BarFile> indices_;
-  std::array<IndexReturns, std::size(kIndexNumbers)> indexReturns_;  // in the order of kIndexNumbers
+  std::array<MarketReturns, kIndexCount> indexReturns_;  // in the order of kIndexNumbers
   double riskFreePerDay_ = 0;
   std::map<int, QuoteRow> quotes_;  // by code number
 };
@@ -164,9 +163,10 @@ void DataFolderBuild::WriteReferences() {
   }
   riskFreePerDay_ = RiskFreePerDay(rates);
   summary_.securities = static_cast<int>(securities_.size());
-  Write(QStringLiteral("securities.dat"), SecuritiesTable(securities_));
-  Write(QStringLiteral("trading_dates.dat"), TradingDatesTable(tradingDates_));
-  Write(QStringLiteral("QMTL/TZZH/InterestRate.Dat"), InterestRateTable(rates, summary_.currentDate));
+  Write(QStringLiteral("securities.dat"), SecuritiesTable(securities_), kSecuritiesLimits);
+  Write(QStringLiteral("trading_dates.dat"), TradingDatesTable(tradingDates_), kTradingDatesLimits);
+  Write(QStringLiteral("QMTL/TZZH/InterestRate.Dat"), InterestRateTable(rates, summary_.currentDate),
+        kInterestRateLimits);
 }
 
 void DataFolderBuild::WriteEstimates() {
@@ -176,7 +176,7 @@ void DataFolderBuild::WriteEstimates() {
     values = ReadEstimates(options_.estimatesFile, KnownStocks(), rejections);
     Report(rejections);
   }
-  Write(QStringLiteral("QMTL/TZZH/GZ.dat"), EstimateTable(values));
+  Write(QStringLiteral("QMTL/TZZH/GZ.dat"), EstimateTable(values), kSecuritiesLimits);
 }
 
 void DataFolderBuild::WriteIndices() {
@@ -184,11 +184,12 @@ void DataFolderBuild::WriteIndices() {
   for (std::size_t i = 0; i < std::size(kIndexNumbers); ++i) {
     const int number = kIndexNumbers[i];
     const std::vector<Bar>& bars = indices_.at(number).bars;
-    indexReturns_[i] = ReturnsOf(AppendStatistics(table, bars, window_, number));
-    quotes_[number] = LastTwoCloses(bars);
+    indexReturns_[i] = ReturnsOf(bars, window_);
+    AppendStatistics(table, bars, indexReturns_[i], window_, riskFreePerDay_, number);
+    quotes_[number] = ClosingQuote(bars);
   }
   summary_.rows += table.RowCount();
-  Write(StatisticsFolder() + QStringLiteral("指数/allzs.dat"), table);
+  Write(StatisticsFolder() + QStringLiteral("指数/allzs.dat"), table, kIndexSeriesLimits);
 }
 
 void DataFolderBuild::WriteStocks() {
@@ -233,7 +234,7 @@ void DataFolderBuild::WriteRisk(const std::vector<StockFile>& files, const std::
     for (std::size_t i = 0; i < files.size(); ++i) {
       if (results[i].hasDays) rows.push_back({files[i].code, results[i].risk[index]});
     }
-    Write(RiskFolder() + QString::fromUtf8(kRiskFiles[index]), RiskTable(rows));
+    Write(RiskFolder() + QString::fromUtf8(kRiskFiles[index]), RiskTable(rows), kSecuritiesLimits);
   }
 }
 
@@ -256,14 +257,16 @@ DataFolderBuild::StockResult DataFolderBuild::WriteStock(const StockFile& stock)
     return result;
   }
   ResultSet table = MakeStatisticsTable(false);
-  const PeriodSeries daily = AppendStatistics(table, file.bars, window_);
-  Write(StatisticsFolder() + QStringLiteral("股票/%1.dat").arg(QString::fromStdString(stock.code)), table);
+  const DailyFigures daily = AppendStatistics(table, file.bars, indexReturns_.front(), window_, riskFreePerDay_);
+  Write(StatisticsFolder() + QStringLiteral("股票/%1.dat").arg(QString::fromStdString(stock.code)), table,
+        kStockSeriesLimits);
   result.isWritten = true;
   result.rows = table.RowCount();
-  result.quote = LastTwoCloses(file.bars);
-  result.hasDays = !daily.rows.empty();
-  for (std::size_t i = 0; i < indexReturns_.size(); ++i) {
-    result.risk[i] = ComputeRisk(daily, indexReturns_[i], riskFreePerDay_);
+  result.quote = ClosingQuote(file.bars);
+  result.hasDays = !daily.series.empty();
+  result.risk.front() = daily.figures;
+  for (std::size_t i = 1; i < indexReturns_.size(); ++i) {
+    result.risk[i] = ComputeFigures(daily.series, indexReturns_[i].front(), riskFreePerDay_);
   }
   return result;
 }
@@ -287,8 +290,9 @@ void DataFolderBuild::WriteQuotes() {
     table.SetInteger(row, codeNumberColumn, codeNumber);
     table.SetReal(row, priceColumn, quote.price);
     table.SetReal(row, previousCloseColumn, quote.previousClose);
+    if (quote.isSuspended && !IsIndexNumber(codeNumber)) ++summary_.suspended;
   }
-  Write(QStringLiteral("quotes.dat"), table);
+  Write(QStringLiteral("quotes.dat"), table, kSecuritiesLimits);
 }
 
 void DataFolderBuild::WriteMarket() {
@@ -300,7 +304,7 @@ void DataFolderBuild::WriteMarket() {
   table.SetInteger(row, currentDate, summary_.currentDate);
   table.SetInteger(row, simulated, options_.isSimulated ? 1 : 0);
   table.SetInteger(row, format, kFolderFormat);
-  Write(QString::fromUtf8(kMarketFile), table);
+  Write(QString::fromUtf8(kMarketFile), table, kMarketLimits);
 }
 
 void DataFolderBuild::KeepOtherFiles() const {
@@ -328,8 +332,9 @@ void DataFolderBuild::Report(const std::vector<Rejection>& rejections) {
   }
 }
 
-void DataFolderBuild::Write(const QString& name, const ResultSet& table) const {
-  WritePacketFile(swap_.NewFolder() + u'/' + name, table, Durability::Replaceable);
+// With the limits of its reader: what is written can be read.
+void DataFolderBuild::Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const {
+  WritePacketFile(swap_.NewFolder() + u'/' + name, table, Durability::Replaceable, limits);
 }
 
 std::unordered_set<int> DataFolderBuild::KnownStocks() const {
@@ -338,8 +343,11 @@ std::unordered_set<int> DataFolderBuild::KnownStocks() const {
   return known;
 }
 
-QuoteRow DataFolderBuild::LastTwoCloses(const std::vector<Bar>& bars) {
-  return {bars.back().close, bars.size() < 2 ? 0 : bars[bars.size() - 2].close};
+// Without a bar on the window's last day the price stood still on it.
+QuoteRow DataFolderBuild::ClosingQuote(const std::vector<Bar>& bars) const {
+  const Bar& last = bars.back();
+  if (last.date < window_.endDate) return {last.close, last.close, true};
+  return {last.close, bars.size() < 2 ? 0 : bars[bars.size() - 2].close, false};
 }
 
 }  // namespace

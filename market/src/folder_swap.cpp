@@ -7,10 +7,10 @@
 #include <QFileInfo>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <string>
 
 #include "holdwise/packet/error.h"
+#include "holdwise/packet/system_error.h"
 
 namespace holdwise {
 namespace {
@@ -20,8 +20,8 @@ namespace {
 }
 
 [[noreturn]] void FailWithErrno(const QString& text, const QString& path) {
-  const int number = errno;
-  Fail(ErrorCategory::Io, text + QStringLiteral("（%1）").arg(QString::fromLocal8Bit(std::strerror(number))), path);
+  const QString reason = QString::fromStdString(SystemReason(errno));
+  Fail(ErrorCategory::Io, text + QStringLiteral("（%1）").arg(reason), path);
 }
 
 // A link to a folder stays a link: what is replaced is the folder behind it.

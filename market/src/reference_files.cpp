@@ -17,6 +17,9 @@ void Append(std::vector<Rejection>& all, std::vector<Rejection> more) {
   std::move(more.begin(), more.end(), std::back_inserter(all));
 }
 
+// Of a name or an industry, in bytes.
+constexpr std::size_t kLongestText = 512;
+
 const CsvColumn& CodeColumn() {
   static const CsvColumn column{{"code", "代码", "证券代码", "股票代码", "symbol", "ts_code"}, true};
   return column;
@@ -51,6 +54,7 @@ std::optional<QString> ReadSecurity(const CsvTable& table, Security& security) {
   security.name = table.Field(kName);
   if (security.name.empty()) return QStringLiteral("名称缺失");
   security.industry = table.Field(kIndustry);
+  if (std::max(security.name.size(), security.industry.size()) > kLongestText) return QStringLiteral("名称或行业过长");
   const std::string_view marketText = table.Field(kMarket);
   if (table.Has(kMarket) && ReadMarket(marketText) != security.market) {
     return QStringLiteral("市场“%1”与代码 %2 不符").arg(Text(marketText), QString::fromStdString(*code));
@@ -187,6 +191,17 @@ double RiskFreePerDay(const DepositRates& rates) {
   return rates.rates.empty() ? 0 : rates.rates.front().percent / 100 / kDaysOfYear;
 }
 
+namespace {
+
+// Feeds give a suspended security the price 0.
+QuoteRow Traded(QuoteRow quote) {
+  quote.isSuspended = quote.price == 0;
+  if (quote.isSuspended) quote.price = quote.previousClose;
+  return quote;
+}
+
+}  // namespace
+
 std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::unordered_set<int>& known,
                                              std::vector<Rejection>& rejections) {
   static const std::array<CsvColumn, 3> columns{{
@@ -212,7 +227,9 @@ std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::uno
       reason = QStringLiteral("价格") + *reason;
     } else if ((reason = ReadPlainDecimal(table.Field(2), quote.previousClose))) {
       reason = QStringLiteral("昨收") + *reason;
-    } else if (!quotes.emplace(codeNumber, quote).second) {
+    } else if (quote.price == 0 && quote.previousClose == 0) {
+      reason = QStringLiteral("价格和昨收都是 0");
+    } else if (!quotes.emplace(codeNumber, Traded(quote)).second) {
       reason = QStringLiteral("代码 %1 重复").arg(Text(codeText));
     }
     if (reason) table.Reject(*reason);

@@ -1,44 +1,14 @@
 #include "holdwise/market/statistics.h"
 
-#include <cmath>
 #include <utility>
 
-#include "holdwise/packet/dates.h"
+#include "holdwise/packet/number_text.h"
 
 namespace holdwise {
 namespace {
 
-int PeriodNumber(int date, PeriodType type) {
-  switch (type) {
-    case PeriodType::Week:
-      return WeekNumber(date);
-    case PeriodType::Month:
-      return MonthNumber(date);
-    case PeriodType::Day:
-      break;
-  }
-  return date;
-}
-
-void SetFigures(PeriodSeries& series) {
-  // Extended accumulators: the mean of daily returns is a small difference of large sums.
-  long double sum = 0;
-  int count = 0;
-  for (const PeriodRow& row : series.rows) {
-    if (row.previousClose <= 0) continue;
-    sum += row.periodReturn;
-    ++count;
-  }
-  if (count == 0) return;
-  const long double mean = sum / count;
-  series.meanReturn = static_cast<double>(mean);
-  if (count < 2) return;
-  long double squares = 0;
-  for (const PeriodRow& row : series.rows) {
-    if (row.previousClose > 0) squares += (row.periodReturn - mean) * (row.periodReturn - mean);
-  }
-  series.deviation = static_cast<double>(std::sqrt(squares / (count - 1)));
-}
+/// What lies behind is rounding of the arithmetic, and the terminal shows the figures as they stand.
+constexpr int kRiskDigits = 12;
 
 enum StatisticsColumn {
   kClosePrice,
@@ -54,25 +24,36 @@ enum StatisticsColumn {
   kEndDate
 };
 
-}  // namespace
+/// What all rows of one series share.
+struct SeriesHead {
+  int code = 0;
+  PeriodType type = PeriodType::Day;
+  Window window;
+  Figures figures;
+};
 
-PeriodSeries ComputeSeries(std::span<const Bar> bars, PeriodType type, Window window) {
-  PeriodSeries series;
-  double previousClose = 0;
-  for (std::size_t i = 0; i < bars.size(); ++i) {
-    const Bar& bar = bars[i];
-    const bool isLastOfPeriod =
-        i + 1 == bars.size() || PeriodNumber(bars[i + 1].date, type) != PeriodNumber(bar.date, type);
-    if (!isLastOfPeriod) continue;
-    if (bar.date >= window.startDate && bar.date <= window.endDate) {
-      const double periodReturn = previousClose > 0 ? bar.close / previousClose - 1 : 0;
-      series.rows.push_back({bar.date, bar.close, previousClose, periodReturn});
-    }
-    previousClose = bar.close;
+void AppendSeries(ResultSet& table, const PeriodSeries& series, const SeriesHead& head) {
+  const int shift = table.Column("closeprice");  // 1 behind a code column
+  const int count = static_cast<int>(series.size());
+  for (int i = 0; i < count; ++i) {
+    const PeriodRow& period = series[static_cast<std::size_t>(i)];
+    const int row = table.AppendRow();
+    if (shift > 0) table.SetInteger(row, 0, head.code);
+    table.SetReal(row, shift + kClosePrice, period.close);
+    table.SetInteger(row, shift + kType, static_cast<int>(head.type));
+    table.SetInteger(row, shift + kRowId, i + 1);
+    table.SetReal(row, shift + kReturn, period.periodReturn);
+    table.SetReal(row, shift + kMeanReturn, head.figures.meanReturn);
+    table.SetInteger(row, shift + kDate, period.date);
+    table.SetReal(row, shift + kOldClosePrice, period.previousClose);
+    table.SetReal(row, shift + kDeviation, head.figures.deviation);
+    table.SetInteger(row, shift + kIsLastDay, i + 1 == count ? 1 : 0);
+    table.SetInteger(row, shift + kStartDate, head.window.startDate);
+    table.SetInteger(row, shift + kEndDate, head.window.endDate);
   }
-  SetFigures(series);
-  return series;
 }
+
+}  // namespace
 
 ResultSet MakeStatisticsTable(bool hasCode) {
   ResultSet table;
@@ -91,35 +72,37 @@ ResultSet MakeStatisticsTable(bool hasCode) {
   return table;
 }
 
-void AppendSeries(ResultSet& table, const PeriodSeries& series, PeriodType type, Window window, int code) {
-  const int shift = table.Column("closeprice");  // 1 behind a code column
-  const int count = static_cast<int>(series.rows.size());
-  for (int i = 0; i < count; ++i) {
-    const PeriodRow& period = series.rows[static_cast<std::size_t>(i)];
-    const int row = table.AppendRow();
-    if (shift > 0) table.SetInteger(row, 0, code);
-    table.SetReal(row, shift + kClosePrice, period.close);
-    table.SetInteger(row, shift + kType, static_cast<int>(type));
-    table.SetInteger(row, shift + kRowId, i + 1);
-    table.SetReal(row, shift + kReturn, period.periodReturn);
-    table.SetReal(row, shift + kMeanReturn, series.meanReturn);
-    table.SetInteger(row, shift + kDate, period.date);
-    table.SetReal(row, shift + kOldClosePrice, period.previousClose);
-    table.SetReal(row, shift + kDeviation, series.deviation);
-    table.SetInteger(row, shift + kIsLastDay, i + 1 == count ? 1 : 0);
-    table.SetInteger(row, shift + kStartDate, window.startDate);
-    table.SetInteger(row, shift + kEndDate, window.endDate);
-  }
-}
-
-PeriodSeries AppendStatistics(ResultSet& table, std::span<const Bar> bars, Window window, int code) {
-  PeriodSeries daily;
-  for (const PeriodType type : kPeriodTypes) {
+DailyFigures AppendStatistics(ResultSet& table, std::span<const Bar> bars, const MarketReturns& market, Window window,
+                              double riskFreePerDay, int code) {
+  DailyFigures daily;
+  for (std::size_t i = 0; i < market.size(); ++i) {
+    const PeriodType type = kPeriodTypes[i];
     PeriodSeries series = ComputeSeries(bars, type, window);
-    AppendSeries(table, series, type, window, code);
-    if (type == PeriodType::Day) daily = std::move(series);
+    // A rate a day, whatever the period: the rows hold mean and deviation, which do not depend on it.
+    const Figures figures = ComputeFigures(series, market[i], riskFreePerDay);
+    AppendSeries(table, series, {code, type, window, figures});
+    if (type == PeriodType::Day) daily = {std::move(series), figures};
   }
   return daily;
+}
+
+ResultSet RiskTable(const std::vector<RiskRow>& rows) {
+  ResultSet table;
+  const int code = table.AddColumn("code", ColumnType::Text);
+  const int beta = table.AddColumn("beta", ColumnType::Real);
+  const int alpha = table.AddColumn("alpha", ColumnType::Real);
+  const int treynor = table.AddColumn("treynor", ColumnType::Real);
+  const int sharpe = table.AddColumn("sharpe", ColumnType::Real);
+  table.Reserve(static_cast<int>(rows.size()));
+  for (const RiskRow& security : rows) {
+    const int row = table.AppendRow();
+    table.SetText(row, code, security.code);
+    table.SetReal(row, beta, RoundToDigits(security.figures.beta, kRiskDigits));
+    table.SetReal(row, alpha, RoundToDigits(security.figures.alpha, kRiskDigits));
+    table.SetReal(row, treynor, RoundToDigits(security.figures.treynor, kRiskDigits));
+    table.SetReal(row, sharpe, RoundToDigits(security.figures.sharpe, kRiskDigits));
+  }
+  return table;
 }
 
 }  // namespace holdwise

@@ -29,6 +29,7 @@ EmbeddedMarket::EmbeddedMarket(MarketData& data, DebugServers& log)
     : data_(data), log_(log), bus_(std::make_unique<InProcessBus>(Seed(data))), watcher_(data, log) {
   connect(&watcher_, &QuotesWatcher::Reloaded, this, [this] { Q_EMIT QuotesChanged(ServeQuotes()); });
   connect(&watcher_, &QuotesWatcher::Refused, this, &MarketConnection::QuotesChanged);
+  connect(&watcher_, &QuotesWatcher::FolderChanged, this, &MarketConnection::DataFolderChanged);
   connect(bus_.get(), &InProcessBus::PricesMoved, this, &EmbeddedMarket::FollowSimulation);
 }
 

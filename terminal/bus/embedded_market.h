@@ -10,9 +10,9 @@ namespace holdwise {
 
 class InProcessBus;
 
-/// The market of one machine put together: an in-process bus over the quotes of the data folder, which follows
-/// quotes.dat and, when the market is simulated, keeps the data centre's current data in step with the bus.
-/// User-interface thread.
+/// The market of one machine put together: an in-process bus over the quotes of the data folder, which follows the
+/// folder (see QuotesWatcher) and, when the market is simulated, keeps the data centre's current data in step with the
+/// bus. User-interface thread.
 class EmbeddedMarket final : public MarketConnection {
   Q_OBJECT
 

@@ -23,6 +23,9 @@ class MarketConnection : public QObject {
  Q_SIGNALS:
   /// The prices are the latest from now on (empty), or why they are not, in words for the user.
   void QuotesChanged(const QString& problem);
+  /// The data may hold now what was missing before: the data folder was replaced or put back, or files came, went or
+  /// were replaced below it. Figures that lacked something may be asked for again.
+  void DataFolderChanged();
 };
 
 }  // namespace holdwise

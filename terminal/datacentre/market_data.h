@@ -1,6 +1,7 @@
 #pragma once
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -33,7 +34,8 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   /// Reads the whole folder; call once, before anything else uses the object. Throws an Error whose text names the
   /// file: NotFound (missing), Io (unreadable), Corrupt (damaged, empty, wrong columns), Refused (values that cannot
   /// be: a code twice, an impossible date, a price not above zero). Rows of quotes, accounts and groups about
-  /// securities that the master does not know are skipped; their number is logged.
+  /// securities that the master does not know are skipped; their number is logged. The optional files (accounts,
+  /// groups) are left out whole when they cannot be used: see Notices.
   void Load(const QString& folder);
   /// Reads quotes.dat again. All or nothing: throws like Load and keeps the earlier quotes; Error(Refused) too when the
   /// folder now stands at another date, whose other files are not read while the terminal runs. Emits QuotesChanged.
@@ -41,8 +43,12 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   /// Takes over current data as they arrive; quotes of unknown securities are ignored. Emits QuotesChanged.
   void ApplyQuotes(const std::vector<CodedQuote>& quotes);
   /// Replaces group "OptionalStock" by the user's own list: a text file (UTF-8 or GB18030) with one six-digit code a
-  /// line, in order. A missing file changes nothing; a bad line is Error(Refused) naming it, and nothing changes.
+  /// line, in order. A missing file, and one that cannot be read, changes nothing; a line that is no known stock's code
+  /// or repeats one is left out. Never throws an Error: see Notices.
   void LoadOptionalStocks(const QString& path);
+  /// What the optional files of the last Load and LoadOptionalStocks hold that is not used, a text a file, in Chinese
+  /// and with what to do, for the window to show; empty when all is used. The same stands in the log.
+  [[nodiscard]] const QStringList& Notices() const { return notices_; }
 
   /// Folder of the last Load; empty before.
   [[nodiscard]] QString Folder() const { return folder_; }
@@ -109,8 +115,11 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   [[nodiscard]] static Market ReadMarket(const QString& path);
   void LoadSecurities(const QString& path);
   void LoadTradingDates(const QString& path);
+  void LoadOptional(const QString& path, void (MarketData::*load)(const QString&));
   void LoadAccounts(const QString& path);
   void LoadGroups(const QString& path);
+  void ReadOptionalStocks(const QString& path);
+  void Notice(const QString& text);
   [[nodiscard]] std::vector<CodedQuote> ReadQuotes(const QString& path) const;
   void LogSkipped(const QString& path, int rows) const;
   [[nodiscard]] int IndexOfSecurity(int codeNumber) const;
@@ -122,6 +131,7 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   DebugServers& log_;
   TLocatDBOper& localDatabase_;
   QString folder_;
+  QStringList notices_;
   int currentDate_ = 0;
   bool simulated_ = false;
   std::vector<Security> securities_;  ///< by code number

@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <limits>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "datacentre/market_data.h"
 #include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/dates.h"
+#include "holdwise/packet/table_limits.h"
 #include "holdwise/packet/text_file.h"
 #include "table_reader.h"
 
@@ -16,6 +18,9 @@ namespace {
 
 constexpr int kFormat = 1;
 constexpr char kOptionalStockGroup[] = "OptionalStock";
+/// Of a user's own list: a line a security would take a tenth.
+constexpr std::int64_t kMostOptionalBytes = 8LL << 20;
+constexpr qsizetype kMostShownLines = 10;
 
 /// The six digits as an integer, -1 when the text is anything else.
 int SixDigitCode(const std::string& text) {
@@ -88,14 +93,27 @@ void MarketData::Load(const QString& folder) {
   }
   const std::vector<CodedQuote> quotes = ReadQuotes(dir.filePath(QStringLiteral("quotes.dat")));
   ApplyQuotes(quotes);
-  const QString accounts = dir.filePath(QStringLiteral("accounts.dat"));
-  if (QFile::exists(accounts)) LoadAccounts(accounts);
-  const QString groups = dir.filePath(QStringLiteral("groups.dat"));
-  if (QFile::exists(groups)) LoadGroups(groups);
+  notices_.clear();
+  LoadOptional(dir.filePath(QStringLiteral("accounts.dat")), &MarketData::LoadAccounts);
+  LoadOptional(dir.filePath(QStringLiteral("groups.dat")), &MarketData::LoadGroups);
+}
+
+void MarketData::LoadOptional(const QString& path, void (MarketData::*load)(const QString&)) {
+  if (!QFile::exists(path)) return;
+  try {
+    (this->*load)(path);
+  } catch (const Error& error) {
+    Notice(QStringLiteral("没有采用可选文件。%1").arg(QString::fromUtf8(error.what())));
+  }
+}
+
+void MarketData::Notice(const QString& text) {
+  notices_ += text;
+  log_.WriteLog(text);
 }
 
 MarketData::Market MarketData::ReadMarket(const QString& path) {
-  const TableReader file(path);
+  const TableReader file(path, kMarketLimits);
   const int date = file.Column("current_date", ColumnType::Integer);
   const int simulated = file.Column("simulated", ColumnType::Integer);
   const int format = file.Column("format", ColumnType::Integer);
@@ -123,7 +141,7 @@ void MarketData::ReloadQuotes() {
 }
 
 void MarketData::LoadSecurities(const QString& path) {
-  const TableReader file(path);
+  const TableReader file(path, kSecuritiesLimits);
   const SecurityColumns columns(file);
   securities_.clear();
   securities_.reserve(static_cast<std::size_t>(file.RowCount()));
@@ -159,7 +177,7 @@ void MarketData::LoadSecurities(const QString& path) {
 }
 
 void MarketData::LoadTradingDates(const QString& path) {
-  const TableReader file(path);
+  const TableReader file(path, kTradingDatesLimits);
   const int date = file.Column("date", ColumnType::Integer);
   tradingDates_.clear();
   int previous = 0;
@@ -176,7 +194,7 @@ void MarketData::LoadTradingDates(const QString& path) {
 }
 
 std::vector<CodedQuote> MarketData::ReadQuotes(const QString& path) const {
-  const TableReader file(path);
+  const TableReader file(path, kSecuritiesLimits);
   const int code = file.Column("code_number", ColumnType::Integer);
   const int price = file.Column("price", ColumnType::Real);
   const int previousClose = file.Column("prev_close", ColumnType::Real);
@@ -202,37 +220,39 @@ std::vector<CodedQuote> MarketData::ReadQuotes(const QString& path) const {
 }
 
 void MarketData::LoadAccounts(const QString& path) {
-  const TableReader file(path, true);
+  const TableReader file(path, kSecuritiesLimits, true);
   const int code = file.Column("code_number", ColumnType::Integer);
   const int eps = file.Column("eps", ColumnType::Real);
   const int netAsset = file.Column("net_asset_per_share", ColumnType::Real);
   const int shares = file.Column("total_shares", ColumnType::Real);
-  accounts_.clear();
+  std::vector<Account> accounts;
   int skipped = 0;
   for (int row = 0; row < file.RowCount(); ++row) {
     const Account account{file.IntegerAt(row, code),
                           {file.RealAt(row, eps), file.RealAt(row, netAsset), file.RealAt(row, shares)}};
     if (account.info.totalShares < 0) file.Refuse(row, QStringLiteral("代码%1的总股本为负").arg(account.codeNumber));
     if (IndexOfSecurity(account.codeNumber) >= 0) {
-      accounts_.push_back(account);
+      accounts.push_back(account);
     } else {
       ++skipped;
     }
   }
   LogSkipped(path, skipped);
-  std::sort(accounts_.begin(), accounts_.end(),
+  std::sort(accounts.begin(), accounts.end(),
             [](const Account& a, const Account& b) { return a.codeNumber < b.codeNumber; });
-  const auto twice = std::adjacent_find(accounts_.begin(), accounts_.end(), [](const Account& a, const Account& b) {
+  const auto twice = std::adjacent_find(accounts.begin(), accounts.end(), [](const Account& a, const Account& b) {
     return a.codeNumber == b.codeNumber;
   });
-  if (twice == accounts_.end()) return;
-  int row = file.RowCount() - 1;
-  while (file.IntegerAt(row, code) != twice->codeNumber) --row;
-  file.Refuse(row, QStringLiteral("代码%1重复").arg(twice->codeNumber));
+  if (twice != accounts.end()) {
+    int row = file.RowCount() - 1;
+    while (file.IntegerAt(row, code) != twice->codeNumber) --row;
+    file.Refuse(row, QStringLiteral("代码%1重复").arg(twice->codeNumber));
+  }
+  accounts_ = std::move(accounts);
 }
 
 void MarketData::LoadGroups(const QString& path) {
-  const TableReader file(path, true);
+  const TableReader file(path, kGroupsLimits, true);
   const int name = file.Column("name", ColumnType::Text);
   const int code = file.Column("code_number", ColumnType::Integer);
   std::map<QString, std::vector<int>> groups;
@@ -257,29 +277,40 @@ void MarketData::LoadGroups(const QString& path) {
 }
 
 void MarketData::LoadOptionalStocks(const QString& path) {
-  if (!QFile::exists(path)) return;
-  const QString text = QString::fromUtf8(ReadTextFile(path));
+  LoadOptional(path, &MarketData::ReadOptionalStocks);
+}
+
+void MarketData::ReadOptionalStocks(const QString& path) {
+  const QString text = QString::fromUtf8(ReadTextFile(path, kMostOptionalBytes));
   std::vector<int> members;
+  std::unordered_set<int> seen;
   int line = 0;
+  QStringList unused;
   for (const QString& raw : text.split(QLatin1Char('\n'))) {
     ++line;
     const QString code = raw.trimmed();
     if (code.isEmpty()) continue;
-    const auto refuse = [&](const QString& reason) {
-      const QString where = QStringLiteral("自选股文件“%1”第%2行：").arg(QDir::toNativeSeparators(path)).arg(line);
-      throw Error(ErrorCategory::Refused, (where + reason).toStdString());
-    };
     const int digits = SixDigitCode(code.toStdString());
-    if (digits < 0) refuse(QStringLiteral("“%1”不是六位股票代码").arg(code));
-    const int codeNumber = kStockBase + digits;
-    if (IndexOfSecurity(codeNumber) < 0) refuse(QStringLiteral("没有代码为%1的股票").arg(code));
-    if (std::find(members.begin(), members.end(), codeNumber) != members.end()) {
-      refuse(QStringLiteral("代码%1重复").arg(code));
+    const auto leaveOut = [&](const QString& reason) { unused += QStringLiteral("第%1行：%2").arg(line).arg(reason); };
+    if (digits < 0) {
+      leaveOut(QStringLiteral("“%1”不是六位股票代码").arg(ShownText(code)));
+    } else if (IndexOfSecurity(kStockBase + digits) < 0) {
+      leaveOut(QStringLiteral("没有代码为%1的股票").arg(code));
+    } else if (!seen.insert(digits).second) {
+      leaveOut(QStringLiteral("代码%1重复").arg(code));
+    } else {
+      members.push_back(kStockBase + digits);
     }
-    members.push_back(codeNumber);
   }
-  const WriteLock lock(mutex_);
-  groups_[QString::fromLatin1(kOptionalStockGroup)] = std::move(members);
+  {
+    const WriteLock lock(mutex_);
+    groups_[QString::fromLatin1(kOptionalStockGroup)] = std::move(members);
+  }
+  if (unused.isEmpty()) return;
+  const qsizetype count = unused.size();
+  QString reasons = unused.first(std::min(count, kMostShownLines)).join(QStringLiteral("；"));
+  if (count > kMostShownLines) reasons += QStringLiteral("；等共%1行").arg(count);
+  Notice(QStringLiteral("自选股文件“%1”有没有采用的行，请改正。%2").arg(QDir::toNativeSeparators(path), reasons));
 }
 
 void MarketData::LogSkipped(const QString& path, int rows) const {

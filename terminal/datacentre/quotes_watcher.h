@@ -3,12 +3,15 @@
 #include <QObject>
 #include <QTimer>
 
+#include "datacentre/folder_state.h"
 #include "datacentre/market_data.h"
 
 namespace holdwise {
 
-/// Follows quotes.dat of a loaded data folder: a changed or atomically replaced file is read into the market data; one
-/// that cannot be read, or belongs to another date, is logged and the earlier quotes stay. User-interface thread.
+/// Follows a loaded data folder: a changed or replaced quotes.dat (or market.dat) is read into the market data; one
+/// that cannot be read, is gone, or belongs to another date, is logged and reported, and the earlier quotes stay until
+/// one can be read again. The folder may be removed, renamed, replaced and put back: notifications of the system are a
+/// short cut, a look every two seconds notices what they do not tell. User-interface thread.
 class QuotesWatcher final : public QObject {
   Q_OBJECT
 
@@ -19,20 +22,40 @@ class QuotesWatcher final : public QObject {
  Q_SIGNALS:
   /// New quotes have been taken over from the file.
   void Reloaded();
-  /// The file holds quotes that are not taken over; the text says why.
+  /// The quotes are not followed for now: the text says why, for a person to act on.
   void Refused(const QString& text);
+  /// The folder is there and has been replaced or put back, or files came, went or were replaced in its subfolders:
+  /// what was missing there may be there now. Comes once things have been quiet for half a second.
+  void FolderChanged();
 
  private:
+  struct QuotesState {
+    FileIdentity quotes;
+    FileIdentity market;
+    bool operator==(const QuotesState&) const = default;
+  };
+
+  [[nodiscard]] QuotesState Now() const;
   void Look();
   void Reload();
+  void ReportMissing();
   void Watch();
+  void Refuse(const QString& text);
 
   MarketData& data_;
   DebugServers& log_;
-  QString path_;
-  QString lastState_;
+  QString quotesPath_;
+  QString marketPath_;
+  QuotesState seen_;
+  bool isMissing_ = false;
+  SubfolderState subfolders_;
+  FileIdentity watchedFolder_;
   QFileSystemWatcher watcher_;
-  QTimer settle_;
+  QTimer poll_;
+  QTimer lookSoon_;
+  QTimer settleQuotes_;
+  QTimer settleFolder_;
+  QTimer missing_;
 };
 
 }  // namespace holdwise

@@ -3,8 +3,6 @@
 #include <QDir>
 #include <limits>
 
-#include "holdwise/packet/packet_file.h"
-
 namespace holdwise {
 namespace {
 
@@ -12,9 +10,9 @@ namespace {
   throw Error(category, QStringLiteral("行情数据文件“%1”：%2").arg(QDir::toNativeSeparators(path), text).toStdString());
 }
 
-ResultSet ReadTable(const QString& path) {
+ResultSet ReadTable(const QString& path, const PacketLimits& limits) {
   try {
-    return ReadPacketFile(path);
+    return ReadPacketFile(path, limits);
   } catch (const Error& error) {
     Fail(error.Category(), path, QString::fromUtf8(error.what()).remove(path + QStringLiteral("：")));
   }
@@ -22,7 +20,8 @@ ResultSet ReadTable(const QString& path) {
 
 }  // namespace
 
-TableReader::TableReader(const QString& path, bool mayBeEmpty) : path_(path), table_(ReadTable(path)) {
+TableReader::TableReader(const QString& path, const PacketLimits& limits, bool mayBeEmpty)
+    : path_(path), table_(ReadTable(path, limits)) {
   if (table_.IsEmpty() && !mayBeEmpty) Fail(ErrorCategory::Corrupt, path_, QStringLiteral("文件没有数据行"));
 }
 

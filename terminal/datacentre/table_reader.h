@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "holdwise/packet/result_set.h"
+#include "holdwise/packet/packet_file.h"
 
 namespace holdwise {
 
@@ -11,9 +11,9 @@ namespace holdwise {
 /// in texts.
 class TableReader {
  public:
-  /// Reads the file. NotFound, Io, Corrupt or Refused as the packet reader finds it; Corrupt when it has no rows and
-  /// `mayBeEmpty` is false.
-  explicit TableReader(const QString& path, bool mayBeEmpty = false);
+  /// Reads the file, of which `limits` say what it can hold. NotFound, Io, Corrupt or Refused as the packet reader
+  /// finds it; Corrupt when it has no rows and `mayBeEmpty` is false.
+  TableReader(const QString& path, const PacketLimits& limits, bool mayBeEmpty = false);
 
   [[nodiscard]] int RowCount() const { return table_.RowCount(); }
   /// Index of a column of that type whose rows all hold a value (unless `mayBeNull`); else Error(Corrupt).

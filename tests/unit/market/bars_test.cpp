@@ -202,7 +202,7 @@ TEST(BarReader, ControlCharactersDoNotCutAReason) {
 // date:close:previous close of each row.
 std::string RowsText(const PeriodSeries& series) {
   std::string text;
-  for (const PeriodRow& row : series.rows) {
+  for (const PeriodRow& row : series) {
     text += std::to_string(row.date) + ":" + QString::number(row.close).toStdString() + ":" +
             QString::number(row.previousClose).toStdString() + " ";
   }
@@ -239,20 +239,24 @@ TEST(Statistics, PreviousClosesComeFromBeforeTheWindow) {
 TEST(Statistics, FiguresLeaveOutTheRowWithoutPreviousClose) {
   const Bar bars[] = {{20240102, 10}, {20240103, 11}, {20240104, 9.9}, {20240105, 9.9}};
   const PeriodSeries series = ComputeSeries(bars, PeriodType::Day, {20240102, 20240105});
-  ASSERT_EQ(series.rows.size(), 4U);
-  EXPECT_EQ(series.rows[0].periodReturn, 0);
+  ASSERT_EQ(series.size(), 4U);
+  EXPECT_EQ(series[0].periodReturn, 0);
   // Returns 0.1, -0.1, 0: mean 0, deviation sqrt(0.02 / 2) = 0.1.
-  EXPECT_NEAR(series.rows[1].periodReturn, 0.1, 1e-15);
-  EXPECT_NEAR(series.rows[2].periodReturn, -0.1, 1e-15);
-  EXPECT_NEAR(series.meanReturn, 0, 1e-15);
-  EXPECT_NEAR(series.deviation, 0.1, 1e-15);
+  EXPECT_NEAR(series[1].periodReturn, 0.1, 1e-15);
+  EXPECT_NEAR(series[2].periodReturn, -0.1, 1e-15);
+  const Figures figures = ComputeFigures(series, ReturnsOf(series));
+  EXPECT_NEAR(figures.meanReturn, 0, 1e-15);
+  EXPECT_NEAR(figures.deviation, 0.1, 1e-15);
 
-  const PeriodSeries one = ComputeSeries(std::span(bars).first(2), PeriodType::Day, {20240102, 20240105});
+  const auto figuresOfFirst = [&](std::size_t count) {
+    const PeriodSeries cut = ComputeSeries(std::span(bars).first(count), PeriodType::Day, {20240102, 20240105});
+    return ComputeFigures(cut, ReturnsOf(cut));
+  };
+  const Figures one = figuresOfFirst(2);
   EXPECT_NEAR(one.meanReturn, 0.1, 1e-15);
   EXPECT_EQ(one.deviation, 0) << "one return has no deviation";
-  const PeriodSeries none = ComputeSeries(std::span(bars).first(1), PeriodType::Day, {20240102, 20240105});
-  EXPECT_EQ(none.meanReturn, 0);
-  EXPECT_TRUE(ComputeSeries({}, PeriodType::Day, {20240102, 20240105}).rows.empty());
+  EXPECT_EQ(figuresOfFirst(1), Figures());
+  EXPECT_TRUE(ComputeSeries({}, PeriodType::Day, {20240102, 20240105}).empty());
 }
 
 TEST(Statistics, TableHasTheColumnsInOrderAndMarksTheLastRow) {
@@ -262,7 +266,8 @@ TEST(Statistics, TableHasTheColumnsInOrderAndMarksTheLastRow) {
   EXPECT_EQ(names,
             "SecuCode closeprice hqtype rowid ggqjsyl pjsyl hqdate oldcloseprice sylbzc islastday startdate enddate ");
   const Bar bars[] = {{20240130, 10}, {20240131, 11}, {20240201, 12}};
-  AppendStatistics(table, bars, {20240130, 20240201}, 399001);
+  const Window window{20240130, 20240201};
+  AppendStatistics(table, bars, ReturnsOf(bars, window), window, 0, 399001);
   std::string rows;
   for (int row = 0; row < table.RowCount(); ++row) {
     for (const char* name : {"SecuCode", "hqtype", "rowid", "hqdate", "islastday", "startdate", "enddate"}) {

@@ -157,7 +157,44 @@ TEST_F(Build, TakesQuotesFromAFileAndNamesItsBadRows) {
             "quotes.csv:9: 不是沪深证券代码“12”\n");
   EXPECT_EQ(Csv(QStringLiteral("quotes.dat")),
             "code_number:integer,price:real,prev_close:real\n"
-            "1,3000.5,2999\n399001,15,14\n399300,15,14\n1000001,0,9\n1600519,16.01,15.5\n");
+            "1,3000.5,2999\n399001,15,14\n399300,15,14\n1000001,9,9\n1600519,16.01,15.5\n");
+}
+
+TEST_F(Build, AStockWithoutABarOnTheLastDayHasNoChange) {
+  files_.Write(QStringLiteral("securities.csv"), "code,name\n600519,甲\n000001,乙\n000002,丙\n000004,丁\n");
+  files_.Write(QStringLiteral("bars/000001.csv"), "date,close\n2024-01-04,9\n2024-01-05,8\n");
+  files_.Write(QStringLiteral("bars/000002.csv"), "date,close\n2024-01-09,7\n");
+  files_.Write(QStringLiteral("bars/000004.csv"), "date,close\n2024-01-08,6\n");
+  const Outcome outcome = Run();
+  EXPECT_EQ(outcome.error, "");
+  EXPECT_EQ(Csv(QStringLiteral("quotes.dat")),
+            "code_number:integer,price:real,prev_close:real\n"
+            "1,15,14\n399001,15,14\n399300,15,14\n"
+            "1000001,8,8\n1000002,7,0\n1000004,6,6\n1600519,15.5,14.5\n")
+      << "the first bar of all has no previous close";
+  EXPECT_EQ(outcome.summary.suspended, 2);
+  // The last trading day up to the market's date counts, not the date itself.
+  options_.currentDate = 20240106;
+  EXPECT_EQ(Run().summary.suspended, 0);
+}
+
+TEST_F(Build, AQuoteOfPriceZeroIsASuspendedStock) {
+  files_.Write(QStringLiteral("quotes.csv"),
+               "code,price,prev_close\n600519,0,15.25\n399001,0,14.5\n399300,0,0\n000001,0,0.00\n1,0.00,15\n");
+  options_.quotesFile = files_.Path(QStringLiteral("quotes.csv"));
+  const Outcome outcome = Run();
+  EXPECT_EQ(outcome.error, "");
+  EXPECT_EQ(outcome.rejections, "quotes.csv:4: 价格和昨收都是 0\nquotes.csv:5: 价格和昨收都是 0\n");
+  EXPECT_EQ(Csv(QStringLiteral("quotes.dat")),
+            "code_number:integer,price:real,prev_close:real\n"
+            "1,15,15\n399001,14.5,14.5\n399300,15,14\n1600519,15.25,15.25\n");
+  EXPECT_EQ(outcome.summary.suspended, 1);
+}
+
+TEST_F(Build, NamesThatNobodyHasAreLeftOut) {
+  const QByteArray longName(600, 'n');
+  files_.Write(QStringLiteral("securities.csv"), "code,name\n600519,甲\n000001," + longName + "\n");
+  EXPECT_EQ(Run().rejections, "securities.csv:3: 名称或行业过长\n");
 }
 
 TEST_F(Build, WritesTheRatesInForce) {

@@ -3,9 +3,7 @@
 Usage: check_statistics.py BARS INDICES DATA_FOLDER LAST_DATE DAYS [BARS_CODE...]
 LAST_DATE is YYYY-MM-DD or "-" for the last index date. Prints the number of compared values; exit code 1 on a difference.
 """
-import csv
 import datetime
-import math
 import os
 import sys
 
@@ -13,45 +11,29 @@ import cbor2
 import numpy as np
 import zstandard
 
+from made_up_market import DAY, MONTH, WEEK, figures, read_bars, series
+
 TOLERANCE = 1e-12
 REAL_COLUMNS = {"closeprice", "ggqjsyl", "pjsyl", "oldcloseprice", "sylbzc"}
 ORDER = ["closeprice", "hqtype", "rowid", "ggqjsyl", "pjsyl", "hqdate", "oldcloseprice", "sylbzc", "islastday",
          "startdate", "enddate"]
 
 
-def read_bars(path, last):
-    with open(path, encoding="utf-8") as source:
-        bars = [(datetime.date.fromisoformat(row["date"]), float(row["close"])) for row in csv.DictReader(source)]
-    return sorted(bar for bar in bars if bar[0] <= last)
-
-
 def number(day):
     return day.year * 10000 + day.month * 100 + day.day
 
 
-def period(day, kind):
-    if kind == 0:
-        return day
-    return day.isocalendar()[:2] if kind == 1 else (day.year, day.month)
-
-
-def expected_rows(bars, first, last):
+def expected_rows(bars, market_bars, first, last):
+    """`market_bars` are those of the index whose periods count."""
     rows = []
-    for kind in (0, 1, 2):
-        last_of_period = {period(day, kind): (day, close) for day, close in bars}
-        points = sorted(last_of_period.values())
-        series = []
-        for i, (day, close) in enumerate(points):
-            old = points[i - 1][1] if i else 0.0
-            if first <= day <= last:
-                series.append([day, close, old, close / old - 1 if old else 0.0])
-        returns = np.array([row[3] for row in series if row[2]], dtype=np.longdouble)
-        mean = math.fsum(map(float, returns)) / len(returns) if len(returns) else 0.0
-        deviation = float(np.std(returns, ddof=1)) if len(returns) > 1 else 0.0
-        for i, (day, close, old, change) in enumerate(series):
-            rows.append({"closeprice": close, "hqtype": kind, "rowid": i + 1, "ggqjsyl": change, "pjsyl": mean,
-                         "hqdate": number(day), "oldcloseprice": old, "sylbzc": deviation,
-                         "islastday": int(i + 1 == len(series)), "startdate": number(first), "enddate": number(last)})
+    for kind in (DAY, WEEK, MONTH):
+        own = series(bars, kind, first, last)
+        wanted = figures(own, series(market_bars, kind, first, last), 0.0)
+        for i, (_, day, close, old, change) in enumerate(own):
+            rows.append({"closeprice": close, "hqtype": kind, "rowid": i + 1, "ggqjsyl": change,
+                         "pjsyl": wanted["mean"], "hqdate": number(day), "oldcloseprice": old,
+                         "sylbzc": wanted["deviation"], "islastday": int(i + 1 == len(own)),
+                         "startdate": number(first), "enddate": number(last)})
     return rows
 
 
@@ -110,15 +92,18 @@ def main():
         names, rows = columns_of(os.path.join(data, "QMTL/TZZH/Day250/股票", f"{code}.dat"))
         if names != ORDER:
             sys.exit(f"{code}: columns {names}")
-        wanted = expected_rows(read_bars(os.path.join(bars_folder, f"{code}.csv"), last), dates[0], dates[-1])
+        wanted = expected_rows(read_bars(os.path.join(bars_folder, f"{code}.csv"), last), indices[1],
+                               dates[0], dates[-1])
         difference, count = compare(code, rows, wanted)
         worst, values = max(worst, difference), values + count
     names, rows = columns_of(os.path.join(data, "QMTL/TZZH/Day250/指数/allzs.dat"))
     if names != ["SecuCode"] + ORDER:
         sys.exit(f"indices: columns {names}")
-    wanted = [dict(row, SecuCode=code) for code, bars in indices.items() for row in expected_rows(bars, dates[0], dates[-1])]
+    wanted = [dict(row, SecuCode=code) for code, bars in indices.items()
+              for row in expected_rows(bars, bars, dates[0], dates[-1])]
     difference, count = compare("indices", rows, wanted)
     print(f"{values + count} values, worst relative difference {max(worst, difference):.3g}")
 
 
-main()
+if __name__ == "__main__":
+    main()

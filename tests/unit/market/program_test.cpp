@@ -143,14 +143,36 @@ TEST(Program, BuildReportsOnBothStreams) {
   EXPECT_TRUE(missing.error.contains("目录不存在")) << missing.error.constData();
 }
 
-TEST(Program, FileNamesAreTheSameInEveryLocale) {
-  const MarketFiles files;
-  files.WriteMarket("date,close\n2024-01-02,10\n2024-01-03,11\n");
-  files.Write(QStringLiteral("bars/600519.csv"), "date,close\n2024-01-03,11\n");
-  const Result result = Execute(Program(), BuildArguments(files.Path(QString()), files.Path(QStringLiteral("数据"))),
-                                {QStringLiteral("LC_ALL=C")});
-  EXPECT_EQ(result.exitCode, 0) << result.error.constData();
-  EXPECT_TRUE(QFileInfo::exists(files.Path(QStringLiteral("数据/QMTL/TZZH/Day250/股票/600519.dat"))));
+TEST(Program, ChinesePathsWorkInEveryLocale) {
+  for (const char* variable : {"LC_ALL=C", "NOTHING=OF_A_LOCALE"}) {
+    const QStringList environment{QString::fromUtf8(variable)};
+    const MarketFiles root;
+    root.Write(QStringLiteral("来源/indices/上证.txt"), "");
+    const QString source = root.Path(QStringLiteral("来源"));
+    for (const char* index : {"1", "399001", "399300"}) {
+      root.Write(QStringLiteral("来源/indices/%1.csv").arg(QLatin1String(index)),
+                 "date,close\n2024-01-02,10\n2024-01-03,11\n");
+    }
+    root.Write(QStringLiteral("来源/securities.csv"), "代码,名称\n600519,贵州茅台\n");
+    root.Write(QStringLiteral("来源/bars/600519.csv"), "日期,收盘\n2024-01-02,10\n错,1\n2024-01-03,11\n");
+    root.Write(QStringLiteral("来源/bars/说明.csv"), "a\n");
+    const QString out = root.Path(QStringLiteral("数据"));
+    const Result result = Execute(Program(), BuildArguments(source, out), environment);
+    EXPECT_EQ(result.exitCode, 0) << result.error.constData();
+    EXPECT_TRUE(result.out.contains("数据目录：" + out.toUtf8() + "\n")) << result.out.constData();
+    EXPECT_TRUE(result.error.contains(source.toUtf8() + "/bars/600519.csv:3: 日期无法识别“错”\n"))
+        << result.error.constData();
+    EXPECT_TRUE(result.error.contains(source.toUtf8() + "/bars/说明.csv: 文件名不是沪深证券代码\n"))
+        << result.error.constData();
+    EXPECT_TRUE(QFileInfo::exists(out + QStringLiteral("/QMTL/TZZH/Day250/股票/600519.dat")));
+    const QString packet = out + QStringLiteral("/securities.dat");
+    const Result shown = Execute(Program(), {QStringLiteral("packet"), QStringLiteral("to-csv"), packet}, environment);
+    EXPECT_TRUE(shown.out.contains("600519,贵州茅台,")) << shown.out.constData();
+    const Result missing = Execute(Program(), BuildArguments(root.Path(QStringLiteral("没有")), out), environment);
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_TRUE(missing.error.startsWith("错误：目录不存在：" + root.Path(QStringLiteral("没有")).toUtf8()))
+        << missing.error.constData();
+  }
 }
 
 TEST(Program, PacketsGoToCsvAndBack) {
@@ -347,6 +369,29 @@ TEST_P(RealData, EqualsAnIndependentCalculation) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Dates, RealData, testing::Values("-", "2025-01-03", "2024-03-01"));
+
+// Means, deviations and risk figures of 200 made-up stocks with holes and late listings against numpy.
+TEST(Figures, OfMadeUpStocksAreNumpys) {
+  const QString scripts = qEnvironmentVariable("HOLDWISE_SOURCE") + QStringLiteral("/tests/unit/market/");
+  const QString python = QStringLiteral("/usr/bin/python3");  // the system's own has the packages that `setup` installs
+  for (const auto& [seed, days] : {std::pair("1", "250"), std::pair("2", "250"), std::pair("3", "20")}) {
+    const MarketFiles files;
+    const QString source = files.Path(QStringLiteral("source"));
+    const Result made = Execute(python, {scripts + QStringLiteral("made_up_market.py"), QStringLiteral("write"), source,
+                                         QString::fromUtf8(seed), QStringLiteral("200")});
+    ASSERT_EQ(made.exitCode, 0) << made.error.constData();
+    QStringList arguments = BuildArguments(source, files.Path(QStringLiteral("out")));
+    arguments << QStringLiteral("--rates") << source + QStringLiteral("/rates.csv") << QStringLiteral("--days")
+              << QString::fromUtf8(days);
+    const Result built = RunProgram(arguments);
+    ASSERT_EQ(built.exitCode, 0) << built.error.constData();
+    const Result checked = Execute(python, {scripts + QStringLiteral("check_figures.py"), source,
+                                            files.Path(QStringLiteral("out")), QString::fromUtf8(days)});
+    EXPECT_EQ(checked.exitCode, 0) << checked.error.constData();
+    EXPECT_TRUE(checked.out.contains(" values, worst relative difference ")) << checked.out.constData();
+    RecordProperty("check", checked.out.trimmed().toStdString());
+  }
+}
 
 }  // namespace
 }  // namespace holdwise

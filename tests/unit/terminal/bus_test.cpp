@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
@@ -165,6 +166,26 @@ TEST_F(EmbeddedMarketTest, TellsWhetherTheFileIsFollowed) {
     writeGood();
   });
   EXPECT_TRUE(later.contains("20240530")) << later.toStdString();
+}
+
+TEST_F(EmbeddedMarketTest, TellsThatTheDataFolderChanged) {
+  Start(false);
+  QSignalSpy quotes(market_.get(), &EmbeddedMarket::QuotesChanged);
+  QSignalSpy folder(market_.get(), &EmbeddedMarket::DataFolderChanged);
+  ASSERT_TRUE(QDir().mkpath(folder_.File(QStringLiteral("QMTL/TZZH"))));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !folder.isEmpty(); }, 30000));
+  EXPECT_TRUE(quotes.isEmpty()) << "its quotes are the same";
+}
+
+TEST_F(EmbeddedMarketTest, AFolderThatIsGoneIsToldUntilItIsBack) {
+  Start(false);
+  QSignalSpy spy(market_.get(), &EmbeddedMarket::QuotesChanged);
+  const QString away = folder_.Path() + QStringLiteral(".away");
+  ASSERT_TRUE(QDir().rename(folder_.Path(), away));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !spy.isEmpty(); }, 30000));
+  EXPECT_TRUE(spy.last().first().toString().contains(QStringLiteral("不在了")));
+  ASSERT_TRUE(QDir().rename(away, folder_.Path()));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return spy.last().first().toString().isEmpty(); }, 30000));
 }
 
 TEST_F(EmbeddedMarketTest, SimulatedPricesReachTheDataCentre) {

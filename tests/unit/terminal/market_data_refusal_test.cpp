@@ -10,8 +10,7 @@ namespace holdwise {
 namespace {
 
 constexpr const char* kRequiredFiles[] = {"market.dat", "securities.dat", "trading_dates.dat", "quotes.dat"};
-constexpr const char* kAllFiles[] = {"market.dat", "securities.dat", "trading_dates.dat",
-                                     "quotes.dat", "accounts.dat",   "groups.dat"};
+constexpr const char* kOptionalFiles[] = {"accounts.dat", "groups.dat"};
 
 class RefusedFolder : public MarketDataTest {
  protected:
@@ -44,7 +43,7 @@ TEST_F(RefusedFolder, MissingFileIsNamed) {
 }
 
 TEST_F(RefusedFolder, SpoiledFileIsNamed) {
-  for (const char* name : kAllFiles) {
+  for (const char* name : kRequiredFiles) {
     const QString path = folder_.File(QString::fromLatin1(name));
     QByteArray whole;
     if (QFile file(path); file.open(QIODevice::ReadOnly)) whole = file.readAll();
@@ -111,9 +110,6 @@ TEST_F(RefusedFolder, ImpossibleValuesAreRefused) {
   const QStringList marketHeadings = {QStringLiteral("current_date:integer"), QStringLiteral("simulated:integer"),
                                       QStringLiteral("format:integer")};
   const QStringList dateHeadings = {QStringLiteral("date:integer")};
-  const QStringList accountHeadings = {QStringLiteral("code_number:integer"), QStringLiteral("eps:real"),
-                                       QStringLiteral("net_asset_per_share:real"), QStringLiteral("total_shares:real")};
-  const QStringList groupHeadings = {QStringLiteral("name:text"), QStringLiteral("code_number:integer")};
   const auto& securities = MarketFolder::kSecurityHeadings;
   const auto& quotes = MarketFolder::kQuoteHeadings;
   const std::vector<BadRow> cases = {
@@ -142,10 +138,6 @@ TEST_F(RefusedFolder, ImpossibleValuesAreRefused) {
       {"quotes.dat", quotes, {Row("1600000,-8.15,8.2")}, "不大于零"},
       {"quotes.dat", quotes, {Row("1600000,8.15,-8.2")}, "昨收"},
       {"quotes.dat", quotes, {Row("1600000,8.15,8.2"), Row("1600000,8.16,8.2")}, "1600000重复"},
-      {"accounts.dat", accountHeadings, {Row("1600000,1,1,1"), Row("1600000,2,2,2")}, "第2行"},
-      {"accounts.dat", accountHeadings, {Row("1600000,1,1,-1")}, "总股本"},
-      {"groups.dat", groupHeadings, {Row(",1600000")}, "名称为空"},
-      {"groups.dat", groupHeadings, {Row("a,1600000"), Row("a,1600000")}, "1600000重复"},
   };
   for (const BadRow& bad : cases) {
     SCOPED_TRACE(bad.part);
@@ -159,6 +151,73 @@ TEST_F(RefusedFolder, ImpossibleValuesAreRefused) {
     } else {
       folder_.WriteBytes(QString::fromLatin1(bad.file), whole);
     }
+  }
+}
+
+/// An optional file that cannot be used is left out and said once, in the log and for the window.
+class DamagedOptionalFile : public MarketDataTest {
+ protected:
+  void ExpectNotice(const char* file, const char* part) {
+    MarketData data(clock_, log_, reader_);
+    const std::size_t logged = log_.Lines().size();
+    ASSERT_NO_THROW(data.Load(folder_.Path())) << file;
+    ASSERT_EQ(data.Notices().size(), 1) << file << ": " << part;
+    EXPECT_TRUE(data.Notices()[0].contains(QString::fromUtf8(file))) << data.Notices()[0].toStdString();
+    EXPECT_TRUE(data.Notices()[0].contains(QString::fromUtf8(part))) << data.Notices()[0].toStdString();
+    ASSERT_EQ(log_.Lines().size(), logged + 1);
+    EXPECT_EQ(log_.Lines().back(), data.Notices()[0]);
+    EXPECT_FALSE(data.StockAccountInfo(1600000));
+    EXPECT_TRUE(data.GetGroupCodeNumList(QStringLiteral("a")).empty());
+    EXPECT_EQ(data.StockNowData(1600000).currentPrice, 8.15) << "everything else is there";
+  }
+  const QStringList accountHeadings_ = {QStringLiteral("code_number:integer"), QStringLiteral("eps:real"),
+                                        QStringLiteral("net_asset_per_share:real"),
+                                        QStringLiteral("total_shares:real")};
+  const QStringList groupHeadings_ = {QStringLiteral("name:text"), QStringLiteral("code_number:integer")};
+};
+
+TEST_F(DamagedOptionalFile, OfAnyKindIsSaid) {
+  for (const char* name : kOptionalFiles) {
+    const QString path = folder_.File(QString::fromLatin1(name));
+    folder_.WriteBytes(QString::fromLatin1(name), "");
+    ExpectNotice(name, "损坏");
+    folder_.WriteBytes(QString::fromLatin1(name), "date\n20240101\n");
+    ExpectNotice(name, "损坏");
+    ASSERT_TRUE(QFile::remove(path));
+    ASSERT_TRUE(QDir().mkdir(path));
+    ExpectNotice(name, "无法读取");
+    ASSERT_TRUE(QDir().rmdir(path));
+  }
+}
+
+TEST_F(DamagedOptionalFile, WithImpossibleValuesIsLeftOutWhole) {
+  const std::vector<BadRow> cases = {
+      {"accounts.dat", accountHeadings_, {Row("1600000,1,1,1"), Row("1600000,2,2,2")}, "第2行"},
+      {"accounts.dat", accountHeadings_, {Row("1600000,1,1,-1")}, "总股本"},
+      {"groups.dat", groupHeadings_, {Row(",1600000")}, "名称为空"},
+      {"groups.dat", groupHeadings_, {Row("a,1600000"), Row("a,1600000")}, "1600000重复"},
+  };
+  for (const BadRow& bad : cases) {
+    folder_.Write(QString::fromLatin1(bad.file), MakeTable(bad.headings, bad.rows));
+    ExpectNotice(bad.file, bad.part);
+    ASSERT_TRUE(QFile::remove(folder_.File(QString::fromLatin1(bad.file))));
+  }
+}
+
+TEST_F(RefusedFolder, FilesWithMoreRowsThanTheyCanHave) {
+  // Small on the disk: equal rows pack well.
+  for (const char* name : {"securities.dat", "quotes.dat", "trading_dates.dat", "market.dat"}) {
+    const QString path = folder_.File(QString::fromLatin1(name));
+    const ResultSet whole = ReadPacketFile(path);
+    ResultSet huge;
+    for (int column = 0; column < whole.ColumnCount(); ++column) {
+      huge.AddColumn(whole.ColumnName(column), whole.TypeOf(column));
+    }
+    for (int row = 0; row < 1'000'000; ++row) huge.AppendRow();
+    folder_.Write(QString::fromLatin1(name), huge);
+    EXPECT_LT(QFileInfo(path).size(), 20'000);
+    ExpectRefusal(name, ErrorCategory::Refused, "超出限制");
+    folder_.Write(QString::fromLatin1(name), whole);
   }
 }
 

@@ -157,17 +157,44 @@ TEST_F(MarketDataTest, UsersOwnListReplacesTheGroup) {
   data_.LoadOptionalStocks(path);
   const std::vector<int> own = {1600036, 1000001};
   EXPECT_EQ(data_.GetGroupCodeNumList(QStringLiteral("OptionalStock")), own);
-  for (const char* bad : {"600036\nabc\n", "600036\n1\n", "600036\n999999\n", "600036\n600036\n"}) {
-    folder_.WriteBytes(QStringLiteral("optional.txt"), bad);
-    try {
-      data_.LoadOptionalStocks(path);
-      ADD_FAILURE() << bad;
-    } catch (const Error& error) {
-      EXPECT_EQ(error.Category(), ErrorCategory::Refused);
-      EXPECT_TRUE(QString::fromUtf8(error.what()).contains(QStringLiteral("第2行"))) << error.what();
+  EXPECT_TRUE(data_.Notices().empty());
+  EXPECT_TRUE(log_.Lines().empty());
+}
+
+TEST_F(MarketDataTest, LinesOfTheUsersOwnListThatCannotBeUsedAreSaid) {
+  const QString path = folder_.File(QStringLiteral("optional.txt"));
+  for (const char* bad : {"abc", "1", "999999", "600036"}) {
+    Load();
+    folder_.WriteBytes(QStringLiteral("optional.txt"), QByteArray("600036\n") + bad + "\n000001\n");
+    data_.LoadOptionalStocks(path);
+    EXPECT_EQ(data_.GetGroupCodeNumList(QStringLiteral("OptionalStock")), (std::vector<int>{1600036, 1000001})) << bad;
+    ASSERT_EQ(data_.Notices().size(), 1) << bad;
+    for (const QString& part : {QStringLiteral("optional.txt"), QStringLiteral("第2行"), QString::fromLatin1(bad)}) {
+      EXPECT_TRUE(data_.Notices()[0].contains(part)) << data_.Notices()[0].toStdString();
     }
-    EXPECT_EQ(data_.GetGroupCodeNumList(QStringLiteral("OptionalStock")), own);
+    EXPECT_EQ(log_.Lines().back(), data_.Notices()[0]);
   }
+  QByteArray many;
+  for (int i = 0; i < 25; ++i) many += "x\n";
+  Load();
+  folder_.WriteBytes(QStringLiteral("optional.txt"), many);
+  data_.LoadOptionalStocks(path);
+  ASSERT_EQ(data_.Notices().size(), 1);
+  EXPECT_TRUE(data_.Notices()[0].contains(QStringLiteral("第10行")));
+  EXPECT_FALSE(data_.Notices()[0].contains(QStringLiteral("第11行")));
+  EXPECT_TRUE(data_.Notices()[0].endsWith(QStringLiteral("等共25行"))) << data_.Notices()[0].toStdString();
+}
+
+TEST_F(MarketDataTest, AnOwnListThatCannotBeReadChangesNothing) {
+  Load();
+  const QString path = folder_.File(QStringLiteral("optional.txt"));
+  folder_.WriteBytes(QStringLiteral("optional.txt"), "600036\n");
+  data_.LoadOptionalStocks(path);
+  folder_.WriteBytes(QStringLiteral("optional.txt"), QByteArray("600000\n\xFF\xFF", 9));
+  data_.LoadOptionalStocks(path);
+  EXPECT_EQ(data_.GetGroupCodeNumList(QStringLiteral("OptionalStock")), std::vector<int>{1600036});
+  ASSERT_EQ(data_.Notices().size(), 1);
+  EXPECT_TRUE(data_.Notices()[0].contains(path)) << data_.Notices()[0].toStdString();
 }
 
 TEST_F(MarketDataTest, LocalDatabaseAnswersQueries) {

@@ -14,8 +14,9 @@ struct BuildOptions {
   QString securitiesFile;  ///< security master
   QString datesFile;       ///< optional: trading dates; without it the dates of the index bars
   QString ratesFile;       ///< optional: deposit rates; without it the benchmark one-year rate
-  QString quotesFile;      ///< optional: prices; without it, and for what it lacks, the last two closes
-  QString estimatesFile;   ///< optional: estimate values of stocks; without it there are none
+  QString quotesFile;  ///< optional: prices; without it, and for what it lacks, the last two closes (twice the last one
+                       ///< where the last trading date has no bar)
+  QString estimatesFile;  ///< optional: estimate values of stocks; without it there are none
   QString outFolder;
   int currentDate = 0;  ///< YYYYMMDD, the market's current date; 0 = last date of the index bars
   int days = 250;       ///< trading days in the window, at least 1
@@ -30,6 +31,7 @@ struct BuildSummary {
   std::int64_t rows = 0;
   std::int64_t rejectedLines = 0;
   int rejectedFiles = 0;
+  int suspended = 0;  ///< stocks without a trade on the market's last trading date: their price is the last close
   int currentDate = 0;
   double seconds = 0;
 };

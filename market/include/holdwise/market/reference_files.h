@@ -43,13 +43,15 @@ struct DepositRates {
 /// The one-year rate of a day as a fraction; a year has 250 days. 0 when no rates are in force.
 [[nodiscard]] double RiskFreePerDay(const DepositRates& rates);
 
-/// Prices of one stock or index; 0 = none.
+/// Prices of one stock or index.
 struct QuoteRow {
-  double price = 0;
-  double previousClose = 0;
+  double price = 0;          ///< above 0
+  double previousClose = 0;  ///< 0 = none: nothing traded before the day, as on a first trading day
+  bool isSuspended = false;  ///< no trade on the day: both prices are the last close
 };
-/// Reads code, price and previous close; the result is keyed by code number. A code that appeared before, and one whose
-/// code number is not in `known`, is rejected.
+/// Reads code, price and previous close; the result is keyed by code number. A price of 0 is that of a suspended
+/// security. A code that appeared before, one whose code number is not in `known`, and a line with both prices 0 are
+/// rejected.
 /// The indices are written as 1, 399001, 399300 or with their market (sh000001, 000300.SH).
 [[nodiscard]] std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::unordered_set<int>& known,
                                                            std::vector<Rejection>& rejections);

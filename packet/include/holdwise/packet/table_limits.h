@@ -37,6 +37,8 @@ inline constexpr int kMostSeriesRows = 20'000;
 /// Securities, and rows of a file with one row a security.
 inline constexpr int kMostSecurities = 100'000;
 
+/// What a data folder says of its market.
+inline constexpr PacketLimits kMarketLimits = LimitsOf({.rows = 1});
 /// The statistics rows of one stock.
 inline constexpr PacketLimits kStockSeriesLimits = LimitsOf({.rows = kMostSeriesRows, .rowTextBytes = 512});
 /// The statistics rows of the three indices.
@@ -47,7 +49,7 @@ inline constexpr PacketLimits kInterestRateLimits = LimitsOf({.rows = 1000, .col
 /// One row a security: security master, quotes, accounts, risk figures, estimate values, stock pools.
 inline constexpr PacketLimits kSecuritiesLimits = LimitsOf({.rows = kMostSecurities, .rowTextBytes = 2048});
 /// Trading dates.
-inline constexpr PacketLimits kTradingDatesLimits = LimitsOf({.rows = 50'000});
+inline constexpr PacketLimits kTradingDatesLimits = LimitsOf({.rows = 100'000});
 /// Members of all stock groups.
 inline constexpr PacketLimits kGroupsLimits =
     LimitsOf({.rows = 2 * kMostSecurities, .columns = 8, .rowTextBytes = 256});

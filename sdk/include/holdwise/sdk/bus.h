@@ -18,7 +18,7 @@ struct TDReply {
 /// comes.
 ///
 /// A subscription ("0|" + list) is answered at once with the full list and again whenever a price changes, at most once
-/// a second, until it is cancelled ("1|" + list) or replaced.
+/// a second, until cancelled ("1|" + list) or replaced. A reply holds prices only; TDataCenter has the previous closes.
 class TDSBAsynDataDownRole {
  public:
   virtual ~TDSBAsynDataDownRole() = default;

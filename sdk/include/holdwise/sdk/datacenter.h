@@ -8,10 +8,10 @@
 
 namespace holdwise {
 
-/// Current data of a stock or an index; prices in yuan (points for an index), 0 = unknown.
+/// Current data of a stock or an index; prices in yuan (points for an index). A suspended one has its last close twice.
 struct NowData {
-  double currentPrice = 0;
-  double previousClose = 0;
+  double currentPrice = 0;   ///< 0 = unknown
+  double previousClose = 0;  ///< 0 = none (a first trading day) or unknown: the day has no change, not one from 0
 };
 
 /// Account figures of a stock, as the data folder gives them; every figure times 10000.

@@ -1,0 +1,83 @@
+#include "holdwise/market/figures.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace holdwise {
+namespace {
+
+bool HasReturn(const PeriodRow& row) {
+  return row.previousClose > 0;
+}
+
+/// Means and centred sums, carried forward period by period (Welford): a security that never moves has a deviation of
+/// exactly 0, not one that is left over from rounding.
+struct Sums {
+  long double count = 0;
+  long double meanMarket = 0;
+  long double mean = 0;
+  long double squareMarket = 0;
+  long double square = 0;
+  long double cross = 0;
+
+  void Add(double marketReturn, double ownReturn) {
+    ++count;
+    const long double stepMarket = marketReturn - meanMarket;
+    const long double step = ownReturn - mean;
+    const long double share = 1 / count;
+    meanMarket += stepMarket * share;
+    mean += step * share;
+    squareMarket += stepMarket * (marketReturn - meanMarket);
+    square += step * (ownReturn - mean);
+    cross += stepMarket * (ownReturn - mean);
+  }
+};
+
+}  // namespace
+
+IndexReturns ReturnsOf(const PeriodSeries& series) {
+  IndexReturns index;
+  for (const PeriodRow& row : series) {
+    if (!HasReturn(row)) continue;
+    index.periods.push_back(row.period);
+    index.returns.push_back(row.periodReturn);
+  }
+  return index;
+}
+
+MarketReturns ReturnsOf(std::span<const Bar> indexBars, Window window) {
+  MarketReturns market;
+  for (std::size_t i = 0; i < market.size(); ++i) {
+    market[i] = ReturnsOf(ComputeSeries(indexBars, kPeriodTypes[i], window));
+  }
+  return market;
+}
+
+Figures ComputeFigures(const PeriodSeries& series, const IndexReturns& index, double riskFree) {
+  auto row = std::find_if(series.begin(), series.end(), HasReturn);
+  if (row == series.end()) return {};
+  const auto first = std::lower_bound(index.periods.begin(), index.periods.end(), row->period);
+  Sums sums;
+  for (auto i = static_cast<std::size_t>(first - index.periods.begin()); i < index.periods.size(); ++i) {
+    while (row != series.end() && row->period < index.periods[i]) ++row;
+    const bool hasRow = row != series.end() && row->period == index.periods[i];
+    sums.Add(index.returns[i], hasRow ? row->periodReturn : 0);
+  }
+  Figures figures;
+  if (sums.count == 0) return figures;
+  const long double variance = sums.count > 1 ? sums.square / (sums.count - 1) : 0;
+  const long double deviation = std::sqrt(variance);
+  const long double beta = sums.squareMarket > 0 ? sums.cross / sums.squareMarket : 0;
+  const long double excess = sums.mean - riskFree;
+  figures.count = static_cast<int>(sums.count);
+  figures.meanReturn = static_cast<double>(sums.mean);
+  figures.variance = static_cast<double>(variance);
+  figures.deviation = static_cast<double>(deviation);
+  figures.beta = static_cast<double>(beta);
+  figures.alpha = static_cast<double>(excess - beta * (sums.meanMarket - riskFree));
+  if (beta != 0) figures.treynor = static_cast<double>(excess / beta);
+  if (deviation > 0) figures.sharpe = static_cast<double>(excess / deviation);
+  return figures;
+}
+
+}  // namespace holdwise
