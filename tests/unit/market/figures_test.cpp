@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "holdwise/market/statistics.h"
-#include "holdwise/packet/csv.h"
+#include "holdwise/packet/csv_result_set.h"
 #include "holdwise/packet/packet_file.h"
 
 // Expected figures were worked out by hand; each stands beside its arithmetic.
