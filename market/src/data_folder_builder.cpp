@@ -15,6 +15,7 @@
 #include "holdwise/market/folder_swap.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/market/reference_files.h"
+#include "holdwise/market/reference_tables.h"
 #include "holdwise/market/statistics.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/packet_file.h"

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 
+#include "holdwise/packet/text_file.h"
 #include "holdwise/packet/packet_file.h"
 #include "terminal_process.h"
 

@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QToolTip>
 
+#include "common/store/database.h"
 #include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
 #include "performance_view_fixture.h"
