@@ -18,7 +18,7 @@ MODULE = {
     "common/host": [],
     "common/store": ["common/helpers", "common/host"],
     "common/series": ["common/store"],
-    "common/grid": ["common/helpers", "common/host"],
+    "common/grid": ["common/host"],
     "common/frames": ["common/grid", "common/series"],
     "calc": ["common/store"],
     "views/*": ["common/frames"],

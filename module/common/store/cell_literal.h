@@ -9,8 +9,8 @@
 /// functions, any thread.
 namespace holdwise::sql {
 
-/// Refuses the cell. `why` follows the column's name in the message; by default that the value, or a missing one, is not
-/// valid.
+/// Refuses the cell. `why` follows the column's name in the message; by default that the value, or a missing one, is
+/// not valid.
 [[noreturn]] void RefuseCell(const ResultSet& table, int row, int column, const QString& why = {});
 
 /// A number, UTF-8: the digits of a whole number, the shortest text of a real, a text that is a number as it stands.

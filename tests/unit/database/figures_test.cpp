@@ -16,31 +16,31 @@ const char* const kColumns[] = {"FC", "ZHBZC", "BETA", "ALPHA", "SHARP", "TREYNO
 
 class Figures : public testing::Test {
  protected:
-  FirebirdUserData& service() { return database_.Service(); }
+  FirebirdUserData& Service() { return database_.Service(); }
   void AddIndexDays(const std::vector<double>& returns) {
     for (std::size_t i = 0; i < returns.size(); ++i) {
-      service().Execute(
+      Service().Execute(
           InsertStatistic({.code = 1, .date = 20260101 + static_cast<int>(i), .dailyReturn = returns[i]}));
     }
   }
   void AddDay(int code, int day, double value) {
-    service().Execute(InsertStatistic({.code = code, .date = 20260101 + day, .dailyReturn = value}));
+    Service().Execute(InsertStatistic({.code = code, .date = 20260101 + day, .dailyReturn = value}));
   }
-  void AddPortfolio() { service().Execute(InsertPortfolio(1, QStringLiteral("甲"))); }
+  void AddPortfolio() { Service().Execute(InsertPortfolio(1, QStringLiteral("甲"))); }
   void AddHolding(int code, const QString& weight) {
-    service().Execute(InsertHolding("1", QString::number(code), "100", weight));
+    Service().Execute(InsertHolding("1", QString::number(code), "100", weight));
   }
   void AddRate(const QString& percent) {
-    service().Execute(QStringLiteral(
+    Service().Execute(QStringLiteral(
         "insert into alg_rmbinterestrate (ID,DEPOSITTYPE,TERM,INTEREST) values (1,'定期存款整存整取','三个月',9)"));
-    service().Execute(
+    Service().Execute(
         QStringLiteral(
             "insert into alg_rmbinterestrate (ID,DEPOSITTYPE,TERM,INTEREST) values (2,'定期存款整存整取','一年',%1)")
             .arg(percent));
   }
   std::vector<double> Run() {
-    EXPECT_EQ(service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)")), 1);
-    const ResultSet row = service().Query(QStringLiteral("select * from alg_commain where ID = 1"));
+    EXPECT_EQ(Service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)")), 1);
+    const ResultSet row = Service().Query(QStringLiteral("select * from alg_commain where ID = 1"));
     EXPECT_EQ(row.IntegerAt(0, row.Column("ISFINISHED")), 1);
     std::vector<double> figures;
     for (const char* column : kColumns) figures.push_back(row.RealAt(0, row.Column(column)));
@@ -48,19 +48,19 @@ class Figures : public testing::Test {
   }
   /// "CALCDATE,LACKING" of the portfolio.
   std::string Dates() {
-    const ResultSet row = service().Query(QStringLiteral("select CALCDATE, LACKING from alg_commain where ID = 1"));
+    const ResultSet row = Service().Query(QStringLiteral("select CALCDATE, LACKING from alg_commain where ID = 1"));
     return (row.IsNull(0, 0) ? "none" : row.TextAt(0, 0).toStdString()) + "," + row.TextAt(0, 1).toStdString();
   }
   /// As the file of the index is taken in: its rows are replaced, here by the same ones.
   void ReloadIndex() {
-    service().StartTransaction();
-    service().Execute(QStringLiteral("delete from alg_stockstatistic where secucode = 1"));
+    Service().StartTransaction();
+    Service().Execute(QStringLiteral("delete from alg_stockstatistic where secucode = 1"));
     AddIndexDays({0.01, -0.01, 0.03});
-    service().Commit();
+    Service().Commit();
   }
   std::int64_t UnfinishedOn(const char* date) {
-    service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('%1')").arg(QLatin1String(date)));
-    return service().Count(QStringLiteral("select Count(ID) from alg_commain where isFinished = 0"));
+    Service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('%1')").arg(QLatin1String(date)));
+    return Service().Count(QStringLiteral("select Count(ID) from alg_commain where isFinished = 0"));
   }
   static void ExpectFigures(const std::vector<double>& found, const std::vector<double>& expected) {
     for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -107,7 +107,7 @@ TEST_F(Figures, DayWithoutARowCountsNothing) {
 TEST_F(Figures, HoldingWithoutStatisticsLeavesItsWeightToTheOthers) {
   AddIndexDays({0.01, -0.01, 0.03});
   for (int day = 0; day < 3; ++day) AddDay(1600000, day, 0.01 * day);
-  service().Execute(InsertStatistic({.code = 1600009, .date = 20260102, .dailyReturn = 0.9, .type = 1}));
+  Service().Execute(InsertStatistic({.code = 1600009, .date = 20260102, .dailyReturn = 0.9, .type = 1}));
   AddPortfolio();
   AddHolding(1600000, "0.25");
   AddHolding(1600009, "0.75");  // weekly rows only
@@ -116,8 +116,8 @@ TEST_F(Figures, HoldingWithoutStatisticsLeavesItsWeightToTheOthers) {
 }
 
 TEST_F(Figures, OnlyTheWindowOfTheIndexCounts) {
-  service().Execute(InsertStatistic({.code = 1, .date = 20251230, .dailyReturn = 0.5}));  // before its start date
-  service().Execute(InsertStatistic({.code = 1, .date = 20260101, .dailyReturn = 0, .oldClose = 0}));  // first bar ever
+  Service().Execute(InsertStatistic({.code = 1, .date = 20251230, .dailyReturn = 0.5}));  // before its start date
+  Service().Execute(InsertStatistic({.code = 1, .date = 20260101, .dailyReturn = 0, .oldClose = 0}));  // first bar ever
   AddDay(1, 1, 0.01);
   AddDay(1, 2, 0.03);
   for (int day = 0; day < 3; ++day) AddDay(1600000, day, 0.02 * day);
@@ -147,18 +147,18 @@ TEST_F(Figures, APortfolioWithoutHoldingsHasZeroesAndIsFinished) {
 TEST_F(Figures, WithoutTheIndexOrAnyHoldingTheOldFiguresStayUnfinished) {
   AddPortfolio();
   AddHolding(1600000, "1");
-  service().Execute(QStringLiteral("update alg_commain set FC = 0.25, BETA = 1.5"));
+  Service().Execute(QStringLiteral("update alg_commain set FC = 0.25, BETA = 1.5"));
   const auto expectOldFigures = [&] {
-    service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)"));
+    Service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)"));
     EXPECT_EQ(
-        service().Count(QStringLiteral(
+        Service().Count(QStringLiteral(
             "select count(*) from alg_commain where FC = 0.25 and BETA = 1.5 and ISFINISHED = 0 and ALPHA is null "
             "and CALCDATE is null")),
         1);
   };
   for (int day = 0; day < 3; ++day) AddDay(1600000, day, 0.01);
   expectOldFigures();
-  service().Execute(QStringLiteral("delete from alg_stockstatistic"));
+  Service().Execute(QStringLiteral("delete from alg_stockstatistic"));
   AddIndexDays({0.01, -0.01, 0.03});
   expectOldFigures();
 }
@@ -169,7 +169,7 @@ TEST_F(Figures, WithoutTheIndexOrAnyHoldingTheOldFiguresStayUnfinished) {
 TEST_F(Figures, AHoldingCountsFromItsFirstReturnOn) {
   AddIndexDays({0.01, -0.01, 0.03});
   for (int day = 0; day < 3; ++day) AddDay(1600000, day, 0.02 * (day + 1));
-  service().Execute(InsertStatistic({.code = 1000001, .date = 20260101, .dailyReturn = 0, .oldClose = 0}));
+  Service().Execute(InsertStatistic({.code = 1000001, .date = 20260101, .dailyReturn = 0, .oldClose = 0}));
   AddDay(1000001, 1, 0.08);
   AddPortfolio();
   AddHolding(1600000, "0.25");
@@ -209,12 +209,12 @@ TEST_F(Figures, TheDateIsThatOfTheOldestInput) {
       {20260103, {20260103, 20260103, 0}, "20260103,0"},
   };
   for (const Case& one : cases) {
-    service().Execute(QStringLiteral("delete from alg_stockstatistic"));
-    service().Execute(QStringLiteral("delete from alg_commain"));
-    service().Execute(QStringLiteral("delete from alg_comdetail"));
+    Service().Execute(QStringLiteral("delete from alg_stockstatistic"));
+    Service().Execute(QStringLiteral("delete from alg_commain"));
+    Service().Execute(QStringLiteral("delete from alg_comdetail"));
     AddPortfolio();
     for (int day = 1; day <= 3; ++day) {
-      service().Execute(InsertStatistic({.code = 1,
+      Service().Execute(InsertStatistic({.code = 1,
                                          .date = 20260100 + day,
                                          .dailyReturn = 0.01 * day,
                                          .startDate = 20260101,
@@ -225,10 +225,10 @@ TEST_F(Figures, TheDateIsThatOfTheOldestInput) {
       AddHolding(code, "1");
       if (one.holdings[i] < 0) continue;
       for (const int date : {20260102, 20260103}) {
-        service().Execute(
+        Service().Execute(
             InsertStatistic({.code = code, .date = date, .dailyReturn = 0.01, .endDate = one.holdings[i]}));
       }
-      service().Execute(InsertStatistic({.code = code, .date = 20260109, .type = 1, .endDate = 20260109}));
+      Service().Execute(InsertStatistic({.code = code, .date = 20260109, .type = 1, .endDate = 20260109}));
     }
     Run();
     EXPECT_EQ(Dates(), one.dates);
@@ -254,9 +254,9 @@ TEST_F(Figures, WhatLacksSomethingIsAskedForAgainUntilItIsThere) {
 TEST_F(Figures, OtherPortfoliosStayAsTheyAre) {
   AddIndexDays({0.01, -0.01});
   AddPortfolio();
-  service().Execute(InsertPortfolio(2, QStringLiteral("乙")));
+  Service().Execute(InsertPortfolio(2, QStringLiteral("乙")));
   Run();
-  EXPECT_EQ(service().Count(QStringLiteral("select ID from alg_commain where isFinished = 0")), 2);
+  EXPECT_EQ(Service().Count(QStringLiteral("select ID from alg_commain where isFinished = 0")), 2);
 }
 
 TEST_F(Figures, FiguresOlderThanTodayAreUnfinished) {
@@ -264,14 +264,14 @@ TEST_F(Figures, FiguresOlderThanTodayAreUnfinished) {
   AddPortfolio();
   Run();
   const QString unfinished = QStringLiteral("select Count(ID) from alg_commain where isFinished = 0");
-  service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('2026-01-03')"));
-  EXPECT_EQ(service().Count(unfinished), 0);
-  service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('2025-12-31')"));
-  EXPECT_EQ(service().Count(unfinished), 0);
-  service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('2026-01-04')"));
-  EXPECT_EQ(service().Count(unfinished), 1);
+  Service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('2026-01-03')"));
+  EXPECT_EQ(Service().Count(unfinished), 0);
+  Service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('2025-12-31')"));
+  EXPECT_EQ(Service().Count(unfinished), 0);
+  Service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('2026-01-04')"));
+  EXPECT_EQ(Service().Count(unfinished), 1);
   for (const char* bad : {"", "20260104", "2026-13-01", "2026-02-30", "heute1-2-3", "2026-1-004"}) {
-    EXPECT_THROW(service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('%1')").arg(QLatin1String(bad))),
+    EXPECT_THROW(Service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('%1')").arg(QLatin1String(bad))),
                  Error)
         << bad;
   }
@@ -287,9 +287,9 @@ TEST_F(Figures, ADateWithoutARowOfTheIndexIsAskedForOnce) {
   Run();
   EXPECT_EQ(UnfinishedOn("2026-01-04"), 0);
   // What is new is unfinished by itself, and finishing it is final too.
-  service().Execute(InsertPortfolio(2, QStringLiteral("乙")));
+  Service().Execute(InsertPortfolio(2, QStringLiteral("乙")));
   EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
-  service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,2)"));
+  Service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,2)"));
   EXPECT_EQ(UnfinishedOn("2026-01-04"), 0);
   EXPECT_EQ(UnfinishedOn("2026-01-05"), 2);
 }
@@ -310,16 +310,16 @@ TEST_F(Figures, AskingThatWasRolledBackIsAskedForAgain) {
   AddIndexDays({0.01, -0.01, 0.03});
   AddPortfolio();
   Run();
-  service().StartTransaction();
+  Service().StartTransaction();
   EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
-  service().RollBack();
+  Service().RollBack();
   EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
 }
 
 TEST_F(Figures, WithoutAnyIndexADateIsAskedForUntilThereIsOne) {
   AddPortfolio();
   for (int time = 0; time < 3; ++time) {
-    service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)"));
+    Service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)"));
     EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
   }
   ReloadIndex();
@@ -328,9 +328,9 @@ TEST_F(Figures, WithoutAnyIndexADateIsAskedForUntilThereIsOne) {
 }
 
 TEST_F(Figures, FinishedWithoutFiguresIsUnfinishedAgain) {
-  service().Execute(InsertPortfolio(1, QStringLiteral("甲"), 1));
-  service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('1990-01-01')"));
-  EXPECT_EQ(service().Count(QStringLiteral("select Count(ID) from alg_commain where isFinished = 0")), 1);
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲"), 1));
+  Service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('1990-01-01')"));
+  EXPECT_EQ(Service().Count(QStringLiteral("select Count(ID) from alg_commain where isFinished = 0")), 1);
 }
 
 /// Ten holdings, 250 days, gaps (one of them on the first day), one holding without statistics; the figures by numpy
@@ -341,7 +341,7 @@ TEST_F(Figures, AgreesWithNumpy) {
   constexpr int kHoldings = 10;
   constexpr int kDays = 250;
   QString script = QStringLiteral("import numpy as np\nindex=[");
-  service().StartTransaction();
+  Service().StartTransaction();
   for (int day = 0; day < kDays; ++day) {
     const double value = daily(random);
     AddDay(1, day, value);
@@ -363,7 +363,7 @@ TEST_F(Figures, AgreesWithNumpy) {
   }
   AddHolding(1688001, "0.3");
   AddRate("1.75");
-  service().Commit();
+  Service().Commit();
   script += QStringLiteral(
       "r=np.array(returns,dtype=float); counts=np.cumsum(~np.isnan(r),axis=1)>0; w=np.array(weights)\n"
       "rm=np.array(index); rp=w@np.nan_to_num(r)/(w@counts); rf=1.75/100/250\n"

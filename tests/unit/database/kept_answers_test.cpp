@@ -75,12 +75,12 @@ TEST(KeptAnswers, TheSixteenAskedForLastStay) {
 class KeptByTheService : public testing::Test {
  protected:
   KeptByTheService() {
-    service().Advise({{.statement = kIds, .mayBeKept = true}});
-    for (int id = 1; id <= 2; ++id) service().Execute(InsertPortfolio(id, QStringLiteral("组合%1").arg(id)));
+    Service().Advise({{.statement = kIds, .mayBeKept = true}});
+    for (int id = 1; id <= 2; ++id) Service().Execute(InsertPortfolio(id, QStringLiteral("组合%1").arg(id)));
     for (int time = 0; time < 3; ++time) EXPECT_EQ(Ids(), "1,2");
   }
-  FirebirdUserData& service() { return database_.Service(); }
-  std::string Ids() { return IdsOf(service()); }
+  FirebirdUserData& Service() { return database_.Service(); }
+  std::string Ids() { return IdsOf(Service()); }
   /// A change that the service does not hear of shows whether the engine is asked.
   void DeletePastTheService() {
     firebird::Status status;
@@ -100,14 +100,14 @@ class KeptByTheService : public testing::Test {
 TEST_F(KeptByTheService, NothingIsReadAgainWhileNothingChanges) {
   DeletePastTheService();
   EXPECT_EQ(Ids(), "1,2");
-  EXPECT_EQ(service().Count(kCountPortfolios), 0);
-  service().Execute(InsertPortfolio(3, QStringLiteral("丙")));
+  EXPECT_EQ(Service().Count(kCountPortfolios), 0);
+  Service().Execute(InsertPortfolio(3, QStringLiteral("丙")));
   EXPECT_EQ(Ids(), "3");
 }
 
 TEST_F(KeptByTheService, OnlyWhatIsAdvised) {
   const auto of = [](int id) { return QStringLiteral("select ID from alg_commain where ID = %1").arg(id); };
-  service().Advise({{.statement = of(1), .mayBeKept = true}});
+  Service().Advise({{.statement = of(1), .mayBeKept = true}});
   const QStringList others{QStringLiteral("select ID  from alg_commain order by ID"),
                            QStringLiteral("select id from alg_commain order by ID"),
                            QStringLiteral("select ID from alg_commain order by ID desc"),
@@ -116,34 +116,34 @@ TEST_F(KeptByTheService, OnlyWhatIsAdvised) {
                            QStringLiteral("select ID from alg_commain where ID = 1 + 0")};
   for (int time = 0; time < 3; ++time) {
     EXPECT_EQ(Ids(), "1,2");
-    EXPECT_EQ(service().Query(of(2)).RowCount(), 1) << "of the shape that is advised, with another value";
-    for (const QString& other : others) EXPECT_GT(service().Query(other).RowCount(), 0) << other.toStdString();
+    EXPECT_EQ(Service().Query(of(2)).RowCount(), 1) << "of the shape that is advised, with another value";
+    for (const QString& other : others) EXPECT_GT(Service().Query(other).RowCount(), 0) << other.toStdString();
   }
   DeletePastTheService();
   EXPECT_EQ(Ids(), "1,2");
-  EXPECT_EQ(service().Query(of(2)).RowCount(), 1);
-  EXPECT_EQ(service().Query(of(3)).RowCount(), 0) << "kept are the rows of a value, not of a shape";
-  EXPECT_EQ(service().Query(of(1)).RowCount(), 0) << "never read before";
-  for (const QString& other : others) EXPECT_EQ(service().Query(other).RowCount(), 0) << other.toStdString();
+  EXPECT_EQ(Service().Query(of(2)).RowCount(), 1);
+  EXPECT_EQ(Service().Query(of(3)).RowCount(), 0) << "kept are the rows of a value, not of a shape";
+  EXPECT_EQ(Service().Query(of(1)).RowCount(), 0) << "never read before";
+  for (const QString& other : others) EXPECT_EQ(Service().Query(other).RowCount(), 0) << other.toStdString();
 }
 
 TEST_F(KeptByTheService, AdviceCanBeTakenBack) {
-  service().Advise({{.statement = kIds}});
+  Service().Advise({{.statement = kIds}});
   for (int time = 0; time < 3; ++time) EXPECT_EQ(Ids(), "1,2");
   DeletePastTheService();
   EXPECT_EQ(Ids(), "");
 }
 
 TEST_F(KeptByTheService, EveryWayOfChangingIsSeen) {
-  const auto session = service().OpenSession();
+  const auto session = Service().OpenSession();
   const std::vector<std::pair<std::function<void()>, std::string>> steps{
-      {[&] { service().Execute(QStringLiteral("delete from alg_commain where ID = 1")); }, "2"},
+      {[&] { Service().Execute(QStringLiteral("delete from alg_commain where ID = 1")); }, "2"},
       {[&] { session->Execute(InsertPortfolio(3, QStringLiteral("丙"))); }, "2,3"},
-      {[&] { (void)service().Query(QStringLiteral("update alg_commain set ID = 5 where ID = 3 returning ID")); },
+      {[&] { (void)Service().Query(QStringLiteral("update alg_commain set ID = 5 where ID = 3 returning ID")); },
        "2,5"},
       {[&] {
-         TransactionScope scope(service());
-         service().Execute(InsertPortfolio(7, QStringLiteral("戊")));
+         TransactionScope scope(Service());
+         Service().Execute(InsertPortfolio(7, QStringLiteral("戊")));
          scope.Commit();
        },
        "2,5,7"},
@@ -153,7 +153,7 @@ TEST_F(KeptByTheService, EveryWayOfChangingIsSeen) {
          session->Commit();
        },
        "2,7"},
-      {[&] { service().Execute(QStringLiteral("execute block as begin delete from alg_commain where ID = 7; end")); },
+      {[&] { Service().Execute(QStringLiteral("execute block as begin delete from alg_commain where ID = 7; end")); },
        "2"}};
   for (const auto& [step, ids] : steps) {
     step();
@@ -162,7 +162,7 @@ TEST_F(KeptByTheService, EveryWayOfChangingIsSeen) {
 }
 
 TEST_F(KeptByTheService, ATransactionSeesItsOwnChangesAndTheOthersDoNot) {
-  const auto session = service().OpenSession();
+  const auto session = Service().OpenSession();
   session->StartTransaction();
   session->Execute(QStringLiteral("delete from alg_commain where ID = 1"));
   for (int time = 0; time < 3; ++time) {
@@ -175,7 +175,7 @@ TEST_F(KeptByTheService, ATransactionSeesItsOwnChangesAndTheOthersDoNot) {
 }
 
 TEST_F(KeptByTheService, WhatWasReadBeforeACommitEndsWithIt) {
-  const auto session = service().OpenSession();
+  const auto session = Service().OpenSession();
   session->StartTransaction();
   session->Execute(QStringLiteral("delete from alg_commain where ID = 1"));
   for (int time = 0; time < 3; ++time) EXPECT_EQ(Ids(), "1,2");
@@ -185,17 +185,17 @@ TEST_F(KeptByTheService, WhatWasReadBeforeACommitEndsWithIt) {
 
 TEST_F(KeptByTheService, AFirstRowIsNotAllRows) {
   const QString other = QStringLiteral("select ID from alg_commain where ID <> 7 order by ID");
-  service().Advise({{.statement = other, .mayBeKept = true}});
+  Service().Advise({{.statement = other, .mayBeKept = true}});
   for (int time = 0; time < 3; ++time) {
-    EXPECT_EQ(service().Count(other), 1);
-    EXPECT_EQ(service().Scalar(other).ToText(), QStringLiteral("1"));
+    EXPECT_EQ(Service().Count(other), 1);
+    EXPECT_EQ(Service().Scalar(other).ToText(), QStringLiteral("1"));
   }
-  EXPECT_EQ(service().Query(other).RowCount(), 2);
+  EXPECT_EQ(Service().Query(other).RowCount(), 2);
 }
 
 TEST_F(KeptByTheService, ATriggerOnTheEndOfATransactionIsSeen) {
-  const auto session = service().OpenSession();
-  service().Execute(
+  const auto session = Service().OpenSession();
+  Service().Execute(
       QStringLiteral("create trigger KEEP_TRACE on transaction rollback as begin "
                      "in autonomous transaction do insert into alg_commain (ID) values (3); end"));
   session->StartTransaction();
@@ -205,20 +205,20 @@ TEST_F(KeptByTheService, ATriggerOnTheEndOfATransactionIsSeen) {
 }
 
 TEST_F(KeptByTheService, AProcedureAnswersEachTimeAnew) {
-  service().Execute(
+  Service().Execute(
       QStringLiteral("create procedure NEXT_NUMBER returns (N bigint) as begin "
                      "N = gen_id(ALG_ROWID_MAIN, 1); suspend; end"));
   for (int number = 1; number <= 4; ++number) {
-    EXPECT_EQ(service().Query(QStringLiteral("select * from NEXT_NUMBER")).IntegerAt(0, 0), number);
+    EXPECT_EQ(Service().Query(QStringLiteral("select * from NEXT_NUMBER")).IntegerAt(0, 0), number);
   }
 }
 
 TEST_F(KeptByTheService, AChangedTableIsReadAnew) {
   const QString all = QStringLiteral("select * from alg_commain");
-  service().Advise({{.statement = all, .mayBeKept = true}});
-  for (int time = 0; time < 3; ++time) EXPECT_EQ(service().Query(all).FindColumn("EXTRA"), -1);
-  service().Execute(QStringLiteral("alter table alg_commain add EXTRA integer"));
-  EXPECT_GE(service().Query(all).FindColumn("EXTRA"), 0);
+  Service().Advise({{.statement = all, .mayBeKept = true}});
+  for (int time = 0; time < 3; ++time) EXPECT_EQ(Service().Query(all).FindColumn("EXTRA"), -1);
+  Service().Execute(QStringLiteral("alter table alg_commain add EXTRA integer"));
+  EXPECT_GE(Service().Query(all).FindColumn("EXTRA"), 0);
 }
 
 }  // namespace

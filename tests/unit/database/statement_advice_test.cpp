@@ -74,17 +74,17 @@ TEST(AdvisedStatements, UnfitAdviceIsRefusedWhole) {
 class AdvisedService : public testing::Test {
  protected:
   AdvisedService() {
-    for (int id = 1; id <= 3; ++id) service().Execute(InsertPortfolio(id, QStringLiteral("组合%1").arg(id)));
+    for (int id = 1; id <= 3; ++id) Service().Execute(InsertPortfolio(id, QStringLiteral("组合%1").arg(id)));
   }
-  FirebirdUserData& service() { return database_.Service(); }
+  FirebirdUserData& Service() { return database_.Service(); }
   std::string IdsAbove(int id) {
-    const ResultSet rows = service().Query(QStringLiteral("select ID from alg_commain where ID > %1").arg(id));
+    const ResultSet rows = Service().Query(QStringLiteral("select ID from alg_commain where ID > %1").arg(id));
     QStringList ids;
     for (int row = 0; row < rows.RowCount(); ++row) ids.append(rows.TextAt(row, 0));
     return ids.join(QLatin1Char(',')).toStdString();
   }
   void AdviseForm(const char* form) {
-    service().Advise({{.statement = QStringLiteral("select ID from alg_commain where ID > 7"),
+    Service().Advise({{.statement = QStringLiteral("select ID from alg_commain where ID > 7"),
                        .equalForm = QString::fromUtf8(form)}});
   }
 
@@ -96,17 +96,17 @@ TEST_F(AdvisedService, PreparesTheEqualFormWithTheStatementsOwnValues) {
   AdviseForm("select M.ID from alg_commain M where M.ID > 7 order by M.ID desc");
   EXPECT_EQ(IdsAbove(1), "3,2") << "also when it was prepared as written before";
   EXPECT_EQ(IdsAbove(0), "3,2,1");
-  const auto session = service().OpenSession();
+  const auto session = Service().OpenSession();
   session->StartTransaction();
   EXPECT_EQ(session->Query(QStringLiteral("select ID from alg_commain where ID > 2")).IntegerAt(0, 0), 3);
 }
 
 TEST_F(AdvisedService, AFormThatTheEngineRefusesCostsNoAnswer) {
   AdviseForm("select M.ID from NO_SUCH_TABLE M where M.ID > 7");
-  service().Advise({{.statement = kIds, .equalForm = QStringLiteral("select NO_SUCH_COLUMN from alg_commain")}});
+  Service().Advise({{.statement = kIds, .equalForm = QStringLiteral("select NO_SUCH_COLUMN from alg_commain")}});
   for (int time = 0; time < 2; ++time) {
     EXPECT_EQ(IdsAbove(1), "2,3");
-    EXPECT_EQ(IdsOf(service()), "1,2,3");
+    EXPECT_EQ(IdsOf(Service()), "1,2,3");
   }
 }
 

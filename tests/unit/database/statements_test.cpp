@@ -14,11 +14,11 @@ namespace {
 
 class Statements : public testing::Test {
  protected:
-  FirebirdUserData& service() { return database_.Service(); }
+  FirebirdUserData& Service() { return database_.Service(); }
   /// The category and text of the error a statement ends with.
   std::pair<ErrorCategory, QString> ErrorOf(const QString& sql) {
     try {
-      service().Execute(sql);
+      Service().Execute(sql);
     } catch (const Error& error) {
       return {error.Category(), QString::fromUtf8(error.what())};
     }
@@ -31,9 +31,9 @@ class Statements : public testing::Test {
 };
 
 TEST_F(Statements, PortfolioRowComesBackTyped) {
-  EXPECT_EQ(service().Execute(InsertPortfolio(7, QStringLiteral("组合''一"), 0, 1)), 1);
+  EXPECT_EQ(Service().Execute(InsertPortfolio(7, QStringLiteral("组合''一"), 0, 1)), 1);
   const ResultSet rows =
-      service().Query(QStringLiteral("select * from alg_commain where SAVEFLAG = 1 order by ID desc"));
+      Service().Query(QStringLiteral("select * from alg_commain where SAVEFLAG = 1 order by ID desc"));
   ASSERT_EQ(rows.RowCount(), 1);
   EXPECT_EQ(rows.TypeOf(rows.Column("ID")), ColumnType::Integer);
   EXPECT_EQ(rows.IntegerAt(0, rows.Column("id")), 7);
@@ -44,26 +44,26 @@ TEST_F(Statements, PortfolioRowComesBackTyped) {
 }
 
 TEST_F(Statements, DeleteRecordBlockRemovesHeaderAndHoldings) {
-  service().Execute(InsertPortfolio(3, QStringLiteral("甲")));
-  service().Execute(InsertPortfolio(4, QStringLiteral("乙")));
-  service().Execute(InsertHolding("3", "1600000", "100", "0.5"));
-  service().Execute(InsertHolding("4", "1600000", "100", "0.5"));
+  Service().Execute(InsertPortfolio(3, QStringLiteral("甲")));
+  Service().Execute(InsertPortfolio(4, QStringLiteral("乙")));
+  Service().Execute(InsertHolding("3", "1600000", "100", "0.5"));
+  Service().Execute(InsertHolding("4", "1600000", "100", "0.5"));
   const QString text =
       QStringLiteral(
           "execute block\r\nas\r\ndeclare id int ;\r\nbegin\r\n  select ID from alg_commain where COMNAME = '%1' into "
           ":id;\r\n  if (:id<>0) then\r\n  begin\r\n    delete from alg_commain where id = :id;\r\n    delete from "
           "alg_comdetail where mainid = :id;\r\n  end\r\nend")
           .arg(QStringLiteral("甲"));
-  EXPECT_EQ(service().Execute(text), 1);
-  EXPECT_EQ(service().Count(QStringLiteral("select ID from alg_commain")), 4);
-  EXPECT_EQ(service().Count(QStringLiteral("select MAINID from alg_comdetail")), 4);
-  EXPECT_EQ(service().Count(kCountHoldings), 1);
-  EXPECT_EQ(service().Execute(text), 1) << "nothing to delete is no failure";
+  EXPECT_EQ(Service().Execute(text), 1);
+  EXPECT_EQ(Service().Count(QStringLiteral("select ID from alg_commain")), 4);
+  EXPECT_EQ(Service().Count(QStringLiteral("select MAINID from alg_comdetail")), 4);
+  EXPECT_EQ(Service().Count(kCountHoldings), 1);
+  EXPECT_EQ(Service().Execute(text), 1) << "nothing to delete is no failure";
 }
 
 TEST_F(Statements, EveryStatementOfTheModuleIsUnderstood) {
-  service().Execute(InsertPortfolio(1, QStringLiteral("甲"), 0, 1));
-  service().Execute(InsertHolding("1", "1600000", "100", "1"));
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲"), 0, 1));
+  Service().Execute(InsertHolding("1", "1600000", "100", "1"));
   for (const char* sql : {
            "select * from alg_commain",
            "select * from alg_commain where SAVEFLAG <> 1 order by ID",
@@ -93,7 +93,7 @@ TEST_F(Statements, EveryStatementOfTheModuleIsUnderstood) {
            "Select * From ALG_STOCKESTIMATEVALUE",
            "select INTEREST from  alg_rmbinterestrate where DEPOSITTYPE = '定期存款整存整取' and term= '一年'",
        }) {
-    EXPECT_NO_THROW({ EXPECT_GT(service().Query(QString::fromUtf8(sql)).ColumnCount(), 0) << sql; }) << sql;
+    EXPECT_NO_THROW({ EXPECT_GT(Service().Query(QString::fromUtf8(sql)).ColumnCount(), 0) << sql; }) << sql;
   }
   for (const char* sql : {
            "Update alg_commain set SAVEFLAG = 1 where COMNAME ='甲'",
@@ -106,40 +106,40 @@ TEST_F(Statements, EveryStatementOfTheModuleIsUnderstood) {
            "Delete from alg_commain where ID =1",
            "Delete from alg_commain where COMNAME ='甲'",
        }) {
-    EXPECT_EQ(service().Execute(QString::fromUtf8(sql)), 1) << sql;
+    EXPECT_EQ(Service().Execute(QString::fromUtf8(sql)), 1) << sql;
   }
 }
 
 TEST_F(Statements, SumOfAPortfolioWithoutHoldingsGivesNoRow) {
-  service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
   EXPECT_TRUE(
-      service()
+      Service()
           .Query(QStringLiteral("select MainId,Sum(PZSL*BUYPRICE) as sum_value from alg_comdetail group by MainId"))
           .IsEmpty());
-  service().Execute(InsertHolding("1", "1600000", "200", "1", "7.25"));
-  const ResultSet sums = service().Query(
+  Service().Execute(InsertHolding("1", "1600000", "200", "1", "7.25"));
+  const ResultSet sums = Service().Query(
       QStringLiteral("select MainId,Sum(PZSL*BUYPRICE) as sum_value from alg_comdetail group by MainId"));
   EXPECT_EQ(sums.RealAt(0, sums.Column("sum_value")), 1450.0);
 }
 
 TEST_F(Statements, NothingThereIsToldFromZero) {
-  EXPECT_EQ(service().Count(QStringLiteral("select ID from alg_commain where COMNAME ='x'")), -1) << "no row";
-  EXPECT_EQ(service().Count(QStringLiteral("select Max(HQDate) from alg_stockstatistic where hqtype = 0")), -1)
+  EXPECT_EQ(Service().Count(QStringLiteral("select ID from alg_commain where COMNAME ='x'")), -1) << "no row";
+  EXPECT_EQ(Service().Count(QStringLiteral("select Max(HQDate) from alg_stockstatistic where hqtype = 0")), -1)
       << "null";
-  EXPECT_EQ(service().Count(kCountPortfolios), 0);
-  EXPECT_TRUE(service().Scalar(QStringLiteral("select ClosePrice from alg_stockstatistic")).isNull);
-  EXPECT_TRUE(service().Scalar(QStringLiteral("select Max(HQDate) from alg_stockstatistic where hqtype = 0")).isNull);
-  const ResultSet none = service().Query(QStringLiteral("select * from alg_comdetail"));
+  EXPECT_EQ(Service().Count(kCountPortfolios), 0);
+  EXPECT_TRUE(Service().Scalar(QStringLiteral("select ClosePrice from alg_stockstatistic")).isNull);
+  EXPECT_TRUE(Service().Scalar(QStringLiteral("select Max(HQDate) from alg_stockstatistic where hqtype = 0")).isNull);
+  const ResultSet none = Service().Query(QStringLiteral("select * from alg_comdetail"));
   EXPECT_TRUE(none.IsEmpty());
   EXPECT_EQ(none.ColumnCount(), 6) << "an empty result still has its columns";
 }
 
 TEST_F(Statements, GeneratorsCountAndCanBeMoved) {
   const QString next = QStringLiteral("select gen_id(ALG_ROWID_MAIN,1) from rdb$database");
-  EXPECT_EQ(service().Count(next), 1);
-  EXPECT_EQ(service().Count(next), 2);
-  EXPECT_EQ(service().Execute(QStringLiteral("SET GENERATOR alg_rowid_main TO 40")), 1);
-  EXPECT_EQ(service().Count(next), 41);
+  EXPECT_EQ(Service().Count(next), 1);
+  EXPECT_EQ(Service().Count(next), 2);
+  EXPECT_EQ(Service().Execute(QStringLiteral("SET GENERATOR alg_rowid_main TO 40")), 1);
+  EXPECT_EQ(Service().Count(next), 41);
 }
 
 TEST_F(Statements, NumbersAreStoredAsTheyStand) {
@@ -152,9 +152,9 @@ TEST_F(Statements, NumbersAreStoredAsTheyStand) {
                {"6.", 6},        {"123456789012345678901234567890", 123456789012345678901234567890.0},
                {"'7.25'", 7.25}, {"0", 0}};
   for (const auto& [literal, value] : cases) {
-    service().Execute(QStringLiteral("delete from alg_comdetail"));
-    service().Execute(InsertHolding("1", "1600000", "100", "0.5", QString::fromLatin1(literal)));
-    const Value stored = service().Scalar(QStringLiteral("select BUYPRICE from alg_comdetail"));
+    Service().Execute(QStringLiteral("delete from alg_comdetail"));
+    Service().Execute(InsertHolding("1", "1600000", "100", "0.5", QString::fromLatin1(literal)));
+    const Value stored = Service().Scalar(QStringLiteral("select BUYPRICE from alg_comdetail"));
     EXPECT_EQ(stored.real, value) << literal;
   }
 }
@@ -163,20 +163,20 @@ TEST_F(Statements, WholeNumbersAreStoredAsTheyStand) {
   for (const auto& [literal, value] :
        {std::pair{"2147483647", 2147483647LL}, std::pair{"-2147483648", -2147483648LL}, std::pair{"100.00", 100LL},
         std::pair{"1e3", 1000LL}, std::pair{"'12'", 12LL}, std::pair{"12.5e1", 125LL}, std::pair{"-1200e-2", -12LL}}) {
-    service().Execute(QStringLiteral("delete from alg_comdetail"));
-    service().Execute(InsertHolding("1", "1600000", QString::fromLatin1(literal), "0.5"));
-    EXPECT_EQ(service().Count(QStringLiteral("select PZSL from alg_comdetail")), value) << literal;
+    Service().Execute(QStringLiteral("delete from alg_comdetail"));
+    Service().Execute(InsertHolding("1", "1600000", QString::fromLatin1(literal), "0.5"));
+    EXPECT_EQ(Service().Count(QStringLiteral("select PZSL from alg_comdetail")), value) << literal;
   }
 }
 
 TEST_F(Statements, LargeWholeNumbersDoNotPassThroughADouble) {
-  service().Execute(QStringLiteral("create table wide (n bigint)"));
+  Service().Execute(QStringLiteral("create table wide (n bigint)"));
   for (const auto& [literal, value] :
        {std::pair{"9007199254740993.0", 9007199254740993LL}, std::pair{"9007199254740993e1", 90071992547409930LL},
         std::pair{"-9223372036854775808.00", std::numeric_limits<long long>::min()}}) {
-    service().Execute(QStringLiteral("delete from wide"));
-    service().Execute(QStringLiteral("insert into wide values (%1)").arg(QLatin1String(literal)));
-    EXPECT_EQ(service().Query(QStringLiteral("select n from wide")).IntegerAt(0, 0), value) << literal;
+    Service().Execute(QStringLiteral("delete from wide"));
+    Service().Execute(QStringLiteral("insert into wide values (%1)").arg(QLatin1String(literal)));
+    EXPECT_EQ(Service().Query(QStringLiteral("select n from wide")).IntegerAt(0, 0), value) << literal;
   }
   const auto [category, text] = ErrorOf(QStringLiteral("insert into wide values (4503599627370497.5)"));
   EXPECT_EQ(category, ErrorCategory::Refused);
@@ -208,39 +208,39 @@ TEST_F(Statements, ValuesThatDoNotFitAreRefusedByName) {
     EXPECT_EQ(category, ErrorCategory::Refused) << quantity << " " << weight;
     EXPECT_TRUE(text.contains(QString::fromUtf8(named))) << text.toStdString();
   }
-  EXPECT_EQ(service().Count(kCountHoldings), 0) << "nothing may have been stored";
+  EXPECT_EQ(Service().Count(kCountHoldings), 0) << "nothing may have been stored";
 }
 
 TEST_F(Statements, BareWordsAreNoNumbers) {
   EXPECT_EQ(ErrorOf(InsertHolding("1", "1600000", "NaN", "0.5")).first, ErrorCategory::Database);
   EXPECT_EQ(ErrorOf(InsertHolding("1", "1600000", "", "0.5")).first, ErrorCategory::Database);
-  EXPECT_EQ(service().Execute(InsertHolding("1", "null", "100", "0.5")), 1);
-  EXPECT_TRUE(service().Scalar(QStringLiteral("select SecuCode from alg_comdetail")).isNull);
+  EXPECT_EQ(Service().Execute(InsertHolding("1", "null", "100", "0.5")), 1);
+  EXPECT_TRUE(Service().Scalar(QStringLiteral("select SecuCode from alg_comdetail")).isNull);
 }
 
 TEST_F(Statements, UpdatedValuesAreCheckedToo) {
-  service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
   EXPECT_EQ(ErrorOf(QStringLiteral("update alg_commain set SAVEFLAG = 1.5 where ID = 1")).first,
             ErrorCategory::Refused);
   EXPECT_EQ(ErrorOf(QStringLiteral("update alg_commain set COMNAME = '%1' where ID = 1").arg(QString(41, u'长'))).first,
             ErrorCategory::Refused);
-  EXPECT_EQ(service().Execute(QStringLiteral("update alg_commain set SAVEFLAG = -3 where ID = 1")), 1);
-  EXPECT_EQ(service().Count(QStringLiteral("select SAVEFLAG from alg_commain where ID = 1")), -3);
+  EXPECT_EQ(Service().Execute(QStringLiteral("update alg_commain set SAVEFLAG = -3 where ID = 1")), 1);
+  EXPECT_EQ(Service().Count(QStringLiteral("select SAVEFLAG from alg_commain where ID = 1")), -3);
 }
 
 TEST_F(Statements, TextsFitByCharactersNotBytes) {
   const QString forty(40, u'长');
-  EXPECT_EQ(service().Execute(InsertPortfolio(1, forty)), 1);
-  EXPECT_EQ(service().Scalar(QStringLiteral("select COMNAME from alg_commain")).ToText(), forty);
+  EXPECT_EQ(Service().Execute(InsertPortfolio(1, forty)), 1);
+  EXPECT_EQ(Service().Scalar(QStringLiteral("select COMNAME from alg_commain")).ToText(), forty);
   const auto [category, text] = ErrorOf(InsertPortfolio(2, forty + u'x'));
   EXPECT_EQ(category, ErrorCategory::Refused);
   EXPECT_TRUE(text.contains(QStringLiteral("40")));
-  EXPECT_EQ(service().Count(QStringLiteral("select count(COMNAME) from alg_commain where COMNAME='%1x'").arg(forty)), 0)
+  EXPECT_EQ(Service().Count(QStringLiteral("select count(COMNAME) from alg_commain where COMNAME='%1x'").arg(forty)), 0)
       << "a longer text equals none";
   const QString half = InsertPortfolio(3, QString(QChar(0xD83D)));
   EXPECT_EQ(ErrorOf(half).first, ErrorCategory::Refused) << "half a character";
-  EXPECT_EQ(service().Execute(InsertPortfolio(4, QStringLiteral("😀"))), 1);
-  EXPECT_EQ(service().Count(QStringLiteral("select ID from alg_commain where COMNAME='😀'")), 4);
+  EXPECT_EQ(Service().Execute(InsertPortfolio(4, QStringLiteral("😀"))), 1);
+  EXPECT_EQ(Service().Count(QStringLiteral("select ID from alg_commain where COMNAME='😀'")), 4);
 }
 
 TEST_F(Statements, DatesAreCalendarDates) {
@@ -253,11 +253,11 @@ TEST_F(Statements, DatesAreCalendarDates) {
     EXPECT_EQ(category, ErrorCategory::Refused) << bad;
     EXPECT_TRUE(text.contains(QString::fromLatin1(bad)));
   }
-  EXPECT_EQ(service().Count(QStringLiteral("select count(*) from alg_rmbinterestrate")), 0);
+  EXPECT_EQ(Service().Count(QStringLiteral("select count(*) from alg_rmbinterestrate")), 0);
   for (const char* good : {"2024-02-29 23:59:59", "0001-01-01 00:00:01", "9999-12-31 10:20:30"}) {
-    service().Execute(QStringLiteral("delete from alg_rmbinterestrate"));
-    service().Execute(insert(QString::fromLatin1(good)));
-    const Value stored = service().Scalar(QStringLiteral("select CTIME from alg_rmbinterestrate"));
+    Service().Execute(QStringLiteral("delete from alg_rmbinterestrate"));
+    Service().Execute(insert(QString::fromLatin1(good)));
+    const Value stored = Service().Scalar(QStringLiteral("select CTIME from alg_rmbinterestrate"));
     EXPECT_EQ(stored.type, ColumnType::DateTime);
     EXPECT_EQ(stored.integer, QDateTime::fromString(QString::fromLatin1(good) + u'Z', Qt::ISODate).toMSecsSinceEpoch())
         << good;
@@ -266,12 +266,12 @@ TEST_F(Statements, DatesAreCalendarDates) {
 }
 
 TEST_F(Statements, ColumnTypesOfTheEngineHaveTheirPlace) {
-  service().Execute(
+  Service().Execute(
       QStringLiteral("create table t (c char(6), d date, s smallint, b bigint, n numeric(9,2), f float, "
                      "o boolean, x blob sub_type text character set utf8)"));
-  service().Execute(
+  Service().Execute(
       QStringLiteral("insert into t values ('ab','2026-01-05',-5,9007199254740993,12.30,0.5,true,'长长的说明')"));
-  const ResultSet row = service().Query(QStringLiteral("select * from t"));
+  const ResultSet row = Service().Query(QStringLiteral("select * from t"));
   EXPECT_EQ(row.TextAt(0, 0), QStringLiteral("ab")) << "padding is not part of the text";
   EXPECT_EQ(row.TextAt(0, 1), QStringLiteral("2026-01-05"));
   EXPECT_EQ(row.IntegerAt(0, 2), -5);
@@ -286,31 +286,31 @@ TEST_F(Statements, ColumnTypesOfTheEngineHaveTheirPlace) {
 }
 
 TEST_F(Statements, RepeatedColumnNamesAreNumbered) {
-  const ResultSet row = service().Query(QStringLiteral("select 1 as A, 2 as A, 3 as A from rdb$database"));
+  const ResultSet row = Service().Query(QStringLiteral("select 1 as A, 2 as A, 3 as A from rdb$database"));
   EXPECT_EQ(row.ColumnName(0), "A");
   EXPECT_EQ(row.ColumnName(1), "A_1");
   EXPECT_EQ(row.IntegerAt(0, 2), 3);
 }
 
 TEST_F(Statements, NumberAgainstTextColumnComparesAsTheEngineDoes) {
-  service().Execute(
+  Service().Execute(
       QStringLiteral("insert into ALG_STOCKESTIMATEVALUE (ID,SECUCODE,CTIME,PRICE) values (1,'000001',19910101,0)"));
-  EXPECT_EQ(service().Count(QStringLiteral("select ID from ALG_STOCKESTIMATEVALUE where SECUCODE = 1")), 1);
-  EXPECT_EQ(service().Count(QStringLiteral("select ID from ALG_STOCKESTIMATEVALUE where SECUCODE = '1'")), -1);
+  EXPECT_EQ(Service().Count(QStringLiteral("select ID from ALG_STOCKESTIMATEVALUE where SECUCODE = 1")), 1);
+  EXPECT_EQ(Service().Count(QStringLiteral("select ID from ALG_STOCKESTIMATEVALUE where SECUCODE = '1'")), -1);
 }
 
 TEST_F(Statements, ManyShapesAndChangedTablesKeepWorking) {
-  service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
   for (int round = 0; round < 2; ++round) {
     for (int i = 0; i < 150; ++i) {
       const QString sql = QStringLiteral("select ID as C%1 from alg_commain where ID = 1").arg(i);
-      ASSERT_EQ(service().Count(sql), 1);
+      ASSERT_EQ(Service().Count(sql), 1);
     }
   }
   const QString all = QStringLiteral("select * from alg_comdetail");
-  EXPECT_EQ(service().Query(all).ColumnCount(), 6);
-  service().Execute(QStringLiteral("alter table alg_comdetail add EXTRA integer"));
-  EXPECT_EQ(service().Query(all).ColumnCount(), 7) << "a prepared statement must not outlive its table's shape";
+  EXPECT_EQ(Service().Query(all).ColumnCount(), 6);
+  Service().Execute(QStringLiteral("alter table alg_comdetail add EXTRA integer"));
+  EXPECT_EQ(Service().Query(all).ColumnCount(), 7) << "a prepared statement must not outlive its table's shape";
 }
 
 TEST_F(Statements, BadStatementsAreErrors) {
@@ -322,7 +322,7 @@ TEST_F(Statements, BadStatementsAreErrors) {
   EXPECT_EQ(ErrorOf(QStringLiteral("commit")).first, ErrorCategory::Refused);
   EXPECT_EQ(ErrorOf(QStringLiteral("set transaction read only")).first, ErrorCategory::Refused);
   EXPECT_EQ(ErrorOf(QString()).first, ErrorCategory::Database);
-  service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
   EXPECT_EQ(ErrorOf(InsertPortfolio(1, QStringLiteral("乙"))).first, ErrorCategory::Database) << "the id is a key";
 }
 
@@ -330,11 +330,11 @@ TEST_F(Statements, CallsFromManyThreadsRunOneAfterTheOther) {
   std::vector<std::thread> threads;
   for (int thread = 0; thread < 4; ++thread) {
     threads.emplace_back([this, thread] {
-      for (int i = 0; i < 25; ++i) service().Execute(InsertPortfolio(thread * 100 + i + 1, QStringLiteral("甲")));
+      for (int i = 0; i < 25; ++i) Service().Execute(InsertPortfolio(thread * 100 + i + 1, QStringLiteral("甲")));
     });
   }
   for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(service().Count(kCountPortfolios), 100);
+  EXPECT_EQ(Service().Count(kCountPortfolios), 100);
 }
 
 }  // namespace

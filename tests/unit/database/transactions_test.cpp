@@ -15,7 +15,7 @@ ErrorCategory CategoryOf(Call&& call) {
 
 class Transactions : public testing::Test {
  protected:
-  FirebirdUserData& service() { return database_.Service(); }
+  FirebirdUserData& Service() { return database_.Service(); }
   void Close() { database_.Close(); }
   void Reopen() { database_.Open(); }
 
@@ -24,106 +24,106 @@ class Transactions : public testing::Test {
 };
 
 TEST_F(Transactions, StatementsAloneAreStoredAtOnce) {
-  service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
   Reopen();
-  EXPECT_EQ(service().Count(kCountPortfolios), 1);
+  EXPECT_EQ(Service().Count(kCountPortfolios), 1);
 }
 
 TEST_F(Transactions, RolledBackIsGoneCommittedStays) {
-  service().StartTransaction();
-  EXPECT_TRUE(service().InTransaction());
-  service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
-  EXPECT_EQ(service().Count(kCountPortfolios), 1) << "seen inside";
-  service().RollBack();
-  EXPECT_FALSE(service().InTransaction());
-  EXPECT_EQ(service().Count(kCountPortfolios), 0);
-  service().StartTransaction();
-  service().Execute(InsertPortfolio(2, QStringLiteral("乙")));
-  service().Commit();
+  Service().StartTransaction();
+  EXPECT_TRUE(Service().InTransaction());
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
+  EXPECT_EQ(Service().Count(kCountPortfolios), 1) << "seen inside";
+  Service().RollBack();
+  EXPECT_FALSE(Service().InTransaction());
+  EXPECT_EQ(Service().Count(kCountPortfolios), 0);
+  Service().StartTransaction();
+  Service().Execute(InsertPortfolio(2, QStringLiteral("乙")));
+  Service().Commit();
   Reopen();
-  EXPECT_EQ(service().Count(QStringLiteral("select ID from alg_commain")), 2);
+  EXPECT_EQ(Service().Count(QStringLiteral("select ID from alg_commain")), 2);
 }
 
 TEST_F(Transactions, MisuseIsRefused) {
-  EXPECT_EQ(CategoryOf([&] { service().Commit(); }), ErrorCategory::Refused);
-  EXPECT_EQ(CategoryOf([&] { service().RollBack(); }), ErrorCategory::Refused);
-  service().StartTransaction();
-  service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
-  EXPECT_EQ(CategoryOf([&] { service().StartTransaction(); }), ErrorCategory::Refused);
-  EXPECT_TRUE(service().InTransaction()) << "the first one goes on";
-  service().Commit();
-  EXPECT_EQ(service().Count(kCountPortfolios), 1);
-  EXPECT_EQ(CategoryOf([&] { service().Commit(); }), ErrorCategory::Refused);
+  EXPECT_EQ(CategoryOf([&] { Service().Commit(); }), ErrorCategory::Refused);
+  EXPECT_EQ(CategoryOf([&] { Service().RollBack(); }), ErrorCategory::Refused);
+  Service().StartTransaction();
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
+  EXPECT_EQ(CategoryOf([&] { Service().StartTransaction(); }), ErrorCategory::Refused);
+  EXPECT_TRUE(Service().InTransaction()) << "the first one goes on";
+  Service().Commit();
+  EXPECT_EQ(Service().Count(kCountPortfolios), 1);
+  EXPECT_EQ(CategoryOf([&] { Service().Commit(); }), ErrorCategory::Refused);
 }
 
 TEST_F(Transactions, FailedStatementLeavesTheOthersOfItsTransaction) {
-  service().StartTransaction();
-  service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
-  EXPECT_EQ(CategoryOf([&] { service().Execute(InsertPortfolio(1, QStringLiteral("乙"))); }), ErrorCategory::Database);
-  EXPECT_EQ(CategoryOf([&] { service().Execute(InsertHolding("1", "1600000", "1.5", "1")); }), ErrorCategory::Refused);
-  service().Commit();
-  EXPECT_EQ(service().Count(kCountPortfolios), 1);
+  Service().StartTransaction();
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
+  EXPECT_EQ(CategoryOf([&] { Service().Execute(InsertPortfolio(1, QStringLiteral("乙"))); }), ErrorCategory::Database);
+  EXPECT_EQ(CategoryOf([&] { Service().Execute(InsertHolding("1", "1600000", "1.5", "1")); }), ErrorCategory::Refused);
+  Service().Commit();
+  EXPECT_EQ(Service().Count(kCountPortfolios), 1);
 }
 
 TEST_F(Transactions, ScopeRollsBackUnlessCommitted) {
   {
-    TransactionScope scope(service());
-    service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
+    TransactionScope scope(Service());
+    Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
   }
-  EXPECT_EQ(service().Count(kCountPortfolios), 0);
-  EXPECT_FALSE(service().InTransaction());
+  EXPECT_EQ(Service().Count(kCountPortfolios), 0);
+  EXPECT_FALSE(Service().InTransaction());
 }
 
 TEST_F(Transactions, OpenOneIsRolledBackWhenTheServiceGoes) {
-  service().StartTransaction();
-  service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
+  Service().StartTransaction();
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
   Reopen();
-  EXPECT_EQ(service().Count(kCountPortfolios), 0);
+  EXPECT_EQ(Service().Count(kCountPortfolios), 0);
 }
 
 TEST_F(Transactions, SessionHasItsOwn) {
-  const auto session = service().OpenSession();
+  const auto session = Service().OpenSession();
   session->StartTransaction();
   session->Execute(InsertPortfolio(1, QStringLiteral("甲")));
-  EXPECT_FALSE(service().InTransaction());
+  EXPECT_FALSE(Service().InTransaction());
   EXPECT_EQ(session->Count(kCountPortfolios), 1);
-  EXPECT_EQ(service().Count(kCountPortfolios), 0) << "not committed yet";
+  EXPECT_EQ(Service().Count(kCountPortfolios), 0) << "not committed yet";
   session->Commit();
-  EXPECT_EQ(service().Count(kCountPortfolios), 1);
+  EXPECT_EQ(Service().Count(kCountPortfolios), 1);
 }
 
 TEST_F(Transactions, SessionRollsBackAtItsEnd) {
   {
-    const auto session = service().OpenSession();
+    const auto session = Service().OpenSession();
     session->StartTransaction();
     session->Execute(InsertPortfolio(1, QStringLiteral("甲")));
   }
-  EXPECT_EQ(service().Count(kCountPortfolios), 0);
-  service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
-  EXPECT_EQ(service().Count(kCountPortfolios), 1);
+  EXPECT_EQ(Service().Count(kCountPortfolios), 0);
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
+  EXPECT_EQ(Service().Count(kCountPortfolios), 1);
 }
 
 TEST_F(Transactions, SessionMayOutliveTheService) {
-  auto session = service().OpenSession();
+  auto session = Service().OpenSession();
   session->StartTransaction();
   Close();
   session->Execute(InsertPortfolio(1, QStringLiteral("甲")));
   session->Commit();
   session.reset();
   Reopen();
-  EXPECT_EQ(service().Count(kCountPortfolios), 1);
+  EXPECT_EQ(Service().Count(kCountPortfolios), 1);
 }
 
 TEST_F(Transactions, ConflictIsBusyAndLeavesBothUsable) {
-  service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
-  const auto session = service().OpenSession();
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
+  const auto session = Service().OpenSession();
   session->StartTransaction();
   session->Execute(QStringLiteral("update alg_commain set SAVEFLAG = 1 where ID = 1"));
   const QString update = QStringLiteral("update alg_commain set SAVEFLAG = 2 where ID = 1");
-  EXPECT_EQ(CategoryOf([&] { service().Execute(update); }), ErrorCategory::Busy);
+  EXPECT_EQ(CategoryOf([&] { Service().Execute(update); }), ErrorCategory::Busy);
   session->Commit();
-  EXPECT_EQ(service().Execute(update), 1);
-  EXPECT_EQ(service().Count(QStringLiteral("select SAVEFLAG from alg_commain where ID = 1")), 2);
+  EXPECT_EQ(Service().Execute(update), 1);
+  EXPECT_EQ(Service().Count(QStringLiteral("select SAVEFLAG from alg_commain where ID = 1")), 2);
 }
 
 }  // namespace
