@@ -2,8 +2,8 @@
 
 #include <QFileInfo>
 
-#include "holdwise/packet/text_file.h"
 #include "holdwise/packet/packet_file.h"
+#include "holdwise/packet/text_file.h"
 #include "terminal_process.h"
 
 namespace holdwise::e2e {

@@ -3,9 +3,9 @@
 #include <QLabel>
 #include <QToolTip>
 
-#include "common/store/database.h"
 #include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
+#include "common/store/database.h"
 #include "performance_view_fixture.h"
 
 namespace holdwise::test {

@@ -116,7 +116,8 @@ class RandomInputs {
     const char* boards[] = {"600", "601", "688", "900", "000", "002", "300", "301", "200", "510"};
     const int count = Whole(1, 12);
     for (int i = 0; i < count; ++i) {
-      const QString code = QString::fromLatin1(boards[Whole(0, 9)]) + QStringLiteral("%1").arg(i + 2, 3, 10, QLatin1Char('0'));
+      const QString code =
+          QString::fromLatin1(boards[Whole(0, 9)]) + QStringLiteral("%1").arg(i + 2, 3, 10, QLatin1Char('0'));
       stocks_.push_back(code.toStdString());
       master += code.toLatin1() + ",\"名，\"\"" + code.toLatin1() + "\"\"\"," + (Chance(3) ? "" : "银行") + ',' +
                 (Chance(3) ? "" : "20200102") + '\n';
