@@ -5,6 +5,7 @@
 
 #include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
+#include "common/store/database.h"
 #include "performance_view_fixture.h"
 
 namespace holdwise::test {
