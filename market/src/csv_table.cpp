@@ -4,6 +4,7 @@
 
 #include "holdwise/packet/error.h"
 #include "holdwise/packet/number_text.h"
+#include "holdwise/packet/text_file.h"
 
 namespace holdwise {
 namespace {
