@@ -18,6 +18,7 @@
 #include "common/series/expect_value.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
+#include "common/store/statement_advice.h"
 #include "common/store/statements.h"
 #include "database/firebird_process.h"
 #include "files/down_file_role.h"
@@ -90,6 +91,7 @@ class Module {
  public:
   Module(int portfolios, int securities) {
     host.SetUserData(database.Service());
+    database.Service().Advise(sql::Advice());
     SetModuleHost(&host);
     FDBServer = &database.Service();
     TransactionScope transaction(database.Service());
