@@ -117,7 +117,7 @@ TEST_F(RefusedFolder, ImpossibleValuesAreRefused) {
       {"market.dat", marketHeadings, {Row("0,0,1")}, "日期0"},
       {"market.dat", marketHeadings, {Row("20240529,2,1")}, "模拟标志2"},
       {"market.dat", marketHeadings, {Row("20240529,0,2")}, "版本2"},
-      {"market.dat", marketHeadings, {Row("20240529,0,1"), Row("20240529,0,1")}, "一行"},
+      {"market.dat", marketHeadings, {Row("20240529,0,1"), Row("20240529,0,1")}, "最多 1"},
       {"market.dat", marketHeadings, {Row("99999999999,0,1")}, "超出范围"},
       {"securities.dat",
        securities,
