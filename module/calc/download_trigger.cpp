@@ -20,6 +20,8 @@ struct Calculated {
   QSet<QString> ids;
 };
 Calculated calculated;
+/// Counts the calls of RetryIncomplete: what a dialog began before one calculates is to be tried again all the same.
+int retries = 0;
 
 bool WereAllCalculated(UserDataSession& session, const QString& date) {
   if (calculated.ids.isEmpty() || calculated.date != date) return false;
@@ -45,8 +47,8 @@ bool HasUnfinished(UserDataSession& session) {
 
 void ShowCalculation() {
   frmCalc2 = std::make_unique<TfrmCalc2>();
-  const auto release = qScopeGuard([date = ModuleHost().DataCenter().CurrentDateText()] {
-    Remember(date, frmCalc2->Calculated());
+  const auto release = qScopeGuard([date = ModuleHost().DataCenter().CurrentDateText(), before = retries] {
+    if (before == retries) Remember(date, frmCalc2->Calculated());
     frmCalc2.reset();
   });
   frmCalc2->ShowModal();
@@ -72,6 +74,7 @@ void DownData() {
 
 void RetryIncomplete() {
   calculated = {};
+  ++retries;
 }
 
 }  // namespace holdwise

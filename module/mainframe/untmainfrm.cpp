@@ -256,6 +256,7 @@ bool TMainFrm::IsSettled() const {
 void TMainFrm::DataChanged() {
   RetryIncomplete();
   ReCalc();
+  if (!Timer_NowPrice.isActive()) return;  // the address has been left
   g_NowPrice->ReGetNowPrice();
   if (FCurFrame == nullptr) return;
   SendInit();

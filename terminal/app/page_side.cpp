@@ -96,6 +96,10 @@ ViewCatalogue* PageSide::EnterViews() {
   return item->Views();
 }
 
+void PageSide::DataFolderChanged() {
+  if (const TAddressItem* item = ViewAddress(); item != nullptr) item->Views()->DataChanged();
+}
+
 void PageSide::ChangeColorTheme() {
   addresses_.ChangeColorTheme();
 }

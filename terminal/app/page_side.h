@@ -33,6 +33,9 @@ class PageSide {
   [[nodiscard]] bool GoTo(const QString& address, const QString& parameter);
   /// Enters the address with views unless it is entered; null when there is none.
   [[nodiscard]] ViewCatalogue* EnterViews();
+  /// Tells the views that the data folder may hold now what was missing before. Nothing happens before they have been
+  /// entered.
+  void DataFolderChanged();
   /// Tells every page that the colours have changed.
   void ChangeColorTheme();
 

@@ -102,6 +102,10 @@ bool Terminal::OpenPages() {
   }
   window_.ClearObstacle();
   window_.ShowMarket(market_->Data(), market_->Connection());
+  MarketConnection& connection = market_->Connection();
+  QObject::connect(&connection, &MarketConnection::DataFolderChanged, &connection, [this] {
+    if (pages_ != nullptr) pages_->DataFolderChanged();
+  });
   if (pages_->LoadPlugins()) return true;
   window_.ShowObstacle(QStringLiteral("没有可用的插件"), pages_->Problems().join(QLatin1Char('\n')), QString(), again);
   return false;

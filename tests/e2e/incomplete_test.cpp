@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QThread>
 
 #include "terminal_process.h"
 
@@ -61,6 +62,33 @@ TEST_F(Incomplete, AMissingIndexFileLeavesNothingFinishedAndIsHealedWhenItIsBack
   const Outcome healed = Export();
   EXPECT_EQ(healed.exitCode, 0) << healed.err.toStdString();
   EXPECT_EQ(Risk(), WholeRisk());
+}
+
+/// The file comes back while the terminal runs: its calculation is taken up without a restart.
+TEST_F(Incomplete, AFileThatComesBackWhileTheTerminalRunsIsTakenUp) {
+  for (const char* name : {"股票/600002.dat", "指数/allzs.dat"}) {
+    const Bench work;
+    bench_.data = work.File("data");
+    CopyFolder(SharedMarket().Data(), bench_.data);
+    TakeAway(name);
+    const QStringList common{"--data", bench_.data, "--work", work.Work()};
+    RunningTerminal running(common + QStringList{"--parameter", "Skip风险计量"});
+    ASSERT_TRUE(running.WaitForWindow());
+    const auto handOver = [&](const QStringList& more) {
+      return RunTerminal(common + QStringList{"--export", bench_.File("out")} + more);
+    };
+    EXPECT_EQ(handOver(Import()).exitCode, 1);
+    EXPECT_EQ(handOver({}).exitCode, 1) << "nothing has come back yet";
+    PutBack(name);
+    Outcome healed;
+    for (int time = 0; time < 20 && healed.exitCode != 0; ++time) {
+      QThread::msleep(1000);
+      healed = handOver({});
+    }
+    EXPECT_EQ(healed.exitCode, 0) << healed.err.toStdString();
+    EXPECT_EQ(Risk(), WholeRisk());
+    EXPECT_EQ(running.Process().state(), QProcess::Running);
+  }
 }
 
 TEST_F(Incomplete, ADamagedReferenceFileEndsTheCalculation) {
