@@ -14,6 +14,7 @@
 #include "common/host/host_access.h"
 #include "common/series/all_stock_data.h"
 #include "common/series/expect_value.h"
+#include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
 #include "common/store/exchange_files.h"
@@ -195,6 +196,16 @@ void TMainFrm::ShowView(const TNodeData& view, const QTreeWidgetItem& node, TVie
 void TMainFrm::SendInit() {
   arePricesShown_ = g_NowPrice->HasPrices() && g_NowPrice->IsDataReady();
   SendFrameMessage(*FCurFrame, FrameMessage::Init);
+  ShowNotice(true);
+}
+
+void TMainFrm::ShowNotice(bool readAgain) {
+  const bool concernsSaved = FCurFrame != nullptr && RestOf(FCurFrame->Tag()) == RestsOn::Saved;
+  if (!concernsSaved) return RzPanel3->SetNotice({}, {});
+  if (readAgain) incomplete_ = IncompletePortfolios(Database());
+  // Before the first prices nothing shown rests on them.
+  const auto all = arePricesShown_ ? Together(incomplete_, PortfoliosLackingPrices(Database())) : incomplete_;
+  RzPanel3->SetNotice(NoticeOf(all), HintOf(all));
 }
 
 void TMainFrm::EnableTimer1() {
@@ -236,6 +247,7 @@ void TMainFrm::Timer_NowPriceTimer() {
   arePricesShown_ = g_NowPrice->HasPrices();
   g_NowPrice->ReGetNowPrice();
   SendFrameMessage(*FCurFrame, FrameMessage::ReflashNowPrice);
+  ShowNotice(false);
 }
 
 void TMainFrm::g_TimerOnTimer() {

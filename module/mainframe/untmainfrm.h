@@ -7,6 +7,7 @@
 #include "common/frames/frame_parts.h"
 #include "common/frames/view_frame.h"
 #include "common/host/theme_colors.h"
+#include "common/store/incomplete_portfolios.h"
 #include "mainframe/frame_splitter.h"
 #include "mainframe/navigation_tree.h"
 
@@ -60,6 +61,8 @@ class TMainFrm : public QWidget {
   void g_TimerOnTimer();
   void EnableTimer1();
   void SendInit();
+  /// Says in the title strip what the figures of the shown view lack. `readAgain`: the stored figures may have changed.
+  void ShowNotice(bool readAgain);
 
   FrameSplitter* splitter_ = nullptr;
   QWidget* RzPanel2 = nullptr;
@@ -77,6 +80,7 @@ class TMainFrm : public QWidget {
   TViewFrame* FCurFrame = nullptr;
   GridColors themeColors_;
   bool arePricesShown_ = false;
+  std::vector<IncompletePortfolio> incomplete_;  ///< by their stored figures, as last read
 };
 
 }  // namespace holdwise

@@ -57,7 +57,7 @@ QString HoldwiseViewCatalogue::Shortcoming() const {
 
 QStringList HoldwiseViewCatalogue::Incomplete() const {
   if (mainFrame_.isNull()) return {};
-  return LinesOf(IncompletePortfolios(Database())) + LinesOf(PortfoliosLackingPrices(Database()));
+  return LinesOf(Together(IncompletePortfolios(Database()), PortfoliosLackingPrices(Database())));
 }
 
 QWidget* HoldwiseViewCatalogue::Frame() const {

@@ -97,7 +97,7 @@ ViewCatalogue* PageSide::EnterViews() {
 }
 
 void PageSide::DataFolderChanged() {
-  if (const TAddressItem* item = ViewAddress(); item != nullptr) item->Views()->DataChanged();
+  if (TAddressItem* item = ViewAddress(); item != nullptr) item->Views()->DataChanged();
 }
 
 void PageSide::ChangeColorTheme() {

@@ -98,6 +98,7 @@ void WindowSide::ShowMarket(const MarketData& data, MarketConnection& connection
   window_.SetSimulated(data.IsSimulated());
   window_.SetDataDate(data.CurrentDateText());
   window_.SetQuotesProblem({});
+  window_.SetDataNotices(data.Notices());
   window_.SetBusState(false);
   QObject::connect(&connection.Bus(), &MessageBus::ConnectionStateChanged, &window_,
                    [this](MessageBus::State state) { window_.SetBusState(state == MessageBus::State::Connected); });

@@ -94,6 +94,8 @@ void MainWindow::BuildStatusBar() {
   quotesProblem_ = AddStatus(*statusBar());
   quotesProblem_->setText(QStringLiteral("行情没有更新"));
   quotesProblem_->hide();
+  dataNotices_ = AddStatus(*statusBar());
+  dataNotices_->hide();
   date_ = AddStatus(*statusBar());
   bus_ = AddStatus(*statusBar());
   database_ = AddStatus(*statusBar());
@@ -136,6 +138,13 @@ void MainWindow::SetDataDate(const QString& text) {
 void MainWindow::SetQuotesProblem(const QString& text) {
   quotesProblem_->setVisible(!text.isEmpty());
   quotesProblem_->setToolTip(text);
+}
+
+void MainWindow::SetDataNotices(const QStringList& notices) {
+  dataNotices_->setVisible(!notices.isEmpty());
+  dataNotices_->setText(QStringLiteral("数据有%1处未采用").arg(notices.size()));
+  dataNotices_->setToolTip(
+      notices.join(QLatin1Char('\n')).toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>")));
 }
 
 void MainWindow::SetBusState(bool isConnected) {

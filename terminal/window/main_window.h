@@ -39,6 +39,8 @@ class MainWindow : public QMainWindow {
   void SetDataDate(const QString& text);
   /// Why the quotes shown are not those of the data folder; empty when they are.
   void SetQuotesProblem(const QString& text);
+  /// What of the data folder's optional files is not used, a line each; an empty list takes the sign away.
+  void SetDataNotices(const QStringList& notices);
   void SetBusState(bool isConnected);
   void SetDatabase(const QString& text);
   /// A passing message in the status bar.
@@ -63,6 +65,7 @@ class MainWindow : public QMainWindow {
   QActionGroup* addressGroup_ = nullptr;
   QLabel* date_ = nullptr;
   QLabel* quotesProblem_ = nullptr;
+  QLabel* dataNotices_ = nullptr;
   QLabel* bus_ = nullptr;
   QLabel* database_ = nullptr;
   QProgressBar* progress_ = nullptr;

@@ -201,6 +201,21 @@ TEST_F(MainFrame, ANodeWhoseViewIsNotThereYetSaysSoInsteadOfShowingOldPrices) {
   EXPECT_FALSE(notice->isVisible());
 }
 
+TEST_F(MainFrame, PortfoliosThatLackDataAreNamedInTheTitleStrip) {
+  bench.AddPortfolio(1, QStringLiteral("稳健"), {{1000002, 200, 1, 9.5}});
+  Open();
+  bench.ClickNode(kPerformance);
+  bench.database.Service().Execute(QStringLiteral("update alg_commain set ISFINISHED = 1, LACKING = 1"));
+  bench.ClickNode(kRisk);
+  const QLabel* notice = LabelWith(QStringLiteral("1 个组合的数据不完整"));
+  ASSERT_NE(notice, nullptr);
+  EXPECT_TRUE(notice->isVisible());
+  EXPECT_TRUE(notice->toolTip().contains(QStringLiteral("稳健")));
+  EXPECT_TRUE(notice->toolTip().contains(QStringLiteral("000002")));
+  bench.ClickNode(kSmartAllocation);
+  EXPECT_FALSE(notice->isVisible()) << "it belongs to the page";
+}
+
 TEST_F(MainFrame, BeforeAnyViewTheWelcomeShowsAndTheStockPoolLinkDoesNot) {
   Open();
   const QLabel* welcome = LabelWith(QStringLiteral("请在左侧选择视图"));

@@ -1,5 +1,6 @@
 #include "common/series/missing_prices.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "common/host/host_access.h"
@@ -28,6 +29,20 @@ std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& dat
     Append(portfolio.missing, Lack::NoPrice, prices.value(portfolio.id));
     Append(portfolio.missing, Lack::NoPreviousClose, closes.value(portfolio.id));
     if (!portfolio.missing.empty()) portfolios.push_back(std::move(portfolio));
+  }
+  return portfolios;
+}
+
+std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portfolios,
+                                          const std::vector<IncompletePortfolio>& more) {
+  for (const IncompletePortfolio& one : more) {
+    const auto same = std::find_if(portfolios.begin(), portfolios.end(),
+                                   [&](const IncompletePortfolio& other) { return other.id == one.id; });
+    if (same == portfolios.end()) {
+      portfolios.push_back(one);
+    } else {
+      same->missing.insert(same->missing.end(), one.missing.begin(), one.missing.end());
+    }
   }
   return portfolios;
 }

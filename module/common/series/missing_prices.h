@@ -9,5 +9,8 @@ namespace holdwise {
 /// (change of the day) is not what it says. Nothing before the shared objects exist, and of prices nothing before the
 /// first reply. What a failing statement throws reaches the caller. User-interface thread.
 [[nodiscard]] std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& database);
+/// Two lists of incomplete portfolios as one: of a portfolio in both, what is missing in `more` comes last. Pure.
+[[nodiscard]] std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portfolios,
+                                                        const std::vector<IncompletePortfolio>& more);
 
 }  // namespace holdwise

@@ -527,6 +527,23 @@ TEST(MainWindowTest, TellsInTheStatusBarWhileTheQuotesAreNotFollowed) {
   EXPECT_EQ(told(), QStringList());
 }
 
+TEST(MainWindowTest, TellsInTheStatusBarWhatOfTheDataIsNotUsed) {
+  RecordingLog log;
+  const ThemeServices theme(ThemeKind::Dark, log);
+  MainWindow window(theme, {});
+  window.show();
+  const auto told = [&window] {
+    for (const QLabel* label : window.findChildren<QLabel*>())
+      if (label->isVisible() && label->text() == "数据有2处未采用") return label->toolTip();
+    return QString();
+  };
+  EXPECT_EQ(told(), QString());
+  window.SetDataNotices({"accounts.dat <坏>", "自选股"});
+  EXPECT_EQ(told(), "accounts.dat &lt;坏&gt;<br>自选股");
+  window.SetDataNotices({});
+  EXPECT_EQ(told(), QString());
+}
+
 class QuickEntryTest : public testing::Test {
  protected:
   QuickEntryTest() {
