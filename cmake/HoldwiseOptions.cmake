@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What every wing is built with. A wing links holdwise_options privately; nothing leaks through its public face.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

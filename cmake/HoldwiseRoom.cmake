@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # A room: one folder of a wing, one static library. Other rooms see its public headers and nothing else: they are linked into
 # an include folder of their own under the path they have in the wing ("common/grid/string_grid.h"). What is not public is
 # included from its own folder by its bare name ("grid_model.h").

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <QUtf8StringView>
 #include <algorithm>
 #include <string>

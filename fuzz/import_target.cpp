@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <QSet>
 #include <QUtf8StringView>
 #include <algorithm>

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Where things may stand: the arrows between wings and rooms, files, sizes, texts and scripts. Part of tools/lint."""
 import pathlib
 import re

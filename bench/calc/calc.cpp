@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One base-data file through the dialog's receive routine beside a hand-written prepared loop, and a thousand files
 // beside it; the decoding alone; the portfolio procedure; the whole dialog over a local folder; and the stress test.
 // The database is a real embedded one.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One price message to the performance view: every live cell of the list and of the shown holdings is computed and
 // written anew. Every price differs from the one before, so no cell keeps its text. Ten holdings a portfolio; the time
 // is that of the message alone, without painting.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One price reply, from message to both lists ready, and the series objects, for portfolios of ten holdings that hold
 // every security of the market once or more. The database is a real embedded one.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The yardstick for the terminal's start: an application with one empty main window, up to its first paint.
 #include <QApplication>
 #include <QMainWindow>

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Start of the terminal to its first painted view against the start of an empty Qt window, interleaved, and the terminal's
 resident memory. Makes a market of 5,500 securities x 500 days and 100 portfolios of 10 holdings first (kept in --folder).
 

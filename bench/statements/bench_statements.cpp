@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How fast the statistics rows of one file go into the database: the literal statements through the service, the same
 // literals through the Qt driver, and a hand-written loop over one prepared statement as the yardstick. Each way has a
 // database of its own; the rounds are interleaved.

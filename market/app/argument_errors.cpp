@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "argument_errors.h"
 
 #include <QRegularExpression>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "bar_folder.h"
 
 #include <QDir>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/market/csv_table.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/market/data_folder_builder.h"
 
 #include <QDir>

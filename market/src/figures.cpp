@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/market/figures.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/market/folder_swap.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/market/market_rules.h"
 
 #include <algorithm>

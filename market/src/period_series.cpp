@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/market/period_series.h"
 
 #include "holdwise/packet/dates.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/market/simulated_market.h"
 
 #include <QDir>

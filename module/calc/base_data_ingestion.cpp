@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "base_data_ingestion.h"
 
 #include <algorithm>

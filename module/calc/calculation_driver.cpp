@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calc/calculation_driver.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calculation_helpers.h"
 
 #include "common/store/statements.h"

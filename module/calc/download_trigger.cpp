@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calc/download_trigger.h"
 
 #include <QScopeGuard>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "unfinished_work.h"
 
 #include "common/store/statements.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "mainframe/frame_splitter.h"
 
 #include <QPaintEvent>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "mainframe/navigation_tree.h"
 
 #include <QHeaderView>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "mainframe/untmainfrm.h"
 
 #include <QPointer>

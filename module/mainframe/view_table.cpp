@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "mainframe/view_table.h"
 
 #include <algorithm>

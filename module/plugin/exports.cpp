@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "plugin/untpluginterface.h"
 
 // The plain names by which a host finds the plug-in.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise_addr_item.h"
 
 #include <QVBoxLayout>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "plugin/untpluginterface.h"
 
 #include <memory>

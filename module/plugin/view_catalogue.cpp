@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "view_catalogue.h"
 
 #include "calc/untcalc2.h"

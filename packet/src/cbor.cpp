@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cbor.h"
 
 #include <QUtf8StringView>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/packet/csv_reader.h"
 
 #include <algorithm>

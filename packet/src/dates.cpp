@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/packet/dates.h"
 
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "packet_decode.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/packet/packet_file.h"
 
 #include <algorithm>

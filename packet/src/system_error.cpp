@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/packet/system_error.h"
 
 #include <cerrno>

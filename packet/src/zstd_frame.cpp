@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "zstd_frame.h"
 
 #include <zstd.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "database_side.h"
 
 #include <utility>

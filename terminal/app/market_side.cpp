@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "market_side.h"
 
 #include "bus/embedded_market.h"

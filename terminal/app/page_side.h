@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 #include "database_side.h"
 #include "holdwise/sdk/catalogue.h"

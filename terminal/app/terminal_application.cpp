@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "terminal_application.h"
 
 #include <cstdio>

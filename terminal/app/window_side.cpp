@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window_side.h"
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "bus/data_down_role.h"
 
 #include <QDeadlineTimer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "bus/embedded_market.h"
 
 #include <QRandomGenerator>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "in_process_bus.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "database_file.h"
 
 #include <sys/prctl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "disk_space.h"
 
 #include <fcntl.h>

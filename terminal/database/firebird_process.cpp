@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "database/firebird_process.h"
 
 #include <fcntl.h>

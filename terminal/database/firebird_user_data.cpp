@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "database/firebird_user_data.h"
 
 #include <fcntl.h>

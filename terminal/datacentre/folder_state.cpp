@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "folder_state.h"
 
 #include <sys/stat.h>

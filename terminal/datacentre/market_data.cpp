@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "datacentre/market_data.h"
 
 #include <QTimeZone>

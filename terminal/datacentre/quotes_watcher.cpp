@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "datacentre/quotes_watcher.h"
 
 #include <QDir>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/down_file_role.h"
 
 #include <QDir>

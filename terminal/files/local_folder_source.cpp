@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "files/local_folder_source.h"
 
 #include <QDir>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "pages/address_registry.h"
 
 #include <algorithm>

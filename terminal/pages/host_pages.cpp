@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "pages/host_pages.h"
 
 #include <QLabel>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "pages/notice_page.h"
 
 #include <QFontDatabase>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "plugins/plugin_loader.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "plugins/terminal_host.h"
 
 #include "bus/data_down_role.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "process/background_thread.h"
 
 #include <sys/resource.h>

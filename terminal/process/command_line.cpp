@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "process/command_line.h"
 
 #include <QCommandLineParser>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "process/debug_log.h"
 
 #include "process/print.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "process/print.h"
 
 #include <cstdio>

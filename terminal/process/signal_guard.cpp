@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "process/signal_guard.h"
 
 #include <sys/eventfd.h>

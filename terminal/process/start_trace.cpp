@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "process/start_trace.h"
 
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "process/work_folder.h"
 
 #include <fcntl.h>

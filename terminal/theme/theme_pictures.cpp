@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "theme_pictures.h"
 
 #include <QHash>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "theme/theme_services.h"
 
 #include <QLabel>

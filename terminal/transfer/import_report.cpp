@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "transfer/import_report.h"
 
 namespace holdwise {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 #include "process/hand_over.h"
 #include "transfer/import.h"

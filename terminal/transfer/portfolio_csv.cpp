@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "portfolio_csv.h"
 
 #include <QHash>

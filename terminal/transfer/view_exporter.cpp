@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "transfer/view_exporter.h"
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "address_bar.h"
 
 #include <QKeyEvent>

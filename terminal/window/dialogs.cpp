@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/dialogs.h"
 
 #include <QDialog>

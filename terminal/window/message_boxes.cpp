@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/message_boxes.h"
 
 #include <QMessageBox>

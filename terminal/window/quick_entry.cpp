@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/quick_entry.h"
 
 #include <QApplication>

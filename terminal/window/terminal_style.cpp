@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/terminal_style.h"
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/title_frame.h"
 
 #include <QPainter>

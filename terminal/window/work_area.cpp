@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "window/work_area.h"
 
 #include <QEvent>

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Compares every cell of the performance view's exported grids with figures computed straight from daily bars.
 
 The real programs make a data folder from the CSV bars, import five portfolios and export the view; this script computes

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Compares the risk view, the stored figures and the risk files with figures computed straight from daily bars.
 
 The real programs make a data folder from CSV bars, import five portfolios, calculate them and export the view; this script

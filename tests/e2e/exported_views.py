@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Real programs over real bars: builds a data folder, imports five portfolios, exports the views, and reads what they show."""
 import argparse
 import csv

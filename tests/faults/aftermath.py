@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What must hold of a work folder after the terminal has been disturbed in it."""
 import shutil
 

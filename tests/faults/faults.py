@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the fault campaigns share."""
 import os
 import pathlib

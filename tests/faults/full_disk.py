@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Fills the disk under the terminal and looks whether anything is lost, mixed, left undone or not told.
 
 The work folder stands on a small disk in memory (a mount of its own, which needs root or user name spaces; without either

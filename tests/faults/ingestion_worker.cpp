@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The process that the fault campaigns end at random moments, and their look into a database.
 //
 //   holdwise-ingestion-worker loop DATABASE LOCKFOLDER FILES JOURNAL

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Kills the ingestion of base data at random moments (SIGKILL) and looks whether anything is lost or mixed.
 
 A bare loop ingests the files of some securities and of the indices again and again into a real embedded database, each file

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Kills the terminal at random moments (SIGKILL) and looks whether anything is lost, mixed or left undone.
 
 Each time the terminal opens a work folder, imports portfolios, shows the calculation dialog (download, ingestion, reference

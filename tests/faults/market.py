@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A small market in two states, an earlier and a later day, two imports, and what the terminal must make of them."""
 import csv
 import os

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Takes the right to write away from the terminal, here and there, and looks whether it says so and loses nothing.
 
 The whole work folder, an empty one, the database, the engine's lock files, the downloads, the log and the exchange files are

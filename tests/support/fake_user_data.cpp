@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fake_user_data.h"
 
 #include <algorithm>

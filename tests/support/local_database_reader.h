@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 #include "holdwise/sdk/database.h"
 #include "holdwise/sdk/datacenter.h"

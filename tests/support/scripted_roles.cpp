@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "scripted_roles.h"
 
 #include <QDir>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <QLabel>
 #include <QTest>
 #include <algorithm>

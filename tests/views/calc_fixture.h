@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 #include "../unit/module/engine_fixture.h"
 #include "calc/download_trigger.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The parts that views are put together from, each by itself.
 #include "common/frames/frame_parts.h"
 

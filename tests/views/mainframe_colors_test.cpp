@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The main frame's colours in two themes, by what is painted: the tree on the left, the title bar and the page on the
 // right. Places are those of the design, in pixels of the main frame.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The timer's branch for the portfolio editor: unsaved portfolios are the ones that count.
 #include <gtest/gtest.h>
 

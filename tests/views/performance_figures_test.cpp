@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "views/zhbx/performance_figures.h"
 
 #include <gtest/gtest.h>

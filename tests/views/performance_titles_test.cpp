@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The titles of the performance view's columns and where texts stand in their columns, measured on what is painted.
 #include <gtest/gtest.h>
 

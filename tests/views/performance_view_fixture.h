@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 #include "portfolio_view_fixture.h"
 #include "views/zhbx/performance_layout.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the views with a list of portfolios and the holdings of the selected one have in common, on each of them.
 #include <gtest/gtest.h>
 

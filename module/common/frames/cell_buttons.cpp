@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/frames/cell_buttons.h"
 
 #include <QPointer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/frames/column_table.h"
 
 #include <algorithm>

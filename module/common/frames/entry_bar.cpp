@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/frames/entry_bar.h"
 
 #include <QComboBox>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/frames/frame_part.h"
 
 namespace holdwise {

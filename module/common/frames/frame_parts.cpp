@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/frames/frame_parts.h"
 
 #include <QVBoxLayout>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/frames/holdings_panel.h"
 
 #include <QVBoxLayout>

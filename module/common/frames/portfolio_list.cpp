@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/frames/portfolio_list.h"
 
 #include <QScopeGuard>

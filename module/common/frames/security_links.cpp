@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/frames/security_links.h"
 
 #include <algorithm>

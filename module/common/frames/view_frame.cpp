@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/frames/view_frame.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/grid/cell_geometry.h"
 
 namespace holdwise {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/grid/delete_picture.h"
 
 #include <QLineF>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "grid_model.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/grid/grid_painter.h"
 
 #include <QFontMetrics>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/grid/string_grid.h"
 
 #include <QHeaderView>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/helpers/date_text.h"
 
 #include "holdwise/packet/dates.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/helpers/day_range.h"
 
 namespace holdwise {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/helpers/name_value_list.h"
 
 #include "holdwise/packet/error.h"

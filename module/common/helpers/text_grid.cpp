@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/helpers/text_grid.h"
 
 namespace holdwise {

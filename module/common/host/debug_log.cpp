@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/host/debug_log.h"
 
 #include <exception>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/host/download_role.h"
 
 #include "common/host/host_access.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/host/font.h"
 
 #include <QFontDatabase>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/host/theme_colors.h"
 
 namespace holdwise {

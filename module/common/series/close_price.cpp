@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/series/close_price.h"
 
 #include "common/helpers/date_text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/series/holding_rows.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/series/missing_prices.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/series/now_price.h"
 
 #include <utility>

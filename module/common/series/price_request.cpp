@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "price_request.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/series/shared_objects.h"
 
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/series/stock_close_price.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/series/user_value.h"
 
 #include "common/host/codes.h"

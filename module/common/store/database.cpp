@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/store/database.h"
 
 namespace holdwise {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/store/incomplete_portfolios.h"
 
 #include <QHash>

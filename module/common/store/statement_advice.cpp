@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/store/statement_advice.h"
 
 #include <QDate>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "views/fxjl/fxjl.h"
 
 #include "common/frames/holdings_panel.h"

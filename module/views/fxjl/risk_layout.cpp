@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "risk_layout.h"
 
 #include "holdwise/packet/number_text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "risk_rows.h"
 
 #include "common/frames/security_links.h"

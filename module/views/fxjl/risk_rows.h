@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 #include "common/grid/string_grid.h"
 #include "holdwise/packet/result_set.h"

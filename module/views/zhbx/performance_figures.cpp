@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "performance_figures.h"
 
 #include "holdwise/packet/number_text.h"

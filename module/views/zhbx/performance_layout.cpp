@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "performance_layout.h"
 
 namespace holdwise::performance {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "performance_rows.h"
 
 #include "common/frames/security_links.h"

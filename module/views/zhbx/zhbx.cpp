@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "views/zhbx/zhbx.h"
 
 #include <QLayout>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "database/engine/firebird_client.h"
 
 #include <pthread.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "database/engine/literal_binder.h"
 
 #include <firebird/Interface.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "database/engine/prepared_statement.h"
 
 namespace holdwise::firebird {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "database/engine/row_reader.h"
 
 #include <array>

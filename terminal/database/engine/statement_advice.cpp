@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "database/engine/statement_advice.h"
 
 #include <algorithm>

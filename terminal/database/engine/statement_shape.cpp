@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "database/engine/statement_shape.h"
 
 namespace holdwise::firebird {

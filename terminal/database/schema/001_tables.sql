@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Tables, generators and indexes. */
 
 /* No foreign key from holdings to portfolios: holdings are written before their header. No unique name either: an

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The two procedures that keep the figures of the portfolios. */
 
 /* Date (YYYYMMDD) of the latest index row the stored figures rest on; null while there are none. */

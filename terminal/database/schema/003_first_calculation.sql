@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The procedure that asks for calculations asks once where the date has no row of the index. */
 
 set term ^ ;

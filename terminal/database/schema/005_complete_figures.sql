@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Figures tell the date they rest on, and count a security from its first day with a return on. */
 
 /* CALCDATE: the date (YYYYMMDD) the stored figures rest on: the latest row of the index or, if that is older, the

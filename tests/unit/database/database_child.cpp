@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The other process of the opening tests: holdwise-database-child MODE FILE LOCKFOLDER.
 //   open      opens the database; the exit code is 0, or 10 + the category of the error, whose text goes to stdout
 //   hold      opens it, says "ready" and keeps it until standard input ends

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "database/disk_space.h"
 
 #include <gtest/gtest.h>

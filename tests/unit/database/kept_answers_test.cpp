@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "database/engine/kept_answers.h"
 
 #include <gtest/gtest.h>

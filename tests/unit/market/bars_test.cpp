@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 
 #include "holdwise/market/bar_reader.h"
 #include "holdwise/market/statistics.h"

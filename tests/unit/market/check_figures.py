@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Compares means, deviations and risk figures of a built data folder with numpy's over the bars it was built from.
 
 Usage: check_figures.py SOURCE DATA_FOLDER DAYS

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Computes every statistics row of some securities straight from their CSV files and compares the built data files.
 
 Usage: check_statistics.py BARS INDICES DATA_FOLDER LAST_DATE DAYS [BARS_CODE...]

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Made-up stocks with holes and late listings, and their figures by numpy: the independent calculation.
 
 A portfolio of one stock must have that stock's figures, so tests of the database's procedure use the same market:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/market/quote_service.h"
 
 #include <gtest/gtest.h>

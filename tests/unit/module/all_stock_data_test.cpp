@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/series/all_stock_data.h"
 
 #include "common/series/shared_objects.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calc/base_data_ingestion.h"
 
 #include <limits>

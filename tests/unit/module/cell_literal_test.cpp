@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/store/cell_literal.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 #include "common/series/all_stock_data.h"
 #include "common/series/expect_value.h"

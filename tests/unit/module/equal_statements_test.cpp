@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/store/database.h"
 #include "common/store/statement_advice.h"
 #include "common_fixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/store/exchange_files.h"
 
 #include <QDir>

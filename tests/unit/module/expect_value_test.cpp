@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/series/expect_value.h"
 
 #include "common/series/shared_objects.h"

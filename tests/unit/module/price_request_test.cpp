@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/series/price_request.h"
 
 #include "common_fixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calc/reference_tables.h"
 
 #include "engine_fixture.h"

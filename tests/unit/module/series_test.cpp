@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/helpers/day_range.h"
 #include "common/series/shared_objects.h"
 #include "common_fixture.h"

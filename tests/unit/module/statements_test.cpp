@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/store/statements.h"
 
 #include <gtest/gtest.h>

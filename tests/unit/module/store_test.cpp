@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
 #include "common_fixture.h"

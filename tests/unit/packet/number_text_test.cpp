@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/packet/number_text.h"
 
 #include <gtest/gtest.h>

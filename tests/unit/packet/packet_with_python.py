@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Reads and writes packet files with nothing but a CBOR and a zstd library, as docs/packet.cddl describes them.
 
 decode FILE: prints the columns as JSON.  encode FILE: writes a sample of its own.

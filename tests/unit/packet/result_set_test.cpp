@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "holdwise/packet/result_set.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/database_side.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "process/hand_over.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "transfer/import.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "market_folder.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// How securities are numbered wherever a number stands for one: data folder, database, services.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 #include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/packet_file.h"
