@@ -2,11 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
-#include <QLineEdit>
-#include <QMainWindow>
-#include <QPushButton>
-#include <QSplitter>
-#include <QStatusBar>
 #include <QTest>
 #include <QTimer>
 #include <thread>
@@ -20,10 +15,6 @@
 #include "theme/theme_services.h"
 #include "transfer/import_report.h"
 #include "transfer/view_exporter.h"
-#include "window/main_window.h"
-#include "window/message_boxes.h"
-#include "window/quick_entry.h"
-#include "window/title_frame.h"
 #include "window/work_area.h"
 
 namespace holdwise {
@@ -438,166 +429,6 @@ TEST(ViewExporterTest, SaysWhenTheFiguresAreNotTheLatest) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
   EXPECT_EQ(done, QStringList{"old"});
   EXPECT_TRUE(QFile::exists(folder.filePath("2-g_1-12.csv"))) << "everything is written all the same";
-}
-
-// --- widgets ---
-
-TEST(WorkAreaTest, ShowsOneFrameAndFillsItself) {
-  auto area = std::make_unique<WorkArea>();
-  area->resize(400, 300);
-  area->show();
-  int painted = 0;
-  area->OnFirstPaint = [&painted] { ++painted; };
-  QWidget first;
-  QWidget second;
-  area->ShowFrame(&first);
-  EXPECT_EQ(first.size(), QSize(400, 300));
-  ASSERT_TRUE(QTest::qWaitFor([&] { return painted == 1; }, 30000));
-  area->resize(500, 350);
-  QCoreApplication::processEvents();
-  EXPECT_EQ(first.size(), QSize(500, 350));
-  area->ShowFrame(&second);
-  EXPECT_EQ(first.parentWidget(), nullptr);
-  EXPECT_EQ(area->Frame(), &second);
-  second.setParent(nullptr);
-  EXPECT_EQ(area->Frame(), nullptr);
-  area->ShowFrame(&second);
-  area.reset();
-  EXPECT_EQ(second.parentWidget(), nullptr);
-  EXPECT_EQ(painted, 1);
-}
-
-TEST(TitleFrameTest, KeepsPanesWideEnough) {
-  RecordingLog log;
-  const ThemeServices theme(ThemeKind::Dark, log);
-  const std::unique_ptr<TFrmQMTitle> frame = MakeTitleFrame(theme);
-  auto* splitter = new QSplitter(frame->ClientPanel());
-  splitter->addWidget(new QWidget);
-  splitter->addWidget(new QWidget);
-  splitter->resize(800, 100);
-  splitter->show();
-  splitter->setSizes({10, 790});
-  frame->SplitterMoved(splitter);
-  EXPECT_EQ(splitter->sizes().at(0), 120);
-  splitter->setSizes({300, 490});
-  const QList<int> chosen = splitter->sizes();
-  frame->SplitterMoved(splitter);
-  EXPECT_EQ(splitter->sizes(), chosen);
-}
-
-TEST(MessageBoxesTest, AnswersOneForOkAndTwoForCancelOrClosing) {
-  MessageBoxes boxes;
-  QStringList buttons;
-  const auto answerWith = [&](int key) {
-    QTimer::singleShot(0, qApp, [&, key] {
-      QWidget* box = QApplication::activeModalWidget();
-      ASSERT_NE(box, nullptr);
-      buttons.clear();
-      for (const QPushButton* button : box->findChildren<QPushButton*>()) buttons.append(button->text());
-      QTest::keyClick(box, static_cast<Qt::Key>(key));
-    });
-  };
-  answerWith(Qt::Key_Return);
-  EXPECT_EQ(boxes.Vex_MessageBox("text", "caption", 1, 32), 1);
-  buttons.sort();
-  EXPECT_EQ(buttons, QStringList({"取消", "确定"}));
-  answerWith(Qt::Key_Escape);
-  EXPECT_EQ(boxes.Vex_MessageBox("text", "caption", 1, 32), 2);
-  answerWith(Qt::Key_Return);
-  EXPECT_EQ(boxes.Vex_MessageBox("text", "caption", 0, 128), 1);
-  EXPECT_EQ(buttons, QStringList{"确定"});
-}
-
-// --- window ---
-
-TEST(MainWindowTest, TellsInTheStatusBarWhileTheQuotesAreNotFollowed) {
-  RecordingLog log;
-  const ThemeServices theme(ThemeKind::Dark, log);
-  MainWindow window(theme, {});
-  window.show();
-  const auto told = [&window] {
-    QStringList hints;
-    for (const QLabel* label : window.statusBar()->findChildren<QLabel*>())
-      if (label->isVisible() && label->text() == "行情没有更新") hints.append(label->toolTip());
-    return hints;
-  };
-  EXPECT_EQ(told(), QStringList());
-  window.SetQuotesProblem("日期不同");
-  EXPECT_EQ(told(), QStringList{"日期不同"});
-  window.SetQuotesProblem({});
-  EXPECT_EQ(told(), QStringList());
-}
-
-TEST(MainWindowTest, TellsInTheStatusBarWhatOfTheDataIsNotUsed) {
-  RecordingLog log;
-  const ThemeServices theme(ThemeKind::Dark, log);
-  MainWindow window(theme, {});
-  window.show();
-  const auto told = [&window] {
-    for (const QLabel* label : window.findChildren<QLabel*>())
-      if (label->isVisible() && label->text() == "数据有2处未采用") return label->toolTip();
-    return QString();
-  };
-  EXPECT_EQ(told(), QString());
-  window.SetDataNotices({"accounts.dat <坏>", "自选股"});
-  EXPECT_EQ(told(), "accounts.dat &lt;坏&gt;<br>自选股");
-  window.SetDataNotices({});
-  EXPECT_EQ(told(), QString());
-}
-
-class QuickEntryTest : public testing::Test {
- protected:
-  QuickEntryTest() {
-    codes_.Add({"600000", "浦发银行", "银行", 1, {}, false});
-    window_.setCentralWidget(new QWidget);
-    window_.centralWidget()->setFocusPolicy(Qt::StrongFocus);
-    entry_ = std::make_unique<QuickEntry>(&window_, codes_);
-    entry_->OnChosen = [this](const QString& code) { chosen_.append(code); };
-    window_.resize(600, 400);
-    window_.show();
-    window_.activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
-    window_.centralWidget()->setFocus();
-  }
-  void Type(const QString& keys) {
-    for (const QChar key : keys) QTest::keyClick(QApplication::focusWidget(), key.toLatin1());
-  }
-  ScriptedCodeNums codes_;
-  QMainWindow window_;
-  std::unique_ptr<QuickEntry> entry_;
-  QStringList chosen_;
-};
-
-TEST_F(QuickEntryTest, DigitsOpenItAndEnterChooses) {
-  Type("600000");
-  EXPECT_TRUE(entry_->isVisible());
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-  EXPECT_EQ(chosen_, QStringList{"600000"});
-  EXPECT_FALSE(entry_->isVisible());
-}
-
-TEST_F(QuickEntryTest, AnUnknownCodeIsNotChosen) {
-  Type("600001");
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-  EXPECT_TRUE(chosen_.isEmpty());
-  EXPECT_TRUE(entry_->isVisible());
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-  EXPECT_FALSE(entry_->isVisible());
-}
-
-TEST_F(QuickEntryTest, LeavesKeysToFramesThatSwitchItOffAndToEditBoxes) {
-  entry_->SetCaptureEnabled(false);
-  Type("6");
-  EXPECT_FALSE(entry_->isVisible());
-  entry_->SetCaptureEnabled(true);
-  QLineEdit edit(window_.centralWidget());
-  edit.show();
-  edit.setFocus();
-  Type("6");
-  EXPECT_FALSE(entry_->isVisible());
-  EXPECT_EQ(edit.text(), "6");
-  Type("x");
-  EXPECT_FALSE(entry_->isVisible());
 }
 
 }  // namespace
