@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <cstdlib>
 #include <vector>
@@ -124,7 +124,7 @@ void CheckImported(const ResultSet& holdings, const ResultSet& portfolios, const
 
 const QTemporaryDir& Folder() {
   static const QTemporaryDir folder(
-      QDir(QStringLiteral("/dev/shm")).exists() ? QStringLiteral("/dev/shm/holdwise-XXXXXX") : QString());
+      QFileInfo(QStringLiteral("/dev/shm")).isWritable() ? QStringLiteral("/dev/shm/holdwise-XXXXXX") : QString());
   return folder;
 }
 

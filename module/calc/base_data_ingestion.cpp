@@ -17,7 +17,6 @@
 namespace holdwise::calc {
 namespace {
 
-const std::array<QString, 3> kIndexCodes = {QStringLiteral("1"), QStringLiteral("399001"), QStringLiteral("399300")};
 constexpr std::string_view kEmptyWhole = "0";
 constexpr std::string_view kEmptyAmount = "0.00";
 
@@ -95,7 +94,7 @@ class StatisticRows {
     const auto code = ParseInteger(std::string_view(text));
     if (family.isIndex) {
       if (text.empty()) sql::RefuseCell(rows_, row, code_, QStringLiteral("不是数"));
-      if (!code || *code > kStockBase || !IsIndexNumber(static_cast<int>(*code)))
+      if (!code || *code < 0 || *code > kStockBase || !IsIndexNumber(static_cast<int>(*code)))
         sql::RefuseCell(rows_, row, code_, QStringLiteral("不是指数"));
       return;
     }
@@ -135,8 +134,9 @@ void RemoveOldRows(DatabaseStatements& database, const BaseDataFamily& family, c
   if (family.is250) {
     MustExecute(database, sql::DeleteStatistics(code));
     if (!family.isIndex) return;
-    MustExecute(database, sql::DeleteStatistics(kIndexCodes[1]));
-    MustExecute(database, sql::DeleteStatistics(kIndexCodes[2]));
+    for (const int index : kIndexNumbers) {
+      if (index != kCompositeIndex) MustExecute(database, sql::DeleteStatistics(QString::number(index)));
+    }
   } else if (family.is20) {
     MustExecute(database,
                 sql::DeleteStatisticsBetween(code, forwardDate(kOldestDaysBack), forwardDate(kLatestDaysBack)));
@@ -148,7 +148,7 @@ void ClearLastDays(DatabaseStatements& database, const BaseDataFamily& family, c
     MustExecute(database, sql::ClearLastDay(code));
     return;
   }
-  for (const QString& index : kIndexCodes) MustExecute(database, sql::ClearLastDay(index));
+  for (const int index : kIndexNumbers) MustExecute(database, sql::ClearLastDay(QString::number(index)));
 }
 
 void AddRows(DatabaseStatements& database, const ResultSet& rows, const BaseDataFamily& family,

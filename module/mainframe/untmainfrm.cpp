@@ -147,13 +147,15 @@ int TMainFrm::GetFID(int nodeId) {
 }
 
 void TMainFrm::dxTLChangeNode(const QTreeWidgetItem* newNode) {
+  const bool isInvitation = std::exchange(isInvitation_, false);
   TViewFrame* previous = std::exchange(FCurFrame, nullptr);
   if (newNode == nullptr) return;
   const int frameId = GetFID(NavigationTree::IdOf(newNode));
   const TNodeData* view = FindView(frameId);
   if (view == nullptr) {
     // A node that the table does not know leaves the previous view on screen, but no longer current: intended.
-    if (FindNode(frameId) != nullptr) ShowMissingView(*newNode);
+    // Before a user has selected anything the page invites to do so.
+    if (!isInvitation && FindNode(frameId) != nullptr) ShowMissingView(*newNode);
     return;
   }
   const auto refresh = qScopeGuard([this] { ModuleHost().System().RefreshWorkArea(RzPanel4); });
@@ -166,11 +168,10 @@ QString TMainFrm::CaptionFor(const QTreeWidgetItem& node) {
 }
 
 void TMainFrm::ShowMissingView(const QTreeWidgetItem& node) {
-  // Before the first selection of a user the page invites to make one.
-  if (FFrameList.empty() && &node == tree_->topLevelItem(0)) return;
   const QString caption = CaptionFor(node);
   RzPanel3->SetCaption(caption);
   RzPanel3->SetNotice({}, {});
+  Label1->hide();
   welcome_->setText(QStringLiteral("“%1”页面还没有提供，请选择左侧的其他页面。").arg(caption));
   views_->setCurrentWidget(welcome_);
 }
@@ -204,8 +205,9 @@ void TMainFrm::ShowNotice(bool readAgain) {
   const bool concernsSaved = FCurFrame != nullptr && RestOf(FCurFrame->Tag()) == RestsOn::Saved;
   if (!concernsSaved) return RzPanel3->SetNotice({}, {});
   if (readAgain) incomplete_ = IncompletePortfolios(Database());
-  // Before the first prices nothing shown rests on them.
-  const auto all = arePricesShown_ ? Together(incomplete_, PortfoliosLackingPrices(Database())) : incomplete_;
+  // Only a live view shows what rests on prices, and only when they are in.
+  const bool showsPrices = arePricesShown_ && IsLive(FCurFrame->Tag());
+  const auto all = showsPrices ? Together(incomplete_, PortfoliosLackingPrices(Database())) : incomplete_;
   RzPanel3->SetNotice(NoticeOf(all), HintOf(all));
 }
 
@@ -218,6 +220,9 @@ void TMainFrm::InitProc() {
   g_NowPrice->SetDataReady(true);
   g_NowPrice->SetIsGetNowPrice(true);
   Timer_NowPrice.start();
+  if (!std::exchange(isReloadDue_, false) || FCurFrame == nullptr) return;
+  SendInit();
+  if (RestOf(FCurFrame->Tag()) != RestsOn::Nothing) EnableTimer1();
 }
 
 void TMainFrm::FinalProc() {
@@ -269,7 +274,9 @@ bool TMainFrm::IsSettled() const {
 void TMainFrm::DataChanged() {
   RetryIncomplete();
   ReCalc();
-  if (!Timer_NowPrice.isActive()) return;  // the address has been left
+  // Nobody looks while the address is left; entering it again makes up for it.
+  isReloadDue_ = !Timer_NowPrice.isActive();
+  if (isReloadDue_) return;
   g_NowPrice->ReGetNowPrice();
   if (FCurFrame == nullptr) return;
   SendInit();

@@ -81,6 +81,8 @@ class TMainFrm : public QWidget {
   TViewFrame* FCurFrame = nullptr;
   GridColors themeColors_;
   bool arePricesShown_ = false;
+  bool isInvitation_ = true;                     ///< until the first node has been shown
+  bool isReloadDue_ = false;                     ///< the data changed while the address was left
   std::vector<IncompletePortfolio> incomplete_;  ///< by their stored figures, as last read
 };
 

@@ -33,6 +33,17 @@ TEST(RiskLayoutTest, TitlesAreEleven) {
                          QStringLiteral("标准差"), QStringLiteral("Alpha系数"), QStringLiteral("BETA系数")}));
 }
 
+TEST(RiskLayoutTest, EveryFigureIsDrawnWithSixDecimalsAndNothingElse) {
+  const QStringList figures{QStringLiteral("方差"), QStringLiteral("标准差"), QStringLiteral("Alpha系数"),
+                            QStringLiteral("BETA系数")};
+  for (const ColumnTable& table : {PortfolioTable(), SecurityTable()}) {
+    for (const Column& column : table) {
+      EXPECT_EQ(column.decimals, figures.contains(column.title) ? 6 : TStringGrid::kWholeText)
+          << column.title.toStdString();
+    }
+  }
+}
+
 TEST(RiskFiguresTest, HaveSixDecimals) {
   EXPECT_EQ(FigureText(0.00012345), QStringLiteral("0.000123"));
   EXPECT_EQ(FigureText(-0.0000126), QStringLiteral("-0.000013"));

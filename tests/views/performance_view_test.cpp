@@ -163,7 +163,9 @@ TEST_F(PerformanceView, AHoldingOnItsFirstTradingDayLeavesThePortfolioWithoutACh
   const QStringList lines = LinesOf(PortfoliosLackingPrices(Database()));
   ASSERT_EQ(lines.size(), 1);
   EXPECT_TRUE(lines.first().startsWith(QStringLiteral("甲：")) && lines.first().contains(QStringLiteral("000002")) &&
-              lines.first().endsWith(QStringLiteral("没有昨收盘价")))
+              lines.first().contains(QStringLiteral("没有昨收盘价")) &&
+              lines.first().contains(QStringLiteral("没有上周收盘价")) &&
+              lines.first().contains(QStringLiteral("没有上月收盘价")))
       << lines.first().toStdString();
 }
 

@@ -19,8 +19,6 @@ class SecurityLinks {
   void MouseMove(const QPoint& position);
   /// Opens the security of the row under the mouse when a link is there.
   void MouseDown(const QPoint& position);
-  /// The cell whose text is under the mouse; none otherwise.
-  [[nodiscard]] const GridCell& Hovered() const noexcept { return hovered_; }
 
  private:
   TStringGrid& grid_;

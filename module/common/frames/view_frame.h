@@ -64,7 +64,6 @@ class TViewFrame : public QWidget {
   [[nodiscard]] virtual bool IsSettled() const { return true; }
 
  protected:
-  [[nodiscard]] const QString& UnitName() const noexcept { return unit_; }
   /// Puts a part below the ones there are; a part that stretches takes the height that is left.
   void AddPart(FramePart& part, bool stretches);
   bool event(QEvent* event) override;

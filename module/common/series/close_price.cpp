@@ -3,6 +3,7 @@
 
 #include "common/helpers/date_text.h"
 #include "common/helpers/day_range.h"
+#include "common/host/codes.h"
 #include "common/host/host_access.h"
 #include "common/series/holding_rows.h"
 #include "common/store/database.h"
@@ -33,15 +34,21 @@ TNameValueSnapshot WithCloses(const TNameValueSnapshot& before, sql::PeriodType 
   return closes;
 }
 
-TNameValueSnapshot WithSums(const TNameValueSnapshot& before, const ResultSet& holdings, const TNameValueList& closes) {
+TNameValueSnapshot WithSums(const TNameValueSnapshot& before, const ResultSet& holdings, const TNameValueList& closes,
+                            TMissingCodes& missing) {
+  missing.clear();
   auto sums = std::make_shared<TNameValueList>(*before);
   if (holdings.IsEmpty()) return sums;
   const int codeColumn = holdings.Column("SECUCODE");
   const int quantityColumn = holdings.Column("PZSL");
+  const int idColumn = holdings.Column("MAINID");
   StoreSumsByPortfolio(
       holdings,
       [&](int row) {
-        return RealOr(closes.ValueOf(holdings.TextAt(row, codeColumn))) * NumberAt(holdings, row, quantityColumn);
+        const QString code = holdings.TextAt(row, codeColumn);
+        const double close = RealOr(closes.ValueOf(code));
+        if (close <= 0) missing[holdings.TextAt(row, idColumn)].append(GetCodeCNum(code));
+        return close * NumberAt(holdings, row, quantityColumn);
       },
       *sums);
   return sums;
@@ -75,6 +82,16 @@ TNameValueSnapshot TClosePrice::GetMonthCloseStringList_Sum() {
   return monthSums_;
 }
 
+TMissingCodes TClosePrice::HoldingsWithoutWeekClose() {
+  RefreshSumsIfNeeded();
+  return withoutWeekClose_;
+}
+
+TMissingCodes TClosePrice::HoldingsWithoutMonthClose() {
+  RefreshSumsIfNeeded();
+  return withoutMonthClose_;
+}
+
 void TClosePrice::RefreshIfNeeded() {
   if (isGet_ && !isNeedUpdate_) return;
   isNeedUpdate_ = false;
@@ -99,8 +116,8 @@ void TClosePrice::RefreshSumsIfNeeded() {
   RefreshIfNeeded();
   if (!areSumsDue_) return;
   const ResultSet holdings = Database().Query(sql::kSavedHoldingsForCloses);
-  auto weekSums = WithSums(weekSums_, holdings, *weekCloses_);
-  monthSums_ = WithSums(monthSums_, holdings, *monthCloses_);
+  auto weekSums = WithSums(weekSums_, holdings, *weekCloses_, withoutWeekClose_);
+  monthSums_ = WithSums(monthSums_, holdings, *monthCloses_, withoutMonthClose_);
   weekSums_ = std::move(weekSums);
   areSumsDue_ = false;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include "common/helpers/name_value_list.h"
+#include "common/series/holding_rows.h"
 
 namespace holdwise {
 
@@ -22,6 +23,11 @@ class TClosePrice {
   TNameValueSnapshot GetWeekCloseStringList_Sum();
   TNameValueSnapshot GetMonthCloseStringList_Sum();
 
+  /// Holdings of saved portfolios without a close in the period, whose portfolio's sum is too small for a comparison
+  /// with it; as of the last sums.
+  [[nodiscard]] TMissingCodes HoldingsWithoutWeekClose();
+  [[nodiscard]] TMissingCodes HoldingsWithoutMonthClose();
+
   /// True: reads the closes again now.
   void SetIsGetClosePrice(bool flag);
   void ReGetClosePrice() { SetIsGetClosePrice(true); }
@@ -39,6 +45,8 @@ class TClosePrice {
   TNameValueSnapshot monthCloses_;
   TNameValueSnapshot weekSums_;
   TNameValueSnapshot monthSums_;
+  TMissingCodes withoutWeekClose_;
+  TMissingCodes withoutMonthClose_;
 };
 
 }  // namespace holdwise

@@ -20,7 +20,9 @@ void Append(std::vector<MissingInput>& inputs, Lack lack, const QStringList& cod
 std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& database) {
   const TMissingCodes prices = g_NowPrice ? g_NowPrice->HoldingsWithoutPrice() : TMissingCodes();
   const TMissingCodes closes = g_UserValue ? g_UserValue->HoldingsWithoutPreviousClose() : TMissingCodes();
-  if (prices.isEmpty() && closes.isEmpty()) return {};
+  const TMissingCodes weekCloses = g_ClosePrice ? g_ClosePrice->HoldingsWithoutWeekClose() : TMissingCodes();
+  const TMissingCodes monthCloses = g_ClosePrice ? g_ClosePrice->HoldingsWithoutMonthClose() : TMissingCodes();
+  if (prices.isEmpty() && closes.isEmpty() && weekCloses.isEmpty() && monthCloses.isEmpty()) return {};
   const ResultSet rows = database.Query(sql::kSavedPortfolios);
   const int id = rows.Column("ID");
   const int name = rows.Column("COMNAME");
@@ -29,6 +31,8 @@ std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& dat
     IncompletePortfolio portfolio{rows.TextAt(row, id), rows.TextAt(row, name), 0, {}};
     Append(portfolio.missing, Lack::NoPrice, prices.value(portfolio.id));
     Append(portfolio.missing, Lack::NoPreviousClose, closes.value(portfolio.id));
+    Append(portfolio.missing, Lack::NoWeekClose, weekCloses.value(portfolio.id));
+    Append(portfolio.missing, Lack::NoMonthClose, monthCloses.value(portfolio.id));
     if (!portfolio.missing.empty()) portfolios.push_back(std::move(portfolio));
   }
   return portfolios;

@@ -79,6 +79,10 @@ QString TextOf(const MissingInput& input) {
       return security + QStringLiteral("没有最新价");
     case Lack::NoPreviousClose:
       return security + QStringLiteral("没有昨收盘价");
+    case Lack::NoWeekClose:
+      return security + QStringLiteral("没有上周收盘价");
+    case Lack::NoMonthClose:
+      return security + QStringLiteral("没有上月收盘价");
   }
   return QStringLiteral("风险数据没有算完");
 }

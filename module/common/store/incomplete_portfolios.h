@@ -14,7 +14,9 @@ enum class Lack {
   NoStatistics,   ///< the index or a holding has no daily rows at all
   OldStatistics,  ///< its rows end before those of the others
   NoPrice,
-  NoPreviousClose
+  NoPreviousClose,
+  NoWeekClose,   ///< none in the week before
+  NoMonthClose,  ///< none in the month before
 };
 
 struct MissingInput {
