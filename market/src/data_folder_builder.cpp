@@ -234,9 +234,7 @@ void DataFolderBuild::WriteRisk(const std::vector<StockFile>& files, const std::
   for (std::size_t index = 0; index < std::size(kRiskFiles); ++index) {
     std::vector<RiskRow> rows;
     for (std::size_t i = 0; i < files.size(); ++i) {
-      // Without a return there is no figure: a row of zeros would read as one.
-      if (results[i].hasDays && results[i].risk[index].count > 0)
-        rows.push_back({files[i].code, results[i].risk[index]});
+      if (results[i].hasDays) rows.push_back({files[i].code, results[i].risk[index]});
     }
     Write(RiskFolder() + QString::fromUtf8(kRiskFiles[index]), RiskTable(rows), kSecuritiesLimits);
   }

@@ -42,15 +42,20 @@ TNameValueSnapshot WithSums(const TNameValueSnapshot& before, const ResultSet& h
   const int codeColumn = holdings.Column("SECUCODE");
   const int quantityColumn = holdings.Column("PZSL");
   const int idColumn = holdings.Column("MAINID");
+  QHash<QString, qsizetype> counts;
   StoreSumsByPortfolio(
       holdings,
       [&](int row) {
         const QString code = holdings.TextAt(row, codeColumn);
         const double close = RealOr(closes.ValueOf(code));
-        if (close <= 0) missing[holdings.TextAt(row, idColumn)].append(GetCodeCNum(code));
+        const QString id = holdings.TextAt(row, idColumn);
+        ++counts[id];
+        if (close <= 0) missing[id].append(GetCodeCNum(code));
         return close * NumberAt(holdings, row, quantityColumn);
       },
       *sums);
+  // A sum without any close is 0, and nothing is compared with it.
+  missing.removeIf([&](const auto& portfolio) { return portfolio.value().size() == counts[portfolio.key()]; });
   return sums;
 }
 

@@ -23,8 +23,8 @@ class TClosePrice {
   TNameValueSnapshot GetWeekCloseStringList_Sum();
   TNameValueSnapshot GetMonthCloseStringList_Sum();
 
-  /// Holdings of saved portfolios without a close in the period, whose portfolio's sum is too small for a comparison
-  /// with it; as of the last sums.
+  /// Holdings of saved portfolios without a close in the period while others of the portfolio have one: its sum is too
+  /// small to be compared with. As of the last sums.
   [[nodiscard]] TMissingCodes HoldingsWithoutWeekClose();
   [[nodiscard]] TMissingCodes HoldingsWithoutMonthClose();
 

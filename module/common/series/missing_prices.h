@@ -6,9 +6,10 @@
 
 namespace holdwise {
 
-/// The saved portfolios with holdings whose price, previous close, or close of the week or month before is not known,
-/// latest portfolio first: their value (change of the day, week, month) is not what it says. Nothing before the shared objects exist, and of prices nothing before the
-/// first reply. What a failing statement throws reaches the caller. User-interface thread.
+/// The saved portfolios with holdings whose price or previous close is not known, or whose close of the week or month
+/// before is not known while another holding's is, latest portfolio first: their value (change of the day, week, month)
+/// is not what it says. Nothing before the shared objects exist, and of prices nothing before the first reply. What a
+/// failing statement throws reaches the caller. User-interface thread.
 [[nodiscard]] std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& database);
 /// Two lists of incomplete portfolios as one: of a portfolio in both, what is missing in `more` comes last. Pure.
 [[nodiscard]] std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portfolios,

@@ -40,7 +40,7 @@ ResultSet NullCell(ColumnType type) {
 template <typename Call>
 std::string Outcome(Call call, const ResultSet& table) {
   try {
-    const auto literal = call(table, 0, 0);
+    auto literal = call(table, 0, 0);
     if constexpr (std::is_same_v<std::decay_t<decltype(literal)>, QString>)
       return literal.toStdString();
     else
