@@ -47,7 +47,9 @@ FolderSwap::FolderSwap(const QString& folder, const QString& marker) : folder_(R
 
   lock_ = std::make_unique<QLockFile>(parent + QStringLiteral("/.%1.lock").arg(info.fileName()));
   lock_->setStaleLockTime(0);  // held as long as its process lives
-  if (!lock_->tryLock()) {
+  // A process that was killed while it wrote its lock file leaves one without its number, which never looks stale;
+  // whether somebody still holds it, the system knows.
+  if (!lock_->tryLock() && !(lock_->removeStaleLockFile() && lock_->tryLock())) {
     if (lock_->error() == QLockFile::LockFailedError) {
       Fail(ErrorCategory::Busy, QStringLiteral("另一个进程正在写此目录"), folder_);
     }

@@ -110,5 +110,13 @@ TEST_F(Build, OneProcessAtATimeWritesAFolder) {
   EXPECT_EQ(Run().error, "");
 }
 
+/// What a process leaves that is killed between making its lock file and writing its number into it.
+TEST_F(Build, ALockFileThatNobodyHoldsIsNoLock) {
+  QFile left(files_.Path(QStringLiteral(".out.lock")));
+  ASSERT_TRUE(left.open(QIODevice::WriteOnly));
+  left.close();
+  EXPECT_EQ(Run().error, "");
+}
+
 }  // namespace
 }  // namespace holdwise
