@@ -182,12 +182,12 @@ void DataFolderBuild::WriteEstimates() {
 }
 
 void DataFolderBuild::WriteIndices() {
-  ResultSet table = MakeStatisticsTable(true);
+  ResultSet table = MakeStatisticsTable();
   for (std::size_t i = 0; i < std::size(kIndexNumbers); ++i) {
     const int number = kIndexNumbers[i];
     const std::vector<Bar>& bars = indices_.at(number).bars;
     indexReturns_[i] = ReturnsOf(bars, window_);
-    AppendStatistics(table, bars, indexReturns_[i], window_, riskFreePerDay_, number);
+    AppendStatistics(table, {number, bars, {}}, indexReturns_[i], window_, riskFreePerDay_);
     quotes_[number] = ClosingQuote(bars);
   }
   summary_.rows += table.RowCount();
@@ -258,8 +258,9 @@ DataFolderBuild::StockResult DataFolderBuild::WriteStock(const StockFile& stock)
     result.rejections.push_back({stock.path, 0, QStringLiteral("没有可用的行")});
     return result;
   }
-  ResultSet table = MakeStatisticsTable(false);
-  const DailyFigures daily = AppendStatistics(table, file.bars, indexReturns_.front(), window_, riskFreePerDay_);
+  ResultSet table = MakeStatisticsTable();
+  const DailyFigures daily = AppendStatistics(table, {CodeNumberOfStock(stock.code), file.bars, tradingDates_},
+                                              indexReturns_.front(), window_, riskFreePerDay_);
   Write(StatisticsFolder() + QStringLiteral("股票/%1.dat").arg(QString::fromStdString(stock.code)), table,
         kStockSeriesLimits);
   result.isWritten = true;

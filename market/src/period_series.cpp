@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "holdwise/market/period_series.h"
 
+#include <algorithm>
+
 #include "holdwise/packet/dates.h"
 
 namespace holdwise {
@@ -34,6 +36,20 @@ PeriodSeries ComputeSeries(std::span<const Bar> bars, PeriodType type, Window wi
     previousClose = bar.close;
   }
   return series;
+}
+
+std::vector<Bar> StandingBars(std::span<const Bar> bars, std::span<const int> tradingDates) {
+  std::vector<Bar> standing;
+  if (bars.empty()) return standing;
+  auto date = std::upper_bound(tradingDates.begin(), tradingDates.end(), bars.front().date);
+  standing.reserve(bars.size() + static_cast<std::size_t>(tradingDates.end() - date));
+  for (const Bar& bar : bars) {
+    for (; date != tradingDates.end() && *date < bar.date; ++date) standing.push_back({*date, standing.back().close});
+    if (date != tradingDates.end() && *date == bar.date) ++date;
+    standing.push_back(bar);
+  }
+  for (; date != tradingDates.end(); ++date) standing.push_back({*date, standing.back().close});
+  return standing;
 }
 
 }  // namespace holdwise

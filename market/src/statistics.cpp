@@ -12,6 +12,7 @@ namespace {
 constexpr int kRiskDigits = 12;
 
 enum StatisticsColumn {
+  kCode,
   kClosePrice,
   kType,
   kRowId,
@@ -34,31 +35,30 @@ struct SeriesHead {
 };
 
 void AppendSeries(ResultSet& table, const PeriodSeries& series, const SeriesHead& head) {
-  const int shift = table.Column("closeprice");  // 1 behind a code column
   const int count = static_cast<int>(series.size());
   for (int i = 0; i < count; ++i) {
     const PeriodRow& period = series[static_cast<std::size_t>(i)];
     const int row = table.AppendRow();
-    if (shift > 0) table.SetInteger(row, 0, head.code);
-    table.SetReal(row, shift + kClosePrice, period.close);
-    table.SetInteger(row, shift + kType, static_cast<int>(head.type));
-    table.SetInteger(row, shift + kRowId, i + 1);
-    table.SetReal(row, shift + kReturn, period.periodReturn);
-    table.SetReal(row, shift + kMeanReturn, head.figures.meanReturn);
-    table.SetInteger(row, shift + kDate, period.date);
-    table.SetReal(row, shift + kOldClosePrice, period.previousClose);
-    table.SetReal(row, shift + kDeviation, head.figures.deviation);
-    table.SetInteger(row, shift + kIsLastDay, i + 1 == count ? 1 : 0);
-    table.SetInteger(row, shift + kStartDate, head.window.startDate);
-    table.SetInteger(row, shift + kEndDate, head.window.endDate);
+    table.SetInteger(row, kCode, head.code);
+    table.SetReal(row, kClosePrice, period.close);
+    table.SetInteger(row, kType, static_cast<int>(head.type));
+    table.SetInteger(row, kRowId, i + 1);
+    table.SetReal(row, kReturn, period.periodReturn);
+    table.SetReal(row, kMeanReturn, head.figures.meanReturn);
+    table.SetInteger(row, kDate, period.date);
+    table.SetReal(row, kOldClosePrice, period.previousClose);
+    table.SetReal(row, kDeviation, head.figures.deviation);
+    table.SetInteger(row, kIsLastDay, i + 1 == count ? 1 : 0);
+    table.SetInteger(row, kStartDate, head.window.startDate);
+    table.SetInteger(row, kEndDate, head.window.endDate);
   }
 }
 
 }  // namespace
 
-ResultSet MakeStatisticsTable(bool hasCode) {
+ResultSet MakeStatisticsTable() {
   ResultSet table;
-  if (hasCode) table.AddColumn("SecuCode", ColumnType::Integer);
+  table.AddColumn("SecuCode", ColumnType::Integer);
   table.AddColumn("closeprice", ColumnType::Real);
   table.AddColumn("hqtype", ColumnType::Integer);
   table.AddColumn("rowid", ColumnType::Integer);
@@ -73,15 +73,16 @@ ResultSet MakeStatisticsTable(bool hasCode) {
   return table;
 }
 
-DailyFigures AppendStatistics(ResultSet& table, std::span<const Bar> bars, const MarketReturns& market, Window window,
-                              double riskFreePerDay, int code) {
+DailyFigures AppendStatistics(ResultSet& table, const SecurityBars& security, const MarketReturns& market,
+                              Window window, double riskFreePerDay) {
+  const std::vector<Bar> standing = StandingBars(security.bars, security.tradingDates);
   DailyFigures daily;
-  for (std::size_t i = 0; i < market.size(); ++i) {
+  for (std::size_t i = 0; i < std::size(kPeriodTypes); ++i) {
     const PeriodType type = kPeriodTypes[i];
-    PeriodSeries series = ComputeSeries(bars, type, window);
+    PeriodSeries series = ComputeSeries(type == PeriodType::Day ? security.bars : standing, type, window);
     // A rate a day, whatever the period: the rows hold mean and deviation, which do not depend on it.
     const Figures figures = ComputeFigures(series, market[i], riskFreePerDay);
-    AppendSeries(table, series, {code, type, window, figures});
+    AppendSeries(table, series, {security.code, type, window, figures});
     if (type == PeriodType::Day) daily = {std::move(series), figures};
   }
   return daily;

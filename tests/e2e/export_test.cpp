@@ -60,6 +60,23 @@ TEST(Export, ShowsImportedPortfoliosWithTheirValues) {
   EXPECT_GE(picture.height(), 500);
 }
 
+// Stock 600001 has no bar from 1 April to 26 May 2024: its price of week and month before is that of 29 March, the
+// market's 15th day, 1.15; of 600002 they are those of the 55th and the 37th day. 100 x 1.60 + 200 x 2.60 = 680 against
+// 115 + 510 = 625 and 115 + 474 = 589.
+TEST(Export, AStockThatDidNotTradeForWeeksHasThePriceItHadBefore) {
+  const Market market;
+  market.RemoveBars("600001", "2024-04-01", "2024-05-26");
+  market.Build(market.Data());
+  Bench bench;
+  bench.data = market.Data();
+  const QString file = bench.Write("p.csv", TwoPortfolios());
+  const Outcome outcome = RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")}));
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+  const std::vector<QStringList> portfolios = ReadCsv(bench.File("out/2001-strngrd.csv"));
+  ASSERT_EQ(portfolios.size(), 3U);
+  EXPECT_EQ(portfolios[2].mid(2, 4), QStringList({"680.00", "0.44%", "8.80%", "15.45%"}));
+}
+
 TEST(Export, KeepsEverythingPrivate) {
   const Bench bench;
   const QString file = bench.Write("p.csv", TwoPortfolios());

@@ -89,9 +89,30 @@ Market::Market() : data_(folder_.filePath("data")) {
   WriteText(root.filePath("securities.csv"), securities);
   for (const char* index : {"1", "399001", "399300"})
     WriteText(root.filePath(QString("indices/%1.csv").arg(index)), Bars(300000));
-  const Outcome built =
-      Run(Program("holdwise-market"), {"build", "--bars", root.filePath("bars"), "--indices", root.filePath("indices"),
-                                       "--securities", root.filePath("securities.csv"), "--out", data_});
+  Build(data_);
+}
+
+void Market::RemoveBars(const QString& code, const QString& first, const QString& last) const {
+  const QString path = folder_.filePath("bars/" + code + ".csv");
+  QByteArray kept;
+  for (const QByteArray& line : ReadTextFile(path).split('\n')) {
+    const QString day = QString::fromLatin1(line.left(10));
+    if (!line.isEmpty() && (day < first || day > last)) kept += line + '\n';
+  }
+  WriteText(path, kept);
+}
+
+void Market::Build(const QString& out, const QStringList& more) const {
+  const QStringList arguments{"build",
+                              "--bars",
+                              folder_.filePath("bars"),
+                              "--indices",
+                              folder_.filePath("indices"),
+                              "--securities",
+                              folder_.filePath("securities.csv"),
+                              "--out",
+                              out};
+  const Outcome built = Run(Program("holdwise-market"), arguments + more);
   EXPECT_EQ(built.exitCode, 0) << built.err.toStdString();
 }
 

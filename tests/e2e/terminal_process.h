@@ -32,6 +32,10 @@ class Market {
  public:
   Market();
   [[nodiscard]] const QString& Data() const { return data_; }
+  /// Takes the lines of some days (YYYY-MM-DD, both included) out of a stock's bars; Build makes a folder of the rest.
+  void RemoveBars(const QString& code, const QString& first, const QString& last) const;
+  /// Writes a data folder of the bars as they are now, in place of the one that stands there.
+  void Build(const QString& out, const QStringList& more = {}) const;
 
  private:
   QTemporaryDir folder_;

@@ -229,6 +229,55 @@ TEST(Statistics, SuspendedWeeksAndMissingDaysHaveNoRow) {
   EXPECT_EQ(RowsText(ComputeSeries(bars, PeriodType::Month, window)), "20240318:12:0 20240506:15:12 ");
 }
 
+// Fridays and month ends: 2024-03-15 a week without a bar, April a month without one; the 29th has the bar itself.
+TEST(Statistics, APriceThatStandsStillHasItsWeeksAndMonths) {
+  const Bar bars[] = {{20240306, 10}, {20240308, 11}, {20240318, 12}, {20240329, 14}, {20240506, 15}};
+  const int tradingDates[] = {20240305, 20240308, 20240315, 20240318, 20240322, 20240329, 20240412, 20240430, 20240507};
+  const std::vector<Bar> standing = StandingBars(bars, tradingDates);
+  EXPECT_EQ(standing, (std::vector<Bar>{{20240306, 10},
+                                        {20240308, 11},
+                                        {20240315, 11},
+                                        {20240318, 12},
+                                        {20240322, 12},
+                                        {20240329, 14},
+                                        {20240412, 14},
+                                        {20240430, 14},
+                                        {20240506, 15},
+                                        {20240507, 15}}));
+  const Window window{20240311, 20240531};
+  EXPECT_EQ(RowsText(ComputeSeries(standing, PeriodType::Week, window)),
+            "20240315:11:11 20240322:12:11 20240329:14:12 20240412:14:14 20240430:14:14 20240507:15:14 ");
+  EXPECT_EQ(RowsText(ComputeSeries(standing, PeriodType::Month, window)),
+            "20240329:14:0 20240430:14:14 20240507:15:14 ");
+  EXPECT_TRUE(StandingBars({}, tradingDates).empty());
+  EXPECT_EQ(StandingBars(bars, {}), std::vector<Bar>(std::begin(bars), std::end(bars)));
+}
+
+TEST(Statistics, DaysHaveRowsForBarsOnlyWeeksAndMonthsAlsoForAStandingPrice) {
+  ResultSet table = MakeStatisticsTable();
+  const Bar bars[] = {{20240130, 10}, {20240213, 12}};
+  const int tradingDates[] = {20240129, 20240130, 20240131, 20240201, 20240208, 20240213, 20240214};
+  const Window window{20240130, 20240214};
+  const MarketReturns market = ReturnsOf(std::vector<Bar>{{20240130, 1}, {20240208, 1}, {20240214, 1}}, window);
+  const DailyFigures daily = AppendStatistics(table, {1600000, bars, tradingDates}, market, window, 0);
+  EXPECT_EQ(RowsText(daily.series), "20240130:10:0 20240213:12:10 ");
+  std::string rows;
+  for (int row = 0; row < table.RowCount(); ++row) {
+    for (const char* name : {"SecuCode", "hqtype", "rowid", "hqdate", "closeprice", "oldcloseprice", "islastday"}) {
+      rows += table.Utf8At(row, table.Column(name)) + " ";
+    }
+    rows += "\n";
+  }
+  EXPECT_EQ(rows,
+            "1600000 0 1 20240130 10 0 0 \n"
+            "1600000 0 2 20240213 12 10 1 \n"
+            "1600000 1 1 20240201 10 0 0 \n"
+            "1600000 1 2 20240208 10 10 0 \n"
+            "1600000 1 3 20240214 12 10 1 \n"
+            "1600000 2 1 20240131 10 0 0 \n"
+            "1600000 2 2 20240214 12 10 1 \n");
+}
+
 TEST(Statistics, PreviousClosesComeFromBeforeTheWindow) {
   const Bar bars[] = {{20240129, 8}, {20240131, 9}, {20240201, 10}, {20240202, 11}, {20240205, 12}};
   const Window window{20240202, 20240205};
@@ -261,14 +310,14 @@ TEST(Statistics, FiguresLeaveOutTheRowWithoutPreviousClose) {
 }
 
 TEST(Statistics, TableHasTheColumnsInOrderAndMarksTheLastRow) {
-  ResultSet table = MakeStatisticsTable(true);
+  ResultSet table = MakeStatisticsTable();
   std::string names;
   for (int column = 0; column < table.ColumnCount(); ++column) names += table.ColumnName(column) + " ";
   EXPECT_EQ(names,
             "SecuCode closeprice hqtype rowid ggqjsyl pjsyl hqdate oldcloseprice sylbzc islastday startdate enddate ");
   const Bar bars[] = {{20240130, 10}, {20240131, 11}, {20240201, 12}};
   const Window window{20240130, 20240201};
-  AppendStatistics(table, bars, ReturnsOf(bars, window), window, 0, 399001);
+  AppendStatistics(table, {399001, bars, {}}, ReturnsOf(bars, window), window, 0);
   std::string rows;
   for (int row = 0; row < table.RowCount(); ++row) {
     for (const char* name : {"SecuCode", "hqtype", "rowid", "hqdate", "islastday", "startdate", "enddate"}) {

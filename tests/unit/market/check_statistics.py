@@ -12,11 +12,11 @@ import cbor2
 import numpy as np
 import zstandard
 
-from made_up_market import DAY, MONTH, WEEK, figures, read_bars, series
+from made_up_market import DAY, MONTH, WEEK, figures, read_bars, series, stock_series
 
 TOLERANCE = 1e-12
 REAL_COLUMNS = {"closeprice", "ggqjsyl", "pjsyl", "oldcloseprice", "sylbzc"}
-ORDER = ["closeprice", "hqtype", "rowid", "ggqjsyl", "pjsyl", "hqdate", "oldcloseprice", "sylbzc", "islastday",
+ORDER = ["SecuCode", "closeprice", "hqtype", "rowid", "ggqjsyl", "pjsyl", "hqdate", "oldcloseprice", "sylbzc", "islastday",
          "startdate", "enddate"]
 
 
@@ -24,14 +24,15 @@ def number(day):
     return day.year * 10000 + day.month * 100 + day.day
 
 
-def expected_rows(bars, market_bars, first, last):
-    """`market_bars` are those of the index whose periods count."""
+def expected_rows(code, bars, market_bars, window, trading_dates=()):
+    """`market_bars` are those of the index whose periods count; on `trading_dates` the price stands still."""
     rows = []
+    first, last = window
     for kind in (DAY, WEEK, MONTH):
-        own = series(bars, kind, first, last)
+        own = stock_series(bars, kind, first, last, trading_dates)
         wanted = figures(own, series(market_bars, kind, first, last), 0.0)
         for i, (_, day, close, old, change) in enumerate(own):
-            rows.append({"closeprice": close, "hqtype": kind, "rowid": i + 1, "ggqjsyl": change,
+            rows.append({"SecuCode": code, "closeprice": close, "hqtype": kind, "rowid": i + 1, "ggqjsyl": change,
                          "pjsyl": wanted["mean"], "hqdate": number(day), "oldcloseprice": old,
                          "sylbzc": wanted["deviation"], "islastday": int(i + 1 == len(own)),
                          "startdate": number(first), "enddate": number(last)})
@@ -87,21 +88,21 @@ def main():
     codes = sys.argv[6:]
     last = datetime.date.max if last_text == "-" else datetime.date.fromisoformat(last_text)
     indices = {code: read_bars(os.path.join(indices_folder, f"{code}.csv"), last) for code in (1, 399001, 399300)}
-    dates = sorted({day for bars in indices.values() for day, _ in bars})[-int(days):]
+    dates = sorted({day for bars in indices.values() for day, _ in bars})
+    window = (dates[-int(days):][0], dates[-1])
     values, worst = 0, 0.0
     for code in codes:
         names, rows = columns_of(os.path.join(data, "QMTL/TZZH/Day250/股票", f"{code}.dat"))
         if names != ORDER:
             sys.exit(f"{code}: columns {names}")
-        wanted = expected_rows(read_bars(os.path.join(bars_folder, f"{code}.csv"), last), indices[1],
-                               dates[0], dates[-1])
+        wanted = expected_rows(int("1" + code), read_bars(os.path.join(bars_folder, f"{code}.csv"), last), indices[1],
+                               window, dates)
         difference, count = compare(code, rows, wanted)
         worst, values = max(worst, difference), values + count
     names, rows = columns_of(os.path.join(data, "QMTL/TZZH/Day250/指数/allzs.dat"))
-    if names != ["SecuCode"] + ORDER:
+    if names != ORDER:
         sys.exit(f"indices: columns {names}")
-    wanted = [dict(row, SecuCode=code) for code, bars in indices.items()
-              for row in expected_rows(bars, bars, dates[0], dates[-1])]
+    wanted = [row for code, bars in indices.items() for row in expected_rows(code, bars, bars, window)]
     difference, count = compare("indices", rows, wanted)
     print(f"{values + count} values, worst relative difference {max(worst, difference):.3g}")
 

@@ -102,6 +102,21 @@ def series(bars, kind, first, last):
     return rows
 
 
+def with_standing_price(bars, trading_dates):
+    """`bars` and, on each trading date after the first of them that has none, the last close before it again."""
+    own, rows, close = dict(bars), [], None
+    for day in sorted(set(own) | set(trading_dates)):
+        close = own.get(day, close)
+        if close is not None:
+            rows.append((day, close))
+    return rows
+
+
+def stock_series(bars, kind, first, last, trading_dates):
+    """A stock's series: days as its bars are, weeks and months of a price that stands still without bars."""
+    return series(bars if kind == DAY else with_standing_price(bars, trading_dates), kind, first, last)
+
+
 def figures(own, market, risk_free):
     """The figures of a series against an index's, by numpy in extended precision.
 
@@ -130,18 +145,20 @@ def figures(own, market, risk_free):
 class Market:
     def __init__(self, folder, days):
         self.indices = {number: read_bars(os.path.join(folder, "indices", f"{number}.csv")) for number in INDICES}
-        dates = sorted({day for bars in self.indices.values() for day, _ in bars})[-days:]
-        self.first, self.last = dates[0], dates[-1]
+        self.dates = sorted({day for bars in self.indices.values() for day, _ in bars})
+        self.first, self.last = self.dates[-days:][0], self.dates[-1]
         self.stocks = {name[:6]: read_bars(os.path.join(folder, "bars", name))
                        for name in sorted(os.listdir(os.path.join(folder, "bars")))}
         self.risk_free = YEAR_RATE / 100 / 250
 
     def series(self, bars, kind=DAY):
-        return series(bars, kind, self.first, self.last)
+        """Of a stock."""
+        return stock_series(bars, kind, self.first, self.last, self.dates)
 
     def figures(self, code, kind=DAY, index=1, risk_free=None):
         rate = self.risk_free if risk_free is None else risk_free
-        return figures(self.series(self.stocks[code], kind), self.series(self.indices[index], kind), rate)
+        market = series(self.indices[index], kind, self.first, self.last)
+        return figures(self.series(self.stocks[code], kind), market, rate)
 
 
 def main():

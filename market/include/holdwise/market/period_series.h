@@ -21,7 +21,7 @@ struct PeriodRow {
   int period = 0;            ///< what is the same for all securities: the date, or the running number of week or month
   int date = 0;              ///< date of the last bar in the period
   double close = 0;          ///< that bar's close
-  double previousClose = 0;  ///< close of the previous period that has a bar; 0 when there is none
+  double previousClose = 0;  ///< close of the previous period in the series; 0 when there is none
   double periodReturn = 0;   ///< close / previousClose - 1; 0 when there is no previous close
 };
 
@@ -31,5 +31,10 @@ using PeriodSeries = std::vector<PeriodRow>;
 /// `bars` ascending by date, also from before the window. A week runs from Monday to Sunday, a month is a calendar
 /// month; a week or month whose bars go past the window's end does not occur because later bars are not read.
 [[nodiscard]] PeriodSeries ComputeSeries(std::span<const Bar> bars, PeriodType type, Window window);
+
+/// `bars` with one more on each of `tradingDates` (ascending) that comes after the first of them and has none: the
+/// price stood still, at the close before. Of these the weeks and months of a stock are made, so that each of the
+/// market's from its first bar on has a row. Both ascending by date; no bar gives none.
+[[nodiscard]] std::vector<Bar> StandingBars(std::span<const Bar> bars, std::span<const int> tradingDates);
 
 }  // namespace holdwise
