@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "holdwise/market/data_folder_builder.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
 #include <QElapsedTimer>
@@ -34,6 +35,10 @@ QString StatisticsFolder() {
   return QStringLiteral("QMTL/TZZH/Day250/");
 }
 
+QString StockName(const std::string& code) {
+  return StatisticsFolder() + QStringLiteral("股票/%1.dat").arg(QString::fromStdString(code));
+}
+
 QString RiskFolder() {
   return QStringLiteral("QMTL/TZZH/风险计量/");
 }
@@ -56,6 +61,7 @@ class DataFolderBuild {
     bool isWritten = false;
     bool hasDays = false;  // inside the window
     std::int64_t rows = 0;
+    QByteArray digest;
     QuoteRow quote;
     RiskOfIndices risk;
     std::vector<Rejection> rejections;
@@ -74,7 +80,10 @@ class DataFolderBuild {
   void KeepOtherFiles() const;
 
   void Report(const std::vector<Rejection>& rejections);
-  void Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const;
+  /// Returns the digest of what is written.
+  QByteArray Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const;
+  void WriteBaseData(const QString& name, const ResultSet& table, const PacketLimits& limits);
+  [[nodiscard]] QString Edition() const;
   [[nodiscard]] std::unordered_set<int> KnownStocks() const;
   [[nodiscard]] QuoteRow ClosingQuote(const std::vector<Bar>& bars) const;
 
@@ -88,7 +97,8 @@ class DataFolderBuild {
   std::map<int, BarFile> indices_;
   std::array<MarketReturns, kIndexCount> indexReturns_;  // in the order of kIndexNumbers
   double riskFreePerDay_ = 0;
-  std::map<int, QuoteRow> quotes_;  // by code number
+  std::map<int, QuoteRow> quotes_;          // by code number
+  std::map<QString, QByteArray> baseData_;  // digest by name: what the plug-in stores in its database
 };
 
 BuildSummary DataFolderBuild::Run() {
@@ -167,8 +177,8 @@ void DataFolderBuild::WriteReferences() {
   summary_.securities = static_cast<int>(securities_.size());
   Write(QStringLiteral("securities.dat"), SecuritiesTable(securities_), kSecuritiesLimits);
   Write(QStringLiteral("trading_dates.dat"), TradingDatesTable(tradingDates_), kTradingDatesLimits);
-  Write(QStringLiteral("QMTL/TZZH/InterestRate.Dat"), InterestRateTable(rates, summary_.currentDate),
-        kInterestRateLimits);
+  WriteBaseData(QStringLiteral("QMTL/TZZH/InterestRate.Dat"), InterestRateTable(rates, summary_.currentDate),
+                kInterestRateLimits);
 }
 
 void DataFolderBuild::WriteEstimates() {
@@ -178,7 +188,7 @@ void DataFolderBuild::WriteEstimates() {
     values = ReadEstimates(options_.estimatesFile, KnownStocks(), rejections);
     Report(rejections);
   }
-  Write(QStringLiteral("QMTL/TZZH/GZ.dat"), EstimateTable(values), kSecuritiesLimits);
+  WriteBaseData(QStringLiteral("QMTL/TZZH/GZ.dat"), EstimateTable(values), kSecuritiesLimits);
 }
 
 void DataFolderBuild::WriteIndices() {
@@ -191,7 +201,7 @@ void DataFolderBuild::WriteIndices() {
     quotes_[number] = ClosingQuote(bars);
   }
   summary_.rows += table.RowCount();
-  Write(StatisticsFolder() + QStringLiteral("指数/allzs.dat"), table, kIndexSeriesLimits);
+  WriteBaseData(StatisticsFolder() + QStringLiteral("指数/allzs.dat"), table, kIndexSeriesLimits);
 }
 
 void DataFolderBuild::WriteStocks() {
@@ -222,6 +232,7 @@ void DataFolderBuild::WriteStocks() {
     if (!results[i].isWritten) continue;
     ++summary_.series;
     summary_.rows += results[i].rows;
+    baseData_.emplace(StockName(files[i].code), results[i].digest);
     quotes_[CodeNumberOfStock(files[i].code)] = results[i].quote;
   }
   if (summary_.series == 0) {
@@ -261,8 +272,7 @@ DataFolderBuild::StockResult DataFolderBuild::WriteStock(const StockFile& stock)
   ResultSet table = MakeStatisticsTable();
   const DailyFigures daily = AppendStatistics(table, {CodeNumberOfStock(stock.code), file.bars, tradingDates_},
                                               indexReturns_.front(), window_, riskFreePerDay_);
-  Write(StatisticsFolder() + QStringLiteral("股票/%1.dat").arg(QString::fromStdString(stock.code)), table,
-        kStockSeriesLimits);
+  result.digest = Write(StockName(stock.code), table, kStockSeriesLimits);
   result.isWritten = true;
   result.rows = table.RowCount();
   result.quote = ClosingQuote(file.bars);
@@ -303,10 +313,12 @@ void DataFolderBuild::WriteMarket() {
   const int currentDate = table.AddColumn("current_date", ColumnType::Integer);
   const int simulated = table.AddColumn("simulated", ColumnType::Integer);
   const int format = table.AddColumn("format", ColumnType::Integer);
+  const int edition = table.AddColumn("edition", ColumnType::Text);
   const int row = table.AppendRow();
   table.SetInteger(row, currentDate, summary_.currentDate);
   table.SetInteger(row, simulated, options_.isSimulated ? 1 : 0);
   table.SetInteger(row, format, kFolderFormat);
+  table.SetText(row, edition, Edition());
   Write(QString::fromUtf8(kMarketFile), table, kMarketLimits);
 }
 
@@ -336,8 +348,22 @@ void DataFolderBuild::Report(const std::vector<Rejection>& rejections) {
 }
 
 // With the limits of its reader: what is written can be read.
-void DataFolderBuild::Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const {
-  WritePacketFile(swap_.NewFolder() + u'/' + name, table, Durability::Replaceable, limits);
+QByteArray DataFolderBuild::Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const {
+  const QByteArray bytes = EncodePacket(table, limits);
+  WriteFileAtomically(swap_.NewFolder() + u'/' + name, bytes, Durability::Replaceable);
+  return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
+}
+
+void DataFolderBuild::WriteBaseData(const QString& name, const ResultSet& table, const PacketLimits& limits) {
+  baseData_.emplace(name, Write(name, table, limits));
+}
+
+QString DataFolderBuild::Edition() const {
+  QCryptographicHash hash(QCryptographicHash::Sha256);
+  for (const auto& [name, digest] : baseData_) {
+    hash.addData(name.toUtf8() + '\0' + digest);
+  }
+  return QString::fromLatin1(hash.result().toHex());
 }
 
 std::unordered_set<int> DataFolderBuild::KnownStocks() const {

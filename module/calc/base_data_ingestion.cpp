@@ -188,12 +188,13 @@ BaseDataFamily ClassifyBaseData(const QString& remoteName) {
 }
 
 void IngestBaseData(DatabaseStatements& database, const ResultSet& rows, const BaseDataFamily& family,
-                    const QString& code, const ForwardDate& forwardDate) {
+                    const QString& code, const ForwardDate& forwardDate, const QString& edition) {
   if (!ParseInteger(code)) throw Error(ErrorCategory::Refused, "not a security code: " + code.toStdString());
   TransactionScope transaction(database);
   RemoveOldRows(database, family, code, forwardDate);
   ClearLastDays(database, family, code);
   AddRows(database, rows, family, code);
+  if (!edition.isEmpty()) MustExecute(database, sql::SetStatisticEdition(code, edition));
   transaction.Commit();
 }
 

@@ -27,9 +27,10 @@ using ForwardDate = std::function<int(int)>;
 /// empty where it goes into a condition (hqtype; hqdate of a last day in the today family): an Error naming it. So are
 /// rows of another security (index file: than the three), a type that is none of the three, a date that the calendar
 /// does not have (0 is none where a window may have none), and two rows of one code, type and date.
+/// `edition`: that of the data the file belongs to, kept with its security; empty = not known, what is kept stays.
 /// Whatever throws, the database is as it was before. No rows: removals and last-day marks happen all the same;
 /// intended.
 void IngestBaseData(DatabaseStatements& database, const ResultSet& rows, const BaseDataFamily& family,
-                    const QString& code, const ForwardDate& forwardDate);
+                    const QString& code, const ForwardDate& forwardDate, const QString& edition = {});
 
 }  // namespace holdwise::calc

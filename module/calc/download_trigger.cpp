@@ -5,51 +5,58 @@
 #include <QSet>
 #include <algorithm>
 
+#include "calc/unfinished_work.h"
 #include "calc/untcalc2.h"
 #include "common/host/host_access.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
-#include "unfinished_work.h"
 
 namespace holdwise {
 namespace {
 
-/// The portfolios calculated on a date. Those that stay unfinished lack a file, which another run would not find
-/// either.
+/// The portfolios calculated with the data of a state. Those that stay unfinished lack a file, which another run would
+/// not find either.
 struct Calculated {
-  QString date;
+  QString data;
   QSet<QString> ids;
 };
 Calculated calculated;
 /// Counts the calls of RetryIncomplete: what a dialog began before one calculates is to be tried again all the same.
 int retries = 0;
 
-bool WereAllCalculated(UserDataSession& session, const QString& date) {
-  if (calculated.ids.isEmpty() || calculated.date != date) return false;
+/// Date and edition.
+QString PresentData() {
+  const TDataCenter& dataCenter = ModuleHost().DataCenter();
+  return dataCenter.CurrentDateText() + QLatin1Char(' ') + dataCenter.DataEdition();
+}
+
+bool WereAllCalculated(UserDataSession& session) {
+  if (calculated.ids.isEmpty() || calculated.data != PresentData()) return false;
   const QStringList unfinished = calc::ReadUnfinishedPortfolios(session);
   return std::all_of(unfinished.begin(), unfinished.end(),
                      [](const QString& id) { return calculated.ids.contains(id); });
 }
 
-void Remember(const QString& date, const QStringList& ids) {
-  if (calculated.date != date) calculated = {date, {}};
+void Remember(const QString& data, const QStringList& ids) {
+  if (calculated.data != data) calculated = {data, {}};
   calculated.ids.unite(QSet<QString>(ids.begin(), ids.end()));
 }
 
 /// Runs the first-calculation procedure; its effects stay only when it leaves portfolios to calculate.
 bool HasUnfinished(UserDataSession& session) {
-  const QString date = ModuleHost().DataCenter().CurrentDateText();
   TransactionScope transaction(session);
-  session.Execute(sql::FirstCalculation(date));
-  if (session.Count(sql::kCountUnfinished) == 0 || WereAllCalculated(session, date)) return false;
+  session.Execute(sql::FirstCalculation(ModuleHost().DataCenter().CurrentDateText()));
+  const QString edition = ModuleHost().DataCenter().DataEdition();
+  if (!edition.isEmpty()) session.Execute(sql::MarkOtherEditions(edition));
+  if (session.Count(sql::kCountUnfinished) == 0 || WereAllCalculated(session)) return false;
   transaction.Commit();
   return true;
 }
 
 void ShowCalculation() {
   frmCalc2 = std::make_unique<TfrmCalc2>();
-  const auto release = qScopeGuard([date = ModuleHost().DataCenter().CurrentDateText(), before = retries] {
-    if (before == retries) Remember(date, frmCalc2->Calculated());
+  const auto release = qScopeGuard([data = PresentData(), before = retries] {
+    if (before == retries) Remember(data, frmCalc2->Calculated());
     frmCalc2.reset();
   });
   frmCalc2->ShowModal();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "unfinished_work.h"
+#include "calc/unfinished_work.h"
 
+#include "common/host/host_access.h"
 #include "common/store/statements.h"
 
 namespace holdwise::calc {
@@ -30,8 +31,16 @@ QStringList ReadUnfinishedPortfolios(DatabaseStatements& database) {
   return TextsOf(database.Query(sql::kUnfinishedPortfolios), "ID");
 }
 
-void CalculatePortfolio(DatabaseStatements& database, const QString& portfolioId) {
+DataState CurrentData() {
+  const TDataCenter& dataCenter = ModuleHost().DataCenter();
+  const std::vector<int>& dates = dataCenter.TradingDates();
+  return {dataCenter.DataEdition(), dates.empty() ? 0 : dates.front()};
+}
+
+void CalculatePortfolio(DatabaseStatements& database, const QString& portfolioId, const DataState& data) {
   database.Execute(sql::CalculatePortfolio(portfolioId));
+  if (data.edition.isEmpty() && data.lastDay == 0) return;
+  database.Execute(sql::NoteEdition(portfolioId, data.edition, data.lastDay));
 }
 
 }  // namespace holdwise::calc

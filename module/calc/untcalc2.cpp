@@ -18,7 +18,6 @@
 #include "common/store/database.h"
 #include "holdwise/packet/packet_file.h"
 #include "holdwise/packet/table_limits.h"
-#include "unfinished_work.h"
 
 namespace holdwise {
 namespace {
@@ -137,6 +136,8 @@ void TfrmCalc2::done(int result) {
 void TfrmCalc2::FormShow() {
   if (driver_.IsClosed()) return;
   Decisive([this] {
+    // Before the first request: files that are replaced while they come are of another edition than this one.
+    data_ = calc::CurrentData();
     GetAllSecuCodeAry();
     driver_.Start(codes_, GetProcessBarLen());
     rzprgrsbr1->setRange(0, driver_.TotalParts());
@@ -182,7 +183,7 @@ void TfrmCalc2::tmrCalcTimer() {
   if (!driver_.BeginCalculation()) return;
   Decisive([this] {
     for (const QString& id : calc::ReadUnfinishedPortfolios(Database())) {
-      calc::CalculatePortfolio(Database(), id);
+      calc::CalculatePortfolio(Database(), id, data_);
       calculated_.append(id);
       driver_.PortfolioHandled();
       ShowProgress();
@@ -214,7 +215,7 @@ void TfrmCalc2::IngestBasicData(const QString& fileName, const ResultSet& rows) 
   const calc::BaseDataFamily family = calc::ClassifyBaseData(fileName);
   const QString code = family.isIndex ? QStringLiteral("1") : driver_.CurrentCode();
   try {
-    calc::IngestBaseData(Database(), rows, family, code, ForwardDateOfHost);
+    calc::IngestBaseData(Database(), rows, family, code, ForwardDateOfHost, data_.edition);
   } catch (const std::exception& error) {
     LogFileFailure(QStringLiteral("BasicDataRecv"), fileName, error);
   }

@@ -9,6 +9,7 @@
 
 #include "calc/calculation_driver.h"
 #include "calc/reference_tables.h"
+#include "calc/unfinished_work.h"
 #include "holdwise/sdk/download.h"
 
 class QLabel;
@@ -85,6 +86,7 @@ class TfrmCalc2 : public QDialog {
   calc::CalculationDriver driver_;
   QStringList codes_;
   QStringList calculated_;
+  calc::DataState data_;
   std::exception_ptr failure_;
   // NOLINTBEGIN(readability-identifier-naming): the names of the form's components
   QLabel* lbl1 = nullptr;

@@ -141,6 +141,11 @@ QString MarketData::CurrentDateText() const {
   return QString::fromStdString(DateText(currentDate_));
 }
 
+QString MarketData::DataEdition() const {
+  const ReadLock lock(mutex_);
+  return edition_;
+}
+
 NowData MarketData::StockNowData(int codeNumber) const {
   const int place = IndexOfSecurity(codeNumber);
   if (place < 0) return {};

@@ -38,7 +38,7 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   /// securities that the master does not know are skipped; their number is logged. The optional files (accounts,
   /// groups) are left out whole when they cannot be used: see Notices.
   void Load(const QString& folder);
-  /// Reads quotes.dat again. All or nothing: throws like Load and keeps the earlier quotes; Error(Refused) too when the
+  /// Reads quotes.dat and the edition again. Throws like Load and keeps the earlier quotes; Error(Refused) too when the
   /// folder now stands at another date, whose other files are not read while the terminal runs. Emits QuotesChanged.
   void ReloadQuotes();
   /// Takes over current data as they arrive; quotes of unknown securities are ignored. Emits QuotesChanged.
@@ -76,6 +76,7 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
 
   // TDataCenter.
   [[nodiscard]] QString CurrentDateText() const override;
+  [[nodiscard]] QString DataEdition() const override;
   [[nodiscard]] const std::vector<int>& TradingDates() const override { return tradingDates_; }
   [[nodiscard]] NowData StockNowData(int codeNumber) const override;
   [[nodiscard]] NowData IndexNowData(int indexNumber) const override;
@@ -107,6 +108,7 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   struct Market {
     int currentDate = 0;
     bool simulated = false;
+    QString edition;
   };
   struct Account {
     std::int32_t codeNumber = 0;
@@ -114,6 +116,7 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   };
 
   [[nodiscard]] static Market ReadMarket(const QString& path);
+  void SetEdition(const QString& edition);
   void LoadSecurities(const QString& path);
   void LoadTradingDates(const QString& path);
   void LoadOptional(const QString& path, void (MarketData::*load)(const QString&));
@@ -144,6 +147,7 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   std::vector<NowData> stockQuotes_ HOLDWISE_GUARDED_BY(mutex_);  ///< parallel to securities_
   NowData indexQuotes_[3] HOLDWISE_GUARDED_BY(mutex_);
   std::map<QString, std::vector<int>> groups_ HOLDWISE_GUARDED_BY(mutex_);
+  QString edition_ HOLDWISE_GUARDED_BY(mutex_);
   QString currentCode_ HOLDWISE_GUARDED_BY(mutex_);
 };
 

@@ -78,6 +78,19 @@ SecurityRow ReadSecurity(const TableReader& file, const SecurityColumns& columns
   return read;
 }
 
+/// Folders made before there was one have none.
+QString EditionIn(const TableReader& file) {
+  constexpr std::size_t kMostBytes = 64;
+  const int column = file.Table().FindColumn("edition");
+  if (column < 0) return {};
+  const std::string text = file.Table().Utf8At(0, file.Column("edition", ColumnType::Text, true));
+  const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+  });
+  if (!isPlain || text.size() > kMostBytes) file.Refuse(0, QStringLiteral("数据版本标记无效"));
+  return QString::fromStdString(text);
+}
+
 }  // namespace
 
 void MarketData::Load(const QString& folder) {
@@ -86,6 +99,7 @@ void MarketData::Load(const QString& folder) {
   const Market market = ReadMarket(dir.filePath(QStringLiteral("market.dat")));
   currentDate_ = market.currentDate;
   simulated_ = market.simulated;
+  SetEdition(market.edition);
   LoadSecurities(dir.filePath(QStringLiteral("securities.dat")));
   LoadTradingDates(dir.filePath(QStringLiteral("trading_dates.dat")));
   {
@@ -126,7 +140,12 @@ MarketData::Market MarketData::ReadMarket(const QString& path) {
   if (!IsMarketDate(currentDate)) file.Refuse(0, QStringLiteral("日期%1无效").arg(currentDate));
   const int flag = file.IntegerAt(0, simulated);
   if (flag != 0 && flag != 1) file.Refuse(0, QStringLiteral("模拟标志%1应为0或1").arg(flag));
-  return {currentDate, flag == 1};
+  return {currentDate, flag == 1, EditionIn(file)};
+}
+
+void MarketData::SetEdition(const QString& edition) {
+  const WriteLock lock(mutex_);
+  edition_ = edition;
 }
 
 void MarketData::ReloadQuotes() {
@@ -135,9 +154,10 @@ void MarketData::ReloadQuotes() {
   if (market.currentDate != currentDate_) {
     throw Error(ErrorCategory::Refused, QStringLiteral("数据文件夹“%1”已换成日期%2的数据，重新启动终端后生效")
                                             .arg(QDir::toNativeSeparators(folder_))
-                                            .arg(market.currentDate)
+                                            .arg(QString::fromStdString(DateText(market.currentDate)))
                                             .toStdString());
   }
+  SetEdition(market.edition);
   ApplyQuotes(ReadQuotes(dir.filePath(QStringLiteral("quotes.dat"))));
 }
 

@@ -101,6 +101,7 @@ class ScriptedDataCenter final : public TDataCenter {
   ScriptedDataCenter(const ScriptedCodeNums& codeNums, TLocatDBOper& localDatabase)
       : codeNums_(codeNums), localDatabase_(localDatabase) {}
   QString CurrentDateText() const override { return currentDateText; }
+  QString DataEdition() const override { return dataEdition; }
   const std::vector<int>& TradingDates() const override { return tradingDates; }
   NowData StockNowData(int codeNumber) const override;
   NowData IndexNowData(int indexNumber) const override;
@@ -111,6 +112,7 @@ class ScriptedDataCenter final : public TDataCenter {
   TLocatDBOper& LocalDatabase() override { return localDatabase_; }
 
   QString currentDateText = QStringLiteral("2024-05-29");
+  QString dataEdition;
   std::vector<int> tradingDates;
   std::map<int, NowData> indices;
   std::map<int, AccountInfo> accounts;

@@ -8,6 +8,7 @@
 #include "common/store/database.h"
 #include "common/store/exchange_files.h"
 #include "common/store/incomplete_portfolios.h"
+#include "holdwise/packet/dates.h"
 #include "mainframe/untmainfrm.h"
 
 namespace holdwise {
@@ -134,6 +135,85 @@ TEST_F(Trigger, WhatStaysIncompleteBringsTheDialogUpOnceUntilDataComesBack) {
   EXPECT_TRUE(host_.debug.Lines().empty());
 }
 
+/// Once for each edition, whatever it leaves behind.
+TEST_F(Trigger, AnotherEditionOfTheDataIsCalculatedOnce) {
+  Run("delete from alg_commain where ID = 3");
+  int shown = 0;
+  bool hasStock = true;
+  const auto triggerAs = [&](const char* edition) {
+    host_.dataCenter.dataEdition = QString::fromLatin1(edition);
+    WhenShown([&] {
+      ++shown;
+      if (hasStock) return FinishAll();
+      Base()->Fail(StockFile("000001"), 1);
+      Base()->ReceiveStream(StockFile("600000"), BaseData({{"0", "20240528", "0.03"}, {"0", "20240529", "-0.01"}}));
+      Base()->ReceiveStream(kIndexFile, IndexData());
+      FinishRates();
+      FinishEstimates();
+    });
+    DownData();
+  };
+  const auto editions = [this] { return Rows("select ID,EDITION,ISFINISHED,LACKING from alg_commain order by ID"); };
+  triggerAs("a1");
+  triggerAs("a1");
+  EXPECT_EQ(shown, 1);
+  EXPECT_EQ(editions(), (QStringList{"1|a1|1|0", "2|a1|1|0"}));
+  hasStock = false;
+  for (int change = 0; change < 3; ++change) {
+    triggerAs("b2");
+    EXPECT_EQ(shown, 2) << "change of view " << change;
+    EXPECT_EQ(editions(), (QStringList{"1|b2|1|1", "2|b2|1|0"}));
+    EXPECT_EQ(LinesOf(IncompletePortfolios(Database())),
+              QStringList{QStringLiteral("p1：stock(000001)的统计数据没有随当前数据更新")});
+  }
+  hasStock = true;
+  RetryIncomplete();
+  triggerAs("b2");
+  triggerAs("b2");
+  EXPECT_EQ(shown, 3);
+  EXPECT_EQ(editions(), (QStringList{"1|b2|1|0", "2|b2|1|0"}));
+  triggerAs("");
+  EXPECT_EQ(shown, 3) << "not known is not another one";
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+/// The data centre stands at a day, the files are of a later or an earlier one.
+TEST_F(Trigger, FilesOfAnotherDateAreCalculatedOnceAndSaid) {
+  Run("delete from alg_commain where ID = 3");
+  for (const auto& [day, said] : {std::pair(20240528, "上证指数的统计数据已到 2024-05-29"),
+                                  std::pair(20240530, "上证指数的统计数据只到 2024-05-29")}) {
+    RetryIncomplete();
+    Run("update alg_commain set ISFINISHED = 0");
+    host_.dataCenter.tradingDates = {day};
+    host_.dataCenter.currentDateText = QString::fromStdString(DateText(day));
+    int shown = 0;
+    for (int change = 0; change < 3; ++change) {
+      WhenShown([&] {
+        ++shown;
+        FinishAll();
+      });
+      DownData();
+      EXPECT_EQ(shown, 1) << day << " change of view " << change;
+      const QStringList lines = LinesOf(IncompletePortfolios(Database()));
+      ASSERT_EQ(lines.size(), 2) << day;
+      for (const QString& line : lines) EXPECT_TRUE(line.contains(QString::fromUtf8(said))) << line.toStdString();
+    }
+  }
+  EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(Trigger, FiguresNewerThanTodayAreCalculatedAgain) {
+  Run("update alg_commain set ISFINISHED = 1, LACKING = 0");
+  Run("update alg_commain set CALCDATE = 20240530 where ID = 1");
+  QStringList unfinished;
+  WhenShown([&] {
+    unfinished = Unfinished();
+    frmCalc2->close();
+  });
+  DownData();
+  EXPECT_EQ(unfinished, QStringList{"1"});
+}
+
 TEST_F(Trigger, WithoutTheIndexTheDialogComesUpOnceUntilDataComesBack) {
   Run("delete from alg_commain where ID = 3");
   Run("update alg_commain set FC = 0.5, ISFINISHED = 1, CALCDATE = 20240528 where ID = 2");
@@ -159,8 +239,7 @@ TEST_F(Trigger, WithoutTheIndexTheDialogComesUpOnceUntilDataComesBack) {
     EXPECT_EQ(Rows("select ID,FC,ISFINISHED from alg_commain order by ID"), (QStringList{"1|0|0", "2|0.5|0"}));
   }
   EXPECT_EQ(LinesOf(IncompletePortfolios(Database())),
-            (QStringList{QStringLiteral("p2：上证指数(000001)没有统计数据"),
-                         QStringLiteral("p1：上证指数(000001)没有统计数据")}));
+            (QStringList{QStringLiteral("p2：上证指数没有统计数据"), QStringLiteral("p1：上证指数没有统计数据")}));
   RetryIncomplete();
   trigger(true);
   EXPECT_EQ(shown, 2);

@@ -2,6 +2,7 @@
 #include "common/store/incomplete_portfolios.h"
 
 #include <QHash>
+#include <QSet>
 #include <algorithm>
 #include <cstdint>
 #include <optional>
@@ -10,6 +11,7 @@
 #include "common/host/codes.h"
 #include "common/host/host_access.h"
 #include "common/store/statements.h"
+#include "holdwise/packet/dates.h"
 
 namespace holdwise {
 namespace {
@@ -17,6 +19,8 @@ namespace {
 constexpr std::size_t kMostHintLines = 20;
 constexpr std::size_t kMostHintInputs = 5;
 constexpr std::size_t kAll = SIZE_MAX;
+/// By its name alone: 000001 is a stock's code, too.
+const QString kIndexName = QStringLiteral("上证指数");
 
 /// End of the daily rows, none without any; by code.
 using WindowEnds = QHash<std::int64_t, std::optional<int>>;
@@ -49,32 +53,62 @@ std::optional<MissingInput> Compare(std::optional<int> end, int newest, const QS
   return MissingInput{end ? Lack::OldStatistics : Lack::NoStatistics, code, name, end.value_or(0)};
 }
 
+/// What the data centre stands at, as far as it knows.
+struct PresentData {
+  int lastDay = 0;
+  std::optional<QSet<std::int64_t>> codes;  ///< those whose rows are of its edition
+};
+
+PresentData ReadPresentData(DatabaseStatements& database) {
+  const TDataCenter& dataCenter = ModuleHost().DataCenter();
+  PresentData present;
+  if (!dataCenter.TradingDates().empty()) present.lastDay = dataCenter.TradingDates().front();
+  const QString edition = dataCenter.DataEdition();
+  if (edition.isEmpty()) return present;
+  const ResultSet rows = database.Query(sql::CodesOfEdition(edition));
+  const int code = rows.Column("SECUCODE");
+  present.codes.emplace();
+  for (int row = 0; row < rows.RowCount(); ++row) present.codes->insert(rows.IntegerAt(row, code));
+  return present;
+}
+
 std::vector<MissingInput> MissingOf(const std::vector<std::int64_t>& holdings, const WindowEnds& ends,
-                                    std::optional<int> indexEnd) {
-  int newest = indexEnd.value_or(0);
-  for (const std::int64_t code : holdings) newest = std::max(newest, ends.value(code).value_or(0));
+                                    std::optional<int> indexEnd, const PresentData& present) {
+  int newest = present.lastDay;
+  if (newest == 0) {
+    newest = indexEnd.value_or(0);
+    for (const std::int64_t code : holdings) newest = std::max(newest, ends.value(code).value_or(0));
+  }
   std::vector<MissingInput> missing;
-  if (auto index = Compare(indexEnd, newest, QStringLiteral("000001"), QStringLiteral("上证指数")))
-    missing.push_back(*std::move(index));
+  if (auto index = Compare(indexEnd, newest, QString(), kIndexName)) missing.push_back(*std::move(index));
+  if (indexEnd && present.lastDay != 0 && *indexEnd > present.lastDay)
+    missing.push_back({Lack::NewStatistics, {}, kIndexName, *indexEnd});
   for (const std::int64_t code : holdings) {
     const QString digits = GetCodeCNum(QStringLiteral("%1").arg(code, 6, 10, QLatin1Char('0')));
     if (auto one = Compare(ends.value(code), newest, digits, ModuleHost().CodeNums().NameOf(digits)))
       missing.push_back(*std::move(one));
+    else if (present.codes && !present.codes->contains(code))
+      missing.push_back({Lack::OtherEdition, digits, ModuleHost().CodeNums().NameOf(digits), 0});
   }
   if (missing.empty()) missing.push_back({});
   return missing;
 }
 
 QString TextOf(const MissingInput& input) {
-  const QString security =
-      input.name.isEmpty() ? input.code : input.name + QLatin1Char('(') + input.code + QLatin1Char(')');
+  QString security = input.name.isEmpty() ? input.code : input.name;
+  if (!input.name.isEmpty() && !input.code.isEmpty()) security += QLatin1Char('(') + input.code + QLatin1Char(')');
+  const QString date = QString::fromStdString(DateText(input.date));
   switch (input.lack) {
     case Lack::NotCalculated:
       break;
     case Lack::NoStatistics:
       return security + QStringLiteral("没有统计数据");
     case Lack::OldStatistics:
-      return security + QStringLiteral("的统计数据只到 %1").arg(input.date);
+      return security + QStringLiteral("的统计数据只到 %1").arg(date);
+    case Lack::NewStatistics:
+      return security + QStringLiteral("的统计数据已到 %1，晚于行情日期，请重新启动终端").arg(date);
+    case Lack::OtherEdition:
+      return security + QStringLiteral("的统计数据没有随当前数据更新");
     case Lack::NoPrice:
       return security + QStringLiteral("没有最新价");
     case Lack::NoPreviousClose:
@@ -105,14 +139,16 @@ std::vector<IncompletePortfolio> IncompletePortfolios(DatabaseStatements& databa
   const int name = rows.Column("COMNAME");
   const int date = rows.Column("CALCDATE");
   const Value indexEnd = database.Scalar(sql::kIndexWindowEnd);
-  const std::optional<int> end = indexEnd.isNull ? std::nullopt : std::optional(static_cast<int>(indexEnd.integer));
+  std::optional<int> end;
+  if (!indexEnd.isNull) end = static_cast<int>(indexEnd.integer);
   const WindowEnds ends = ReadWindowEnds(database);
   const QHash<QString, std::vector<std::int64_t>> holdings = ReadHoldings(database);
+  const PresentData present = ReadPresentData(database);
   std::vector<IncompletePortfolio> portfolios;
   for (int row = 0; row < rows.RowCount(); ++row) {
     const QString key = rows.TextAt(row, id);
     portfolios.push_back({key, rows.TextAt(row, name), NumberIn(rows, row, date).value_or(0),
-                          MissingOf(holdings.value(key), ends, end)});
+                          MissingOf(holdings.value(key), ends, end, present)});
   }
   return portfolios;
 }

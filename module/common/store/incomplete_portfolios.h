@@ -12,7 +12,9 @@ namespace holdwise {
 enum class Lack {
   NotCalculated,  ///< everything is there, the calculation has not been run to its end
   NoStatistics,   ///< the index or a holding has no daily rows at all
-  OldStatistics,  ///< its rows end before those of the others
+  OldStatistics,  ///< its rows end before those of the others, or before the data centre's latest trading date
+  NewStatistics,  ///< the index's rows end after the data centre's latest trading date
+  OtherEdition,   ///< its rows are of another edition than the data centre's
   NoPrice,
   NoPreviousClose,
   NoWeekClose,   ///< none in the week before
@@ -21,9 +23,9 @@ enum class Lack {
 
 struct MissingInput {
   Lack lack = Lack::NotCalculated;
-  QString code;  ///< six digits; empty for NotCalculated
+  QString code;  ///< six digits; empty for NotCalculated and for the index
   QString name;  ///< of the security, empty when the host knows none
-  int date = 0;  ///< OldStatistics: the end of its rows, YYYYMMDD; else 0
+  int date = 0;  ///< OldStatistics, NewStatistics: the end of its rows, YYYYMMDD; else 0
 };
 
 struct IncompletePortfolio {

@@ -96,6 +96,42 @@ QString CalculatePortfolio(const QString& portfolioId) {
   return QStringLiteral("execute procedure SP_GETBETA(1,") + portfolioId + QLatin1Char(')');
 }
 
+QString MarkOtherEditions(const QString& edition) {
+  return QStringLiteral("update alg_commain set ISFINISHED = 0 where ISFINISHED <> 0 and EDITION is distinct from ") +
+         TextLiteral(edition);
+}
+
+QString NoteEdition(const QString& portfolioId, const QString& edition, int lastDay) {
+  QStringList lacking;
+  QString set;
+  if (!edition.isEmpty()) {
+    set = QStringLiteral("EDITION = %1,").arg(TextLiteral(edition));
+    lacking.append(QStringLiteral("(select count(*) from (select SECUCODE from alg_comdetail where MAINID = %1 union "
+                                  "select 1 from rdb$database) c where (select e.EDITION from alg_statisticedition e "
+                                  "where e.SECUCODE = c.SECUCODE) is distinct from %2)")
+                       .arg(portfolioId, TextLiteral(edition)));
+  }
+  if (lastDay != 0) {
+    lacking.append(QStringLiteral("coalesce((select first 1 iif(coalesce(nullif(s.ENDDATE, 0), s.HQDATE) <> %1, 1, 0) "
+                                  "from alg_stockstatistic s where s.SECUCODE = 1 and s.HQTYPE = 0 order by s.HQDATE "
+                                  "desc), 1)")
+                       .arg(lastDay));
+  }
+  return QStringLiteral(
+             "update alg_commain set %1LACKING = maxvalue(coalesce(LACKING, 0),%2) where ID = %3 and "
+             "ISFINISHED <> 0")
+      .arg(set, lacking.join(QLatin1Char('+')), portfolioId);
+}
+
+QString SetStatisticEdition(const QString& code, const QString& edition) {
+  return QStringLiteral("update or insert into alg_statisticedition (SECUCODE,EDITION) values (") + code +
+         QLatin1Char(',') + TextLiteral(edition) + QStringLiteral(") matching (SECUCODE)");
+}
+
+QString CodesOfEdition(const QString& edition) {
+  return QStringLiteral("select SECUCODE from alg_statisticedition where EDITION = ") + TextLiteral(edition);
+}
+
 QString InsertStatistic(const StatisticTexts& row) {
   static const QString kBeginning = QStringLiteral(
       "insert into alg_stockstatistic (secucode,closeprice,hqtype,rowid,ggqjsyl,pjsyl,hqdate,oldcloseprice,sylbzc,"

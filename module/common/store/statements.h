@@ -99,6 +99,16 @@ inline const QString kHeldWindowEnds = QStringLiteral(
 /// `today` is the host's current date, "YYYY-MM-DD".
 [[nodiscard]] QString FirstCalculation(const QString& today);
 [[nodiscard]] QString CalculatePortfolio(const QString& portfolioId);
+/// Marks every portfolio unfinished whose figures were calculated for another edition of the data.
+[[nodiscard]] QString MarkOtherEditions(const QString& edition);
+/// After CalculatePortfolio: notes the edition it was calculated for and counts as LACKING what of the index and the
+/// holdings was written with another one, and an index whose window does not end on `lastDay`. Empty or 0 (not both):
+/// not known, not compared.
+[[nodiscard]] QString NoteEdition(const QString& portfolioId, const QString& edition, int lastDay);
+/// The edition of the rows of a security.
+[[nodiscard]] QString SetStatisticEdition(const QString& code, const QString& edition);
+/// SECUCODE of those whose rows were written with that edition.
+[[nodiscard]] QString CodesOfEdition(const QString& edition);
 
 /// Base data. All values are texts that were checked to be plain numbers. Those of a row are not QStrings: a thousand
 /// files have four million, and most of them fit into a std::string without memory of its own.

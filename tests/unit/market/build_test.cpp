@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <cmath>
+#include <set>
 
 #include "build_fixture.h"
 
@@ -16,7 +17,7 @@ TEST_F(Build, WritesTheWholeFolder) {
                          QStringLiteral("QMTL/TZZH/风险计量/SH.dat"), QStringLiteral("QMTL/TZZH/风险计量/SZ.dat"),
                          QStringLiteral("market.dat"), QStringLiteral("quotes.dat"), QStringLiteral("securities.dat"),
                          QStringLiteral("trading_dates.dat")}));
-  EXPECT_EQ(Csv(QStringLiteral("market.dat")), "current_date:integer,simulated:integer,format:integer\n20240109,0,1\n");
+  EXPECT_EQ(Rows(QStringLiteral("market.dat"), {"current_date", "simulated", "format"}), "20240109 0 1 \n");
   EXPECT_EQ(Csv(QStringLiteral("securities.dat")),
             "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer\n"
             "600519,贵州茅台,白酒,1,20010827,1\n"
@@ -54,12 +55,41 @@ TEST_F(Build, CutsAtTheCurrentDate) {
   options_.currentDate = 20240106;  // a Saturday
   options_.isSimulated = true;
   EXPECT_EQ(Run().error, "");
-  EXPECT_EQ(Csv(QStringLiteral("market.dat")), "current_date:integer,simulated:integer,format:integer\n20240106,1,1\n");
+  EXPECT_EQ(Rows(QStringLiteral("market.dat"), {"current_date", "simulated", "format"}), "20240106 1 1 \n");
   EXPECT_EQ(Rows(kMoutai, {"hqtype", "hqdate", "startdate", "enddate"}),
             "0 20240105 20240102 20240105 \n1 20240105 20240102 20240105 \n2 20240105 20240102 20240105 \n");
   EXPECT_EQ(Csv(QStringLiteral("trading_dates.dat")), "date:integer\n20240102\n20240103\n20240104\n20240105\n");
   EXPECT_EQ(Csv(QStringLiteral("quotes.dat")),
             "code_number:integer,price:real,prev_close:real\n1,13,12\n399001,13,12\n399300,13,12\n1600519,13.5,0\n");
+}
+
+// One edition a content: of the statistics, the rates and the estimates, not of the quotes.
+TEST_F(Build, TheEditionIsThatOfTheBaseData) {
+  const auto edition = [this] {
+    const Outcome outcome = Run();
+    EXPECT_EQ(outcome.error, "");
+    return Table(QStringLiteral("market.dat")).TextAt(0, 3).toStdString();
+  };
+  const std::string first = edition();
+  EXPECT_EQ(first.size(), 64U);
+  EXPECT_EQ(first.find_first_not_of("0123456789abcdef"), std::string::npos) << first;
+  files_.Write(QStringLiteral("quotes.csv"), "code,price,prev_close\n600519,16.01,15.5\n");
+  options_.quotesFile = files_.Path(QStringLiteral("quotes.csv"));
+  options_.threads = 1;
+  EXPECT_EQ(edition(), first);
+  std::set<std::string> seen{first};
+  files_.Write(QStringLiteral("bars/600519.csv"), "date,close\n2024-01-05,13.5\n2024-01-08,14.4\n2024-01-09,15.5\n");
+  EXPECT_TRUE(seen.insert(edition()).second) << "a corrected bar";
+  files_.Write(QStringLiteral("bars/000001.csv"), "date,close\n2024-01-09,9\n");
+  EXPECT_TRUE(seen.insert(edition()).second) << "one more stock";
+  files_.Write(QStringLiteral("indices/399300.csv"), "date,close\n2024-01-08,14\n2024-01-09,15\n");
+  EXPECT_TRUE(seen.insert(edition()).second) << "an index";
+  files_.Write(QStringLiteral("rates.csv"), "date,one_year\n2015-10-24,1.75\n");
+  options_.ratesFile = files_.Path(QStringLiteral("rates.csv"));
+  EXPECT_TRUE(seen.insert(edition()).second) << "another rate";
+  files_.Write(QStringLiteral("estimates.csv"), "code,price\n600519,18\n");
+  options_.estimatesFile = files_.Path(QStringLiteral("estimates.csv"));
+  EXPECT_TRUE(seen.insert(edition()).second) << "an estimate";
 }
 
 TEST_F(Build, ShorterHistoryThanTheWindowGivesAllOfIt) {

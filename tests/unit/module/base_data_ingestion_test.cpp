@@ -206,6 +206,26 @@ TEST_F(Ingestion, AStockFileMayNameItsSecurityOrNone) {
   }
 }
 
+TEST_F(Ingestion, TheEditionOfAFileIsKeptWithItsSecurity) {
+  const auto ingest = [](const ResultSet& file, const BaseDataFamily& family, const QString& code,
+                         const char* edition) {
+    IngestBaseData(Database(), file, family, code, {}, QString::fromLatin1(edition));
+  };
+  const auto editions = [this] { return Rows("select SECUCODE,EDITION from alg_statisticedition order by SECUCODE"); };
+  Row index;
+  index.code = "1";
+  ingest(TextFile({index}, true), Day250Index(), QStringLiteral("1"), "a1");
+  ingest(TextFile({Row()}), Day250(), kStock, "a1");
+  EXPECT_EQ(editions(), (QStringList{"1|a1", "1600000|a1"}));
+  ingest(TextFile({Row()}), Day250(), kStock, "b2");
+  ingest(TextFile({index}, true), Day250Index(), QStringLiteral("1"), "");
+  EXPECT_EQ(editions(), (QStringList{"1|a1", "1600000|b2"})) << "an unknown one changes nothing";
+  Row bad;
+  bad.close = "abc";
+  EXPECT_THROW(ingest(TextFile({bad}), Day250(), kStock, "c3"), Error);
+  EXPECT_EQ(editions(), (QStringList{"1|a1", "1600000|b2"})) << "a refused file has none";
+}
+
 /// Each type trims by its own start; a later row of the same series does not trim again.
 TEST_F(Ingestion, EveryTypeIsASeries) {
   Store("1600000", "0", "20240101");

@@ -64,8 +64,8 @@ TEST_F(Incomplete, NamesWhatIsMissingOfEachPortfolio) {
   EXPECT_EQ(LinesOf(portfolios), (QStringList{
                                      "p4：风险数据没有算完",
                                      "p3：风险数据没有算完",
-                                     "p2：stock(300750)的统计数据只到 20240528",
-                                     "p1：002594没有统计数据，stock(300750)的统计数据只到 20240528",
+                                     "p2：stock(300750)的统计数据只到 2024-05-28",
+                                     "p1：002594没有统计数据，stock(300750)的统计数据只到 2024-05-28",
                                  }));
   ASSERT_EQ(portfolios.size(), 4U);
   EXPECT_EQ(portfolios[2].id, "2");
@@ -80,9 +80,38 @@ TEST_F(Incomplete, AnIndexThatIsOlderThanTheHoldingsIsNamed) {
   AddRow(1600000, 20240529, 20240529);
   AddPortfolio(1, "20240528", "1");
   AddHolding(1, 1600000);
-  EXPECT_EQ(Lines(), QStringList{"p1：上证指数(000001)的统计数据只到 20240528"});
+  EXPECT_EQ(Lines(), QStringList{"p1：上证指数的统计数据只到 2024-05-28"});
   Run("delete from alg_stockstatistic where secucode = 1");
-  EXPECT_EQ(Lines(), QStringList{"p1：上证指数(000001)没有统计数据"});
+  EXPECT_EQ(Lines(), QStringList{"p1：上证指数没有统计数据"});
+}
+
+TEST_F(Incomplete, StatisticsBeyondTheLatestTradingDateAreNamed) {
+  host_.dataCenter.tradingDates = {20240528, 20240527};
+  AddRow(1, 20240529, 20240529);
+  AddRow(1600000, 20240529, 20240529);
+  AddRow(1300750, 20240527, 20240527);
+  AddPortfolio(1, "20240529", "1");
+  AddHolding(1, 1600000);
+  AddHolding(1, 1300750);
+  EXPECT_EQ(Lines(), QStringList{"p1：上证指数的统计数据已到 2024-05-29，晚于行情日期，请重新启动终端，"
+                                 "stock(300750)的统计数据只到 2024-05-27"});
+  host_.dataCenter.tradingDates = {20240530};
+  Run("delete from alg_comdetail where SecuCode = 1300750");
+  EXPECT_EQ(Lines(), QStringList{"p1：上证指数的统计数据只到 2024-05-29，stock(600000)的统计数据只到 2024-05-29"});
+}
+
+TEST_F(Incomplete, RowsOfAnotherEditionAreNamed) {
+  host_.dataCenter.dataEdition = QStringLiteral("b2");
+  for (const int code : {1, 1600000, 1300750, 1000001}) AddRow(code, 20240529, 20240529);
+  Run("insert into alg_statisticedition values (1, 'b2')");
+  Run("insert into alg_statisticedition values (1600000, 'a1')");
+  Run("insert into alg_statisticedition values (1300750, 'b2')");
+  AddPortfolio(1, "20240529", "2");
+  for (const int code : {1600000, 1300750, 1000001}) AddHolding(1, code);
+  EXPECT_EQ(Lines(), QStringList{"p1：stock(600000)的统计数据没有随当前数据更新，"
+                                 "stock(000001)的统计数据没有随当前数据更新"});
+  host_.dataCenter.dataEdition = QString();
+  EXPECT_EQ(Lines(), QStringList{"p1：风险数据没有算完"}) << "what is not known is not compared";
 }
 
 TEST_F(Incomplete, AFailedReadIsAnError) {

@@ -166,7 +166,7 @@ TEST_F(EmbeddedMarketTest, TellsWhetherTheFileIsFollowed) {
     folder_.WriteMarket(20240530, false);
     writeGood();
   });
-  EXPECT_TRUE(later.contains("20240530")) << later.toStdString();
+  EXPECT_TRUE(later.contains("2024-05-30")) << later.toStdString();
 }
 
 TEST_F(EmbeddedMarketTest, TellsThatTheDataFolderChanged) {

@@ -250,6 +250,19 @@ TEST_F(MarketDataTest, SimulatedMarketIsAlwaysOpen) {
   EXPECT_TRUE(data_.IsSimulated());
 }
 
+TEST_F(MarketDataTest, TheEditionIsThatOfTheFolderOfItsDate) {
+  Load();
+  EXPECT_EQ(data_.DataEdition(), QString()) << "a folder that tells none";
+  folder_.WriteMarket(20240529, false, QStringLiteral("0a1B"));
+  data_.ReloadQuotes();
+  EXPECT_EQ(data_.DataEdition(), QStringLiteral("0a1B"));
+  folder_.WriteMarket(20240530, false, QStringLiteral("other"));
+  EXPECT_THROW(data_.ReloadQuotes(), Error);
+  EXPECT_EQ(data_.DataEdition(), QStringLiteral("0a1B")) << "of another date nothing is taken";
+  Load();
+  EXPECT_EQ(data_.DataEdition(), QStringLiteral("other"));
+}
+
 TEST_F(MarketDataTest, AppliedQuotesMoveCurrentData) {
   Load();
   QSignalSpy spy(&data_, &MarketData::QuotesChanged);

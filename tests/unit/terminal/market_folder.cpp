@@ -69,11 +69,15 @@ void MarketFolder::WriteBytes(const QString& name, const QByteArray& bytes) cons
   ASSERT_EQ(file.write(bytes), bytes.size());
 }
 
-void MarketFolder::WriteMarket(int currentDate, bool simulated) const {
-  Write(QStringLiteral("market.dat"),
-        MakeTable({QStringLiteral("current_date:integer"), QStringLiteral("simulated:integer"),
-                   QStringLiteral("format:integer")},
-                  {{QString::number(currentDate), QString::number(simulated ? 1 : 0), QStringLiteral("1")}}));
+void MarketFolder::WriteMarket(int currentDate, bool simulated, const QString& edition) const {
+  QStringList headings{QStringLiteral("current_date:integer"), QStringLiteral("simulated:integer"),
+                       QStringLiteral("format:integer")};
+  QStringList row{QString::number(currentDate), QString::number(simulated ? 1 : 0), QStringLiteral("1")};
+  if (!edition.isEmpty()) {
+    headings.append(QStringLiteral("edition:text"));
+    row.append(edition);
+  }
+  Write(QStringLiteral("market.dat"), MakeTable(headings, {row}));
 }
 
 void MarketFolder::WriteQuotes(const std::vector<QStringList>& rows) const {

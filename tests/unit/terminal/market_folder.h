@@ -22,7 +22,8 @@ class MarketFolder {
   [[nodiscard]] QString File(const QString& name) const { return folder_.filePath(name); }
   void Write(const QString& name, const ResultSet& table) const;
   void WriteBytes(const QString& name, const QByteArray& bytes) const;
-  void WriteMarket(int currentDate, bool simulated) const;
+  /// An empty edition leaves the column out, as folders did that were made before there was one.
+  void WriteMarket(int currentDate, bool simulated, const QString& edition = {}) const;
   /// quotes.dat with these prices: (code number, price, previous close).
   void WriteQuotes(const std::vector<QStringList>& rows) const;
   [[nodiscard]] static std::vector<QStringList> SecurityRows();

@@ -66,7 +66,7 @@ TEST_F(QuotesWatcherTest, QuotesOfAnotherDateWaitForARestart) {
   folder_.WriteMarket(20240530, false);
   folder_.WriteQuotes({Row("1600000,9.07,8.2")});
   ASSERT_TRUE(QTest::qWaitFor([&] { return !log_.Lines().empty(); }, 30000));
-  EXPECT_TRUE(log_.Lines()[0].contains(QStringLiteral("20240530"))) << log_.Lines()[0].toStdString();
+  EXPECT_TRUE(log_.Lines()[0].contains(QStringLiteral("2024-05-30"))) << log_.Lines()[0].toStdString();
   EXPECT_EQ(data_.StockNowData(1600000).currentPrice, 8.15);
 }
 

@@ -39,7 +39,7 @@ inline constexpr int kMostSeriesRows = 20'000;
 inline constexpr int kMostSecurities = 100'000;
 
 /// What a data folder says of its market.
-inline constexpr PacketLimits kMarketLimits = LimitsOf({.rows = 1});
+inline constexpr PacketLimits kMarketLimits = LimitsOf({.rows = 1, .rowTextBytes = 256});
 /// The statistics rows of one stock.
 inline constexpr PacketLimits kStockSeriesLimits = LimitsOf({.rows = kMostSeriesRows, .rowTextBytes = 512});
 /// The statistics rows of the three indices.

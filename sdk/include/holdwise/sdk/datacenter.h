@@ -39,6 +39,10 @@ class TDataCenter {
   virtual ~TDataCenter() = default;
   /// The market's current date as "YYYY-MM-DD"; empty while none is known.
   [[nodiscard]] virtual QString CurrentDateText() const = 0;
+  /// What tells one edition of the base data (statistics, reference files) from another, also of the same date: equal
+  /// for the same data, letters and digits, at most 64. Changes when the data behind the download roles are replaced.
+  /// Empty while unknown.
+  [[nodiscard]] virtual QString DataEdition() const = 0;
   /// Trading dates up to the current date, YYYYMMDD, most recent first; empty while none is known. Valid and unchanged
   /// as long as the host.
   [[nodiscard]] virtual const std::vector<int>& TradingDates() const = 0;
