@@ -3,7 +3,6 @@
 
 #include <QScopeGuard>
 #include <QSet>
-#include <algorithm>
 
 #include "calc/unfinished_work.h"
 #include "calc/untcalc2.h"
@@ -14,52 +13,69 @@
 namespace holdwise {
 namespace {
 
-/// The portfolios calculated with the data of a state. Those that stay unfinished lack a file, which another run would
-/// not find either.
-struct Calculated {
-  QString data;
-  QSet<QString> ids;
+/// What was tried with the data of a state and stayed incomplete: another run would not find what is missing either.
+struct Tried {
+  QString data;              ///< date and edition
+  QSet<QString> unfinished;  ///< ids of portfolios still marked unfinished
+  QSet<QString> lacking;     ///< of those with figures that lack something: marked again, they are asked for again
 };
-Calculated calculated;
+Tried tried;
 /// Counts the calls of RetryIncomplete: what a dialog began before one calculates is to be tried again all the same.
 int retries = 0;
 
-/// Date and edition.
 QString PresentData() {
   const TDataCenter& dataCenter = ModuleHost().DataCenter();
   return dataCenter.CurrentDateText() + QLatin1Char(' ') + dataCenter.DataEdition();
 }
 
-bool WereAllCalculated(UserDataSession& session) {
-  if (calculated.ids.isEmpty() || calculated.data != PresentData()) return false;
-  const QStringList unfinished = calc::ReadUnfinishedPortfolios(session);
-  return std::all_of(unfinished.begin(), unfinished.end(),
-                     [](const QString& id) { return calculated.ids.contains(id); });
+QSet<QString> UnfinishedIn(UserDataSession& session) {
+  const QStringList ids = calc::ReadUnfinishedPortfolios(session);
+  return {ids.begin(), ids.end()};
 }
 
-void Remember(const QString& data, const QStringList& ids) {
-  if (calculated.data != data) calculated = {data, {}};
-  calculated.ids.unite(QSet<QString>(ids.begin(), ids.end()));
+/// Marks what is to be calculated with the present data.
+void MarkUnfinished(UserDataSession& session) {
+  const TDataCenter& dataCenter = ModuleHost().DataCenter();
+  session.Execute(sql::FirstCalculation(dataCenter.CurrentDateText()));
+  const QString edition = dataCenter.DataEdition();
+  if (!edition.isEmpty()) session.Execute(sql::MarkOtherEditions(edition));
+}
+
+/// True when nobody but MarkUnfinished can have marked what is unfinished. To be asked before it runs.
+bool IsNothingNew(UserDataSession& session) {
+  if (tried.data != PresentData() || (tried.unfinished.isEmpty() && tried.lacking.isEmpty())) return false;
+  return tried.unfinished.contains(UnfinishedIn(session));
+}
+
+void Remember(UserDataSession& session, const QString& data, const TfrmCalc2& dialog) {
+  QSet<QString> known(dialog.Calculated().begin(), dialog.Calculated().end());
+  if (known.isEmpty() && !dialog.LacksReference()) return;
+  if (tried.data == data) known += tried.unfinished + tried.lacking;
+  const TransactionScope onlyToLook(session);
+  const QSet<QString> unfinished = UnfinishedIn(session);
+  MarkUnfinished(session);
+  if (dialog.LacksReference()) known += unfinished;
+  tried = {data, unfinished & known, (UnfinishedIn(session) - unfinished) & known};
 }
 
 /// Runs the first-calculation procedure; its effects stay only when it leaves portfolios to calculate.
 bool HasUnfinished(UserDataSession& session) {
   TransactionScope transaction(session);
-  session.Execute(sql::FirstCalculation(ModuleHost().DataCenter().CurrentDateText()));
-  const QString edition = ModuleHost().DataCenter().DataEdition();
-  if (!edition.isEmpty()) session.Execute(sql::MarkOtherEditions(edition));
-  if (session.Count(sql::kCountUnfinished) == 0 || WereAllCalculated(session)) return false;
+  const bool isNothingNew = IsNothingNew(session);
+  MarkUnfinished(session);
+  if (session.Count(sql::kCountUnfinished) == 0) return false;
+  if (isNothingNew && (tried.unfinished + tried.lacking).contains(UnfinishedIn(session))) return false;
   transaction.Commit();
   return true;
 }
 
-void ShowCalculation() {
+void ShowCalculation(UserDataSession& session) {
+  const QString data = PresentData();
+  const int before = retries;
   frmCalc2 = std::make_unique<TfrmCalc2>();
-  const auto release = qScopeGuard([data = PresentData(), before = retries] {
-    if (before == retries) Remember(data, frmCalc2->Calculated());
-    frmCalc2.reset();
-  });
+  const auto release = qScopeGuard([] { frmCalc2.reset(); });
   frmCalc2->ShowModal();
+  if (before == retries) Remember(session, data, *frmCalc2);
 }
 
 /// The text names another routine; those who search the logs know it by this text, so it stays.
@@ -74,14 +90,14 @@ void DownData() {
   if (frmCalc2) return;  // it pumps messages, and a timer among them may come here again
   const std::unique_ptr<UserDataSession> session = Database().OpenSession();
   try {
-    if (HasUnfinished(*session)) ShowCalculation();
+    if (HasUnfinished(*session)) ShowCalculation(*session);
   } catch (const std::exception& error) {
     LogDownDataFailure(QString::fromUtf8(error.what()));
   }
 }
 
 void RetryIncomplete() {
-  calculated = {};
+  tried = {};
   ++retries;
 }
 

@@ -7,8 +7,9 @@ namespace holdwise {
 /// it is done; with none unfinished the preparation is rolled back. A failure, also one inside the dialog, is one line
 /// in the debug log and the routine returns normally; only a session that cannot be opened throws. Blocks its caller
 /// while the dialog is open; called again meanwhile, it does nothing. User-interface thread.
-/// Portfolios that were calculated on the host's current date and are still unfinished, because a file is missing, do
-/// not bring the dialog up by themselves again.
+/// Portfolios that stayed incomplete when they were tried on the host's current date, because a file (also one of the
+/// reference files) was missing or damaged, do not bring the dialog up by themselves again; one that was finished and
+/// is marked unfinished since does.
 void DownData();
 
 /// They do from now on, once: the module has been loaded, or data may have come back. User-interface thread.

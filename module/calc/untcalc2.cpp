@@ -242,13 +242,17 @@ void TfrmCalc2::ReceiveReference(Reference reference, const QString& path, const
     replace(Database(), mode == kFromStream ? DecodePacket(stream, limits) : ReadPacketFile(path, limits),
             [this] { rzprgrsbr1->repaint(); });
   } catch (...) {
-    // As when it does not come at all: without it nothing is calculated.
-    reject();
+    GiveUpReference();
     throw;
   }
   driver_.ReferenceHandled(reference);
   ShowProgress();
   tmrCalcTimer();
+}
+
+void TfrmCalc2::GiveUpReference() {
+  lacksReference_ = true;
+  reject();
 }
 
 void TfrmCalc2::DownBasicDataReciveAFile(const QString& fileName, int errorCode) {
@@ -274,7 +278,7 @@ void TfrmCalc2::infsyndwnflrlDownReciveStearm(const QString& fileName, int error
 }
 
 void TfrmCalc2::infsyndwnflrlDownReciveAFileFail(const QString& /*fileName*/, int /*errorCode*/) {
-  reject();
+  GiveUpReference();
 }
 
 void TfrmCalc2::infsyndwnflrlReciveAFile(const QString& fileName, int errorCode) {
@@ -286,7 +290,7 @@ void TfrmCalc2::infsyndwnflrlReciveStearm(const QString& fileName, int errorCode
 }
 
 void TfrmCalc2::infsyndwnflrlReciveAFileFail(const QString& /*fileName*/, int /*errorCode*/) {
-  reject();
+  GiveUpReference();
 }
 
 void TfrmCalc2::Handle(const QString& routine, const QString& fileName, const std::function<void()>& handler) {

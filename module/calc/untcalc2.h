@@ -50,6 +50,8 @@ class TfrmCalc2 : public QDialog {
 
   /// Ids of the portfolios whose procedure has run.
   [[nodiscard]] const QStringList& Calculated() const { return calculated_; }
+  /// Closed because a reference file was missing or damaged.
+  [[nodiscard]] bool LacksReference() const { return lacksReference_; }
 
   [[nodiscard]] const QProgressBar& ProgressBar() const { return *rzprgrsbr1; }
 
@@ -71,6 +73,8 @@ class TfrmCalc2 : public QDialog {
   void IngestBasicData(const QString& fileName, const ResultSet& rows);
   void ReceiveReference(calc::Reference reference, const QString& path, const QByteArray& stream, int mode,
                         Replace replace);
+  /// Without a reference file nothing is calculated: closes the dialog.
+  void GiveUpReference();
   void ShowProgress();
 
   void DownBasicDataReciveAFile(const QString& fileName, int errorCode);
@@ -87,6 +91,7 @@ class TfrmCalc2 : public QDialog {
   QStringList codes_;
   QStringList calculated_;
   calc::DataState data_;
+  bool lacksReference_ = false;
   std::exception_ptr failure_;
   // NOLINTBEGIN(readability-identifier-naming): the names of the form's components
   QLabel* lbl1 = nullptr;

@@ -207,7 +207,7 @@ void TMainFrm::ShowNotice(bool readAgain) {
   if (readAgain) incomplete_ = IncompletePortfolios(Database());
   // Only a live view shows what rests on prices, and only when they are in.
   const bool showsPrices = arePricesShown_ && IsLive(FCurFrame->Tag());
-  const auto all = showsPrices ? Together(incomplete_, PortfoliosLackingPrices(Database())) : incomplete_;
+  const auto all = showsPrices ? WithThoseLackingPrices(incomplete_, Database()) : incomplete_;
   RzPanel3->SetNotice(NoticeOf(all), HintOf(all));
 }
 

@@ -58,7 +58,7 @@ QString HoldwiseViewCatalogue::Shortcoming() const {
 
 QStringList HoldwiseViewCatalogue::Incomplete() const {
   if (mainFrame_.isNull()) return {};
-  return LinesOf(Together(IncompletePortfolios(Database()), PortfoliosLackingPrices(Database())));
+  return LinesOf(WithThoseLackingPrices(IncompletePortfolios(Database()), Database()));
 }
 
 QWidget* HoldwiseViewCatalogue::Frame() const {

@@ -34,8 +34,6 @@ class InProcessBus : public MessageBus {
   void SetQuotes(std::vector<Quote> quotes);
   /// Quotes with their current prices. Connected only.
   [[nodiscard]] const std::vector<Quote>& Quotes() const { return service_->Quotes(); }
-  /// Does the timer run? Only while something is subscribed.
-  [[nodiscard]] bool IsTicking() const { return timer_.isActive(); }
 
  Q_SIGNALS:
   /// The simulated market has made a step.

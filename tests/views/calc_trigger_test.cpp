@@ -247,6 +247,100 @@ TEST_F(Trigger, WithoutTheIndexTheDialogComesUpOnceUntilDataComesBack) {
   EXPECT_EQ(Unfinished(), QStringList());
 }
 
+TEST_F(Trigger, WhatIsMarkedUnfinishedAgainBringsTheDialogUp) {
+  Run("delete from alg_commain where ID = 3");
+  int shown = 0;
+  // Only the first portfolio holds the stock that has no file.
+  const auto trigger = [&] {
+    WhenShown([&] {
+      ++shown;
+      if (Base()->Requests().back() == StockFile("000001")) Base()->Fail(StockFile("000001"), 1);
+      Base()->ReceiveStream(StockFile("600000"), BaseData({{"0", "20240528", "0.03"}, {"0", "20240529", "-0.01"}}));
+      Base()->ReceiveStream(kIndexFile, IndexData());
+      FinishRates();
+      FinishEstimates();
+    });
+    DownData();
+    return shown;
+  };
+  EXPECT_EQ(trigger(), 1);
+  EXPECT_EQ(trigger(), 1);
+  for (const char* id : {"2", "1"}) {
+    const int before = shown;
+    Run(QStringLiteral("update alg_commain set ISFINISHED = 0, BETA = 9 where ID = %1").arg(QLatin1String(id)));
+    EXPECT_EQ(trigger(), before + 1) << id;
+    EXPECT_EQ(trigger(), before + 1) << id;
+    EXPECT_EQ(Rows("select ID from alg_commain where BETA = 9"), QStringList()) << id;
+  }
+  EXPECT_EQ(Unfinished(), QStringList());
+}
+
+TEST_F(Trigger, AReferenceFileThatIsMissingOrDamagedBringsTheDialogUpOnceUntilDataComesBack) {
+  Run("delete from alg_commain where ID = 3");
+  const std::vector<std::function<void()>> faults = {
+      [&] { RateDown()->Fail(kRatesFile, 1); },
+      [&] { EstimateDown()->Fail(kEstimatesFile, 1); },
+      [&] { RateDown()->ReceiveStream(kRatesFile, "damaged"); },
+      [&] { EstimateDown()->ReceiveStream(kEstimatesFile, "damaged"); },
+  };
+  for (const auto& fault : faults) {
+    RetryIncomplete();
+    int shown = 0;
+    for (int change = 0; change < 3; ++change) {
+      WhenShown([&] {
+        ++shown;
+        fault();
+      });
+      DownData();
+      EXPECT_EQ(shown, 1) << "change of view " << change;
+    }
+    EXPECT_EQ(Unfinished(), (QStringList{"1", "2"}));
+  }
+  // A new portfolio is one more reason to try.
+  AddPortfolio(4, 0);
+  AddHolding(5, 4, 1600000);
+  WhenShown([&] { FinishAll(); });
+  DownData();
+  EXPECT_EQ(Unfinished(), QStringList());
+}
+
+TEST_F(Trigger, ADialogThatTheUserClosedComesAgain) {
+  int shown = 0;
+  for (int change = 1; change <= 2; ++change) {
+    WhenShown([&] {
+      ++shown;
+      frmCalc2->close();
+    });
+    DownData();
+    EXPECT_EQ(shown, change);
+  }
+  RetryIncomplete();
+  WhenShown([&] { FinishAll(); });
+  DownData();
+  EXPECT_EQ(Unfinished(), QStringList());
+}
+
+TEST_F(Trigger, APortfolioWithoutAnyReturnYetStaysUnfinishedAndIsTriedOnce) {
+  Run("delete from alg_commain where ID <> 2");
+  Run("update alg_commain set FC = 0.5 where ID = 2");
+  ResultSet firstDay = DecodePacket(BaseData({{"0", "20240529", "0"}}));
+  firstDay.SetReal(0, firstDay.Column("oldcloseprice"), 0);
+  int shown = 0;
+  for (int change = 0; change < 3; ++change) {
+    WhenShown([&] {
+      ++shown;
+      Base()->ReceiveStream(StockFile("600000"), EncodePacket(firstDay));
+      Base()->ReceiveStream(kIndexFile, IndexData());
+      FinishRates();
+      FinishEstimates();
+    });
+    DownData();
+    EXPECT_EQ(shown, 1) << "change of view " << change;
+  }
+  EXPECT_EQ(Rows("select FC,ISFINISHED from alg_commain"), QStringList{"0.5|0"});
+  EXPECT_EQ(LinesOf(IncompletePortfolios(Database())), QStringList{QStringLiteral("p2：stock(600000)还没有日收益率")});
+}
+
 TEST_F(Trigger, AFailureInsideTheDialogIsLogged) {
   WhenShown([&] {
     FinishBase();

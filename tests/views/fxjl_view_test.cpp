@@ -119,6 +119,16 @@ TEST_F(RiskView, TheCaptionIsTheDesignsUntilAPortfolioIsShown) {
   EXPECT_EQ(fresh.findChild<TitleStrip*>()->Caption().text(), QStringLiteral("组合名称"));
 }
 
+TEST_F(RiskView, FiguresThatAreNotThereAreZerosWhichTheNoticeNames) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 1, 9}});
+  SetFigures(1, "ISFINISHED = 0");
+  Open();
+  EXPECT_EQ(RowOf(*portfolios, 0), List({"甲", "0.000000", "0.000000", "0.000000", "0.000000", "1"}));
+  const QLabel& notice = bench.mainFrame->findChild<TitleStrip*>()->Notice();
+  EXPECT_EQ(notice.text(), QStringLiteral("1 个组合的数据不完整"));
+  EXPECT_TRUE(notice.toolTip().contains(QStringLiteral("甲：上证指数没有统计数据"))) << notice.toolTip().toStdString();
+}
+
 // Selection.
 
 TEST_F(RiskView, AClickLoadsThatPortfolio) {
@@ -248,6 +258,31 @@ TEST_F(RiskView, AFigureThatDoesNotFitIsHintedWhole) {
   moveTo(kSecurityBeta);
   QTest::qWait(400);
   EXPECT_FALSE(QToolTip::isVisible());
+}
+
+TEST_F(RiskView, FiguresAreDrawnWithSixDecimalsAndKeptWhole) {
+  OpenWithTwo();
+  portfolios->SetCells(kBeta, 0, QStringLiteral("1.0000004999"));
+  struct Case {
+    TStringGrid* grid;
+    int column, row;
+    const char *whole, *drawn;
+  };
+  const Case cases[] = {{holdings, kSecurityAlpha, 0, "-0.00031", "-0.000310"},
+                        {holdings, kSecurityBeta, 0, "1.25", "1.250000"},
+                        {holdings, kSecurityAlpha, 1, "1.5e-9", "0.000000"},
+                        {holdings, kSecurityBeta, 1, "0.8125", "0.812500"},
+                        {portfolios, kBeta, 0, "1.0000004999", "1.000000"}};
+  for (const Case& one : cases) {
+    const auto picture = [&] { return one.grid->viewport()->grab(one.grid->CellRect(one.column, one.row)).toImage(); };
+    EXPECT_EQ(one.grid->Cells(one.column, one.row), QString::fromLatin1(one.whole));
+    const QImage painted = picture();
+    one.grid->SetColumnDecimals(one.column, TStringGrid::kWholeText);
+    EXPECT_NE(picture(), painted) << one.whole;
+    one.grid->SetCells(one.column, one.row, QString::fromLatin1(one.drawn));
+    EXPECT_EQ(picture(), painted) << one.whole;
+    one.grid->SetColumnDecimals(one.column, 6);
+  }
 }
 
 // Layout.

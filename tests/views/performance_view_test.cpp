@@ -169,6 +169,24 @@ TEST_F(PerformanceView, AHoldingOnItsFirstTradingDayLeavesThePortfolioWithoutACh
       << lines.first().toStdString();
 }
 
+/// A cost without a value: the gain is too small by what the holding is worth.
+TEST_F(PerformanceView, AHoldingWithoutAPriceCountsInTheGainWithItsCostAndIsNamed) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 0.5, 5}, {1000001, 300, 0.5, 5}});
+  bench.AddPortfolio(2, QStringLiteral("乙"), {{1600000, 100, 1, 5}});
+  Open();
+  bench.DeliverPrices({{QStringLiteral("600000"), {1000, 2}}});
+  Refresh();
+  // 100 x 10 against 100 x 5 + 300 x 5.
+  EXPECT_EQ(portfolios->Cells(kValue, 1), QStringLiteral("1000.00"));
+  EXPECT_EQ(portfolios->Cells(kGain, 1), QStringLiteral("-1000.00"));
+  EXPECT_EQ(portfolios->Cells(kGainRate, 1), QStringLiteral("-50.00"));
+  EXPECT_EQ(portfolios->Cells(kGain, 0), QStringLiteral("500.00"));
+  const QStringList lines = LinesOf(PortfoliosLackingPrices(Database()));
+  ASSERT_EQ(lines.size(), 1);
+  EXPECT_TRUE(lines.first().startsWith(QStringLiteral("甲：平安银行(000001)没有最新价")))
+      << lines.first().toStdString();
+}
+
 TEST_F(PerformanceView, AMonthCloseWithoutAWeekCloseDoesNotCount) {
   bench.AddPortfolio(1, QStringLiteral("甲"), {{1000001, 300, 1, 5}});
   bench.AddClose(1000001, 2, 20240430, 11.0);

@@ -262,6 +262,26 @@ TEST_F(Plugin, ChangedDataIsReadAgain) {
   EXPECT_FALSE(views->IsSettled());
 }
 
+TEST_F(Plugin, DataThatChangedWhileTheAddressWasLeftIsReadWhenItIsEnteredAgain) {
+  item->EnterAddress(QStringLiteral("Skip组合表现"));
+  ViewCatalogue* views = item->Views();
+  MessageSpy spy(*views->Frame());
+  item->LeaveAddress();
+  bench.AddPortfolio(3, QStringLiteral("丙"), {{1600000, 200, 1, 9}});
+  views->DataChanged();
+  EXPECT_EQ(spy.Count(FrameMessage::Init), 0);
+  EXPECT_TRUE(bench.PriceRole()->Commands().empty());
+  EXPECT_TRUE(views->Grids()[0].rows.empty());
+  item->EnterAddress({});
+  EXPECT_EQ(spy.Count(FrameMessage::Init), 1);
+  EXPECT_EQ(bench.PriceRole()->Commands(), std::vector<QString>{QStringLiteral("0|01600000")});
+  ASSERT_EQ(views->Grids()[0].rows.size(), 1U);
+  EXPECT_EQ(views->Grids()[0].rows[0][0], QStringLiteral("丙"));
+  item->LeaveAddress();
+  item->EnterAddress({});
+  EXPECT_EQ(spy.Count(FrameMessage::Init), 1) << "nothing has changed since";
+}
+
 class EntryFunctions : public testing::Test {
  protected:
   ~EntryFunctions() override { SetModuleHost(nullptr); }

@@ -69,7 +69,6 @@ class TStringGrid : public QTableView {
   void SetHiddenColumns(const std::vector<int>& columns);
   /// Titles by column, for header strips and ToGridText; hidden columns have none.
   void SetTitles(const QStringList& titles) { titles_ = titles; }
-  [[nodiscard]] const QStringList& Titles() const noexcept { return titles_; }
 
   /// Texts are centred unless a column says Qt::AlignLeft.
   void SetColumnAlignment(int column, Qt::Alignment alignment);

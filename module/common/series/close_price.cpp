@@ -104,10 +104,8 @@ void TClosePrice::RefreshIfNeeded() {
 }
 
 void TClosePrice::SetIsGetClosePrice(bool flag) {
-  if (!flag) {
-    isGet_ = false;
-    return;
-  }
+  isGet_ = false;  // until they have been read
+  if (!flag) return;
   const QDate today = CurrentDate();
   // Both are made before the first is replaced, so that a failing query leaves a matching pair.
   auto weekCloses = WithCloses(weekCloses_, sql::PeriodType::Week, PreviousWeek(today));

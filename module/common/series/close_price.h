@@ -7,9 +7,9 @@ namespace holdwise {
 
 /// Closes of the previous week and month of every held security, and the value of every saved portfolio at those
 /// closes. User-interface thread only. Each accessor first reads the database again when that has not been done yet or
-/// an update is needed; what a failing query throws reaches its caller (a first reading is then tried again by
-/// the next one; later ones keep the lists of before), as does Error(Refused) when the host's current
-/// date is not a date. Lists are added to, never emptied: names that are no longer present keep their values.
+/// an update is needed; what a failing query throws reaches its caller, as does Error(Refused) when the host's
+/// current date is not a date. The lists are then those of before, and the next reader tries again. Lists are added to,
+/// never emptied: names that are no longer present keep their values.
 class TClosePrice {
  public:
   TClosePrice();

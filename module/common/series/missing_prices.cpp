@@ -38,13 +38,13 @@ std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& dat
   return portfolios;
 }
 
-std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portfolios,
-                                          const std::vector<IncompletePortfolio>& more) {
-  for (const IncompletePortfolio& one : more) {
+std::vector<IncompletePortfolio> WithThoseLackingPrices(std::vector<IncompletePortfolio> portfolios,
+                                                        DatabaseStatements& database) {
+  for (IncompletePortfolio& one : PortfoliosLackingPrices(database)) {
     const auto same = std::find_if(portfolios.begin(), portfolios.end(),
                                    [&](const IncompletePortfolio& other) { return other.id == one.id; });
     if (same == portfolios.end()) {
-      portfolios.push_back(one);
+      portfolios.push_back(std::move(one));
     } else {
       same->missing.insert(same->missing.end(), one.missing.begin(), one.missing.end());
     }

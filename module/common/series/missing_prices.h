@@ -11,8 +11,9 @@ namespace holdwise {
 /// is not what it says. Nothing before the shared objects exist, and of prices nothing before the first reply. What a
 /// failing statement throws reaches the caller. User-interface thread.
 [[nodiscard]] std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& database);
-/// Two lists of incomplete portfolios as one: of a portfolio in both, what is missing in `more` comes last. Pure.
-[[nodiscard]] std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portfolios,
-                                                        const std::vector<IncompletePortfolio>& more);
+/// Those portfolios and the ones that lack prices as one list: of a portfolio in both, what it lacks of prices comes
+/// last. Errors and thread as above.
+[[nodiscard]] std::vector<IncompletePortfolio> WithThoseLackingPrices(std::vector<IncompletePortfolio> portfolios,
+                                                                      DatabaseStatements& database);
 
 }  // namespace holdwise

@@ -70,55 +70,46 @@ void WritePair(const ResultSet& holdings, const ResultSet& portfolios) {
   PlaceNewPair();
 }
 
-/// The fields of a file row as they may stand in a statement.
-class RowTexts {
- public:
-  RowTexts(const ResultSet& rows, int row) : rows_(rows), row_(row) {}
+/// How a field of a file may stand in a statement.
+enum class Kind { Integer, Number, Quotable };
 
-  [[nodiscard]] QString Integer(const char* name) const {
-    return QString::fromStdString(sql::IntegerLiteral(rows_, row_, rows_.Column(name)));
-  }
-  [[nodiscard]] QString Number(const char* name) const {
-    return QString::fromStdString(sql::NumberLiteral(rows_, row_, rows_.Column(name)));
-  }
-  [[nodiscard]] QString Quotable(const char* name) const { return sql::QuotableText(rows_, row_, rows_.Column(name)); }
-
- private:
-  const ResultSet& rows_;
-  int row_;
+template <typename Texts>
+struct FileColumn {
+  const char* name;
+  Kind kind;
+  QString Texts::*text;
 };
 
-void RestoreHoldings(DatabaseStatements& database, const ResultSet& rows) {
-  std::int64_t largestId = 0;
-  for (int row = 0; row < rows.RowCount(); ++row) {
-    const RowTexts texts(rows, row);
-    sql::HoldingTexts holding;
-    holding.id = texts.Integer("ID");
-    holding.portfolioId = texts.Integer("MAINID");
-    holding.code = texts.Integer("SecuCode");
-    holding.quantity = texts.Number("PZSL");
-    holding.weight = texts.Number("PZBL");
-    holding.buyPrice = texts.Number("BUYPRICE");
-    largestId = std::max(largestId, IntegerOr(holding.id));
-    MustExecute(database, sql::RestoreHolding(holding));
-  }
-  MustExecute(database, sql::SetHoldingGenerator(largestId));
+constexpr FileColumn<sql::HoldingTexts> kHoldingColumns[] = {
+    {"ID", Kind::Integer, &sql::HoldingTexts::id},         {"MAINID", Kind::Integer, &sql::HoldingTexts::portfolioId},
+    {"SecuCode", Kind::Integer, &sql::HoldingTexts::code}, {"PZSL", Kind::Number, &sql::HoldingTexts::quantity},
+    {"PZBL", Kind::Number, &sql::HoldingTexts::weight},    {"BUYPRICE", Kind::Number, &sql::HoldingTexts::buyPrice}};
+constexpr FileColumn<sql::PortfolioTexts> kPortfolioColumns[] = {
+    {"ID", Kind::Integer, &sql::PortfolioTexts::id},
+    {"COMNAME", Kind::Quotable, &sql::PortfolioTexts::name},
+    {"ZSCLOSEPRICE", Kind::Number, &sql::PortfolioTexts::indexClose},
+    {"EDITDATE", Kind::Quotable, &sql::PortfolioTexts::editDate},
+    {"SAVEFLAG", Kind::Integer, &sql::PortfolioTexts::saveFlag}};
+
+QString TextOf(const ResultSet& rows, int row, const char* name, Kind kind) {
+  const int column = rows.Column(name);
+  if (kind == Kind::Quotable) return sql::QuotableText(rows, row, column);
+  return QString::fromStdString(kind == Kind::Integer ? sql::IntegerLiteral(rows, row, column)
+                                                      : sql::NumberLiteral(rows, row, column));
 }
 
-void RestorePortfolios(DatabaseStatements& database, const ResultSet& rows) {
+/// Inserts every row of a file and moves the generator of its table past the ids.
+template <typename Texts, std::size_t count>
+void Restore(DatabaseStatements& database, const ResultSet& rows, const FileColumn<Texts> (&columns)[count],
+             QString (*insert)(const Texts& texts), QString (*setGenerator)(qint64 value)) {
   std::int64_t largestId = 0;
   for (int row = 0; row < rows.RowCount(); ++row) {
-    const RowTexts texts(rows, row);
-    sql::PortfolioTexts portfolio;
-    portfolio.id = texts.Integer("ID");
-    portfolio.name = texts.Quotable("COMNAME");
-    portfolio.indexClose = texts.Number("ZSCLOSEPRICE");
-    portfolio.editDate = texts.Quotable("EDITDATE");
-    portfolio.saveFlag = texts.Integer("SAVEFLAG");
-    largestId = std::max(largestId, IntegerOr(portfolio.id));
-    MustExecute(database, sql::RestorePortfolio(portfolio));
+    Texts texts;
+    for (const FileColumn<Texts>& column : columns) texts.*column.text = TextOf(rows, row, column.name, column.kind);
+    largestId = std::max(largestId, IntegerOr(texts.id));
+    MustExecute(database, insert(texts));
   }
-  MustExecute(database, sql::SetPortfolioGenerator(largestId));
+  MustExecute(database, setGenerator(largestId));
 }
 
 void RequireBoth() {
@@ -129,8 +120,8 @@ void RequireBoth() {
 
 void ImportPair(DatabaseStatements& database) {
   TransactionScope transaction(database);
-  RestoreHoldings(database, ReadPacketFile(DetailPath()));
-  RestorePortfolios(database, ReadPacketFile(MergePath()));
+  Restore(database, ReadPacketFile(DetailPath()), kHoldingColumns, sql::RestoreHolding, sql::SetHoldingGenerator);
+  Restore(database, ReadPacketFile(MergePath()), kPortfolioColumns, sql::RestorePortfolio, sql::SetPortfolioGenerator);
   transaction.Commit();
 }
 

@@ -22,21 +22,30 @@ constexpr std::size_t kAll = SIZE_MAX;
 /// By its name alone: 000001 is a stock's code, too.
 const QString kIndexName = QStringLiteral("上证指数");
 
-/// End of the daily rows, none without any; by code.
-using WindowEnds = QHash<std::int64_t, std::optional<int>>;
+/// The index's code where the statistics are stored.
+constexpr std::int64_t kIndexCode = 1;
+
+struct DailyRows {
+  std::optional<int> end;  ///< none without any
+  bool hasReturn = false;
+};
+using DailyRowsByCode = QHash<std::int64_t, DailyRows>;
 
 std::optional<int> NumberIn(const ResultSet& rows, int row, int column) {
   if (rows.IsNull(row, column)) return std::nullopt;
   return static_cast<int>(rows.IntegerAt(row, column));
 }
 
-WindowEnds ReadWindowEnds(DatabaseStatements& database) {
-  const ResultSet rows = database.Query(sql::kHeldWindowEnds);
+DailyRowsByCode ReadDailyRows(DatabaseStatements& database) {
+  const ResultSet rows = database.Query(sql::DailyRowsSince(database.Scalar(sql::kIndexFirstDay).integer));
   const int code = rows.Column("SECUCODE");
   const int end = rows.Column("WINDOWEND");
-  WindowEnds ends;
-  for (int row = 0; row < rows.RowCount(); ++row) ends.insert(rows.IntegerAt(row, code), NumberIn(rows, row, end));
-  return ends;
+  const int hasReturn = rows.Column("HASRETURN");
+  DailyRowsByCode daily;
+  for (int row = 0; row < rows.RowCount(); ++row) {
+    daily.insert(rows.IntegerAt(row, code), {NumberIn(rows, row, end), !rows.IsNull(row, hasReturn)});
+  }
+  return daily;
 }
 
 QHash<QString, std::vector<std::int64_t>> ReadHoldings(DatabaseStatements& database) {
@@ -48,9 +57,11 @@ QHash<QString, std::vector<std::int64_t>> ReadHoldings(DatabaseStatements& datab
   return holdings;
 }
 
-std::optional<MissingInput> Compare(std::optional<int> end, int newest, const QString& code, const QString& name) {
-  if (end && *end >= newest) return std::nullopt;
-  return MissingInput{end ? Lack::OldStatistics : Lack::NoStatistics, code, name, end.value_or(0)};
+std::optional<MissingInput> Compare(const DailyRows& daily, int newest, const QString& code, const QString& name) {
+  if (!daily.end) return MissingInput{Lack::NoStatistics, code, name, 0};
+  if (*daily.end < newest) return MissingInput{Lack::OldStatistics, code, name, *daily.end};
+  if (!daily.hasReturn) return MissingInput{Lack::NoReturn, code, name, 0};
+  return std::nullopt;
 }
 
 /// What the data centre stands at, as far as it knows.
@@ -72,20 +83,21 @@ PresentData ReadPresentData(DatabaseStatements& database) {
   return present;
 }
 
-std::vector<MissingInput> MissingOf(const std::vector<std::int64_t>& holdings, const WindowEnds& ends,
-                                    std::optional<int> indexEnd, const PresentData& present) {
+std::vector<MissingInput> MissingOf(const std::vector<std::int64_t>& holdings, const DailyRowsByCode& daily,
+                                    const PresentData& present) {
+  const DailyRows index = daily.value(kIndexCode);
   int newest = present.lastDay;
   if (newest == 0) {
-    newest = indexEnd.value_or(0);
-    for (const std::int64_t code : holdings) newest = std::max(newest, ends.value(code).value_or(0));
+    newest = index.end.value_or(0);
+    for (const std::int64_t code : holdings) newest = std::max(newest, daily.value(code).end.value_or(0));
   }
   std::vector<MissingInput> missing;
-  if (auto index = Compare(indexEnd, newest, QString(), kIndexName)) missing.push_back(*std::move(index));
-  if (indexEnd && present.lastDay != 0 && *indexEnd > present.lastDay)
-    missing.push_back({Lack::NewStatistics, {}, kIndexName, *indexEnd});
+  if (auto one = Compare(index, newest, QString(), kIndexName)) missing.push_back(*std::move(one));
+  if (index.end && present.lastDay != 0 && *index.end > present.lastDay)
+    missing.push_back({Lack::NewStatistics, {}, kIndexName, *index.end});
   for (const std::int64_t code : holdings) {
     const QString digits = GetCodeCNum(QStringLiteral("%1").arg(code, 6, 10, QLatin1Char('0')));
-    if (auto one = Compare(ends.value(code), newest, digits, ModuleHost().CodeNums().NameOf(digits)))
+    if (auto one = Compare(daily.value(code), newest, digits, ModuleHost().CodeNums().NameOf(digits)))
       missing.push_back(*std::move(one));
     else if (present.codes && !present.codes->contains(code))
       missing.push_back({Lack::OtherEdition, digits, ModuleHost().CodeNums().NameOf(digits), 0});
@@ -109,6 +121,8 @@ QString TextOf(const MissingInput& input) {
       return security + QStringLiteral("的统计数据已到 %1，晚于行情日期，请重新启动终端").arg(date);
     case Lack::OtherEdition:
       return security + QStringLiteral("的统计数据没有随当前数据更新");
+    case Lack::NoReturn:
+      return security + QStringLiteral("还没有日收益率");
     case Lack::NoPrice:
       return security + QStringLiteral("没有最新价");
     case Lack::NoPreviousClose:
@@ -138,17 +152,14 @@ std::vector<IncompletePortfolio> IncompletePortfolios(DatabaseStatements& databa
   const int id = rows.Column("ID");
   const int name = rows.Column("COMNAME");
   const int date = rows.Column("CALCDATE");
-  const Value indexEnd = database.Scalar(sql::kIndexWindowEnd);
-  std::optional<int> end;
-  if (!indexEnd.isNull) end = static_cast<int>(indexEnd.integer);
-  const WindowEnds ends = ReadWindowEnds(database);
+  const DailyRowsByCode daily = ReadDailyRows(database);
   const QHash<QString, std::vector<std::int64_t>> holdings = ReadHoldings(database);
   const PresentData present = ReadPresentData(database);
   std::vector<IncompletePortfolio> portfolios;
   for (int row = 0; row < rows.RowCount(); ++row) {
     const QString key = rows.TextAt(row, id);
     portfolios.push_back({key, rows.TextAt(row, name), NumberIn(rows, row, date).value_or(0),
-                          MissingOf(holdings.value(key), ends, end, present)});
+                          MissingOf(holdings.value(key), daily, present)});
   }
   return portfolios;
 }

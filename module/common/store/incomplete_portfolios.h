@@ -15,6 +15,7 @@ enum class Lack {
   OldStatistics,  ///< its rows end before those of the others, or before the data centre's latest trading date
   NewStatistics,  ///< the index's rows end after the data centre's latest trading date
   OtherEdition,   ///< its rows are of another edition than the data centre's
+  NoReturn,       ///< it has rows but no return among them yet, as on its first trading day
   NoPrice,
   NoPreviousClose,
   NoWeekClose,   ///< none in the week before

@@ -81,21 +81,18 @@ inline const QString kUnfinishedCodes = QStringLiteral(
     "select distinct secucode from alg_comdetail a,alg_commain b where a.Mainid = b.Id and b.isFinished = 0");
 inline const QString kCountUnfinishedCodes = QStringLiteral(
     "select count(distinct secucode) from alg_comdetail a,alg_commain b where a.Mainid = b.Id and b.isFinished = 0 ");
-/// What finished portfolios lack: those to be named, the end of the index's daily rows, and those of the held
-/// securities (WINDOWEND, null without rows).
+/// What the stored figures of portfolios lack: those to be named, and the first of the days that the index's daily rows
+/// stand for.
 inline const QString kIncompletePortfolios = QStringLiteral(
     "select ID,COMNAME,CALCDATE from alg_commain where SAVEFLAG = 1 and (ISFINISHED = 0 or CALCDATE is null or "
     "LACKING > 0 or CALCDATE < (select first 1 HQDATE from alg_stockstatistic where SECUCODE = 1 and HQTYPE = 0 order "
     "by HQDATE desc)) order by ID desc");
-inline const QString kIndexWindowEnd = QStringLiteral(
-    "select first 1 coalesce(nullif(ENDDATE, 0), HQDATE) from alg_stockstatistic where SECUCODE = 1 and HQTYPE = 0 "
-    "order "
-    "by HQDATE desc");
-inline const QString kHeldWindowEnds = QStringLiteral(
-    "select c.SECUCODE,(select first 1 coalesce(nullif(s.ENDDATE, 0), s.HQDATE) from alg_stockstatistic s where "
-    "s.SECUCODE = c.SECUCODE and s.HQTYPE = 0 order by s.HQDATE desc) as WINDOWEND from (select distinct d.SECUCODE "
-    "from "
-    "alg_comdetail d,alg_commain m where d.MAINID = m.ID and m.SAVEFLAG = 1) c");
+inline const QString kIndexFirstDay = QStringLiteral(
+    "select first 1 coalesce(STARTDATE, 0) from alg_stockstatistic where SECUCODE = 1 and HQTYPE = 0 order by HQDATE "
+    "desc");
+/// Of the index and of the securities held in saved portfolios: the end of their daily rows (WINDOWEND, null without
+/// rows) and whether there is a return on that day or later (HASRETURN, null without).
+[[nodiscard]] QString DailyRowsSince(std::int64_t firstDay);
 /// `today` is the host's current date, "YYYY-MM-DD".
 [[nodiscard]] QString FirstCalculation(const QString& today);
 [[nodiscard]] QString CalculatePortfolio(const QString& portfolioId);

@@ -162,6 +162,44 @@ TEST_F(Figures, WithoutTheIndexOrAnyHoldingTheOldFiguresStayUnfinished) {
   Service().Execute(QStringLiteral("delete from alg_stockstatistic"));
   AddIndexDays({0.01, -0.01, 0.03});
   expectOldFigures();
+  // The first bar of all, a return outside the window, and at last one inside it.
+  Service().Execute(InsertStatistic({.code = 1600000, .date = 20260103, .dailyReturn = 0, .oldClose = 0}));
+  expectOldFigures();
+  Service().Execute(InsertStatistic({.code = 1600000, .date = 20251231, .dailyReturn = 0.02}));
+  expectOldFigures();
+  AddDay(1600000, 1, 0.04);
+  Run();
+  EXPECT_EQ(Dates(), "20260103,0");
+}
+
+TEST_F(Figures, AHoldingWithoutAReturnYetLeavesItsWeightToTheOthersAndLacks) {
+  AddIndexDays({0.01, -0.01, 0.03});
+  for (int day = 0; day < 3; ++day) AddDay(1600000, day, 0.01 * day);
+  Service().Execute(InsertStatistic({.code = 1000001, .date = 20260103, .dailyReturn = 0, .oldClose = 0}));
+  AddPortfolio();
+  AddHolding(1600000, "0.25");
+  AddHolding(1000001, "0.75");
+  // As if the first were held alone: 0, 0.01, 0.02, the variance 0.0001; covariance (0.01 * 0.02) / 2, beta 0.25.
+  ExpectFigures(Run(), {0.0001, 0.01, 0.25, 0.01 - 0.25 * 0.01, 1.0, 0.04});
+  EXPECT_EQ(Dates(), "20260103,1");
+  EXPECT_EQ(UnfinishedOn("2026-01-03"), 1);
+  AddDay(1000001, 3, 0.02);
+  Service().Execute(InsertStatistic({.code = 1, .date = 20260104, .dailyReturn = 0.02}));
+  Run();
+  EXPECT_EQ(Dates(), "20260104,0");
+}
+
+/// Each is one that lacks something, and is counted once.
+TEST_F(Figures, EachHoldingThatLacksSomethingCountsOnce) {
+  AddIndexDays({0.01, -0.01, 0.03});
+  AddDay(1600000, 2, 0.01);
+  Service().Execute(InsertStatistic({.code = 1600001, .date = 20260103, .dailyReturn = 0, .oldClose = 0}));
+  Service().Execute(
+      InsertStatistic({.code = 1600002, .date = 20260102, .dailyReturn = 0, .oldClose = 0, .endDate = 20260102}));
+  AddPortfolio();
+  for (const int code : {1600001, 1600002, 1600003, 1600000}) AddHolding(code, "0.25");
+  Run();
+  EXPECT_EQ(Dates(), "none,3");
 }
 
 // A holds three days, b its first return on the second: day 1 a alone 0.02; day 2 (0.25 * 0.04 + 0.75 * 0.08) = 0.07;

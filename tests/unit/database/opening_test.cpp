@@ -445,6 +445,33 @@ TEST(Schema, EveryOlderVersionIsBroughtUpToDateWithItsRows) {
   }
 }
 
+/// Figures of a version that did not know what they lacked are made again, however new they say they are.
+TEST(Schema, FiguresOfOlderVersionsAreUnfinishedAfterTheUpgrade) {
+  for (std::size_t version = 4; version < firebird::SchemaFiles().size(); ++version) {
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("old.fdb"));
+    {
+      firebird::Status status;
+      auto attachment = AttachTo(file, true);
+      firebird::UpgradeSchema(status, *attachment, version);
+      firebird::Transaction transaction(status, *attachment, firebird::Transaction::Mode::ChangeNoWait);
+      attachment->execute(status.Get(), &transaction.Get(), 0,
+                          "insert into alg_commain (ID, FC, ISFINISHED, CALCDATE) values (5, 0.25, 1, 20260105)", 3,
+                          nullptr, nullptr, nullptr, nullptr);
+      transaction.Commit();
+      firebird::Detach(status, attachment);
+    }
+    auto service = FirebirdUserData::Open(DatabaseTarget{file, {}, {}}, TempDatabase::LockFolder());
+    service->Execute(QStringLiteral("execute procedure INITFIRSTCALC('2026-01-05')"));
+    EXPECT_EQ(service->Count(QStringLiteral("select count(*) from alg_commain where ISFINISHED = 0 and FC = 0.25")), 1)
+        << version;
+    service->Execute(InsertStatistic({}));
+    EXPECT_EQ(service->Execute(QStringLiteral("execute procedure SP_GETBETA(1,5)")), 1);
+    service->Execute(QStringLiteral("execute procedure INITFIRSTCALC('2026-01-05')"));
+    EXPECT_EQ(service->Count(QStringLiteral("select count(*) from alg_commain where ISFINISHED = 1")), 1) << version;
+  }
+}
+
 TEST(Schema, CutOffUpgradeGoesOn) {
   const QTemporaryDir folder;
   const QString file = folder.filePath(QStringLiteral("cut.fdb"));

@@ -21,13 +21,15 @@ class Incomplete : public EngineTest {
             .arg(portfolio)
             .arg(code));
   }
-  void AddRow(int code, int date, int end, int type = 0) {
-    Run(QStringLiteral("insert into alg_stockstatistic (secucode,hqtype,hqdate,startdate,enddate) values "
-                       "(%1,%2,%3,20240501,%4)")
+  void AddRow(int code, int date, int end, int type = 0, int oldClose = 10) {
+    Run(QStringLiteral("insert into alg_stockstatistic "
+                       "(secucode,hqtype,hqdate,startdate,enddate,ggqjsyl,oldcloseprice) values "
+                       "(%1,%2,%3,20240501,%4,0,%5)")
             .arg(code)
             .arg(type)
             .arg(date)
-            .arg(end));
+            .arg(end)
+            .arg(oldClose));
   }
   static QStringList Lines() { return LinesOf(IncompletePortfolios(Database())); }
 };
@@ -112,6 +114,23 @@ TEST_F(Incomplete, RowsOfAnotherEditionAreNamed) {
                                  "stock(000001)的统计数据没有随当前数据更新"});
   host_.dataCenter.dataEdition = QString();
   EXPECT_EQ(Lines(), QStringList{"p1：风险数据没有算完"}) << "what is not known is not compared";
+}
+
+TEST_F(Incomplete, AHoldingWithoutAReturnYetIsNamed) {
+  AddRow(1, 20240529, 20240529);
+  AddRow(1600000, 20240529, 20240529);
+  AddRow(1300750, 20240529, 20240529, 0, 0);  // its first trading day
+  AddRow(1000001, 20240430, 20240529);        // has not traded inside the index's window
+  AddPortfolio(1, "20240529", "2");
+  AddHolding(1, 1600000);
+  AddHolding(1, 1300750);
+  AddHolding(1, 1000001);
+  AddPortfolio(2, "20240529", "0", 0);
+  AddHolding(2, 1600000);
+  EXPECT_EQ(Lines(),
+            (QStringList{"p2：风险数据没有算完", "p1：stock(300750)还没有日收益率，stock(000001)还没有日收益率"}));
+  Run("delete from alg_stockstatistic where secucode = 1");
+  EXPECT_EQ(Lines().last(), "p1：上证指数没有统计数据，stock(300750)还没有日收益率");
 }
 
 TEST_F(Incomplete, AFailedReadIsAnError) {

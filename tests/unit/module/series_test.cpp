@@ -132,14 +132,20 @@ TEST_F(Series, AHostWithoutADateIsAnErrorOfTheReader) {
   }
 }
 
-TEST_F(Series, AFailingQueryKeepsTheOldCloses) {
+TEST_F(Series, AFailingQueryKeepsTheOldClosesAndTheNextReaderTriesAgain) {
   (void)g_ClosePrice->GetWeekCloseStringList();
-  host_.fakeUserData.FailNext(kMonthQuery, Error(ErrorCategory::Busy, "locked"));
   SetCloses(kWeekQuery, {{"1600000", "1"}});
   g_ClosePrice->SetIsNeedUpdate(true);
-  EXPECT_THROW((void)g_ClosePrice->GetWeekCloseStringList_Sum(), Error);
-  EXPECT_EQ(g_ClosePrice->GetWeekCloseStringList()->ValueOf(u"1600000"), QStringLiteral("9.75"));
-  EXPECT_EQ(LinesOf(g_ClosePrice->GetWeekCloseStringList_Sum()), (QStringList{"1=3175", "2=9750"}));
+  for (int reader = 0; reader < 2; ++reader) {
+    host_.fakeUserData.FailNext(kMonthQuery, Error(ErrorCategory::Busy, "locked"));
+    EXPECT_THROW((void)g_ClosePrice->GetWeekCloseStringList_Sum(), Error) << reader;
+  }
+  // The week that was read by halves has not been taken.
+  SetCloses(kWeekQuery, {{"1000001", "12"}});
+  EXPECT_EQ(LinesOf(g_ClosePrice->GetWeekCloseStringList()), (QStringList{"1600000=9.75", "1000001=12"}));
+  // 100 x 9.75 + 200 x 12; 1000 x 9.75.
+  EXPECT_EQ(LinesOf(g_ClosePrice->GetWeekCloseStringList_Sum()), (QStringList{"1=3375", "2=9750"}));
+  EXPECT_EQ(Queries(kWeekQuery).size(), 4U);
 }
 
 TEST_F(Series, SumsThatCouldNotBeMadeAreMadeAtTheNextReading) {

@@ -26,9 +26,29 @@ TEST(InProcessBusTest, RolesAreServedApart) {
   EXPECT_EQ(one.heard[0], QStringLiteral("600000=8.15"));
   EXPECT_EQ(two.heard[0], QStringLiteral("000001=11.23"));
   one.role.reset();
-  EXPECT_TRUE(bus.IsTicking());
-  two.role.reset();
-  EXPECT_FALSE(bus.IsTicking());
+  bus.SetQuotes({MakeQuote(1600000, 901, 815), MakeQuote(1000001, 1200, 1123)});
+  ASSERT_TRUE(two.Hears(2));
+  EXPECT_EQ(two.heard[1], QStringLiteral("000001=12.00"));
+  EXPECT_EQ(one.heard.size(), 1);
+}
+
+TEST(InProcessBusTest, TheSimulatedMarketMovesWhileSomethingIsSubscribed) {
+  ConnectedBus bus(SomeQuotes(), 42);
+  QSignalSpy moves(&bus, &InProcessBus::PricesMoved);
+  TDMessage unknown{Profile(), {}};
+  FillRequest(QStringLiteral("0|01600000"), unknown);
+  EXPECT_GT(bus.Request(99, unknown), 0U) << "nobody's subscription";
+  bus.Detach(99);
+  EXPECT_FALSE(moves.wait(1300));
+  Listener one(bus);
+  Listener two(bus);
+  one.role->Send(QStringLiteral("0|01600000"));
+  two.role->Send(QStringLiteral("0|02000001"));
+  one.role.reset();
+  EXPECT_TRUE(moves.wait(30000));
+  two.role->Send(QStringLiteral("1|02000001"));
+  moves.clear();
+  EXPECT_FALSE(moves.wait(1300));
 }
 
 TEST(InProcessBusTest, PushesChangesAtMostOnceASecond) {
@@ -65,7 +85,6 @@ TEST(InProcessBusTest, NewQuotesAnswerSubscriptionsAgain) {
   EXPECT_EQ(listener.heard.size(), 1);  // never inside a call
   ASSERT_TRUE(listener.Hears(2));
   EXPECT_EQ(listener.heard[1], QStringLiteral("600000=9.01"));
-  EXPECT_TRUE(bus.IsTicking());
   EXPECT_THROW(bus.SetQuotes({MakeQuote(1, 1, 1), MakeQuote(1, 1, 1)}), Error);
   EXPECT_EQ(bus.Quotes().size(), 1U);
   EXPECT_EQ(bus.Quotes()[0].price, (Decimal{901, 2}));
@@ -86,7 +105,6 @@ TEST(InProcessBusTest, ConnectsWithTheFirstQuotesAndAnswersWhatIsInForceThen) {
   listener.role->Send(QStringLiteral("0|01600000"));
   QTest::qWait(50);
   EXPECT_EQ(bus.ConnectionState(), MessageBus::State::Disconnected);
-  EXPECT_FALSE(bus.IsTicking());
   EXPECT_TRUE(listener.heard.isEmpty());
   EXPECT_THROW(bus.SetQuotes({MakeQuote(1600000, 815, 820), MakeQuote(1600000, 815, 820)}), Error);
   EXPECT_EQ(bus.ConnectionState(), MessageBus::State::Disconnected);
@@ -96,15 +114,6 @@ TEST(InProcessBusTest, ConnectsWithTheFirstQuotesAndAnswersWhatIsInForceThen) {
   ASSERT_TRUE(listener.Hears(1));
   EXPECT_EQ(listener.heard.front(), QStringLiteral("600000=8.15"));
   EXPECT_TRUE(cancelled.heard.isEmpty());
-}
-
-TEST(InProcessBusTest, UnknownSubscribersAreIgnored) {
-  ConnectedBus bus(SomeQuotes());
-  TDMessage message{Profile(), {}};
-  FillRequest(QStringLiteral("0|01600000"), message);
-  EXPECT_GT(bus.Request(99, message), 0U);
-  bus.Detach(99);
-  EXPECT_FALSE(bus.IsTicking());
 }
 
 class EmbeddedMarketTest : public MarketDataTest {
