@@ -102,6 +102,7 @@ BarFile ReadBars(const QString& path, std::span<const int> tradingDates, int las
     double close = 0;
     std::optional<QString> reason = CheckPrices(table, close);
     if (!reason) reason = CheckVolume(table);
+    if (!reason && !IsWeekday(*date)) reason = QStringLiteral("%1 是周末，不是交易日").arg(Text(dateText));
     if (!reason && !IsTradingDate(tradingDates, *date)) reason = QStringLiteral("%1 不是交易日").arg(Text(dateText));
     if (reason) {
       table.Reject(*reason);

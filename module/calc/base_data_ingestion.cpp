@@ -54,6 +54,9 @@ class StatisticRows {
       CheckDate(row, hqDate_, false);
       CheckDate(row, startDate_, true);
       CheckDate(row, endDate_, true);
+      if (Number(row, closePrice_) < 0) sql::RefuseCell(rows_, row, closePrice_, QStringLiteral("是负数"));
+      CheckTradingDay(row);
+      if (row > 0 && IsSameSeries(row - 1, row)) CheckSuccessor(row - 1, row);
       if (!sql::NumberIfAny(rows_, row, hqDate_).empty()) {
         keys.push_back({{family.isIndex ? Number(row, code_) : 0, Number(row, hqType_), Number(row, hqDate_)}, row});
       }
@@ -116,6 +119,26 @@ class StatisticRows {
     const bool isWhole = std::abs(date) < 1e9 && date == std::trunc(date);
     if (!isWhole || !IsMarketDate(static_cast<std::int64_t>(date)))
       sql::RefuseCell(rows_, row, column, QStringLiteral("不是日期"));
+  }
+  /// Days without a date (0) and those of weeks and months may be any.
+  void CheckTradingDay(int row) const {
+    const auto date = static_cast<int>(Number(row, hqDate_));
+    if (Number(row, hqType_) == 0 && date != 0 && !IsWeekday(date))
+      sql::RefuseCell(rows_, row, hqDate_, QStringLiteral("不是交易日（周末）"));
+  }
+  [[nodiscard]] bool IsSameSeries(int before, int row) const {
+    const bool isSameCode = code_ < 0 || Number(before, code_) == Number(row, code_);
+    return isSameCode && Number(before, hqType_) == Number(row, hqType_);
+  }
+  /// The rows of a series stand oldest first, under one window.
+  void CheckSuccessor(int before, int row) const {
+    const auto isEmpty = [&](int at) { return sql::NumberIfAny(rows_, at, hqDate_).empty(); };
+    if (!isEmpty(before) && !isEmpty(row) && Number(row, hqDate_) < Number(before, hqDate_))
+      sql::RefuseCell(rows_, row, hqDate_, QStringLiteral("早于上一行的日期"));
+    for (const int column : {startDate_, endDate_}) {
+      if (Number(before, column) != Number(row, column))
+        sql::RefuseCell(rows_, row, column, QStringLiteral("与同一序列的上一行不同"));
+    }
   }
   [[nodiscard]] std::string Defaulted(int row, int column, std::string_view ifEmpty) const {
     std::string text = sql::NumberIfAny(rows_, row, column);

@@ -26,7 +26,8 @@ using ForwardDate = std::function<int(int)>;
 /// Fields that are empty have the defaults 0 and 0.00. A field that is missing, that is no plain number, or that is
 /// empty where it goes into a condition (hqtype; hqdate of a last day in the today family): an Error naming it. So are
 /// rows of another security (index file: than the three), a type that is none of the three, a date that the calendar
-/// does not have (0 is none where a window may have none), and two rows of one code, type and date.
+/// does not have (0 is none where a window may have none), two rows of one code, type and date, a negative close, a day
+/// on a Saturday or Sunday, and a series whose dates do not ascend or whose rows name different windows.
 /// `edition`: that of the data the file belongs to, kept with its security; empty = not known, what is kept stays.
 /// Whatever throws, the database is as it was before. No rows: removals and last-day marks happen all the same;
 /// intended.

@@ -89,6 +89,7 @@ void ReplaceEstimateValues(DatabaseStatements& database, const ResultSet& file, 
     if (stored.contains(code)) continue;
     stored.insert(code);
     const std::string price = sql::NumberIfAny(file, row, priceColumn);
+    if (price.starts_with('-')) sql::RefuseCell(file, row, priceColumn, QStringLiteral("是负数"));
     MustExecute(database,
                 sql::InsertEstimateValue(LiteralOf(file, row, idColumn, Access::Integer), sql::TextLiteral(code),
                                          price.empty() ? kNoPrice : QString::fromStdString(price)));

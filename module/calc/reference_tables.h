@@ -15,8 +15,8 @@ using Step = std::function<void()>;
 
 /// "InterestRate.Dat": fourteen columns of the same names as the table's.
 void ReplaceInterestRates(DatabaseStatements& database, const ResultSet& file, const Step& step = {});
-/// "GZ.dat": SECUCODE, ID, PRICE. Of several rows with one SECUCODE the first is stored; an empty PRICE is 0; CTIME is
-/// 19910101 in every row, whatever the file says (intended).
+/// "GZ.dat": SECUCODE, ID, PRICE. Of several rows with one SECUCODE the first is stored; an empty PRICE is 0, a
+/// negative one is refused; CTIME is 19910101 in every row, whatever the file says (intended).
 void ReplaceEstimateValues(DatabaseStatements& database, const ResultSet& file, const Step& step = {});
 
 }  // namespace holdwise::calc

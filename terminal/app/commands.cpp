@@ -101,10 +101,14 @@ void Commands::Export(const QString& folder, const HandOverServer::Answer& answe
   MainWindow& window = parts_.window.Window();
   window.Tell(QStringLiteral("正在导出…"));
   exporter_ = std::make_unique<ViewExporter>(*views, window.Area());
-  exporter_->OnDone = [this, folder, answer](const QString& problem) {
+  exporter_->OnDone = [this, folder, answer](const QString& problem, const QString& lacking) {
     exporter_.release()->deleteLater();
-    const HandOverAnswer done = problem.isEmpty() ? HandOverAnswer{QStringLiteral("已导出到“%1”。").arg(folder), 0}
-                                                  : HandOverAnswer{QStringLiteral("导出没有完成：%1").arg(problem), 1};
+    HandOverAnswer done{QStringLiteral("已导出到“%1”。").arg(folder), 0};
+    if (!problem.isEmpty()) {
+      done = {QStringLiteral("导出没有完成：%1").arg(problem), 1};
+    } else if (!lacking.isEmpty()) {
+      done = {QStringLiteral("已导出到“%1”，但数据不完整：\n%2").arg(folder, lacking), 1};
+    }
     parts_.process.Log().WriteLog(done.text);
     parts_.window.Window().Tell(done.text);
     answer(done);

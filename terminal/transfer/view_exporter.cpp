@@ -5,7 +5,9 @@
 #include <QBuffer>
 #include <QDir>
 #include <QEvent>
+#include <QFile>
 #include <QPixmap>
+#include <QRegularExpression>
 #include <QWidget>
 #include <algorithm>
 #include <exception>
@@ -130,7 +132,10 @@ void ViewExporter::WriteView() {
     throw Error(ErrorCategory::Io, QStringLiteral("视图“%1”的图片不能生成。").arg(view_.caption).toStdString());
   const QString name = QString::number(view_.frameId);
   WriteFileAtomically(folder_ + QLatin1Char('/') + name + QStringLiteral(".png"), png, Durability::Replaceable);
-  for (const GridText& grid : views_.Grids()) WriteGrid(name + QLatin1Char('-') + FileNamePart(grid.name), grid);
+  for (const GridText& grid : views_.Grids()) {
+    gridNames_.insert(FileNamePart(grid.name));
+    WriteGrid(name + QLatin1Char('-') + FileNamePart(grid.name), grid);
+  }
   const ViewCatalogue::Holdings holdings = views_.HoldingsGrid();
   followingGrid_ = holdings.gridName;
   portfoliosLeft_ = holdings.gridName.isEmpty() ? QStringList() : holdings.portfolioIds;
@@ -158,24 +163,38 @@ void ViewExporter::WritePortfolio() {
   NextPortfolio();
 }
 
-void ViewExporter::WriteGrid(const QString& name, const GridText& grid) const {
-  WriteFileAtomically(folder_ + QLatin1Char('/') + name + QStringLiteral(".csv"), GridToCsv(grid),
-                      Durability::Replaceable);
+void ViewExporter::WriteGrid(const QString& name, const GridText& grid) {
+  const QString file = name + QStringLiteral(".csv");
+  WriteFileAtomically(folder_ + QLatin1Char('/') + file, GridToCsv(grid), Durability::Replaceable);
+  tables_.insert(file);
+}
+
+void ViewExporter::RemoveOld() const {
+  static const QRegularExpression kOwnName(QStringLiteral("^\\d+-(.+?)(-\\d+)?\\.csv$"));
+  const QDir folder(folder_);
+  for (const QString& file : folder.entryList({QStringLiteral("*.csv")}, QDir::Files)) {
+    const QRegularExpressionMatch match = kOwnName.match(file);
+    if (!match.hasMatch() || !gridNames_.contains(match.captured(1)) || tables_.contains(file)) continue;
+    if (QFile::remove(folder.filePath(file))) continue;
+    throw Error(ErrorCategory::Io,
+                QStringLiteral("以前导出的文件“%1”不能删除。").arg(folder.filePath(file)).toStdString());
+  }
 }
 
 void ViewExporter::WroteAll() {
-  QStringList problems = views_.Incomplete();
-  if (const QString shortcoming = views_.Shortcoming(); !shortcoming.isEmpty()) problems.prepend(shortcoming);
-  Finish(problems.join(QLatin1Char('\n')));
+  RemoveOld();
+  QStringList lacking = views_.Incomplete();
+  if (const QString shortcoming = views_.Shortcoming(); !shortcoming.isEmpty()) lacking.prepend(shortcoming);
+  Finish({}, lacking.join(QLatin1Char('\n')));
 }
 
-void ViewExporter::Finish(const QString& problem) {
+void ViewExporter::Finish(const QString& problem, const QString& lacking) {
   look_.stop();
   qApp->removeEventFilter(this);
   if (shownBefore_ != 0) views_.Show(shownBefore_);
   // The listener may destroy this object.
   const auto done = std::exchange(OnDone, nullptr);
-  if (done) done(problem);
+  if (done) done(problem, lacking);
 }
 
 }  // namespace holdwise

@@ -2,6 +2,7 @@
 #pragma once
 #include <QElapsedTimer>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QTimer>
@@ -19,7 +20,9 @@ namespace holdwise {
 
 /// Visits every view of an address and writes what it shows into a folder: "<frame id>.png", each grid as
 /// "<frame id>-<grid>.csv", and the grid that follows the selected portfolio as "<frame id>-<grid>-<portfolio>.csv" for
-/// each portfolio. Works along with the event loop; the user's mouse and keys do not reach the window meanwhile.
+/// each portfolio. Of an earlier export into the same folder the tables of those of its grids stay no longer whose view
+/// or portfolio is gone; other files are left alone. Works along with the event loop; the user's mouse and keys do not
+/// reach the window meanwhile.
 class ViewExporter : public QObject {
  public:
   /// Longest time that one view or portfolio may take to settle without coming any further.
@@ -29,8 +32,9 @@ class ViewExporter : public QObject {
   ViewExporter(ViewCatalogue& views, QWidget& picture, int settleMilliseconds = kSettleMilliseconds);
   ~ViewExporter() override;
 
-  /// Called once, from the event loop; `problem` is empty when everything has been written and is the latest.
-  std::function<void(const QString& problem)> OnDone;
+  /// Called once, from the event loop. `problem` is empty when everything has been written; `lacking` says then what
+  /// the written figures lack, a line each, empty when they are the latest and whole.
+  std::function<void(const QString& problem, const QString& lacking)> OnDone;
   /// @param folder is made when missing
   void Start(const QString& folder);
 
@@ -43,10 +47,12 @@ class ViewExporter : public QObject {
   void NextPortfolio();
   void WriteView();
   void WritePortfolio();
-  void WriteGrid(const QString& name, const GridText& grid) const;
+  void WriteGrid(const QString& name, const GridText& grid);
+  /// Tables of an earlier export that this one did not write again.
+  void RemoveOld() const;
   void Wait(void (ViewExporter::*whenSettled)(), int quietLooks, const QString& forWhat);
   void WroteAll();
-  void Finish(const QString& problem);
+  void Finish(const QString& problem, const QString& lacking = {});
 
   ViewCatalogue& views_;
   QWidget& picture_;
@@ -58,6 +64,8 @@ class ViewExporter : public QObject {
   QString followingGrid_;
   QStringList portfoliosLeft_;
   QString portfolio_;
+  QSet<QString> gridNames_;  ///< of this export, as they stand in file names
+  QSet<QString> tables_;     ///< files of this export
   QTimer look_;
   QElapsedTimer waiting_;
   int settledLooks_ = 0;

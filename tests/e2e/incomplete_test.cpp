@@ -43,6 +43,7 @@ TEST_F(Incomplete, AMissingStockFileIsSaidAndHealedWhenItIsBack) {
   for (const QStringList& more : {Import(), QStringList()}) {
     const Outcome outcome = Export(more);
     EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(outcome.err.contains("已导出到") && outcome.err.contains("但数据不完整")) << outcome.err.toStdString();
     EXPECT_TRUE(outcome.err.contains("甲：")) << outcome.err.toStdString();
     EXPECT_TRUE(outcome.err.contains("600002") && outcome.err.contains("没有统计数据")) << outcome.err.toStdString();
     EXPECT_FALSE(outcome.err.contains("乙：")) << outcome.err.toStdString();

@@ -182,6 +182,8 @@ TEST_F(Ingestion, WhatCannotBeAFileOfItsSecurityIsRefusedWhole) {
     cases.push_back({with(&Row::start, date), "startdate"});
     cases.push_back({with(&Row::end, date), "enddate"});
   }
+  cases.push_back({with(&Row::close, "-0.01"), "closeprice"});
+  for (const char* weekend : {"20240601", "20240602"}) cases.push_back({with(&Row::date, weekend), "hqdate"});
   for (const Case& one : cases) {
     Row first;
     if (one.isIndex) first.code = "1";
@@ -195,6 +197,28 @@ TEST_F(Ingestion, WhatCannotBeAFileOfItsSecurityIsRefusedWhole) {
     }
     EXPECT_EQ(Stored(), (QStringList{"1|0|20200101|1", "1600000|0|20200101|1"}));
   }
+}
+
+TEST_F(Ingestion, DatesOfASeriesAscendUnderOneWindow) {
+  const auto refused = [this](const std::vector<Row>& rows) {
+    try {
+      Ingest(TextFile(rows), Day250());
+    } catch (const Error& error) {
+      return QString::fromUtf8(error.what());
+    }
+    return QString();
+  };
+  const QString text = refused({Dated("20240528"), Dated("20240529"), Dated("20240527")});
+  EXPECT_TRUE(text.contains(QStringLiteral("第3行")) && text.contains(QStringLiteral("hqdate"))) << text.toStdString();
+  Row other = Dated("20240529");
+  other.start = "20240502";
+  EXPECT_TRUE(refused({Dated("20240528"), other}).contains(QStringLiteral("startdate")));
+  other = Dated("20240529");
+  other.end = "20240530";
+  EXPECT_TRUE(refused({Dated("20240528"), other}).contains(QStringLiteral("enddate")));
+  EXPECT_EQ(Stored(), QStringList());
+  // Each type and each index begins anew; weeks and months may end on any day.
+  EXPECT_EQ(refused({Dated("20240529"), Dated("20240525", "1"), Dated("20240526", "2")}), QString());
 }
 
 TEST_F(Ingestion, AStockFileMayNameItsSecurityOrNone) {
@@ -231,11 +255,11 @@ TEST_F(Ingestion, EveryTypeIsASeries) {
   Store("1600000", "0", "20240101");
   Store("1600000", "1", "20240101");
   Store("1600000", "2", "20240101");
-  std::vector<Row> rows = {Dated("20240529"), Dated("20240401"), Dated("20240524", "1")};
+  std::vector<Row> rows = {Dated("20240401"), Dated("20240402"), Dated("20240524", "1")};
   rows[2].start = "20230101";
   Ingest(TextFile(rows), Today());
-  EXPECT_EQ(Stored(), (QStringList{"1600000|0|20240401|0", "1600000|0|20240529|0", "1600000|1|20240101|0",
-                                   "1600000|1|20240524|0", "1600000|2|20240101|0"}));
+  EXPECT_EQ(Stored(), (QStringList{"1600000|0|20240402|0", "1600000|1|20240101|0", "1600000|1|20240524|0",
+                                   "1600000|2|20240101|0"}));
 }
 
 TEST_F(Ingestion, TypesAreComparedAsTexts) {

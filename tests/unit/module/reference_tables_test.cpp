@@ -49,6 +49,19 @@ TEST_F(ReferenceTables, RatesReplaceTheTable) {
                                        "1970-01-21|1.75|code")});
 }
 
+TEST_F(ReferenceTables, ANegativeEstimateIsRefusedAndNamed) {
+  ReplaceEstimateValues(Database(), EstimateFile({{"600000", "1", "9"}}));
+  try {
+    ReplaceEstimateValues(Database(), EstimateFile({{"000001", "1", "8"}, {"600000", "2", "-9.5"}}));
+    ADD_FAILURE();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Category(), ErrorCategory::Refused);
+    const QString text = QString::fromUtf8(error.what());
+    EXPECT_TRUE(text.contains(QStringLiteral("第2行")) && text.contains(QStringLiteral("PRICE"))) << text.toStdString();
+  }
+  EXPECT_EQ(Estimates(), QStringList{"1|600000|19910101|9"});
+}
+
 TEST_F(ReferenceTables, AFileWithoutRowsChangesNothing) {
   ReplaceInterestRates(Database(), TableOf(kRateColumns, {Rate("1", "一年", "1.5")}));
   ReplaceInterestRates(Database(), TableOf(kRateColumns, {}));

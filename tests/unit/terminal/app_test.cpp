@@ -357,7 +357,7 @@ TEST(ViewExporterTest, VisitsEveryViewAndPortfolio) {
   picture.resize(30, 20);
   ViewExporter exporter(views, picture);
   QStringList done;
-  exporter.OnDone = [&done](const QString& problem) { done.append("done" + problem); };
+  exporter.OnDone = [&done](const QString& problem, const QString&) { done.append("done" + problem); };
   exporter.Start(folder.filePath("deep/out"));
   ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
   EXPECT_EQ(done, QStringList{"done"});
@@ -369,6 +369,27 @@ TEST(ViewExporterTest, VisitsEveryViewAndPortfolio) {
   EXPECT_EQ(views.Current(), 2);
 }
 
+TEST(ViewExporterTest, TablesOfAnEarlierExportGoOtherFilesStay) {
+  const QTemporaryDir folder;
+  for (const char* name :
+       {"1-g_1-13.csv", "3-g_1.csv", "2-other.csv", "2024-g_1-notes.csv", "g_1.csv", "2-g_1-11.txt"}) {
+    QFile file(folder.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  }
+  FakeViews views;
+  QWidget picture;
+  picture.resize(30, 20);
+  ViewExporter exporter(views, picture);
+  QStringList done;
+  exporter.OnDone = [&done](const QString& problem, const QString&) { done.append("done" + problem); };
+  exporter.Start(folder.path());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
+  EXPECT_EQ(done, QStringList{"done"});
+  EXPECT_EQ(QDir(folder.path()).entryList({"*.csv", "*.txt"}, QDir::Files, QDir::Name),
+            QStringList({"1-g_1.csv", "2-g_1-11.csv", "2-g_1-11.txt", "2-g_1-12.csv", "2-g_1.csv", "2-other.csv",
+                         "2024-g_1-notes.csv", "g_1.csv"}));
+}
+
 TEST(ViewExporterTest, NamesAViewThatCannotBeShown) {
   const QTemporaryDir folder;
   FakeViews views;
@@ -377,7 +398,7 @@ TEST(ViewExporterTest, NamesAViewThatCannotBeShown) {
   picture.resize(30, 20);
   ViewExporter exporter(views, picture);
   QString done;
-  exporter.OnDone = [&done](const QString& problem) { done = "done" + problem; };
+  exporter.OnDone = [&done](const QString& problem, const QString&) { done = "done" + problem; };
   exporter.Start(folder.path());
   ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
   EXPECT_TRUE(done.contains("two"));
@@ -393,7 +414,7 @@ TEST(ViewExporterTest, GivesUpOnlyWhenNothingMoves) {
     picture.resize(30, 20);
     ViewExporter exporter(views, picture, 1000);
     QStringList done;
-    exporter.OnDone = [&done](const QString& problem) { done.append("done" + problem); };
+    exporter.OnDone = [&done](const QString& problem, const QString&) { done.append("done" + problem); };
     exporter.Start(folder.path());
     ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
     EXPECT_EQ(done.first() == "done", isMoving) << done.first().toStdString();
@@ -409,10 +430,10 @@ TEST(ViewExporterTest, SaysWhatIsMissing) {
   picture.resize(30, 20);
   ViewExporter exporter(views, picture);
   QStringList done;
-  exporter.OnDone = [&done](const QString& problem) { done.append(problem); };
+  exporter.OnDone = [&done](const QString& problem, const QString& lacking) { done.append(problem + "|" + lacking); };
   exporter.Start(folder.path());
   ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
-  EXPECT_EQ(done, QStringList{"a: x\nb: y"});
+  EXPECT_EQ(done, QStringList{"|a: x\nb: y"});
   EXPECT_TRUE(QFile::exists(folder.filePath("2-g_1-12.csv")));
 }
 
@@ -424,10 +445,10 @@ TEST(ViewExporterTest, SaysWhenTheFiguresAreNotTheLatest) {
   picture.resize(30, 20);
   ViewExporter exporter(views, picture);
   QStringList done;
-  exporter.OnDone = [&done](const QString& problem) { done.append(problem); };
+  exporter.OnDone = [&done](const QString& problem, const QString& lacking) { done.append(problem + "|" + lacking); };
   exporter.Start(folder.path());
   ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
-  EXPECT_EQ(done, QStringList{"old"});
+  EXPECT_EQ(done, QStringList{"|old"});
   EXPECT_TRUE(QFile::exists(folder.filePath("2-g_1-12.csv"))) << "everything is written all the same";
 }
 
