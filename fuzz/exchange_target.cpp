@@ -8,7 +8,7 @@
 #include "common/host/host_access.h"
 #include "common/store/exchange_files.h"
 #include "common/store/statements.h"
-#include "database/engine/statement_shape.h"
+#include "database/statements/statement_shape.h"
 #include "holdwise/packet/csv_result_set.h"
 #include "properties.h"
 #include "targets.h"

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "database/engine/literal_binder.h"
-#include "database/engine/statement_shape.h"
+#include "database/statements/statement_shape.h"
 #include "properties.h"
 #include "targets.h"
 

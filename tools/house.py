@@ -28,7 +28,9 @@ MODULE = {
 }
 TERMINAL = {
     "theme": [],
-    "database": [],
+    "database/statements": [],
+    "database/engine": ["database/statements"],
+    "database": ["database/engine"],
     "files": [],
     "datacentre": [],
     "bus": ["datacentre"],
@@ -37,7 +39,8 @@ TERMINAL = {
     "pages": ["datacentre", "process", "theme"],
     "transfer": ["process"],
     "plugins": ["bus", "files", "datacentre", "pages", "window", "theme"],
-    "app": ["plugins", "transfer", "database"],
+    "parts": ["plugins"],
+    "app": ["parts", "transfer", "database"],
 }
 ROOMS = {"module": MODULE, "terminal": TERMINAL}
 # The one way from the terminal to the producer: the quote service inside the terminal's process.

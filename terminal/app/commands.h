@@ -4,12 +4,12 @@
 #include <memory>
 
 #include "command_runner.h"
-#include "database_side.h"
-#include "market_side.h"
-#include "page_side.h"
-#include "process_parts.h"
+#include "parts/database_side.h"
+#include "parts/market_side.h"
+#include "parts/page_side.h"
+#include "parts/process_parts.h"
+#include "parts/window_side.h"
 #include "transfer/view_exporter.h"
-#include "window_side.h"
 
 namespace holdwise {
 

@@ -12,6 +12,7 @@
 #include "database/firebird_process.h"
 #include "database/firebird_user_data.h"
 #include "holdwise/packet/error.h"
+#include "parts/terminal_application.h"
 #include "process/background_thread.h"
 #include "process/command_line.h"
 #include "process/hand_over.h"
@@ -19,7 +20,6 @@
 #include "process/signal_guard.h"
 #include "process/work_folder.h"
 #include "terminal.h"
-#include "terminal_application.h"
 #include "window/terminal_style.h"
 
 namespace holdwise {

@@ -3,11 +3,11 @@
 #include <memory>
 
 #include "commands.h"
-#include "database_side.h"
-#include "market_side.h"
-#include "page_side.h"
-#include "process_parts.h"
-#include "window_side.h"
+#include "parts/database_side.h"
+#include "parts/market_side.h"
+#include "parts/page_side.h"
+#include "parts/process_parts.h"
+#include "parts/window_side.h"
 
 namespace holdwise {
 

@@ -10,7 +10,7 @@
 
 #include "database/engine/firebird_client.h"
 #include "database/engine/kept_answers.h"
-#include "database/engine/statement_advice.h"
+#include "database/statements/statement_advice.h"
 #include "database/engine/statement_cache.h"
 #include "disk_space.h"
 #include "holdwise/packet/result_set.h"

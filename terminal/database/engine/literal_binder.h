@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <span>
 
-#include "database/engine/statement_shape.h"
+#include "database/statements/statement_shape.h"
 
 namespace holdwise::firebird {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "database/engine/statement_shape.h"
+#include "database/statements/statement_shape.h"
 
 using holdwise::firebird::StatementKind;
 using holdwise::firebird::StatementShape;

@@ -2,8 +2,8 @@
 #include "common/store/database.h"
 #include "common/store/statement_advice.h"
 #include "common_fixture.h"
-#include "database/engine/statement_advice.h"
-#include "database/engine/statement_shape.h"
+#include "database/statements/statement_advice.h"
+#include "database/statements/statement_shape.h"
 #include "temp_database.h"
 
 namespace holdwise {

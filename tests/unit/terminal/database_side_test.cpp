@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/database_side.h"
+#include "parts/database_side.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "database_side.h"
+#include "parts/database_side.h"
 
 #include <utility>
 

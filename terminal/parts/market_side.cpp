@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "market_side.h"
+#include "parts/market_side.h"
 
 #include "bus/embedded_market.h"
 #include "files/local_folder_source.h"

@@ -6,7 +6,7 @@
 #include "bus/market_connection.h"
 #include "datacentre/market_data.h"
 #include "files/file_source.h"
-#include "process_parts.h"
+#include "parts/process_parts.h"
 
 namespace holdwise {
 

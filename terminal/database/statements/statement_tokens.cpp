@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "database/engine/statement_tokens.h"
+#include "database/statements/statement_tokens.h"
 
 #include <array>
 #include <utility>

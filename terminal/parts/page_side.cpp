@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "page_side.h"
+#include "parts/page_side.h"
 
 #include <algorithm>
 #include <utility>

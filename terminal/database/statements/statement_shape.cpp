@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "database/engine/statement_shape.h"
+#include "database/statements/statement_shape.h"
 
 namespace holdwise::firebird {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "database/engine/statement_advice.h"
+#include "database/statements/statement_advice.h"
 
 #include <algorithm>
 #include <utility>

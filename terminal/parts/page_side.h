@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-#include "database_side.h"
 #include "holdwise/sdk/catalogue.h"
-#include "market_side.h"
 #include "pages/address_registry.h"
+#include "parts/database_side.h"
+#include "parts/market_side.h"
+#include "parts/process_parts.h"
+#include "parts/window_side.h"
 #include "plugins/plugin_loader.h"
 #include "plugins/terminal_host.h"
-#include "process_parts.h"
 #include "window/quick_entry.h"
-#include "window_side.h"
 
 namespace holdwise {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "database/engine/statement_tokens.h"
+#include "database/statements/statement_tokens.h"
 
 namespace holdwise::firebird {
 

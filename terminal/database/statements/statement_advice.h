@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "database/engine/statement_shape.h"
+#include "database/statements/statement_shape.h"
 #include "holdwise/sdk/database.h"
 
 namespace holdwise::firebird {

@@ -5,7 +5,7 @@
 
 #include "bus/market_connection.h"
 #include "datacentre/market_data.h"
-#include "process_parts.h"
+#include "parts/process_parts.h"
 #include "theme/theme_services.h"
 #include "window/main_window.h"
 #include "window/message_boxes.h"

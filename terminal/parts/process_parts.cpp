@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "process_parts.h"
+#include "parts/process_parts.h"
 
 #include <QDir>
 #include <utility>
 
-#include "terminal_application.h"
+#include "parts/terminal_application.h"
 
 namespace holdwise {
 namespace {

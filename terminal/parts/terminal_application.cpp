@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "terminal_application.h"
+#include "parts/terminal_application.h"
 
 #include <cstdio>
 #include <exception>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "window_side.h"
+#include "parts/window_side.h"
 
 #include <QApplication>
 #include <QFontMetrics>
