@@ -6,6 +6,8 @@
 #include <exception>
 #include <utility>
 
+#include "datacentre/index_closes.h"
+#include "holdwise/packet/code_numbers.h"
 #include "process/print.h"
 #include "process/signal_guard.h"
 #include "transfer/import.h"
@@ -91,7 +93,8 @@ HandOverAnswer Commands::ImportFile(const QString& file) {
     return !signal_guard::Requested();
   };
   MarketData& market = parts_.market->Data();
-  const ImportServices services{parts_.database, market, market};
+  const ImportServices services{parts_.database, market, market,
+                                [&market] { return ReadIndexCloses(market.Folder(), kCompositeIndex); }};
   return AnswerOf(file, ImportPortfoliosFromFile(file, services, progress));
 }
 

@@ -38,7 +38,7 @@ QString HelpText() {
       "  --theme dark|light  颜色主题，下次启动仍有效\n"
       "  --address NAME    打开的地址：投资组合、分时走势、工具条、日志\n"
       "  --parameter TEXT  地址的参数，例如 Skip组合表现\n"
-      "  --import FILE     导入组合（CSV：name,code,quantity,price），然后继续运行\n"
+      "  --import FILE     导入组合（CSV：name,code,quantity,price，可加 date），然后继续运行\n"
       "  --export DIR      依次打开每个视图，写出图片和表格后退出；不需要显示器\n"
       "  --help, --version\n\n"
       "同一工作目录已有终端在运行时，命令交给它执行。\n");

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "holdwise/packet/code_numbers.h"
+#include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/text_file.h"
 #include "portfolio_csv.h"
@@ -19,13 +20,13 @@ constexpr char kInsertHolding[] =
 constexpr char kInsertPortfolio[] =
     "insert into alg_commain (ID,COMNAME,ZSCLOSEPRICE,MBSYL,FC,BETA,ISFINISHED,EDITDATE,SAVEFLAG)values(";
 
-/// What every portfolio of the import shares.
-struct Market {
+/// What a portfolio is measured from.
+struct Purchase {
   QString indexClose;
   QString date;
 };
 
-Market ReadMarket(const TDataCenter& dataCentre) {
+Purchase PurchaseNow(const TDataCenter& dataCentre) {
   const double level = dataCentre.IndexNowData(kCompositeIndex).currentPrice;
   if (!(level > 0)) throw Error(ErrorCategory::Refused, "数据中心没有上证指数的现价，无法导入组合");
   const QString date = dataCentre.CurrentDateText();
@@ -33,11 +34,19 @@ Market ReadMarket(const TDataCenter& dataCentre) {
   return {FormatFixed(level, 2), date};
 }
 
+Purchase PurchaseOn(int date, double indexClose) {
+  return {FormatFixed(indexClose, 2), QString::fromStdString(DateText(date))};
+}
+
+bool HasDay(const CsvPortfolio& portfolio) {
+  return portfolio.date.value_or(0) != 0;
+}
+
 double Cost(const CsvHolding& holding) {
   return RealOr(holding.quantity) * RealOr(holding.price);
 }
 
-void InsertPortfolio(UserDataServices& database, const CsvPortfolio& portfolio, const Market& market) {
+void InsertPortfolio(UserDataServices& database, const CsvPortfolio& portfolio, const Purchase& purchase) {
   const std::int64_t id = database.Count(QString::fromLatin1(kNewId));
   if (id <= 0) throw Error(ErrorCategory::Database, "数据库没有给出新的组合编号");
   double total = 0;
@@ -50,7 +59,7 @@ void InsertPortfolio(UserDataServices& database, const CsvPortfolio& portfolio, 
   // The name cannot hold a quote: its characters have been checked.
   MustExecute(database, QStringLiteral("%1%2,'%3',%4,0,0,0,0,'%5',1)")
                             .arg(QLatin1String(kInsertPortfolio), QString::number(id), portfolio.name,
-                                 market.indexClose, market.date));
+                                 purchase.indexClose, purchase.date));
 }
 
 std::vector<int> HeldStocks(const std::vector<CsvPortfolio>& portfolios) {
@@ -73,19 +82,60 @@ QStringList UnpricedStocks(const std::vector<int>& stocks, const TDataCenter& da
   return warnings;
 }
 
+void SortByLine(std::vector<ImportProblem>& problems) {
+  std::stable_sort(problems.begin(), problems.end(),
+                   [](const ImportProblem& a, const ImportProblem& b) { return a.line < b.line; });
+}
+
 void FindTakenNames(UserDataServices& database, const CsvPortfolios& file, std::vector<ImportProblem>& problems) {
   for (const CsvPortfolio& portfolio : file.portfolios) {
     if (database.Count(QLatin1String(kCountName) + portfolio.name + QLatin1Char('\'')) != 0) {
       problems.push_back({portfolio.line, QStringLiteral("已有名称为“%1”的组合").arg(portfolio.name)});
     }
   }
-  std::stable_sort(problems.begin(), problems.end(),
-                   [](const ImportProblem& a, const ImportProblem& b) { return a.line < b.line; });
+  SortByLine(problems);
+}
+
+/// Why nothing can have been bought on that day, as far as the market's data tell; empty when it can.
+QString DayProblem(int date, const TDataCenter& dataCentre, const std::map<int, double>& closes) {
+  const QString day = QString::fromStdString(DateText(date));
+  // The texts of both have one form, in which the later date is the greater text.
+  if (day > dataCentre.CurrentDateText()) {
+    return QStringLiteral("日期%1晚于行情日期%2").arg(day, dataCentre.CurrentDateText());
+  }
+  const std::vector<int>& tradingDates = dataCentre.TradingDates();
+  const bool isReached = !tradingDates.empty() && date >= tradingDates.back();
+  if (isReached && std::find(tradingDates.begin(), tradingDates.end(), date) == tradingDates.end()) {
+    return QStringLiteral("日期%1不是交易日").arg(day);
+  }
+  if (closes.count(date) != 0) return {};
+  return QStringLiteral("行情数据没有%1的上证指数收盘（最早为%2）")
+      .arg(day, QString::fromStdString(DateText(closes.begin()->first)));
+}
+
+/// The index's closes that the days of purchase need; empty when the file names no day.
+std::map<int, double> CheckDays(const ImportServices& services, const CsvPortfolios& file,
+                                std::vector<ImportProblem>& problems) {
+  if (std::none_of(file.portfolios.begin(), file.portfolios.end(), HasDay)) return {};
+  std::map<int, double> closes;
+  try {
+    closes = services.indexCloses();
+  } catch (const Error& error) {
+    problems.push_back({0, QStringLiteral("不能按买入日期导入：%1").arg(QString::fromUtf8(error.what()))});
+  }
+  for (const CsvPortfolio& portfolio : file.portfolios) {
+    if (closes.empty() || !HasDay(portfolio)) continue;
+    if (const QString reason = DayProblem(*portfolio.date, services.dataCentre, closes); !reason.isEmpty()) {
+      problems.push_back({portfolio.line, reason});
+    }
+  }
+  SortByLine(problems);
+  return closes;
 }
 
 ImportResult Write(const std::vector<CsvPortfolio>& portfolios, const ImportServices& services,
-                   const ImportProgress& progress) {
-  const Market market = ReadMarket(services.dataCentre);
+                   const std::map<int, double>& closes, const ImportProgress& progress) {
+  const Purchase now = PurchaseNow(services.dataCentre);
   const int total = static_cast<int>(portfolios.size());
   int done = 0;
   const auto step = [&] { return !progress || progress(done++, total); };
@@ -97,7 +147,8 @@ ImportResult Write(const std::vector<CsvPortfolio>& portfolios, const ImportServ
       result.cancelled = true;
       return result;
     }
-    InsertPortfolio(services.database, portfolio, market);
+    InsertPortfolio(services.database, portfolio,
+                    HasDay(portfolio) ? PurchaseOn(*portfolio.date, closes.at(*portfolio.date)) : now);
   }
   if (!step()) {
     result.cancelled = true;
@@ -115,12 +166,13 @@ ImportResult Write(const std::vector<CsvPortfolio>& portfolios, const ImportServ
 ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& services, const ImportProgress& progress) {
   CsvPortfolios file = ParsePortfolioCsv(csv, services.codes);
   FindTakenNames(services.database, file, file.problems);
+  const std::map<int, double> closes = CheckDays(services, file, file.problems);
   if (!file.problems.empty()) {
     ImportResult refused;
     refused.problems = std::move(file.problems);
     return refused;
   }
-  return Write(file.portfolios, services, progress);
+  return Write(file.portfolios, services, closes, progress);
 }
 
 ImportResult ImportPortfoliosFromFile(const QString& path, const ImportServices& services,

@@ -10,15 +10,17 @@
 #include <string_view>
 
 #include "holdwise/packet/csv_reader.h"
+#include "holdwise/packet/dates.h"
 #include "holdwise/packet/error.h"
 #include "holdwise/packet/text_file.h"
 
 namespace holdwise {
 namespace {
 
-enum Column { kName, kCode, kQuantity, kPrice, kColumns };
+enum Column { kName, kCode, kQuantity, kPrice, kDate, kColumns };
 
-constexpr std::array<const char*, kColumns> kColumnTitles = {"名称", "代码", "数量", "价格"};
+/// Of the columns that must be there, which stand first.
+constexpr std::array<const char*, kDate> kNeededTitles = {"名称", "代码", "数量", "价格"};
 
 /// Heading without blanks, in small letters and with plain brackets.
 QString Normalised(const QString& heading) {
@@ -40,6 +42,8 @@ int ColumnOf(const QString& heading) {
       {QStringLiteral("价格"), kPrice},        {QStringLiteral("价格(元)"), kPrice},
       {QStringLiteral("买入价"), kPrice},      {QStringLiteral("买入价(元)"), kPrice},
       {QStringLiteral("买入价格"), kPrice},    {QStringLiteral("买入价格(元)"), kPrice},
+      {QStringLiteral("date"), kDate},         {QStringLiteral("日期"), kDate},
+      {QStringLiteral("买入日期"), kDate},     {QStringLiteral("创建日期"), kDate},
   };
   return kHeadings.value(Normalised(heading), -1);
 }
@@ -89,6 +93,12 @@ QString PriceProblem(const QString& price) {
   if (price.isEmpty()) return QStringLiteral("买入价为空");
   if (kAmount.match(price).hasMatch() && !kZero.match(price).hasMatch()) return {};
   return QStringLiteral("买入价“%1”不是大于0、小于100000、最多两位小数的数").arg(price);
+}
+
+/// The date a cell holds, 0 when it is empty, none when it is no date.
+std::optional<int> DateIn(const QString& text) {
+  if (text.isEmpty()) return 0;
+  return ReadMarketDate(text.toStdString());
 }
 
 class Parser {
@@ -166,9 +176,9 @@ class Parser {
       ++place;
     }
     fieldCount_ = static_cast<std::size_t>(place);
-    for (std::size_t column = 0; column < columns_.size(); ++column) {
+    for (std::size_t column = 0; column < kNeededTitles.size(); ++column) {
       if (columns_[column] < 0) {
-        Report(line, QStringLiteral("表头缺少“%1”列").arg(QString::fromUtf8(kColumnTitles[column])));
+        Report(line, QStringLiteral("表头缺少“%1”列").arg(QString::fromUtf8(kNeededTitles[column])));
       }
     }
     return result_.problems.size() == before;
@@ -181,6 +191,7 @@ class Parser {
     }
     std::array<QString, kColumns> texts;
     for (std::size_t column = 0; column < texts.size(); ++column) {
+      if (columns_[column] < 0) continue;
       const std::string_view field = fields[static_cast<std::size_t>(columns_[column])];
       texts[column] = QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size()));
     }
@@ -195,6 +206,7 @@ class Parser {
     if (!reasons[kName].isEmpty()) return;
     CsvPortfolio& portfolio = PortfolioNamed(texts[kName], line);
     ++portfolio.rows;
+    if (!TakeDate(portfolio, texts[kDate], line)) good = false;
     if (!reasons[kCode].isEmpty()) return;
     const int codeNumber = (QLatin1Char('1') + texts[kCode]).toInt();
     if (const int earlier = LineOf(portfolio, codeNumber, line); earlier > 0) {
@@ -204,11 +216,26 @@ class Parser {
     if (good) portfolio.holdings.push_back({line, codeNumber, texts[kQuantity], texts[kPrice]});
   }
 
+  /// The day of purchase is the portfolio's: all its rows name the same one, or none.
+  bool TakeDate(CsvPortfolio& portfolio, const QString& text, int line) {
+    const std::optional<int> date = DateIn(text);
+    if (!date) {
+      Report(line, QStringLiteral("日期“%1”不是形如2025-03-03的日期").arg(text));
+      return false;
+    }
+    if (!portfolio.date) portfolio.date = date;
+    if (portfolio.date == date) return true;
+    Report(
+        line,
+        QStringLiteral("组合“%1”的日期与第%2行不同，一个组合只有一个买入日期").arg(portfolio.name).arg(portfolio.line));
+    return false;
+  }
+
   CsvPortfolio& PortfolioNamed(const QString& name, int line) {
     const auto [known, end] = std::pair(places_.constFind(name), places_.constEnd());
     if (known != end) return result_.portfolios[*known];
     places_.insert(name, result_.portfolios.size());
-    result_.portfolios.push_back({name, line, 0, {}});
+    result_.portfolios.push_back({name, line, std::nullopt, 0, {}});
     return result_.portfolios.back();
   }
 

@@ -2,6 +2,7 @@
 #pragma once
 #include <QByteArray>
 #include <QString>
+#include <optional>
 #include <vector>
 
 #include "holdwise/sdk/codenum.h"
@@ -21,7 +22,8 @@ struct CsvHolding {
 struct CsvPortfolio {
   QString name;
   int line = 0;
-  int rows = 0;  ///< with the bad ones
+  std::optional<int> date;  ///< day of purchase, YYYYMMDD, of the first row that gives none (0) or a readable one
+  int rows = 0;             ///< with the bad ones
   std::vector<CsvHolding> holdings;
 };
 

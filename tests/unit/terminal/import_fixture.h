@@ -2,7 +2,9 @@
 #pragma once
 #include <gtest/gtest.h>
 
+#include "datacentre/index_closes.h"
 #include "datacentre/market_data.h"
+#include "holdwise/packet/code_numbers.h"
 #include "injecting_user_data.h"
 #include "local_database_reader.h"
 #include "market_folder.h"
@@ -23,7 +25,9 @@ inline constexpr char kGood[] =
 class ImportTest : public testing::Test {
  protected:
   void SetUp() override { data_.Load(folder_.Path()); }
-  [[nodiscard]] ImportServices Services() { return {database_, data_, data_}; }
+  [[nodiscard]] ImportServices Services() {
+    return {database_, data_, data_, [this] { return ReadIndexCloses(folder_.Path(), kCompositeIndex); }};
+  }
   ImportResult Import(const QByteArray& csv, const ImportProgress& progress = {}) {
     return ImportPortfolios(csv, Services(), progress);
   }

@@ -4,9 +4,11 @@
 #include <QDir>
 #include <QFile>
 
+#include "datacentre/index_closes.h"
 #include "datacentre/market_data.h"
 #include "holdwise/market/data_folder_builder.h"
 #include "holdwise/market/simulated_market.h"
+#include "holdwise/packet/code_numbers.h"
 #include "local_database_reader.h"
 #include "scripted_host.h"
 #include "temp_database.h"
@@ -15,17 +17,24 @@
 namespace holdwise {
 namespace {
 
-/// Close of the last line of a file of daily bars (date,open,high,low,close,volume).
-double LastClose(const QString& path) {
+/// Close of the last line that starts so, of a file of daily bars (date,open,high,low,close,volume).
+double LastClose(const QString& path, const QByteArray& start = {}) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) return -1;
-  return file.readAll().trimmed().split('\n').last().split(',')[4].toDouble();
+  double close = -1;
+  for (const QByteArray& line : file.readAll().trimmed().split('\n')) {
+    if (line.startsWith(start)) close = line.split(',')[4].toDouble();
+  }
+  return close;
 }
 
 /// With folders as the producer makes them.
 class ProducedFolderTest : public testing::Test {
  protected:
-  ImportResult Import(const QByteArray& csv) { return ImportPortfolios(csv, {temp_.Service(), data_, data_}); }
+  ImportResult Import(const QByteArray& csv) {
+    return ImportPortfolios(
+        csv, {temp_.Service(), data_, data_, [this] { return ReadIndexCloses(data_.Folder(), kCompositeIndex); }});
+  }
 
   QTemporaryDir folder_;
   ScriptedClock clock_;
@@ -86,6 +95,13 @@ TEST_F(ProducedFolderTest, RealMarket) {
   EXPECT_EQ(LastClose(source + QStringLiteral("/bars/600519.csv")), data_.StockNowData(1600519).currentPrice);
   EXPECT_EQ(LastClose(source + QStringLiteral("/indices/1.csv")),
             temp_.Service().Scalar(QStringLiteral("select ZSCLOSEPRICE from alg_commain")).real);
+
+  const ImportResult spring =
+      Import("名称,代码,数量,价格,买入日期\n春,600519,100,1400.00,2025-03-03\n春,600036,1000,40,2025-03-03\n");
+  EXPECT_EQ(spring.portfolios, 1);
+  EXPECT_NEAR(
+      temp_.Service().Scalar(QStringLiteral("select ZSCLOSEPRICE from alg_commain where EDITDATE='2025-03-03'")).real,
+      LastClose(source + QStringLiteral("/indices/1.csv"), "2025-03-03"), 0.005);
 }
 
 }  // namespace

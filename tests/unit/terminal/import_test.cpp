@@ -66,7 +66,7 @@ TEST_F(ImportTest, NeedsAnIndexLevel) {
   folder_.WriteQuotes({{QStringLiteral("1600000"), QStringLiteral("8.15"), QStringLiteral("8.2")}});
   MarketData bare(clock_, log_, reader_);
   bare.Load(folder_.Path());
-  const ImportServices services{database_, bare, bare};
+  const ImportServices services{database_, bare, bare, {}};
   try {
     (void)ImportPortfolios(kGood, services);
     ADD_FAILURE();
@@ -107,7 +107,7 @@ TEST_F(ImportTest, AnyFailingStatementRollsEverythingBack) {
   int calls = 0;
   {
     test::InjectingUserData probe(temp_.Service());
-    const ImportServices services{probe, data_, data_};
+    const ImportServices services{probe, data_, data_, {}};
     (void)ImportPortfolios(kGood, services, [](int done, int total) { return done < total; });  // all but the commit
     calls = static_cast<int>(probe.plan.Calls().size());  // with a roll-back in place of the commit
     ASSERT_EQ(probe.plan.Calls().last(), QStringLiteral("rollback"));
@@ -120,7 +120,7 @@ TEST_F(ImportTest, AnyFailingStatementRollsEverythingBack) {
     for (const Kind kind : {Kind::Throws, Kind::Refuses}) {
       test::InjectingUserData failing(temp_.Service());
       failing.plan.FailCall(number, kind);
-      const ImportServices services{failing, data_, data_};
+      const ImportServices services{failing, data_, data_, {}};
       EXPECT_THROW((void)ImportPortfolios(kGood, services), Error) << number;
       ASSERT_TRUE(failing.plan.HasFailed()) << number;
       ASSERT_EQ(Everything(), before) << number << ' ' << failing.plan.Calls().last().toStdString();
