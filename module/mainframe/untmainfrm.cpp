@@ -185,6 +185,9 @@ void TMainFrm::ShowView(const TNodeData& view, const QTreeWidgetItem& node, TVie
   } else {
     FCurFrame = view.make().release();
     FCurFrame->SetTag(view.Id);
+    FCurFrame->OnNoticeChanged = [this, frame = FCurFrame] {
+      if (frame == FCurFrame) ShowNotice(false);
+    };
     views_->addWidget(FCurFrame);
     FFrameList.push_back(FCurFrame);
   }
@@ -207,8 +210,14 @@ void TMainFrm::ShowNotice(bool readAgain) {
   if (readAgain) incomplete_ = IncompletePortfolios(Database());
   // Only a live view shows what rests on prices, and only when they are in.
   const bool showsPrices = arePricesShown_ && IsLive(FCurFrame->Tag());
-  const auto all = showsPrices ? WithThoseLackingPrices(incomplete_, Database()) : incomplete_;
-  RzPanel3->SetNotice(NoticeOf(all), HintOf(all));
+  const auto stored = showsPrices ? WithThoseLackingPrices(incomplete_, Database()) : incomplete_;
+  const ViewNotice own = FCurFrame->Notice();
+  const auto all = Together(stored, own.lacking);
+  QStringList texts{own.text, NoticeOf(all)};
+  QStringList hints{own.hint, HintOf(all)};
+  texts.removeAll(QString());
+  hints.removeAll(QString());
+  RzPanel3->SetNotice(texts.join(QStringLiteral("；")), hints.join(QLatin1Char('\n')));
 }
 
 void TMainFrm::EnableTimer1() {

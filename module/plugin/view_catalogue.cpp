@@ -52,13 +52,14 @@ QString HoldwiseViewCatalogue::Shortcoming() const {
   const std::int64_t count = Database().Count(sql::kCountUnfinishedSaved);
   if (count > 0) return QStringLiteral("%1 个组合的风险数据没有算完，所示的不是最新数值（原因见日志）。").arg(count);
   if (g_AllStockData->LacksCurrentTable() && Database().Count(sql::kCountSavedPortfolios) > 0)
-    return QStringLiteral("风险文件没有取得，成分股的风险系数没有显示（原因见日志）。");
+    return QStringLiteral("风险文件没有取得，成分股的风险系数没有显示，压力测试按 0 计算（原因见日志）。");
   return {};
 }
 
 QStringList HoldwiseViewCatalogue::Incomplete() const {
   if (mainFrame_.isNull()) return {};
-  return LinesOf(WithThoseLackingPrices(IncompletePortfolios(Database()), Database()));
+  const auto stored = WithThoseLackingPrices(IncompletePortfolios(Database()), Database());
+  return LinesOf(Together(stored, PortfoliosLackingBetas(Database())));
 }
 
 QWidget* HoldwiseViewCatalogue::Frame() const {

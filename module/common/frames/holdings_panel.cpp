@@ -34,6 +34,10 @@ void HoldingsPanel::SetCaption(const QString& caption) {
   title_->SetCaption(caption);
 }
 
+void HoldingsPanel::SetNotice(const QString& text, const QString& hint) {
+  title_->SetNotice(text, hint);
+}
+
 void HoldingsPanel::Clear() {
   ClearStrnGrd(*grid_);
 }

@@ -25,6 +25,8 @@ class HoldingsPanel : public FramePart {
 
   [[nodiscard]] TStringGrid& Grid() const { return *grid_; }
   void SetCaption(const QString& caption);
+  /// A line about the holdings in the title strip, with the whole story under the mouse; empty for none.
+  void SetNotice(const QString& text, const QString& hint);
   /// Empties the grid; the caption stays.
   void Clear();
 

@@ -3,14 +3,23 @@
 #include <QEvent>
 #include <QWidget>
 #include <exception>
+#include <functional>
 #include <vector>
 
+#include "common/store/incomplete_portfolios.h"
 #include "holdwise/sdk/catalogue.h"
 
 namespace holdwise {
 
 class FramePart;
 class TStringGrid;
+
+/// What a reader of a view's figures has to know.
+struct ViewNotice {
+  QString text;                              ///< of the view as a whole, short; empty for nothing
+  QString hint;                              ///< the whole story of it, and what to do
+  std::vector<IncompletePortfolio> lacking;  ///< what its figures lack beside what the stored ones lack
+};
 
 /// The messages between the main frame and its views.
 enum class FrameMessage : int {
@@ -60,6 +69,9 @@ class TViewFrame : public QWidget {
   /// Sets one as the user would, and applies it. @return what the user would be told when it is refused; empty when
   /// done
   virtual QString SetInput(const QString& name, const QString& value);
+  /// Read after each message but FrameMessage::ChangeSkin, and when the view says that it has changed.
+  [[nodiscard]] virtual ViewNotice Notice() const { return {}; }
+  std::function<void()> OnNoticeChanged;
   /// False while the view waits for something of its own (a download).
   [[nodiscard]] virtual bool IsSettled() const { return true; }
 

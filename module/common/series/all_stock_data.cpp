@@ -29,7 +29,7 @@ TAllStockData::TAllStockData()
     : deviations_(std::make_shared<TNameValueList>()),
       role_(MakeFileDownload(QStringLiteral("FInfoAsynDownFileRole"))) {
   role_->OnReciveAFile = [this](const QString& fileName, int) {
-    GuardEvent(kUnit, QStringLiteral("ReceiveFile"), [&] { ReceiveFile(fileName); });
+    if (!GuardEvent(kUnit, QStringLiteral("ReceiveFile"), [&] { ReceiveFile(fileName); })) Q_EMIT TableFailed();
   };
   role_->OnReciveAFileFail = [this](const QString& fileName, int) { ReceiveFileFail(fileName); };
 }
@@ -62,6 +62,7 @@ void TAllStockData::ReceiveFile(const QString& fileName) {
 
 void TAllStockData::ReceiveFileFail(const QString& fileName) {
   underWay_.removeOne(fileName);
+  Q_EMIT TableFailed();
 }
 
 TNameValueSnapshot TAllStockData::GetBZCStringList() {

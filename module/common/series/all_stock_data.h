@@ -30,6 +30,9 @@ class TAllStockData : public QObject {
   void Set_SZZS() { SetZS_TYPE(SZ_T); }
   void Set_HSZS() { SetZS_TYPE(HS_T); }
 
+  /// The index whose table is current, Shanghai Composite at first.
+  [[nodiscard]] TZS_TYPE CurrentType() const noexcept { return type_; }
+
   /// Asks for the file of the current index unless its table is there or the file on its way. A view that reads the
   /// current table without letting the user choose an index calls it when it is shown.
   void RequestCurrentTable();
@@ -58,6 +61,8 @@ class TAllStockData : public QObject {
  Q_SIGNALS:
   /// A table was filled from its file. Receivers must not throw.
   void TableArrived();
+  /// A file that was asked for did not come, or is no table. Receivers must not throw.
+  void TableFailed();
 
  private:
   void ReceiveFile(const QString& fileName);

@@ -3,11 +3,15 @@
 
 #include <QScopeGuard>
 #include <QStringView>
+#include <optional>
 #include <utility>
 
+#include "common/host/codes.h"
+#include "common/host/host_access.h"
 #include "common/series/all_stock_data.h"
 #include "common/series/holding_rows.h"
 #include "common/series/shared_objects.h"
+#include "common/series/stress_arithmetic.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
 #include "holdwise/packet/code_numbers.h"
@@ -16,16 +20,21 @@
 namespace holdwise {
 namespace {
 
-double BetaOf(const TTextGrid* grid, QStringView sixDigits) {
+std::optional<double> BetaOf(const TTextGrid* grid, QStringView sixDigits) {
   const int row = grid == nullptr ? -1 : grid->RowOf(sixDigits);
-  return row < 0 ? 0 : RealOr(grid->Cells(1, row));
+  if (row < 0) return std::nullopt;
+  return ParseReal(grid->Cells(1, row));
 }
 
 double CloseOf(const TNameValueList& closes, QStringView sixDigits) {
   const QString text = closes.ValueOf(sixDigits);
   const auto close = ParseReal(text);
   if (close) return *close;
-  throw Error(ErrorCategory::Refused, QStringLiteral("“%1”的昨收盘价不是数：“%2”").arg(sixDigits, text).toStdString());
+  const QString code = sixDigits.toString();
+  const QString security = ModuleHost().CodeNums().NameOf(code) + QLatin1Char('(') + code + QLatin1Char(')');
+  throw Error(ErrorCategory::Refused,
+              text.isEmpty() ? QStringLiteral("%1没有昨收盘价").arg(security).toStdString()
+                             : QStringLiteral("%1的昨收盘价不是数：“%2”").arg(security, text).toStdString());
 }
 
 /// Sets the value of a name whose place in the list is known, or appends it and remembers the place.
@@ -70,16 +79,16 @@ class TExpectValue::Recomputation {
     for (int row = 0; row < holdings.RowCount(); ++row) {
       Stock& stock = StockOf(holdings.IntegerAt(row, codeColumn));
       if (stock.pass != owner_.pass_ && !WorkOut(stock, SixDigitCode(holdings, row, codeColumn).View())) return false;
-      const double quantity = NumberAt(holdings, row, quantityColumn);
-      const double profit =
-          (stock.close - NumberAt(holdings, row, buyColumn)) * quantity + stock.close * stock.change * quantity;
-      NoteProfit(stock, profit);
+      const stress::Holding holding{NumberAt(holdings, row, quantityColumn), NumberAt(holdings, row, buyColumn),
+                                    NumberAt(holdings, row, weightColumn)};
+      const double profit = stress::ExpectedProfit(holding, stock.change, stock.close);
       OpenGroup(row == 0, holdings.IntegerAt(row, idColumn));
-      groupValue_ += quantity * stock.price;
-      groupChange_ += stock.change * NumberAt(holdings, row, weightColumn);
-      groupProfit_ += profit;
+      NoteProfit(stock, profit);
+      totals_.Add(holding, stock.change, stock.price, profit);
+      if (!stock.hasBeta) withoutBeta_.push_back({groupId_, stock.code});
     }
     if (!holdings.IsEmpty()) CloseGroup();
+    NoteBasis();
     return true;
   }
 
@@ -108,13 +117,17 @@ class TExpectValue::Recomputation {
   /// Once a security and pass, however many portfolios hold it. False when the move would wipe it out.
   bool WorkOut(Stock& stock, QStringView sixDigits) {
     const bool isKnown = stock.inputs == owner_.inputs_;
-    if (!isKnown) stock.beta = BetaOf(owner_.grid_, sixDigits);
-    stock.change = stock.beta * owner_.move_;
-    if (stock.change + 1 <= 0) return false;
+    if (!isKnown) {
+      const auto beta = BetaOf(owner_.grid_, sixDigits);
+      stock.hasBeta = beta.has_value();
+      stock.beta = beta.value_or(0);
+    }
+    stock.change = stress::ExpectedChange(stock.beta, owner_.move_);
+    if (stress::IsWipedOut(stock.change)) return false;
     Put(*owner_.stocks_.changes, stock.changeAt, stock.code, FormatFixed(stock.change * 100, 2));
     if (!isKnown) stock.close = CloseOf(*owner_.closes_, sixDigits);
     stock.inputs = owner_.inputs_;
-    stock.price = (stock.change + 1) * stock.close;
+    stock.price = stress::ExpectedPrice(stock.change, stock.close);
     Put(*owner_.stocks_.prices, stock.priceAt, stock.code, FormatFixed(stock.price, 2));
     stock.pass = owner_.pass_;
     return true;
@@ -123,7 +136,9 @@ class TExpectValue::Recomputation {
   /// The last holding of a security counts: only its text is made.
   void NoteProfit(Stock& stock, double profit) {
     stock.profit = profit;
-    if (std::exchange(stock.profitPass, owner_.pass_) == owner_.pass_) return;
+    stock.lastHolder = groupId_;
+    stock.isShared = std::exchange(stock.profitPass, owner_.pass_) == owner_.pass_;
+    if (stock.isShared) return;
     withProfit_.push_back(static_cast<int>(&stock - owner_.knownStocks_.data()));
   }
 
@@ -138,22 +153,37 @@ class TExpectValue::Recomputation {
     if (!isFirst && id == groupId_) return;
     if (!isFirst) CloseGroup();
     groupId_ = id;
-    groupValue_ = groupChange_ = groupProfit_ = 0;
+    totals_ = {};
   }
 
   void CloseGroup() {
     const QString id = QString::number(groupId_);
-    owner_.groups_.prices->Set(id, FormatFixed(groupValue_, 2));
-    owner_.groups_.changes->Set(id, FormatFixed(groupChange_ * 100, 2));
-    owner_.groups_.profits->Set(id, ShortestText(groupProfit_));
+    owner_.groups_.prices->Set(id, FormatFixed(totals_.value, 2));
+    owner_.groups_.changes->Set(id, FormatFixed(totals_.change * 100, 2));
+    owner_.groups_.profits->Set(id, ShortestText(totals_.profit));
+  }
+
+  void NoteBasis() {
+    TExpectBasis basis;
+    if (g_AllStockData) basis.index = static_cast<TIndexType>(g_AllStockData->CurrentType());
+    basis.move = owner_.move_;
+    basis.hasTable = owner_.grid_ != nullptr && owner_.grid_->RowCount() > 0;
+    if (basis.hasTable) {
+      for (const auto& [portfolio, code] : withoutBeta_)
+        basis.withoutBeta[QString::number(portfolio)].append(GetCodeCNum(code));
+    }
+    for (const int place : withProfit_) {
+      const Stock& stock = owner_.knownStocks_[static_cast<std::size_t>(place)];
+      if (stock.isShared) basis.sharedProfits.insert(stock.code, QString::number(stock.lastHolder));
+    }
+    owner_.basis_ = std::move(basis);
   }
 
   TExpectValue& owner_;
   std::vector<int> withProfit_;  ///< places of the securities worked out in this pass, in the order of the holdings
   std::int64_t groupId_ = 0;
-  double groupValue_ = 0;
-  double groupChange_ = 0;
-  double groupProfit_ = 0;
+  stress::Totals totals_;
+  std::vector<std::pair<std::int64_t, QString>> withoutBeta_;  ///< portfolio and code of the holdings
 };
 
 TExpectValue::TExpectValue() {
@@ -168,7 +198,9 @@ void TExpectValue::SetExpectAdd(double move) {
   move_ = move;
   isValid_ = true;
   const ResultSet holdings = Database().Query(sql::kSavedHoldings);
-  if (Recomputation(*this).Run(holdings)) return;
+  isWhole_ = false;
+  isWhole_ = Recomputation(*this).Run(holdings);
+  if (isWhole_) return;
   move_ = former;
   isValid_ = false;
 }
@@ -179,7 +211,7 @@ double TExpectValue::GetIndexClosePriceAdd(TIndexType type) {
   const int index = kIndexNumbers[static_cast<std::size_t>(type)];
   const double close = NumberOf(Database().Scalar(sql::IndexCloses(index)));
   const double old = NumberOf(Database().Scalar(sql::IndexOldCloses(index)));
-  if (old > 0) change = (close - old) / old;
+  change = stress::IndexChange(close, old);
   return change;
 }
 

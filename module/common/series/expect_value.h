@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QHash>
+#include <QString>
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -8,11 +9,23 @@
 
 #include "common/helpers/name_value_list.h"
 #include "common/helpers/text_grid.h"
+#include "common/series/holding_rows.h"
 
 namespace holdwise {
 
 /// The same three indices in the same order as TZS_TYPE.
 enum TIndexType { IT_ShangHai, IT_ShenZhen, IT_HuShen };
+
+/// What the lists of the stress test rest on.
+struct TExpectBasis {
+  TIndexType index = IT_ShangHai;  ///< whose betas
+  double move = 0;                 ///< a fraction
+  bool hasTable = false;           ///< the index's risk table was there; without it every beta counted as 0
+  TMissingCodes withoutBeta;       ///< holdings whose beta the table lacks: it counted as 0; empty without a table
+  /// Codes (as the lists have them) of securities that several holdings are of, and the id of the portfolio that the
+  /// last of these holdings, whose profit is in the list, belongs to.
+  QHash<QString, QString> sharedProfits;
+};
 
 /// What an assumed move of the index does to every holding and every saved portfolio (the stress test), with the betas
 /// of g_AllStockData's current table, and the latest daily change of each index. User-interface thread only. Lists are
@@ -30,6 +43,11 @@ class TExpectValue {
   [[nodiscard]] double GetExpectAdd() const noexcept { return move_; }
   /// Was the last move accepted?
   [[nodiscard]] bool IsValid() const noexcept { return isValid_; }
+
+  /// Did the last computation reach its end? If not (refused, failed), the lists are partly of another move.
+  [[nodiscard]] bool IsWhole() const noexcept { return isWhole_; }
+  /// Of the last computation that reached its end.
+  [[nodiscard]] const TExpectBasis& Basis() const noexcept { return basis_; }
 
   /// Names: security codes as the database gives them; values "0.00": expected price in yuan, expected change in
   /// percent, expected profit in yuan (over the whole holding; of several holdings of a security the last one).
@@ -61,11 +79,14 @@ class TExpectValue {
     int pass = 0;    ///< the recomputation that worked it out last
     int inputs = 0;  ///< the closes and the risk table that beta and close are from
     double beta = 0;
-    double close = 0;   ///< previous close, yuan
-    double change = 0;  ///< beta x move, a fraction
-    double price = 0;   ///< expected price, yuan
-    double profit = 0;  ///< of its last holding, yuan
+    bool hasBeta = false;  ///< the table has one
+    double close = 0;      ///< previous close, yuan
+    double change = 0;     ///< beta x move, a fraction
+    double price = 0;      ///< expected price, yuan
+    double profit = 0;     ///< of its last holding, yuan
     int profitPass = 0;
+    bool isShared = false;        ///< more than one holding in this pass
+    std::int64_t lastHolder = 0;  ///< portfolio of its last holding
     int changeAt = -1;
     int priceAt = -1;
     int profitAt = -1;
@@ -74,6 +95,8 @@ class TExpectValue {
 
   double move_ = 0;
   bool isValid_ = false;
+  bool isWhole_ = false;
+  TExpectBasis basis_;
   Lists stocks_;
   Lists groups_;
   /// Kept from one recomputation to the next: as long as closes and risk table are the same, a new move needs no

@@ -15,41 +15,66 @@ void Append(std::vector<MissingInput>& inputs, Lack lack, const QStringList& cod
   for (const QString& code : codes) inputs.push_back({lack, code, ModuleHost().CodeNums().NameOf(code), 0});
 }
 
-}  // namespace
+using TLacks = std::vector<std::pair<Lack, TMissingCodes>>;
 
-std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& database) {
-  const TMissingCodes prices = g_NowPrice ? g_NowPrice->HoldingsWithoutPrice() : TMissingCodes();
-  const TMissingCodes closes = g_UserValue ? g_UserValue->HoldingsWithoutPreviousClose() : TMissingCodes();
-  const TMissingCodes weekCloses = g_ClosePrice ? g_ClosePrice->HoldingsWithoutWeekClose() : TMissingCodes();
-  const TMissingCodes monthCloses = g_ClosePrice ? g_ClosePrice->HoldingsWithoutMonthClose() : TMissingCodes();
-  if (prices.isEmpty() && closes.isEmpty() && weekCloses.isEmpty() && monthCloses.isEmpty()) return {};
+/// The saved portfolios among those that lack something; what each lacks in the order of `lacks`.
+std::vector<IncompletePortfolio> SavedPortfoliosOf(const TLacks& lacks, DatabaseStatements& database) {
+  if (std::all_of(lacks.begin(), lacks.end(), [](const auto& lack) { return lack.second.isEmpty(); })) return {};
   const ResultSet rows = database.Query(sql::kSavedPortfolios);
   const int id = rows.Column("ID");
   const int name = rows.Column("COMNAME");
   std::vector<IncompletePortfolio> portfolios;
   for (int row = 0; row < rows.RowCount(); ++row) {
     IncompletePortfolio portfolio{rows.TextAt(row, id), rows.TextAt(row, name), 0, {}};
-    Append(portfolio.missing, Lack::NoPrice, prices.value(portfolio.id));
-    Append(portfolio.missing, Lack::NoPreviousClose, closes.value(portfolio.id));
-    Append(portfolio.missing, Lack::NoWeekClose, weekCloses.value(portfolio.id));
-    Append(portfolio.missing, Lack::NoMonthClose, monthCloses.value(portfolio.id));
+    for (const auto& [lack, codes] : lacks) Append(portfolio.missing, lack, codes.value(portfolio.id));
     if (!portfolio.missing.empty()) portfolios.push_back(std::move(portfolio));
+  }
+  return portfolios;
+}
+
+TMissingCodes WithoutPreviousClose() {
+  return g_UserValue ? g_UserValue->HoldingsWithoutPreviousClose() : TMissingCodes();
+}
+
+}  // namespace
+
+std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& database) {
+  const TMissingCodes prices = g_NowPrice ? g_NowPrice->HoldingsWithoutPrice() : TMissingCodes();
+  const TMissingCodes weekCloses = g_ClosePrice ? g_ClosePrice->HoldingsWithoutWeekClose() : TMissingCodes();
+  const TMissingCodes monthCloses = g_ClosePrice ? g_ClosePrice->HoldingsWithoutMonthClose() : TMissingCodes();
+  return SavedPortfoliosOf({{Lack::NoPrice, prices},
+                            {Lack::NoPreviousClose, WithoutPreviousClose()},
+                            {Lack::NoWeekClose, weekCloses},
+                            {Lack::NoMonthClose, monthCloses}},
+                           database);
+}
+
+std::vector<IncompletePortfolio> PortfoliosLackingPreviousCloses(DatabaseStatements& database) {
+  return SavedPortfoliosOf({{Lack::NoPreviousClose, WithoutPreviousClose()}}, database);
+}
+
+std::vector<IncompletePortfolio> PortfoliosLackingBetas(DatabaseStatements& database) {
+  return SavedPortfoliosOf({{Lack::NoBeta, g_ExpectValue ? g_ExpectValue->Basis().withoutBeta : TMissingCodes()}},
+                           database);
+}
+
+std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portfolios,
+                                          const std::vector<IncompletePortfolio>& more) {
+  for (const IncompletePortfolio& one : more) {
+    const auto same = std::find_if(portfolios.begin(), portfolios.end(),
+                                   [&](const IncompletePortfolio& other) { return other.id == one.id; });
+    if (same == portfolios.end()) {
+      portfolios.push_back(one);
+    } else {
+      same->missing.insert(same->missing.end(), one.missing.begin(), one.missing.end());
+    }
   }
   return portfolios;
 }
 
 std::vector<IncompletePortfolio> WithThoseLackingPrices(std::vector<IncompletePortfolio> portfolios,
                                                         DatabaseStatements& database) {
-  for (IncompletePortfolio& one : PortfoliosLackingPrices(database)) {
-    const auto same = std::find_if(portfolios.begin(), portfolios.end(),
-                                   [&](const IncompletePortfolio& other) { return other.id == one.id; });
-    if (same == portfolios.end()) {
-      portfolios.push_back(std::move(one));
-    } else {
-      same->missing.insert(same->missing.end(), one.missing.begin(), one.missing.end());
-    }
-  }
-  return portfolios;
+  return Together(std::move(portfolios), PortfoliosLackingPrices(database));
 }
 
 }  // namespace holdwise

@@ -131,6 +131,8 @@ QString TextOf(const MissingInput& input) {
       return security + QStringLiteral("没有上周收盘价");
     case Lack::NoMonthClose:
       return security + QStringLiteral("没有上月收盘价");
+    case Lack::NoBeta:
+      return security + QStringLiteral("没有贝塔系数，压力测试按 0 计算");
   }
   return QStringLiteral("风险数据没有算完");
 }

@@ -20,6 +20,7 @@ enum class Lack {
   NoPreviousClose,
   NoWeekClose,   ///< none in the week before
   NoMonthClose,  ///< none in the month before
+  NoBeta,        ///< against the index of the stress test
 };
 
 struct MissingInput {
