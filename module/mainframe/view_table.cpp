@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "views/fxjl/fxjl.h"
+#include "views/ylcs/ylcs.h"
 #include "views/zhbx/zhbx.h"
 
 namespace holdwise {
@@ -23,7 +24,7 @@ const std::array<TNodeData, 10> Nodes = {{
     {2000, 0, QStringLiteral("组合跟踪")},
     {2001, 2000, QStringLiteral("组合表现"), &Make<TFrm_ZHBX>, true, RestsOn::Saved},
     {2002, 2000, QStringLiteral("风险计量"), &Make<TFrm_FXJL>, false, RestsOn::Saved},
-    {2003, 2000, QStringLiteral("压力测试"), nullptr, false, RestsOn::Saved},
+    {2003, 2000, QStringLiteral("压力测试"), &Make<TFrm_YLCS>, false, RestsOn::Saved},
     {3000, 0, QStringLiteral("组合评价")},
     {3001, 3000, QStringLiteral("总体评价"), nullptr, true, RestsOn::Saved},
     {3002, 3000, QStringLiteral("业绩分解"), nullptr, true, RestsOn::Saved},

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "stress_figures.h"
+
+#include <algorithm>
+
+#include "holdwise/packet/number_text.h"
+
+namespace holdwise::stress {
+
+QString ReturnRateText(double gain, double cost) {
+  constexpr int kDecimals = 4;
+  if (cost == 0) return QStringLiteral("0.00");
+  return FormatFixed(gain / cost * 100, kDecimals);
+}
+
+QString PercentText(double move) {
+  constexpr int kDigits = 15;
+  return ShortestText(RoundToDigits(move * 100, kDigits));
+}
+
+bool IsMove(const QString& text) {
+  const auto isTyped = [](QChar one) { return one == u'-' || one == u'.' || (one >= u'0' && one <= u'9'); };
+  return text.size() <= kMostCharacters && std::all_of(text.begin(), text.end(), isTyped) && ParseReal(text);
+}
+
+const QStringList& IndexNames() {
+  static const QStringList names = {QStringLiteral("上证指数"), QStringLiteral("深证成指"), QStringLiteral("沪深300")};
+  return names;
+}
+
+const QStringList& IndexNumbers() {
+  static const QStringList numbers = {QStringLiteral("1"), QStringLiteral("399001"), QStringLiteral("399300")};
+  return numbers;
+}
+
+QString ScenarioText(TIndexType index, double move) {
+  return IndexNames()[index] + QLatin1Char(' ') + PercentText(move) + QLatin1Char('%');
+}
+
+}  // namespace holdwise::stress

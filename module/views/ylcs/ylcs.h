@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <memory>
+
+#include "common/frames/view_frame.h"
+
+class QComboBox;
+class QLabel;
+
+namespace holdwise {
+
+class EntryBar;
+class EntryField;
+class HoldingsPanel;
+class PortfolioList;
+struct GridCell;
+
+namespace stress {
+struct ForeignProfit;
+struct Scenario;
+}  // namespace stress
+
+/// "压力测试": what an assumed move of a reference index does to every saved portfolio and to the holdings of the
+/// selected one. The figures are those of the expected-value object as the last accepted move left them; choosing
+/// another index shows nothing new until a move is applied. A failing statement throws out of the handlers.
+class TFrm_YLCS : public TViewFrame {
+ public:
+  /// Opens with a move of 0. The shared objects must exist and live longer.
+  explicit TFrm_YLCS(QWidget* parent = nullptr);
+  ~TFrm_YLCS() override;
+
+  /// Goes back to a move of 0, unless one has been typed: then it shows what is in force. Applying keeps the typed one
+  /// typed.
+  void DoInit_() override;
+  /// "ComboBox11": the index ("1", "399001" or "399300"); setting it applies a move of 0. "Edit1": the move in percent.
+  [[nodiscard]] std::vector<ViewCatalogue::Input> Inputs() const override;
+  QString SetInput(const QString& name, const QString& value) override;
+  [[nodiscard]] ViewNotice Notice() const override;
+
+ private:
+  void InitAppear();
+  void ComboBox11Change(int place);
+  /// Apply.
+  void Label3Click();
+  /// Reset.
+  void Label4Click();
+  bool Edit1KeyPress(QChar key);
+  void ReflashData();
+  void ShowHoldings(int row);
+
+  /// Sets the move and notes in failure_ why it could not be computed.
+  void Compute(double move);
+  /// Computes the entry's move and shows it. @return what to tell the user when nothing is shown
+  QString Apply();
+  /// After a refused move: the one before it, into the entry too. The grids stay.
+  void TakeBack();
+  void TableCame();
+  void NoticeChanged();
+  /// Hint for a cell of the holdings.
+  [[nodiscard]] QString HintOf(const GridCell& cell) const;
+
+  EntryBar* bar_;
+  EntryField* Edit1 = nullptr;
+  QComboBox* ComboBox11 = nullptr;
+  QComboBox* ComboBox1 = nullptr;
+  QLabel* shown_ = nullptr;  ///< which scenario the grids show
+  PortfolioList* list_;
+  HoldingsPanel* holdings_;
+  std::unique_ptr<stress::Scenario> scenario_;  ///< what the grids show
+  std::vector<stress::ForeignProfit> foreignProfits_;
+  bool isEdited_ = false;
+  QString failure_;  ///< why the last computation did not reach its end, for the user; empty when it did
+};
+
+}  // namespace holdwise
