@@ -31,7 +31,7 @@ void CommandRunner::Carry(const Job& job) {
     targets_.raise();
     return End(job, answer);
   }
-  targets_.exportViews(command.exportFolder, [this, job, imported = answer.text](const HandOverAnswer& exported) {
+  targets_.exportViews(command, [this, job, imported = answer.text](const HandOverAnswer& exported) {
     const QString text = imported.isEmpty() ? exported.text : imported + QLatin1Char('\n') + exported.text;
     End(job, {text, exported.exitCode});
   });

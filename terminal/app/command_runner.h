@@ -15,8 +15,8 @@ struct CommandTargets {
   /// False when there is no such address.
   std::function<bool(const QString& address, const QString& parameter)> goTo;
   std::function<HandOverAnswer(const QString& file)> importPortfolios;
-  /// Answers later.
-  std::function<void(const QString& folder, HandOverServer::Answer)> exportViews;
+  /// Into the command's export folder, with its inputs set. Answers later.
+  std::function<void(const Command& command, HandOverServer::Answer)> exportViews;
   /// Brings the window to the user's eyes.
   std::function<void()> raise;
 };

@@ -19,6 +19,17 @@ namespace {
 
 constexpr int kProgressMilliseconds = 100;
 
+/// What the command sets in the stress view, whose controls the catalogue calls so. The index comes first: choosing one
+/// takes the move back to 0.
+std::vector<ViewInput> InputsOf(const Command& command) {
+  constexpr int kStressView = 2003;
+  std::vector<ViewInput> inputs;
+  if (!command.stressIndex.isEmpty())
+    inputs.push_back({kStressView, QStringLiteral("ComboBox11"), command.stressIndex});
+  if (!command.stress.isEmpty()) inputs.push_back({kStressView, QStringLiteral("Edit1"), command.stress});
+  return inputs;
+}
+
 }  // namespace
 
 Commands::Commands(const CommandParts& parts)
@@ -35,7 +46,9 @@ CommandTargets Commands::Targets() {
     return parts_.pages != nullptr && parts_.pages->GoTo(address, parameter);
   };
   targets.importPortfolios = [this](const QString& file) { return Import(file); };
-  targets.exportViews = [this](const QString& folder, const HandOverServer::Answer& answer) { Export(folder, answer); };
+  targets.exportViews = [this](const Command& command, const HandOverServer::Answer& answer) {
+    Export(command, answer);
+  };
   targets.raise = [this] { parts_.window.Raise(); };
   return targets;
 }
@@ -98,13 +111,13 @@ HandOverAnswer Commands::ImportFile(const QString& file) {
   return AnswerOf(file, ImportPortfoliosFromFile(file, services, progress));
 }
 
-void Commands::Export(const QString& folder, const HandOverServer::Answer& answer) {
+void Commands::Export(const Command& command, const HandOverServer::Answer& answer) {
   ViewCatalogue* views = EnterViews();
   if (views == nullptr) return answer({QStringLiteral("没有投资组合页面，不能导出。"), 1});
   MainWindow& window = parts_.window.Window();
   window.Tell(QStringLiteral("正在导出…"));
   exporter_ = std::make_unique<ViewExporter>(*views, window.Area());
-  exporter_->OnDone = [this, folder, answer](const QString& problem, const QString& lacking) {
+  exporter_->OnDone = [this, folder = command.exportFolder, answer](const QString& problem, const QString& lacking) {
     exporter_.release()->deleteLater();
     HandOverAnswer done{QStringLiteral("已导出到“%1”。").arg(folder), 0};
     if (!problem.isEmpty()) {
@@ -116,7 +129,7 @@ void Commands::Export(const QString& folder, const HandOverServer::Answer& answe
     parts_.window.Window().Tell(done.text);
     answer(done);
   };
-  exporter_->Start(folder);
+  exporter_->Start(command.exportFolder, InputsOf(command));
 }
 
 void Commands::ImportFromMenu() {

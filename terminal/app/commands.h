@@ -44,7 +44,7 @@ class Commands {
   [[nodiscard]] ViewCatalogue* EnterViews();
   [[nodiscard]] HandOverAnswer Import(const QString& file);
   [[nodiscard]] HandOverAnswer ImportFile(const QString& file);
-  void Export(const QString& folder, const HandOverServer::Answer& answer);
+  void Export(const Command& command, const HandOverServer::Answer& answer);
 
   CommandParts parts_;
   CommandRunner runner_;

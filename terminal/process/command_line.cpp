@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <algorithm>
 
@@ -16,8 +17,18 @@ QString Absolute(const QString& path) {
   return path.isEmpty() ? path : QDir::cleanPath(QDir::current().absoluteFilePath(path));
 }
 
-constexpr const char* kValueOptions[] = {"data",    "work",      "db",     "bus",   "theme",
-                                         "address", "parameter", "import", "export"};
+constexpr const char* kValueOptions[] = {"data",      "work",   "db",     "bus",    "theme",       "address",
+                                         "parameter", "import", "export", "stress", "stress-index"};
+
+const QStringList kStressIndices = {QStringLiteral("1"), QStringLiteral("399001"), QStringLiteral("399300")};
+
+/// A number as it can be typed into the view's entry.
+bool IsPercent(const QString& text) {
+  static const QRegularExpression plain(
+      QRegularExpression::anchoredPattern(QStringLiteral("-?([0-9]+\\.?[0-9]*|\\.[0-9]+)")));
+  constexpr int kMostCharacters = 12;
+  return text.size() <= kMostCharacters && plain.match(text).hasMatch();
+}
 
 void AddOptions(QCommandLineParser& parser) {
   for (const char* name : kValueOptions) {
@@ -40,6 +51,8 @@ QString HelpText() {
       "  --parameter TEXT  地址的参数，例如 Skip组合表现\n"
       "  --import FILE     导入组合（CSV：name,code,quantity,price，可加 date），然后继续运行\n"
       "  --export DIR      依次打开每个视图，写出图片和表格后退出；不需要显示器\n"
+      "  --stress PERCENT  导出前在压力测试中设定的预期涨跌幅（百分数），例如 -10\n"
+      "  --stress-index 1|399001|399300  压力测试的参考指数：上证指数、深证成指、沪深300\n"
       "  --help, --version\n\n"
       "同一工作目录已有终端在运行时，命令交给它执行。\n");
 }
@@ -55,6 +68,19 @@ QString ValueOptionAtEnd(const QStringList& arguments) {
 
 ParsedCommandLine Refuse(const QString& text) {
   return {std::nullopt, QStringLiteral("holdwise-terminal：%1\n可用 --help 查看用法。\n").arg(text), 2};
+}
+
+/// Why the stress test cannot be set as asked; empty when it can.
+QString StressProblem(const Command& command) {
+  const QString& percent = command.stress;
+  const QString& index = command.stressIndex;
+  if (!percent.isEmpty() && !IsPercent(percent))
+    return QStringLiteral("--stress 要是百分数，例如 -10 或 5.5，不能是“%1”。").arg(percent);
+  if (!index.isEmpty() && !kStressIndices.contains(index))
+    return QStringLiteral("--stress-index 只能是 1、399001 或 399300，不能是“%1”。").arg(index);
+  if (command.exportFolder.isEmpty() && !(percent.isEmpty() && index.isEmpty()))
+    return QStringLiteral("--stress 和 --stress-index 只用于导出，请同时用 --export 指定目录。");
+  return {};
 }
 
 /// The first option given with an empty value, which no option allows but the parameter.
@@ -75,7 +101,8 @@ bool Command::IsEmpty() const {
 QByteArray Command::ToJson() const {
   QJsonObject object{{QStringLiteral("address"), address},   {QStringLiteral("parameter"), parameter},
                      {QStringLiteral("import"), importFile}, {QStringLiteral("export"), exportFolder},
-                     {QStringLiteral("data"), dataFolder},   {QStringLiteral("db"), database}};
+                     {QStringLiteral("data"), dataFolder},   {QStringLiteral("db"), database},
+                     {QStringLiteral("stress"), stress},     {QStringLiteral("stress-index"), stressIndex}};
   if (theme) object.insert(QStringLiteral("theme"), ThemeKindName(*theme));
   return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
@@ -92,6 +119,8 @@ std::optional<Command> Command::FromJson(const QByteArray& json) {
   command.exportFolder = object.value(QStringLiteral("export")).toString();
   command.dataFolder = object.value(QStringLiteral("data")).toString();
   command.database = object.value(QStringLiteral("db")).toString();
+  command.stress = object.value(QStringLiteral("stress")).toString();
+  command.stressIndex = object.value(QStringLiteral("stress-index")).toString();
   return command;
 }
 
@@ -150,6 +179,9 @@ ParsedCommandLine ParseCommandLine(const QStringList& arguments) {
   options.command.parameter = value("parameter");
   options.command.importFile = Absolute(value("import"));
   options.command.exportFolder = Absolute(value("export"));
+  options.command.stress = value("stress");
+  options.command.stressIndex = value("stress-index");
+  if (const QString problem = StressProblem(options.command); !problem.isEmpty()) return Refuse(problem);
   return {options, {}, 0};
 }
 

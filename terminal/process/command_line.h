@@ -16,8 +16,10 @@ struct Command {
   QString parameter;  ///< for the address
   QString importFile;
   QString exportFolder;
-  QString dataFolder;  ///< empty: whichever the running terminal has
-  QString database;    ///< likewise
+  QString dataFolder;     ///< empty: whichever the running terminal has
+  QString database;       ///< likewise
+  QString stress{};       ///< move in percent that the export sets in the stress view; empty: as it stands there
+  QString stressIndex{};  ///< its reference index, "1", "399001" or "399300"; empty likewise
 
   [[nodiscard]] bool IsEmpty() const;
   [[nodiscard]] QByteArray ToJson() const;

@@ -11,6 +11,7 @@
 #include <QWidget>
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 #include "holdwise/packet/csv_result_set.h"
 #include "holdwise/packet/error.h"
@@ -55,8 +56,9 @@ ViewExporter::ViewExporter(ViewCatalogue& views, QWidget& picture, int settleMil
 
 ViewExporter::~ViewExporter() = default;
 
-void ViewExporter::Start(const QString& folder) {
+void ViewExporter::Start(const QString& folder, std::vector<ViewInput> inputs) {
   folder_ = folder;
+  inputs_ = std::move(inputs);
   left_ = views_.List();
   std::reverse(left_.begin(), left_.end());
   shownBefore_ = views_.Current();
@@ -117,11 +119,26 @@ void ViewExporter::Wait(void (ViewExporter::*whenSettled)(), int quietLooks, con
 }
 
 void ViewExporter::NextView() {
+  if (left_.empty() && !inputs_.empty())
+    return Finish(
+        QStringLiteral("没有编号为 %1 的视图，不能设定“%2”。").arg(inputs_.front().frameId).arg(inputs_.front().name));
   if (left_.empty()) return WroteAll();
   view_ = left_.back();
   left_.pop_back();
   if (!views_.Show(view_.frameId)) return Finish(QStringLiteral("视图“%1”不能打开。").arg(view_.caption));
-  Wait(&ViewExporter::WriteView, kQuietLooksAtView, QStringLiteral("视图“%1”").arg(view_.caption));
+  Wait(&ViewExporter::SetInputs, kQuietLooksAtView, QStringLiteral("视图“%1”").arg(view_.caption));
+}
+
+// What an input asks for (a file) has to be there before the next one is set, as a person would wait for it.
+void ViewExporter::SetInputs() {
+  const auto next = std::find_if(inputs_.begin(), inputs_.end(),
+                                 [this](const ViewInput& input) { return input.frameId == view_.frameId; });
+  if (next == inputs_.end()) return WriteView();
+  const ViewInput input = *next;
+  inputs_.erase(next);
+  const QString problem = views_.SetInput(input.name, input.value);
+  if (!problem.isEmpty()) return Finish(QStringLiteral("视图“%1”：%2").arg(view_.caption, problem));
+  Wait(&ViewExporter::SetInputs, kQuietLooksAtView, QStringLiteral("视图“%1”").arg(view_.caption));
 }
 
 void ViewExporter::WriteView() {

@@ -18,6 +18,13 @@ namespace holdwise {
 /// Heading row and rows of a grid as CSV: a column without title is headed "#" and its number (from 0).
 [[nodiscard]] QByteArray GridToCsv(const GridText& grid);
 
+/// A value for an input of a view, by the names the catalogue has for them.
+struct ViewInput {
+  int frameId = 0;
+  QString name;
+  QString value;
+};
+
 /// Visits every view of an address and writes what it shows into a folder: "<frame id>.png", each grid as
 /// "<frame id>-<grid>.csv", and the grid that follows the selected portfolio as "<frame id>-<grid>-<portfolio>.csv" for
 /// each portfolio. Of an earlier export into the same folder the tables of those of its grids stay no longer whose view
@@ -36,7 +43,9 @@ class ViewExporter : public QObject {
   /// the written figures lack, a line each, empty when they are the latest and whole.
   std::function<void(const QString& problem, const QString& lacking)> OnDone;
   /// @param folder is made when missing
-  void Start(const QString& folder);
+  /// @param inputs are set one after the other, in this order, when their view is shown and before it is written; one
+  /// that is refused, or whose view does not exist, ends the export
+  void Start(const QString& folder, std::vector<ViewInput> inputs = {});
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -44,6 +53,7 @@ class ViewExporter : public QObject {
  private:
   void Look();
   void NextView();
+  void SetInputs();
   void NextPortfolio();
   void WriteView();
   void WritePortfolio();
@@ -59,6 +69,7 @@ class ViewExporter : public QObject {
   int settleMilliseconds_;
   QString folder_;
   std::vector<ViewCatalogue::View> left_;  ///< views to visit, the next one last
+  std::vector<ViewInput> inputs_;          ///< those not yet set
   ViewCatalogue::View view_;
   int shownBefore_ = 0;
   QString followingGrid_;

@@ -255,8 +255,8 @@ TEST(CommandRunnerTest, CarriesOutOneAfterTheOtherInOrder) {
     record.append("import " + file);
     return HandOverAnswer{file, file == "bad" ? 1 : 0};
   };
-  targets.exportViews = [&](const QString& folder, const HandOverServer::Answer& answer) {
-    record.append("export " + folder);
+  targets.exportViews = [&](const Command& command, const HandOverServer::Answer& answer) {
+    record.append("export " + command.exportFolder);
     pendingExport = answer;
   };
   targets.raise = [&] { record.append("raise"); };
