@@ -143,6 +143,41 @@ TEST_F(ExpectValue, AHoldingWithoutPreviousCloseIsAConversionError) {
   EXPECT_EQ(g_ExpectValue->GetGroupValueStringList()->Count(), 0);
 }
 
+/// By the table above: 300750 has no beta; 600000 is in both portfolios, last in portfolio 2.
+TEST_F(ExpectValue, SaysWhatItsListsRestOn) {
+  g_ExpectValue->SetExpectAdd(0.2);
+  EXPECT_TRUE(g_ExpectValue->IsWhole());
+  const TExpectBasis& basis = g_ExpectValue->Basis();
+  EXPECT_EQ(basis.index, IT_ShangHai);
+  EXPECT_EQ(basis.move, 0.2);
+  EXPECT_TRUE(basis.hasTable);
+  EXPECT_EQ(basis.withoutBeta, (TMissingCodes{{"2", {"300750"}}}));
+  EXPECT_EQ(basis.sharedProfits, (QHash<QString, QString>{{"1600000", "2"}}));
+  g_ExpectValue->SetExpectAdd(-1);
+  EXPECT_FALSE(g_ExpectValue->IsWhole()) << "refused";
+  EXPECT_EQ(g_ExpectValue->Basis().move, 0.2);
+  g_AllStockData->Set_SZZS();
+  g_ExpectValue->SetExpectAdd(0.1);
+  EXPECT_EQ(g_ExpectValue->Basis().index, IT_ShenZhen);
+  EXPECT_FALSE(g_ExpectValue->Basis().hasTable);
+  EXPECT_TRUE(g_ExpectValue->Basis().withoutBeta.isEmpty()) << "nothing can be said of single holdings";
+}
+
+TEST_F(ExpectValue, AFailedComputationIsNotWhole) {
+  g_ExpectValue->SetExpectAdd(0.2);
+  AddStock("600001", 1, 20, 15);
+  const ResultSet newer = TableOf({{"MAINID", ColumnType::Integer},
+                                   {"SECUCODE", ColumnType::Integer},
+                                   {"PZSL", ColumnType::Integer},
+                                   {"PZBL", ColumnType::Real},
+                                   {"BUYPRICE", ColumnType::Real}},
+                                  {{"1", "1600000", "100", "0.5", "9.5"}, {"1", "1600001", "100", "0.5", "9.5"}});
+  host_.fakeUserData.SetResult(kSavedHoldings, newer);
+  EXPECT_THROW(g_ExpectValue->SetExpectAdd(0.1), Error);
+  EXPECT_FALSE(g_ExpectValue->IsWhole());
+  EXPECT_EQ(g_ExpectValue->Basis().move, 0.2);
+}
+
 TEST_F(ExpectValue, ABetaThatIsNoNumberCountsAsNothing) {
   g_AllStockData->SetZS_TYPE(HS_T);
   host_.DownFile(QStringLiteral("FInfoAsynDownFileRole"))

@@ -51,14 +51,42 @@ TEST(CommandLine, ImportAloneIsNoBatch) {
 }
 
 TEST(CommandLine, AMissingValueIsNamed) {
-  for (const char* option :
-       {"--data", "--work", "--db", "--bus", "--theme", "--address", "--parameter", "--import", "--export"}) {
+  for (const char* option : {"--data", "--work", "--db", "--bus", "--theme", "--address", "--parameter", "--import",
+                             "--export", "--stress", "--stress-index"}) {
     const ParsedCommandLine parsed = ParseCommandLine({"holdwise-terminal", option});
     EXPECT_FALSE(parsed.options.has_value());
     EXPECT_EQ(parsed.exitCode, 2);
     EXPECT_TRUE(parsed.text.startsWith(QStringLiteral("holdwise-terminal：选项 %1 后面没有值。\n").arg(option)))
         << parsed.text.toStdString();
   }
+}
+
+TEST(CommandLine, TheStressTestIsSetForAnExport) {
+  const ParsedCommandLine parsed =
+      ParseCommandLine({"holdwise-terminal", "--stress", "-12.5", "--export", "o", "--stress-index", "399300"});
+  ASSERT_TRUE(parsed.options.has_value()) << parsed.text.toStdString();
+  EXPECT_EQ(parsed.options->command.stress, "-12.5");
+  EXPECT_EQ(parsed.options->command.stressIndex, "399300");
+}
+
+TEST(CommandLine, AStressTestThatCannotBeIsRefusedAtOnce) {
+  const auto textOf = [](const QStringList& more) {
+    const ParsedCommandLine parsed = ParseCommandLine(QStringList{"holdwise-terminal"} + more);
+    EXPECT_FALSE(parsed.options.has_value());
+    EXPECT_EQ(parsed.exitCode, 2);
+    return parsed.text;
+  };
+  for (const char* bad : {"ten", "1e2", "+5", "-", ".", "1.2.3", "5%", "1 ", "5\n", "1234567890123"}) {
+    const QString text = textOf({"--export", "o", "--stress", bad});
+    EXPECT_TRUE(text.contains(QStringLiteral("--stress 要是百分数，例如 -10 或 5.5，不能是“%1”").arg(bad))) << bad;
+  }
+  for (const char* bad : {"2", "000300", "SH", "01"}) {
+    const QString text = textOf({"--export", "o", "--stress-index", bad});
+    EXPECT_TRUE(text.contains(QStringLiteral("只能是 1、399001 或 399300，不能是“%1”").arg(bad))) << bad;
+  }
+  EXPECT_TRUE(textOf({"--stress", "5"}).contains("--export"));
+  EXPECT_TRUE(textOf({"--stress-index", "1"}).contains("--export"));
+  EXPECT_TRUE(textOf({"--stress", "", "--export", "o"}).contains("--stress 的值为空"));
 }
 
 TEST(CommandLine, ARunningTerminalKeepsItsDataAndDatabase) {
@@ -91,6 +119,8 @@ TEST(CommandLine, CommandsSurviveTheHandOver) {
   command.exportFolder = "/o";
   command.dataFolder = "/d";
   command.database = "host:/p.fdb";
+  command.stress = "-10";
+  command.stressIndex = "399001";
   const QByteArray json = command.ToJson();
   EXPECT_FALSE(json.contains('\n'));
   const std::optional<Command> back = Command::FromJson(json);
@@ -102,6 +132,8 @@ TEST(CommandLine, CommandsSurviveTheHandOver) {
   EXPECT_EQ(back->exportFolder, command.exportFolder);
   EXPECT_EQ(back->dataFolder, command.dataFolder);
   EXPECT_EQ(back->database, command.database);
+  EXPECT_EQ(back->stress, command.stress);
+  EXPECT_EQ(back->stressIndex, command.stressIndex);
   EXPECT_FALSE(Command::FromJson("[]").has_value());
   EXPECT_FALSE(Command::FromJson("rubbish").has_value());
 }
@@ -330,7 +362,12 @@ class FakeViews : public ViewCatalogue {
     return true;
   }
   [[nodiscard]] std::vector<Input> Inputs() const override { return {}; }
-  QString SetInput(const QString&, const QString&) override { return {}; }
+  QString SetInput(const QString& name, const QString& value) override {
+    EXPECT_GE(asked_, 4) << name.toStdString() << " is set before the view has settled";
+    asked_ = 0;
+    portfolio_ += ' ' + name + '=' + value;
+    return value == "bad" ? "no" : QString();
+  }
   void DataChanged() override {}
   int unshowable = 0;
   int looksOfOne = 4;
@@ -388,6 +425,38 @@ TEST(ViewExporterTest, TablesOfAnEarlierExportGoOtherFilesStay) {
   EXPECT_EQ(QDir(folder.path()).entryList({"*.csv", "*.txt"}, QDir::Files, QDir::Name),
             QStringList({"1-g_1.csv", "2-g_1-11.csv", "2-g_1-11.txt", "2-g_1-12.csv", "2-g_1.csv", "2-other.csv",
                          "2024-g_1-notes.csv", "g_1.csv"}));
+}
+
+TEST(ViewExporterTest, SetsInputsOneAfterTheOtherBeforeTheirViewIsWritten) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  QWidget picture;
+  picture.resize(30, 20);
+  ViewExporter exporter(views, picture);
+  QString done;
+  exporter.OnDone = [&done](const QString& problem, const QString&) { done = "done" + problem; };
+  exporter.Start(folder.path(), {{2, "index", "7"}, {2, "move", "-10"}});
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
+  EXPECT_EQ(done, "done");
+  EXPECT_EQ(ContentOf(folder.filePath("1-g_1.csv")), "t\n1\n");
+  EXPECT_EQ(ContentOf(folder.filePath("2-g_1.csv")), "t\n2 index=7 move=-10\n");
+}
+
+TEST(ViewExporterTest, ARefusedInputOrOneOfNoViewEndsTheExport) {
+  for (const auto& [view, value, wanted] :
+       {std::tuple{2, "bad", "视图“two”：no"}, std::tuple{3, "7", "没有编号为 3 的视图"}}) {
+    const QTemporaryDir folder;
+    FakeViews views;
+    QWidget picture;
+    picture.resize(30, 20);
+    ViewExporter exporter(views, picture);
+    QString done;
+    exporter.OnDone = [&done](const QString& problem, const QString&) { done = "done" + problem; };
+    exporter.Start(folder.path(), {{view, "move", value}});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
+    EXPECT_TRUE(done.contains(QString::fromUtf8(wanted))) << done.toStdString();
+    EXPECT_EQ(QFile::exists(folder.filePath("2.png")), view == 3);
+  }
 }
 
 TEST(ViewExporterTest, NamesAViewThatCannotBeShown) {
