@@ -55,6 +55,7 @@ class Page {
     CreateSharedObjects();
     view_ = std::make_unique<TFrm_YLCS>();
     view_->resize(1024, 640);
+    view_->OnNoticeChanged = [this] { benchmark::DoNotOptimize(view_->Notice()); };
     view_->show();
     const QString file = QStringLiteral("QMTL\\TZZH\\风险计量\\SH.dat");
     host_.DownFile(QStringLiteral("FInfoAsynDownFileRole"))->WriteAndReceive(file, RiskFile());

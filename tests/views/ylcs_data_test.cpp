@@ -87,6 +87,8 @@ TEST_F(StressView, AMoveThatTheLateFileRefusesIsTakenBackAndSaid) {
   EXPECT_EQ(Shown(), QStringLiteral("所示：上证指数 0%"));
   EXPECT_EQ(portfolios->Cells(kChange, 0), QStringLiteral("0.00"));
   EXPECT_TRUE(MainNotice().toolTip().contains(QStringLiteral("-90% 超出界限值")));
+  SendFrameMessage(*frame, FrameMessage::Init);
+  EXPECT_TRUE(MainNotice().toolTip().contains(QStringLiteral("-90% 超出界限值"))) << "until a move is applied";
   Apply(QStringLiteral("20"));
   EXPECT_EQ(portfolios->Cells(kValue, 1), kWithBeta);
   EXPECT_FALSE(MainNotice().toolTip().contains(QStringLiteral("超出界限值")));

@@ -19,6 +19,7 @@ namespace {
 constexpr int kMargin = 14;
 constexpr int kGap = 8;
 constexpr int kControlHeight = 24;
+constexpr int kFrameShade = 140;  // percent by which the style darkens it
 
 }  // namespace
 
@@ -113,7 +114,9 @@ void EntryBar::ApplyTheme() {
     QPalette palette = control->palette();
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) palette.setColor(role, text);
     palette.setColor(QPalette::Base, colors.ColorOf(theme::kHighLight1));
-    palette.setColor(QPalette::Window, background);
+    // The style takes an entry's frame from the window's colour, which a dark theme leaves without contrast.
+    const bool isEntry = qobject_cast<QLineEdit*>(control) != nullptr;
+    palette.setColor(QPalette::Window, isEntry ? colors.ColorOf(theme::kEditFrame).lighter(kFrameShade) : background);
     palette.setColor(QPalette::Button, colors.ColorOf(theme::kHighLight2));
     palette.setColor(QPalette::Highlight, colors.ColorOf(theme::kRowSelect));
     palette.setColor(QPalette::HighlightedText, colors.ColorOf(theme::kSelectedText));

@@ -36,6 +36,10 @@ TMissingCodes WithoutPreviousClose() {
   return g_UserValue ? g_UserValue->HoldingsWithoutPreviousClose() : TMissingCodes();
 }
 
+TMissingCodes WithoutBeta() {
+  return g_ExpectValue ? g_ExpectValue->Basis().withoutBeta : TMissingCodes();
+}
+
 }  // namespace
 
 std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& database) {
@@ -49,13 +53,12 @@ std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& dat
                            database);
 }
 
-std::vector<IncompletePortfolio> PortfoliosLackingPreviousCloses(DatabaseStatements& database) {
-  return SavedPortfoliosOf({{Lack::NoPreviousClose, WithoutPreviousClose()}}, database);
+std::vector<IncompletePortfolio> PortfoliosLackingBetas(DatabaseStatements& database) {
+  return SavedPortfoliosOf({{Lack::NoBeta, WithoutBeta()}}, database);
 }
 
-std::vector<IncompletePortfolio> PortfoliosLackingBetas(DatabaseStatements& database) {
-  return SavedPortfoliosOf({{Lack::NoBeta, g_ExpectValue ? g_ExpectValue->Basis().withoutBeta : TMissingCodes()}},
-                           database);
+std::vector<IncompletePortfolio> PortfoliosLackingStressInputs(DatabaseStatements& database) {
+  return SavedPortfoliosOf({{Lack::NoPreviousClose, WithoutPreviousClose()}, {Lack::NoBeta, WithoutBeta()}}, database);
 }
 
 std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portfolios,

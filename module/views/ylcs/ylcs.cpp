@@ -192,7 +192,6 @@ void TFrm_YLCS::TableCame() {
   const double move = g_ExpectValue->GetExpectAdd();
   Compute(move);
   if (failure_.isEmpty() && !g_ExpectValue->IsValid()) {
-    isEdited_ = false;
     Edit1->setText(stress::PercentText(0));
     Compute(0);
     failure_ =
@@ -210,7 +209,7 @@ void TFrm_YLCS::NoticeChanged() {
 ViewNotice TFrm_YLCS::Notice() const {
   ViewNotice notice;
   if (list_->Grid().IsEmpty()) return notice;
-  notice.lacking = Together(PortfoliosLackingPreviousCloses(Database()), PortfoliosLackingBetas(Database()));
+  notice.lacking = PortfoliosLackingStressInputs(Database());
   const TExpectBasis& shown = scenario_->basis;
   if (!failure_.isEmpty()) {
     notice.text = QStringLiteral("预期值没有更新");

@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: MIT
+#include "transfer/view_exporter.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <tuple>
+
+namespace holdwise {
+namespace {
+
+TEST(GridCsv, HeadsUntitledColumnsWithTheirNumber) {
+  const GridText grid{"g", {"名称", "", "a,b"}, {false, true, false}, {{"x\"y", "1", ""}, {"z", "2", "3"}}};
+  EXPECT_EQ(GridToCsv(grid), QString("名称,#1,\"a,b\"\n\"x\"\"y\",1,\"\"\nz,2,3\n").toUtf8());
+}
+
+/// Two views; the second has a grid that follows the portfolio. Each wait settles at the fourth question.
+class FakeViews : public ViewCatalogue {
+ public:
+  [[nodiscard]] std::vector<View> List() const override { return {{1, "one"}, {2, "two"}}; }
+  bool Show(int frameId) override {
+    current_ = frameId;
+    asked_ = 0;
+    return frameId != unshowable;
+  }
+  [[nodiscard]] int Current() const override { return current_; }
+  [[nodiscard]] bool IsSettled() const override { return ++asked_ >= (current_ == 1 ? looksOfOne : 4); }
+  [[nodiscard]] int Progress() const override { return isMoving ? asked_ : 0; }
+  [[nodiscard]] QString Shortcoming() const override { return shortcoming; }
+  [[nodiscard]] QStringList Incomplete() const override { return incomplete; }
+  [[nodiscard]] QWidget* Frame() const override { return nullptr; }
+  [[nodiscard]] std::vector<GridText> Grids() const override {
+    return {{"g/1", {"t"}, {false}, {{QString::number(current_) + portfolio_}}}};
+  }
+  [[nodiscard]] Holdings HoldingsGrid() const override {
+    return current_ == 2 ? Holdings{"g/1", {"11", "12"}} : Holdings{};
+  }
+  bool SelectPortfolio(const QString& portfolioId) override {
+    portfolio_ = '-' + portfolioId;
+    asked_ = 0;
+    return true;
+  }
+  [[nodiscard]] std::vector<Input> Inputs() const override { return {}; }
+  QString SetInput(const QString& name, const QString& value) override {
+    EXPECT_GE(asked_, 4) << name.toStdString() << " is set before the view has settled";
+    asked_ = 0;
+    portfolio_ += ' ' + name + '=' + value;
+    return value == "bad" ? "no" : QString();
+  }
+  void DataChanged() override {}
+  int unshowable = 0;
+  int looksOfOne = 4;
+  bool isMoving = false;
+  QString shortcoming;
+  QStringList incomplete;
+
+ private:
+  int current_ = 2;
+  mutable int asked_ = 0;
+  QString portfolio_;
+};
+
+QByteArray ContentOf(const QString& path) {
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+  return file.readAll();
+}
+
+TEST(ViewExporterTest, VisitsEveryViewAndPortfolio) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  QWidget picture;
+  picture.resize(30, 20);
+  ViewExporter exporter(views, picture);
+  QStringList done;
+  exporter.OnDone = [&done](const QString& problem, const QString&) { done.append("done" + problem); };
+  exporter.Start(folder.filePath("deep/out"));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
+  EXPECT_EQ(done, QStringList{"done"});
+  const QDir out(folder.filePath("deep/out"));
+  EXPECT_EQ(out.entryList(QDir::Files, QDir::Name),
+            QStringList({"1-g_1.csv", "1.png", "2-g_1-11.csv", "2-g_1-12.csv", "2-g_1.csv", "2.png"}));
+  EXPECT_EQ(ContentOf(out.filePath("1-g_1.csv")), "t\n1\n");
+  EXPECT_EQ(ContentOf(out.filePath("2-g_1-12.csv")), "t\n2-12\n");
+  EXPECT_EQ(views.Current(), 2);
+}
+
+TEST(ViewExporterTest, TablesOfAnEarlierExportGoOtherFilesStay) {
+  const QTemporaryDir folder;
+  for (const char* name :
+       {"1-g_1-13.csv", "3-g_1.csv", "2-other.csv", "2024-g_1-notes.csv", "g_1.csv", "2-g_1-11.txt"}) {
+    QFile file(folder.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  }
+  FakeViews views;
+  QWidget picture;
+  picture.resize(30, 20);
+  ViewExporter exporter(views, picture);
+  QStringList done;
+  exporter.OnDone = [&done](const QString& problem, const QString&) { done.append("done" + problem); };
+  exporter.Start(folder.path());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
+  EXPECT_EQ(done, QStringList{"done"});
+  EXPECT_EQ(QDir(folder.path()).entryList({"*.csv", "*.txt"}, QDir::Files, QDir::Name),
+            QStringList({"1-g_1.csv", "2-g_1-11.csv", "2-g_1-11.txt", "2-g_1-12.csv", "2-g_1.csv", "2-other.csv",
+                         "2024-g_1-notes.csv", "g_1.csv"}));
+}
+
+TEST(ViewExporterTest, SetsInputsOneAfterTheOtherBeforeTheirViewIsWritten) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  QWidget picture;
+  picture.resize(30, 20);
+  ViewExporter exporter(views, picture);
+  QString done;
+  exporter.OnDone = [&done](const QString& problem, const QString&) { done = "done" + problem; };
+  exporter.Start(folder.path(), {{2, "index", "7"}, {2, "move", "-10"}});
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
+  EXPECT_EQ(done, "done");
+  EXPECT_EQ(ContentOf(folder.filePath("1-g_1.csv")), "t\n1\n");
+  EXPECT_EQ(ContentOf(folder.filePath("2-g_1.csv")), "t\n2 index=7 move=-10\n");
+}
+
+TEST(ViewExporterTest, ARefusedInputOrOneOfNoViewEndsTheExport) {
+  for (const auto& [view, value, wanted] :
+       {std::tuple{2, "bad", "视图“two”：no"}, std::tuple{3, "7", "没有编号为 3 的视图"}}) {
+    const QTemporaryDir folder;
+    FakeViews views;
+    QWidget picture;
+    picture.resize(30, 20);
+    ViewExporter exporter(views, picture);
+    QString done;
+    exporter.OnDone = [&done](const QString& problem, const QString&) { done = "done" + problem; };
+    exporter.Start(folder.path(), {{view, "move", value}});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
+    EXPECT_TRUE(done.contains(QString::fromUtf8(wanted))) << done.toStdString();
+    EXPECT_EQ(QFile::exists(folder.filePath("2.png")), view == 3);
+  }
+}
+
+TEST(ViewExporterTest, NamesAViewThatCannotBeShown) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  views.unshowable = 2;
+  QWidget picture;
+  picture.resize(30, 20);
+  ViewExporter exporter(views, picture);
+  QString done;
+  exporter.OnDone = [&done](const QString& problem, const QString&) { done = "done" + problem; };
+  exporter.Start(folder.path());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
+  EXPECT_TRUE(done.contains("two"));
+}
+
+TEST(ViewExporterTest, GivesUpOnlyWhenNothingMoves) {
+  for (const bool isMoving : {true, false}) {
+    const QTemporaryDir folder;
+    FakeViews views;
+    views.looksOfOne = 40;  // two seconds
+    views.isMoving = isMoving;
+    QWidget picture;
+    picture.resize(30, 20);
+    ViewExporter exporter(views, picture, 1000);
+    QStringList done;
+    exporter.OnDone = [&done](const QString& problem, const QString&) { done.append("done" + problem); };
+    exporter.Start(folder.path());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
+    EXPECT_EQ(done.first() == "done", isMoving) << done.first().toStdString();
+    EXPECT_EQ(done.first().contains("“one”"), !isMoving) << done.first().toStdString();
+  }
+}
+
+TEST(ViewExporterTest, SaysWhatIsMissing) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  views.incomplete = {"a: x", "b: y"};
+  QWidget picture;
+  picture.resize(30, 20);
+  ViewExporter exporter(views, picture);
+  QStringList done;
+  exporter.OnDone = [&done](const QString& problem, const QString& lacking) { done.append(problem + "|" + lacking); };
+  exporter.Start(folder.path());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
+  EXPECT_EQ(done, QStringList{"|a: x\nb: y"});
+  EXPECT_TRUE(QFile::exists(folder.filePath("2-g_1-12.csv")));
+}
+
+TEST(ViewExporterTest, SaysWhenTheFiguresAreNotTheLatest) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  views.shortcoming = "old";
+  QWidget picture;
+  picture.resize(30, 20);
+  ViewExporter exporter(views, picture);
+  QStringList done;
+  exporter.OnDone = [&done](const QString& problem, const QString& lacking) { done.append(problem + "|" + lacking); };
+  exporter.Start(folder.path());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
+  EXPECT_EQ(done, QStringList{"|old"});
+  EXPECT_TRUE(QFile::exists(folder.filePath("2-g_1-12.csv"))) << "everything is written all the same";
+}
+
+}  // namespace
+}  // namespace holdwise
