@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -38,6 +39,7 @@ class StressView : public PortfolioViewTest {
   void OpenWithTwo(int width = 1000) {
     AddTwo();
     Open(width);
+    QApplication::setActiveWindow(&bench.host.system.workArea);
     Receive(kShanghai, Betas());
   }
   void ClearPortfolios() {

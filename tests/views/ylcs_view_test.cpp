@@ -261,8 +261,7 @@ TEST_F(StressView, WithoutSavedPortfoliosBothGridsAreEmptyAndMovesAreTaken) {
   EXPECT_TRUE(portfolios->IsEmpty());
   EXPECT_TRUE(holdings->IsEmpty());
   EXPECT_TRUE(bench.host.messageBoxes.calls.empty());
-  Download()->Fail(kShanghai, TDSBAsynDownFileRole::kNotFound);
-  Download()->Fail(kShanghai, TDSBAsynDownFileRole::kNotFound);
+  Fail(kShanghai);
   EXPECT_FALSE(MainNotice().isVisible()) << "there is nobody to miss it";
 }
 

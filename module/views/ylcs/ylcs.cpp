@@ -157,6 +157,7 @@ QString TFrm_YLCS::HintOf(const GridCell& cell) const {
 
 void TFrm_YLCS::Compute(double move) {
   failure_.clear();
+  takenBack_.clear();
   try {
     g_ExpectValue->SetExpectAdd(move);
   } catch (const Error& error) {
@@ -194,7 +195,7 @@ void TFrm_YLCS::TableCame() {
   if (failure_.isEmpty() && !g_ExpectValue->IsValid()) {
     Edit1->setText(stress::PercentText(0));
     Compute(0);
-    failure_ =
+    takenBack_ =
         QStringLiteral("按刚取得的贝塔系数，%1% 超出界限值，已还原为 0，请重新输入。").arg(stress::PercentText(move));
   }
   const QString selected = list_->Grid().Cells(stress::kId, list_->Grid().Row());
@@ -211,9 +212,12 @@ ViewNotice TFrm_YLCS::Notice() const {
   if (list_->Grid().IsEmpty()) return notice;
   notice.lacking = PortfoliosLackingStressInputs(Database());
   const TExpectBasis& shown = scenario_->basis;
-  if (!failure_.isEmpty()) {
+  if (!failure_.isEmpty() && !g_ExpectValue->IsWhole()) {
     notice.text = QStringLiteral("预期值没有更新");
     notice.hint = failure_;
+  } else if (!takenBack_.isEmpty()) {
+    notice.text = QStringLiteral("预期涨跌幅已还原");
+    notice.hint = takenBack_;
   } else if (g_AllStockData->LacksCurrentTable()) {
     const QString& index = stress::IndexNames()[ComboBox11->currentIndex()];
     notice.text = QStringLiteral("没有取得%1的风险文件").arg(index);

@@ -69,7 +69,8 @@ class TFrm_YLCS : public TViewFrame {
   std::unique_ptr<stress::Scenario> scenario_;  ///< what the grids show
   std::vector<stress::ForeignProfit> foreignProfits_;
   bool isEdited_ = false;
-  QString failure_;  ///< why the last computation did not reach its end, for the user; empty when it did
+  QString failure_;    ///< why the last computation of this view did not reach its end; empty when it did
+  QString takenBack_;  ///< which move a risk file that came late has refused; empty once another is applied
 };
 
 }  // namespace holdwise
