@@ -109,6 +109,7 @@ void TFrm_YLCS::Label3Click() {
 }
 
 void TFrm_YLCS::Label4Click() {
+  takenBack_.clear();
   ComboBox11Change(ComboBox11->currentIndex());
   Compute(0);
   ReflashData();
@@ -157,7 +158,6 @@ QString TFrm_YLCS::HintOf(const GridCell& cell) const {
 
 void TFrm_YLCS::Compute(double move) {
   failure_.clear();
-  takenBack_.clear();
   try {
     g_ExpectValue->SetExpectAdd(move);
   } catch (const Error& error) {
@@ -167,6 +167,7 @@ void TFrm_YLCS::Compute(double move) {
 }
 
 QString TFrm_YLCS::Apply() {
+  takenBack_.clear();
   Compute(RealOr(Edit1->text()) / 100);
   if (failure_.isEmpty() && g_ExpectValue->IsValid()) {
     ReflashData();
