@@ -14,7 +14,8 @@ std::vector<StatementAdvice> Advice() {
       {.statement = kSavedHoldings,
        .equalForm =
            QStringLiteral("select d.* from alg_commain m left join alg_comdetail d on d.MAINID = m.ID where m.SAVEFLAG "
-                          "= 1 and d.MAINID is not null order by m.ID")},
+                          "= 1 and d.MAINID is not null order by m.ID"),
+       .mayBeKept = true},
       {.statement = kSavedHoldingsForCloses,
        .equalForm = QStringLiteral(
            "select d.MAINID, d.SECUCODE, d.PZSL from alg_commain m left join alg_comdetail d on d.MAINID = m.ID where "
@@ -24,7 +25,8 @@ std::vector<StatementAdvice> Advice() {
            "select s.SECUCODE, s.CLOSEPRICE from (select distinct SECUCODE from alg_comdetail) h join "
            "ALG_STOCKSTATISTIC s on s.SECUCODE = h.SECUCODE where s.HqType = 1 and s.HqDate >= 20010101 and s.HqDate "
            "<= 20010107")}};
-  // Every price reply and every renewal of the subscription needs the holdings, every click on a portfolio its own.
+  // Every price reply and every renewal of the subscription needs the holdings, every click on a portfolio its own, and
+  // every move of the stress test (above) the saved ones.
   const QString anyPortfolio = QStringLiteral("1");
   for (const QString& statement : {kSavedPortfolios, kHeldCodes, kHoldingsForNowValues, kHoldingsForPreviousCloses,
                                    HoldingsOf(anyPortfolio), CodesOf(anyPortfolio)}) {
