@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 #include "calc/download_trigger.h"
 #include "calc/untcalc2.h"
@@ -272,6 +273,17 @@ void TMainFrm::g_TimerOnTimer() {
 
 void TMainFrm::Button1Click() {
   ModuleHost().Addresses().GotoAddress(QStringLiteral("工具条"), QStringLiteral("基金"));
+}
+
+QStringList TMainFrm::NoticesOfViews(std::vector<IncompletePortfolio>& lacking) const {
+  QStringList lines;
+  for (const TViewFrame* frame : FFrameList) {
+    const ViewNotice notice = frame->Notice();
+    lacking = Together(std::move(lacking), notice.lacking);
+    lines << notice.hint.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+  }
+  lines.removeDuplicates();
+  return lines;
 }
 
 bool TMainFrm::IsSettled() const {

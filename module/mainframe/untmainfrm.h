@@ -44,6 +44,9 @@ class TMainFrm : public QWidget {
   [[nodiscard]] const std::vector<TViewFrame*>& FrameList() const noexcept { return FFrameList; }
   /// The view shown; null when none.
   [[nodiscard]] TViewFrame* CurFrame() const noexcept { return FCurFrame; }
+  /// What the views visited so far have to say of themselves, each line once; what their figures lack comes to
+  /// `lacking`.
+  [[nodiscard]] QStringList NoticesOfViews(std::vector<IncompletePortfolio>& lacking) const;
   /// No recalculation waits or runs, no risk file is on its way, prices are in, and the view shown shows them.
   [[nodiscard]] bool IsSettled() const;
   /// The database has changed behind the views: recalculates, reads the shown view again and asks for prices again.

@@ -58,8 +58,9 @@ QString HoldwiseViewCatalogue::Shortcoming() const {
 
 QStringList HoldwiseViewCatalogue::Incomplete() const {
   if (mainFrame_.isNull()) return {};
-  const auto stored = WithThoseLackingPrices(IncompletePortfolios(Database()), Database());
-  return LinesOf(Together(stored, PortfoliosLackingBetas(Database())));
+  auto lacking = WithThoseLackingPrices(IncompletePortfolios(Database()), Database());
+  const QStringList lines = mainFrame_->NoticesOfViews(lacking);
+  return lines + LinesOf(lacking);
 }
 
 QWidget* HoldwiseViewCatalogue::Frame() const {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/frames/title_hints.h"
 #include "common/grid/cell_geometry.h"
 #include "common/grid/string_grid.h"
 #include "common/host/font.h"
@@ -40,8 +41,8 @@ void SetTextColor(QWidget& label, const QColor& color) {
 namespace {
 
 /// A title too wide for its column gets smaller; one that is still cut off shows its beginning and can be read under
-/// the mouse.
-void FitTitle(QLabel& label) {
+/// the mouse, before its hint.
+void FitTitle(QLabel& label, const QString& hint) {
   constexpr int kSmallest = 10;
   constexpr int kBlank = 4;  // the brackets at its ends have that much blank around them
   int pixels = kDesignFontPixels;
@@ -49,7 +50,10 @@ void FitTitle(QLabel& label) {
   while (pixels > kSmallest && label.sizeHint().width() > label.width()) label.setFont(DesignFont(--pixels));
   const bool isCutOff = label.sizeHint().width() > label.width() + kBlank;
   if (isCutOff) label.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  label.setToolTip(isCutOff ? label.text() : QString());
+  QStringList lines{hint};
+  if (isCutOff) lines.prepend(label.text());
+  lines.removeAll(QString());
+  label.setToolTip(lines.join(QLatin1Char('\n')));
 }
 
 }  // namespace
@@ -104,7 +108,7 @@ void HeaderStrip::FollowColumns() {
     label.setAlignment((isLeft ? Qt::AlignLeft : Qt::AlignHCenter) | Qt::AlignVCenter);
     label.setIndent(isLeft ? kTextInset : 0);
     label.setGeometry(left, 0, std::max(std::min(width, this->width() - left), 0), height());
-    FitTitle(label);
+    FitTitle(label, HintOfTitle(grid_.Unit(), grid_.objectName(), label.text()));
     left += width;
   }
 }

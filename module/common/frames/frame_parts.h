@@ -41,7 +41,7 @@ class PictureStrip : public QWidget {
 };
 
 /// The strip above a grid: one transparent label over each titled column. Labels follow the visible part of their
-/// columns and are aligned like them.
+/// columns and are aligned like them; under the mouse they say what the table of title hints knows.
 class HeaderStrip : public PictureStrip {
   Q_OBJECT
  public:

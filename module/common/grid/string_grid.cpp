@@ -175,9 +175,9 @@ void TStringGrid::SetColors(const GridColors& colors) {
   viewport()->update();
 }
 
-void TStringGrid::DrawDefaultCell(QPainter& painter, const GridCellPaint& cell) const {
-  PaintCellBackground(painter, cell, colors_);
-  PaintCellText(painter, cell, colors_, DrawnText({cell.column, cell.row}), ColumnAlignment(cell.column));
+void TStringGrid::DrawCellIn(QPainter& painter, const GridCellPaint& cell, const GridColors& colors) const {
+  PaintCellBackground(painter, cell, colors);
+  PaintCellText(painter, cell, colors, DrawnText({cell.column, cell.row}), ColumnAlignment(cell.column));
 }
 
 void TStringGrid::SetWholeRows(bool whole) {

@@ -36,6 +36,9 @@ class TStringGrid : public QTableView {
   TStringGrid(QString unit, const QString& name, QWidget* parent = nullptr);
   ~TStringGrid() override;
 
+  /// The unit that the grid was given.
+  [[nodiscard]] const QString& Unit() const noexcept { return unit_; }
+
   [[nodiscard]] int ColCount() const;
   [[nodiscard]] int RowCount() const;
   void SetColCount(int columns);
@@ -82,7 +85,9 @@ class TStringGrid : public QTableView {
   /// Replaces the drawing of a cell (background and text); not called while the grid is empty.
   std::function<void(QPainter& painter, const GridCellPaint& cell)> OnDrawCell;
   /// The drawing that OnDrawCell replaces.
-  void DrawDefaultCell(QPainter& painter, const GridCellPaint& cell) const;
+  void DrawDefaultCell(QPainter& painter, const GridCellPaint& cell) const { DrawCellIn(painter, cell, colors_); }
+  /// The same in other colours than the grid's.
+  void DrawCellIn(QPainter& painter, const GridCellPaint& cell, const GridColors& colors) const;
   /// Leaves the bottom pixels blank that are too few for a row.
   void SetWholeRows(bool whole);
   /// A quiet text in the middle of the grid while it is empty; none when empty.

@@ -53,10 +53,6 @@ std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& dat
                            database);
 }
 
-std::vector<IncompletePortfolio> PortfoliosLackingBetas(DatabaseStatements& database) {
-  return SavedPortfoliosOf({{Lack::NoBeta, WithoutBeta()}}, database);
-}
-
 std::vector<IncompletePortfolio> PortfoliosLackingStressInputs(DatabaseStatements& database) {
   return SavedPortfoliosOf({{Lack::NoPreviousClose, WithoutPreviousClose()}, {Lack::NoBeta, WithoutBeta()}}, database);
 }
@@ -68,8 +64,11 @@ std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portf
                                    [&](const IncompletePortfolio& other) { return other.id == one.id; });
     if (same == portfolios.end()) {
       portfolios.push_back(one);
-    } else {
-      same->missing.insert(same->missing.end(), one.missing.begin(), one.missing.end());
+      continue;
+    }
+    for (const MissingInput& input : one.missing) {
+      const auto& known = same->missing;
+      if (std::find(known.begin(), known.end(), input) == known.end()) same->missing.push_back(input);
     }
   }
   return portfolios;

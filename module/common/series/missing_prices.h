@@ -11,13 +11,12 @@ namespace holdwise {
 /// is not what it says. Nothing before the shared objects exist, and of prices nothing before the first reply. What a
 /// failing statement throws reaches the caller. User-interface thread.
 [[nodiscard]] std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& database);
-/// The saved portfolios with holdings whose beta counted as 0 in the last stress test because the index's risk table
-/// lacks it, latest portfolio first. Nothing while there is no such table.
-/// Throws like the above.
-[[nodiscard]] std::vector<IncompletePortfolio> PortfoliosLackingBetas(DatabaseStatements& database);
-/// The same, and those with holdings whose previous close is not known: what the stress test lacks.
+/// The saved portfolios with holdings whose previous close is not known, or whose beta counted as 0 in the last stress
+/// test because the index's risk table lacks it (of betas nothing while there is no such table): latest first. Throws
+/// like the above.
 [[nodiscard]] std::vector<IncompletePortfolio> PortfoliosLackingStressInputs(DatabaseStatements& database);
-/// Two lists of incomplete portfolios as one: of a portfolio in both, what is missing in `more` comes last. Pure.
+/// Two lists of incomplete portfolios as one: of a portfolio in both, what is missing in `more` comes last, and once.
+/// Pure.
 [[nodiscard]] std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portfolios,
                                                         const std::vector<IncompletePortfolio>& more);
 /// Those portfolios and the ones that lack prices as one list: of a portfolio in both, what it lacks of prices comes

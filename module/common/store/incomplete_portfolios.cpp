@@ -133,6 +133,10 @@ QString TextOf(const MissingInput& input) {
       return security + QStringLiteral("没有上月收盘价");
     case Lack::NoBeta:
       return security + QStringLiteral("没有贝塔系数，压力测试按 0 计算");
+    case Lack::NoCost:
+      return QStringLiteral("没有买入成本，回报率按 0 计算");
+    case Lack::NoBuyIndex:
+      return QStringLiteral("没有买入时的上证指数，市场回报率按 100% 计算");
   }
   return QStringLiteral("风险数据没有算完");
 }

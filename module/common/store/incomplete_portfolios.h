@@ -21,13 +21,17 @@ enum class Lack {
   NoWeekClose,   ///< none in the week before
   NoMonthClose,  ///< none in the month before
   NoBeta,        ///< against the index of the stress test
+  NoCost,        ///< nothing is known to have been paid for the portfolio
+  NoBuyIndex,    ///< the index level of the day of purchase is not known
 };
 
 struct MissingInput {
   Lack lack = Lack::NotCalculated;
-  QString code;  ///< six digits; empty for NotCalculated and for the index
+  QString code;  ///< six digits; empty for the index and when the portfolio itself lacks it
   QString name;  ///< of the security, empty when the host knows none
   int date = 0;  ///< OldStatistics, NewStatistics: the end of its rows, YYYYMMDD; else 0
+
+  bool operator==(const MissingInput&) const = default;
 };
 
 struct IncompletePortfolio {

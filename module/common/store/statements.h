@@ -38,6 +38,10 @@ inline const QString kPortfolioCosts =
 [[nodiscard]] QString HoldingsOf(const QString& portfolioId);
 [[nodiscard]] QString CodesOf(const QString& portfolioId);
 
+/// The bank's one-year time-deposit rate, in percent.
+inline const QString kOneYearDepositRate =
+    QStringLiteral("select INTEREST from  alg_rmbinterestrate where DEPOSITTYPE = '定期存款整存整取' and term= '一年'");
+
 /// Statistics.
 inline const QString kLatestDay = QStringLiteral("select Max(HQDate) from alg_stockstatistic where hqtype = 0");
 [[nodiscard]] QString LatestDayOf(const QString& code);

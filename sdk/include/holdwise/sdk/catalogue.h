@@ -39,8 +39,8 @@ class ViewCatalogue {
   /// What a reader of the figures has to know because they are not the latest, in words for the user; empty when there
   /// is nothing. Throws what a failing statement throws.
   [[nodiscard]] virtual QString Shortcoming() const = 0;
-  /// One line in words for the user for each saved portfolio whose figures lack something: its name, and the securities
-  /// with what is missing of them. Throws what a failing statement throws.
+  /// In words for the user: a line for what all figures of a view visited so far lack, then one for each saved
+  /// portfolio whose figures lack something: its name, and what is missing. Throws what a failing statement throws.
   [[nodiscard]] virtual QStringList Incomplete() const = 0;
   /// The shown view's frame; null when none. Owned by the module.
   [[nodiscard]] virtual QWidget* Frame() const = 0;
