@@ -21,8 +21,9 @@ MODULE = {
     "common/series": ["common/store"],
     "common/grid": ["common/host"],
     "common/frames": ["common/grid", "common/series"],
+    "common/charts": ["common/frames"],
     "calc": ["common/store"],
-    "views/*": ["common/frames"],
+    "views/*": ["common/charts"],
     "mainframe": ["calc", "views/*"],
     "plugin": ["mainframe"],
 }

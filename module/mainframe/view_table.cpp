@@ -4,8 +4,10 @@
 #include <algorithm>
 
 #include "views/fxjl/fxjl.h"
+#include "views/yjfj/yjfj.h"
 #include "views/ylcs/ylcs.h"
 #include "views/zhbx/zhbx.h"
+#include "views/ztpj/ztpj.h"
 
 namespace holdwise {
 namespace {
@@ -26,8 +28,8 @@ const std::array<TNodeData, 10> Nodes = {{
     {2002, 2000, QStringLiteral("风险计量"), &Make<TFrm_FXJL>, false, RestsOn::Saved},
     {2003, 2000, QStringLiteral("压力测试"), &Make<TFrm_YLCS>, false, RestsOn::Saved},
     {3000, 0, QStringLiteral("组合评价")},
-    {3001, 3000, QStringLiteral("总体评价"), nullptr, true, RestsOn::Saved},
-    {3002, 3000, QStringLiteral("业绩分解"), nullptr, true, RestsOn::Saved},
+    {3001, 3000, QStringLiteral("总体评价"), &Make<TFrM_ZTPJ>, true, RestsOn::Saved},
+    {3002, 3000, QStringLiteral("业绩分解"), &Make<TFrm_YJFJ>, true, RestsOn::Saved},
 }};
 
 const TNodeData* FindNode(int id) {

@@ -154,6 +154,11 @@ class Market:
             market.append(change)
         return figures(returns, market, self.risk_free)
 
+    def index_deviation(self):
+        """Sample deviation of the composite index's returns."""
+        returns = list(self.index["SH"].values())
+        return root(covariance(returns, returns))
+
     def deviation(self, code):
         """Mean and sample deviation of a stock's returns on the days of the composite index that count for it."""
         own = self.counting(code, "SH")[0]

@@ -33,19 +33,31 @@ def run(*command, named=()):
         sys.exit(f"{command[0]} ended with {done.returncode}\n{done.stdout}\n{done.stderr}")
 
 
-def export(binaries, market_data, bars, day, folder, *options, lacking=()):
-    """Leaves the data folder, the work-data folder and the exported views in `folder`: data, work, out. The terminal has
-    to name the stocks of `lacking` as being without statistics."""
+def build_data(binaries, market_data, bars, day, data, *options):
     run(binaries / "holdwise-market", "build", "--bars", bars, "--indices", market_data / "indices", "--securities",
         market_data / "securities.csv", "--dates", market_data / "trading_dates.csv", *options, "--date", day.isoformat(),
-        "--out", folder / "data")
-    with open(folder / "portfolios.csv", "w", encoding="utf-8", newline="") as file:
-        writer = csv.writer(file)
-        writer.writerow(["name", "code", "quantity", "price"])
-        writer.writerows([name, *row] for name, rows in PORTFOLIOS.items() for row in rows)
+        "--out", data)
+
+
+def import_and_export(binaries, data, folder, portfolios, out, lacking=()):
+    """Imports `portfolios` (none: imports nothing) into the work-data folder `folder`/work and exports the views. The
+    terminal has to name the stocks of `lacking` as being without statistics."""
+    options = []
+    if portfolios:
+        options = ["--import", folder / "portfolios.csv"]
+        with open(folder / "portfolios.csv", "w", encoding="utf-8", newline="") as file:
+            writer = csv.writer(file)
+            writer.writerow(["name", "code", "quantity", "price"])
+            writer.writerows([name, *row] for name, rows in portfolios.items() for row in rows)
     os.environ.setdefault("QT_QPA_PLATFORM", "offscreen")
-    run(binaries / "holdwise-terminal", "--data", folder / "data", "--work", folder / "work", "--import",
-        folder / "portfolios.csv", "--export", folder / "out", named=[f"{code})没有统计数据" for code in lacking])
+    run(binaries / "holdwise-terminal", "--data", data, "--work", folder / "work", *options, "--export", out,
+        named=[f"{code})没有统计数据" for code in lacking])
+
+
+def export(binaries, market_data, bars, day, folder, *options, lacking=()):
+    """Leaves the data folder, the work-data folder and the exported views of PORTFOLIOS in `folder`: data, work, out."""
+    build_data(binaries, market_data, bars, day, folder / "data", *options)
+    import_and_export(binaries, folder / "data", folder, PORTFOLIOS, folder / "out", lacking)
 
 
 def read_csv(path):

@@ -251,6 +251,19 @@ TEST_F(Plugin, ARiskFileThatDoesNotComeIsAShortcomingWhereThereArePortfolios) {
   EXPECT_TRUE(item->Views()->Shortcoming().startsWith(QStringLiteral("风险文件没有取得")));
 }
 
+TEST_F(Plugin, WhatAVisitedViewLacksIsSaidAlsoWhenAnotherOneIsShown) {
+  bench.AddPortfolio(7, QStringLiteral("甲"), {{1600000, 100, 1, 9}});
+  item->EnterAddress({});
+  const auto saysRate = [this] {
+    return item->Views()->Incomplete().filter(QStringLiteral("没有一年期定期存款利率")).size();
+  };
+  EXPECT_EQ(saysRate(), 0) << "no view with a rate was visited";
+  ASSERT_TRUE(item->Views()->Show(3001));
+  ASSERT_TRUE(item->Views()->Show(3002));
+  ASSERT_TRUE(item->Views()->Show(2002));
+  EXPECT_EQ(saysRate(), 1) << "two views, one line";
+}
+
 TEST_F(Plugin, ChangedDataIsReadAgain) {
   item->EnterAddress(QStringLiteral("Skip组合表现"));
   ViewCatalogue* views = item->Views();

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include "common/charts/value_axis.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "holdwise/packet/number_text.h"
+
+namespace holdwise {
+namespace {
+
+/// The least of 1, 2, 5 x 10^k that is not below `distance`.
+double RoundStep(double distance) {
+  const double power = std::pow(10, std::floor(std::log10(distance)));
+  for (const double factor : {1.0, 2.0, 5.0}) {
+    if (factor * power >= distance) return factor * power;
+  }
+  return 10 * power;
+}
+
+}  // namespace
+
+ValueAxis::ValueAxis(double low, double high, double leastSpan, int top, int bottom)
+    : low_(std::min({low, high, 0.0})), high_(std::max({low, high, 0.0})), top_(top), bottom_(std::max(top, bottom)) {
+  const double lacking = leastSpan - (high_ - low_);
+  if (lacking <= 0) return;
+  (high_ >= -low_ ? high_ : low_) += high_ >= -low_ ? lacking : -lacking;
+}
+
+int ValueAxis::YOf(double value) const {
+  const double kept = std::clamp(value, low_, high_);
+  return top_ + static_cast<int>(std::lround((high_ - kept) / (high_ - low_) * (bottom_ - top_)));
+}
+
+std::vector<AxisTick> ValueAxis::Ticks(int leastGap) const {
+  constexpr int kMostDecimals = 4;
+  std::vector<AxisTick> ticks;
+  const int height = bottom_ - top_;
+  if (height <= 0) return {{0, top_, QStringLiteral("0%")}};
+  const double step = RoundStep((high_ - low_) / height * leastGap);
+  const int decimals = std::clamp(-static_cast<int>(std::floor(std::log10(step))), 0, kMostDecimals);
+  const auto first = static_cast<long>(std::ceil(low_ / step - 1e-9));
+  const auto last = static_cast<long>(std::floor(high_ / step + 1e-9));
+  for (long place = first; place <= last; ++place) {
+    const double value = static_cast<double>(place) * step;
+    ticks.push_back({value, YOf(value), FormatFixed(value, place == 0 ? 0 : decimals) + QLatin1Char('%')});
+  }
+  return ticks;
+}
+
+}  // namespace holdwise
