@@ -60,6 +60,32 @@ TEST(Export, ShowsImportedPortfoliosWithTheirValues) {
   EXPECT_GE(picture.height(), 500);
 }
 
+TEST(Export, ShowsEvaluationAndDecomposition) {
+  const Bench bench;
+  const QString file = bench.Write("p.csv", TwoPortfolios());
+  ASSERT_EQ(RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")})).exitCode, 0);
+  const std::vector<QStringList> list = ReadCsv(bench.File("out/3001-strngrd.csv"));
+  ASSERT_EQ(list.size(), 3U);
+  EXPECT_EQ(list[0].last(), "#7");
+  // 180 / 500 = 36 % and 780 / 13600 = 5.735 %; the rate is 1.50.
+  EXPECT_EQ(list[2].mid(0, 4), QStringList({"甲", "36.00", "1.50", "34.50"}));
+  EXPECT_EQ(list[1].mid(0, 4), QStringList({"乙", "5.74", "1.50", "4.24"}));
+  const std::vector<QStringList> holdings = ReadCsv(bench.File("out/3001-StringGrid1-" + list[2].last() + ".csv"));
+  ASSERT_EQ(holdings.size(), 3U);
+  EXPECT_EQ(holdings[1].size(), 9) << "the buy price is exported too";
+
+  const std::vector<QStringList> parts = ReadCsv(bench.File("out/3002-strngrd.csv"));
+  ASSERT_EQ(parts.size(), 3U);
+  EXPECT_EQ(parts[0].mid(7), QStringList({"#7", "#8", "#9", "#10", "#11"}));
+  EXPECT_EQ(parts[2].mid(0, 3), QStringList({"甲", "36.00", "34.50"}));
+  EXPECT_EQ(parts[2][8], "1.50");
+  const QImage picture(bench.File("out/3002.png"));
+  int ofBars = 0;
+  for (int y = 0; y < picture.height(); ++y)
+    for (int x = 0; x < picture.width(); ++x) ofBars += picture.pixelColor(x, y) == QColor(0x5a, 0xa8, 0xf5) ? 1 : 0;
+  EXPECT_GT(ofBars, 2000) << "the chart is in the picture";
+}
+
 // Stock 600001 has no bar from 1 April to 26 May 2024: its price of week and month before is that of 29 March, the
 // market's 15th day, 1.15; of 600002 they are those of the 55th and the 37th day. 100 x 1.60 + 200 x 2.60 = 680 against
 // 115 + 510 = 625 and 115 + 474 = 589.
