@@ -10,8 +10,8 @@
 
 #include "database/engine/firebird_client.h"
 #include "database/engine/kept_answers.h"
-#include "database/statements/statement_advice.h"
 #include "database/engine/statement_cache.h"
+#include "database/statements/statement_advice.h"
 #include "disk_space.h"
 #include "holdwise/packet/result_set.h"
 #include "holdwise/packet/thread_annotations.h"
