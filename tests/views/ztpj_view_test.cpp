@@ -183,10 +183,10 @@ TEST_F(EvaluationView, IsToldWhenPricesWereReadAgain) {
 
 TEST_F(EvaluationView, TitlesStandOverBothGrids) {
   OpenWithTwo();
-  EXPECT_EQ(portfolios->Titles(),
+  EXPECT_EQ(TitlesOf(PortfolioTable()),
             List({"组合名称", "回报率(%)", "无风险利率(%)", "超额回报率(%)", "夏普指数", "特雷诺指数", "Beta系数"}));
-  EXPECT_EQ(holdings->Titles(), List({"股票代码", "股票名称", "回报率(%)", "无风险利率(%)", "超额回报率(%)", "夏普指数",
-                                      "特雷诺指数", "Beta系数"}));
+  EXPECT_EQ(TitlesOf(HoldingTable()), List({"股票代码", "股票名称", "回报率(%)", "无风险利率(%)", "超额回报率(%)",
+                                            "夏普指数", "特雷诺指数", "Beta系数"}));
   EXPECT_TRUE(portfolios->isColumnHidden(kId));
   EXPECT_TRUE(holdings->isColumnHidden(kBuyPrice));
 }
