@@ -29,12 +29,18 @@ CODES = ["000001", "000858", "300750", "600036", "600519", "601398", "603288", "
 INDICES = [1, 399001, 399300]
 
 
+def weekdays_before(end, step, count):
+    """Every step-th weekday up to the end, the oldest first."""
+    days = [end - dt.timedelta(days=back) for back in range(2 * step * count + 7)]
+    return [day for day in days if day.weekday() < 5][: step * count : step][::-1]
+
+
 def make_series(choice, days):
     """Rows of one security: daily, weekly and monthly, in the columns of the file."""
     rows = []
     for kind, step in ((0, 1), (1, 5), (2, 21)):
         count = days // step
-        dates = [dt.date(2024, 5, 31) - dt.timedelta(days=step * i) for i in reversed(range(count))]
+        dates = weekdays_before(dt.date(2024, 5, 31), step, count)
         mean, deviation = choice.uniform(-0.01, 0.01), choice.uniform(0, 0.1)
         for i, date in enumerate(dates):
             rows.append([round(choice.uniform(1, 2000), 2), kind, i + 1, choice.uniform(-0.1, 0.1), mean,

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QThread>
+#include <tuple>
+
+#include "incomplete_fixture.h"
+
+namespace holdwise::e2e {
+namespace {
+
+/// A market whose data folder is made again beside or under a terminal.
+class OtherData : public Incomplete {
+ protected:
+  OtherData() { bench_.data = bench_.File("other"); }
+  /// The folder as of a day, with 600002's bars of the first two weeks of May or without them.
+  void Build(const QString& date, bool isCorrected = false) {
+    if (isCorrected) market_.RemoveBars("600002", "2024-05-01", "2024-05-14");
+    market_.Build(bench_.data, {"--date", date});
+  }
+  /// What a running terminal exports once its figures are whole again.
+  [[nodiscard]] Outcome ExportWhenWhole() const {
+    Outcome outcome = Export();
+    for (int time = 0; time < 20 && outcome.exitCode != 0; ++time) {
+      QThread::msleep(1000);
+      outcome = Export();
+    }
+    return outcome;
+  }
+
+  const Market market_;
+};
+
+TEST_F(OtherData, AnOlderFolderOnAnOldWorkFolderIsCalculatedAgain) {
+  Build("2024-05-31");
+  ASSERT_EQ(Export(Import()).exitCode, 0);
+  const auto newer = Risk();
+  Build("2024-05-24");
+  const Outcome older = Export();
+  EXPECT_EQ(older.exitCode, 0) << older.err.toStdString();
+  EXPECT_NE(Risk(), newer);
+  EXPECT_EQ(Risk(), WholeRisk(bench_.data));
+}
+
+TEST_F(OtherData, WhatOfAnOlderFolderIsMissingIsSaid) {
+  Build("2024-05-31");
+  ASSERT_EQ(Export(Import()).exitCode, 0);
+  Build("2024-05-24");
+  TakeAway("指数/allzs.dat");
+  const Outcome outcome = Export();
+  EXPECT_EQ(outcome.exitCode, 1);
+  for (const char* text : {"甲：上证指数的统计数据已到 2024-05-31，晚于行情日期", "乙：上证指数的统计数据已到"}) {
+    EXPECT_TRUE(outcome.err.contains(text)) << outcome.err.toStdString();
+  }
+  PutBack("指数/allzs.dat");
+  EXPECT_EQ(Export().exitCode, 0);
+  EXPECT_EQ(Risk(), WholeRisk(bench_.data));
+}
+
+TEST_F(OtherData, CorrectedBarsOfTheSameDateAreCalculatedAgain) {
+  Build("2024-05-31");
+  ASSERT_EQ(Export(Import()).exitCode, 0);
+  const auto before = Risk();
+  Build("2024-05-31", true);
+  TakeAway("股票/600002.dat");
+  const Outcome lacking = Export();
+  EXPECT_EQ(lacking.exitCode, 1);
+  EXPECT_TRUE(lacking.err.contains("甲：股票2(600002)的统计数据没有随当前数据更新")) << lacking.err.toStdString();
+  EXPECT_FALSE(lacking.err.contains("乙：")) << lacking.err.toStdString();
+  PutBack("股票/600002.dat");
+  const Outcome whole = Export();
+  EXPECT_EQ(whole.exitCode, 0) << whole.err.toStdString();
+  EXPECT_NE(Risk(), before);
+  EXPECT_EQ(Risk(), WholeRisk(bench_.data));
+}
+
+TEST_F(OtherData, CorrectedBarsAreTakenUpWhileTheTerminalRuns) {
+  Build("2024-05-31");
+  ASSERT_EQ(Export(Import()).exitCode, 0);
+  const auto before = Risk();
+  RunningTerminal running(bench_.Arguments({"--parameter", "Skip风险计量"}));
+  ASSERT_TRUE(running.WaitForWindow());
+  Build("2024-05-31", true);
+  const auto corrected = WholeRisk(bench_.data);
+  EXPECT_NE(corrected, before);
+  for (int time = 0; time < 20 && Risk() != corrected; ++time) {
+    QThread::msleep(1000);
+    EXPECT_EQ(Export().exitCode, 0);
+  }
+  EXPECT_EQ(Risk(), corrected);
+}
+
+/// Its quotes stay those of its date until it is started again, so figures of another date are not whole.
+TEST_F(OtherData, ImportedWhileTheFolderHasAnotherDateIsSaidUntilTheRestart) {
+  for (const auto& [first, second, said] :
+       {std::tuple("2024-05-24", "2024-05-31", "上证指数的统计数据已到 2024-05-31，晚于行情日期，请重新启动终端"),
+        std::tuple("2024-05-31", "2024-05-24", "上证指数的统计数据只到 2024-05-24")}) {
+    const Bench work;
+    const auto run = [&](const QStringList& more) {
+      return RunTerminal(QStringList{"--data", bench_.data, "--work", work.Work(), "--export", bench_.File("out")} +
+                         more);
+    };
+    Build(first);
+    {
+      RunningTerminal running({"--data", bench_.data, "--work", work.Work()});
+      ASSERT_TRUE(running.WaitForWindow());
+      Build(second);
+      const Outcome imported = run(Import());
+      EXPECT_EQ(imported.exitCode, 1);
+      for (const char* name : {"甲：", "乙："}) {
+        EXPECT_TRUE(imported.err.contains(QString(name) + said)) << imported.err.toStdString();
+      }
+      EXPECT_EQ(run({}).exitCode, 1) << "nothing has changed";
+    }
+    const Outcome restarted = run({});
+    EXPECT_EQ(restarted.exitCode, 0) << restarted.err.toStdString();
+    EXPECT_EQ(Risk(), WholeRisk(bench_.data));
+  }
+}
+
+/// The folder of the running terminal's own date comes back: its figures are whole without a restart.
+TEST_F(OtherData, AnOlderFolderThatIsReplacedAgainIsHealedWithoutARestart) {
+  Build("2024-05-31");
+  RunningTerminal running(bench_.Arguments({"--parameter", "Skip风险计量"}));
+  ASSERT_TRUE(running.WaitForWindow());
+  Build("2024-05-24");
+  EXPECT_EQ(Export(Import()).exitCode, 1);
+  Build("2024-05-31");
+  const Outcome healed = ExportWhenWhole();
+  EXPECT_EQ(healed.exitCode, 0) << healed.err.toStdString();
+  EXPECT_EQ(Risk(), WholeRisk(bench_.data));
+}
+
+}  // namespace
+}  // namespace holdwise::e2e
