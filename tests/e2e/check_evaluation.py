@@ -2,9 +2,9 @@
 # SPDX-License-Identifier: MIT
 """Compares the evaluation and the decomposition view with figures computed straight from daily bars.
 
-The real programs import ten portfolios on different days, each with a data folder of its day, calculate them on the last
-day and export the views; this script computes every cell in exact fractions from the same CSVs. The risk figures of the
-portfolios are checked against the bars too, the two columns that show them whole to nine digits. Usage:
+The real programs import ten portfolios bought on different days, calculate them on the last day and export the views with
+each of the three reference indices; this script computes every cell in exact fractions from the same CSVs. The risk
+figures of the portfolios are checked against the bars too, the two columns that show them whole to nine digits. Usage:
 
     check_evaluation.py --bin DIR --market-data DIR --date YYYY-MM-DD [--date ...]
 
@@ -18,7 +18,7 @@ import tempfile
 from decimal import ROUND_HALF_UP, Decimal
 from fractions import Fraction
 
-from check_risk import Checker, Market, six
+from check_risk import INDICES, Checker, Market, six
 from exported_views import arguments, build_data, import_and_export, read_csv
 
 LIST_TITLES = ["组合名称", "回报率(%)", "无风险利率(%)", "超额回报率(%)", "夏普指数", "特雷诺指数", "Beta系数", "#7"]
@@ -154,21 +154,20 @@ def main():
     portfolios = [Portfolio(f"{name}{day[2:]}", mix, day, stocks, indices) for (name, mix), day in zip(MIXES.items(), days)]
     with tempfile.TemporaryDirectory() as folder:
         folder = pathlib.Path(folder)
-        stored = []
-        for day in purchases:
-            todays = [portfolio for portfolio in portfolios if portfolio.day == day]
-            build_data(options.bin, market_data, bars, dt.date.fromisoformat(day), folder / day)
-            import_and_export(options.bin, folder / day, folder, {p.name: p.rows for p in todays}, folder / f"out-{day}")
-            stored += todays
         build_data(options.bin, market_data, bars, dt.date.fromisoformat(last), folder / "data", "--rates",
                    market_data / "deposit_rates.csv")
-        import_and_export(options.bin, folder / "data", folder, {}, folder / "out")
         market = Market(market_data, bars, dt.date.fromisoformat(last))
-        newest_first = list(reversed(stored))
-        check_evaluation(folder / "out", newest_first, market, stocks, "SH", last, checker)
-        check_decomposition(folder / "out", newest_first, market, stocks, indices, last, checker)
-        for name in ("3001.png", "3002.png"):
-            checker.same(name, (folder / "out" / name).stat().st_size > 0, True)
+        newest_first = list(reversed(portfolios))
+        new = {p.name: p.rows for p in portfolios}
+        for table, index in INDICES.items():
+            out = folder / f"out-{table}"
+            import_and_export(options.bin, folder / "data", folder, new, out, "--stress-index", index,
+                              days={p.name: p.day for p in portfolios})
+            new = {}
+            check_evaluation(out, newest_first, market, stocks, table, last, checker)
+            check_decomposition(out, newest_first, market, stocks, indices, last, checker)
+            for name in ("3001.png", "3002.png"):
+                checker.same(name, (out / name).stat().st_size > 0, True)
     print("\n".join(checker.problems[:40]))
     print(f"{checker.values} values compared, {len(checker.problems)} differ, largest relative difference {checker.worst:.2g}")
     sys.exit(1 if checker.problems or checker.values == 0 else 0)

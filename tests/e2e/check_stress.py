@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Compares every cell of the stress view's exported grids with figures computed straight from daily bars.
 
-The real programs make a data folder from CSV bars, import ten portfolios that share securities, and export the view for
+The real programs make a data folder from CSV bars, import ten portfolios that share securities and were bought on different days, and export the view for
 three indices and several moves; this script computes what the view must show with numpy from the same CSVs and nothing
 else: betas too. Usage:
 
@@ -17,8 +17,7 @@ from decimal import ROUND_HALF_UP, Decimal
 
 import numpy as np
 
-import exported_views
-from exported_views import PORTFOLIOS, arguments, compare, read_csv, run
+from exported_views import PORTFOLIOS, arguments, build_data, compare, import_and_export, read_csv, run
 
 DAYS = 250
 INDICES = ["1", "399001", "399300"]
@@ -32,6 +31,14 @@ PORTFOLIOS.update({
     "一贵一贱": [("600519", 300, "1701.5"), ("601398", 100, "4.44")],
     "贵州与招商": [("600519", 200, "1555.55"), ("600036", 3000, "41.2")],
 })
+
+
+DAYS_OF_PURCHASE = ["2025-02-05", "2025-03-03", "2025-04-07", "2025-06-30", "2025-09-30"]
+
+
+def days_of_purchase():
+    """{portfolio: day}"""
+    return {name: DAYS_OF_PURCHASE[place % len(DAYS_OF_PURCHASE)] for place, name in enumerate(PORTFOLIOS)}
 
 
 def fixed(value, decimals=2):
@@ -86,7 +93,7 @@ class Market:
         return float(fixed(close))
 
 
-def expected(market, index, percent, day):
+def expected(market, index, percent):
     """(portfolio rows, holdings rows by portfolio)"""
     x = float(percent) / 100
     portfolios, holdings, profits = {}, {}, {}
@@ -100,7 +107,7 @@ def expected(market, index, percent, day):
         g = (p - buy) * n + p * bx * n
         cost = float(sum(Decimal(price) * quantity for _, quantity, price in rows))
         gain = float(np.sum(g))
-        portfolios[name] = [name, day.isoformat(), fixed(np.sum(n * s)), fixed(np.sum(bx * w) * 100), fixed(gain),
+        portfolios[name] = [name, days_of_purchase()[name], fixed(np.sum(n * s)), fixed(np.sum(bx * w) * 100), fixed(gain),
                             fixed(gain / cost * 100, 4) if cost else "0.00"]
         holdings[name] = [[c, market.names[c], fixed(s[i]), fixed(bx[i] * 100)] for i, (c, _, _) in enumerate(rows)]
         # One profit a security: that of the portfolio with the highest number stays.
@@ -112,8 +119,9 @@ def expected(market, index, percent, day):
 
 
 def check(binaries, market_data, day, folder, problems):
-    exported_views.export(binaries, market_data, market_data / "bars", day, folder, "--rates",
-                          market_data / "deposit_rates.csv")
+    build_data(binaries, market_data, market_data / "bars", day, folder / "data", "--rates",
+               market_data / "deposit_rates.csv")
+    import_and_export(binaries, folder / "data", folder, PORTFOLIOS, folder / "out", days=days_of_purchase())
     market = Market(market_data, day)
     newest_first = list(reversed(list(PORTFOLIOS)))
     cells = 0
@@ -122,7 +130,7 @@ def check(binaries, market_data, day, folder, problems):
             out = folder / f"out {index} {percent}"
             run(binaries / "holdwise-terminal", "--data", folder / "data", "--work", folder / "work", "--export", out,
                 "--stress-index", index, "--stress", percent)
-            portfolios, holdings = expected(market, index, percent, day)
+            portfolios, holdings = expected(market, index, percent)
             where = f"{day} {index} {percent}%"
             titles, rows = read_csv(out / "2003-strngrd.csv")
             cells += compare(where, titles, rows, PORTFOLIO_TITLES, [portfolios[n] for n in newest_first], problems)

@@ -39,16 +39,16 @@ def build_data(binaries, market_data, bars, day, data, *options):
         "--out", data)
 
 
-def import_and_export(binaries, data, folder, portfolios, out, lacking=()):
-    """Imports `portfolios` (none: imports nothing) into the work-data folder `folder`/work and exports the views. The
-    terminal has to name the stocks of `lacking` as being without statistics."""
-    options = []
+def import_and_export(binaries, data, folder, portfolios, out, *options, lacking=(), days=None):
+    """Imports `portfolios` (none: imports nothing) into the work-data folder `folder`/work and exports the views; `days`
+    are their days of purchase by name. The terminal has to name the stocks of `lacking` as being without statistics."""
     if portfolios:
-        options = ["--import", folder / "portfolios.csv"]
+        options = ["--import", folder / "portfolios.csv", *options]
         with open(folder / "portfolios.csv", "w", encoding="utf-8", newline="") as file:
             writer = csv.writer(file)
-            writer.writerow(["name", "code", "quantity", "price"])
-            writer.writerows([name, *row] for name, rows in portfolios.items() for row in rows)
+            writer.writerow(["name", "code", "quantity", "price"] + (["date"] if days else []))
+            writer.writerows([name, *row] + ([days[name]] if days else [])
+                             for name, rows in portfolios.items() for row in rows)
     os.environ.setdefault("QT_QPA_PLATFORM", "offscreen")
     run(binaries / "holdwise-terminal", "--data", data, "--work", folder / "work", *options, "--export", out,
         named=[f"{code})没有统计数据" for code in lacking])
@@ -57,7 +57,7 @@ def import_and_export(binaries, data, folder, portfolios, out, lacking=()):
 def export(binaries, market_data, bars, day, folder, *options, lacking=()):
     """Leaves the data folder, the work-data folder and the exported views of PORTFOLIOS in `folder`: data, work, out."""
     build_data(binaries, market_data, bars, day, folder / "data", *options)
-    import_and_export(binaries, folder / "data", folder, PORTFOLIOS, folder / "out", lacking)
+    import_and_export(binaries, folder / "data", folder, PORTFOLIOS, folder / "out", lacking=lacking)
 
 
 def read_csv(path):

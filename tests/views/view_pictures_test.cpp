@@ -16,6 +16,7 @@ namespace holdwise::test {
 namespace {
 
 constexpr int kHeight = 640;
+constexpr int kStress = 2003;
 /// Fonts are drawn a little differently from one version of their library to the next.
 constexpr int kSameColour = 48;           // difference of a channel that nobody sees in the edge of a character
 constexpr double kMostDifferent = 0.004;  // of all pixels; a bar that is gone, a column that moved are more
@@ -91,6 +92,7 @@ class ViewPictures : public PortfolioViewTest, public testing::WithParamInterfac
     for (const QString& file : download->Pending()) download->WriteAndReceive(file, RiskFile());
     bench.DeliverPrices(PricesOfThree());
     SendFrameMessage(*frame, FrameMessage::Init);
+    if (GetParam().node == kStress) frame->SetInput(QStringLiteral("Edit1"), QStringLiteral("-10"));
     QTest::qWait(50);
     return bench.mainFrame->grab().toImage().convertToFormat(QImage::Format_RGB32);
   }
@@ -102,7 +104,7 @@ QString NameOf(const Picture& picture) {
 
 std::vector<Picture> All() {
   std::vector<Picture> pictures;
-  for (const int node : {3001, 3002}) {
+  for (const int node : {2001, 2002, kStress, 3001, 3002}) {
     for (const ThemeKind theme : {ThemeKind::Dark, ThemeKind::Light}) {
       for (const int width : {1024, 1920}) pictures.push_back({node, theme, width});
     }

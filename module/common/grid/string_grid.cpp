@@ -158,7 +158,7 @@ void TStringGrid::SetColumnDecimals(int column, int decimals) {
 }
 
 QString TStringGrid::DrawnText(const GridCell& cell) const {
-  const QString text = Cells(cell.column, cell.row).trimmed();
+  QString text = Cells(cell.column, cell.row).trimmed();
   const auto decimals = decimals_.find(cell.column);
   if (decimals == decimals_.end()) return text;
   const auto number = ParseReal(text);

@@ -85,7 +85,7 @@ class TExpectValue::Recomputation {
       OpenGroup(row == 0, holdings.IntegerAt(row, idColumn));
       NoteProfit(stock, profit);
       totals_.Add(holding, stock.change, stock.price, profit);
-      if (!stock.hasBeta) withoutBeta_.push_back({groupId_, stock.code});
+      if (!stock.hasBeta) withoutBeta_.emplace_back(groupId_, stock.code);
     }
     if (!holdings.IsEmpty()) CloseGroup();
     NoteBasis();

@@ -251,7 +251,7 @@ QString TFrm_YLCS::SetInput(const QString& name, const QString& value) {
   } else {
     return TViewFrame::SetInput(name, value);
   }
-  const QString problem = Apply();
+  QString problem = Apply();
   if (!problem.isEmpty()) TakeBack();
   return problem;
 }

@@ -7,6 +7,7 @@
 #include "common/frames/title_hints.h"
 #include "views/fxjl/risk_layout.h"
 #include "views/yjfj/decomposition_layout.h"
+#include "views/ylcs/stress_layout.h"
 #include "views/zhbx/performance_layout.h"
 #include "views/ztpj/evaluation_layout.h"
 
@@ -68,6 +69,8 @@ TEST(TitleHints, EveryTitleOfTheViewsHasOne) {
   check("Ztpj", "strngrd", evaluation::PortfolioTable());
   check("Ztpj", "StringGrid1", evaluation::HoldingTable());
   check("Yjfj", "strngrd", decomposition::PortfolioTable());
+  check("Ylcs", "strngrd", stress::PortfolioTable());
+  check("Ylcs", "StringGrid1", stress::HoldingTable());
 }
 
 TEST(TitleHints, SayMeaningFormulaAndBasis) {
