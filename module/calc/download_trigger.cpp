@@ -22,6 +22,8 @@ struct Tried {
 Tried tried;
 /// Counts the calls of RetryIncomplete: what a dialog began before one calculates is to be tried again all the same.
 int retries = 0;
+/// Of the last dialog.
+QString problem;
 
 QString PresentData() {
   const TDataCenter& dataCenter = ModuleHost().DataCenter();
@@ -49,12 +51,13 @@ bool IsNothingNew(UserDataSession& session) {
 
 void Remember(UserDataSession& session, const QString& data, const TfrmCalc2& dialog) {
   QSet<QString> known(dialog.Calculated().begin(), dialog.Calculated().end());
-  if (known.isEmpty() && !dialog.LacksReference()) return;
+  const bool lacksReference = !dialog.ReferenceProblem().isEmpty();
+  if (known.isEmpty() && !lacksReference) return;
   if (tried.data == data) known += tried.unfinished + tried.lacking;
   const TransactionScope onlyToLook(session);
   const QSet<QString> unfinished = UnfinishedIn(session);
   MarkUnfinished(session);
-  if (dialog.LacksReference()) known += unfinished;
+  if (lacksReference) known += unfinished;
   tried = {data, unfinished & known, (UnfinishedIn(session) - unfinished) & known};
 }
 
@@ -75,6 +78,7 @@ void ShowCalculation(UserDataSession& session) {
   frmCalc2 = std::make_unique<TfrmCalc2>();
   const auto release = qScopeGuard([] { frmCalc2.reset(); });
   frmCalc2->ShowModal();
+  problem = frmCalc2->ReferenceProblem();
   if (before == retries) Remember(session, data, *frmCalc2);
 }
 
@@ -94,6 +98,10 @@ void DownData() {
   } catch (const std::exception& error) {
     LogDownDataFailure(QString::fromUtf8(error.what()));
   }
+}
+
+QString CalculationProblem() {
+  return problem;
 }
 
 void RetryIncomplete() {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QString>
 
 namespace holdwise {
 
@@ -11,6 +12,10 @@ namespace holdwise {
 /// reference files) was missing or damaged, do not bring the dialog up by themselves again; one that was finished and
 /// is marked unfinished since does.
 void DownData();
+
+/// Why the last calculation could not begin, for the user to read (the reference file that is missing or damaged);
+/// empty when it could. User-interface thread.
+[[nodiscard]] QString CalculationProblem();
 
 /// They do from now on, once: the module has been loaded, or data may have come back. User-interface thread.
 void RetryIncomplete();

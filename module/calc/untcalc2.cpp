@@ -241,8 +241,8 @@ void TfrmCalc2::ReceiveReference(Reference reference, const QString& path, const
     // Only repaints inside the transaction: events let in there would find the database in the middle of it.
     replace(Database(), mode == kFromStream ? DecodePacket(stream, limits) : ReadPacketFile(path, limits),
             [this] { rzprgrsbr1->repaint(); });
-  } catch (...) {
-    GiveUpReference();
+  } catch (const std::exception& error) {
+    GiveUpReference(reference, QStringLiteral("不能使用：%1").arg(QString::fromUtf8(error.what())));
     throw;
   }
   driver_.ReferenceHandled(reference);
@@ -250,8 +250,10 @@ void TfrmCalc2::ReceiveReference(Reference reference, const QString& path, const
   tmrCalcTimer();
 }
 
-void TfrmCalc2::GiveUpReference() {
-  lacksReference_ = true;
+void TfrmCalc2::GiveUpReference(Reference reference, const QString& problem) {
+  const bool isRate = reference == Reference::InterestRate;
+  referenceProblem_ =
+      (isRate ? QStringLiteral("利率文件 InterestRate.Dat ") : QStringLiteral("估值文件 GZ.dat ")) + problem;
   reject();
 }
 
@@ -278,7 +280,7 @@ void TfrmCalc2::infsyndwnflrlDownReciveStearm(const QString& fileName, int error
 }
 
 void TfrmCalc2::infsyndwnflrlDownReciveAFileFail(const QString& /*fileName*/, int /*errorCode*/) {
-  GiveUpReference();
+  GiveUpReference(Reference::InterestRate, QStringLiteral("没有取得"));
 }
 
 void TfrmCalc2::infsyndwnflrlReciveAFile(const QString& fileName, int errorCode) {
@@ -290,7 +292,7 @@ void TfrmCalc2::infsyndwnflrlReciveStearm(const QString& fileName, int errorCode
 }
 
 void TfrmCalc2::infsyndwnflrlReciveAFileFail(const QString& /*fileName*/, int /*errorCode*/) {
-  GiveUpReference();
+  GiveUpReference(Reference::EstimateValue, QStringLiteral("没有取得"));
 }
 
 void TfrmCalc2::Handle(const QString& routine, const QString& fileName, const std::function<void()>& handler) {

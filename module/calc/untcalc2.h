@@ -50,8 +50,9 @@ class TfrmCalc2 : public QDialog {
 
   /// Ids of the portfolios whose procedure has run.
   [[nodiscard]] const QStringList& Calculated() const { return calculated_; }
-  /// Closed because a reference file was missing or damaged.
-  [[nodiscard]] bool LacksReference() const { return lacksReference_; }
+  /// Why it closed without a calculation, for the user to read: the reference file that was missing or damaged; empty
+  /// when none was.
+  [[nodiscard]] const QString& ReferenceProblem() const { return referenceProblem_; }
 
   [[nodiscard]] const QProgressBar& ProgressBar() const { return *rzprgrsbr1; }
 
@@ -73,8 +74,8 @@ class TfrmCalc2 : public QDialog {
   void IngestBasicData(const QString& fileName, const ResultSet& rows);
   void ReceiveReference(calc::Reference reference, const QString& path, const QByteArray& stream, int mode,
                         Replace replace);
-  /// Without a reference file nothing is calculated: closes the dialog.
-  void GiveUpReference();
+  /// Without a reference file nothing is calculated: closes the dialog. `problem` is how the file fares.
+  void GiveUpReference(calc::Reference reference, const QString& problem);
   void ShowProgress();
 
   void DownBasicDataReciveAFile(const QString& fileName, int errorCode);
@@ -91,7 +92,7 @@ class TfrmCalc2 : public QDialog {
   QStringList codes_;
   QStringList calculated_;
   calc::DataState data_;
-  bool lacksReference_ = false;
+  QString referenceProblem_;
   std::exception_ptr failure_;
   // NOLINTBEGIN(readability-identifier-naming): the names of the form's components
   QLabel* lbl1 = nullptr;

@@ -156,7 +156,9 @@ void TMainFrm::dxTLChangeNode(const QTreeWidgetItem* newNode) {
   if (view == nullptr) {
     // A node that the table does not know leaves the previous view on screen, but no longer current: intended.
     // Before a user has selected anything the page invites to do so.
-    if (!isInvitation && FindNode(frameId) != nullptr) ShowMissingView(*newNode);
+    if (!isInvitation && FindNode(frameId) != nullptr) {
+      ShowWelcome(*newNode, QStringLiteral("“%1”页面还没有提供，请选择左侧的其他页面。"));
+    }
     return;
   }
   const auto refresh = qScopeGuard([this] { ModuleHost().System().RefreshWorkArea(RzPanel4); });
@@ -168,23 +170,27 @@ QString TMainFrm::CaptionFor(const QTreeWidgetItem& node) {
   return NavigationTree::CaptionOf(isGroup ? node.child(0) : &node);
 }
 
-void TMainFrm::ShowMissingView(const QTreeWidgetItem& node) {
+void TMainFrm::ShowWelcome(const QTreeWidgetItem& node, const QString& text) {
   const QString caption = CaptionFor(node);
   RzPanel3->SetCaption(caption);
   RzPanel3->SetNotice({}, {});
   Label1->hide();
-  welcome_->setText(QStringLiteral("“%1”页面还没有提供，请选择左侧的其他页面。").arg(caption));
+  welcome_->setText(text.arg(caption));
   views_->setCurrentWidget(welcome_);
 }
 
 void TMainFrm::ShowView(const TNodeData& view, const QTreeWidgetItem& node, TViewFrame* previous) {
-  RzPanel3->SetCaption(CaptionFor(node));
   const auto cached = std::find_if(FFrameList.begin(), FFrameList.end(),
                                    [&](const TViewFrame* frame) { return frame->Tag() == view.Id; });
   if (cached != FFrameList.end()) {
     FCurFrame = *cached;
   } else {
-    FCurFrame = view.make().release();
+    try {
+      FCurFrame = view.make().release();
+    } catch (...) {
+      ShowWelcome(node, QStringLiteral("“%1”页面没有打开，请稍后再选一次（原因见日志）。"));
+      throw;
+    }
     FCurFrame->SetTag(view.Id);
     FCurFrame->OnNoticeChanged = [this, frame = FCurFrame] {
       if (frame == FCurFrame) ShowNotice(false);
@@ -192,6 +198,7 @@ void TMainFrm::ShowView(const TNodeData& view, const QTreeWidgetItem& node, TVie
     views_->addWidget(FCurFrame);
     FFrameList.push_back(FCurFrame);
   }
+  RzPanel3->SetCaption(CaptionFor(node));
   views_->setCurrentWidget(FCurFrame);
   if (previous != nullptr && previous != FCurFrame) SendFrameMessage(*previous, FrameMessage::Hidden);
   SendInit();
@@ -215,7 +222,7 @@ void TMainFrm::ShowNotice(bool readAgain) {
   const ViewNotice own = FCurFrame->Notice();
   const auto all = Together(stored, own.lacking);
   QStringList texts{own.text, NoticeOf(all)};
-  QStringList hints{own.hint, HintOf(all)};
+  QStringList hints{own.hint, HintOf(all), all.empty() ? QString() : CalculationProblem()};
   texts.removeAll(QString());
   hints.removeAll(QString());
   RzPanel3->SetNotice(texts.join(QStringLiteral("；")), hints.join(QLatin1Char('\n')));
@@ -294,6 +301,7 @@ bool TMainFrm::IsSettled() const {
 
 void TMainFrm::DataChanged() {
   RetryIncomplete();
+  g_AllStockData->ForgetOtherEdition();
   ReCalc();
   // Nobody looks while the address is left; entering it again makes up for it.
   isReloadDue_ = !Timer_NowPrice.isActive();

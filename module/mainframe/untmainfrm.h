@@ -57,8 +57,8 @@ class TMainFrm : public QWidget {
   void BuildTimers();
   void dxTLChangeNode(const QTreeWidgetItem* newNode);
   [[nodiscard]] static QString CaptionFor(const QTreeWidgetItem& node);
-  /// Says on the page that this build has no view for a node of the table.
-  void ShowMissingView(const QTreeWidgetItem& node);
+  /// Says on the page why a node of the table shows no view; %1 in the text is its caption.
+  void ShowWelcome(const QTreeWidgetItem& node, const QString& text);
   void ShowView(const TNodeData& view, const QTreeWidgetItem& node, TViewFrame* previous);
   void Timer1Timer();
   void Timer_NowPriceTimer();

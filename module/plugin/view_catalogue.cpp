@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "view_catalogue.h"
 
+#include "calc/download_trigger.h"
 #include "calc/untcalc2.h"
 #include "common/grid/string_grid.h"
 #include "common/series/all_stock_data.h"
@@ -50,7 +51,11 @@ int HoldwiseViewCatalogue::Progress() const {
 QString HoldwiseViewCatalogue::Shortcoming() const {
   if (mainFrame_.isNull()) return {};
   const std::int64_t count = Database().Count(sql::kCountUnfinishedSaved);
-  if (count > 0) return QStringLiteral("%1 个组合的风险数据没有算完，所示的不是最新数值（原因见日志）。").arg(count);
+  if (count > 0) {
+    const QString problem = CalculationProblem();
+    return QStringLiteral("%1 个组合的风险数据没有算完，所示的不是最新数值（%2）。")
+        .arg(QString::number(count), problem.isEmpty() ? QStringLiteral("原因见日志") : problem);
+  }
   if (g_AllStockData->LacksCurrentTable() && Database().Count(sql::kCountSavedPortfolios) > 0)
     return QStringLiteral("风险文件没有取得，成分股的风险系数没有显示，压力测试按 0 计算（原因见日志）。");
   return {};

@@ -81,6 +81,7 @@ TEST_F(Incomplete, ADamagedReferenceFileEndsTheCalculation) {
     const Outcome outcome = run(Import());
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_TRUE(outcome.err.contains("风险数据没有算完")) << outcome.err.toStdString();
+    EXPECT_TRUE(outcome.err.contains(QLatin1String(name))) << outcome.err.toStdString();
     EXPECT_TRUE(QFile::exists(bench.File("out/2002.png"))) << "everything is written all the same";
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(whole);

@@ -89,6 +89,14 @@ TEST_F(OtherData, CorrectedBarsAreTakenUpWhileTheTerminalRuns) {
     EXPECT_EQ(Export().exitCode, 0);
   }
   EXPECT_EQ(Risk(), corrected);
+  // The securities' own figures come from files that are fetched again.
+  const auto securities = [](const QString& folder) { return ReadCsv(folder + "/2002-StringGrid1-1.csv"); };
+  const Bench whole;
+  ASSERT_EQ(
+      RunTerminal(QStringList{"--data", bench_.data, "--work", whole.Work(), "--export", whole.File("out")} + Import())
+          .exitCode,
+      0);
+  EXPECT_EQ(securities(bench_.File("out")), securities(whole.File("out")));
 }
 
 /// Its quotes stay those of its date until it is started again, so figures of another date are not whole.

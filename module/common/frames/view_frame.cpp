@@ -18,6 +18,12 @@ void SendFrameMessage(QWidget& frame, FrameMessage message) {
   if (event.failure) std::rethrow_exception(event.failure);
 }
 
+void ViewNotice::Add(const QString& line) {
+  if (line.isEmpty()) return;
+  if (text.isEmpty()) text = QStringLiteral("数据不完整");
+  hint = hint.isEmpty() ? line : hint + QLatin1Char('\n') + line;
+}
+
 TViewFrame::TViewFrame(QString unit, QWidget* parent) : QWidget(parent), unit_(std::move(unit)) {
   StackedIn(*this);
 }

@@ -19,6 +19,9 @@ struct ViewNotice {
   QString text;                              ///< of the view as a whole, short; empty for nothing
   QString hint;                              ///< the whole story of it, and what to do
   std::vector<IncompletePortfolio> lacking;  ///< what its figures lack beside what the stored ones lack
+
+  /// Adds a line to the story, and "数据不完整" where there is no short text; nothing for an empty line.
+  void Add(const QString& line);
 };
 
 /// The messages between the main frame and its views.
@@ -76,6 +79,9 @@ class TViewFrame : public QWidget {
   [[nodiscard]] virtual bool IsSettled() const { return true; }
 
  protected:
+  void NoticeChanged() {
+    if (OnNoticeChanged) OnNoticeChanged();
+  }
   /// Puts a part below the ones there are; a part that stretches takes the height that is left.
   void AddPart(FramePart& part, bool stretches);
   bool event(QEvent* event) override;

@@ -5,6 +5,7 @@
 
 #include "common/host/download_role.h"
 #include "common/host/event_guard.h"
+#include "common/host/host_access.h"
 #include "common/series/holding_rows.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
@@ -25,6 +26,11 @@ const std::array<QString, 3> kRiskFiles = {
 
 }  // namespace
 
+const QStringList& IndexNames() {
+  static const QStringList names = {QStringLiteral("上证指数"), QStringLiteral("深证成指"), QStringLiteral("沪深300")};
+  return names;
+}
+
 TAllStockData::TAllStockData()
     : deviations_(std::make_shared<TNameValueList>()),
       role_(MakeFileDownload(QStringLiteral("FInfoAsynDownFileRole"))) {
@@ -38,6 +44,7 @@ void TAllStockData::SetZS_TYPE(TZS_TYPE type) {
   type_ = type;
   if (!GetCurStringGrid().Cells(0, 0).isEmpty()) return;
   const QString& file = kRiskFiles[static_cast<std::size_t>(type)];
+  edition_ = ModuleHost().DataCenter().DataEdition();
   underWay_.push_back(file);
   isMissing_[static_cast<std::size_t>(type)] = true;
   role_->Request(file);
@@ -45,6 +52,13 @@ void TAllStockData::SetZS_TYPE(TZS_TYPE type) {
 
 void TAllStockData::RequestCurrentTable() {
   if (!underWay_.contains(kRiskFiles[static_cast<std::size_t>(type_)])) SetZS_TYPE(type_);
+}
+
+void TAllStockData::ForgetOtherEdition() {
+  if (edition_ == ModuleHost().DataCenter().DataEdition()) return;
+  const bool wasAsked = !GetCurStringGrid().Cells(0, 0).isEmpty() || isMissing_[static_cast<std::size_t>(type_)];
+  for (TTextGrid& grid : grids_) grid.Fill(ResultSet());
+  if (wasAsked) SetZS_TYPE(type_);
 }
 
 // A file fills the table of its own index: the user may have chosen another one while it was on its way.

@@ -13,6 +13,8 @@ namespace holdwise {
 
 /// The indices that risk figures refer to: Shanghai Composite, Shenzhen Component, CSI 300.
 enum TZS_TYPE { SH_T, SZ_T, HS_T };
+/// Their names, in that order: "上证指数", "深证成指", "沪深300".
+[[nodiscard]] const QStringList& IndexNames();
 
 /// Risk figures of every security against each of three indices, from downloaded files, and the standard deviation of
 /// every security's daily returns, from the database. User-interface thread only.
@@ -36,6 +38,10 @@ class TAllStockData : public QObject {
   /// Asks for the file of the current index unless its table is there or the file on its way. A view that reads the
   /// current table without letting the user choose an index calls it when it is shown.
   void RequestCurrentTable();
+
+  /// The host's data are another edition now: tables of the one before are emptied, and the current one is asked for
+  /// again. Nothing when the edition is the same, or the host knows none.
+  void ForgetOtherEdition();
 
   /// The current table, Shanghai Composite's at first. Columns: 0 six-digit code, 1 beta, 2 alpha, 3 Treynor, 4 Sharpe,
   /// then as the file has them. Owned by this object, which outlives no view; its content changes when a file comes.
@@ -71,6 +77,7 @@ class TAllStockData : public QObject {
   bool isNeedUpdate_ = false;
   TZS_TYPE type_ = SH_T;
   std::array<TTextGrid, 3> grids_;
+  QString edition_;  ///< of the data when a table was last asked for
   TNameValueSnapshot deviations_;
   bool isGet_ = false;
   std::array<bool, 3> isMissing_{};             ///< the table was asked for and has not come

@@ -23,6 +23,9 @@ void CreateSharedObjects() {
   g_ClosePrice = std::make_unique<TClosePrice>();
   g_UserValue = std::make_unique<TUserValue>();
   g_AllStockData = std::make_unique<TAllStockData>();
+  // The file has emptied the list of deviations: the next reader has it read again.
+  QObject::connect(g_AllStockData.get(), &TAllStockData::TableArrived, g_AllStockData.get(),
+                   [] { g_AllStockData->SetIsNeedUpdate(true); });
   g_ExpectValue = std::make_unique<TExpectValue>();
   g_StockClosePrice = std::make_unique<TStockClosePrice>();
   g_Timer = std::make_unique<QTimer>();
@@ -43,9 +46,10 @@ void FreeSharedObjects() {
 // No date or time format is set for the process here: every date text of the module is made and read by date_text.h as
 // "YYYY-MM-DD", so it does not depend on what the host or another plug-in has set.
 void ReCalc() {
+  // Those that wait for their next reader first: what the others read now may fail.
   if (g_ClosePrice) g_ClosePrice->SetIsNeedUpdate(true);
-  if (g_UserValue) g_UserValue->SetIsNeedUpdate(true);
   if (g_AllStockData) g_AllStockData->SetIsNeedUpdate(true);
+  if (g_UserValue) g_UserValue->SetIsNeedUpdate(true);
   if (g_ExpectValue) g_ExpectValue->SetIsNeedUpdate(true);
 }
 

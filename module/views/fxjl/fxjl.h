@@ -17,6 +17,7 @@ class TFrm_FXJL : public TViewFrame {
   /// Asks for the index-risk table where it is missing, and shows everything; the securities' figures appear when the
   /// table has come.
   void DoInit_() override;
+  [[nodiscard]] ViewNotice Notice() const override;
 
  private:
   void ShowHoldings(int row);

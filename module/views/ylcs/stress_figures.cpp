@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "common/series/all_stock_data.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise::stress {
@@ -21,11 +22,6 @@ QString PercentText(double move) {
 bool IsMove(const QString& text) {
   const auto isTyped = [](QChar one) { return one == u'-' || one == u'.' || (one >= u'0' && one <= u'9'); };
   return text.size() <= kMostCharacters && std::all_of(text.begin(), text.end(), isTyped) && ParseReal(text);
-}
-
-const QStringList& IndexNames() {
-  static const QStringList names = {QStringLiteral("上证指数"), QStringLiteral("深证成指"), QStringLiteral("沪深300")};
-  return names;
 }
 
 const QStringList& IndexNumbers() {

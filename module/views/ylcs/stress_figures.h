@@ -21,9 +21,7 @@ inline constexpr int kMostCharacters = 12;
 /// What the entry takes, as a regular expression.
 inline const QString kMoveCharacters = QStringLiteral("[-.0-9]*");
 
-/// The reference indices in the order of the choice, which is that of TZS_TYPE.
-[[nodiscard]] const QStringList& IndexNames();
-/// Their code numbers, in the same order: "1", "399001", "399300".
+/// Code numbers of the reference indices in the order of the choice, which is that of TZS_TYPE.
 [[nodiscard]] const QStringList& IndexNumbers();
 
 /// "上证指数 -10%".

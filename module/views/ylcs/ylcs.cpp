@@ -57,13 +57,13 @@ TFrm_YLCS::~TFrm_YLCS() = default;
 
 void TFrm_YLCS::InitAppear() {
   const auto onIndex = [this](int place) { ComboBox11Change(place); };
-  ComboBox11 = &bar_->AddChoice(QStringLiteral("ComboBox11"), stress::IndexNames(), onIndex);
+  ComboBox11 = &bar_->AddChoice(QStringLiteral("ComboBox11"), IndexNames(), onIndex);
   bar_->AddLabel(QStringLiteral("预期涨跌幅"));
   Edit1 = &bar_->AddEntry(QStringLiteral("Edit1"), QStringLiteral("20"), kEntryWidth);
   bar_->AddLabel(QStringLiteral("%"));
   bar_->AddButton(QStringLiteral("btnOK"), QStringLiteral("确 定"), [this] { Label3Click(); });
   bar_->AddButton(QStringLiteral("btnCancel"), QStringLiteral("还 原"), [this] { Label4Click(); });
-  ComboBox1 = &bar_->AddChoice(QStringLiteral("ComboBox1"), stress::IndexNames(), onIndex);
+  ComboBox1 = &bar_->AddChoice(QStringLiteral("ComboBox1"), IndexNames(), onIndex);
   shown_ = &bar_->AddLabel({});
   Edit1->setMaxLength(stress::kMostCharacters);
   // What is pasted or dropped comes past the key filter.
@@ -204,29 +204,32 @@ void TFrm_YLCS::TableCame() {
   list_->SelectPortfolio(selected);
 }
 
-void TFrm_YLCS::NoticeChanged() {
-  if (OnNoticeChanged) OnNoticeChanged();
-}
-
 ViewNotice TFrm_YLCS::Notice() const {
   ViewNotice notice;
   if (list_->Grid().IsEmpty()) return notice;
   notice.lacking = PortfoliosLackingStressInputs(Database());
   const TExpectBasis& shown = scenario_->basis;
-  if (!failure_.isEmpty() && !g_ExpectValue->IsWhole()) {
+  const int chosen = ComboBox11->currentIndex();
+  if (!g_ExpectValue->IsWhole()) {
     notice.text = QStringLiteral("预期值没有更新");
-    notice.hint = failure_;
+    notice.hint = failure_.isEmpty()
+                      ? QStringLiteral("所示仍是先前的数值：现在的涨跌幅超出界限值，请重新输入后按“确 定”。")
+                      : failure_;
   } else if (!takenBack_.isEmpty()) {
     notice.text = QStringLiteral("预期涨跌幅已还原");
     notice.hint = takenBack_;
-  } else if (g_AllStockData->LacksCurrentTable()) {
-    const QString& index = stress::IndexNames()[ComboBox11->currentIndex()];
+  } else if (g_AllStockData->LacksCurrentTable() && (shown.hasTable || shown.move == 0) && shown.index != chosen) {
+    notice.text = QStringLiteral("没有取得%1的风险文件").arg(IndexNames()[chosen]);
+    notice.hint =
+        notice.text + QStringLiteral("，所示仍是%1的数值。数据恢复后请再选一次。").arg(IndexNames()[shown.index]);
+  } else if (g_AllStockData->LacksCurrentTable() && shown.index == chosen) {
+    const QString& index = IndexNames()[chosen];
     notice.text = QStringLiteral("没有取得%1的风险文件").arg(index);
     notice.hint = QStringLiteral(
                       "成分股相对%1的贝塔系数都按 0 计算，预期值不随指数变动。数据恢复后会自动重算，也可以再选一次%1。")
                       .arg(index);
   } else if (!shown.hasTable && shown.move != 0) {
-    const QString& index = stress::IndexNames()[shown.index];
+    const QString& index = IndexNames()[shown.index];
     notice.text = QStringLiteral("所示数值没有计入贝塔系数");
     notice.hint =
         QStringLiteral("计算时还没有取得%1的风险文件。取得后会自动重算；换了参考指数时请再按“确 定”。").arg(index);

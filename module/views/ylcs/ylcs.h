@@ -55,7 +55,6 @@ class TFrm_YLCS : public TViewFrame {
   /// After a refused move: the one before it, into the entry too. The grids stay.
   void TakeBack();
   void TableCame();
-  void NoticeChanged();
   /// Hint for a cell of the holdings.
   [[nodiscard]] QString HintOf(const GridCell& cell) const;
 

@@ -6,6 +6,7 @@
 #include "common/host/event_guard.h"
 #include "common/host/host_access.h"
 #include "common/series/deposit_rate.h"
+#include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
@@ -48,6 +49,8 @@ TFrM_ZTPJ::TFrM_ZTPJ(QWidget* parent)
   list_->OnShow = [this](int row) { ShowHoldings(row); };
   connect(g_AllStockData.get(), &TAllStockData::TableArrived, this,
           [this] { GuardEvent(kUnit, QStringLiteral("ReflashData"), [this] { list_->Reload(list_->Grid().Row()); }); });
+  connect(g_AllStockData.get(), &TAllStockData::TableFailed, this,
+          [this] { GuardEvent(kUnit, QStringLiteral("NoticeChanged"), [this] { NoticeChanged(); }); });
   msg_changeskin();
 }
 
@@ -65,6 +68,8 @@ void TFrM_ZTPJ::ShowHoldings(int row) {
   const TStringGrid& list = list_->Grid();
   withoutReturn_.clear();
   holdings_->SetCaption(list.Cells(evaluation::kName, row));
+  holdings_->SetNotice(QStringLiteral("风险系数的参考指数：%1").arg(IndexNames()[g_AllStockData->CurrentType()]),
+                       QStringLiteral("在“压力测试”页选择参考指数；上方各组合的系数总是相对上证指数。"));
   if (row < 0) return;
   const QString id = QString::number(IntegerOr(list.Cells(evaluation::kId, row)));
   evaluation::ShowHoldings(Database().Query(sql::HoldingsOf(id)), list.Cells(evaluation::kRiskFree, 0),
@@ -80,8 +85,10 @@ void TFrM_ZTPJ::ReflashNowPrice() {
 
 ViewNotice TFrM_ZTPJ::Notice() const {
   if (list_->Grid().IsEmpty()) return {};
-  if (rate_) return {{}, {}, withoutReturn_};
-  return {QStringLiteral("数据不完整"), WithoutDepositRate(), withoutReturn_};
+  const RiskTableNotice table = WithoutRiskTable();
+  ViewNotice notice{table.text, table.hint, withoutReturn_};
+  if (!rate_) notice.Add(WithoutDepositRate());
+  return notice;
 }
 
 }  // namespace holdwise

@@ -64,6 +64,28 @@ TEST_F(AllStockData, AsksForTheFileOfAnEmptyTableOnly) {
   }
 }
 
+TEST_F(AllStockData, TablesOfAnotherEditionAreForgottenAndTheCurrentOneIsAskedForAgain) {
+  host_.dataCenter.dataEdition = QStringLiteral("a");
+  g_AllStockData->Set_SZZS();
+  role_->WriteAndReceive(kShenzhen, RiskFile({{"600000", "2", "0"}}));
+  g_AllStockData->Set_SHZS();
+  role_->WriteAndReceive(kShanghai, RiskFile({{"600000", "1", "0"}}));
+  g_AllStockData->ForgetOtherEdition();
+  EXPECT_EQ(role_->Requests().size(), 2U) << "the edition is the same";
+  EXPECT_EQ(g_AllStockData->GetCurStringGrid().RowCount(), 1);
+
+  host_.dataCenter.dataEdition = QStringLiteral("b");
+  g_AllStockData->ForgetOtherEdition();
+  EXPECT_EQ(g_AllStockData->GetCurStringGrid().RowCount(), 0);
+  EXPECT_EQ(role_->Requests(), (std::vector<QString>{kShenzhen, kShanghai, kShanghai}));
+  role_->WriteAndReceive(kShanghai, RiskFile({{"600000", "1.5", "0"}}));
+  EXPECT_EQ(g_AllStockData->GetCurStringGrid().Cells(1, 0), QStringLiteral("1.5"));
+  g_AllStockData->Set_SZZS();
+  EXPECT_EQ(role_->Requests().back(), kShenzhen);
+  g_AllStockData->ForgetOtherEdition();
+  EXPECT_EQ(role_->Requests().size(), 4U);
+}
+
 TEST_F(AllStockData, TheFirstRowOfACodeIsFound) {
   g_AllStockData->Set_SHZS();
   role_->WriteAndReceive(kShanghai, RiskFile({{"600000", "1", "0"}, {"600000", "2", "0"}}));
