@@ -82,18 +82,12 @@ QStringList UnpricedStocks(const std::vector<int>& stocks, const TDataCenter& da
   return warnings;
 }
 
-void SortByLine(std::vector<ImportProblem>& problems) {
-  std::stable_sort(problems.begin(), problems.end(),
-                   [](const ImportProblem& a, const ImportProblem& b) { return a.line < b.line; });
-}
-
 void FindTakenNames(UserDataServices& database, const CsvPortfolios& file, std::vector<ImportProblem>& problems) {
   for (const CsvPortfolio& portfolio : file.portfolios) {
     if (database.Count(QLatin1String(kCountName) + portfolio.name + QLatin1Char('\'')) != 0) {
       problems.push_back({portfolio.line, QStringLiteral("已有名称为“%1”的组合").arg(portfolio.name)});
     }
   }
-  SortByLine(problems);
 }
 
 /// Why nothing can have been bought on that day, as far as the market's data tell; empty when it can.
@@ -129,7 +123,6 @@ std::map<int, double> CheckDays(const ImportServices& services, const CsvPortfol
       problems.push_back({portfolio.line, reason});
     }
   }
-  SortByLine(problems);
   return closes;
 }
 
@@ -170,6 +163,8 @@ ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& servi
   if (!file.problems.empty()) {
     ImportResult refused;
     refused.problems = std::move(file.problems);
+    std::stable_sort(refused.problems.begin(), refused.problems.end(),
+                     [](const ImportProblem& a, const ImportProblem& b) { return a.line < b.line; });
     return refused;
   }
   return Write(file.portfolios, services, closes, progress);

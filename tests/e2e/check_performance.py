@@ -9,14 +9,11 @@ what the view must show with numpy from the same CSVs and nothing else. Usage:
 """
 import csv
 import datetime as dt
-import pathlib
-import sys
-import tempfile
 from decimal import ROUND_HALF_UP, Decimal
 
 import numpy as np
 
-from exported_views import PORTFOLIOS, arguments, compare, export, read_csv
+from exported_views import PORTFOLIOS, check_dates, compare, export, read_csv
 
 PORTFOLIO_TITLES = ["组合名称", "创建日期", "最新市值(元)", "日涨跌幅(%)", "周涨跌幅(%)", "月涨跌幅(%)", "期间收益(元)",
                     "期间收益率(%)", "操作", "#9"]
@@ -117,16 +114,5 @@ def check(binaries, market_data, day, folder, problems):
     return cells
 
 
-def main():
-    options = arguments()
-    problems, cells = [], 0
-    for text in options.date:
-        with tempfile.TemporaryDirectory() as folder:
-            cells += check(options.bin, options.market_data, dt.date.fromisoformat(text), pathlib.Path(folder), problems)
-    print("\n".join(problems[:40]))
-    print(f"{cells} cells compared on {len(options.date)} dates, {len(problems)} differ")
-    sys.exit(1 if problems or cells == 0 else 0)
-
-
 if __name__ == "__main__":
-    main()
+    check_dates(check)

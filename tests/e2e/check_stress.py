@@ -9,15 +9,11 @@ else: betas too. Usage:
     check_stress.py --bin DIR --market-data DIR --date YYYY-MM-DD [--date ...]
 """
 import csv
-import datetime as dt
-import pathlib
-import sys
-import tempfile
 from decimal import ROUND_HALF_UP, Decimal
 
 import numpy as np
 
-from exported_views import PORTFOLIOS, arguments, build_data, compare, import_and_export, read_csv, run
+from exported_views import PORTFOLIOS, build_data, check_dates, compare, import_and_export, read_csv, run
 
 DAYS = 250
 INDICES = ["1", "399001", "399300"]
@@ -142,16 +138,5 @@ def check(binaries, market_data, day, folder, problems):
     return cells
 
 
-def main():
-    options = arguments()
-    problems, cells = [], 0
-    for text in options.date:
-        with tempfile.TemporaryDirectory() as folder:
-            cells += check(options.bin, options.market_data, dt.date.fromisoformat(text), pathlib.Path(folder), problems)
-    print("\n".join(problems[:40]))
-    print(f"{cells} cells compared on {len(options.date)} dates, {len(problems)} differ")
-    sys.exit(1 if problems or cells == 0 else 0)
-
-
 if __name__ == "__main__":
-    main()
+    check_dates(check)

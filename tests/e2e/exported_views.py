@@ -2,10 +2,12 @@
 """Real programs over real bars: builds a data folder, imports five portfolios, exports the views, and reads what they show."""
 import argparse
 import csv
+import datetime as dt
 import os
 import pathlib
 import subprocess
 import sys
+import tempfile
 
 PORTFOLIOS = {  # name: [(code, quantity, buy price)]
     "银行稳健": [("600036", 1200, "35.10"), ("601398", 30000, "4.85"), ("000001", 5000, "10.02")],
@@ -78,3 +80,16 @@ def compare(where, titles, rows, wanted_titles, wanted_rows, problems):
             if g != w:
                 problems.append(f"{where}: {got[0]} {title}: shown {g!r}, computed {w!r}")
     return cells
+
+
+def check_dates(check):
+    """Runs check(binaries, market data, day, folder, problems), which returns the number of cells compared, for every
+    --date, says what differs and ends the program."""
+    options = arguments()
+    problems, cells = [], 0
+    for text in options.date:
+        with tempfile.TemporaryDirectory() as folder:
+            cells += check(options.bin, options.market_data, dt.date.fromisoformat(text), pathlib.Path(folder), problems)
+    print("\n".join(problems[:40]))
+    print(f"{cells} cells compared on {len(options.date)} dates, {len(problems)} differ")
+    sys.exit(1 if problems or cells == 0 else 0)

@@ -57,12 +57,6 @@ std::vector<IncompletePortfolio> PortfoliosLackingStressInputs(DatabaseStatement
   return SavedPortfoliosOf({{Lack::NoPreviousClose, WithoutPreviousClose()}, {Lack::NoBeta, WithoutBeta()}}, database);
 }
 
-RiskTableNotice WithoutRiskTable() {
-  if (!g_AllStockData || !g_AllStockData->LacksCurrentTable()) return {};
-  const QString text = QStringLiteral("没有取得%1的风险文件").arg(IndexNames()[g_AllStockData->CurrentType()]);
-  return {text, text + QStringLiteral("，成分股的风险系数没有显示。数据恢复后再次打开本页即可。")};
-}
-
 std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portfolios,
                                           const std::vector<IncompletePortfolio>& more) {
   for (const IncompletePortfolio& one : more) {

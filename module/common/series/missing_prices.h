@@ -15,13 +15,6 @@ namespace holdwise {
 /// test because the index's risk table lacks it (of betas nothing while there is no such table): latest first. Throws
 /// like the above.
 [[nodiscard]] std::vector<IncompletePortfolio> PortfoliosLackingStressInputs(DatabaseStatements& database);
-/// What a view says whose holdings show figures of the current risk table, when its file did not come: a short text and
-/// the whole story; both empty when it is there or on its way.
-struct RiskTableNotice {
-  QString text;
-  QString hint;
-};
-[[nodiscard]] RiskTableNotice WithoutRiskTable();
 /// Two lists of incomplete portfolios as one: of a portfolio in both, what is missing in `more` comes last, and once.
 /// Pure.
 [[nodiscard]] std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portfolios,

@@ -8,12 +8,12 @@
 #include "common/series/shared_objects.h"
 #include "decomposition_figures.h"
 #include "decomposition_layout.h"
+#include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise::decomposition {
 namespace {
 
-constexpr int kIndex = 1;
 constexpr int kDecimals = 2;
 
 /// What all rows share.
@@ -24,8 +24,8 @@ struct Market {
 
 Market ReadMarket() {
   const TNameValueSnapshot deviations = g_AllStockData->GetBZCStringList();
-  return {RealOr(deviations->ValueOf(QString::number(kIndex))),
-          ModuleHost().DataCenter().IndexNowData(kIndex).currentPrice};
+  return {RealOr(deviations->ValueOf(QString::number(kCompositeIndex))),
+          ModuleHost().DataCenter().IndexNowData(kCompositeIndex).currentPrice};
 }
 
 QStringList LinesOf(const Market& market) {

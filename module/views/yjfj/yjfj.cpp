@@ -49,12 +49,9 @@ void TFrm_YJFJ::ReflashNowPrice() {
 }
 
 ViewNotice TFrm_YJFJ::Notice() const {
-  ViewNotice notice = notice_;
-  QStringList hints{notice.hint};
-  if (!rate_ && !list_->Grid().IsEmpty()) hints.prepend(WithoutDepositRate());
-  hints.removeAll(QString());
-  notice.hint = hints.join(QLatin1Char('\n'));
-  if (!hints.isEmpty()) notice.text = QStringLiteral("数据不完整");
+  ViewNotice notice{{}, {}, notice_.lacking};
+  if (!rate_ && !list_->Grid().IsEmpty()) notice.Add(WithoutDepositRate());
+  notice.Add(notice_.hint);
   return notice;
 }
 

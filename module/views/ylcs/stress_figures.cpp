@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "common/series/all_stock_data.h"
+#include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise::stress {
@@ -19,13 +20,21 @@ QString PercentText(double move) {
   return ShortestText(RoundToDigits(move * 100, kDigits));
 }
 
+double MoveOf(const QString& percent) {
+  return RealOr(percent) / 100;
+}
+
 bool IsMove(const QString& text) {
   const auto isTyped = [](QChar one) { return one == u'-' || one == u'.' || (one >= u'0' && one <= u'9'); };
   return text.size() <= kMostCharacters && std::all_of(text.begin(), text.end(), isTyped) && ParseReal(text);
 }
 
 const QStringList& IndexNumbers() {
-  static const QStringList numbers = {QStringLiteral("1"), QStringLiteral("399001"), QStringLiteral("399300")};
+  static const QStringList numbers = [] {
+    QStringList texts;
+    for (const int number : kIndexNumbers) texts << QString::number(number);
+    return texts;
+  }();
   return numbers;
 }
 

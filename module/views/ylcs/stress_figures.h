@@ -15,6 +15,8 @@ namespace holdwise::stress {
 /// and not what dividing and multiplying by 100 has left of it.
 [[nodiscard]] QString PercentText(double move);
 
+/// The move as a fraction that a text in percent stands for; 0 for a text that is no number.
+[[nodiscard]] double MoveOf(const QString& percent);
 /// Is the text one that the entry can hold: at most kMostCharacters of "-", "." and digits, and a number?
 [[nodiscard]] bool IsMove(const QString& text);
 inline constexpr int kMostCharacters = 12;

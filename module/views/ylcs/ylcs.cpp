@@ -168,7 +168,7 @@ void TFrm_YLCS::Compute(double move) {
 
 QString TFrm_YLCS::Apply() {
   takenBack_.clear();
-  Compute(RealOr(Edit1->text()) / 100);
+  Compute(stress::MoveOf(Edit1->text()));
   if (failure_.isEmpty() && g_ExpectValue->IsValid()) {
     ReflashData();
     return {};
@@ -180,7 +180,7 @@ QString TFrm_YLCS::Apply() {
 void TFrm_YLCS::TakeBack() {
   if (!failure_.isEmpty()) return;  // the move is in force, it waits for the data
   Edit1->setText(stress::PercentText(g_ExpectValue->GetExpectAdd()));
-  Compute(RealOr(Edit1->text()) / 100);
+  Compute(stress::MoveOf(Edit1->text()));
   Edit1->setFocus();
   Edit1->selectAll();
   NoticeChanged();

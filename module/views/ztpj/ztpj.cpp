@@ -3,10 +3,9 @@
 
 #include "common/frames/holdings_panel.h"
 #include "common/frames/portfolio_list.h"
-#include "common/host/event_guard.h"
+#include "common/frames/risk_table_link.h"
 #include "common/host/host_access.h"
 #include "common/series/deposit_rate.h"
-#include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
@@ -47,10 +46,7 @@ TFrM_ZTPJ::TFrM_ZTPJ(QWidget* parent)
     evaluation::ShowPortfolios(portfolios, rate_.value_or(0), list_->Grid());
   };
   list_->OnShow = [this](int row) { ShowHoldings(row); };
-  connect(g_AllStockData.get(), &TAllStockData::TableArrived, this,
-          [this] { GuardEvent(kUnit, QStringLiteral("ReflashData"), [this] { list_->Reload(list_->Grid().Row()); }); });
-  connect(g_AllStockData.get(), &TAllStockData::TableFailed, this,
-          [this] { GuardEvent(kUnit, QStringLiteral("NoticeChanged"), [this] { NoticeChanged(); }); });
+  FollowRiskTable(*this, kUnit, *list_);
   msg_changeskin();
 }
 
@@ -68,8 +64,7 @@ void TFrM_ZTPJ::ShowHoldings(int row) {
   const TStringGrid& list = list_->Grid();
   withoutReturn_.clear();
   holdings_->SetCaption(list.Cells(evaluation::kName, row));
-  holdings_->SetNotice(QStringLiteral("风险系数的参考指数：%1").arg(IndexNames()[g_AllStockData->CurrentType()]),
-                       QStringLiteral("在“压力测试”页选择参考指数；上方各组合的系数总是相对上证指数。"));
+  ShowReferenceIndex(*holdings_);
   if (row < 0) return;
   const QString id = QString::number(IntegerOr(list.Cells(evaluation::kId, row)));
   evaluation::ShowHoldings(Database().Query(sql::HoldingsOf(id)), list.Cells(evaluation::kRiskFree, 0),
@@ -85,8 +80,8 @@ void TFrM_ZTPJ::ReflashNowPrice() {
 
 ViewNotice TFrM_ZTPJ::Notice() const {
   if (list_->Grid().IsEmpty()) return {};
-  const RiskTableNotice table = WithoutRiskTable();
-  ViewNotice notice{table.text, table.hint, withoutReturn_};
+  ViewNotice notice = RiskTableNotice();
+  notice.lacking = withoutReturn_;
   if (!rate_) notice.Add(WithoutDepositRate());
   return notice;
 }

@@ -7,7 +7,10 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <memory>
+#include <optional>
 #include <tuple>
+#include <vector>
 
 namespace holdwise {
 namespace {
@@ -69,17 +72,28 @@ QByteArray ContentOf(const QString& path) {
   return file.readAll();
 }
 
+/// How often and with what an export of the views into a folder ended: "done", the problem, "|", what is lacking.
+QStringList Export(FakeViews& views, const QString& folder, const std::vector<ViewInput>& inputs = {},
+                   std::optional<int> settleMilliseconds = {}) {
+  QWidget picture;
+  picture.resize(30, 20);
+  const auto exporter = settleMilliseconds ? std::make_unique<ViewExporter>(views, picture, *settleMilliseconds)
+                                           : std::make_unique<ViewExporter>(views, picture);
+  QStringList ends;
+  exporter->OnDone = [&ends](const QString& problem, const QString& lacking) {
+    ends.append("done" + problem + '|' + lacking);
+  };
+  exporter->Start(folder, inputs);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !ends.isEmpty(); }, 30000));
+  return ends;
+}
+
 TEST(ViewExporterTest, VisitsEveryViewAndPortfolio) {
   const QTemporaryDir folder;
   FakeViews views;
-  QWidget picture;
-  picture.resize(30, 20);
-  ViewExporter exporter(views, picture);
-  QStringList done;
-  exporter.OnDone = [&done](const QString& problem, const QString&) { done.append("done" + problem); };
-  exporter.Start(folder.filePath("deep/out"));
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
-  EXPECT_EQ(done, QStringList{"done"});
+  const QStringList done = Export(views, folder.filePath("deep/out"));
+  ASSERT_EQ(done.size(), 1);
+  EXPECT_EQ(done.first(), "done|");
   const QDir out(folder.filePath("deep/out"));
   EXPECT_EQ(out.entryList(QDir::Files, QDir::Name),
             QStringList({"1-g_1.csv", "1.png", "2-g_1-11.csv", "2-g_1-12.csv", "2-g_1.csv", "2.png"}));
@@ -96,14 +110,9 @@ TEST(ViewExporterTest, TablesOfAnEarlierExportGoOtherFilesStay) {
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
   }
   FakeViews views;
-  QWidget picture;
-  picture.resize(30, 20);
-  ViewExporter exporter(views, picture);
-  QStringList done;
-  exporter.OnDone = [&done](const QString& problem, const QString&) { done.append("done" + problem); };
-  exporter.Start(folder.path());
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
-  EXPECT_EQ(done, QStringList{"done"});
+  const QStringList done = Export(views, folder.path());
+  ASSERT_EQ(done.size(), 1);
+  EXPECT_EQ(done.first(), "done|");
   EXPECT_EQ(QDir(folder.path()).entryList({"*.csv", "*.txt"}, QDir::Files, QDir::Name),
             QStringList({"1-g_1.csv", "2-g_1-11.csv", "2-g_1-11.txt", "2-g_1-12.csv", "2-g_1.csv", "2-other.csv",
                          "2024-g_1-notes.csv", "g_1.csv"}));
@@ -112,14 +121,9 @@ TEST(ViewExporterTest, TablesOfAnEarlierExportGoOtherFilesStay) {
 TEST(ViewExporterTest, SetsInputsOneAfterTheOtherBeforeTheirViewIsWritten) {
   const QTemporaryDir folder;
   FakeViews views;
-  QWidget picture;
-  picture.resize(30, 20);
-  ViewExporter exporter(views, picture);
-  QString done;
-  exporter.OnDone = [&done](const QString& problem, const QString&) { done = "done" + problem; };
-  exporter.Start(folder.path(), {{2, "index", "7"}, {2, "move", "-10"}});
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
-  EXPECT_EQ(done, "done");
+  const QStringList done = Export(views, folder.path(), {{2, "index", "7"}, {2, "move", "-10"}});
+  ASSERT_EQ(done.size(), 1);
+  EXPECT_EQ(done.first(), "done|");
   EXPECT_EQ(ContentOf(folder.filePath("1-g_1.csv")), "t\n1\n");
   EXPECT_EQ(ContentOf(folder.filePath("2-g_1.csv")), "t\n2 index=7 move=-10\n");
 }
@@ -129,14 +133,9 @@ TEST(ViewExporterTest, ARefusedInputOrOneOfNoViewEndsTheExport) {
        {std::tuple{2, "bad", "视图“two”：no"}, std::tuple{3, "7", "没有编号为 3 的视图"}}) {
     const QTemporaryDir folder;
     FakeViews views;
-    QWidget picture;
-    picture.resize(30, 20);
-    ViewExporter exporter(views, picture);
-    QString done;
-    exporter.OnDone = [&done](const QString& problem, const QString&) { done = "done" + problem; };
-    exporter.Start(folder.path(), {{view, "move", value}});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
-    EXPECT_TRUE(done.contains(QString::fromUtf8(wanted))) << done.toStdString();
+    const QStringList done = Export(views, folder.path(), {{view, "move", value}});
+    ASSERT_EQ(done.size(), 1);
+    EXPECT_TRUE(done.first().contains(QString::fromUtf8(wanted))) << done.first().toStdString();
     EXPECT_EQ(QFile::exists(folder.filePath("2.png")), view == 3);
   }
 }
@@ -145,14 +144,9 @@ TEST(ViewExporterTest, NamesAViewThatCannotBeShown) {
   const QTemporaryDir folder;
   FakeViews views;
   views.unshowable = 2;
-  QWidget picture;
-  picture.resize(30, 20);
-  ViewExporter exporter(views, picture);
-  QString done;
-  exporter.OnDone = [&done](const QString& problem, const QString&) { done = "done" + problem; };
-  exporter.Start(folder.path());
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
-  EXPECT_TRUE(done.contains("two"));
+  const QStringList done = Export(views, folder.path());
+  ASSERT_EQ(done.size(), 1);
+  EXPECT_TRUE(done.first().contains("two"));
 }
 
 TEST(ViewExporterTest, GivesUpOnlyWhenNothingMoves) {
@@ -161,14 +155,9 @@ TEST(ViewExporterTest, GivesUpOnlyWhenNothingMoves) {
     FakeViews views;
     views.looksOfOne = 40;  // two seconds
     views.isMoving = isMoving;
-    QWidget picture;
-    picture.resize(30, 20);
-    ViewExporter exporter(views, picture, 1000);
-    QStringList done;
-    exporter.OnDone = [&done](const QString& problem, const QString&) { done.append("done" + problem); };
-    exporter.Start(folder.path());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
-    EXPECT_EQ(done.first() == "done", isMoving) << done.first().toStdString();
+    const QStringList done = Export(views, folder.path(), {}, 1000);
+    ASSERT_EQ(done.size(), 1);
+    EXPECT_EQ(done.first() == "done|", isMoving) << done.first().toStdString();
     EXPECT_EQ(done.first().contains("“one”"), !isMoving) << done.first().toStdString();
   }
 }
@@ -177,14 +166,9 @@ TEST(ViewExporterTest, SaysWhatIsMissing) {
   const QTemporaryDir folder;
   FakeViews views;
   views.incomplete = {"a: x", "b: y"};
-  QWidget picture;
-  picture.resize(30, 20);
-  ViewExporter exporter(views, picture);
-  QStringList done;
-  exporter.OnDone = [&done](const QString& problem, const QString& lacking) { done.append(problem + "|" + lacking); };
-  exporter.Start(folder.path());
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
-  EXPECT_EQ(done, QStringList{"|a: x\nb: y"});
+  const QStringList done = Export(views, folder.path());
+  ASSERT_EQ(done.size(), 1);
+  EXPECT_EQ(done, QStringList{"done|a: x\nb: y"});
   EXPECT_TRUE(QFile::exists(folder.filePath("2-g_1-12.csv")));
 }
 
@@ -192,14 +176,9 @@ TEST(ViewExporterTest, SaysWhenTheFiguresAreNotTheLatest) {
   const QTemporaryDir folder;
   FakeViews views;
   views.shortcoming = "old";
-  QWidget picture;
-  picture.resize(30, 20);
-  ViewExporter exporter(views, picture);
-  QStringList done;
-  exporter.OnDone = [&done](const QString& problem, const QString& lacking) { done.append(problem + "|" + lacking); };
-  exporter.Start(folder.path());
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !done.isEmpty(); }, 30000));
-  EXPECT_EQ(done, QStringList{"|old"});
+  const QStringList done = Export(views, folder.path());
+  ASSERT_EQ(done.size(), 1);
+  EXPECT_EQ(done, QStringList{"done|old"});
   EXPECT_TRUE(QFile::exists(folder.filePath("2-g_1-12.csv"))) << "everything is written all the same";
 }
 

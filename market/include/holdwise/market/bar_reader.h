@@ -22,9 +22,9 @@ struct BarFile {
 
 /// Reads one CSV file of daily bars: date and close are needed, open, high, low and volume are checked when they are
 /// there. Lines in any order. Of two lines with one date the first in the file counts, the later is rejected. Lines
-/// dated after `lastDate` (0 = no limit) are not read. A Saturday or Sunday is
-/// rejected, and so is a date inside `tradingDates` (ascending; empty = no check) that is not one of them. Errors of
-/// the file as a whole: see CsvTable. Thread-safe.
+/// dated after `lastDate` (0 = no limit) are not read. A Saturday or Sunday is rejected, and so is a date inside
+/// `tradingDates` (ascending; empty = no check) that is not one of them. Errors of the file as a whole: see CsvTable.
+/// Thread-safe.
 [[nodiscard]] BarFile ReadBars(const QString& path, std::span<const int> tradingDates = {}, int lastDate = 0);
 
 }  // namespace holdwise
