@@ -145,6 +145,7 @@ constexpr int kMany = 1000;
 void ReceiveMany(benchmark::State& state) {
   Module module(kMany / bench::kHoldingsEach, kMany);
   std::vector<QByteArray> files;
+  files.reserve(kMany);
   for (int index = 0; index < kMany; ++index) files.push_back(EncodePacket(BaseDataRows({kFirstStock + index})));
   TfrmCalc2 dialog;
   dialog.show();
