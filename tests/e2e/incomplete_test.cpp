@@ -66,6 +66,35 @@ TEST_F(Incomplete, AFileThatComesBackWhileTheTerminalRunsIsTakenUp) {
   }
 }
 
+/// The file is there and can be read, but has no rate of one year.
+TEST_F(Incomplete, AMissingDepositRateIsSaidAndHealedWhenItIsBack) {
+  const QString path = bench_.data + "/QMTL/TZZH/InterestRate.Dat";
+  const QString program = Program("holdwise-market");
+  const QString csv = bench_.File("rates.csv");
+  ASSERT_EQ(Run(program, {"packet", "to-csv", path, "--out", csv}).exitCode, 0);
+  QFile file(csv);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  QByteArray rates = file.readAll();
+  ASSERT_TRUE(rates.contains(",一年,"));
+  const QString other = bench_.Write("other.csv", rates.replace(",一年,", ",九年,"));
+  ASSERT_TRUE(QFile::rename(path, path + ".away"));
+  ASSERT_EQ(Run(program, {"packet", "from-csv", other, "--out", path}).exitCode, 0);
+  const auto said = [](const Outcome& outcome) {
+    return outcome.err.contains("甲：没有一年期定期存款利率") && outcome.err.contains("乙：没有一年期定期存款利率");
+  };
+  for (const QStringList& more : {Import(), QStringList()}) {
+    const Outcome outcome = Export(more);
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(said(outcome)) << outcome.err.toStdString();
+  }
+  EXPECT_NE(Risk(), WholeRisk());
+  ASSERT_TRUE(QFile::remove(path));
+  ASSERT_TRUE(QFile::rename(path + ".away", path));
+  const Outcome healed = Export();
+  EXPECT_EQ(healed.exitCode, 0) << healed.err.toStdString();
+  EXPECT_EQ(Risk(), WholeRisk());
+}
+
 TEST_F(Incomplete, ADamagedReferenceFileEndsTheCalculation) {
   for (const char* name : {"InterestRate.Dat", "GZ.dat"}) {
     const Bench bench;

@@ -47,7 +47,7 @@ inline QByteArray EstimateData(const std::vector<std::vector<QString>>& rows) {
       TableOf({{"SECUCODE", ColumnType::Text}, {"ID", ColumnType::Integer}, {"PRICE", ColumnType::Text}}, rows));
 }
 
-inline QByteArray RateData(const char* interest) {
+inline QByteArray RateData(const char* interest, const char* term = "一年") {
   ResultSet table;
   for (const char* name : {"ID", "SOURCEID", "UPDATEID"}) table.AddColumn(name, ColumnType::Integer);
   for (const char* name : {"CTIME", "UPTIME", "INTERESTCHANGEDATE"}) table.AddColumn(name, ColumnType::DateTime);
@@ -58,7 +58,7 @@ inline QByteArray RateData(const char* interest) {
   if (*interest == '\0') return EncodePacket(table);
   const int row = table.AppendRow();
   table.SetText(row, table.Column("DEPOSITTYPE"), "定期存款整存整取");
-  table.SetText(row, table.Column("TERM"), "一年");
+  table.SetText(row, table.Column("TERM"), term);
   table.SetReal(row, rate, QByteArray(interest).toDouble());
   return EncodePacket(table);
 }

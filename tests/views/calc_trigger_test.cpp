@@ -135,6 +135,38 @@ TEST_F(Trigger, WhatStaysIncompleteBringsTheDialogUpOnceUntilDataComesBack) {
   EXPECT_TRUE(host_.debug.Lines().empty());
 }
 
+TEST_F(Trigger, WithoutTheOneYearRateFiguresAreAskedForAgainWhenDataComesBack) {
+  Run("delete from alg_commain where ID = 3");
+  int shown = 0;
+  const auto trigger = [&](const char* term) {
+    WhenShown([&, term] {
+      ++shown;
+      FinishBase();
+      RateDown()->ReceiveStream(kRatesFile, RateData("1.5", term));
+      FinishEstimates();
+    });
+    DownData();
+  };
+  // Portfolio 2 is 600000 alone, 0.03 and -0.01: mean 0.01, variance 0.0008; Sharpe (0.01 - rf) / sqrt(0.0008).
+  const auto sharpe = [this] { return Rows("select cast(SHARP as numeric(18,9)) from alg_commain where ID = 2"); };
+  for (int change = 0; change < 3; ++change) {
+    trigger("三个月");
+    EXPECT_EQ(shown, 1) << "change of view " << change;
+    const QString lack = QStringLiteral("：没有一年期定期存款利率，Alpha、夏普和特雷诺指数按无风险利率 0 计算");
+    EXPECT_EQ(LinesOf(IncompletePortfolios(Database())), (QStringList{"p2" + lack, "p1" + lack}));
+  }
+  EXPECT_EQ(sharpe(), QStringList{"0.353553391"});
+  EXPECT_EQ(Rows("select ISFINISHED,LACKING from alg_commain order by ID"), (QStringList{"1|1", "1|1"}));
+  RetryIncomplete();
+  trigger("一年");
+  EXPECT_EQ(shown, 2);
+  EXPECT_EQ(LinesOf(IncompletePortfolios(Database())), QStringList());
+  RetryIncomplete();
+  trigger("一年");
+  EXPECT_EQ(shown, 2);
+  EXPECT_EQ(sharpe(), QStringList{"0.35143207"}) << "1.5 percent a year is 0.00006 a day";
+}
+
 /// Once for each edition, whatever it leaves behind.
 TEST_F(Trigger, AnotherEditionOfTheDataIsCalculatedOnce) {
   Run("delete from alg_commain where ID = 3");

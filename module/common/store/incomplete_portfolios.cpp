@@ -25,9 +25,16 @@ const QString kIndexName = QStringLiteral("上证指数");
 /// The index's code where the statistics are stored.
 constexpr std::int64_t kIndexCode = 1;
 
+struct Holding {
+  std::int64_t code = 0;
+  bool hasWeight = false;
+};
+using Holdings = std::vector<Holding>;
+
 struct DailyRows {
   std::optional<int> end;  ///< none without any
   bool hasReturn = false;
+  bool hasTwoDays = false;  ///< the index has a further day with a return after the first one
 };
 using DailyRowsByCode = QHash<std::int64_t, DailyRows>;
 
@@ -37,23 +44,30 @@ std::optional<int> NumberIn(const ResultSet& rows, int row, int column) {
 }
 
 DailyRowsByCode ReadDailyRows(DatabaseStatements& database) {
-  const ResultSet rows = database.Query(sql::DailyRowsSince(database.Scalar(sql::kIndexFirstDay).integer));
+  const ResultSet rows = database.Query(sql::DailyRowsSince(database.Scalar(sql::kIndexFirstDay).integer,
+                                                            database.Scalar(sql::kIndexLastButOne).integer));
   const int code = rows.Column("SECUCODE");
   const int end = rows.Column("WINDOWEND");
   const int hasReturn = rows.Column("HASRETURN");
+  const int hasTwoDays = rows.Column("HASTWODAYS");
   DailyRowsByCode daily;
   for (int row = 0; row < rows.RowCount(); ++row) {
-    daily.insert(rows.IntegerAt(row, code), {NumberIn(rows, row, end), !rows.IsNull(row, hasReturn)});
+    daily.insert(rows.IntegerAt(row, code),
+                 {NumberIn(rows, row, end), !rows.IsNull(row, hasReturn), !rows.IsNull(row, hasTwoDays)});
   }
   return daily;
 }
 
-QHash<QString, std::vector<std::int64_t>> ReadHoldings(DatabaseStatements& database) {
-  const ResultSet rows = database.Query(sql::kSavedHoldingsForCloses);
+QHash<QString, Holdings> ReadHoldings(DatabaseStatements& database) {
+  const ResultSet rows = database.Query(sql::kSavedHoldings);
   const int id = rows.Column("MAINID");
   const int code = rows.Column("SECUCODE");
-  QHash<QString, std::vector<std::int64_t>> holdings;
-  for (int row = 0; row < rows.RowCount(); ++row) holdings[rows.TextAt(row, id)].push_back(rows.IntegerAt(row, code));
+  const int weight = rows.Column("PZBL");
+  QHash<QString, Holdings> holdings;
+  for (int row = 0; row < rows.RowCount(); ++row) {
+    holdings[rows.TextAt(row, id)].push_back(
+        {rows.IntegerAt(row, code), !rows.IsNull(row, weight) && rows.RealAt(row, weight) != 0});
+  }
   return holdings;
 }
 
@@ -64,8 +78,9 @@ std::optional<MissingInput> Compare(const DailyRows& daily, int newest, const QS
   return std::nullopt;
 }
 
-/// What the data centre stands at, as far as it knows.
+/// What the data centre stands at, as far as it knows, and whether there is a deposit rate.
 struct PresentData {
+  bool hasRate = false;
   int lastDay = 0;
   std::optional<QSet<std::int64_t>> codes;  ///< those whose rows are of its edition
 };
@@ -73,6 +88,7 @@ struct PresentData {
 PresentData ReadPresentData(DatabaseStatements& database) {
   const TDataCenter& dataCenter = ModuleHost().DataCenter();
   PresentData present;
+  present.hasRate = !database.Scalar(sql::kOneYearDepositRate).isNull;
   if (!dataCenter.TradingDates().empty()) present.lastDay = dataCenter.TradingDates().front();
   const QString edition = dataCenter.DataEdition();
   if (edition.isEmpty()) return present;
@@ -83,24 +99,43 @@ PresentData ReadPresentData(DatabaseStatements& database) {
   return present;
 }
 
-std::vector<MissingInput> MissingOf(const std::vector<std::int64_t>& holdings, const DailyRowsByCode& daily,
+/// What keeps a portfolio of holdings with returns from having figures, or figures with a deviation.
+std::optional<Lack> LackOfDays(const Holdings& holdings, const DailyRowsByCode& daily) {
+  const auto hasWeight = [](const Holding& one) { return one.hasWeight; };
+  if (std::none_of(holdings.begin(), holdings.end(), hasWeight)) return Lack::NoWeights;
+  bool hasReturn = false;
+  for (const Holding& one : holdings) {
+    if (!one.hasWeight) continue;
+    const DailyRows rows = daily.value(one.code);
+    if (rows.hasTwoDays) return std::nullopt;
+    hasReturn = hasReturn || rows.hasReturn;
+  }
+  if (!hasReturn || !daily.value(kIndexCode).end) return std::nullopt;
+  return Lack::OneReturn;
+}
+
+std::vector<MissingInput> MissingOf(const Holdings& holdings, const DailyRowsByCode& daily,
                                     const PresentData& present) {
   const DailyRows index = daily.value(kIndexCode);
   int newest = present.lastDay;
   if (newest == 0) {
     newest = index.end.value_or(0);
-    for (const std::int64_t code : holdings) newest = std::max(newest, daily.value(code).end.value_or(0));
+    for (const Holding& one : holdings) newest = std::max(newest, daily.value(one.code).end.value_or(0));
   }
   std::vector<MissingInput> missing;
   if (auto one = Compare(index, newest, QString(), kIndexName)) missing.push_back(*std::move(one));
   if (index.end && present.lastDay != 0 && *index.end > present.lastDay)
     missing.push_back({Lack::NewStatistics, {}, kIndexName, *index.end});
-  for (const std::int64_t code : holdings) {
+  for (const auto& [code, hasWeight] : holdings) {
     const QString digits = GetCodeCNum(QStringLiteral("%1").arg(code, 6, 10, QLatin1Char('0')));
     if (auto one = Compare(daily.value(code), newest, digits, ModuleHost().CodeNums().NameOf(digits)))
       missing.push_back(*std::move(one));
     else if (present.codes && !present.codes->contains(code))
       missing.push_back({Lack::OtherEdition, digits, ModuleHost().CodeNums().NameOf(digits), 0});
+  }
+  if (!holdings.empty()) {
+    if (const auto lack = LackOfDays(holdings, daily)) missing.push_back({*lack, {}, {}, 0});
+    if (!present.hasRate) missing.push_back({Lack::NoDepositRate, {}, {}, 0});
   }
   if (missing.empty()) missing.push_back({});
   return missing;
@@ -123,6 +158,12 @@ QString TextOf(const MissingInput& input) {
       return security + QStringLiteral("的统计数据没有随当前数据更新");
     case Lack::NoReturn:
       return security + QStringLiteral("还没有日收益率");
+    case Lack::OneReturn:
+      return QStringLiteral("只有一天的收益率，不能计算风险数据");
+    case Lack::NoWeights:
+      return QStringLiteral("各成分股的比例都是 0，不能计算风险数据");
+    case Lack::NoDepositRate:
+      return QStringLiteral("没有一年期定期存款利率，Alpha、夏普和特雷诺指数按无风险利率 0 计算");
     case Lack::NoPrice:
       return security + QStringLiteral("没有最新价");
     case Lack::NoPreviousClose:
@@ -159,7 +200,7 @@ std::vector<IncompletePortfolio> IncompletePortfolios(DatabaseStatements& databa
   const int name = rows.Column("COMNAME");
   const int date = rows.Column("CALCDATE");
   const DailyRowsByCode daily = ReadDailyRows(database);
-  const QHash<QString, std::vector<std::int64_t>> holdings = ReadHoldings(database);
+  const QHash<QString, Holdings> holdings = ReadHoldings(database);
   const PresentData present = ReadPresentData(database);
   std::vector<IncompletePortfolio> portfolios;
   for (int row = 0; row < rows.RowCount(); ++row) {

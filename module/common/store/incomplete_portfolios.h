@@ -16,6 +16,9 @@ enum class Lack {
   NewStatistics,  ///< the index's rows end after the data centre's latest trading date
   OtherEdition,   ///< its rows are of another edition than the data centre's
   NoReturn,       ///< it has rows but no return among them yet, as on its first trading day
+  OneReturn,      ///< the portfolio has returns of a single day, which have no deviation
+  NoWeights,      ///< the weights of the portfolio's holdings are all 0
+  NoDepositRate,  ///< the one-year deposit rate, for which the portfolio's figures take 0
   NoPrice,
   NoPreviousClose,
   NoWeekClose,   ///< none in the week before

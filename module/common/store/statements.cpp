@@ -88,14 +88,17 @@ QString IndexOldCloses(int indexNumber) {
          QString::number(indexNumber) + QStringLiteral(") and (HqType = 0) order by HQDATE desc");
 }
 
-QString DailyRowsSince(std::int64_t firstDay) {
+QString DailyRowsSince(std::int64_t firstDay, std::int64_t lastButOne) {
+  const QString hasReturn = QStringLiteral(
+      "(select first 1 1 from alg_stockstatistic r where r.SECUCODE = c.SECUCODE and r.HQTYPE = 0 and r.HQDATE >= %1%2 "
+      "and (r.OLDCLOSEPRICE <> 0 or r.GGQJSYL <> 0))");
   return QStringLiteral(
              "select c.SECUCODE,(select first 1 coalesce(nullif(s.ENDDATE, 0), s.HQDATE) from alg_stockstatistic s "
-             "where s.SECUCODE = c.SECUCODE and s.HQTYPE = 0 order by s.HQDATE desc) as WINDOWEND,(select first 1 1 "
-             "from alg_stockstatistic r where r.SECUCODE = c.SECUCODE and r.HQTYPE = 0 and r.HQDATE >= %1 and "
-             "(r.OLDCLOSEPRICE <> 0 or r.GGQJSYL <> 0)) as HASRETURN from (select d.SECUCODE from alg_comdetail d,"
-             "alg_commain m where d.MAINID = m.ID and m.SAVEFLAG = 1 union select 1 from rdb$database) c")
-      .arg(firstDay);
+             "where s.SECUCODE = c.SECUCODE and s.HQTYPE = 0 order by s.HQDATE desc) as WINDOWEND,%1 as HASRETURN,%2 "
+             "as HASTWODAYS from (select d.SECUCODE from alg_comdetail d,alg_commain m where d.MAINID = m.ID and "
+             "m.SAVEFLAG = 1 union select 1 from rdb$database) c")
+      .arg(hasReturn.arg(firstDay).arg(QString()),
+           hasReturn.arg(firstDay).arg(QStringLiteral(" and r.HQDATE <= %1").arg(lastButOne)));
 }
 
 QString FirstCalculation(const QString& today) {

@@ -94,9 +94,14 @@ inline const QString kIncompletePortfolios = QStringLiteral(
 inline const QString kIndexFirstDay = QStringLiteral(
     "select first 1 coalesce(STARTDATE, 0) from alg_stockstatistic where SECUCODE = 1 and HQTYPE = 0 order by HQDATE "
     "desc");
+/// The last day but one on which the index has a return.
+inline const QString kIndexLastButOne = QStringLiteral(
+    "select first 1 skip 1 HQDATE from alg_stockstatistic where SECUCODE = 1 and HQTYPE = 0 and (OLDCLOSEPRICE <> 0 or "
+    "GGQJSYL <> 0) order by HQDATE desc");
 /// Of the index and of the securities held in saved portfolios: the end of their daily rows (WINDOWEND, null without
-/// rows) and whether there is a return on that day or later (HASRETURN, null without).
-[[nodiscard]] QString DailyRowsSince(std::int64_t firstDay);
+/// rows), whether there is a return on the first day or later (HASRETURN, null without), and whether there is one not
+/// later than the last day but one (HASTWODAYS, null without).
+[[nodiscard]] QString DailyRowsSince(std::int64_t firstDay, std::int64_t lastButOne);
 /// `today` is the host's current date, "YYYY-MM-DD".
 [[nodiscard]] QString FirstCalculation(const QString& today);
 [[nodiscard]] QString CalculatePortfolio(const QString& portfolioId);

@@ -167,15 +167,108 @@ TEST_F(Figures, WithoutTheIndexOrAnyHoldingTheOldFiguresStayUnfinished) {
   expectOldFigures();
   Service().Execute(InsertStatistic({.code = 1600000, .date = 20251231, .dailyReturn = 0.02}));
   expectOldFigures();
+  // 20260103 as the only day, then two.
+  Service().Execute(InsertStatistic({.code = 1600000, .date = 20260103, .dailyReturn = 0.02}));
+  expectOldFigures();
+  AddRate("0");
   AddDay(1600000, 1, 0.04);
   Run();
   EXPECT_EQ(Dates(), "20260103,0");
+}
+
+/// One return has no deviation: nothing is stored, and what was there stays unfinished.
+TEST_F(Figures, ASingleDayIsNoFigure) {
+  AddIndexDays({0.01, -0.01, 0.03});
+  AddDay(1600000, 2, 0.05);
+  AddRate("1.5");
+  AddPortfolio();
+  AddHolding(1600000, "1");
+  const QString untouched = QStringLiteral(
+      "select count(*) from alg_commain where ISFINISHED = 0 and ALPHA is null and CALCDATE is null and LACKING is "
+      "null");
+  Service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)"));
+  EXPECT_EQ(Service().Count(untouched), 1);
+  // Nor are two days of which only one counts, because the other has no weight.
+  AddDay(1000001, 1, 0.02);
+  AddHolding(1000001, "0");
+  Service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)"));
+  EXPECT_EQ(Service().Count(untouched), 1);
+  Service().Execute(QStringLiteral("update alg_comdetail set PZBL = 0"));
+  Service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)"));
+  EXPECT_EQ(Service().Count(untouched), 1) << "without any weight";
+}
+
+// The days of HandExample's index and its first stock held alone, without a rate of one year: risk-free 0.
+// 0.02, -0.04, 0.06: mean 0.04/3; deviations 0.02/3, -0.16/3, 0.14/3; squares (4 + 256 + 196) e-4 / 9; variance
+// 228e-4/9. Covariance (0 + 0.02 * 0.16/3 + 0.02 * 0.14/3) / 2 = 0.001, beta 2.5.
+TEST_F(Figures, WithoutTheDepositRateFiguresLackIt) {
+  AddIndexDays({0.01, -0.01, 0.03});
+  for (int day = 0; day < 3; ++day) AddDay(1600000, day, std::vector{0.02, -0.04, 0.06}[static_cast<std::size_t>(day)]);
+  AddPortfolio();
+  AddHolding(1600000, "1");
+  const double variance = 228e-4 / 9;
+  const double mean = 0.04 / 3;
+  for (const char* rates : {"", "'定期存款整存整取','三个月',9", "'定期存款整存整取','一年',null"}) {
+    if (*rates != '\0') {
+      Service().Execute(QStringLiteral("insert into alg_rmbinterestrate (ID,DEPOSITTYPE,TERM,INTEREST) values (1,%1)")
+                            .arg(QString::fromUtf8(rates)));
+    }
+    ExpectFigures(Run(),
+                  {variance, std::sqrt(variance), 2.5, mean - 2.5 * 0.01, mean / std::sqrt(variance), mean / 2.5});
+    EXPECT_EQ(Dates(), "20260103,1") << rates;
+    EXPECT_EQ(UnfinishedOn("2026-01-03"), 1) << rates;
+  }
+  Service().Execute(QStringLiteral("delete from alg_rmbinterestrate"));
+  AddRate("2.5");
+  ExpectFigures(Run(), {variance, std::sqrt(variance), 2.5, mean - (0.0001 + 2.5 * (0.01 - 0.0001)),
+                        (mean - 0.0001) / std::sqrt(variance), (mean - 0.0001) / 2.5});
+  EXPECT_EQ(Dates(), "20260103,0");
+  EXPECT_EQ(UnfinishedOn("2026-01-03"), 0);
+}
+
+TEST_F(Figures, ARateOfZeroIsARate) {
+  AddIndexDays({0.01, -0.01, 0.03});
+  for (int day = 0; day < 3; ++day) AddDay(1600000, day, 0.01 * day);
+  AddRate("0");
+  AddPortfolio();
+  AddHolding(1600000, "1");
+  Run();
+  EXPECT_EQ(Dates(), "20260103,0");
+}
+
+/// Known is only that the level was the close of the day when it was first compared.
+TEST_F(Figures, TheIndexLevelIsMarkedWhenItIsTheCloseOfTheDayOfPurchase) {
+  struct Case {
+    const char* editDate;
+    const char* level;
+    const char* mark;
+  };
+  AddIndexDays({0.01, -0.01, 0.03});
+  Service().Execute(QStringLiteral("update alg_stockstatistic set closeprice = 3012.4546 where hqdate = 20260102"));
+  for (const Case& one : {Case{"2026-01-02", "3012.45", "1"}, Case{"2026-01-02", "3012.46", "-"},
+                          Case{"2026-01-03", "10", "1"}, Case{"2026-01-05", "10", "-"}, Case{"20260103", "10", "-"},
+                          Case{"soon", "10", "-"}, Case{"2026-01-02", "null", "-"}}) {
+    Service().Execute(QStringLiteral("delete from alg_commain"));
+    AddPortfolio();
+    Service().Execute(QStringLiteral("update alg_commain set EDITDATE = '%1', ZSCLOSEPRICE = %2")
+                          .arg(QLatin1String(one.editDate), QLatin1String(one.level)));
+    Run();
+    const auto mark = [&] {
+      const ResultSet row = Service().Query(QStringLiteral("select INDEXISCLOSE from alg_commain"));
+      return row.IsNull(0, 0) ? std::string("-") : row.TextAt(0, 0).toStdString();
+    };
+    EXPECT_EQ(mark(), one.mark) << one.editDate << ' ' << one.level;
+    Service().Execute(QStringLiteral("update alg_commain set ZSCLOSEPRICE = 9"));
+    Run();
+    EXPECT_EQ(mark(), one.mark) << "a correction does not take it away";
+  }
 }
 
 TEST_F(Figures, AHoldingWithoutAReturnYetLeavesItsWeightToTheOthersAndLacks) {
   AddIndexDays({0.01, -0.01, 0.03});
   for (int day = 0; day < 3; ++day) AddDay(1600000, day, 0.01 * day);
   Service().Execute(InsertStatistic({.code = 1000001, .date = 20260103, .dailyReturn = 0, .oldClose = 0}));
+  AddRate("0");
   AddPortfolio();
   AddHolding(1600000, "0.25");
   AddHolding(1000001, "0.75");
@@ -196,6 +289,8 @@ TEST_F(Figures, EachHoldingThatLacksSomethingCountsOnce) {
   Service().Execute(InsertStatistic({.code = 1600001, .date = 20260103, .dailyReturn = 0, .oldClose = 0}));
   Service().Execute(
       InsertStatistic({.code = 1600002, .date = 20260102, .dailyReturn = 0, .oldClose = 0, .endDate = 20260102}));
+  AddRate("0");
+  AddDay(1600000, 1, 0.02);
   AddPortfolio();
   for (const int code : {1600001, 1600002, 1600003, 1600000}) AddHolding(code, "0.25");
   Run();
@@ -247,6 +342,7 @@ TEST_F(Figures, TheDateIsThatOfTheOldestInput) {
       {20260103, {0}, "20260103,0"},
       {20260103, {20260103, 20260103, 0}, "20260103,0"},
   };
+  AddRate("0");
   for (const Case& one : cases) {
     Service().Execute(QStringLiteral("delete from alg_stockstatistic"));
     Service().Execute(QStringLiteral("delete from alg_commain"));
@@ -277,6 +373,7 @@ TEST_F(Figures, TheDateIsThatOfTheOldestInput) {
 TEST_F(Figures, WhatLacksSomethingIsAskedForAgainUntilItIsThere) {
   AddIndexDays({0.01, -0.01, 0.03});
   AddDay(1600000, 1, 0.01);
+  AddRate("0");
   AddPortfolio();
   AddHolding(1600000, "0.5");
   AddHolding(1000001, "0.5");

@@ -8,6 +8,9 @@ namespace {
 
 class Incomplete : public EngineTest {
  protected:
+  Incomplete() {
+    Run("insert into alg_rmbinterestrate (ID,DEPOSITTYPE,TERM,INTEREST) values (1,'定期存款整存整取','一年',1.5)");
+  }
   void AddPortfolio(int id, const char* calcDate, const char* lacking, int finished = 1, int saved = 1) {
     Run(QStringLiteral("insert into alg_commain (ID,COMNAME,ISFINISHED,SAVEFLAG,CALCDATE,LACKING) values "
                        "(%1,'p%1',%2,%3,%4,%5)")
@@ -16,10 +19,12 @@ class Incomplete : public EngineTest {
             .arg(saved)
             .arg(QLatin1String(calcDate), QLatin1String(lacking)));
   }
-  void AddHolding(int portfolio, int code) {
-    Run(QStringLiteral("insert into alg_comdetail (ID,MAINID,SecuCode) values (gen_id(ALG_ROWID_DETAIL,1),%1,%2)")
+  void AddHolding(int portfolio, int code, const char* weight = "0.25") {
+    Run(QStringLiteral(
+            "insert into alg_comdetail (ID,MAINID,SecuCode,PZBL) values (gen_id(ALG_ROWID_DETAIL,1),%1,%2,%3)")
             .arg(portfolio)
-            .arg(code));
+            .arg(code)
+            .arg(QLatin1String(weight)));
   }
   void AddRow(int code, int date, int end, int type = 0, int oldClose = 10) {
     Run(QStringLiteral("insert into alg_stockstatistic "
@@ -30,6 +35,11 @@ class Incomplete : public EngineTest {
             .arg(date)
             .arg(end)
             .arg(oldClose));
+  }
+  /// The same, and a day before it: one alone has no deviation.
+  void AddDays(int code, int date, int end) {
+    AddRow(code, 20240524, end);
+    AddRow(code, date, end);
   }
   static QStringList Lines() { return LinesOf(IncompletePortfolios(Database())); }
 };
@@ -47,11 +57,11 @@ TEST_F(Incomplete, NothingIsSaidOfWhatIsComplete) {
 }
 
 TEST_F(Incomplete, NamesWhatIsMissingOfEachPortfolio) {
-  AddRow(1, 20240529, 20240529);
-  AddRow(1600000, 20240527, 20240529);  // suspended
-  AddRow(1300750, 20240528, 20240528);
+  AddDays(1, 20240529, 20240529);
+  AddDays(1600000, 20240527, 20240529);  // suspended
+  AddDays(1300750, 20240528, 20240528);
   AddRow(1300750, 20240529, 20240529, 1);
-  AddRow(1000001, 20240529, 0);  // without a window
+  AddDays(1000001, 20240529, 0);  // without a window
   AddPortfolio(1, "null", "1");
   AddHolding(1, 1600000);
   AddHolding(1, 1002594);
@@ -78,8 +88,8 @@ TEST_F(Incomplete, NamesWhatIsMissingOfEachPortfolio) {
 }
 
 TEST_F(Incomplete, AnIndexThatIsOlderThanTheHoldingsIsNamed) {
-  AddRow(1, 20240528, 20240528);
-  AddRow(1600000, 20240529, 20240529);
+  AddDays(1, 20240528, 20240528);
+  AddDays(1600000, 20240529, 20240529);
   AddPortfolio(1, "20240528", "1");
   AddHolding(1, 1600000);
   EXPECT_EQ(Lines(), QStringList{"p1：上证指数的统计数据只到 2024-05-28"});
@@ -89,9 +99,9 @@ TEST_F(Incomplete, AnIndexThatIsOlderThanTheHoldingsIsNamed) {
 
 TEST_F(Incomplete, StatisticsBeyondTheLatestTradingDateAreNamed) {
   host_.dataCenter.tradingDates = {20240528, 20240527};
-  AddRow(1, 20240529, 20240529);
-  AddRow(1600000, 20240529, 20240529);
-  AddRow(1300750, 20240527, 20240527);
+  AddDays(1, 20240529, 20240529);
+  AddDays(1600000, 20240529, 20240529);
+  AddDays(1300750, 20240527, 20240527);
   AddPortfolio(1, "20240529", "1");
   AddHolding(1, 1600000);
   AddHolding(1, 1300750);
@@ -104,7 +114,7 @@ TEST_F(Incomplete, StatisticsBeyondTheLatestTradingDateAreNamed) {
 
 TEST_F(Incomplete, RowsOfAnotherEditionAreNamed) {
   host_.dataCenter.dataEdition = QStringLiteral("b2");
-  for (const int code : {1, 1600000, 1300750, 1000001}) AddRow(code, 20240529, 20240529);
+  for (const int code : {1, 1600000, 1300750, 1000001}) AddDays(code, 20240529, 20240529);
   Run("insert into alg_statisticedition values (1, 'b2')");
   Run("insert into alg_statisticedition values (1600000, 'a1')");
   Run("insert into alg_statisticedition values (1300750, 'b2')");
@@ -117,8 +127,8 @@ TEST_F(Incomplete, RowsOfAnotherEditionAreNamed) {
 }
 
 TEST_F(Incomplete, AHoldingWithoutAReturnYetIsNamed) {
-  AddRow(1, 20240529, 20240529);
-  AddRow(1600000, 20240529, 20240529);
+  AddDays(1, 20240529, 20240529);
+  AddDays(1600000, 20240529, 20240529);
   AddRow(1300750, 20240529, 20240529, 0, 0);  // its first trading day
   AddRow(1000001, 20240430, 20240529);        // has not traded inside the index's window
   AddPortfolio(1, "20240529", "2");
@@ -133,9 +143,54 @@ TEST_F(Incomplete, AHoldingWithoutAReturnYetIsNamed) {
   EXPECT_EQ(Lines().last(), "p1：上证指数没有统计数据，stock(300750)还没有日收益率");
 }
 
+/// 1600000's only return is on the index's last day, 1300750's on the one before.
+TEST_F(Incomplete, ASingleDayOfReturnsIsNamedWhereNothingElseCounts) {
+  for (const int date : {20240527, 20240528, 20240529}) AddRow(1, date, 20240529);
+  AddRow(1600000, 20240529, 20240529);
+  AddRow(1300750, 20240528, 20240529);
+  AddPortfolio(1, "null", "null", 0);
+  AddHolding(1, 1600000);
+  AddPortfolio(2, "null", "null", 0);
+  AddHolding(2, 1600000);
+  AddHolding(2, 1300750, "0");
+  AddPortfolio(3, "null", "null", 0);
+  AddHolding(3, 1600000);
+  AddHolding(3, 1300750);
+  const QString single = QStringLiteral("：只有一天的收益率，不能计算风险数据");
+  EXPECT_EQ(Lines(), (QStringList{"p3：风险数据没有算完", "p2" + single, "p1" + single}));
+  // An index of one day leaves one day to everybody.
+  Run("delete from alg_stockstatistic where secucode = 1 and hqdate < 20240529");
+  EXPECT_EQ(Lines(), (QStringList{"p3" + single, "p2" + single, "p1" + single}));
+}
+
+TEST_F(Incomplete, WeightsThatAreAllZeroAreNamed) {
+  for (const int code : {1, 1600000, 1300750}) {
+    for (const int date : {20240528, 20240529}) AddRow(code, date, 20240529);
+  }
+  AddPortfolio(1, "null", "null", 0);
+  AddHolding(1, 1600000, "0");
+  AddHolding(1, 1300750, "null");
+  AddPortfolio(2, "null", "null", 0);
+  EXPECT_EQ(Lines(), (QStringList{"p2：风险数据没有算完", "p1：各成分股的比例都是 0，不能计算风险数据"}));
+}
+
+TEST_F(Incomplete, AMissingDepositRateIsNamedOfPortfoliosWithHoldings) {
+  for (const int code : {1, 1600000}) {
+    for (const int date : {20240528, 20240529}) AddRow(code, date, 20240529);
+  }
+  AddPortfolio(1, "20240529", "1");
+  AddHolding(1, 1600000);
+  AddPortfolio(2, "20240529", "0", 0);
+  for (const char* change : {"update alg_rmbinterestrate set INTEREST = null", "delete from alg_rmbinterestrate"}) {
+    Run(change);
+    EXPECT_EQ(Lines(), (QStringList{"p2：风险数据没有算完",
+                                    "p1：没有一年期定期存款利率，Alpha、夏普和特雷诺指数按无风险利率 0 计算"}));
+  }
+}
+
 TEST_F(Incomplete, AFailedReadIsAnError) {
   AddPortfolio(1, "null", "null");
-  for (int call = 0; call < 4; ++call) {
+  for (int call = 0; call < 6; ++call) {
     Plan().FailCall(call);
     EXPECT_THROW((void)IncompletePortfolios(Database()), Error) << call;
   }

@@ -83,7 +83,7 @@ TEST_F(OneStock, APortfolioHasTheFiguresOfItsStock) {
   ASSERT_FALSE(HasFailure());
   Load();
   int compared = 0;
-  int withoutADay = 0;
+  int withoutTwoDays = 0;
   for (const QList<QByteArray>& row : Expected()) {
     enum { kCode, kIndex, kCount, kMean, kVariance, kDeviation, kBeta, kAlpha, kTreynor, kSharpe, kColumns };
     ASSERT_EQ(row.size(), kColumns);
@@ -93,12 +93,12 @@ TEST_F(OneStock, APortfolioHasTheFiguresOfItsStock) {
     CalculatePortfolio(Database(), code);
     const ResultSet found = Database().Query(QStringLiteral("select * from alg_commain where ID = ") + code);
     if (found.IntegerAt(0, found.Column("ISFINISHED")) == 0) {
-      EXPECT_EQ(row[kCount], "0") << code.toStdString();
+      EXPECT_LT(row[kCount].toInt(), 2) << code.toStdString();
       EXPECT_TRUE(found.IsNull(0, found.Column("BETA"))) << code.toStdString();
-      ++withoutADay;
+      ++withoutTwoDays;
       continue;
     }
-    EXPECT_NE(row[kCount], "0") << code.toStdString();
+    EXPECT_GE(row[kCount].toInt(), 2) << code.toStdString();
     EXPECT_EQ(found.IntegerAt(0, found.Column("LACKING")), 0) << code.toStdString();
     const std::pair<const char*, int> figures[] = {{"FC", kVariance}, {"ZHBZC", kDeviation}, {"BETA", kBeta},
                                                    {"ALPHA", kAlpha}, {"SHARP", kSharpe},    {"TREYNOR", kTreynor}};
@@ -109,7 +109,7 @@ TEST_F(OneStock, APortfolioHasTheFiguresOfItsStock) {
     }
     ++compared;
   }
-  EXPECT_EQ(compared + withoutADay, kStocks);
+  EXPECT_EQ(compared + withoutTwoDays, kStocks);
   EXPECT_GT(compared, kStocks * 3 / 4);
 }
 
