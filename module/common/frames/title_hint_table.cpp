@@ -18,11 +18,18 @@ GridHints HoldingsOf(const char* unit, std::vector<TitleHint> titles) {
 
 // What several views say alike.
 
+/// How long it is the maker of the data decides.
+QString Window() {
+  return T("统计窗口（默认最近 250 个交易日）");
+}
 QString WindowOfPortfolio() {
-  return T("最近 250 个交易日的日收益率；指数为上证指数");
+  return Window() + T("的日收益率；指数为上证指数");
 }
 QString WindowOfSecurity() {
-  return T("最近 250 个交易日的日收益率，自上市后首个收益率起；停牌日按 0 计；指数为压力测试页所选，默认上证指数");
+  return Window() + T("的日收益率，自上市后首个收益率起；停牌日按 0 计；指数为压力测试页所选，默认上证指数");
+}
+QString WindowOfDeviation() {
+  return Window() + T("的日收益率；停牌日按 0 计");
 }
 QString DailyRate() {
   return T("；rf 为每日无风险利率 = 一年期定期存款利率(%) ÷ 100 ÷ 250");
@@ -95,20 +102,19 @@ ViewHints RiskHints() {
                         T("α = r̄ − [rf + β × (r̄m − rf)]"), WindowOfPortfolio() + DailyRate()},
                        {T("BETA系数"), T("指数涨跌 1% 时组合平均涨跌的百分数。"), T("β = cov(r, rm) ÷ var(rm)"),
                         WindowOfPortfolio()}}),
-       HoldingsOf("Fxjl", {CodeOf("股票代码"),
-                           NameOf("股票名称"),
-                           {T("方差"), T("股票日收益率的样本方差。"), T("σ² = 标准差 × 标准差"),
-                            T("最近 250 个交易日的日收益率；停牌日按 0 计")},
-                           {T("标准差"), T("股票日收益率的波动幅度。"), T("σ = √[Σ(r − r̄)² ÷ (n − 1)]"),
-                            T("最近 250 个交易日的日收益率；停牌日按 0 计")},
-                           {T("Alpha系数"), T("詹森 α：承担的市场风险之外多得的日均收益。"),
-                            T("α = r̄ − [rf + β × (r̄m − rf)]"), WindowOfSecurity() + DailyRate()},
-                           {T("BETA系数"), T("指数涨跌 1% 时股票平均涨跌的百分数。"), T("β = cov(r, rm) ÷ var(rm)"),
-                            WindowOfSecurity()}})}};
+       HoldingsOf("Fxjl",
+                  {CodeOf("股票代码"),
+                   NameOf("股票名称"),
+                   {T("方差"), T("股票日收益率的样本方差。"), T("σ² = 标准差 × 标准差"), WindowOfDeviation()},
+                   {T("标准差"), T("股票日收益率的波动幅度。"), T("σ = √[Σ(r − r̄)² ÷ (n − 1)]"), WindowOfDeviation()},
+                   {T("Alpha系数"), T("詹森 α：承担的市场风险之外多得的日均收益。"), T("α = r̄ − [rf + β × (r̄m − rf)]"),
+                    WindowOfSecurity() + DailyRate()},
+                   {T("BETA系数"), T("指数涨跌 1% 时股票平均涨跌的百分数。"), T("β = cov(r, rm) ÷ var(rm)"),
+                    WindowOfSecurity()}})}};
 }
 
 ViewHints StressHints() {
-  const QString basis = T("昨收价与 β；x 为预期涨跌幅，β 针对所选指数，最近 250 个交易日；没有 β 的股票按 0 计");
+  const QString basis = T("昨收价与 β；x 为预期涨跌幅，β 针对所选指数，") + Window() + T("；没有 β 的股票按 0 计");
   return {
       T("压力测试"),
       T("假设所选指数上涨或下跌 x，每只股票按自己的 β 变动。参考指数为上证指数、深证成指或沪深300；使任何一只股票跌光"
@@ -162,7 +168,7 @@ ViewHints EvaluationHints() {
 
 ViewHints DecompositionHints() {
   const QString market =
-      T("Rm 为上证指数自买入日至今的涨幅；rf 为一年期定期存款利率，不按持有天数折算；β、σ 取最近 250 个交易日");
+      T("Rm 为上证指数自买入日至今的涨幅；rf 为一年期定期存款利率，不按持有天数折算；β、σ 取") + Window();
   return {
       T("业绩分解"),
       T("法马分解（E. F. Fama, Components of Investment Performance, 1972）：把买入以来的回报率 R 拆成无风险回报、"

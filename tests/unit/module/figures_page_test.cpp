@@ -75,8 +75,9 @@ TEST(TitleHints, EveryTitleOfTheViewsHasOne) {
 
 TEST(TitleHints, SayMeaningFormulaAndBasis) {
   EXPECT_EQ(HintOfTitle(QStringLiteral("Fxjl"), QStringLiteral("strngrd"), QStringLiteral("BETA系数")),
-            QStringLiteral("指数涨跌 1% 时组合平均涨跌的百分数。\n公式：β = cov(r, rm) ÷ var(rm)\n口径：最近 250 "
-                           "个交易日的日收益率；指数为上证指数"));
+            QStringLiteral(
+                "指数涨跌 1% 时组合平均涨跌的百分数。\n公式：β = cov(r, rm) ÷ var(rm)\n口径：统计窗口（默认最近 250 "
+                "个交易日）的日收益率；指数为上证指数"));
   EXPECT_EQ(HintOfTitle(QStringLiteral("Fxjl"), QStringLiteral("strngrd"), QStringLiteral("别的")), QString());
 }
 
