@@ -215,7 +215,7 @@ void TMainFrm::SendInit() {
 void TMainFrm::ShowNotice(bool readAgain) {
   const bool concernsSaved = FCurFrame != nullptr && RestOf(FCurFrame->Tag()) == RestsOn::Saved;
   if (!concernsSaved) return RzPanel3->SetNotice({}, {});
-  if (readAgain) incomplete_ = IncompletePortfolios(Database());
+  if (readAgain) incomplete_ = PortfoliosLackingStoredInputs(Database());
   // Only a live view shows what rests on prices, and only when they are in.
   const bool showsPrices = arePricesShown_ && IsLive(FCurFrame->Tag());
   const auto stored = showsPrices ? WithThoseLackingPrices(incomplete_, Database()) : incomplete_;

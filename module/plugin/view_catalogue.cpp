@@ -8,7 +8,6 @@
 #include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
-#include "common/store/incomplete_portfolios.h"
 #include "common/store/statements.h"
 #include "mainframe/view_table.h"
 
@@ -63,7 +62,7 @@ QString HoldwiseViewCatalogue::Shortcoming() const {
 
 QStringList HoldwiseViewCatalogue::Incomplete() const {
   if (mainFrame_.isNull()) return {};
-  auto lacking = WithThoseLackingPrices(IncompletePortfolios(Database()), Database());
+  auto lacking = WithThoseLackingPrices(PortfoliosLackingStoredInputs(Database()), Database());
   const QStringList lines = mainFrame_->NoticesOfViews(lacking);
   return lines + LinesOf(lacking);
 }

@@ -19,6 +19,8 @@ class OtherData : public Incomplete {
     if (isCorrected) market_.RemoveBars("600002", "2024-05-01", "2024-05-14");
     market_.Build(bench_.data, {"--date", date});
   }
+  /// Bought on a day that every folder here has reached.
+  [[nodiscard]] QStringList Import() const { return {"--import", bench_.Write("p.csv", TwoPortfolios("2024-05-20"))}; }
   /// What a running terminal exports once its figures are whole again.
   [[nodiscard]] Outcome ExportWhenWhole() const {
     Outcome outcome = Export();
@@ -41,6 +43,49 @@ TEST_F(OtherData, AnOlderFolderOnAnOldWorkFolderIsCalculatedAgain) {
   EXPECT_EQ(older.exitCode, 0) << older.err.toStdString();
   EXPECT_NE(Risk(), newer);
   EXPECT_EQ(Risk(), WholeRisk(bench_.data));
+}
+
+TEST_F(OtherData, AFolderOlderThanThePurchaseIsSaid) {
+  Build("2024-05-31");
+  ASSERT_EQ(Export(Incomplete::Import()).exitCode, 0);
+  Build("2024-05-24");
+  const Outcome older = Export();
+  EXPECT_EQ(older.exitCode, 1);
+  for (const char* name : {"甲", "乙"}) {
+    EXPECT_TRUE(
+        older.err.contains(QString(name) + "：买入日期 2024-05-31 晚于行情日期 2024-05-24，请换用较新的数据目录"))
+        << older.err.toStdString();
+  }
+  Build("2024-05-31");
+  EXPECT_EQ(Export().exitCode, 0);
+}
+
+/// The stored level stays, as it was bought; the portfolio bought on another day has nothing to say.
+TEST_F(OtherData, ACorrectedIndexCloseOfTheDayOfPurchaseIsSaid) {
+  Build("2024-05-31");
+  ASSERT_EQ(Export(Import()).exitCode, 0);
+  const QByteArray third =
+      "name,code,quantity,price,date\n丙,600003,100,3.00,2024-05-21\n丙,600004,100,4.00,2024-05-21\n";
+  ASSERT_EQ(Export({"--import", bench_.Write("third.csv", third)}).exitCode, 0);
+  const auto levels = [this] {
+    QStringList levels;
+    for (const QStringList& row : ReadCsv(bench_.File("out/3002-strngrd.csv"))) levels.append(row[9]);
+    return levels.mid(1);
+  };
+  // 60 weekdays up to 31 May close at 3000.01 to 3000.60: the 51st and the 52nd.
+  const QStringList stored{"3000.52", "3000.51", "3000.51"};
+  EXPECT_EQ(levels(), stored);
+  market_.CorrectIndex("2024-05-20", "3001.25");
+  Build("2024-05-31");
+  const Outcome corrected = Export();
+  EXPECT_EQ(corrected.exitCode, 1);
+  for (const char* name : {"甲", "乙"}) {
+    EXPECT_TRUE(corrected.err.contains(
+        QString(name) + "：2024-05-20 的上证指数收盘已更正为 3001.25，组合仍按买入时保存的 3000.51 计算"))
+        << corrected.err.toStdString();
+  }
+  EXPECT_FALSE(corrected.err.contains("丙：")) << corrected.err.toStdString();
+  EXPECT_EQ(levels(), stored);
 }
 
 TEST_F(OtherData, WhatOfAnOlderFolderIsMissingIsSaid) {

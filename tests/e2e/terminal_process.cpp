@@ -102,6 +102,17 @@ void Market::RemoveBars(const QString& code, const QString& first, const QString
   WriteText(path, kept);
 }
 
+void Market::CorrectIndex(const QString& date, const QByteArray& close) const {
+  const QString path = folder_.filePath("indices/1.csv");
+  QByteArray corrected;
+  for (const QByteArray& line : ReadTextFile(path).split('\n')) {
+    if (line.isEmpty()) continue;
+    const bool isTheDay = QString::fromLatin1(line.left(10)) == date;
+    corrected += (isTheDay ? date.toLatin1() + ',' + close : line) + '\n';
+  }
+  WriteText(path, corrected);
+}
+
 void Market::Build(const QString& out, const QStringList& more) const {
   const QStringList arguments{"build",
                               "--bars",
@@ -203,12 +214,12 @@ qint64 RunningTerminal::Signal(int signal) {
   return process_.waitForFinished(10'000) ? timer.elapsed() : -1;
 }
 
-QByteArray TwoPortfolios() {
-  return "name,code,quantity,price\n"
-         "甲,600001,100,1.00\n"
-         "甲,600002,200,2.00\n"
-         "乙,600010,1000,10.00\n"
-         "乙,600012,300,12.00\n";
+QByteArray TwoPortfolios(const QByteArray& boughtOn) {
+  QByteArray csv = boughtOn.isEmpty() ? "name,code,quantity,price\n" : "name,code,quantity,price,date\n";
+  for (const char* holding :
+       {"甲,600001,100,1.00", "甲,600002,200,2.00", "乙,600010,1000,10.00", "乙,600012,300,12.00"})
+    csv += boughtOn.isEmpty() ? QByteArray(holding) + '\n' : QByteArray(holding) + ',' + boughtOn + '\n';
+  return csv;
 }
 
 }  // namespace holdwise::e2e

@@ -34,6 +34,8 @@ class Market {
   [[nodiscard]] const QString& Data() const { return data_; }
   /// Takes the lines of some days (YYYY-MM-DD, both included) out of a stock's bars; Build makes a folder of the rest.
   void RemoveBars(const QString& code, const QString& first, const QString& last) const;
+  /// Gives the Shanghai Composite another close on a day (YYYY-MM-DD); Build makes a folder of it.
+  void CorrectIndex(const QString& date, const QByteArray& close) const;
   /// Writes a data folder of the bars as they are now, in place of the one that stands there.
   void Build(const QString& out, const QStringList& more = {}) const;
 
@@ -84,7 +86,7 @@ class RunningTerminal {
 };
 
 /// Two portfolios. 甲 holds 100 of 600001 and 200 of 600002 (bought at 1.00 and 2.00), 乙 1000 of 600010 and 300 of
-/// 600012 (bought at 10.00 and 12.00).
-QByteArray TwoPortfolios();
+/// 600012 (bought at 10.00 and 12.00), on a day (YYYY-MM-DD) or on the market's date.
+QByteArray TwoPortfolios(const QByteArray& boughtOn = {});
 
 }  // namespace holdwise::e2e

@@ -6,6 +6,7 @@
 
 #include "common/host/host_access.h"
 #include "common/series/shared_objects.h"
+#include "common/store/doubtful_purchases.h"
 #include "common/store/statements.h"
 
 namespace holdwise {
@@ -72,6 +73,10 @@ std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portf
     }
   }
   return portfolios;
+}
+
+std::vector<IncompletePortfolio> PortfoliosLackingStoredInputs(DatabaseStatements& database) {
+  return Together(IncompletePortfolios(database), DoubtfulPurchases(database));
 }
 
 std::vector<IncompletePortfolio> WithThoseLackingPrices(std::vector<IncompletePortfolio> portfolios,

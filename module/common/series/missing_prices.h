@@ -19,6 +19,9 @@ namespace holdwise {
 /// Pure.
 [[nodiscard]] std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portfolios,
                                                         const std::vector<IncompletePortfolio>& more);
+/// The saved portfolios whose stored figures lack something, and those whose purchase does not fit the data, as one
+/// list. Errors and thread as above.
+[[nodiscard]] std::vector<IncompletePortfolio> PortfoliosLackingStoredInputs(DatabaseStatements& database);
 /// Those portfolios and the ones that lack prices as one list: of a portfolio in both, what it lacks of prices comes
 /// last. Errors and thread as above.
 [[nodiscard]] std::vector<IncompletePortfolio> WithThoseLackingPrices(std::vector<IncompletePortfolio> portfolios,

@@ -178,6 +178,10 @@ QString TextOf(const MissingInput& input) {
       return QStringLiteral("没有买入成本，回报率按 0 计算");
     case Lack::NoBuyIndex:
       return QStringLiteral("没有买入时的上证指数，市场回报率按 100% 计算");
+    case Lack::BoughtLater:
+      return QStringLiteral("买入日期 %1，请换用较新的数据目录").arg(input.found);
+    case Lack::CorrectedIndex:
+      return input.found;
   }
   return QStringLiteral("风险数据没有算完");
 }

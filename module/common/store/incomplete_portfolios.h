@@ -21,18 +21,21 @@ enum class Lack {
   NoDepositRate,  ///< the one-year deposit rate, for which the portfolio's figures take 0
   NoPrice,
   NoPreviousClose,
-  NoWeekClose,   ///< none in the week before
-  NoMonthClose,  ///< none in the month before
-  NoBeta,        ///< against the index of the stress test
-  NoCost,        ///< nothing is known to have been paid for the portfolio
-  NoBuyIndex,    ///< the index level of the day of purchase is not known
+  NoWeekClose,     ///< none in the week before
+  NoMonthClose,    ///< none in the month before
+  NoBeta,          ///< against the index of the stress test
+  NoCost,          ///< nothing is known to have been paid for the portfolio
+  NoBuyIndex,      ///< the index level of the day of purchase is not known
+  BoughtLater,     ///< the day of purchase is later than the data centre's date
+  CorrectedIndex,  ///< the index's close of the day of purchase is not the stored one any more
 };
 
 struct MissingInput {
   Lack lack = Lack::NotCalculated;
-  QString code;  ///< six digits; empty for the index and when the portfolio itself lacks it
-  QString name;  ///< of the security, empty when the host knows none
-  int date = 0;  ///< OldStatistics, NewStatistics: the end of its rows, YYYYMMDD; else 0
+  QString code;        ///< six digits; empty for the index and when the portfolio itself lacks it
+  QString name;        ///< of the security, empty when the host knows none
+  int date = 0;        ///< OldStatistics, NewStatistics: the end of its rows, YYYYMMDD; else 0
+  QString found = {};  ///< BoughtLater, CorrectedIndex: what does not fit, in words
 
   bool operator==(const MissingInput&) const = default;
 };
