@@ -242,12 +242,15 @@ void DataFolderBuild::WriteStocks() {
 }
 
 void DataFolderBuild::WriteRisk(const std::vector<StockFile>& files, const std::vector<StockResult>& results) const {
+  const QString edition = Edition();
   for (std::size_t index = 0; index < std::size(kRiskFiles); ++index) {
     std::vector<RiskRow> rows;
     for (std::size_t i = 0; i < files.size(); ++i) {
       if (results[i].hasDays) rows.push_back({files[i].code, results[i].risk[index]});
     }
-    Write(RiskFolder() + QString::fromUtf8(kRiskFiles[index]), RiskTable(rows), kSecuritiesLimits);
+    ResultSet table = RiskTable(rows);
+    NameEdition(table, edition);
+    Write(RiskFolder() + QString::fromUtf8(kRiskFiles[index]), table, kSecuritiesLimits);
   }
 }
 
@@ -305,6 +308,7 @@ void DataFolderBuild::WriteQuotes() {
     table.SetReal(row, previousCloseColumn, quote.previousClose);
     if (quote.isSuspended && !IsIndexNumber(codeNumber)) ++summary_.suspended;
   }
+  NameEdition(table, Edition());
   Write(QStringLiteral("quotes.dat"), table, kSecuritiesLimits);
 }
 

@@ -36,6 +36,11 @@ ResultSet TradingDatesTable(const std::vector<int>& dates) {
   return table;
 }
 
+void NameEdition(ResultSet& table, const QString& edition) {
+  const int column = table.AddColumn("edition", ColumnType::Text);
+  if (!table.IsEmpty()) table.SetText(0, column, edition);
+}
+
 ResultSet InterestRateTable(const DepositRates& rates, int madeOn) {
   constexpr std::int64_t kMillisecondsPerDay = 86'400'000;
   ResultSet table;

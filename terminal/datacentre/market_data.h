@@ -34,7 +34,8 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
 
   /// Reads the whole folder; call once, before anything else uses the object. Throws an Error whose text names the
   /// file: NotFound (missing), Io (unreadable), Corrupt (damaged, empty, wrong columns), Refused (values that cannot
-  /// be: a code twice, an impossible date, a price not above zero). Rows of quotes, accounts and groups about
+  /// be: a code twice, an impossible date, a price not above zero; quotes that name another edition than market.dat).
+  /// Rows of quotes, accounts and groups about
   /// securities that the master does not know are skipped; their number is logged. The optional files (accounts,
   /// groups) are left out whole when they cannot be used: see Notices.
   void Load(const QString& folder);
@@ -124,7 +125,7 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   void LoadGroups(const QString& path);
   void ReadOptionalStocks(const QString& path);
   void Notice(const QString& text);
-  [[nodiscard]] std::vector<CodedQuote> ReadQuotes(const QString& path) const;
+  [[nodiscard]] std::vector<CodedQuote> ReadQuotes(const QString& path, const QString& edition) const;
   void LogSkipped(const QString& path, int rows) const;
   [[nodiscard]] int IndexOfSecurity(int codeNumber) const;
   [[nodiscard]] const Security* FindStock(const QString& code) const;

@@ -106,7 +106,7 @@ void MarketData::Load(const QString& folder) {
     const WriteLock lock(mutex_);
     stockQuotes_.assign(securities_.size(), NowData{});
   }
-  const std::vector<CodedQuote> quotes = ReadQuotes(dir.filePath(QStringLiteral("quotes.dat")));
+  const std::vector<CodedQuote> quotes = ReadQuotes(dir.filePath(QStringLiteral("quotes.dat")), market.edition);
   ApplyQuotes(quotes);
   notices_.clear();
   LoadOptional(dir.filePath(QStringLiteral("accounts.dat")), &MarketData::LoadAccounts);
@@ -158,7 +158,7 @@ void MarketData::ReloadQuotes() {
                                             .toStdString());
   }
   SetEdition(market.edition);
-  ApplyQuotes(ReadQuotes(dir.filePath(QStringLiteral("quotes.dat"))));
+  ApplyQuotes(ReadQuotes(dir.filePath(QStringLiteral("quotes.dat")), market.edition));
 }
 
 void MarketData::LoadSecurities(const QString& path) {
@@ -214,8 +214,12 @@ void MarketData::LoadTradingDates(const QString& path) {
   tradingDates_.shrink_to_fit();
 }
 
-std::vector<CodedQuote> MarketData::ReadQuotes(const QString& path) const {
+std::vector<CodedQuote> MarketData::ReadQuotes(const QString& path, const QString& edition) const {
   const TableReader file(path, kSecuritiesLimits);
+  // Quotes that others keep up to date need not name one.
+  const QString madeWith = EditionIn(file);
+  if (!madeWith.isEmpty() && !edition.isEmpty() && madeWith != edition)
+    file.Refuse(0, QStringLiteral("是随另一份数据生成的，与market.dat不符，请重新生成数据目录"));
   const int code = file.Column("code_number", ColumnType::Integer);
   const int price = file.Column("price", ColumnType::Real);
   const int previousClose = file.Column("prev_close", ColumnType::Real);

@@ -202,7 +202,7 @@ def check_files(binaries, data, market, with_estimates, checker):
     wanted = [code for code, rows in market.stocks.items() if rows]
     for index in INDICES:
         names, rows = packet(binaries, folder / "风险计量" / f"{index}.dat")
-        checker.same(f"{index} columns", names, ["code", "beta", "alpha", "treynor", "sharpe"])
+        checker.same(f"{index} columns", names, ["code", "beta", "alpha", "treynor", "sharpe", "edition"])
         checker.same(f"{index} codes", [r["code"] for r in rows], wanted)
         for row in rows:
             want = market.security(row["code"], index)

@@ -88,6 +88,27 @@ TEST_F(OtherData, ACorrectedIndexCloseOfTheDayOfPurchaseIsSaid) {
   EXPECT_EQ(levels(), stored);
 }
 
+/// A folder put together from two builds: single files of the other one.
+TEST_F(OtherData, FilesOfAnotherBuildAreNamed) {
+  Build("2024-05-31");
+  ASSERT_EQ(Export(Import()).exitCode, 0);
+  const QString other = bench_.File("second");
+  market_.RemoveBars("600002", "2024-05-01", "2024-05-14");
+  market_.Build(other, {"--date", "2024-05-31"});
+  for (const auto& [name, said] : {std::pair("QMTL/TZZH/风险计量/SH.dat", "风险文件是随另一份数据生成的"),
+                                   std::pair("quotes.dat", "是随另一份数据生成的，与market.dat不符")}) {
+    const QString path = bench_.data + '/' + name;
+    ASSERT_TRUE(QFile::rename(path, path + ".away"));
+    ASSERT_TRUE(QFile::copy(other + '/' + name, path));
+    const Outcome mixed = Export();
+    EXPECT_EQ(mixed.exitCode, 1) << name;
+    EXPECT_TRUE(mixed.err.contains(said)) << mixed.err.toStdString();
+    ASSERT_TRUE(QFile::remove(path));
+    ASSERT_TRUE(QFile::rename(path + ".away", path));
+    EXPECT_EQ(Export().exitCode, 0) << name;
+  }
+}
+
 TEST_F(OtherData, WhatOfAnOlderFolderIsMissingIsSaid) {
   Build("2024-05-31");
   ASSERT_EQ(Export(Import()).exitCode, 0);

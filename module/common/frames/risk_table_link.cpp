@@ -28,7 +28,9 @@ void FollowRiskTable(TViewFrame& view, const QString& unit, PortfolioList& list)
 
 ViewNotice RiskTableNotice() {
   if (!g_AllStockData->LacksCurrentTable()) return {};
-  const QString text = QStringLiteral("没有取得%1的风险文件").arg(CurrentIndexName());
+  const QString text = (g_AllStockData->IsCurrentFileOfOtherEdition() ? QStringLiteral("%1的风险文件不属于当前数据")
+                                                                      : QStringLiteral("没有取得%1的风险文件"))
+                           .arg(CurrentIndexName());
   return {text, text + QStringLiteral("，成分股的风险系数没有显示。数据恢复后再次打开本页即可。"), {}};
 }
 

@@ -24,6 +24,15 @@ const std::array<QString, 3> kRiskFiles = {
     QStringLiteral("QMTL\\TZZH\\风险计量\\HS.dat"),
 };
 
+/// Risk figures of other data than the rest of what is shown. A file need not name its edition.
+bool NamesOtherEdition(const ResultSet& table) {
+  const int column = table.FindColumn("edition");
+  if (column < 0 || table.IsEmpty()) return false;
+  const QString madeWith = table.TextAt(0, column);
+  const QString edition = ModuleHost().DataCenter().DataEdition();
+  return !madeWith.isEmpty() && !edition.isEmpty() && madeWith != edition;
+}
+
 }  // namespace
 
 const QStringList& IndexNames() {
@@ -47,6 +56,7 @@ void TAllStockData::SetZS_TYPE(TZS_TYPE type) {
   edition_ = ModuleHost().DataCenter().DataEdition();
   underWay_.push_back(file);
   isMissing_[static_cast<std::size_t>(type)] = true;
+  isOtherEdition_[static_cast<std::size_t>(type)] = false;
   role_->Request(file);
 }
 
@@ -67,8 +77,14 @@ void TAllStockData::ReceiveFile(const QString& fileName) {
   const auto known = std::find(kRiskFiles.begin(), kRiskFiles.end(), fileName);
   if (known == kRiskFiles.end()) throw Error(ErrorCategory::Refused, "not a risk file: " + fileName.toStdString());
   const ResultSet table = ReadPacketFile(role_->LocalPath(fileName), kSecuritiesLimits);
-  deviations_ = std::make_shared<TNameValueList>();
   const auto type = static_cast<std::size_t>(known - kRiskFiles.begin());
+  isOtherEdition_[type] = NamesOtherEdition(table);
+  if (isOtherEdition_[type]) {
+    throw Error(
+        ErrorCategory::Refused,
+        QStringLiteral("风险文件“%1”是随另一份数据生成的，没有采用，请重新生成数据目录").arg(fileName).toStdString());
+  }
+  deviations_ = std::make_shared<TNameValueList>();
   grids_[type].Fill(table);
   isMissing_[type] = false;
   Q_EMIT TableArrived();

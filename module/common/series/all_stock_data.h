@@ -25,8 +25,8 @@ class TAllStockData : public QObject {
   TAllStockData();
 
   /// Makes the table of that index current and asks for its file when the table is empty. The table is filled when the
-  /// file has come; a download that fails, or a file that is damaged, leaves it as it is, and choosing the index again
-  /// asks again.
+  /// file has come; a download that fails, or a file that is damaged or names another edition than the host's data,
+  /// leaves it as it is, and choosing the index again asks again.
   void SetZS_TYPE(TZS_TYPE type);
   void Set_SHZS() { SetZS_TYPE(SH_T); }
   void Set_SZZS() { SetZS_TYPE(SZ_T); }
@@ -52,6 +52,8 @@ class TAllStockData : public QObject {
   [[nodiscard]] bool LacksCurrentTable() const {
     return isMissing_[static_cast<std::size_t>(type_)] && !IsDownloading();
   }
+  /// Did a file come for the current table that was not taken because it names another edition than the host's data?
+  [[nodiscard]] bool IsCurrentFileOfOtherEdition() const { return isOtherEdition_[static_cast<std::size_t>(type_)]; }
 
   /// Names: security codes as the database gives them; values: standard deviation, shortest decimal text. Read from the
   /// database when that has not been done yet or an update is needed; what a failing query throws reaches the caller. A
@@ -81,6 +83,7 @@ class TAllStockData : public QObject {
   TNameValueSnapshot deviations_;
   bool isGet_ = false;
   std::array<bool, 3> isMissing_{};             ///< the table was asked for and has not come
+  std::array<bool, 3> isOtherEdition_{};        ///< the last file that came was not taken for its edition
   QStringList underWay_;                        ///< files asked for and not yet come
   std::unique_ptr<TDSBAsynDownFileRole> role_;  ///< last member: it goes first, and with it the events
 };

@@ -52,6 +52,19 @@ class Build : public testing::Test {
     return ReadPacketFile(files_.Path(QStringLiteral("out/") + name));
   }
   [[nodiscard]] std::string Csv(const QString& name) const { return ResultSetToCsv(Table(name)).toStdString(); }
+  // The quotes without the edition they name.
+  [[nodiscard]] std::string QuotesCsv() const {
+    const ResultSet table = Table(QStringLiteral("quotes.dat"));
+    ResultSet quotes;
+    quotes.AddColumn("code_number", ColumnType::Integer);
+    for (const char* price : {"price", "prev_close"}) quotes.AddColumn(price, ColumnType::Real);
+    for (int row = 0; row < table.RowCount(); ++row) {
+      quotes.AppendRow();
+      quotes.SetInteger(row, 0, table.IntegerAt(row, 0));
+      for (const int column : {1, 2}) quotes.SetReal(row, column, table.RealAt(row, column));
+    }
+    return ResultSetToCsv(quotes).toStdString();
+  }
   // The named columns of the daily rows.
   [[nodiscard]] std::string Rows(const QString& name, std::initializer_list<const char*> columns) const {
     const ResultSet table = Table(name);

@@ -24,7 +24,7 @@ TEST_F(Build, WritesTheWholeFolder) {
             "000001,平安银行,银行,2,19910403,1\n");
   EXPECT_EQ(Csv(QStringLiteral("trading_dates.dat")),
             "date:integer\n20240102\n20240103\n20240104\n20240105\n20240108\n20240109\n");
-  EXPECT_EQ(Csv(QStringLiteral("quotes.dat")),
+  EXPECT_EQ(QuotesCsv(),
             "code_number:integer,price:real,prev_close:real\n"
             "1,15,14\n399001,15,14\n399300,15,14\n1600519,15.5,14.5\n");
   // Window 2024-01-04 to 09; the week of 2024-01-02 ends with 2024-01-05 inside it.
@@ -59,7 +59,7 @@ TEST_F(Build, CutsAtTheCurrentDate) {
   EXPECT_EQ(Rows(kMoutai, {"hqtype", "hqdate", "startdate", "enddate"}),
             "0 20240105 20240102 20240105 \n1 20240105 20240102 20240105 \n2 20240105 20240102 20240105 \n");
   EXPECT_EQ(Csv(QStringLiteral("trading_dates.dat")), "date:integer\n20240102\n20240103\n20240104\n20240105\n");
-  EXPECT_EQ(Csv(QStringLiteral("quotes.dat")),
+  EXPECT_EQ(QuotesCsv(),
             "code_number:integer,price:real,prev_close:real\n1,13,12\n399001,13,12\n399300,13,12\n1600519,13.5,0\n");
 }
 
@@ -90,6 +90,21 @@ TEST_F(Build, TheEditionIsThatOfTheBaseData) {
   files_.Write(QStringLiteral("estimates.csv"), "code,price\n600519,18\n");
   options_.estimatesFile = files_.Path(QStringLiteral("estimates.csv"));
   EXPECT_TRUE(seen.insert(edition()).second) << "an estimate";
+}
+
+TEST_F(Build, QuotesAndRiskFilesNameTheEdition) {
+  files_.Write(QStringLiteral("bars/000001.csv"), "date,close\n2024-01-08,9\n2024-01-09,8\n");
+  EXPECT_EQ(Run().error, "");
+  const QString edition = Table(QStringLiteral("market.dat")).TextAt(0, 3);
+  for (const char* name :
+       {"quotes.dat", "QMTL/TZZH/风险计量/SH.dat", "QMTL/TZZH/风险计量/SZ.dat", "QMTL/TZZH/风险计量/HS.dat"}) {
+    const ResultSet table = Table(QString::fromUtf8(name));
+    const int column = table.Column("edition");
+    EXPECT_EQ(column, table.ColumnCount() - 1) << name;
+    ASSERT_GE(table.RowCount(), 2) << name;
+    EXPECT_EQ(table.TextAt(0, column), edition) << name;
+    for (int row = 1; row < table.RowCount(); ++row) EXPECT_TRUE(table.IsNull(row, column)) << name;
+  }
 }
 
 TEST_F(Build, ShorterHistoryThanTheWindowGivesAllOfIt) {
@@ -186,7 +201,7 @@ TEST_F(Build, TakesQuotesFromAFileAndNamesItsBadRows) {
             "quotes.csv:6: 代码 600000 不在证券表中\n"
             "quotes.csv:8: 价格缺失\n"
             "quotes.csv:9: 不是沪深证券代码“12”\n");
-  EXPECT_EQ(Csv(QStringLiteral("quotes.dat")),
+  EXPECT_EQ(QuotesCsv(),
             "code_number:integer,price:real,prev_close:real\n"
             "1,3000.5,2999\n399001,15,14\n399300,15,14\n1000001,9,9\n1600519,16.01,15.5\n");
 }
@@ -198,7 +213,7 @@ TEST_F(Build, AStockWithoutABarOnTheLastDayHasNoChange) {
   files_.Write(QStringLiteral("bars/000004.csv"), "date,close\n2024-01-08,6\n");
   const Outcome outcome = Run();
   EXPECT_EQ(outcome.error, "");
-  EXPECT_EQ(Csv(QStringLiteral("quotes.dat")),
+  EXPECT_EQ(QuotesCsv(),
             "code_number:integer,price:real,prev_close:real\n"
             "1,15,14\n399001,15,14\n399300,15,14\n"
             "1000001,8,8\n1000002,7,0\n1000004,6,6\n1600519,15.5,14.5\n")
@@ -216,7 +231,7 @@ TEST_F(Build, AQuoteOfPriceZeroIsASuspendedStock) {
   const Outcome outcome = Run();
   EXPECT_EQ(outcome.error, "");
   EXPECT_EQ(outcome.rejections, "quotes.csv:4: 价格和昨收都是 0\nquotes.csv:5: 价格和昨收都是 0\n");
-  EXPECT_EQ(Csv(QStringLiteral("quotes.dat")),
+  EXPECT_EQ(QuotesCsv(),
             "code_number:integer,price:real,prev_close:real\n"
             "1,15,15\n399001,14.5,14.5\n399300,15,14\n1600519,15.25,15.25\n");
   EXPECT_EQ(outcome.summary.suspended, 1);

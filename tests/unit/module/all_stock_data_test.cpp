@@ -122,6 +122,38 @@ TEST_F(AllStockData, ATableAskedForInVainIsLacking) {
   EXPECT_FALSE(g_AllStockData->LacksCurrentTable());
 }
 
+TEST_F(AllStockData, AFileOfAnotherEditionIsNotTaken) {
+  const auto file = [](const char* edition) {
+    ResultSet table = DecodePacket(RiskFile({{"600000", "1.2", "0.01"}, {"000001", "0.8", "0"}}));
+    const int column = table.AddColumn("edition", ColumnType::Text);
+    if (*edition != '\0') table.SetText(0, column, edition);
+    return EncodePacket(table);
+  };
+  host_.dataCenter.dataEdition = QStringLiteral("a1");
+  g_AllStockData->Set_SHZS();
+  role_->WriteAndReceive(kShanghai, file("b2"));
+  EXPECT_TRUE(g_AllStockData->LacksCurrentTable());
+  EXPECT_TRUE(g_AllStockData->IsCurrentFileOfOtherEdition());
+  EXPECT_EQ(g_AllStockData->GetCurStringGrid().RowCount(), 0);
+  ASSERT_EQ(host_.debug.Lines().size(), 1U);
+  EXPECT_TRUE(host_.debug.Lines()[0].contains(QStringLiteral("SH.dat")));
+  EXPECT_TRUE(host_.debug.Lines()[0].contains(QStringLiteral("是随另一份数据生成的")));
+  for (const char* good : {"a1", ""}) {
+    g_AllStockData->Set_SHZS();
+    role_->WriteAndReceive(kShanghai, file(good));
+    EXPECT_FALSE(g_AllStockData->LacksCurrentTable()) << good;
+    EXPECT_FALSE(g_AllStockData->IsCurrentFileOfOtherEdition()) << good;
+    EXPECT_EQ(g_AllStockData->GetCurStringGrid().RowCount(), 2) << good;
+    host_.dataCenter.dataEdition += QStringLiteral("x");
+    g_AllStockData->ForgetOtherEdition();
+    role_->Fail(kShanghai, TDSBAsynDownFileRole::kNotFound);
+  }
+  host_.dataCenter.dataEdition = QString();
+  g_AllStockData->Set_SHZS();
+  role_->WriteAndReceive(kShanghai, file("b2"));
+  EXPECT_FALSE(g_AllStockData->LacksCurrentTable()) << "what is not known is not compared";
+}
+
 TEST_F(AllStockData, DeviationsThatCouldNotBeReadAreReadAgain) {
   const QString statement =
       QStringLiteral("select distinct secucode,sylbzc from alg_stockstatistic where Hqtype = 0 order by secucode");

@@ -100,6 +100,36 @@ TEST_F(RefusedFolder, EveryColumnIsNeededWithItsType) {
   }
 }
 
+/// The quotes of another build in the folder.
+TEST_F(RefusedFolder, QuotesOfAnotherEditionAreRefused) {
+  const auto writeQuotes = [this](const char* edition) {
+    std::vector<QStringList> rows = MarketFolder::QuoteRows();
+    rows.front().append(QString::fromLatin1(edition));
+    folder_.Write(QStringLiteral("quotes.dat"),
+                  MakeTable(MarketFolder::kQuoteHeadings + QStringList{"edition:text"}, rows));
+  };
+  folder_.WriteMarket(20240529, false, QStringLiteral("a1"));
+  writeQuotes("b2");
+  ExpectRefusal("quotes.dat", ErrorCategory::Refused, "随另一份数据生成");
+  for (const char* good : {"a1", "NULL"}) {
+    writeQuotes(good);
+    MarketData data(clock_, log_, reader_);
+    EXPECT_NO_THROW(data.Load(folder_.Path())) << good;
+  }
+  // While the terminal runs the earlier quotes stay.
+  MarketData data(clock_, log_, reader_);
+  data.Load(folder_.Path());
+  writeQuotes("b2");
+  EXPECT_THROW(data.ReloadQuotes(), Error);
+  EXPECT_EQ(data.Quotes().size(), MarketFolder::QuoteRows().size());
+  folder_.WriteQuotes({{"1600000", "9", "8"}});
+  data.ReloadQuotes();
+  EXPECT_EQ(data.StockNowData(1600000).currentPrice, 9) << "a file that names none";
+  folder_.WriteMarket(20240529, false);
+  writeQuotes("b2");
+  EXPECT_NO_THROW(data.ReloadQuotes()) << "a folder that tells none";
+}
+
 struct BadRow {
   const char* file;
   QStringList headings;

@@ -14,6 +14,9 @@ namespace holdwise {
 [[nodiscard]] ResultSet TradingDatesTable(const std::vector<int>& dates);
 /// `madeOn` YYYYMMDD stands in the record-keeping columns. No rates: a table without rows.
 [[nodiscard]] ResultSet InterestRateTable(const DepositRates& rates, int madeOn);
+/// Adds a text column "edition" that holds `edition` in the first row and null in the others: the data that the file
+/// was made with. Nothing to name in a table without rows.
+void NameEdition(ResultSet& table, const QString& edition);
 /// No values: a table without rows, which readers take as "nothing new".
 [[nodiscard]] ResultSet EstimateTable(const std::vector<EstimateValue>& values);
 
