@@ -52,6 +52,41 @@ TEST_F(PerformanceView, ShowsEveryPortfolioLive) {
             List({"稳健", "2024-05-21", "2000.00", "2.04", "5.26", "11.11", "100.00", "5.26", "", "1"}));
 }
 
+/// 000001 has no close of the week, and neither it nor 600519 one of the month.
+TEST_F(PerformanceView, AFigureThatLacksACloseIsMarkedWhereItIsRead) {
+  OpenWithTwo();
+  const QString zero = QStringLiteral("，其市值按 0 计入比较的基数，所示涨跌幅偏大");
+  const QString week = QStringLiteral("平安银行(000001)没有上周收盘价") + zero;
+  EXPECT_EQ(portfolios->RemarkOf({kWeekChange, 0}), week);
+  EXPECT_EQ(portfolios->RemarkOf({kMonthChange, 0}),
+            QStringLiteral("平安银行(000001)、贵州茅台(600519)没有上月收盘价") + zero);
+  EXPECT_EQ(portfolios->RemarkOf({kDayChange, 0}), QString());
+  EXPECT_EQ(portfolios->RemarkOf({kWeekChange, 1}), QString());
+  EXPECT_EQ(portfolios->RemarkOf({kMonthChange, 1}), QString());
+  EXPECT_EQ(portfolios->Cells(kWeekChange, 0), QStringLiteral("27.31")) << "the cell keeps its text";
+  EXPECT_EQ(holdings->RemarkOf({kWeekContribution, 0}), QString());
+  EXPECT_EQ(holdings->RemarkOf({kWeekContribution, 1}), QStringLiteral("没有上周收盘价，周贡献显示为 0"));
+  EXPECT_EQ(holdings->RemarkOf({kMonthContribution, 1}), QStringLiteral("没有上周收盘价，月贡献也显示为 0"));
+  EXPECT_EQ(holdings->RemarkOf({kMonthContribution, 2}), QStringLiteral("没有上月收盘价，月贡献显示为 0"));
+  // The mark in the corner, and the text under the mouse.
+  const QImage picture = portfolios->viewport()->grab().toImage();
+  const auto corner = [&](int column, int row) {
+    return picture.pixelColor(portfolios->CellRect(column, row).topRight() + QPoint(-1, 1));
+  };
+  EXPECT_EQ(corner(kWeekChange, 0), Color("Grid_SelTxtColor"));
+  EXPECT_EQ(corner(kDayChange, 0), Color("Qm_GridRowSelectColor"));
+  EXPECT_EQ(corner(kWeekChange, 1), Color("KTR_HighLightColor2"));
+  QTest::mouseMove(portfolios->viewport(), portfolios->CellRect(kWeekChange, 0).center());
+  EXPECT_EQ(QToolTip::text(), week);
+  // Another portfolio's holding takes the row.
+  Click(*portfolios, kName, 1);
+  bench.AddClose(1000001, 1, 20240524, 12);
+  g_ClosePrice->SetIsNeedUpdate(true);
+  Refresh();
+  EXPECT_EQ(portfolios->RemarkOf({kWeekChange, 0}), QString()) << "the close is there now";
+  EXPECT_EQ(holdings->RemarkOf({kWeekContribution, 0}), QString());
+}
+
 TEST_F(PerformanceView, APriceMessageToAnEmptyListShowsNothing) {
   Open();
   Refresh();

@@ -46,6 +46,7 @@ void HoldingsPanel::MouseMove(const QPoint& position) {
   links_.MouseMove(position);
   const GridCell cell = grid_->MouseToCell(position);
   if (cell.IsNone()) return grid_->ShowHint({});
+  if (const QString remark = grid_->RemarkOf(cell); !remark.isEmpty()) return grid_->ShowHint(remark);
   grid_->ShowHint(OnHint ? OnHint(cell, position) : grid_->ClippedText(cell));
 }
 

@@ -30,7 +30,8 @@ class HoldingsPanel : public FramePart {
   /// Empties the grid; the caption stays.
   void Clear();
 
-  /// Hint for the cell under the mouse, instead of the whole of a text that is cut off; empty for none.
+  /// Hint for the cell under the mouse, instead of the whole of a text that is cut off; empty for none. A remark of the
+  /// grid on the cell goes before it.
   std::function<QString(const GridCell& cell, const QPoint& position)> OnHint;
 
   void ApplyTheme() override;

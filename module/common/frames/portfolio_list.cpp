@@ -70,6 +70,7 @@ void PortfolioList::MouseMove(const QPoint& position) {
   const GridCell cell = grid_->MouseToCell(position);
   if (cell.IsNone()) return grid_->ShowHint({});
   if (!hintOfButton.isEmpty()) return grid_->ShowHint(hintOfButton);
+  if (const QString remark = grid_->RemarkOf(cell); !remark.isEmpty()) return grid_->ShowHint(remark);
   grid_->ShowHint(OnHint ? OnHint(cell, position) : grid_->ClippedText(cell));
 }
 

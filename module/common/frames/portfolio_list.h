@@ -35,7 +35,8 @@ class PortfolioList : public FramePart {
   std::function<void(const ResultSet& portfolios)> OnFill;
   /// Another row became current, or has to be shown again; -1 when no portfolio is listed.
   std::function<void(int row)> OnShow;
-  /// Hint for the cell under the mouse, instead of the whole of a text that is cut off; empty for none.
+  /// Hint for the cell under the mouse, instead of the whole of a text that is cut off; empty for none. A remark of the
+  /// grid on the cell goes before it.
   std::function<QString(const GridCell& cell, const QPoint& position)> OnHint;
 
   /// Pictures that act as buttons in one column; they live longer than the list's events.

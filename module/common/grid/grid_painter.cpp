@@ -3,6 +3,7 @@
 
 #include <QFontMetrics>
 #include <QPainter>
+#include <QPolygon>
 
 #include "common/grid/cell_geometry.h"
 
@@ -20,6 +21,14 @@ void PaintCellText(QPainter& painter, const GridCellPaint& cell, const GridColor
   const QString shown = painter.fontMetrics().elidedText(text.trimmed(), Qt::ElideRight, box.width());
   painter.setPen(cell.isSelected ? colors.selectedText : colors.unselectedText);
   painter.drawText(box, (left ? Qt::AlignLeft : Qt::AlignHCenter) | Qt::AlignVCenter | Qt::TextSingleLine, shown);
+}
+
+void PaintCellMark(QPainter& painter, const GridCellPaint& cell, const GridColors& colors) {
+  constexpr int kLeg = 6;  // pixels
+  const QPoint corner = cell.rect.topRight();
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(cell.isSelected ? colors.selectedText : colors.unselectedText);
+  painter.drawPolygon(QPolygon({corner - QPoint(kLeg, 0), corner, corner + QPoint(0, kLeg)}));
 }
 
 void PaintCellPicture(QPainter& painter, const GridCellPaint& cell, const QPixmap& picture) {

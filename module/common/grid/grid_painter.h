@@ -24,6 +24,8 @@ void PaintCellBackground(QPainter& painter, const GridCellPaint& cell, const Gri
 /// not fit ends in an ellipsis.
 void PaintCellText(QPainter& painter, const GridCellPaint& cell, const GridColors& colors, const QString& text,
                    Qt::Alignment horizontal);
+/// Draws the small mark of a cell with a remark into its upper right corner, in the colour of its text.
+void PaintCellMark(QPainter& painter, const GridCellPaint& cell, const GridColors& colors);
 /// Draws a picture in the middle of the cell in its own size. Its corner is transparent.
 void PaintCellPicture(QPainter& painter, const GridCellPaint& cell, const QPixmap& picture);
 

@@ -37,6 +37,7 @@ class GridDelegate : public QStyledItemDelegate {
     painter->setClipRect(option.rect, Qt::IntersectClip);
     painter->setFont(grid_.font());
     grid_.OnDrawCell ? grid_.OnDrawCell(*painter, cell) : grid_.DrawDefaultCell(*painter, cell);
+    if (!grid_.RemarkOf({cell.column, cell.row}).isEmpty()) PaintCellMark(*painter, cell, grid_.Colors());
     painter->restore();
   }
 
@@ -163,6 +164,23 @@ QString TStringGrid::DrawnText(const GridCell& cell) const {
   if (decimals == decimals_.end()) return text;
   const auto number = ParseReal(text);
   return number ? FormatFixed(*number, decimals->second) : text;
+}
+
+void TStringGrid::SetRemark(const GridCell& cell, const QString& remark) {
+  if (remark == RemarkOf(cell)) return;
+  const std::pair key(cell.column, cell.row);
+  remark.isEmpty() ? static_cast<void>(remarks_.erase(key)) : static_cast<void>(remarks_[key] = remark);
+  RedrawCell(cell);
+}
+
+QString TStringGrid::RemarkOf(const GridCell& cell) const {
+  const auto found = remarks_.find({cell.column, cell.row});
+  return found == remarks_.end() ? QString() : found->second;
+}
+
+void TStringGrid::ClearRemarks() {
+  remarks_.clear();
+  viewport()->update();
 }
 
 void TStringGrid::SetColors(const GridColors& colors) {
@@ -349,6 +367,7 @@ GridBatch::~GridBatch() {
 
 void ClearStrnGrd(TStringGrid& grid) {
   grid.Model().ClearTexts();
+  grid.ClearRemarks();
   grid.SetRowCount(0);
 }
 

@@ -3,6 +3,7 @@
 #include <QTableView>
 #include <functional>
 #include <map>
+#include <utility>
 #include <vector>
 
 #include "common/grid/grid_painter.h"
@@ -79,6 +80,11 @@ class TStringGrid : public QTableView {
   /// Numbers of the column are drawn with that many decimals (0 to 12), its other texts as they stand; the cells keep
   /// their texts. kWholeText takes the limit away.
   void SetColumnDecimals(int column, int decimals);
+  /// What has to be known of a cell's figure: a small mark in its corner, the remark under the mouse. The cell keeps
+  /// its text. Empty takes it away, as ClearStrnGrd does from every cell.
+  void SetRemark(const GridCell& cell, const QString& remark);
+  [[nodiscard]] QString RemarkOf(const GridCell& cell) const;
+  void ClearRemarks();
   /// Colours of the rows and of the area beside and below them.
   void SetColors(const GridColors& colors);
   [[nodiscard]] const GridColors& Colors() const noexcept { return colors_; }
@@ -143,7 +149,8 @@ class TStringGrid : public QTableView {
   GridColors colors_;
   QStringList titles_;
   std::vector<int> leftColumns_;
-  std::map<int, int> decimals_;  ///< by column
+  std::map<int, int> decimals_;                     ///< by column
+  std::map<std::pair<int, int>, QString> remarks_;  ///< by column and row
   int lastClientWidth_ = -1;
   bool wasEmpty_ = true;
   bool isWholeRows_ = false;

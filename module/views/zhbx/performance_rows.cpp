@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "performance_rows.h"
 
+#include <algorithm>
+
 #include "common/frames/security_links.h"
 #include "common/host/codes.h"
 #include "common/host/host_access.h"
@@ -24,12 +26,39 @@ void ShowCloses(const QStringList& codes, TStringGrid& grid) {
   }
 }
 
+/// "甲(600001)、乙(600002) 等 7 只".
+QString NamesOf(const QStringList& codes) {
+  constexpr qsizetype kMostNames = 5;
+  QStringList names;
+  for (const QString& code : codes.first(std::min(kMostNames, codes.size())))
+    names.append(QStringLiteral("%1(%2)").arg(NameOrDelisted(code), code));
+  const QString text = names.join(QStringLiteral("、"));
+  return names.size() < codes.size() ? text + QStringLiteral(" 等 %1 只").arg(codes.size()) : text;
+}
+
+/// What to know of a portfolio's change against the sum of closes some of which are not there.
+QString RemarkOnSum(const QStringList& withoutClose, const QString& close) {
+  if (withoutClose.isEmpty()) return {};
+  return QStringLiteral("%1没有%2，其市值按 0 计入比较的基数，所示涨跌幅偏大").arg(NamesOf(withoutClose), close);
+}
+
+void RemarkOnCloses(TStringGrid& grid, int row, const HoldingInput& input) {
+  const QString week = input.weekClose == 0 ? QStringLiteral("没有上周收盘价，周贡献显示为 0") : QString();
+  // Without the week's close the month's is not looked up either: intended.
+  const QString month = input.monthClose != 0  ? QString()
+                        : input.weekClose == 0 ? QStringLiteral("没有上周收盘价，月贡献也显示为 0")
+                                               : QStringLiteral("没有上月收盘价，月贡献显示为 0");
+  grid.SetRemark({kWeekContribution, row}, week);
+  grid.SetRemark({kMonthContribution, row}, month);
+}
+
 /// The live figures of a row belong to its security: another one must not inherit them.
 void StartRow(TStringGrid& grid, int row, const QString& code) {
   if (grid.Cells(kCode, row) == code) return;
   for (const int column :
        {kPrice, kChange, kDayContribution, kWeekContribution, kMonthContribution, kHoldingGain, kHoldingGainRate}) {
     grid.SetCells(column, row, QString());
+    grid.SetRemark({column, row}, {});
   }
   grid.SetCells(kCode, row, code);
 }
@@ -93,6 +122,7 @@ void RefreshHoldings(TStringGrid& grid, QStringList& closesDue) {
     input.quantity = IntegerOr(grid.Cells(kQuantity, row));
     const auto figures = FiguresOf(input);
     if (!figures) continue;
+    RemarkOnCloses(grid, row, input);
     grid.SetCells(kPrice, row, figures->price);
     grid.SetCells(kChange, row, figures->change);
     grid.SetCells(kDayContribution, row, figures->dayContribution);
@@ -111,6 +141,8 @@ void RefreshPortfolios(TStringGrid& grid) {
   const TNameValueSnapshot costs = g_UserValue->GetUserValuesStringList();
   const TNameValueSnapshot previousCloses = g_UserValue->GetUserValuesPrvCloseValues();
   const TMissingCodes withoutPreviousClose = g_UserValue->HoldingsWithoutPreviousClose();
+  const TMissingCodes withoutWeekClose = g_ClosePrice->HoldingsWithoutWeekClose();
+  const TMissingCodes withoutMonthClose = g_ClosePrice->HoldingsWithoutMonthClose();
   const GridBatch batch(grid);
   for (int row = 0; row < grid.RowCount(); ++row) {
     const QString& id = grid.Cells(kId, row);
@@ -122,6 +154,8 @@ void RefreshPortfolios(TStringGrid& grid) {
     if (!withoutPreviousClose.contains(id)) input.previousCloseValue = RealOr(previousCloses->ValueOf(id));
     const auto figures = FiguresOf(input);
     if (!figures) continue;
+    grid.SetRemark({kWeekChange, row}, RemarkOnSum(withoutWeekClose.value(id), QStringLiteral("上周收盘价")));
+    grid.SetRemark({kMonthChange, row}, RemarkOnSum(withoutMonthClose.value(id), QStringLiteral("上月收盘价")));
     grid.SetCells(kValue, row, figures->value);
     grid.SetCells(kWeekChange, row, figures->weekChange);
     grid.SetCells(kMonthChange, row, figures->monthChange);
