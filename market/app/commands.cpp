@@ -80,6 +80,7 @@ int RunBuild(const BuildCommand& command) {
   options.outFolder = Path(command.out);
   options.days = command.days;
   options.isSimulated = command.isSimulated;
+  options.mayReplaceOtherKind = command.replacesOtherKind;
   if (!command.date.empty()) options.currentDate = ReadDateArgument("--date", command.date);
 
   ProgressLine progress("处理行情");

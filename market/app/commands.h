@@ -19,6 +19,7 @@ struct BuildCommand {
   int days = 250;
   std::string out;
   bool isSimulated = false;
+  bool replacesOtherKind = false;
 };
 int RunBuild(const BuildCommand& command);
 

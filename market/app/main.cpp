@@ -66,6 +66,7 @@ void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
   AddNumber(build, "--days", command.days, "窗口的交易日数");
   AddText(build, "--out", command.out, "要生成或替换的数据目录")->required();
   build->add_flag("--simulated", command.isSimulated, "注明为虚构数据");
+  build->add_flag("--replace", command.replacesOtherKind, "允许用虚构数据替换真实行情的目录，或用真实行情替换虚构的");
   build->callback([&] { exitCode = RunBuild(command); });
 }
 

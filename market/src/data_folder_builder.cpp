@@ -23,13 +23,11 @@
 #include "holdwise/packet/packet_file.h"
 #include "holdwise/packet/table_limits.h"
 #include "holdwise/packet/thread_annotations.h"
+#include "market_file.h"
 #include "parallel_for.h"
 
 namespace holdwise {
 namespace {
-
-constexpr const char* kMarketFile = "market.dat";
-constexpr int kFolderFormat = 1;
 
 QString StatisticsFolder() {
   return QStringLiteral("QMTL/TZZH/Day250/");
@@ -104,6 +102,7 @@ class DataFolderBuild {
 BuildSummary DataFolderBuild::Run() {
   QElapsedTimer timer;
   timer.start();
+  if (!options_.mayReplaceOtherKind) RefuseOtherKind(options_.outFolder, options_.isSimulated);
   ReadIndices();
   ReadDates();
   for (const QString& folder :
@@ -313,17 +312,8 @@ void DataFolderBuild::WriteQuotes() {
 }
 
 void DataFolderBuild::WriteMarket() {
-  ResultSet table;
-  const int currentDate = table.AddColumn("current_date", ColumnType::Integer);
-  const int simulated = table.AddColumn("simulated", ColumnType::Integer);
-  const int format = table.AddColumn("format", ColumnType::Integer);
-  const int edition = table.AddColumn("edition", ColumnType::Text);
-  const int row = table.AppendRow();
-  table.SetInteger(row, currentDate, summary_.currentDate);
-  table.SetInteger(row, simulated, options_.isSimulated ? 1 : 0);
-  table.SetInteger(row, format, kFolderFormat);
-  table.SetText(row, edition, Edition());
-  Write(QString::fromUtf8(kMarketFile), table, kMarketLimits);
+  Write(QString::fromUtf8(kMarketFile), MarketTable(summary_.currentDate, options_.isSimulated, Edition()),
+        kMarketLimits);
 }
 
 void DataFolderBuild::KeepOtherFiles() const {

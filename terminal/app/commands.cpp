@@ -119,17 +119,21 @@ void Commands::Export(const Command& command, const HandOverServer::Answer& answ
   exporter_ = std::make_unique<ViewExporter>(*views, window.Area());
   exporter_->OnDone = [this, folder = command.exportFolder, answer](const QString& problem, const QString& lacking) {
     exporter_.release()->deleteLater();
-    HandOverAnswer done{QStringLiteral("已导出到“%1”。").arg(folder), 0};
-    if (!problem.isEmpty()) {
-      done = {QStringLiteral("导出没有完成：%1").arg(problem), 1};
-    } else if (!lacking.isEmpty()) {
-      done = {QStringLiteral("已导出到“%1”，但数据不完整：\n%2").arg(folder, lacking), 1};
-    }
+    const HandOverAnswer done = Exported(folder, problem, lacking);
     parts_.process.Log().WriteLog(done.text);
     parts_.window.Window().Tell(done.text);
     answer(done);
   };
-  exporter_->Start(command.exportFolder, InputsOf(command));
+  exporter_->Start(command.exportFolder, InputsOf(command), parts_.market->Data().IsSimulated());
+}
+
+HandOverAnswer Commands::Exported(const QString& folder, const QString& problem, const QString& lacking) const {
+  if (!problem.isEmpty()) return {QStringLiteral("导出没有完成：%1").arg(problem), 1};
+  QStringList lines{parts_.market->Connection().QuotesProblem(), lacking};
+  lines.removeAll(QString());
+  const QString kind = parts_.market->Data().IsSimulated() ? QStringLiteral("（模拟行情）") : QString();
+  if (lines.isEmpty()) return {QStringLiteral("已导出到“%1”%2。").arg(folder, kind), 0};
+  return {QStringLiteral("已导出到“%1”%2，但数据不完整：\n%3").arg(folder, kind, lines.join(QLatin1Char('\n'))), 1};
 }
 
 void Commands::ImportFromMenu() {

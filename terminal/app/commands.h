@@ -45,6 +45,7 @@ class Commands {
   [[nodiscard]] HandOverAnswer Import(const QString& file);
   [[nodiscard]] HandOverAnswer ImportFile(const QString& file);
   void Export(const Command& command, const HandOverServer::Answer& answer);
+  [[nodiscard]] HandOverAnswer Exported(const QString& folder, const QString& problem, const QString& lacking) const;
 
   CommandParts parts_;
   CommandRunner runner_;

@@ -28,8 +28,8 @@ std::optional<std::uint64_t> Seed(const MarketData& data) {
 
 EmbeddedMarket::EmbeddedMarket(MarketData& data, DebugServers& log)
     : data_(data), log_(log), bus_(std::make_unique<InProcessBus>(Seed(data))), watcher_(data, log) {
-  connect(&watcher_, &QuotesWatcher::Reloaded, this, [this] { Q_EMIT QuotesChanged(ServeQuotes()); });
-  connect(&watcher_, &QuotesWatcher::Refused, this, &MarketConnection::QuotesChanged);
+  connect(&watcher_, &QuotesWatcher::Reloaded, this, [this] { Tell(ServeQuotes()); });
+  connect(&watcher_, &QuotesWatcher::Refused, this, &EmbeddedMarket::Tell);
   connect(&watcher_, &QuotesWatcher::FolderChanged, this, &MarketConnection::DataFolderChanged);
   connect(bus_.get(), &InProcessBus::PricesMoved, this, &EmbeddedMarket::FollowSimulation);
 }
@@ -42,7 +42,16 @@ MessageBus& EmbeddedMarket::Bus() {
 
 void EmbeddedMarket::Connect() {
   if (bus_->ConnectionState() == MessageBus::State::Connected) return;
-  if (const QString problem = ServeQuotes(); !problem.isEmpty()) Q_EMIT QuotesChanged(problem);
+  if (const QString problem = ServeQuotes(); !problem.isEmpty()) Tell(problem);
+}
+
+QString EmbeddedMarket::QuotesProblem() const {
+  return problem_.isEmpty() ? watcher_.MissingNow() : problem_;
+}
+
+void EmbeddedMarket::Tell(const QString& problem) {
+  problem_ = problem;
+  Q_EMIT QuotesChanged(problem);
 }
 
 QString EmbeddedMarket::ServeQuotes() {

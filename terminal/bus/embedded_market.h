@@ -25,16 +25,19 @@ class EmbeddedMarket final : public MarketConnection {
   [[nodiscard]] MessageBus& Bus() override;
   /// Serves the quotes of the data, unless some are served.
   void Connect() override;
+  [[nodiscard]] QString QuotesProblem() const override;
 
  private:
   /// Returns the reason when the service refuses the quotes, which is logged and leaves the bus as it was.
   QString ServeQuotes();
   void FollowSimulation();
+  void Tell(const QString& problem);
 
   MarketData& data_;
   DebugServers& log_;
   std::unique_ptr<InProcessBus> bus_;
   QuotesWatcher watcher_;
+  QString problem_;  ///< as last told
 };
 
 }  // namespace holdwise

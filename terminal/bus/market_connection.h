@@ -20,6 +20,9 @@ class MarketConnection : public QObject {
   /// Connects the bus and returns at once; the bus tells when it stands. Nothing happens while it is connected. Never
   /// throws: what keeps it from connecting is told by QuotesChanged.
   virtual void Connect() = 0;
+  /// Why the prices are not the latest at this moment, in words for the user, also when nobody has been told yet; empty
+  /// when they are.
+  [[nodiscard]] virtual QString QuotesProblem() const = 0;
 
  Q_SIGNALS:
   /// The prices are the latest from now on (empty), or why they are not, in words for the user.

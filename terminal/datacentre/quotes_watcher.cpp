@@ -16,6 +16,10 @@ constexpr int kSettleMilliseconds = 100;  // a plain copy arrives in several wri
 constexpr int kFolderSettleMilliseconds = 500;
 constexpr int kMissingMilliseconds = 1000;  // between removal and replacement
 
+QString NotUpdated(const QString& reason) {
+  return QStringLiteral("行情没有更新，继续使用原有行情。%1").arg(reason);
+}
+
 void SetUp(QTimer& timer, int milliseconds) {
   timer.setSingleShot(true);
   timer.setInterval(milliseconds);
@@ -100,8 +104,7 @@ void QuotesWatcher::Reload() {
   try {
     data_.ReloadQuotes();
   } catch (const Error& error) {
-    Refuse(QString::fromUtf8(error.what()));
-    return;
+    return Refuse(NotUpdated(QString::fromUtf8(error.what())));
   }
   Q_EMIT Reloaded();
 }
@@ -110,11 +113,16 @@ void QuotesWatcher::ReportMissing() {
   if (Now().quotes.Exists()) return;
   isMissing_ = true;
   seen_ = {};  // also the same file is news when it comes back
-  Refuse(QStringLiteral("行情数据文件“%1”不在了，放回后自动继续").arg(QDir::toNativeSeparators(quotesPath_)));
+  Refuse(MissingNow());
 }
 
-void QuotesWatcher::Refuse(const QString& text) {
-  const QString whole = QStringLiteral("行情没有更新，继续使用原有行情。%1").arg(text);
+QString QuotesWatcher::MissingNow() const {
+  if (Now().quotes.Exists()) return {};
+  return NotUpdated(
+      QStringLiteral("行情数据文件“%1”不在了，放回后自动继续").arg(QDir::toNativeSeparators(quotesPath_)));
+}
+
+void QuotesWatcher::Refuse(const QString& whole) {
   log_.WriteLog(whole);
   Q_EMIT Refused(whole);
 }

@@ -19,6 +19,8 @@ class QuotesWatcher final : public QObject {
  public:
   /// Starts watching `data.Folder()`; both must outlive it.
   QuotesWatcher(MarketData& data, DebugServers& log);
+  /// What Refused will say when quotes.dat is not there at this moment; empty when it is. One look at the file.
+  [[nodiscard]] QString MissingNow() const;
 
  Q_SIGNALS:
   /// New quotes have been taken over from the file.
@@ -41,7 +43,7 @@ class QuotesWatcher final : public QObject {
   void Reload();
   void ReportMissing();
   void Watch();
-  void Refuse(const QString& text);
+  void Refuse(const QString& whole);
 
   MarketData& data_;
   DebugServers& log_;

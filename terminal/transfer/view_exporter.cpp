@@ -25,6 +25,11 @@ constexpr int kLookMilliseconds = 50;
 constexpr int kQuietLooksAtView = 3;
 constexpr int kQuietLooksAtPortfolio = 1;
 
+void RemoveFile(const QString& path) {
+  if (!QFile::remove(path))
+    throw Error(ErrorCategory::Io, QStringLiteral("以前导出的文件“%1”不能删除。").arg(path).toStdString());
+}
+
 /// Grid names and portfolio ids become parts of file names.
 QString FileNamePart(QString text) {
   for (QChar& character : text)
@@ -56,9 +61,10 @@ ViewExporter::ViewExporter(ViewCatalogue& views, QWidget& picture, int settleMil
 
 ViewExporter::~ViewExporter() = default;
 
-void ViewExporter::Start(const QString& folder, std::vector<ViewInput> inputs) {
+void ViewExporter::Start(const QString& folder, std::vector<ViewInput> inputs, bool isSimulated) {
   folder_ = folder;
   inputs_ = std::move(inputs);
+  isSimulated_ = isSimulated;
   left_ = views_.List();
   std::reverse(left_.begin(), left_.end());
   shownBefore_ = views_.Current();
@@ -192,14 +198,24 @@ void ViewExporter::RemoveOld() const {
   for (const QString& file : folder.entryList({QStringLiteral("*.csv")}, QDir::Files)) {
     const QRegularExpressionMatch match = kOwnName.match(file);
     if (!match.hasMatch() || !gridNames_.contains(match.captured(1)) || tables_.contains(file)) continue;
-    if (QFile::remove(folder.filePath(file))) continue;
-    throw Error(ErrorCategory::Io,
-                QStringLiteral("以前导出的文件“%1”不能删除。").arg(folder.filePath(file)).toStdString());
+    RemoveFile(folder.filePath(file));
+  }
+}
+
+void ViewExporter::WriteNote() const {
+  const QString note = folder_ + QStringLiteral("/模拟行情.txt");
+  if (isSimulated_) {
+    const QString text =
+        QStringLiteral("本目录中的表格和图片出自模拟行情：价格和走势都是虚构的，不是真实市场的数据。\n");
+    WriteFileAtomically(note, text.toUtf8(), Durability::Replaceable);
+  } else if (QFile::exists(note)) {
+    RemoveFile(note);
   }
 }
 
 void ViewExporter::WroteAll() {
   RemoveOld();
+  WriteNote();
   QStringList lacking = views_.Incomplete();
   if (const QString shortcoming = views_.Shortcoming(); !shortcoming.isEmpty()) lacking.prepend(shortcoming);
   Finish({}, lacking.join(QLatin1Char('\n')));

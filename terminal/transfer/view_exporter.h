@@ -27,9 +27,10 @@ struct ViewInput {
 
 /// Visits every view of an address and writes what it shows into a folder: "<frame id>.png", each grid as
 /// "<frame id>-<grid>.csv", and the grid that follows the selected portfolio as "<frame id>-<grid>-<portfolio>.csv" for
-/// each portfolio. Of an earlier export into the same folder the tables of those of its grids stay no longer whose view
-/// or portfolio is gone; other files are left alone. Works along with the event loop; the user's mouse and keys do not
-/// reach the window meanwhile.
+/// each portfolio. Of a simulated market "模拟行情.txt" says so beside them. Of an earlier export into the same folder
+/// the tables of those of its grids stay no longer whose view or portfolio is gone, nor that note when the market is
+/// none; other files are left alone. Works along with the event loop; the user's mouse and keys do not reach the window
+/// meanwhile.
 class ViewExporter : public QObject {
  public:
   /// Longest time that one view or portfolio may take to settle without coming any further.
@@ -45,7 +46,8 @@ class ViewExporter : public QObject {
   /// @param folder is made when missing
   /// @param inputs are set one after the other, in this order, when their view is shown and before it is written; one
   /// that is refused, or whose view does not exist, ends the export
-  void Start(const QString& folder, std::vector<ViewInput> inputs = {});
+  /// @param isSimulated of the market that the views show
+  void Start(const QString& folder, std::vector<ViewInput> inputs = {}, bool isSimulated = false);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -60,6 +62,7 @@ class ViewExporter : public QObject {
   void WriteGrid(const QString& name, const GridText& grid);
   /// Tables of an earlier export that this one did not write again.
   void RemoveOld() const;
+  void WriteNote() const;
   void Wait(void (ViewExporter::*whenSettled)(), int quietLooks, const QString& forWhat);
   void WroteAll();
   void Finish(const QString& problem, const QString& lacking = {});
@@ -70,6 +73,7 @@ class ViewExporter : public QObject {
   QString folder_;
   std::vector<ViewCatalogue::View> left_;  ///< views to visit, the next one last
   std::vector<ViewInput> inputs_;          ///< those not yet set
+  bool isSimulated_ = false;
   ViewCatalogue::View view_;
   int shownBefore_ = 0;
   QString followingGrid_;

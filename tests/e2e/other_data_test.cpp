@@ -109,6 +109,18 @@ TEST_F(OtherData, FilesOfAnotherBuildAreNamed) {
   }
 }
 
+TEST_F(OtherData, ASimulatedMarketIsSaidByTheExport) {
+  Build("2024-05-31");
+  const Outcome real = Export(Import());
+  EXPECT_FALSE(real.out.contains("模拟行情")) << real.out.toStdString();
+  EXPECT_FALSE(QFile::exists(bench_.File("out/模拟行情.txt")));
+  market_.Build(bench_.data, {"--date", "2024-05-31", "--simulated", "--replace"});
+  const Outcome simulated = Export();
+  EXPECT_EQ(simulated.exitCode, 0) << simulated.err.toStdString();
+  EXPECT_TRUE(simulated.out.contains("（模拟行情）")) << simulated.out.toStdString();
+  EXPECT_TRUE(QFile::exists(bench_.File("out/模拟行情.txt")));
+}
+
 TEST_F(OtherData, WhatOfAnOlderFolderIsMissingIsSaid) {
   Build("2024-05-31");
   ASSERT_EQ(Export(Import()).exitCode, 0);

@@ -89,6 +89,31 @@ TEST_F(Build, NeverReplacesAFolderOfAnotherKind) {
   EXPECT_EQ(Run().error, "") << "an empty folder may be used";
 }
 
+TEST_F(Build, ReplacesDataOfTheOtherKindOnlyWhenTold) {
+  for (const bool isSimulated : {true, false}) {
+    options_.outFolder = files_.Path(isSimulated ? QStringLiteral("real") : QStringLiteral("made_up"));
+    options_.isSimulated = !isSimulated;
+    EXPECT_EQ(Run().error, "");
+    const QString market = isSimulated ? QStringLiteral("real/market.dat") : QStringLiteral("made_up/market.dat");
+    const QByteArray old = files_.Read(market);
+    options_.isSimulated = isSimulated;
+    const std::string error = Run().error;
+    EXPECT_NE(error.find(isSimulated ? "里是真实行情，没有用虚构数据替换它" : "里是虚构数据，没有用真实行情替换它"),
+              std::string::npos)
+        << error;
+    EXPECT_NE(error.find("--replace"), std::string::npos) << error;
+    EXPECT_EQ(files_.Read(market), old);
+    options_.mayReplaceOtherKind = true;
+    EXPECT_EQ(Run().error, "");
+    EXPECT_NE(files_.Read(market), old);
+    options_.mayReplaceOtherKind = false;
+    EXPECT_EQ(Run().error, "") << "the same kind needs no word";
+    files_.Write(market, "damaged");
+    options_.isSimulated = !isSimulated;
+    EXPECT_EQ(Run().error, "") << "what cannot be read is nobody's";
+  }
+}
+
 TEST_F(Build, ReplacesTheFolderBehindALink) {
   options_.outFolder = files_.Path(QStringLiteral("disk/real"));
   EXPECT_EQ(Run().error, "");
@@ -96,6 +121,7 @@ TEST_F(Build, ReplacesTheFolderBehindALink) {
   const QByteArray old = files_.Read(QStringLiteral("out/market.dat"));
   options_.outFolder = files_.Path(QStringLiteral("out"));
   options_.isSimulated = true;
+  options_.mayReplaceOtherKind = true;
   EXPECT_EQ(Run().error, "");
   EXPECT_TRUE(QFileInfo(files_.Path(QStringLiteral("out"))).isSymLink());
   EXPECT_NE(files_.Read(QStringLiteral("disk/real/market.dat")), old);

@@ -79,7 +79,7 @@ TEST(Program, HelpNamesEveryOption) {
   const Result help = RunProgram({QStringLiteral("build"), QStringLiteral("--help")});
   EXPECT_EQ(help.exitCode, 0);
   for (const char* option : {"--bars", "--indices", "--securities", "--dates", "--rates", "--quotes", "--estimates",
-                             "--date", "--days", "--out", "--simulated"}) {
+                             "--date", "--days", "--out", "--simulated", "--replace"}) {
     EXPECT_TRUE(help.out.contains(option)) << option;
   }
   EXPECT_FALSE(help.out.contains("Options") || help.out.contains("REQUIRED")) << "one language";

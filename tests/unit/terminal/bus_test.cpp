@@ -191,11 +191,16 @@ TEST_F(EmbeddedMarketTest, AFolderThatIsGoneIsToldUntilItIsBack) {
   Start(false);
   QSignalSpy spy(market_.get(), &EmbeddedMarket::QuotesChanged);
   const QString away = folder_.Path() + QStringLiteral(".away");
+  EXPECT_EQ(market_->QuotesProblem(), QString());
   ASSERT_TRUE(QDir().rename(folder_.Path(), away));
+  const QString problem = market_->QuotesProblem();
+  EXPECT_TRUE(problem.contains(QStringLiteral("quotes.dat”不在了"))) << "at once";
   EXPECT_TRUE(QTest::qWaitFor([&] { return !spy.isEmpty(); }, 30000));
-  EXPECT_TRUE(spy.last().first().toString().contains(QStringLiteral("不在了")));
+  EXPECT_EQ(spy.last().first().toString(), problem);
   ASSERT_TRUE(QDir().rename(away, folder_.Path()));
+  EXPECT_EQ(market_->QuotesProblem(), problem) << "nobody has read it again yet";
   EXPECT_TRUE(QTest::qWaitFor([&] { return spy.last().first().toString().isEmpty(); }, 30000));
+  EXPECT_EQ(market_->QuotesProblem(), QString());
 }
 
 TEST_F(EmbeddedMarketTest, SimulatedPricesReachTheDataCentre) {

@@ -74,7 +74,7 @@ QByteArray ContentOf(const QString& path) {
 
 /// How often and with what an export of the views into a folder ended: "done", the problem, "|", what is lacking.
 QStringList Export(FakeViews& views, const QString& folder, const std::vector<ViewInput>& inputs = {},
-                   std::optional<int> settleMilliseconds = {}) {
+                   std::optional<int> settleMilliseconds = {}, bool isSimulated = false) {
   QWidget picture;
   picture.resize(30, 20);
   const auto exporter = settleMilliseconds ? std::make_unique<ViewExporter>(views, picture, *settleMilliseconds)
@@ -83,7 +83,7 @@ QStringList Export(FakeViews& views, const QString& folder, const std::vector<Vi
   exporter->OnDone = [&ends](const QString& problem, const QString& lacking) {
     ends.append("done" + problem + '|' + lacking);
   };
-  exporter->Start(folder, inputs);
+  exporter->Start(folder, inputs, isSimulated);
   EXPECT_TRUE(QTest::qWaitFor([&] { return !ends.isEmpty(); }, 30000));
   return ends;
 }
@@ -100,6 +100,16 @@ TEST(ViewExporterTest, VisitsEveryViewAndPortfolio) {
   EXPECT_EQ(ContentOf(out.filePath("1-g_1.csv")), "t\n1\n");
   EXPECT_EQ(ContentOf(out.filePath("2-g_1-12.csv")), "t\n2-12\n");
   EXPECT_EQ(views.Current(), 2);
+}
+
+TEST(ViewExporterTest, ASimulatedMarketIsSaidBesideTheTables) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  EXPECT_EQ(Export(views, folder.path(), {}, {}, true), QStringList{"done|"});
+  const QString note = folder.filePath("模拟行情.txt");
+  EXPECT_TRUE(ContentOf(note).contains("虚构"));
+  EXPECT_EQ(Export(views, folder.path()), QStringList{"done|"});
+  EXPECT_FALSE(QFile::exists(note));
 }
 
 TEST(ViewExporterTest, TablesOfAnEarlierExportGoOtherFilesStay) {

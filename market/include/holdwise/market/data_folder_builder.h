@@ -22,7 +22,8 @@ struct BuildOptions {
   int currentDate = 0;  ///< YYYYMMDD, the market's current date; 0 = last date of the index bars
   int days = 250;       ///< trading days in the window, at least 1
   bool isSimulated = false;
-  unsigned threads = 0;  ///< 0 = as many as the machine runs at once
+  bool mayReplaceOtherKind = false;  ///< a simulated market may take the place of a real one, and the other way round
+  unsigned threads = 0;              ///< 0 = as many as the machine runs at once
 };
 
 /// What was done.
@@ -47,7 +48,7 @@ struct BuildObserver {
 /// which no line can be used is left out whole. The folder is replaced at the very end in one step; other files that
 /// the old folder holds (accounts.dat, groups.dat) move on into the new one. Stops with an Error, leaving the old
 /// folder as it is, when a named file or folder is missing or unreadable, an index is missing, or nothing is left to
-/// write.
+/// write; Error(Refused) too when the folder holds data of the other kind (simulated or not) and may not be replaced.
 BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& observer = {});
 
 }  // namespace holdwise
