@@ -2,6 +2,7 @@
 #include "holdwise/market/market_rules.h"
 
 #include <algorithm>
+#include <string>
 
 namespace holdwise {
 
@@ -83,15 +84,16 @@ std::optional<std::string> ParseStockCode(std::string_view text) {
 }
 
 int ParseIndexNumber(std::string_view text, bool onlyIndicesAreMeant) {
-  if (text == "1") return 1;
+  constexpr int kCsi300 = kIndexNumbers[2];
+  if (text == "1") return kCompositeIndex;
   const std::optional<NamedCode> code = ParseNamedCode(text);
   if (!code) return 0;
   const bool isShanghai = code->market == 1 || (code->market == 0 && onlyIndicesAreMeant);
-  if (isShanghai && code->digits == "000001") return 1;
-  if (isShanghai && code->digits == "000300") return 399300;
+  if (isShanghai && code->digits == "000001") return kCompositeIndex;
+  if (isShanghai && code->digits == "000300") return kCsi300;  // Shanghai's own code of it
   if (code->market == 1) return 0;
-  if (code->digits == "399001") return 399001;
-  return code->digits == "399300" ? 399300 : 0;
+  const int number = std::stoi(code->digits);
+  return number != kCompositeIndex && IsIndexNumber(number) ? number : 0;
 }
 
 }  // namespace holdwise

@@ -6,12 +6,14 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <map>
 #include <vector>
 
 #include "holdwise/market/folder_swap.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/market/random.h"
+#include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/error.h"
 #include "holdwise/packet/thread_annotations.h"
@@ -275,10 +277,12 @@ void WriteSimulatedMarket(const SimulationOptions& options, const std::function<
   const std::vector<SimulatedSecurity> securities = SimulatedSecurities(options.securities);
   const Factors factors = MakeFactors(options, securities);
 
-  constexpr std::pair<int, double> kFirstLevels[] = {{1, 3000.0}, {399001, 9500.0}, {399300, 3500.0}};
-  for (const auto& [number, level] : kFirstLevels) {
+  constexpr double kFirstLevels[] = {3000, 9500, 3500};  // in the order of kIndexNumbers
+  static_assert(std::size(kFirstLevels) == std::size(kIndexNumbers));
+  for (std::size_t index = 0; index < std::size(kIndexNumbers); ++index) {
+    const int number = kIndexNumbers[index];
     WriteFile(folder + QStringLiteral("indices/%1.csv").arg(number),
-              MakeIndex(level, factors, SubSeed(options.seed, static_cast<std::uint64_t>(number))));
+              MakeIndex(kFirstLevels[index], factors, SubSeed(options.seed, static_cast<std::uint64_t>(number))));
   }
   std::vector<int> listDates(securities.size());
   struct {

@@ -14,6 +14,8 @@ struct BaseDataFamily {
   bool isIndex = false;  ///< holds the three indices; each row names its own
   bool isToday = false;  ///< adds to what is stored
 };
+/// By the parts of the name that tell a family, wherever they stand in it; a name without any of them is of none: it
+/// replaces nothing. Pure.
 [[nodiscard]] BaseDataFamily ClassifyBaseData(const QString& remoteName);
 
 /// The trading date that many trading days back, YYYYMMDD.

@@ -29,6 +29,7 @@ class PageSide {
   /// Texts for the user about plug-ins that do not run.
   [[nodiscard]] const QStringList& Problems() const { return plugins_.Problems(); }
 
+  /// Is there an address of exactly that name? None before LoadPlugins but those of the host's own pages.
   [[nodiscard]] bool HasAddress(const QString& name) const;
   /// Enters an address; empty: the one with views, if there is one. False when there is no such address.
   [[nodiscard]] bool GoTo(const QString& address, const QString& parameter);

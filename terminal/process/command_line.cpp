@@ -10,6 +10,8 @@
 #include <QStandardPaths>
 #include <algorithm>
 
+#include "holdwise/packet/code_numbers.h"
+
 namespace holdwise {
 namespace {
 
@@ -20,7 +22,11 @@ QString Absolute(const QString& path) {
 constexpr const char* kValueOptions[] = {"data",      "work",   "db",     "bus",    "theme",       "address",
                                          "parameter", "import", "export", "stress", "stress-index"};
 
-const QStringList kStressIndices = {QStringLiteral("1"), QStringLiteral("399001"), QStringLiteral("399300")};
+QStringList StressIndices() {
+  QStringList numbers;
+  for (const int number : kIndexNumbers) numbers.append(QString::number(number));
+  return numbers;
+}
 
 /// A number as it can be typed into the view's entry.
 bool IsPercent(const QString& text) {
@@ -76,7 +82,7 @@ QString StressProblem(const Command& command) {
   const QString& index = command.stressIndex;
   if (!percent.isEmpty() && !IsPercent(percent))
     return QStringLiteral("--stress 要是百分数，例如 -10 或 5.5，不能是“%1”。").arg(percent);
-  if (!index.isEmpty() && !kStressIndices.contains(index))
+  if (!index.isEmpty() && !StressIndices().contains(index))
     return QStringLiteral("--stress-index 只能是 1、399001 或 399300，不能是“%1”。").arg(index);
   if (command.exportFolder.isEmpty() && !(percent.isEmpty() && index.isEmpty()))
     return QStringLiteral("--stress 和 --stress-index 只用于导出，请同时用 --export 指定目录。");

@@ -7,18 +7,13 @@
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/text_file.h"
+#include "import_statements.h"
 #include "portfolio_csv.h"
 
 namespace holdwise {
 namespace {
 
 constexpr std::int64_t kMaxFileBytes = 16LL << 20;
-constexpr char kCountName[] = "select count(COMNAME) from alg_commain where COMNAME='";
-constexpr char kNewId[] = "select gen_id(ALG_ROWID_MAIN,1) from rdb$database";
-constexpr char kInsertHolding[] =
-    "insert into alg_comdetail (ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE) values (gen_id(ALG_ROWID_DETAIL,1),";
-constexpr char kInsertPortfolio[] =
-    "insert into alg_commain (ID,COMNAME,ZSCLOSEPRICE,MBSYL,FC,BETA,ISFINISHED,EDITDATE,SAVEFLAG)values(";
 
 /// What a portfolio is measured from.
 struct Purchase {
@@ -47,19 +42,17 @@ double Cost(const CsvHolding& holding) {
 }
 
 void InsertPortfolio(UserDataServices& database, const CsvPortfolio& portfolio, const Purchase& purchase) {
-  const std::int64_t id = database.Count(QString::fromLatin1(kNewId));
+  const std::int64_t id = database.Count(import_sql::kNextPortfolioId);
   if (id <= 0) throw Error(ErrorCategory::Database, "数据库没有给出新的组合编号");
   double total = 0;
   for (const CsvHolding& holding : portfolio.holdings) total += Cost(holding);
   for (const CsvHolding& holding : portfolio.holdings) {
-    const QStringList values = {QString::number(id), QString::number(holding.codeNumber), holding.quantity,
-                                ShortestText(Cost(holding) / total), holding.price};
-    MustExecute(database, QLatin1String(kInsertHolding) + values.join(QLatin1Char(',')) + QLatin1Char(')'));
+    MustExecute(database,
+                import_sql::InsertHolding({QString::number(id), QString::number(holding.codeNumber), holding.quantity,
+                                           ShortestText(Cost(holding) / total), holding.price}));
   }
-  // The name cannot hold a quote: its characters have been checked.
-  MustExecute(database, QStringLiteral("%1%2,'%3',%4,0,0,0,0,'%5',1)")
-                            .arg(QLatin1String(kInsertPortfolio), QString::number(id), portfolio.name,
-                                 purchase.indexClose, purchase.date));
+  MustExecute(database,
+              import_sql::InsertPortfolio({QString::number(id), portfolio.name, purchase.indexClose, purchase.date}));
 }
 
 std::vector<int> HeldStocks(const std::vector<CsvPortfolio>& portfolios) {
@@ -84,7 +77,7 @@ QStringList UnpricedStocks(const std::vector<int>& stocks, const TDataCenter& da
 
 void FindTakenNames(UserDataServices& database, const CsvPortfolios& file, std::vector<ImportProblem>& problems) {
   for (const CsvPortfolio& portfolio : file.portfolios) {
-    if (database.Count(QLatin1String(kCountName) + portfolio.name + QLatin1Char('\'')) != 0) {
+    if (database.Count(import_sql::CountPortfolios(portfolio.name)) != 0) {
       problems.push_back({portfolio.line, QStringLiteral("已有名称为“%1”的组合").arg(portfolio.name)});
     }
   }

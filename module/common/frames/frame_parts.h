@@ -71,6 +71,7 @@ class TitleStrip : public PictureStrip {
 
   TitleStrip(const QString& caption, const QFont& font, QPoint place, QWidget* parent);
   [[nodiscard]] QLabel& Caption() const { return *caption_; }
+  /// Replaces the caption; empty for none. The notice makes way for it.
   void SetCaption(const QString& caption);
   /// A line about the figures below, with the whole story under the mouse; the empty text takes it away. It keeps clear
   /// of the caption.

@@ -24,6 +24,7 @@ class HoldingsPanel : public FramePart {
   HoldingsPanel(const Design& design, QWidget* parent);
 
   [[nodiscard]] TStringGrid& Grid() const { return *grid_; }
+  /// Replaces the caption of the title strip; empty for none.
   void SetCaption(const QString& caption);
   /// A line about the holdings in the title strip, with the whole story under the mouse; empty for none.
   void SetNotice(const QString& text, const QString& hint);
