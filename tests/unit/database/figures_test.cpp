@@ -1,77 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include <gtest/gtest.h>
-
 #include <QProcess>
-#include <cmath>
 #include <random>
 
-#include "database_texts.h"
-#include "temp_database.h"
+#include "figures_fixture.h"
 
 using namespace holdwise;
 using namespace holdwise::test;
 
 namespace {
-
-const char* const kColumns[] = {"FC", "ZHBZC", "BETA", "ALPHA", "SHARP", "TREYNOR"};
-
-class Figures : public testing::Test {
- protected:
-  FirebirdUserData& Service() { return database_.Service(); }
-  void AddIndexDays(const std::vector<double>& returns) {
-    for (std::size_t i = 0; i < returns.size(); ++i) {
-      Service().Execute(
-          InsertStatistic({.code = 1, .date = 20260101 + static_cast<int>(i), .dailyReturn = returns[i]}));
-    }
-  }
-  void AddDay(int code, int day, double value) {
-    Service().Execute(InsertStatistic({.code = code, .date = 20260101 + day, .dailyReturn = value}));
-  }
-  void AddPortfolio() { Service().Execute(InsertPortfolio(1, QStringLiteral("甲"))); }
-  void AddHolding(int code, const QString& weight) {
-    Service().Execute(InsertHolding("1", QString::number(code), "100", weight));
-  }
-  void AddRate(const QString& percent) {
-    Service().Execute(QStringLiteral(
-        "insert into alg_rmbinterestrate (ID,DEPOSITTYPE,TERM,INTEREST) values (1,'定期存款整存整取','三个月',9)"));
-    Service().Execute(
-        QStringLiteral(
-            "insert into alg_rmbinterestrate (ID,DEPOSITTYPE,TERM,INTEREST) values (2,'定期存款整存整取','一年',%1)")
-            .arg(percent));
-  }
-  std::vector<double> Run() {
-    EXPECT_EQ(Service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)")), 1);
-    const ResultSet row = Service().Query(QStringLiteral("select * from alg_commain where ID = 1"));
-    EXPECT_EQ(row.IntegerAt(0, row.Column("ISFINISHED")), 1);
-    std::vector<double> figures;
-    for (const char* column : kColumns) figures.push_back(row.RealAt(0, row.Column(column)));
-    return figures;
-  }
-  /// "CALCDATE,LACKING" of the portfolio.
-  std::string Dates() {
-    const ResultSet row = Service().Query(QStringLiteral("select CALCDATE, LACKING from alg_commain where ID = 1"));
-    return (row.IsNull(0, 0) ? "none" : row.TextAt(0, 0).toStdString()) + "," + row.TextAt(0, 1).toStdString();
-  }
-  /// As the file of the index is taken in: its rows are replaced, here by the same ones.
-  void ReloadIndex() {
-    Service().StartTransaction();
-    Service().Execute(QStringLiteral("delete from alg_stockstatistic where secucode = 1"));
-    AddIndexDays({0.01, -0.01, 0.03});
-    Service().Commit();
-  }
-  std::int64_t UnfinishedOn(const char* date) {
-    Service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('%1')").arg(QLatin1String(date)));
-    return Service().Count(QStringLiteral("select Count(ID) from alg_commain where isFinished = 0"));
-  }
-  static void ExpectFigures(const std::vector<double>& found, const std::vector<double>& expected) {
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-      EXPECT_NEAR(found[i], expected[i], std::abs(expected[i]) * 1e-9 + 1e-18) << kColumns[i];
-    }
-  }
-
- private:
-  TempDatabase database_;
-};
 
 // Index returns 0.01, -0.01, 0.03: mean 0.01, variance ((0)^2 + 0.02^2 + 0.02^2) / 2 = 0.0004.
 // Portfolio 0.5 a + 0.5 b with a = 0.02, -0.04, 0.06 and b = 0.00, 0.02, 0.02: 0.01, -0.01, 0.04.
@@ -368,106 +304,6 @@ TEST_F(Figures, TheDateIsThatOfTheOldestInput) {
     Run();
     EXPECT_EQ(Dates(), one.dates);
   }
-}
-
-TEST_F(Figures, WhatLacksSomethingIsAskedForAgainUntilItIsThere) {
-  AddIndexDays({0.01, -0.01, 0.03});
-  AddDay(1600000, 1, 0.01);
-  AddRate("0");
-  AddPortfolio();
-  AddHolding(1600000, "0.5");
-  AddHolding(1000001, "0.5");
-  Run();
-  EXPECT_EQ(UnfinishedOn("2026-01-03"), 1);
-  ReloadIndex();
-  Run();
-  EXPECT_EQ(UnfinishedOn("2026-01-03"), 1);
-  AddDay(1000001, 1, 0.02);
-  Run();
-  EXPECT_EQ(UnfinishedOn("2026-01-03"), 0);
-}
-
-TEST_F(Figures, OtherPortfoliosStayAsTheyAre) {
-  AddIndexDays({0.01, -0.01});
-  AddPortfolio();
-  Service().Execute(InsertPortfolio(2, QStringLiteral("乙")));
-  Run();
-  EXPECT_EQ(Service().Count(QStringLiteral("select ID from alg_commain where isFinished = 0")), 2);
-}
-
-TEST_F(Figures, FiguresOfAnotherDateThanTodayAreUnfinished) {
-  AddIndexDays({0.01, -0.01, 0.03});  // up to 2026-01-03
-  AddPortfolio();
-  Run();
-  const QString unfinished = QStringLiteral("select Count(ID) from alg_commain where isFinished = 0");
-  Service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('2026-01-03')"));
-  EXPECT_EQ(Service().Count(unfinished), 0);
-  Service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('2025-12-31')"));
-  EXPECT_EQ(Service().Count(unfinished), 1);
-  Run();
-  Service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('2026-01-04')"));
-  EXPECT_EQ(Service().Count(unfinished), 1);
-  for (const char* bad : {"", "20260104", "2026-13-01", "2026-02-30", "heute1-2-3", "2026-1-004"}) {
-    EXPECT_THROW(Service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('%1')").arg(QLatin1String(bad))),
-                 Error)
-        << bad;
-  }
-}
-
-/// A Sunday, or a day whose bar of the index is missing: the figures end before it after every calculation.
-TEST_F(Figures, ADateWithoutARowOfTheIndexIsAskedForOnce) {
-  AddIndexDays({0.01, -0.01, 0.03});  // up to 2026-01-03
-  AddPortfolio();
-  Run();
-  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
-  ReloadIndex();
-  Run();
-  EXPECT_EQ(UnfinishedOn("2026-01-04"), 0);
-  // What is new is unfinished by itself, and finishing it is final too.
-  Service().Execute(InsertPortfolio(2, QStringLiteral("乙")));
-  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
-  Service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,2)"));
-  EXPECT_EQ(UnfinishedOn("2026-01-04"), 0);
-  EXPECT_EQ(UnfinishedOn("2026-01-05"), 2);
-}
-
-TEST_F(Figures, ADateIsAskedForAgainUntilTheIndexIsLoaded) {
-  AddIndexDays({0.01, -0.01, 0.03});
-  AddPortfolio();
-  Run();
-  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
-  Run();  // the file of the index could not be had
-  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
-  ReloadIndex();
-  Run();
-  EXPECT_EQ(UnfinishedOn("2026-01-04"), 0);
-}
-
-TEST_F(Figures, AskingThatWasRolledBackIsAskedForAgain) {
-  AddIndexDays({0.01, -0.01, 0.03});
-  AddPortfolio();
-  Run();
-  Service().StartTransaction();
-  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
-  Service().RollBack();
-  EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
-}
-
-TEST_F(Figures, WithoutAnyIndexADateIsAskedForUntilThereIsOne) {
-  AddPortfolio();
-  for (int time = 0; time < 3; ++time) {
-    Service().Execute(QStringLiteral("execute procedure SP_GETBETA(1,1)"));
-    EXPECT_EQ(UnfinishedOn("2026-01-04"), 1);
-  }
-  ReloadIndex();
-  Run();
-  EXPECT_EQ(UnfinishedOn("2026-01-04"), 0);
-}
-
-TEST_F(Figures, FinishedWithoutFiguresIsUnfinishedAgain) {
-  Service().Execute(InsertPortfolio(1, QStringLiteral("甲"), 1));
-  Service().Execute(QStringLiteral("execute procedure INITFIRSTCALC('1990-01-01')"));
-  EXPECT_EQ(Service().Count(QStringLiteral("select Count(ID) from alg_commain where isFinished = 0")), 1);
 }
 
 /// Ten holdings, 250 days, gaps (one of them on the first day), one holding without statistics; the figures by numpy
