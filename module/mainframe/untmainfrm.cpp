@@ -46,6 +46,11 @@ bool IsLive(int frameId) {
   return node != nullptr && node->isLive;
 }
 
+TFigureBasis BasisOf(int frameId) {
+  const TNodeData* node = FindNode(frameId);
+  return node == nullptr ? TFigureBasis() : node->basis;
+}
+
 QString Unit() {
   return QStringLiteral("untmainfrm");
 }
@@ -215,14 +220,14 @@ void TMainFrm::SendInit() {
 void TMainFrm::ShowNotice(bool readAgain) {
   const bool concernsSaved = FCurFrame != nullptr && RestOf(FCurFrame->Tag()) == RestsOn::Saved;
   if (!concernsSaved) return RzPanel3->SetNotice({}, {});
-  if (readAgain) incomplete_ = PortfoliosLackingStoredInputs(Database());
-  // Only a live view shows what rests on prices, and only when they are in.
-  const bool showsPrices = arePricesShown_ && IsLive(FCurFrame->Tag());
-  const auto stored = showsPrices ? WithThoseLackingPrices(incomplete_, Database()) : incomplete_;
+  const TFigureBasis basis = BasisOf(FCurFrame->Tag());
+  if (!basis.isStored) incomplete_.clear();
+  if (readAgain && basis.isStored) incomplete_ = PortfoliosLackingStoredInputs(Database());
+  const PricesUsed shown = arePricesShown_ ? basis.prices : PricesUsed::None;
   const ViewNotice own = FCurFrame->Notice();
-  const auto all = Together(stored, own.lacking);
+  const auto all = Together(WithThoseLackingPrices(incomplete_, shown, Database()), own.lacking);
   QStringList texts{own.text, NoticeOf(all)};
-  QStringList hints{own.hint, HintOf(all), all.empty() ? QString() : CalculationProblem()};
+  QStringList hints{own.hint, HintOf(all), all.empty() || !basis.isStored ? QString() : CalculationProblem()};
   texts.removeAll(QString());
   hints.removeAll(QString());
   RzPanel3->SetNotice(texts.join(QStringLiteral("；")), hints.join(QLatin1Char('\n')));

@@ -64,7 +64,8 @@ QString HoldwiseViewCatalogue::Shortcoming() const {
 
 QStringList HoldwiseViewCatalogue::Incomplete() const {
   if (mainFrame_.isNull()) return {};
-  auto lacking = WithThoseLackingPrices(PortfoliosLackingStoredInputs(Database()), Database());
+  auto lacking =
+      WithThoseLackingPrices(PortfoliosLackingStoredInputs(Database()), PricesUsed::LatestAndCloses, Database());
   const QStringList lines = mainFrame_->NoticesOfViews(lacking);
   return lines + LinesOf(lacking);
 }

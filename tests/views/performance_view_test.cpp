@@ -195,7 +195,7 @@ TEST_F(PerformanceView, AHoldingOnItsFirstTradingDayLeavesThePortfolioWithoutACh
   EXPECT_EQ(portfolios->Cells(kValue, 1), QStringLiteral("3400.00"));
   EXPECT_EQ(portfolios->Cells(kDayChange, 1), QStringLiteral("0"));
   EXPECT_NE(portfolios->Cells(kDayChange, 0), QStringLiteral("0"));
-  const QStringList lines = LinesOf(PortfoliosLackingPrices(Database()));
+  const QStringList lines = LinesOf(PortfoliosLackingPrices(PricesUsed::LatestAndCloses, Database()));
   ASSERT_EQ(lines.size(), 1);
   EXPECT_TRUE(lines.first().startsWith(QStringLiteral("甲：")) && lines.first().contains(QStringLiteral("000002")) &&
               lines.first().contains(QStringLiteral("没有昨收盘价")) &&
@@ -216,7 +216,7 @@ TEST_F(PerformanceView, AHoldingWithoutAPriceCountsInTheGainWithItsCostAndIsName
   EXPECT_EQ(portfolios->Cells(kGain, 1), QStringLiteral("-1000.00"));
   EXPECT_EQ(portfolios->Cells(kGainRate, 1), QStringLiteral("-50.00"));
   EXPECT_EQ(portfolios->Cells(kGain, 0), QStringLiteral("500.00"));
-  const QStringList lines = LinesOf(PortfoliosLackingPrices(Database()));
+  const QStringList lines = LinesOf(PortfoliosLackingPrices(PricesUsed::LatestAndCloses, Database()));
   ASSERT_EQ(lines.size(), 1);
   EXPECT_TRUE(lines.first().startsWith(QStringLiteral("甲：平安银行(000001)没有最新价")))
       << lines.first().toStdString();

@@ -43,8 +43,10 @@ TMissingCodes WithoutBeta() {
 
 }  // namespace
 
-std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& database) {
+std::vector<IncompletePortfolio> PortfoliosLackingPrices(PricesUsed used, DatabaseStatements& database) {
+  if (used == PricesUsed::None) return {};
   const TMissingCodes prices = g_NowPrice ? g_NowPrice->HoldingsWithoutPrice() : TMissingCodes();
+  if (used == PricesUsed::Latest) return SavedPortfoliosOf({{Lack::NoPrice, prices}}, database);
   const TMissingCodes weekCloses = g_ClosePrice ? g_ClosePrice->HoldingsWithoutWeekClose() : TMissingCodes();
   const TMissingCodes monthCloses = g_ClosePrice ? g_ClosePrice->HoldingsWithoutMonthClose() : TMissingCodes();
   return SavedPortfoliosOf({{Lack::NoPrice, prices},
@@ -79,9 +81,9 @@ std::vector<IncompletePortfolio> PortfoliosLackingStoredInputs(DatabaseStatement
   return Together(IncompletePortfolios(database), DoubtfulPurchases(database));
 }
 
-std::vector<IncompletePortfolio> WithThoseLackingPrices(std::vector<IncompletePortfolio> portfolios,
+std::vector<IncompletePortfolio> WithThoseLackingPrices(std::vector<IncompletePortfolio> portfolios, PricesUsed used,
                                                         DatabaseStatements& database) {
-  return Together(std::move(portfolios), PortfoliosLackingPrices(database));
+  return Together(std::move(portfolios), PortfoliosLackingPrices(used, database));
 }
 
 }  // namespace holdwise

@@ -6,11 +6,19 @@
 
 namespace holdwise {
 
-/// The saved portfolios with holdings whose price or previous close is not known, or whose close of the week or month
-/// before is not known while another holding's is, latest portfolio first: their value (change of the day, week, month)
-/// is not what it says. Nothing before the shared objects exist, and of prices nothing before the first reply. What a
-/// failing statement throws reaches the caller. User-interface thread.
-[[nodiscard]] std::vector<IncompletePortfolio> PortfoliosLackingPrices(DatabaseStatements& database);
+/// Which prices figures rest on.
+enum class PricesUsed {
+  None,
+  Latest,
+  LatestAndCloses  ///< the previous closes and those of the week and month before, too
+};
+
+/// The saved portfolios with holdings whose price is not known or, where the closes are used, whose previous close is
+/// not known, or whose close of the week or month before is not known while another holding's is, latest portfolio
+/// first: their value (change of the day, week, month) is not what it says. Nothing before the shared objects exist,
+/// and of prices nothing before the first reply. What a failing statement throws reaches the caller. User-interface
+/// thread.
+[[nodiscard]] std::vector<IncompletePortfolio> PortfoliosLackingPrices(PricesUsed used, DatabaseStatements& database);
 /// The saved portfolios with holdings whose previous close is not known, or whose beta counted as 0 in the last stress
 /// test because the index's risk table lacks it (of betas nothing while there is no such table): latest first. Throws
 /// like the above.
@@ -25,6 +33,6 @@ namespace holdwise {
 /// Those portfolios and the ones that lack prices as one list: of a portfolio in both, what it lacks of prices comes
 /// last. Errors and thread as above.
 [[nodiscard]] std::vector<IncompletePortfolio> WithThoseLackingPrices(std::vector<IncompletePortfolio> portfolios,
-                                                                      DatabaseStatements& database);
+                                                                      PricesUsed used, DatabaseStatements& database);
 
 }  // namespace holdwise
