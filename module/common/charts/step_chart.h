@@ -32,6 +32,7 @@ inline constexpr int kBars = kSteps * kBarsOfAStep;
 struct StepChart {
   std::array<ChartStep, kSteps> steps;
   QString subject;       ///< what the chart is about
+  QString note{};        ///< a line above everything, about the figures as a whole; empty for none
   bool isEmpty = false;  ///< no bars, only the text of each total
 };
 

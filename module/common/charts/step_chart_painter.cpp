@@ -57,6 +57,7 @@ void PaintFormula(QPainter& painter, const ChartStep& step, const StepPlaces& pl
     const int left = places.formula.left() + metrics.horizontalAdvance(formula.left(at));
     // The blurred edges of the sign go with it.
     painter.fillRect(sign.translated(left, baseline).adjusted(-1, -1, 1, 1), palette.background);
+    // The square of the sign itself, not as high as its line: intended, a legend reads as squares between the words.
     painter.fillRect(sign.translated(left, baseline), palette.Of(colors[term]));
     at = formula.indexOf(QChar(kLegendSign), at + 1);
   }
@@ -92,6 +93,14 @@ void PaintBar(QPainter& painter, const ChartTerm& term, const BarPlaces& place, 
   painter.setFont(FittingFont(term.name, place.name.width(), false));
   painter.setPen(palette.title);
   painter.drawText(place.name, Qt::AlignCenter | Qt::TextSingleLine, term.name);
+}
+
+void PaintLine(QPainter& painter, const QString& text, const QRect& place, const StepChartPalette& palette) {
+  if (place.isEmpty()) return;
+  painter.setFont(LineFont());
+  painter.setPen(palette.title);
+  painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                   painter.fontMetrics().elidedText(text, Qt::ElideRight, place.width()));
 }
 
 void PaintStep(QPainter& painter, const ChartStep& step, const StepPlaces& places, const StepChartPalette& palette) {
@@ -156,12 +165,8 @@ void PaintStepChart(QPainter& painter, const StepChart& chart, const StepChartPl
     const QRect& own = places.steps[step].area;
     painter.fillRect(own.left(), own.top(), own.width(), 1, palette.border);
   }
-  if (!places.subject.isEmpty()) {
-    painter.setFont(LineFont());
-    painter.setPen(palette.title);
-    painter.drawText(places.subject, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                     painter.fontMetrics().elidedText(chart.subject, Qt::ElideRight, places.subject.width()));
-  }
+  PaintLine(painter, chart.subject, places.subject, palette);
+  PaintLine(painter, chart.note, places.note, palette);
   painter.restore();
 }
 

@@ -162,8 +162,13 @@ int StepChartPlaces::BarAt(const QPoint& point) const {
   return -1;
 }
 
-StepChartPlaces PlacesOf(const StepChart& chart, const QRect& area, const ChartTextSizes& sizes) {
+StepChartPlaces PlacesOf(const StepChart& chart, const QRect& whole, const ChartTextSizes& sizes) {
   StepChartPlaces places;
+  QRect area = whole;
+  if (!chart.note.isEmpty()) {
+    places.note = Kept(area.left() + kSideMargin, area.top() + kGap, area.width() - 2 * kSideMargin, sizes.lineHeight);
+    area.setTop(std::min(area.top() + sizes.lineHeight + 2 * kGap, area.bottom() + 1));
+  }
   const Columns columns = ColumnsOf(chart, area, sizes);
   std::vector<ValueAxis> axes;
   std::array<bool, kSteps> haveNames{};

@@ -39,6 +39,7 @@ struct StepPlaces {
 struct StepChartPlaces {
   std::array<StepPlaces, kSteps> steps;
   QRect subject;  ///< empty when there is no room
+  QRect note;     ///< empty without one
 
   /// The first bar that holds the point, its edges included, counted total, left part, right part of the first step and
   /// so on; -1 for none.
@@ -60,6 +61,6 @@ struct BarValues {
 
 /// Everything's place inside an area, whole pixels. Caption and formula stand beside the bars where it is wide, above
 /// them where it is narrow; each step has a scale of its own. Areas too small for anything give empty rectangles.
-[[nodiscard]] StepChartPlaces PlacesOf(const StepChart& chart, const QRect& area, const ChartTextSizes& sizes);
+[[nodiscard]] StepChartPlaces PlacesOf(const StepChart& chart, const QRect& whole, const ChartTextSizes& sizes);
 
 }  // namespace holdwise

@@ -23,11 +23,16 @@ class ValueAxis {
   /// The row of a value; beyond the ends for values out of range, kept to them.
   [[nodiscard]] int YOf(double value) const;
   [[nodiscard]] int ZeroY() const { return YOf(0); }
-  /// Round values (1, 2, 5 x a power of ten) inside the range, lowest first, at least `leastGap` pixels apart; 0 is one
-  /// of them. The texts have as many decimals as the distance needs, and a percent sign.
+  /// Multiples of a round distance (1, 2, 5 x a power of ten) inside the range, lowest first, at least `leastGap`
+  /// pixels apart; 0 is one of them. Where that leaves 0 alone and there is room for another one, the greatest value of
+  /// one significant digit, or of two, is the other. The texts have as many decimals as the distance needs, and a
+  /// percent sign.
   [[nodiscard]] std::vector<AxisTick> Ticks(int leastGap) const;
 
  private:
+  /// That other one, or none.
+  [[nodiscard]] std::vector<AxisTick> FarTick(int leastGap) const;
+
   double low_;
   double high_;
   int top_;

@@ -144,6 +144,8 @@ StepChart ChartOf(const TStringGrid& grid, int row) {
   StepChart chart;
   chart.isEmpty = grid.IsEmpty();
   chart.subject = grid.Cells(kName, row);
+  if (!chart.isEmpty && grid.Cells(kReturn, row).isEmpty())
+    chart.note = QStringLiteral("“%1”没有市值，回报率没有计算：只画出无风险利率，其余按 0 画。").arg(chart.subject);
   for (std::size_t place = 0; place < chart.steps.size(); ++place) {
     const StepOfColumns& columns = Steps()[place];
     ChartStep& step = chart.steps[place];

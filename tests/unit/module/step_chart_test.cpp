@@ -71,6 +71,21 @@ TEST(ValueAxis, TicksAreRoundAndFarEnoughApart) {
   EXPECT_EQ(ValueAxis(0, 3, 0.05, 10, 10).Ticks(26).size(), 1U) << "no height";
 }
 
+TEST(ValueAxis, ZeroIsNotLeftAlone) {
+  const auto texts = [](double low, double high, int height) {
+    QStringList all;
+    for (const AxisTick& tick : ValueAxis(low, high, 0.05, 0, height).Ticks(15)) all << tick.text;
+    return all;
+  };
+  // 4.9 / 20 x 15 = 3.7: a distance of 5 has no place, 4 is 16 pixels away.
+  EXPECT_EQ(texts(0, 4.9, 20), QStringList({"0%", "4%"}));
+  EXPECT_EQ(texts(-4.9, 0, 20), QStringList({"-4%", "0%"}));
+  // 1 is 8 pixels away, 1.9 is 15.
+  EXPECT_EQ(texts(0, 1.9, 15), QStringList({"0%", "1.9%"}));
+  EXPECT_EQ(texts(0, 0.0999, 20), QStringList({"0%", "0.09%"}));
+  EXPECT_EQ(texts(0, 4.9, 14), QStringList({"0%"})) << "no room";
+}
+
 TEST(ValueAxis, EveryScaleHasItsZeroAmongTheTicks) {
   std::mt19937 random(7);
   std::uniform_real_distribution<double> value(-400, 400);
@@ -141,9 +156,26 @@ TEST(StepChart, NothingTouchesAtAnySizeAndForAnyValues) {
 
 TEST(StepChart, AreasTooSmallForAnythingAreSurvived) {
   for (const int size : {0, 1, 10, 60, 120}) {
-    const StepChartPlaces places = PlacesOf(Example(), QRect(0, 0, size, size), PlainSizes());
-    for (const StepPlaces& step : places.steps) EXPECT_GE(step.plot.width(), 0) << size;
+    StepChart chart = Example();
+    for (const char* note : {"", "x"}) {
+      chart.note = QString::fromUtf8(note);
+      const StepChartPlaces places = PlacesOf(chart, QRect(0, 0, size, size), PlainSizes());
+      for (const StepPlaces& step : places.steps) EXPECT_GE(step.plot.width(), 0) << size;
+    }
   }
+}
+
+TEST(StepChart, ANoteStandsAboveEverythingElse) {
+  StepChart chart = Example();
+  const QRect area(0, 10, 1000, 600);
+  EXPECT_TRUE(PlacesOf(chart, area, PlainSizes()).note.isEmpty());
+  chart.note = QStringLiteral("注");
+  const StepChartPlaces places = PlacesOf(chart, area, PlainSizes());
+  EXPECT_TRUE(area.contains(places.note));
+  EXPECT_EQ(places.note.height(), 16);
+  EXPECT_LT(places.note.bottom(), places.steps[0].area.top());
+  EXPECT_EQ(places.steps[2].area.bottom(), area.bottom());
+  EXPECT_LT(places.note.bottom(), places.subject.top());
 }
 
 TEST(StepChart, TheMouseFindsBarsInTheOrderTotalLeftRight) {
