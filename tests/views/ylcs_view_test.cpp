@@ -318,10 +318,12 @@ TEST_F(StressView, AnInputThatCannotBeIsRefusedWithoutAQuestion) {
     EXPECT_EQ(Texts(), before);
   }
   EXPECT_EQ(frame->SetInput(QStringLiteral("Edit1"), QStringLiteral("-70")),
-            QStringLiteral("涨跌幅超出界限值，请重新输入!"));
+            QStringLiteral("涨跌幅超出界限值，请重新输入!（浦发银行(600000)相对上证指数的贝塔系数是 1.5，涨跌幅要大于 "
+                           "-66.67%）"));
   EXPECT_EQ(Entry().text(), QStringLiteral("20"));
   EXPECT_EQ(Texts(), before);
   EXPECT_TRUE(bench.host.messageBoxes.calls.empty());
+  EXPECT_FALSE(MainNotice().text().contains(QStringLiteral("涨跌幅要"))) << "no user has typed it";
 }
 
 }  // namespace

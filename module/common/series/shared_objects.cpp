@@ -2,6 +2,7 @@
 #include "common/series/shared_objects.h"
 
 #include <chrono>
+#include <exception>
 
 namespace holdwise {
 namespace {
@@ -49,8 +50,15 @@ void ReCalc() {
   // Those that wait for their next reader first: what the others read now may fail.
   if (g_ClosePrice) g_ClosePrice->SetIsNeedUpdate(true);
   if (g_AllStockData) g_AllStockData->SetIsNeedUpdate(true);
-  if (g_UserValue) g_UserValue->SetIsNeedUpdate(true);
+  // The expected values need no cost: they are not left behind when it cannot be read.
+  std::exception_ptr failure;
+  try {
+    if (g_UserValue) g_UserValue->SetIsNeedUpdate(true);
+  } catch (...) {
+    failure = std::current_exception();
+  }
   if (g_ExpectValue) g_ExpectValue->SetIsNeedUpdate(true);
+  if (failure) std::rethrow_exception(failure);
 }
 
 }  // namespace holdwise

@@ -53,13 +53,15 @@ void ShowPortfolios(const ResultSet& portfolios, const Scenario& scenario, TStri
   }
 }
 
-std::vector<ForeignProfit> ShowHoldings(const ResultSet& holdings, const QString& portfolioId, const Scenario& scenario,
-                                        TStringGrid& grid) {
+std::vector<SharedProfit> ShowHoldings(const ResultSet& holdings, const QString& portfolioId, const Scenario& scenario,
+                                       TStringGrid& grid) {
   const int codeColumn = holdings.Column("SECUCODE");
   const GridBatch batch(grid);
   grid.SetRowCount(holdings.RowCount());
   if (holdings.IsEmpty()) ClearStrnGrd(grid);
-  std::vector<ForeignProfit> foreign;
+  QHash<QString, int> timesHeld;
+  for (int row = 0; row < holdings.RowCount(); ++row) ++timesHeld[holdings.TextAt(row, codeColumn)];
+  std::vector<SharedProfit> shared;
   for (int row = 0; row < holdings.RowCount(); ++row) {
     const QString code = holdings.TextAt(row, codeColumn);
     grid.SetCells(kCode, row, GetCodeCNum(code));
@@ -69,9 +71,10 @@ std::vector<ForeignProfit> ShowHoldings(const ResultSet& holdings, const QString
     // Of a security in several portfolios it is the profit of the last of them: intended.
     grid.SetCells(kProfit, row, ValueIn(scenario.stockProfits, code));
     const QString owner = scenario.basis.sharedProfits.value(code, portfolioId);
-    if (owner != portfolioId) foreign.push_back({row, owner});
+    const bool isOwn = owner == portfolioId;
+    if (!isOwn || timesHeld.value(code) > 1) shared.push_back({row, owner, isOwn});
   }
-  return foreign;
+  return shared;
 }
 
 }  // namespace holdwise::stress

@@ -23,13 +23,15 @@ struct Scenario {
 /// One row a portfolio. One that the scenario does not know has no figures.
 void ShowPortfolios(const ResultSet& portfolios, const Scenario& scenario, TStringGrid& grid);
 
-/// A row whose expected profit is that of a holding in another portfolio: the list has one profit a security.
-struct ForeignProfit {
+/// A row whose expected profit is, or may be, that of another holding of its security: the list has one profit a
+/// security.
+struct SharedProfit {
   int row = 0;
   QString portfolioId;  ///< of the holding
+  bool isOwn = false;   ///< it is the shown portfolio, which has several holdings of the security
 };
 /// One row a holding of that portfolio. No holdings: the grid is emptied.
-[[nodiscard]] std::vector<ForeignProfit> ShowHoldings(const ResultSet& holdings, const QString& portfolioId,
-                                                      const Scenario& scenario, TStringGrid& grid);
+[[nodiscard]] std::vector<SharedProfit> ShowHoldings(const ResultSet& holdings, const QString& portfolioId,
+                                                     const Scenario& scenario, TStringGrid& grid);
 
 }  // namespace holdwise::stress

@@ -5,7 +5,9 @@
 #include <QLabel>
 #include <QPointer>
 #include <QRegularExpressionValidator>
+#include <QSet>
 #include <algorithm>
+#include <utility>
 
 #include "common/frames/entry_bar.h"
 #include "common/frames/holdings_panel.h"
@@ -17,6 +19,7 @@
 #include "common/store/database.h"
 #include "common/store/statements.h"
 #include "holdwise/packet/number_text.h"
+#include "stress_bound.h"
 #include "stress_figures.h"
 #include "stress_layout.h"
 #include "stress_rows.h"
@@ -97,6 +100,7 @@ void TFrm_YLCS::ComboBox11Change(int place) {
   g_AllStockData->SetZS_TYPE(static_cast<TZS_TYPE>(place));
   isEdited_ = false;
   Edit1->setText(stress::PercentText(0));
+  bound_.clear();
   NoticeChanged();
 }
 
@@ -133,27 +137,44 @@ void TFrm_YLCS::ReflashData() {
 }
 
 void TFrm_YLCS::ShowHoldings(int row) {
-  foreignProfits_.clear();
+  sharedProfits_.clear();
   if (row >= 0) {
     const QString id = QString::number(IntegerOr(list_->Grid().Cells(stress::kId, row)));
-    foreignProfits_ = stress::ShowHoldings(Database().Query(sql::HoldingsOf(id)), id, *scenario_, holdings_->Grid());
+    sharedProfits_ = stress::ShowHoldings(Database().Query(sql::HoldingsOf(id)), id, *scenario_, holdings_->Grid());
   }
+  NoteSharedProfits();
+}
+
+void TFrm_YLCS::NoteSharedProfits() {
   QStringList hints;
-  for (const auto& foreign : foreignProfits_) hints << HintOf({stress::kProfit, foreign.row});
-  const QString text = QStringLiteral("%1 只股票的预期损益是其他组合的持仓的").arg(foreignProfits_.size());
-  holdings_->SetNotice(hints.isEmpty() ? QString() : text, hints.join(QLatin1Char('\n')));
+  QSet<QString> heldTwice;
+  qsizetype foreign = 0;
+  for (const auto& shared : sharedProfits_) {
+    hints << HintOf({stress::kProfit, shared.row});
+    if (shared.isOwn)
+      heldTwice.insert(holdings_->Grid().Cells(stress::kCode, shared.row));
+    else
+      ++foreign;
+  }
+  hints.removeDuplicates();
+  QStringList texts;
+  if (foreign > 0) texts << QStringLiteral("%1 只股票的预期损益是其他组合的持仓的").arg(foreign);
+  if (!heldTwice.isEmpty())
+    texts << QStringLiteral("%1 只股票有多笔持仓，只算出其中一笔的预期损益").arg(heldTwice.size());
+  holdings_->SetNotice(texts.join(QStringLiteral("；")), hints.join(QLatin1Char('\n')));
 }
 
 QString TFrm_YLCS::HintOf(const GridCell& cell) const {
-  const auto foreign = std::find_if(foreignProfits_.begin(), foreignProfits_.end(),
-                                    [&](const auto& one) { return one.row == cell.row; });
-  if (cell.column != stress::kProfit || foreign == foreignProfits_.end()) return holdings_->Grid().ClippedText(cell);
+  const auto shared =
+      std::find_if(sharedProfits_.begin(), sharedProfits_.end(), [&](const auto& one) { return one.row == cell.row; });
+  if (cell.column != stress::kProfit || shared == sharedProfits_.end()) return holdings_->Grid().ClippedText(cell);
+  const QString& security = holdings_->Grid().Cells(stress::kSecurityName, cell.row);
+  if (shared->isOwn) return QStringLiteral("%1：本组合有多笔持仓，所示预期损益只是其中一笔的").arg(security);
   const TStringGrid& list = list_->Grid();
   QString portfolio;
   for (int row = 0; row < list.RowCount(); ++row)
-    if (list.Cells(stress::kId, row) == foreign->portfolioId) portfolio = list.Cells(stress::kName, row);
-  return QStringLiteral("%1：所示预期损益属于组合“%2”中的持仓")
-      .arg(holdings_->Grid().Cells(stress::kSecurityName, cell.row), portfolio);
+    if (list.Cells(stress::kId, row) == shared->portfolioId) portfolio = list.Cells(stress::kName, row);
+  return QStringLiteral("%1：所示预期损益属于组合“%2”中的持仓").arg(security, portfolio);
 }
 
 void TFrm_YLCS::Compute(double move) {
@@ -166,13 +187,21 @@ void TFrm_YLCS::Compute(double move) {
   }
 }
 
+QString TFrm_YLCS::BoundTextOf(double move) {
+  const auto bound = stress::BoundOf(move, Database());
+  return bound ? stress::BoundText(*bound, IndexNames()[g_AllStockData->CurrentType()]) : QString();
+}
+
 QString TFrm_YLCS::Apply() {
   takenBack_.clear();
-  Compute(stress::MoveOf(Edit1->text()));
+  bound_.clear();
+  const double move = stress::MoveOf(Edit1->text());
+  Compute(move);
   if (failure_.isEmpty() && g_ExpectValue->IsValid()) {
     ReflashData();
     return {};
   }
+  if (failure_.isEmpty()) bound_ = BoundTextOf(move);
   NoticeChanged();
   return failure_.isEmpty() ? kRefused : failure_;
 }
@@ -196,8 +225,8 @@ void TFrm_YLCS::TableCame() {
   if (failure_.isEmpty() && !g_ExpectValue->IsValid()) {
     Edit1->setText(stress::PercentText(0));
     Compute(0);
-    takenBack_ =
-        QStringLiteral("按刚取得的贝塔系数，%1% 超出界限值，已还原为 0，请重新输入。").arg(stress::PercentText(move));
+    takenBack_ = QStringLiteral("按刚取得的贝塔系数，%1% 超出界限值，已还原为 0，请重新输入。%2。")
+                     .arg(stress::PercentText(move), BoundTextOf(move));
   }
   const QString selected = list_->Grid().Cells(stress::kId, list_->Grid().Row());
   ReflashData();
@@ -213,7 +242,7 @@ ViewNotice TFrm_YLCS::Notice() const {
   if (!g_ExpectValue->IsWhole()) {
     notice.text = QStringLiteral("预期值没有更新");
     notice.hint = failure_.isEmpty()
-                      ? QStringLiteral("所示仍是先前的数值：现在的涨跌幅超出界限值，请重新输入后按“确 定”。")
+                      ? QStringLiteral("所示仍是先前的数值：现在的涨跌幅超出界限值，请重新输入后按“确 定”。") + bound_
                       : failure_;
   } else if (!takenBack_.isEmpty()) {
     notice.text = QStringLiteral("预期涨跌幅已还原");
@@ -233,13 +262,18 @@ ViewNotice TFrm_YLCS::Notice() const {
     notice.text = QStringLiteral("所示数值没有计入贝塔系数");
     notice.hint =
         QStringLiteral("计算时还没有取得%1的风险文件。取得后会自动重算；换了参考指数时请再按“确 定”。").arg(index);
+  } else {
+    notice.text = bound_;  // the figures lack nothing
   }
   return notice;
 }
 
 std::vector<ViewCatalogue::Input> TFrm_YLCS::Inputs() const {
-  return {{ComboBox11->objectName(), stress::IndexNumbers()[ComboBox11->currentIndex()]},
-          {Edit1->objectName(), Edit1->text()}};
+  const TExpectBasis& shown = scenario_->basis;
+  const QStringList& numbers = stress::IndexNumbers();
+  return {
+      {ComboBox11->objectName(), numbers[ComboBox11->currentIndex()], QStringLiteral("参考指数"), numbers[shown.index]},
+      {Edit1->objectName(), Edit1->text(), QStringLiteral("预期涨跌幅(%)"), stress::PercentText(shown.move)}};
 }
 
 QString TFrm_YLCS::SetInput(const QString& name, const QString& value) {
@@ -254,9 +288,12 @@ QString TFrm_YLCS::SetInput(const QString& name, const QString& value) {
   } else {
     return TViewFrame::SetInput(name, value);
   }
-  QString problem = Apply();
-  if (!problem.isEmpty()) TakeBack();
-  return problem;
+  const QString problem = Apply();
+  if (problem.isEmpty()) return {};
+  // It is told here, not on a page whose user has typed nothing.
+  const QString more = bound_.isEmpty() ? QString() : QStringLiteral("（%1）").arg(std::exchange(bound_, {}));
+  TakeBack();
+  return problem + more;
 }
 
 }  // namespace holdwise

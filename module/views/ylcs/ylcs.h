@@ -16,7 +16,7 @@ class PortfolioList;
 struct GridCell;
 
 namespace stress {
-struct ForeignProfit;
+struct SharedProfit;
 struct Scenario;
 }  // namespace stress
 
@@ -50,11 +50,14 @@ class TFrm_YLCS : public TViewFrame {
 
   /// Sets the move and notes in failure_ why it could not be computed.
   void Compute(double move);
-  /// Computes the entry's move and shows it. @return what to tell the user when nothing is shown
+  /// Computes the entry's move and shows it. @return what to tell the user when nothing is shown; bound_ says more
   QString Apply();
   /// After a refused move: the one before it, into the entry too. The grids stay.
   void TakeBack();
   void TableCame();
+  /// Which security bounds moves like that one; empty for none.
+  [[nodiscard]] static QString BoundTextOf(double move);
+  void NoteSharedProfits();
   /// Hint for a cell of the holdings.
   [[nodiscard]] QString HintOf(const GridCell& cell) const;
 
@@ -66,10 +69,11 @@ class TFrm_YLCS : public TViewFrame {
   PortfolioList* list_;
   HoldingsPanel* holdings_;
   std::unique_ptr<stress::Scenario> scenario_;  ///< what the grids show
-  std::vector<stress::ForeignProfit> foreignProfits_;
+  std::vector<stress::SharedProfit> sharedProfits_;
   bool isEdited_ = false;
   QString failure_;    ///< why the last computation of this view did not reach its end; empty when it did
   QString takenBack_;  ///< which move a risk file that came late has refused; empty once another is applied
+  QString bound_;      ///< which security refused the move that was applied last; empty when none did
 };
 
 }  // namespace holdwise

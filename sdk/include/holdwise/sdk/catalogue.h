@@ -59,8 +59,10 @@ class ViewCatalogue {
   virtual bool SelectPortfolio(const QString& portfolioId) = 0;
 
   struct Input {
-    QString name;   ///< of the control, as the view's makers call it
-    QString value;  ///< what stands in it now
+    QString name;       ///< of the control, as the view's makers call it
+    QString value;      ///< what stands in it now
+    QString caption{};  ///< what it means, for the user; empty: nothing but the name says it
+    QString inForce{};  ///< what the figures shown rest on, where that can be another value; empty: `value`
   };
   /// What a user can set in the shown view.
   [[nodiscard]] virtual std::vector<Input> Inputs() const = 0;
