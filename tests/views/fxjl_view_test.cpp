@@ -226,6 +226,14 @@ TEST_F(RiskView, DeviationsAreReadAgainAfterARecalculation) {
   EXPECT_EQ(holdings->Cells(kSecurityVariance, 0), QStringLiteral("0.000900"));
 }
 
+// A file that comes empties the list of deviations.
+TEST_F(RiskView, ATableThatArrivesLaterLeavesTheDeviations) {
+  OpenWithTwo();
+  g_AllStockData->Set_SZZS();
+  Download()->WriteAndReceive(kShenzhen, TwoKnown());
+  EXPECT_EQ(holdings->Cells(kSecurityDeviation, 0), QStringLiteral("0.020000"));
+}
+
 // Failures.
 
 TEST_F(RiskView, AFailingStatementOfAClickIsLoggedAndTheViewStaysUsable) {

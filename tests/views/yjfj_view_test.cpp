@@ -7,6 +7,7 @@
 #include "common/charts/step_chart_part.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
+#include "holdwise/packet/packet_file.h"
 #include "portfolio_view_fixture.h"
 #include "views/yjfj/decomposition_layout.h"
 
@@ -147,6 +148,50 @@ TEST_F(DecompositionView, NothingPaid) {
   EXPECT_TRUE(Notice().toolTip().contains(QStringLiteral("没有买入成本")));
 }
 
+TEST_F(DecompositionView, WhatIsNotStoredCountsNothing) {
+  AddExample();
+  SetFigures(2, "ZSCLOSEPRICE = null, BETA = null, ZHBZC = null");
+  OpenWithPrices();
+  EXPECT_EQ(RowOf(*portfolios, 0).mid(kId), List({"2", "2.25", "0.00", "", ""}));
+  // Rm = 1, beta and deviation 0: A = B = rf.
+  EXPECT_EQ(RowOf(*portfolios, 0).mid(1, 6), List({"12.00", "9.75", "0.00", "9.75", "0.00", "9.75"}));
+  bench.ClickNode(2002);
+  bench.ClickNode(3002);
+  EXPECT_TRUE(Notice().toolTip().contains(QStringLiteral("进取：没有买入时的上证指数")));
+}
+
+TEST_F(DecompositionView, OnlyWhatThePageRestsOnIsMissed) {
+  OpenExample();
+  bench.ClickNode(2001);
+  EXPECT_TRUE(Notice().toolTip().contains(QStringLiteral("平安银行(000001)没有上周收盘价")));
+  bench.ClickNode(3002);
+  EXPECT_EQ(Notice().text(), QString()) << "no close of a week or month is on it";
+}
+
+TEST_F(DecompositionView, IsToldWhenPricesWereReadAgain) {
+  OpenExample();
+  MessageSpy spy(*frame);
+  QTest::qWait(3300);
+  EXPECT_GE(spy.Count(FrameMessage::ReflashNowPrice), 1);
+}
+
+// A file that comes empties the list of deviations.
+TEST_F(DecompositionView, ARiskFileThatArrivesHasTheDeviationsReadAgain) {
+  OpenExample();
+  Execute("update alg_stockstatistic set sylbzc = 0.05 where secucode = 1");
+  g_AllStockData->Set_SZZS();
+  MessageSpy spy(*frame);
+  ResultSet table;
+  const int code = table.AddColumn("code", ColumnType::Text);
+  table.SetText(table.AppendRow(), code, "600000");
+  bench.host.DownFile(QStringLiteral("FInfoAsynDownFileRole"))
+      ->WriteAndReceive(QStringLiteral("QMTL\\TZZH\\风险计量\\SZ.dat"), EncodePacket(table));
+  EXPECT_EQ(spy.Count(FrameMessage::ReflashNowPrice), 1);
+  // A = 0.0225 + 0.0775 x 0.4 = 0.0535, B = 0.1155: A - B = -0.062, R - A = 0.0665.
+  EXPECT_EQ(RowOf(*portfolios, 0).mid(1, 6), List({"12.00", "9.75", "9.30", "0.45", "-6.20", "6.65"}));
+  EXPECT_EQ(Notice().text(), QString());
+}
+
 TEST_F(DecompositionView, AFailingStatementReachesTheSenderAndChangesNothing) {
   OpenExample();
   UserDataServices* const database = FDBServer;
@@ -228,6 +273,31 @@ TEST_F(DecompositionView, WithoutPortfoliosTheChartIsEmpty) {
   const StepChart chart = Chart().OnRead();
   for (const ChartStep& step : chart.steps) EXPECT_EQ(step.total.text, QStringLiteral("0"));
   EXPECT_EQ(Notice().text(), QString());
+}
+
+TEST_F(DecompositionView, TheChartOfAPortfolioWithoutAValueSaysSo) {
+  AddExample();
+  bench.AddPortfolio(3, QStringLiteral("空"), {});
+  OpenWithPrices();
+  ASSERT_EQ(portfolios->Row(), 0);
+  EXPECT_EQ(RowOf(*portfolios, 0).mid(0, 7), List({"空", "", "", "", "", "", ""}));
+  const StepChart chart = Chart().OnRead();
+  // What the row lacks is read as 0: the risk-free rate alone is left.
+  EXPECT_EQ(chart.steps[0].left.text, QStringLiteral("2.25"));
+  EXPECT_EQ(chart.steps[0].total.text, QStringLiteral("2.25"));
+  EXPECT_EQ(chart.steps[0].right.text, QStringLiteral("0"));
+  EXPECT_EQ(chart.note, QStringLiteral("“空”没有市值，回报率没有计算：只画出无风险利率，其余按 0 画。"));
+  const QRect note = Chart().Places().note;
+  const QImage picture = Chart().grab().toImage();
+  int inked = 0;
+  for (int x = note.left(); x <= note.right(); ++x)
+    for (int y = note.top(); y <= note.bottom(); ++y) inked += picture.pixelColor(x, y) == Color("QM_TitleFontColor");
+  EXPECT_GT(inked, 20);
+  EXPECT_LT(note.bottom(), Chart().Places().steps[0].area.top());
+  Click(*portfolios, kName, 1);
+  EXPECT_EQ(Chart().OnRead().note, QString());
+  QTest::qWait(20);
+  EXPECT_TRUE(Chart().Places().note.isEmpty());
 }
 
 TEST_F(DecompositionView, TheChartsTextsAreShortestForPartsAndTwoDecimalsForTotals) {

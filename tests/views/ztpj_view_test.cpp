@@ -2,10 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
+#include <utility>
 
 #include "common/series/all_stock_data.h"
 #include "common/series/shared_objects.h"
+#include "common/store/database.h"
+#include "common/store/statements.h"
 #include "holdwise/packet/packet_file.h"
+#include "injecting_user_data.h"
 #include "portfolio_view_fixture.h"
 #include "views/ztpj/evaluation_layout.h"
 #include "views/ztpj/ztpj.h"
@@ -58,6 +62,9 @@ class EvaluationView : public PortfolioViewTest {
     Execute("insert into alg_rmbinterestrate (ID,DEPOSITTYPE,TERM,INTEREST) values (3,'活期存款','一年',0.35)");
   }
   void Refresh() { SendFrameMessage(*frame, FrameMessage::ReflashNowPrice); }
+  [[nodiscard]] std::shared_ptr<ScriptedDownFile> Download() const {
+    return bench.host.DownFile(QStringLiteral("FInfoAsynDownFileRole"));
+  }
   [[nodiscard]] const QLabel& Notice() const { return bench.mainFrame->findChild<TitleStrip*>()->Notice(); }
 };
 
@@ -179,6 +186,140 @@ TEST_F(EvaluationView, IsToldWhenPricesWereReadAgain) {
   MessageSpy spy(*frame);
   QTest::qWait(3300);
   EXPECT_GE(spy.Count(FrameMessage::ReflashNowPrice), 1);
+}
+
+TEST_F(EvaluationView, WithoutARateInTheListTheHoldingsSayZero) {
+  OpenWithTwo();
+  portfolios->SetCells(kRiskFree, 0, QString());
+  Click(*portfolios, kName, 1);
+  EXPECT_EQ(holdings->Cells(kSecurityRiskFree, 0), QStringLiteral("0"));
+  EXPECT_EQ(holdings->Cells(kSecurityExcess, 0), QStringLiteral("5.26")) << "0.5 / 9.5 - 0";
+}
+
+TEST_F(EvaluationView, AShortCodeIsFilledWithZeros) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 0.5, 10}, {1600519, 100, 0.5, 10}});
+  Open();
+  Execute("update alg_comdetail set SECUCODE = 1 where ID = 1");
+  Execute("update alg_comdetail set SECUCODE = 12 where ID = 2");
+  SendFrameMessage(*frame, FrameMessage::Init);
+  ASSERT_EQ(holdings->RowCount(), 2);
+  EXPECT_EQ(RowOf(*holdings, 0).mid(0, 2), List({"000001", "平安银行"}));
+  EXPECT_EQ(RowOf(*holdings, 1).mid(0, 2), List({"000012", "已退市"}));
+}
+
+TEST_F(EvaluationView, ATableCellThatIsNoNumberIsZero) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 1, 9}});
+  Open();
+  ResultSet table;
+  for (const char* name : {"code", "beta", "alpha", "treynor", "sharpe"}) table.AddColumn(name, ColumnType::Text);
+  table.AppendRow();
+  int column = 0;
+  for (const char* text : {"600000", "n/a", "", "", "1,5"}) table.SetText(0, column++, text);
+  Download()->WriteAndReceive(kShanghai, EncodePacket(table));
+  EXPECT_EQ(RowOf(*holdings, 0).mid(kSecuritySharpe, 3), List({"0.000000", "0.000000", "0.000000"}));
+}
+
+TEST_F(EvaluationView, ARiskFileThatDoesNotComeIsSaidUntilItComes) {
+  AddTwo();
+  SetRate(1.5);
+  Open();
+  EXPECT_EQ(Notice().text(), QString()) << "it is on its way";
+  Download()->Fail(kShanghai, TDSBAsynDownFileRole::kNotFound);
+  EXPECT_EQ(Notice().text(), QStringLiteral("没有取得上证指数的风险文件"));
+  EXPECT_TRUE(Notice().toolTip().contains(QStringLiteral("成分股的风险系数没有显示")));
+  EXPECT_EQ(holdings->Cells(kSecurityBeta, 0), QString());
+  bench.ClickNode(2001);
+  EXPECT_EQ(Notice().text(), QString()) << "that page shows no risk figure";
+  bench.ClickNode(3001);
+  Download()->WriteAndReceive(kShanghai, RiskFile());
+  EXPECT_EQ(holdings->Cells(kSecurityBeta, 0), QStringLiteral("1.250000"));
+  EXPECT_EQ(Notice().text(), QString());
+}
+
+TEST_F(EvaluationView, ALinkOpensTheSecurity) {
+  OpenWithTwo();
+  Click(*holdings, kSecurityName, 1);
+  EXPECT_EQ(bench.host.codeNums.currentCode, QStringLiteral("1000001"));
+  Click(*holdings, kSecurityReturn, 0);
+  EXPECT_EQ(bench.host.codeNums.currentCode, QStringLiteral("1000001")) << "no other text is a link";
+}
+
+TEST_F(EvaluationView, SelectingTheSelectedRowAsksNothing) {
+  OpenWithTwo();
+  InjectingUserData counting(bench.database.Service());
+  UserDataServices* const database = std::exchange(FDBServer, &counting);
+  Click(*portfolios, kExcess, 0);
+  EXPECT_EQ(counting.plan.Calls(), QStringList());
+  Click(*portfolios, kExcess, 1);
+  EXPECT_EQ(counting.plan.Calls(), QStringList{sql::HoldingsOf(QStringLiteral("1"))});
+  FDBServer = database;
+}
+
+// It was saved after the costs had been read.
+TEST_F(EvaluationView, APortfolioWhoseCostIsNotYetKnownReturnsThePlainZeroAndIsNamed) {
+  OpenWithTwo();
+  bench.AddPortfolio(3, QStringLiteral("新"), {{1600000, 100, 1, 8}});
+  g_NowPrice->ReGetNowPrice();
+  bench.DeliverPrices(PricesOfThree());
+  bench.ClickNode(2001);
+  bench.ClickNode(3001);
+  EXPECT_EQ(RowOf(*portfolios, 0).mid(0, 4), List({"新", "0", "1.50", "-1.50"}));
+  EXPECT_TRUE(Notice().toolTip().contains(QStringLiteral("新：没有买入成本")));
+  ReCalc();
+  Refresh();
+  EXPECT_EQ(portfolios->Cells(kReturn, 0), QStringLiteral("25.00")) << "10.00 for 8.00";
+}
+
+TEST_F(EvaluationView, ACostThatCouldNotBeReadIsAskedForAgain) {
+  OpenWithTwo();
+  Execute("update alg_comdetail set BUYPRICE = 8 where MAINID = 1");
+  InjectingUserData failing(bench.database.Service());
+  UserDataServices* const database = std::exchange(FDBServer, &failing);
+  failing.plan.FailCall(0);
+  EXPECT_THROW(ReCalc(), Error);
+  EXPECT_EQ(failing.plan.Calls().first(), sql::kPortfolioCosts);
+  failing.plan.FailCall(0);
+  EXPECT_THROW(Refresh(), Error) << "not figures from the costs of before";
+  EXPECT_EQ(portfolios->Cells(kReturn, 1), QStringLiteral("5.26"));
+  failing.plan.FailNothing();
+  Refresh();
+  EXPECT_EQ(portfolios->Cells(kReturn, 1), QStringLiteral("25.00"));
+  FDBServer = database;
+}
+
+TEST_F(EvaluationView, TheOneYearRateCountsAndNoOther) {
+  AddTwo();
+  Execute("insert into alg_rmbinterestrate (ID,DEPOSITTYPE,TERM,INTEREST) values (1,'定期存款整存整取','二年',2.1)");
+  Open();
+  const auto showAgain = [&] {
+    bench.ClickNode(2001);
+    bench.ClickNode(3001);
+  };
+  EXPECT_EQ(portfolios->Cells(kRiskFree, 0), QStringLiteral("0.00"));
+  EXPECT_TRUE(Notice().toolTip().contains(QStringLiteral("没有一年期定期存款利率")));
+  Execute("insert into alg_rmbinterestrate (ID,DEPOSITTYPE,TERM) values (2,'定期存款整存整取','一年')");
+  showAgain();
+  EXPECT_TRUE(Notice().toolTip().contains(QStringLiteral("没有一年期定期存款利率"))) << "a row without a rate";
+  Execute("update alg_rmbinterestrate set INTEREST = 1.75 where ID = 2");
+  showAgain();
+  EXPECT_EQ(portfolios->Cells(kRiskFree, 0), QStringLiteral("1.75"));
+  EXPECT_EQ(Notice().text(), QString());
+}
+
+TEST_F(EvaluationView, OnlyWhatThePageRestsOnIsMissed) {
+  AddTwo();
+  SetRate(1.5);
+  Open();
+  bench.DeliverPrices({{QStringLiteral("600000"), {1000, 2}}, {QStringLiteral("600519"), {171000, 2}}});
+  bench.ClickNode(2001);
+  EXPECT_TRUE(Notice().toolTip().contains(QStringLiteral("平安银行(000001)没有上周收盘价")));
+  bench.ClickNode(3001);
+  EXPECT_TRUE(Notice().toolTip().contains(QStringLiteral("平安银行(000001)没有最新价")));
+  EXPECT_FALSE(Notice().toolTip().contains(QStringLiteral("收盘价"))) << "no close of a week or month is on it";
+  bench.DeliverPrices(PricesOfThree());
+  bench.ClickNode(2001);
+  bench.ClickNode(3001);
+  EXPECT_EQ(Notice().text(), QString());
 }
 
 TEST_F(EvaluationView, TitlesStandOverBothGrids) {

@@ -16,14 +16,19 @@ const QString& CurrentIndexName() {
 }  // namespace
 
 void FollowRiskTable(TViewFrame& view, const QString& unit, PortfolioList& list) {
-  QObject::connect(g_AllStockData.get(), &TAllStockData::TableArrived, &view, [unit, &list] {
-    GuardEvent(unit, QStringLiteral("ReflashData"), [&list] { list.Reload(list.Grid().Row()); });
-  });
-  QObject::connect(g_AllStockData.get(), &TAllStockData::TableFailed, &view, [unit, &view] {
+  const auto readNotice = [unit, &view] {
     GuardEvent(unit, QStringLiteral("NoticeChanged"), [&view] {
       if (view.OnNoticeChanged) view.OnNoticeChanged();
     });
+  };
+  QObject::connect(g_AllStockData.get(), &TAllStockData::TableArrived, &view, [unit, readNotice, &view, &list] {
+    GuardEvent(unit, QStringLiteral("ReflashData"), [&view, &list] {
+      list.Reload(list.Grid().Row());
+      SendFrameMessage(view, FrameMessage::ReflashNowPrice);
+    });
+    readNotice();
   });
+  QObject::connect(g_AllStockData.get(), &TAllStockData::TableFailed, &view, readNotice);
 }
 
 ViewNotice RiskTableNotice() {

@@ -10,8 +10,9 @@ namespace holdwise {
 class HoldingsPanel;
 class PortfolioList;
 
-/// Loads the list of `view` again, with its selection, when a table has come, and has the view's notice read again when
-/// one has not. Failures are logged for `unit`. The index-risk object must exist and outlive the view.
+/// When a table has come, shows the selected row of `list` again, has the view compute its live figures (the deviations
+/// are read again then) and its notice read again; when one has not, the notice alone. Failures are logged for `unit`.
+/// The index-risk object must exist and outlive the view.
 void FollowRiskTable(TViewFrame& view, const QString& unit, PortfolioList& list);
 /// What the view says while the table did not come; empty when it is there or on its way.
 [[nodiscard]] ViewNotice RiskTableNotice();

@@ -3,6 +3,7 @@
 
 #include "common/charts/step_chart_part.h"
 #include "common/frames/portfolio_list.h"
+#include "common/frames/risk_table_link.h"
 #include "common/series/deposit_rate.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
@@ -33,6 +34,7 @@ TFrm_YJFJ::TFrm_YJFJ(QWidget* parent)
   list_->OnShow = [this](int) { chart_->update(); };
   chart_->OnRead = [this] { return decomposition::ChartOf(list_->Grid(), list_->Grid().Row()); };
   chart_->OnHint = [this](int bar) { return decomposition::HintOf(list_->Grid(), list_->Grid().Row(), bar); };
+  FollowRiskTable(*this, kUnit, *list_);
   msg_changeskin();
 }
 
