@@ -128,9 +128,12 @@ void Commands::Export(const Command& command, const HandOverServer::Answer& answ
 }
 
 HandOverAnswer Commands::Exported(const QString& folder, const QString& problem, const QString& lacking) const {
-  if (!problem.isEmpty()) return {QStringLiteral("导出没有完成：%1").arg(problem), 1};
   QStringList lines{parts_.market->Connection().QuotesProblem(), lacking};
   lines.removeAll(QString());
+  if (!problem.isEmpty()) {
+    const QString rest = QStringLiteral("\n已导出的数据不完整：\n%1").arg(lines.join(QLatin1Char('\n')));
+    return {QStringLiteral("导出没有完成：%1").arg(problem) + (lines.isEmpty() ? QString() : rest), 1};
+  }
   const QString kind = parts_.market->Data().IsSimulated() ? QStringLiteral("（模拟行情）") : QString();
   if (lines.isEmpty()) return {QStringLiteral("已导出到“%1”%2。").arg(folder, kind), 0};
   return {QStringLiteral("已导出到“%1”%2，但数据不完整：\n%3").arg(folder, kind, lines.join(QLatin1Char('\n'))), 1};

@@ -25,8 +25,10 @@ constexpr int kLookMilliseconds = 50;
 constexpr int kQuietLooksAtView = 3;
 constexpr int kQuietLooksAtPortfolio = 1;
 
+const QString kInputsName = QStringLiteral("inputs");
+
 void RemoveFile(const QString& path) {
-  if (!QFile::remove(path))
+  if (!QFile::remove(path) && QFile::exists(path))
     throw Error(ErrorCategory::Io, QStringLiteral("以前导出的文件“%1”不能删除。").arg(path).toStdString());
 }
 
@@ -66,6 +68,10 @@ void ViewExporter::Start(const QString& folder, std::vector<ViewInput> inputs, b
   inputs_ = std::move(inputs);
   isSimulated_ = isSimulated;
   left_ = views_.List();
+  std::stable_partition(left_.begin(), left_.end(), [this](const ViewCatalogue::View& view) {
+    return std::any_of(inputs_.begin(), inputs_.end(),
+                       [&view](const ViewInput& input) { return input.frameId == view.frameId; });
+  });
   std::reverse(left_.begin(), left_.end());
   shownBefore_ = views_.Current();
   qApp->installEventFilter(this);
@@ -125,9 +131,6 @@ void ViewExporter::Wait(void (ViewExporter::*whenSettled)(), int quietLooks, con
 }
 
 void ViewExporter::NextView() {
-  if (left_.empty() && !inputs_.empty())
-    return Finish(
-        QStringLiteral("没有编号为 %1 的视图，不能设定“%2”。").arg(inputs_.front().frameId).arg(inputs_.front().name));
   if (left_.empty()) return WroteAll();
   view_ = left_.back();
   left_.pop_back();
@@ -137,14 +140,42 @@ void ViewExporter::NextView() {
 
 // What an input asks for (a file) has to be there before the next one is set, as a person would wait for it.
 void ViewExporter::SetInputs() {
-  const auto next = std::find_if(inputs_.begin(), inputs_.end(),
-                                 [this](const ViewInput& input) { return input.frameId == view_.frameId; });
+  const auto isOfView = [this](const ViewInput& input) { return input.frameId == view_.frameId; };
+  const auto next = std::find_if(inputs_.begin(), inputs_.end(), isOfView);
   if (next == inputs_.end()) return WriteView();
   const ViewInput input = *next;
   inputs_.erase(next);
+  KeepInputs();
   const QString problem = views_.SetInput(input.name, input.value);
-  if (!problem.isEmpty()) return Finish(QStringLiteral("视图“%1”：%2").arg(view_.caption, problem));
-  Wait(&ViewExporter::SetInputs, kQuietLooksAtView, QStringLiteral("视图“%1”").arg(view_.caption));
+  if (problem.isEmpty())
+    return Wait(&ViewExporter::SetInputs, kQuietLooksAtView, QStringLiteral("视图“%1”").arg(view_.caption));
+  problems_ << QStringLiteral("视图“%1”没有导出：%2").arg(view_.caption, problem);
+  notWritten_ << QStringLiteral("%1.png").arg(view_.frameId);
+  gridNames_.insert(kInputsName);
+  for (const GridText& grid : views_.Grids()) gridNames_.insert(FileNamePart(grid.name));
+  inputs_.erase(std::remove_if(inputs_.begin(), inputs_.end(), isOfView), inputs_.end());
+  NextView();
+}
+
+void ViewExporter::KeepInputs() {
+  if (!former_.empty() && former_.back().frameId == view_.frameId) return;
+  for (const ViewCatalogue::Input& input : views_.Inputs()) former_.push_back({view_.frameId, input});
+}
+
+void ViewExporter::RestoreInputs() {
+  const auto stands = [this](const ViewCatalogue::Input& former) {
+    const auto inputs = views_.Inputs();
+    return std::any_of(inputs.begin(), inputs.end(), [&former](const ViewCatalogue::Input& one) {
+      return one.name == former.name && one.value == former.value;
+    });
+  };
+  for (const auto& [frameId, former] : std::exchange(former_, {})) {
+    if (views_.Current() != frameId && !views_.Show(frameId)) continue;
+    if (stands(former)) continue;
+    // What had been typed need not be a value.
+    if (!views_.SetInput(former.name, former.value).isEmpty() && !former.inForce.isEmpty())
+      views_.SetInput(former.name, former.inForce);
+  }
 }
 
 void ViewExporter::WriteView() {
@@ -159,6 +190,7 @@ void ViewExporter::WriteView() {
     gridNames_.insert(FileNamePart(grid.name));
     WriteGrid(name + QLatin1Char('-') + FileNamePart(grid.name), grid);
   }
+  WriteInputs();
   const ViewCatalogue::Holdings holdings = views_.HoldingsGrid();
   followingGrid_ = holdings.gridName;
   portfoliosLeft_ = holdings.gridName.isEmpty() ? QStringList() : holdings.portfolioIds;
@@ -186,6 +218,15 @@ void ViewExporter::WritePortfolio() {
   NextPortfolio();
 }
 
+void ViewExporter::WriteInputs() {
+  GridText table{kInputsName, {QStringLiteral("输入项"), QStringLiteral("控件"), QStringLiteral("值")}, {}, {}};
+  for (const auto& [control, value, caption, inForce] : views_.Inputs())
+    table.rows.push_back({caption.isEmpty() ? control : caption, control, inForce.isEmpty() ? value : inForce});
+  if (table.rows.empty()) return;
+  gridNames_.insert(kInputsName);
+  WriteGrid(QStringLiteral("%1-%2").arg(view_.frameId).arg(kInputsName), table);
+}
+
 void ViewExporter::WriteGrid(const QString& name, const GridText& grid) {
   const QString file = name + QStringLiteral(".csv");
   WriteFileAtomically(folder_ + QLatin1Char('/') + file, GridToCsv(grid), Durability::Replaceable);
@@ -195,11 +236,12 @@ void ViewExporter::WriteGrid(const QString& name, const GridText& grid) {
 void ViewExporter::RemoveOld() const {
   static const QRegularExpression kOwnName(QStringLiteral("^\\d+-(.+?)(-\\d+)?\\.csv$"));
   const QDir folder(folder_);
+  QStringList old;
   for (const QString& file : folder.entryList({QStringLiteral("*.csv")}, QDir::Files)) {
     const QRegularExpressionMatch match = kOwnName.match(file);
-    if (!match.hasMatch() || !gridNames_.contains(match.captured(1)) || tables_.contains(file)) continue;
-    RemoveFile(folder.filePath(file));
+    if (match.hasMatch() && gridNames_.contains(match.captured(1)) && !tables_.contains(file)) old << file;
   }
+  for (const QString& file : old + notWritten_) RemoveFile(folder.filePath(file));
 }
 
 void ViewExporter::WriteNote() const {
@@ -208,26 +250,35 @@ void ViewExporter::WriteNote() const {
     const QString text =
         QStringLiteral("本目录中的表格和图片出自模拟行情：价格和走势都是虚构的，不是真实市场的数据。\n");
     WriteFileAtomically(note, text.toUtf8(), Durability::Replaceable);
-  } else if (QFile::exists(note)) {
+  } else {
     RemoveFile(note);
   }
 }
 
 void ViewExporter::WroteAll() {
+  for (const ViewInput& input : inputs_)
+    problems_ << QStringLiteral("没有编号为 %1 的视图，不能设定“%2”。").arg(input.frameId).arg(input.name);
   RemoveOld();
   WriteNote();
   QStringList lacking = views_.Incomplete();
   if (const QString shortcoming = views_.Shortcoming(); !shortcoming.isEmpty()) lacking.prepend(shortcoming);
-  Finish({}, lacking.join(QLatin1Char('\n')));
+  Finish(problems_.join(QLatin1Char('\n')), lacking.join(QLatin1Char('\n')));
 }
 
 void ViewExporter::Finish(const QString& problem, const QString& lacking) {
   look_.stop();
   qApp->removeEventFilter(this);
+  QStringList problems{problem};
+  try {
+    RestoreInputs();
+  } catch (const std::exception& error) {
+    problems << QStringLiteral("导出前的输入没有恢复：%1").arg(QString::fromUtf8(error.what()));
+  }
+  problems.removeAll(QString());
   if (shownBefore_ != 0) views_.Show(shownBefore_);
   // The listener may destroy this object.
   const auto done = std::exchange(OnDone, nullptr);
-  if (done) done(problem, lacking);
+  if (done) done(problems.join(QLatin1Char('\n')), lacking);
 }
 
 }  // namespace holdwise

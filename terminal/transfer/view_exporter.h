@@ -26,11 +26,13 @@ struct ViewInput {
 };
 
 /// Visits every view of an address and writes what it shows into a folder: "<frame id>.png", each grid as
-/// "<frame id>-<grid>.csv", and the grid that follows the selected portfolio as "<frame id>-<grid>-<portfolio>.csv" for
-/// each portfolio. Of a simulated market "模拟行情.txt" says so beside them. Of an earlier export into the same folder
-/// the tables of those of its grids stay no longer whose view or portfolio is gone, nor that note when the market is
-/// none; other files are left alone. Works along with the event loop; the user's mouse and keys do not reach the window
-/// meanwhile.
+/// "<frame id>-<grid>.csv", the grid that follows the selected portfolio as "<frame id>-<grid>-<portfolio>.csv" for
+/// each portfolio, and what the figures of a view with inputs rest on as "<frame id>-inputs.csv". Of a simulated market
+/// "模拟行情.txt" says so beside them. Views whose inputs are set come first: others may follow what is chosen there.
+/// In the end the inputs are what they were; what had been typed there and not applied is applied. Of an earlier export
+/// into the same folder the tables of those of its grids stay no longer whose view or portfolio is gone, nor anything
+/// of a view that was not written because an input was refused, nor that note when the market is none; other files are
+/// left alone. Works along with the event loop; the user's mouse and keys do not reach the window meanwhile.
 class ViewExporter : public QObject {
  public:
   /// Longest time that one view or portfolio may take to settle without coming any further.
@@ -40,12 +42,12 @@ class ViewExporter : public QObject {
   ViewExporter(ViewCatalogue& views, QWidget& picture, int settleMilliseconds = kSettleMilliseconds);
   ~ViewExporter() override;
 
-  /// Called once, from the event loop. `problem` is empty when everything has been written; `lacking` says then what
-  /// the written figures lack, a line each, empty when they are the latest and whole.
+  /// Called once, from the event loop. `problem` is empty when everything has been written. `lacking` says what the
+  /// written figures lack, a line each; empty when they are the latest and whole, or when the export broke off.
   std::function<void(const QString& problem, const QString& lacking)> OnDone;
   /// @param folder is made when missing
-  /// @param inputs are set one after the other, in this order, when their view is shown and before it is written; one
-  /// that is refused, or whose view does not exist, ends the export
+  /// @param inputs are set one after the other, in this order, when their view is shown and before it is written. One
+  /// that is refused, or whose view does not exist, is a problem; its view is not written, the others are.
   /// @param isSimulated of the market that the views show
   void Start(const QString& folder, std::vector<ViewInput> inputs = {}, bool isSimulated = false);
 
@@ -56,11 +58,14 @@ class ViewExporter : public QObject {
   void Look();
   void NextView();
   void SetInputs();
+  void KeepInputs();
+  void RestoreInputs();
   void NextPortfolio();
   void WriteView();
   void WritePortfolio();
+  void WriteInputs();
   void WriteGrid(const QString& name, const GridText& grid);
-  /// Tables of an earlier export that this one did not write again.
+  /// What is left of an earlier export and is not of this one.
   void RemoveOld() const;
   void WriteNote() const;
   void Wait(void (ViewExporter::*whenSettled)(), int quietLooks, const QString& forWhat);
@@ -73,6 +78,13 @@ class ViewExporter : public QObject {
   QString folder_;
   std::vector<ViewCatalogue::View> left_;  ///< views to visit, the next one last
   std::vector<ViewInput> inputs_;          ///< those not yet set
+  struct FormerInput {
+    int frameId = 0;
+    ViewCatalogue::Input input;
+  };
+  std::vector<FormerInput> former_;  ///< of the views whose inputs are set, as they were
+  QStringList problems_;             ///< that do not end the export
+  QStringList notWritten_;           ///< pictures of views whose input was refused
   bool isSimulated_ = false;
   ViewCatalogue::View view_;
   int shownBefore_ = 0;

@@ -82,11 +82,37 @@ TEST_F(Stress, MoveAndIndexAreSetBeforeTheViewIsExported) {
   }
 }
 
-TEST_F(Stress, ARefusedMoveEndsTheExportWithItsMessage) {
+TEST_F(Stress, TheTablesSayWhatTheyRestOn) {
+  const auto inputs = [this](const char* folder) { return ReadCsv(bench_.File(folder) + "/2003-inputs.csv"); };
+  EXPECT_EQ(inputs("first"),
+            Rows({{"输入项", "控件", "值"}, {"参考指数", "ComboBox11", "1"}, {"预期涨跌幅(%)", "Edit1", "0"}}));
+  ASSERT_EQ(Export({"--stress", "-7.5", "--stress-index", "399300"}).exitCode, 0);
+  EXPECT_EQ(inputs("out"),
+            Rows({{"输入项", "控件", "值"}, {"参考指数", "ComboBox11", "399300"}, {"预期涨跌幅(%)", "Edit1", "-7.5"}}));
+}
+
+TEST_F(Stress, AllViewsOfAnExportAreAgainstTheSameIndex) {
+  for (const auto& [index, beta] : {std::pair{"1", "2"}, std::pair{"399001", "1"}}) {
+    const QString id = ReadCsv(bench_.File("first/2003-strngrd.csv"))[2][6];
+    ASSERT_EQ(Export({"--stress-index", index}).exitCode, 0);
+    const Rows risk = ReadCsv(bench_.File("out/2002-StringGrid1-" + id + ".csv"));
+    EXPECT_EQ(risk[2][5], beta) << index << ": 600002";
+    const Rows evaluation = ReadCsv(bench_.File("out/3001-StringGrid1-" + id + ".csv"));
+    EXPECT_EQ(evaluation[2][7], QString(beta) + ".000000") << index;
+  }
+}
+
+TEST_F(Stress, ARefusedMoveIsSaidWithItsBoundAndTheOtherViewsAreWritten) {
   const Outcome outcome = Export({"--stress", "-50"});
   EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_TRUE(outcome.err.contains("视图“压力测试”：涨跌幅超出界限值，请重新输入!")) << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.err.contains("视图“压力测试”没有导出：涨跌幅超出界限值，请重新输入!（"))
+      << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.err.contains("(600002)相对上证指数的贝塔系数是 2，涨跌幅要大于 -50%）"))
+      << outcome.err.toStdString();
   EXPECT_FALSE(QFile::exists(bench_.File("out/2003-strngrd.csv")));
+  EXPECT_FALSE(QFile::exists(bench_.File("out/2003.png")));
+  for (const char* view : {"2001", "2002", "3001", "3002"})
+    EXPECT_TRUE(QFile::exists(bench_.File("out") + "/" + view + ".png")) << view;
 }
 
 TEST_F(Stress, ABadNumberIsRefusedAtOnce) {
@@ -101,7 +127,10 @@ TEST_F(Stress, ARunningTerminalTakesTheMoveToo) {
   ASSERT_TRUE(running.WaitForWindow());
   ASSERT_EQ(Export({"--stress", "-10"}).exitCode, 0);
   EXPECT_EQ(Read("strngrd")[2][2], "557.50");
-  EXPECT_EQ(Export({"--stress", "-50"}).exitCode, 1) << "no message box waits for an answer";
+  EXPECT_EQ(Export({"--stress", "-50", "--stress-index", "399001"}).exitCode, 0);
+  EXPECT_EQ(Export({"--stress", "-50"}).exitCode, 1) << "no message box waits for an answer; the index is as before";
+  EXPECT_EQ(Export({}).exitCode, 0);
+  EXPECT_EQ(Read("strngrd")[2][2], "677.00") << "what the user has set there is as before";
   EXPECT_EQ(running.Process().state(), QProcess::Running);
 }
 

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <tuple>
@@ -25,6 +26,7 @@ class FakeViews : public ViewCatalogue {
  public:
   [[nodiscard]] std::vector<View> List() const override { return {{1, "one"}, {2, "two"}}; }
   bool Show(int frameId) override {
+    shown.append(frameId);
     current_ = frameId;
     asked_ = 0;
     return frameId != unshowable;
@@ -36,7 +38,7 @@ class FakeViews : public ViewCatalogue {
   [[nodiscard]] QStringList Incomplete() const override { return incomplete; }
   [[nodiscard]] QWidget* Frame() const override { return nullptr; }
   [[nodiscard]] std::vector<GridText> Grids() const override {
-    return {{"g/1", {"t"}, {false}, {{QString::number(current_) + portfolio_}}}};
+    return {{"g/1", {"t"}, {false}, {{QString::number(current_) + (current_ == 2 ? portfolio_ : QString())}}}};
   }
   [[nodiscard]] Holdings HoldingsGrid() const override {
     return current_ == 2 ? Holdings{"g/1", {"11", "12"}} : Holdings{};
@@ -46,14 +48,22 @@ class FakeViews : public ViewCatalogue {
     asked_ = 0;
     return true;
   }
-  [[nodiscard]] std::vector<Input> Inputs() const override { return {}; }
+  [[nodiscard]] std::vector<Input> Inputs() const override { return current_ == 2 ? inputs : std::vector<Input>{}; }
   QString SetInput(const QString& name, const QString& value) override {
-    EXPECT_GE(asked_, 4) << name.toStdString() << " is set before the view has settled";
+    set.append(name + '=' + value);
+    EXPECT_TRUE(asked_ >= 4 || isRestoring()) << name.toStdString() << " is set before the view has settled";
     asked_ = 0;
     portfolio_ += ' ' + name + '=' + value;
-    return value == "bad" ? "no" : QString();
+    if (value == "bad") return "no";
+    for (Input& input : inputs)
+      if (input.name == name) input.value = input.inForce = value;
+    return {};
   }
   void DataChanged() override {}
+  std::function<bool()> isRestoring = [] { return false; };
+  std::vector<Input> inputs;
+  QList<int> shown;
+  QStringList set;
   int unshowable = 0;
   int looksOfOne = 4;
   bool isMoving = false;
@@ -138,15 +148,71 @@ TEST(ViewExporterTest, SetsInputsOneAfterTheOtherBeforeTheirViewIsWritten) {
   EXPECT_EQ(ContentOf(folder.filePath("2-g_1.csv")), "t\n2 index=7 move=-10\n");
 }
 
-TEST(ViewExporterTest, ARefusedInputOrOneOfNoViewEndsTheExport) {
+TEST(ViewExporterTest, AViewWhoseInputIsSetComesFirstSoThatAllFollowIt) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  ASSERT_EQ(Export(views, folder.path()), QStringList{"done|"});
+  EXPECT_EQ(views.shown, QList<int>({1, 2, 2})) << "and back to the one that was shown";
+  views.shown.clear();
+  ASSERT_EQ(Export(views, folder.path(), {{2, "move", "-10"}}), QStringList{"done|"});
+  EXPECT_EQ(views.shown, QList<int>({2, 1, 2}));
+}
+
+TEST(ViewExporterTest, TheInputsAreWrittenAsTheyAreInForceAndAreAfterwardsWhatTheyWere) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  views.inputs = {{"index", "1", "参考指数", "1"}, {"move", "5", {}, "4"}, {"other", "x"}};
+  views.isRestoring = [&views] { return views.set.size() > 2; };
+  ASSERT_EQ(Export(views, folder.path(), {{2, "index", "7"}, {2, "move", "-10"}}), QStringList{"done|"});
+  EXPECT_EQ(ContentOf(folder.filePath("2-inputs.csv")),
+            QString("输入项,控件,值\n参考指数,index,7\nmove,move,-10\nother,other,x\n").toUtf8());
+  EXPECT_FALSE(QFile::exists(folder.filePath("1-inputs.csv"))) << "that view has none";
+  EXPECT_EQ(views.set, QStringList({"index=7", "move=-10", "index=1", "move=5"}));
+  views.set.clear();
+  ASSERT_EQ(Export(views, folder.path()), QStringList{"done|"});
+  EXPECT_TRUE(views.set.isEmpty()) << "nothing was changed";
+  EXPECT_TRUE(ContentOf(folder.filePath("2-inputs.csv")).contains("move,move,5"));
+}
+
+TEST(ViewExporterTest, WhatWasTypedAndIsNoValueGoesBackToTheOneInForce) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  views.inputs = {{"move", "bad", {}, "4"}};
+  views.isRestoring = [&views] { return views.set.size() > 1; };
+  EXPECT_EQ(Export(views, folder.path()), QStringList{"done|"});
+  EXPECT_TRUE(ContentOf(folder.filePath("2-inputs.csv")).contains("move,move,4")) << "what the figures rest on";
+  ASSERT_EQ(Export(views, folder.path(), {{2, "move", "-10"}}), QStringList{"done|"});
+  EXPECT_EQ(views.set, QStringList({"move=-10", "move=bad", "move=4"}));
+}
+
+TEST(ViewExporterTest, ARefusedInputLeavesOutItsViewWithItsOldTablesAndWritesTheOthers) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  views.inputs = {{"move", "5"}, {"more", "6"}};
+  ASSERT_EQ(Export(views, folder.path()), QStringList{"done|"});
+  for (const char* name : {"2-notes.csv", "2-notes.png"}) {
+    QFile file(folder.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  }
+  views.incomplete = {"a: x"};
+  views.set.clear();
+  const QStringList done = Export(views, folder.path(), {{2, "move", "bad"}, {2, "more", "7"}});
+  EXPECT_EQ(done, QStringList{"done视图“two”没有导出：no|a: x"});
+  EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files, QDir::Name),
+            QStringList({"1-g_1.csv", "1.png", "2-notes.csv", "2-notes.png"}));
+  EXPECT_EQ(views.set, QStringList{"move=bad"}) << "its other inputs are not set";
+}
+
+TEST(ViewExporterTest, ARefusedInputOrOneOfNoViewIsAProblem) {
   for (const auto& [view, value, wanted] :
-       {std::tuple{2, "bad", "视图“two”：no"}, std::tuple{3, "7", "没有编号为 3 的视图"}}) {
+       {std::tuple{2, "bad", "视图“two”没有导出：no"}, std::tuple{3, "7", "没有编号为 3 的视图"}}) {
     const QTemporaryDir folder;
     FakeViews views;
     const QStringList done = Export(views, folder.path(), {{view, "move", value}});
     ASSERT_EQ(done.size(), 1);
     EXPECT_TRUE(done.first().contains(QString::fromUtf8(wanted))) << done.first().toStdString();
     EXPECT_EQ(QFile::exists(folder.filePath("2.png")), view == 3);
+    EXPECT_TRUE(QFile::exists(folder.filePath("1.png")));
   }
 }
 
