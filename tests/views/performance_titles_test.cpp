@@ -111,6 +111,16 @@ TEST_F(PerformanceTitles, StandInTheMiddleOfTheirColumnsAndTheIndustryAtItsLeft)
   }
 }
 
+TEST_F(PerformanceTitles, TheLastOneKeepsClearOfTheEdgeOfANarrowPage) {
+  OpenWithTwo(1024);
+  HeaderStrip* strip = StripOver(*holdings);
+  const QLabel& last = *strip->Labels().back();
+  const QImage image = strip->grab().toImage();
+  const Ink ink = InkIn(image, last.geometry(), Color("Grid_TitleUpBg"));
+  EXPECT_GT(ink.left, last.x());
+  EXPECT_LT(ink.right, image.width() - 1);
+}
+
 TEST_F(PerformanceTitles, CellsStandInTheMiddleOfTheirColumnsAndTheIndustryAtItsLeft) {
   OpenWide();
   // The second rows: not selected, odd.

@@ -3,6 +3,7 @@
 // looked at again before they are kept.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QDir>
 #include <QFontDatabase>
 #include <algorithm>
@@ -17,6 +18,8 @@ namespace {
 
 constexpr int kHeight = 640;
 constexpr int kStress = 2003;
+constexpr int kRisk = 2002;
+constexpr int kOther = 2001;
 /// Fonts are drawn a little differently from one version of their library to the next.
 constexpr int kSameColour = 48;           // difference of a channel that nobody sees in the edge of a character
 constexpr double kMostDifferent = 0.004;  // of all pixels; a bar that is gone, a column that moved are more
@@ -58,13 +61,21 @@ class ViewPictures : public PortfolioViewTest, public testing::WithParamInterfac
     bench.AddPortfolio(2, QStringLiteral("银行与酒"), {{1600000, 1000, 0.36, 10.4}, {1600519, 10, 0.64, 1850}});
     bench.AddPortfolio(3, QStringLiteral("进取"), {{1600000, 10000, 0.9, 9}, {1000001, 1000, 0.1, 10}});
     for (const auto& [id, figures] :
-         {std::pair{1, "ZSCLOSEPRICE=2000, BETA=0.5, ZHBZC=0.011, FC=0.000121, SHARP=0.034, TREYNOR=0.0007"},
-          std::pair{2, "ZSCLOSEPRICE=2300, BETA=0.9, ZHBZC=0.016, FC=0.000256, SHARP=-0.012, TREYNOR=-0.0002"},
-          std::pair{3, "ZSCLOSEPRICE=2000, BETA=1.2, ZHBZC=0.02, FC=0.0004, SHARP=0.056, TREYNOR=0.0009"}}) {
+         {std::pair{
+              1, "ZSCLOSEPRICE=2000, BETA=0.5, ZHBZC=0.011, FC=0.000121, ALPHA=0.00021, SHARP=0.034, TREYNOR=0.0007"},
+          std::pair{
+              2,
+              "ZSCLOSEPRICE=2300, BETA=0.9, ZHBZC=0.016, FC=0.000256, ALPHA=-0.00034, SHARP=-0.012, TREYNOR=-0.0002"},
+          std::pair{
+              3, "ZSCLOSEPRICE=2000, BETA=1.2, ZHBZC=0.02, FC=0.0004, ALPHA=0.00055, SHARP=0.056, TREYNOR=0.0009"}}) {
       Execute(QStringLiteral("update alg_commain set %1 where ID = %2").arg(QString::fromLatin1(figures)).arg(id));
     }
-    Execute(
-        QStringLiteral("insert into alg_stockstatistic (secucode,hqtype,hqdate,sylbzc) values (1,0,20240528,0.025)"));
+    for (const auto& [code, deviation] :
+         {std::pair{1, "0.025"}, {1600000, "0.0182"}, {1000001, "0.0215"}, {1600519, "0.0167"}}) {
+      Execute(QStringLiteral("insert into alg_stockstatistic (secucode,hqtype,hqdate,sylbzc) values (%1,0,20240528,%2)")
+                  .arg(code)
+                  .arg(QString::fromLatin1(deviation)));
+    }
     Execute(QStringLiteral(
         "insert into alg_rmbinterestrate (ID,DEPOSITTYPE,TERM,INTEREST) values (1,'定期存款整存整取','一年',2.25)"));
     bench.host.dataCenter.indices[1] = {2200, 2190};
@@ -91,8 +102,15 @@ class ViewPictures : public PortfolioViewTest, public testing::WithParamInterfac
     const auto download = bench.host.DownFile(QStringLiteral("FInfoAsynDownFileRole"));
     for (const QString& file : download->Pending()) download->WriteAndReceive(file, RiskFile());
     bench.DeliverPrices(PricesOfThree());
-    SendFrameMessage(*frame, FrameMessage::Init);
-    if (GetParam().node == kStress) frame->SetInput(QStringLiteral("Edit1"), QStringLiteral("-10"));
+    // Shown again, now that the prices are in.
+    bench.ClickNode(GetParam().node == kOther ? kRisk : kOther);
+    ShowView();
+    if (GetParam().node == kStress) {
+      frame->SetInput(QStringLiteral("Edit1"), QStringLiteral("-10"));
+      QApplication::setCursorFlashTime(0);
+      QApplication::setActiveWindow(&bench.host.system.workArea);
+      frame->findChild<QWidget*>(QStringLiteral("Edit1"))->setFocus();
+    }
     QTest::qWait(50);
     return bench.mainFrame->grab().toImage().convertToFormat(QImage::Format_RGB32);
   }

@@ -201,6 +201,19 @@ TEST_F(StressView, EverythingFitsAtEveryWidth) {
   EXPECT_TRUE(portfolios->isColumnHidden(kId));
 }
 
+TEST_F(StressView, TheFocusedEntryHasAFrameThatIsSeen) {
+  OpenWithTwo();
+  const auto frameColour = [this] { return Entry().grab().toImage().pixelColor(0, Entry().height() / 2); };
+  for (int theme = 0; theme < 2; ++theme) {
+    Entry().setFocus();
+    EXPECT_EQ(frameColour(), Color("Grid_ClickTxtColor")) << theme;
+    Button("btnOK").setFocus();
+    EXPECT_NE(frameColour(), Color("Grid_ClickTxtColor")) << theme;
+    bench.host.theme.Switch();
+    SendFrameMessage(*frame, FrameMessage::ChangeSkin);
+  }
+}
+
 TEST_F(StressView, ItFollowsTheTheme) {
   OpenWithTwo();
   for (int theme = 0; theme < 2; ++theme) {

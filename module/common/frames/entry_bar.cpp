@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <utility>
 
@@ -19,6 +20,7 @@ namespace {
 constexpr int kMargin = 14;
 constexpr int kGap = 8;
 constexpr int kControlHeight = 24;
+constexpr int kEntryMargin = 3;   // between an entry's frame and its text
 constexpr int kFrameShade = 140;  // percent by which the style darkens it
 
 }  // namespace
@@ -41,6 +43,22 @@ void EntryField::keyPressEvent(QKeyEvent* event) {
   }
   if (isTaken && !isEnter) return QLineEdit::keyPressEvent(event);
   event->accept();
+}
+
+void EntryField::SetFocusFrame(const QColor& color) {
+  focusFrame_ = color;
+  update();
+}
+
+// The style's own frame of the focus is as dark as the selection it takes its colour from.
+void EntryField::paintEvent(QPaintEvent* event) {
+  constexpr double kRadius = 2;  // the style's
+  QLineEdit::paintEvent(event);
+  if (!hasFocus() || !focusFrame_.isValid()) return;
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(focusFrame_);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
 }
 
 void EntryField::focusInEvent(QFocusEvent* event) {
@@ -77,6 +95,7 @@ EntryField& EntryBar::AddEntry(const QString& name, const QString& text, int wid
   auto* entry = new EntryField(unit_, name, this);
   entry->setText(text);
   entry->setFixedSize(width, kControlHeight);
+  entry->setTextMargins(kEntryMargin, 0, kEntryMargin, 0);
   Add(*entry);
   return *entry;
 }
@@ -121,6 +140,7 @@ void EntryBar::ApplyTheme() {
     palette.setColor(QPalette::Highlight, colors.ColorOf(theme::kRowSelect));
     palette.setColor(QPalette::HighlightedText, colors.ColorOf(theme::kSelectedText));
     control->setPalette(palette);
+    if (auto* entry = qobject_cast<EntryField*>(control)) entry->SetFocusFrame(colors.ColorOf(theme::kClickText));
   }
 }
 

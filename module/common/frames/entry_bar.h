@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QColor>
 #include <QLineEdit>
 #include <functional>
 #include <vector>
@@ -24,13 +25,18 @@ class EntryField : public QLineEdit {
   /// left, or is Enter; keys that only move or select are never dropped.
   std::function<bool(QChar character)> OnKeyPress;
 
+  /// Colour of the frame while the entry has the focus.
+  void SetFocusFrame(const QColor& color);
+
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
   QString unit_;
+  QColor focusFrame_;
 };
 
 /// A row of labels, entries, drop-downs and buttons in the theme's colours. While one of its entries has the focus the

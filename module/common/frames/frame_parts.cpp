@@ -44,10 +44,17 @@ namespace {
 /// the mouse, before its hint.
 void FitTitle(QLabel& label, const QString& hint) {
   constexpr int kSmallest = 10;
-  constexpr int kBlank = 4;  // the brackets at its ends have that much blank around them
+  constexpr int kNarrowest = 88;  // percent of the font's width, where the smallest still touches the edges
+  constexpr int kAir = 4;         // pixels, at both edges together
+  constexpr int kBlank = 4;       // the brackets at its ends have that much blank around them
   int pixels = kDesignFontPixels;
   label.setFont(DesignFont(pixels));
   while (pixels > kSmallest && label.sizeHint().width() > label.width()) label.setFont(DesignFont(--pixels));
+  if (pixels == kSmallest && label.sizeHint().width() > label.width() - kAir) {
+    QFont narrow = label.font();
+    narrow.setStretch(std::clamp(100 * (label.width() - kAir) / label.sizeHint().width(), kNarrowest, 100));
+    label.setFont(narrow);
+  }
   const bool isCutOff = label.sizeHint().width() > label.width() + kBlank;
   if (isCutOff) label.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   QStringList lines{hint};
