@@ -71,14 +71,14 @@ TEST_F(Incomplete, AMissingDepositRateIsSaidAndHealedWhenItIsBack) {
   const QString path = bench_.data + "/QMTL/TZZH/InterestRate.Dat";
   const QString program = Program("holdwise-market");
   const QString csv = bench_.File("rates.csv");
-  ASSERT_EQ(Run(program, {"packet", "to-csv", path, "--out", csv}).exitCode, 0);
+  ASSERT_EQ(e2e::Run(program, {"packet", "to-csv", path, "--out", csv}).exitCode, 0);
   QFile file(csv);
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
   QByteArray rates = file.readAll();
   ASSERT_TRUE(rates.contains(",一年,"));
   const QString other = bench_.Write("other.csv", rates.replace(",一年,", ",九年,"));
   ASSERT_TRUE(QFile::rename(path, path + ".away"));
-  ASSERT_EQ(Run(program, {"packet", "from-csv", other, "--out", path}).exitCode, 0);
+  ASSERT_EQ(e2e::Run(program, {"packet", "from-csv", other, "--out", path}).exitCode, 0);
   const auto said = [](const Outcome& outcome) {
     return outcome.err.contains("甲：没有一年期定期存款利率") && outcome.err.contains("乙：没有一年期定期存款利率");
   };

@@ -68,9 +68,9 @@ TEST_F(OtherData, ACorrectedIndexCloseOfTheDayOfPurchaseIsSaid) {
       "name,code,quantity,price,date\n丙,600003,100,3.00,2024-05-21\n丙,600004,100,4.00,2024-05-21\n";
   ASSERT_EQ(Export({"--import", bench_.Write("third.csv", third)}).exitCode, 0);
   const auto levels = [this] {
-    QStringList levels;
-    for (const QStringList& row : ReadCsv(bench_.File("out/3002-strngrd.csv"))) levels.append(row[9]);
-    return levels.mid(1);
+    QStringList column;
+    for (const QStringList& row : ReadCsv(bench_.File("out/3002-strngrd.csv"))) column.append(row[9]);
+    return column.mid(1);
   };
   // 60 weekdays up to 31 May close at 3000.01 to 3000.60: the 51st and the 52nd.
   const QStringList stored{"3000.52", "3000.51", "3000.51"};
