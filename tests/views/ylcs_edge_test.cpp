@@ -137,6 +137,22 @@ TEST_F(StressView, InputsSayWhatIsInForceWhileAnotherValueWaits) {
   EXPECT_EQ(QStringList({inputs[1].caption, inputs[1].value, inputs[1].inForce}), List({"预期涨跌幅(%)", "-", "20"}));
 }
 
+TEST_F(StressView, InputsThatWereSetCanBePutBackInTheirOrder) {
+  OpenWithTwo();
+  ChooseIndex(1);
+  Receive(kShenzhen, Betas(1, 2));
+  Apply(QStringLiteral("5"));
+  const QStringList before = Texts();
+  const auto inputs = frame->Inputs();
+  ASSERT_EQ(frame->SetInput(QStringLiteral("ComboBox11"), QStringLiteral("1")), QString());
+  ASSERT_EQ(frame->SetInput(QStringLiteral("Edit1"), QStringLiteral("-10")), QString());
+  ASSERT_NE(Texts(), before);
+  for (const auto& input : inputs) EXPECT_EQ(frame->SetInput(input.name, input.value), QString());
+  EXPECT_EQ(Texts(), before);
+  EXPECT_EQ(Shown(), QStringLiteral("所示：深证成指 5%"));
+  EXPECT_EQ(Entry().text(), QStringLiteral("5"));
+}
+
 // A database that fails.
 
 TEST_F(StressView, APageThatCannotBeMadeIsSaidAndMadeTheNextTime) {
