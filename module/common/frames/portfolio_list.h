@@ -38,6 +38,11 @@ class PortfolioList : public FramePart {
   /// Hint for the cell under the mouse, instead of the whole of a text that is cut off; empty for none.
   std::function<QString(const GridCell& cell, const QPoint& position)> OnHint;
 
+  /// Other captions over the shown columns, as HeaderStrip takes them.
+  void SetTitles(const QStringList& titles);
+  /// Width of the strip with the captions, pixels.
+  [[nodiscard]] int TitleWidth() const;
+
   /// Pictures that act as buttons in one column; they live longer than the list's events.
   void SetButtons(CellButtons& buttons);
 

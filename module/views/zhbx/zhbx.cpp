@@ -7,7 +7,7 @@
 #include "common/frames/holdings_panel.h"
 #include "common/frames/portfolio_list.h"
 #include "common/grid/cell_geometry.h"
-#include "common/grid/delete_picture.h"
+#include "common/grid/operation_picture.h"
 #include "common/host/host_access.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
