@@ -56,6 +56,9 @@ class StockPicker : public FramePart {
 
   void ApplyTheme() override;
   void Fit() override;
+
+ private:
+  RowPicks picked_;
 };
 
 }  // namespace holdwise
