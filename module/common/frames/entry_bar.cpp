@@ -3,6 +3,7 @@
 
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
@@ -29,18 +30,37 @@ EntryField::EntryField(QString unit, const QString& name, QWidget* parent) : QLi
 }
 
 void EntryField::keyPressEvent(QKeyEvent* event) {
+  bool isDone = false;
+  if (OnKeyDown) GuardEvent(unit_, objectName(), [&] { isDone = OnKeyDown(event->key(), event->modifiers()); });
+  if (isDone) return event->accept();
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   const bool isBackspace = event->key() == Qt::Key_Backspace;
   QChar character = event->text().isEmpty() ? QChar() : event->text().front();
   if (isEnter) character = u'\r';
   if (isBackspace) character = u'\b';
   const bool types = isEnter || isBackspace || (!character.isNull() && character.isPrint());
-  bool isTaken = true;
-  if (types && OnKeyPress) {
-    GuardEvent(unit_, objectName(), [&] { isTaken = OnKeyPress(character); });
-  }
+  const bool isTaken = !types || Takes(character);
   if (isTaken && !isEnter) return QLineEdit::keyPressEvent(event);
   event->accept();
+}
+
+bool EntryField::Takes(QChar character) const {
+  bool isTaken = true;
+  if (OnKeyPress) GuardEvent(unit_, objectName(), [&] { isTaken = OnKeyPress(character); });
+  return isTaken;
+}
+
+void EntryField::inputMethodEvent(QInputMethodEvent* event) {
+  const QString typed = event->commitString();
+  if (!OnKeyPress || typed.isEmpty()) return QLineEdit::inputMethodEvent(event);
+  event->setCommitString({}, event->replacementStart(), event->replacementLength());
+  QLineEdit::inputMethodEvent(event);
+  for (qsizetype at = 0; at < typed.size();) {
+    const bool isPair = typed[at].isHighSurrogate() && at + 1 < typed.size() && typed[at + 1].isLowSurrogate();
+    const QString character = typed.mid(at, isPair ? 2 : 1);
+    if (Takes(character.front())) insert(character);
+    at += character.size();
+  }
 }
 
 void EntryField::focusInEvent(QFocusEvent* event) {
@@ -106,22 +126,24 @@ QPushButton& EntryBar::AddButton(const QString& name, const QString& text, std::
 }
 
 void EntryBar::ApplyTheme() {
+  SetPanelColor(*this, ThemeBackground());
+  for (QWidget* control : controls_) ApplyControlTheme(*control);
+}
+
+void ApplyControlTheme(QWidget& control) {
   const IColorSet2& colors = ModuleHost().ColorTheme().Colors();
-  const QColor background = colors.ColorOf(theme::kBackground);
   const QColor text = colors.ColorOf(theme::kTitleFont);
-  SetPanelColor(*this, background);
-  for (QWidget* control : controls_) {
-    QPalette palette = control->palette();
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) palette.setColor(role, text);
-    palette.setColor(QPalette::Base, colors.ColorOf(theme::kHighLight1));
-    // The style takes an entry's frame from the window's colour, which a dark theme leaves without contrast.
-    const bool isEntry = qobject_cast<QLineEdit*>(control) != nullptr;
-    palette.setColor(QPalette::Window, isEntry ? colors.ColorOf(theme::kEditFrame).lighter(kFrameShade) : background);
-    palette.setColor(QPalette::Button, colors.ColorOf(theme::kHighLight2));
-    palette.setColor(QPalette::Highlight, colors.ColorOf(theme::kRowSelect));
-    palette.setColor(QPalette::HighlightedText, colors.ColorOf(theme::kSelectedText));
-    control->setPalette(palette);
-  }
+  QPalette palette = control.palette();
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) palette.setColor(role, text);
+  palette.setColor(QPalette::Base, colors.ColorOf(theme::kHighLight1));
+  // The style takes an entry's frame from the window's colour, which a dark theme leaves without contrast.
+  const bool isEntry = qobject_cast<QLineEdit*>(&control) != nullptr;
+  palette.setColor(QPalette::Window,
+                   isEntry ? colors.ColorOf(theme::kEditFrame).lighter(kFrameShade) : ThemeBackground());
+  palette.setColor(QPalette::Button, colors.ColorOf(theme::kHighLight2));
+  palette.setColor(QPalette::Highlight, colors.ColorOf(theme::kRowSelect));
+  palette.setColor(QPalette::HighlightedText, colors.ColorOf(theme::kSelectedText));
+  control.setPalette(palette);
 }
 
 }  // namespace holdwise

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QColor>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -9,25 +10,15 @@
 #include "common/frames/frame_part.h"
 #include "common/grid/row_picks.h"
 #include "common/grid/string_grid.h"
+#include "views/zxpz/holding_row.h"
 
 class QLabel;
 class QPushButton;
+class QValidator;
 
 namespace holdwise {
 
 class HeaderStrip;
-
-/// One row of the holdings grid, as texts: price in yuan and quantity in shares stand as they were typed.
-struct HoldingRow {
-  QString code;  ///< six digits
-  QString name;
-  QString price;
-  QString quantity;
-  bool operator==(const HoldingRow&) const = default;
-};
-
-/// Columns of the holdings grid.
-enum HoldingsColumn : int { kHoldingCode, kHoldingName, kHoldingPrice, kHoldingQuantity, kHoldingsColumns };
 
 /// The edit box over a cell: keeps Tab for its key handler.
 class TRzEdit : public EntryField {
@@ -35,8 +26,6 @@ class TRzEdit : public EntryField {
  public:
   using EntryField::EntryField;
 
-  /// A key before it takes effect; true: it has been dealt with.
-  std::function<bool(int key, Qt::KeyboardModifiers modifiers)> OnKeyDown;
   /// The focus has gone elsewhere.
   std::function<void()> OnExit;
 
@@ -48,13 +37,11 @@ class TRzEdit : public EntryField {
 
 /// The portfolio being built: a grid of its stocks under a title strip, buy price and quantity typed into an edit box
 /// over their cells; below the grid the delete button and what it says about picking rows. Rows picked with Ctrl held
-/// are known by identity. The rows end at kMostRows for whoever adds; SetRows and AddRow themselves have no limit.
-/// While the edit box has the focus the host's keyboard capture is off. What an event throws goes to the debug log.
+/// are known by identity. Whoever adds stops at kMostHoldings; SetRows and AddRow themselves have no limit. While the
+/// edit box has the focus the host's keyboard capture is off. What an event throws goes to the debug log.
 /// User-interface thread only.
 class HoldingsEditor : public FramePart {
  public:
-  static constexpr int kMostRows = 10;
-
   explicit HoldingsEditor(QWidget* parent);
 
   TStringGrid* StringGrid3;
@@ -86,6 +73,9 @@ class HoldingsEditor : public FramePart {
 
   /// The delete button: deletes the picked rows or, when none is picked, the selected ones; closes the edit box.
   void Label5Click();
+  /// Adds the holdings of the clipboard's text behind those there are, a missing price at the stock's current one. One
+  /// message names what was refused.
+  void PasteHoldings();
   /// Gives each column a quarter of the grid's width.
   void CalGridWidth();
   /// Captions over the four columns; a "\r" in them breaks the line, and the strip gets the height for it.
@@ -97,6 +87,8 @@ class HoldingsEditor : public FramePart {
   void Fit() override;
 
  private:
+  void InitGrid();
+  void InitEditor();
   bool FInplaceEditKeyDown(int key, Qt::KeyboardModifiers modifiers);
   bool FInplaceEditKeyPress(QChar key);
   void StringGrid3MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& position);
@@ -104,10 +96,14 @@ class HoldingsEditor : public FramePart {
   void StringGrid3DrawCell(QPainter& painter, const GridCellPaint& cell) const;
   /// Commits, goes to another cell and opens the edit box there, with the host's capture off.
   void MoveTo(const GridCell& cell);
+  void Commit();
   void PlaceEditor();
 
   HeaderStrip* header_;
   QLabel* hint_;
+  QValidator* priceTexts_;
+  QValidator* quantityTexts_;
+  QColor boxColor_;
   RowPicks picked_;
   GridCell edited_;
 };

@@ -4,7 +4,8 @@
 #include <optional>
 #include <vector>
 
-#include "holdings_editor.h"
+#include "common/grid/string_grid.h"
+#include "holding_row.h"
 
 /// A portfolio on its way from the editor to the database. Pure functions.
 namespace holdwise::editor {

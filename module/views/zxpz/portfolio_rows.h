@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-#include "holdings_editor.h"
+#include "common/grid/string_grid.h"
+#include "holding_row.h"
 #include "holdwise/packet/result_set.h"
 
 /// Between the stored portfolios and the rows of the editor's lower grids. User-interface thread.
