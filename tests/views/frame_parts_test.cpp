@@ -196,6 +196,18 @@ TEST_F(Bar, WhatAnInputMethodPutsTogetherIsFilteredCharacterByCharacter) {
   EXPECT_EQ(entry->text(), QStringLiteral("134") + commit.commitString() + QStringLiteral("2"));
 }
 
+TEST_F(Bar, CommandsAreNotTypedCharacters) {
+  entry->setFocus();
+  entry->selectAll();
+  QTest::keyClick(entry, Qt::Key_X, Qt::ControlModifier);
+  EXPECT_EQ(entry->text(), QString());
+  QTest::keyClick(entry, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(entry->text(), QStringLiteral("20"));
+  EXPECT_EQ(keys, QString());
+  QTest::keyClick(entry, Qt::Key_5, Qt::ControlModifier | Qt::AltModifier);
+  EXPECT_EQ(keys, QStringLiteral("5")) << "the third level of a key types";
+}
+
 TEST_F(Bar, AKeyThatHasBeenDealtWithHasNoOtherEffect) {
   std::vector<int> seen;
   entry->OnKeyDown = [&](int key, Qt::KeyboardModifiers) {

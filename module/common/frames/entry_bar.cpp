@@ -38,7 +38,10 @@ void EntryField::keyPressEvent(QKeyEvent* event) {
   QChar character = event->text().isEmpty() ? QChar() : event->text().front();
   if (isEnter) character = u'\r';
   if (isBackspace) character = u'\b';
-  const bool types = isEnter || isBackspace || (!character.isNull() && character.isPrint());
+  // With Ctrl or Alt a key is a command, with both it types what stands on its third level.
+  const auto held = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+  const bool isCommand = held != Qt::NoModifier && held != (Qt::ControlModifier | Qt::AltModifier);
+  const bool types = isEnter || isBackspace || (!isCommand && !character.isNull() && character.isPrint());
   const bool isTaken = !types || Takes(character);
   if (isTaken && !isEnter) return QLineEdit::keyPressEvent(event);
   event->accept();

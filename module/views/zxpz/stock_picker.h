@@ -6,6 +6,7 @@
 #include "common/frames/frame_part.h"
 #include "common/grid/row_picks.h"
 #include "common/grid/string_grid.h"
+#include "views/zxpz/holding_row.h"
 
 class QComboBox;
 class QLabel;
@@ -57,8 +58,34 @@ class StockPicker : public FramePart {
   void ApplyTheme() override;
   void Fit() override;
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
+  enum Column : int { kCode, kName, kColumns };
+
+  [[nodiscard]] std::vector<QWidget*> Controls() const;
+  void InitLayout();
+  void InitList();
+  void InitEntries();
+  void InitButtons();
+  void ShowStocks(const std::vector<HoldingRow>& stocks);
+  void RzEdit3Change();
+  void RzPanel11Click(const QString& caption);
+  void StringGrid2MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& position);
+  void StringGrid2KeyDown(int key, Qt::KeyboardModifiers modifiers);
+  /// Enter in one of the fields.
+  void AddFrom(EntryField& field);
+  /// An arrow key in one of the fields.
+  void WalkList(int key, Qt::KeyboardModifiers modifiers);
+  /// The chosen stocks from top to bottom, without price and quantity.
+  [[nodiscard]] std::vector<HoldingRow> Chosen() const;
+  void PlaceKeypad();
+
+  HoldingsEditor& holdings_;
+  QLabel* sourceLabel_;
   RowPicks picked_;
+  std::vector<QString> searchForms_;  ///< of the names, one a row
 };
 
 }  // namespace holdwise
