@@ -6,7 +6,7 @@
 namespace holdwise {
 
 const std::vector<ViewHints>& FigureHints() {
-  static const std::vector<ViewHints> hints = {PerformanceHints(), RiskHints(), StressHints(), EvaluationHints(),
+  static const std::vector<ViewHints> hints = {EditorHints(), PerformanceHints(), RiskHints(), StressHints(), EvaluationHints(),
                                                DecompositionHints()};
   return hints;
 }

@@ -82,6 +82,7 @@ void PortfolioBand::BuildDetails() {
   detailPanel_->resize(kDetailWidth, height());
   details_->OnClientWidthChanged = [this](int) { detailHeader_->FitColumns(); };
   details_->OnDrawCell = [this](QPainter& painter, const GridCellPaint& cell) { StringGrid1DrawCell(painter, cell); };
+  details_->OnCopyCell = [this](const GridCell& cell) { return ShownText(cell); };
   details_->OnMouseMove = [this](const QPoint& position) {
     const GridCell cell = details_->MouseToCell(position);
     const bool isWhole = cell.IsNone() || cell.column == editor::kWeight;
@@ -113,11 +114,15 @@ void PortfolioBand::ShowDetails(int row) {
   editor::ShowDetails(Database().Query(sql::HoldingsOf(QString::number(id))), *details_);
 }
 
+QString PortfolioBand::ShownText(const GridCell& cell) const {
+  const QString& text = details_->Cells(cell.column, cell.row);
+  return cell.column == editor::kWeight ? FormatFixed(RealOr(text) * 100, 2) : text;
+}
+
 void PortfolioBand::StringGrid1DrawCell(QPainter& painter, const GridCellPaint& cell) const {
-  if (cell.column != editor::kWeight) return details_->DrawDefaultCell(painter, cell);
-  const QString percent = FormatFixed(RealOr(details_->Cells(cell.column, cell.row)) * 100, 2);
   PaintCellBackground(painter, cell, details_->Colors());
-  PaintCellText(painter, cell, details_->Colors(), percent, details_->ColumnAlignment(cell.column));
+  PaintCellText(painter, cell, details_->Colors(), ShownText({cell.column, cell.row}),
+                details_->ColumnAlignment(cell.column));
 }
 
 // What a picture does, without the mouse.
