@@ -226,6 +226,12 @@ TEST_F(GridRows, RowsKeepTheirColourWhenOthersAreNotShown) {
   EXPECT_EQ(ColorAt(42), TestColors().evenRow);
 }
 
+TEST_F(GridRows, AnEmptiedGridPaintsNoSelectedRow) {
+  grid.SelectCell(0, 4);
+  ClearStrnGrd(grid);
+  EXPECT_EQ(ColorAt(5), TestColors().background);
+}
+
 TEST_F(GridRows, ShiftAndClickSelectsFromTheRowWhereItBegan) {
   Click(2);
   Click(4, Qt::ShiftModifier);

@@ -20,6 +20,7 @@ namespace {
 constexpr int kMargin = 14;
 constexpr int kGap = 8;
 constexpr int kControlHeight = 24;
+constexpr float kQuietText = 0.6F;
 constexpr int kFrameShade = 140;  // percent by which the style darkens it
 
 }  // namespace
@@ -138,6 +139,9 @@ void ApplyControlTheme(QWidget& control) {
   const QColor text = colors.ColorOf(theme::kTitleFont);
   QPalette palette = control.palette();
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) palette.setColor(role, text);
+  QColor quiet = text;
+  quiet.setAlphaF(kQuietText);
+  palette.setColor(QPalette::PlaceholderText, quiet);
   palette.setColor(QPalette::Base, colors.ColorOf(theme::kHighLight1));
   // The style takes an entry's frame from the window's colour, which a dark theme leaves without contrast.
   const bool isEntry = qobject_cast<QLineEdit*>(&control) != nullptr;

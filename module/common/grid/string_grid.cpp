@@ -62,7 +62,8 @@ TStringGrid::TStringGrid(QString unit, const QString& name, QWidget* parent)
   setShowGrid(false);
   setFrameShape(QFrame::NoFrame);
   setSelectionBehavior(SelectRows);
-  setSelectionMode(SingleSelection);
+  // The rows' colours are the grid's own; a selection of the view's would be painted into an empty grid.
+  setSelectionMode(NoSelection);
   setEditTriggers(NoEditTriggers);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setFocusPolicy(Qt::ClickFocus);
@@ -156,7 +157,8 @@ void TStringGrid::SetColors(const GridColors& colors) {
   QPalette area = palette();
   area.setColor(QPalette::Base, colors.background);
   area.setColor(QPalette::Window, colors.background);
-  area.setColor(QPalette::WindowText, colors.unselectedText);
+  // A label on the cell area takes its colour from the text of that area.
+  for (const auto role : {QPalette::WindowText, QPalette::Text}) area.setColor(role, colors.unselectedText);
   setPalette(area);
   viewport()->update();
 }

@@ -98,7 +98,8 @@ HoldingsEditor::HoldingsEditor(QWidget* parent)
   layout->addWidget(header_);
   layout->addWidget(StringGrid3, 1);
   auto* below = new QHBoxLayout;
-  below->setContentsMargins(0, kGap, 0, kGap);
+  below->setContentsMargins(0, kGap, 0, 0);
+  below->setSpacing(kGap);
   below->addWidget(btnDel);
   below->addWidget(hint_, 1);
   layout->addLayout(below);

@@ -13,9 +13,11 @@ namespace holdwise {
 namespace {
 
 constexpr int kColumns = 4;
+constexpr int kWideRow = 3;
 constexpr int kMargin = 4;
 constexpr QSize kKeySize{40, 24};
 
+/// Four in a row; those of the last row are twice as wide.
 const QStringList& Captions() {
   static const QStringList captions = {
       "1",   "2", "3",  StockKeypad::kBackCaption, "4", "5", "6", StockKeypad::kClearCaption, "7", "8", "9",
@@ -53,13 +55,21 @@ StockKeypad::StockKeypad(QWidget* parent) : QFrame(parent) {
   layout->setSpacing(kMargin);
   for (const QString& caption : Captions()) {
     auto* key = new KeypadKey(caption, this);
-    if (caption == kBackCaption) key->setObjectName(QStringLiteral("RzPanel18"));
-    if (caption == kClearCaption) key->setObjectName(QStringLiteral("RzPanel24"));
+    if (caption == kBackCaption) {
+      key->setObjectName(QStringLiteral("RzPanel18"));
+      key->setToolTip(QStringLiteral("退格"));
+    }
+    if (caption == kClearCaption) {
+      key->setObjectName(QStringLiteral("RzPanel24"));
+      key->setToolTip(QStringLiteral("清空"));
+    }
     key->OnClick = [this, caption] {
       if (OnKey) OnKey(caption);
     };
     const int place = static_cast<int>(keys_.size());
-    layout->addWidget(key, place / kColumns, place % kColumns);
+    const int row = place / kColumns;
+    const int width = row == kWideRow ? 2 : 1;
+    layout->addWidget(key, row, place % kColumns * width, 1, width);
     keys_.push_back(key);
   }
   hide();

@@ -114,6 +114,7 @@ void StockPicker::InitList() {
   StringGrid2->SetColCount(kColumns);
   StringGrid2->SetTitles({QStringLiteral("股票代码"), QStringLiteral("股票名称")});
   StringGrid2->SetDefaultRowHeight(kRowHeight);
+  StringGrid2->SetWholeRows(true);
   StringGrid2->SetRangeSelect(true);
   StringGrid2->OnMouseDown = [this](Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& position) {
     StringGrid2MouseDown(button, modifiers, position);
