@@ -24,6 +24,7 @@ const ColumnTable& PortfolioTable() {
     columns[kTarget].extra = 8;
     columns[kOperation].extra = 8;
     columns[kOperation].takesRest = true;
+    columns[kOperation].isLeft = true;  // as its pictures
     return columns;
   }();
   return table;
