@@ -154,6 +154,42 @@ TEST_F(Picker, TheWindowMayGoWhileAMessageIsShown) {
   EXPECT_EQ(Messages(), QStringList({"浦发银行在组合里已经存在"}));
 }
 
+// Without the mouse.
+
+TEST_F(Picker, TabGoesThroughTheControlsAndLeavesTheEditBoxOut) {
+  Fill(2);
+  picker->RzComboBox1->setFocus();
+  for (QWidget* next : std::initializer_list<QWidget*>{picker->Search, picker->RzEdit3, picker->StringGrid2,
+                                                       picker->btnAdd, editor->StringGrid3, editor->btnDel}) {
+    Key(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), next) << next->objectName().toStdString();
+  }
+  Key(Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_TRUE(Grid().hasFocus());
+}
+
+TEST_F(Picker, APortfolioIsBuiltWithoutTheMouse) {
+  picker->RzEdit3->setFocus();
+  for (const char* code : {"600519", "000001", "601398"}) {
+    Type(QString::fromLatin1(code));
+    Key(Qt::Key_Return);
+  }
+  for (int tabs = 0; tabs < 3; ++tabs) Key(Qt::Key_Tab);
+  ASSERT_TRUE(Grid().hasFocus());
+  Key(Qt::Key_Return);
+  for (const char* quantity : {"100", "2000", "30000"}) {
+    Key(Qt::Key_Return);  // the price stays
+    Type(QString::fromLatin1(quantity));
+    Key(Qt::Key_Return);
+  }
+  const std::vector<HoldingRow> expected = {
+      {QStringLiteral("600519"), QStringLiteral("贵州茅台"), QStringLiteral("1710.50"), QStringLiteral("100")},
+      {QStringLiteral("000001"), QStringLiteral("平安银行"), QStringLiteral("12.00"), QStringLiteral("2000")},
+      {QStringLiteral("601398"), QStringLiteral("工商银行"), QStringLiteral("5.25"), QStringLiteral("30000")}};
+  EXPECT_EQ(editor->Rows(), expected);
+  EXPECT_TRUE(Edit().isHidden());
+}
+
 // Pasting.
 
 class Paste : public Picker {
