@@ -200,6 +200,7 @@ void TMainFrm::ShowView(const TNodeData& view, const QTreeWidgetItem& node, TVie
     FCurFrame->OnNoticeChanged = [this, frame = FCurFrame] {
       if (frame == FCurFrame) ShowNotice(false);
     };
+    FCurFrame->OnDownData = [] { DownData(); };
     views_->addWidget(FCurFrame);
     FFrameList.push_back(FCurFrame);
   }

@@ -8,6 +8,7 @@
 #include "views/ylcs/ylcs.h"
 #include "views/zhbx/zhbx.h"
 #include "views/ztpj/ztpj.h"
+#include "views/zxpz/zxpz.h"
 
 namespace holdwise {
 namespace {
@@ -27,7 +28,7 @@ constexpr TFigureBasis kNoneOfThem{false, PricesUsed::None};
 const std::array<TNodeData, 10> Nodes = {{
     {1000, 0, QStringLiteral("资产配置")},
     {1001, 1000, QStringLiteral("智能配置"), nullptr, false, RestsOn::Nothing},
-    {1002, 1000, QStringLiteral("自选配置"), nullptr, false, RestsOn::Unsaved},
+    {1002, 1000, QStringLiteral("自选配置"), &Make<TFrm_ZXPZ>, false, RestsOn::Unsaved},
     {2000, 0, QStringLiteral("组合跟踪")},
     {2001, 2000, QStringLiteral("组合表现"), &Make<TFrm_ZHBX>, true, RestsOn::Saved, kStoredAndAllPrices},
     {2002, 2000, QStringLiteral("风险计量"), &Make<TFrm_FXJL>, false, RestsOn::Saved},

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QComboBox>
+#include <QInputMethodEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -176,6 +177,50 @@ TEST_F(Bar, KeysAreFilteredBeforeTheyTakeEffect) {
   QTest::keyClick(entry, Qt::Key_Return);
   EXPECT_EQ(keys, QStringLiteral("5x\b\r")) << "moving is not asked about";
   EXPECT_EQ(entry->cursorPosition(), 1);
+}
+
+TEST_F(Bar, WhatAnInputMethodPutsTogetherIsFilteredCharacterByCharacter) {
+  entry->setFocus();
+  entry->setText(QStringLiteral("12"));
+  entry->setCursorPosition(1);
+  QInputMethodEvent compose(QStringLiteral("san"), {});
+  QApplication::sendEvent(entry, &compose);
+  EXPECT_EQ(entry->text(), QStringLiteral("12")) << "nothing is in yet";
+  QInputMethodEvent commit;
+  commit.setCommitString(QStringLiteral("3x三\U00020BB74"));
+  QApplication::sendEvent(entry, &commit);
+  EXPECT_EQ(entry->text(), QStringLiteral("1342"));
+  EXPECT_EQ(keys.size(), 5) << "a pair of surrogates is one character";
+  entry->OnKeyPress = {};
+  QApplication::sendEvent(entry, &commit);
+  EXPECT_EQ(entry->text(), QStringLiteral("134") + commit.commitString() + QStringLiteral("2"));
+}
+
+TEST_F(Bar, CommandsAreNotTypedCharacters) {
+  entry->setFocus();
+  entry->selectAll();
+  QTest::keyClick(entry, Qt::Key_X, Qt::ControlModifier);
+  EXPECT_EQ(entry->text(), QString());
+  QTest::keyClick(entry, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(entry->text(), QStringLiteral("20"));
+  EXPECT_EQ(keys, QString());
+  QTest::keyClick(entry, Qt::Key_5, Qt::ControlModifier | Qt::AltModifier);
+  EXPECT_EQ(keys, QStringLiteral("5")) << "the third level of a key types";
+}
+
+TEST_F(Bar, AKeyThatHasBeenDealtWithHasNoOtherEffect) {
+  std::vector<int> seen;
+  entry->OnKeyDown = [&](int key, Qt::KeyboardModifiers) {
+    seen.push_back(key);
+    return key == Qt::Key_Home;
+  };
+  entry->setFocus();
+  entry->setCursorPosition(2);
+  QTest::keyClick(entry, Qt::Key_Home);
+  EXPECT_EQ(entry->cursorPosition(), 2);
+  QTest::keyClick(entry, Qt::Key_Left);
+  EXPECT_EQ(entry->cursorPosition(), 1);
+  EXPECT_EQ(seen, (std::vector<int>{Qt::Key_Home, Qt::Key_Left}));
 }
 
 TEST_F(Bar, TheHostLeavesTheKeyboardToAFocusedEntry) {

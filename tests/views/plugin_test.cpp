@@ -204,8 +204,8 @@ TEST_F(Plugin, TheCatalogueVisitsViewsAndReadsTheirGrids) {
   item->EnterAddress({});
   ViewCatalogue* views = item->Views();
   ASSERT_FALSE(views->List().empty());
-  EXPECT_EQ(views->List().front().frameId, 2001);
-  EXPECT_EQ(views->List().front().caption, QStringLiteral("组合表现"));
+  EXPECT_EQ(views->List().front().frameId, 1002);
+  EXPECT_EQ(views->List().front().caption, QStringLiteral("自选配置"));
   EXPECT_FALSE(views->Show(2000));
   EXPECT_FALSE(views->Show(4711));
   ASSERT_TRUE(views->Show(2001));

@@ -2,7 +2,11 @@
 // What the views with a list of portfolios and the holdings of the selected one have in common, on each of them.
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QToolTip>
 #include <algorithm>
 
@@ -128,6 +132,34 @@ TEST_P(PortfolioFrame, AClickOnACodeOrNameOpensTheSecurityInTheHost) {
   EXPECT_EQ(bench.host.addresses.gone, once);
   Click(*holdings, kSecurityName, 2);
   EXPECT_EQ(bench.host.codeNums.setCodes.back(), QStringLiteral("1600519"));
+}
+
+TEST_P(PortfolioFrame, BothGridsAreCopiedAsTables) {
+  OpenWithTwo();
+  for (TStringGrid* grid : {portfolios, holdings}) {
+    grid->setFocus();
+    QTest::keyClick(grid, Qt::Key_C, Qt::ControlModifier);
+    const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
+    ASSERT_EQ(lines.size(), grid->RowCount() + 2) << "titles, rows, and nothing behind the last line's end";
+    const GridText text = grid->ToGridText();
+    const auto shown = std::count(text.hidden.begin(), text.hidden.end(), false);
+    for (int row = -1; row < grid->RowCount(); ++row) {
+      const QStringList cells = lines[row + 1].split(u'\t');
+      EXPECT_EQ(cells.size(), shown) << "keys are not copied";
+      EXPECT_EQ(cells[kFigure], row < 0 ? text.titles[kFigure] : grid->Cells(kFigure, row));
+    }
+  }
+}
+
+TEST_P(PortfolioFrame, TheRightButtonOnALinkOpensTheMenuOnly) {
+  OpenWithTwo();
+  const QPoint at = holdings->CellRect(kCode, 1).center();
+  QTest::mouseMove(holdings->viewport(), at);
+  QTest::mouseClick(holdings->viewport(), Qt::RightButton, {}, at);
+  QContextMenuEvent open(QContextMenuEvent::Mouse, at, holdings->viewport()->mapToGlobal(at));
+  QApplication::sendEvent(holdings->viewport(), &open);
+  EXPECT_NE(holdings->findChild<QMenu*>(), nullptr);
+  EXPECT_TRUE(bench.host.codeNums.setCodes.empty());
 }
 
 TEST_P(PortfolioFrame, OnlyTheTextsOfCodeAndNameAreLinks) {

@@ -12,11 +12,15 @@
 #include "holdwise/packet/packet_file.h"
 #include "portfolio_view_fixture.h"
 #include "theme/theme_table.h"
+#include "views/zxpz/editor_band.h"
+#include "views/zxpz/holdings_editor.h"
 
 namespace holdwise::test {
 namespace {
 
 constexpr int kHeight = 640;
+constexpr int kNarrow = 900;  // the narrowest that is promised
+constexpr int kEditor = 1002;
 constexpr int kStress = 2003;
 constexpr int kRisk = 2002;
 constexpr int kOther = 2001;
@@ -95,6 +99,17 @@ class ViewPictures : public PortfolioViewTest, public testing::WithParamInterfac
   }
   void Execute(const QString& statement) { bench.database.Service().Execute(statement); }
 
+  /// A portfolio half built, two that are not saved, and a picture under the mouse.
+  void FillEditor() {
+    Execute(QStringLiteral("update alg_commain set SAVEFLAG = 0 where ID > 1"));
+    SendFrameMessage(*frame, FrameMessage::Init);
+    auto& band = *static_cast<EditorBand*>(frame->findChild<QWidget*>(QStringLiteral("RzPanel1")));
+    band.RzEdit1->setText(QStringLiteral("银行与酒（二）"));
+    band.Holdings->SetRows(
+        {{QStringLiteral("600000"), QStringLiteral("浦发银行"), QStringLiteral("10.00"), QStringLiteral("1000")},
+         {QStringLiteral("600519"), QStringLiteral("贵州茅台"), QStringLiteral("1710.00"), {}}});
+  }
+
   QImage Grab() {
     AddPortfolios();
     bench.host.system.workArea.resize(GetParam().width, kHeight);
@@ -105,6 +120,7 @@ class ViewPictures : public PortfolioViewTest, public testing::WithParamInterfac
     // Shown again, now that the prices are in.
     bench.ClickNode(GetParam().node == kOther ? kRisk : kOther);
     ShowView();
+    if (GetParam().node == kEditor) FillEditor();
     if (GetParam().node == kStress) {
       frame->SetInput(QStringLiteral("Edit1"), QStringLiteral("-10"));
       QApplication::setCursorFlashTime(0);
@@ -122,9 +138,10 @@ QString NameOf(const Picture& picture) {
 
 std::vector<Picture> All() {
   std::vector<Picture> pictures;
-  for (const int node : {2001, 2002, kStress, 3001, 3002}) {
+  for (const int node : {kEditor, 2001, 2002, kStress, 3001, 3002}) {
     for (const ThemeKind theme : {ThemeKind::Dark, ThemeKind::Light}) {
       for (const int width : {1024, 1920}) pictures.push_back({node, theme, width});
+      if (node == kEditor) pictures.push_back({node, theme, kNarrow});
     }
   }
   return pictures;

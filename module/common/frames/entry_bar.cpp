@@ -3,6 +3,7 @@
 
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
@@ -20,7 +21,8 @@ namespace {
 constexpr int kMargin = 14;
 constexpr int kGap = 8;
 constexpr int kControlHeight = 24;
-constexpr int kEntryMargin = 3;   // between an entry's frame and its text
+constexpr int kEntryMargin = 3;  // between an entry's frame and its text
+constexpr float kQuietText = 0.6F;
 constexpr int kFrameShade = 140;  // percent by which the style darkens it
 
 }  // namespace
@@ -31,16 +33,19 @@ EntryField::EntryField(QString unit, const QString& name, QWidget* parent) : QLi
 }
 
 void EntryField::keyPressEvent(QKeyEvent* event) {
+  bool isDone = false;
+  if (OnKeyDown) GuardEvent(unit_, objectName(), [&] { isDone = OnKeyDown(event->key(), event->modifiers()); });
+  if (isDone) return event->accept();
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   const bool isBackspace = event->key() == Qt::Key_Backspace;
   QChar character = event->text().isEmpty() ? QChar() : event->text().front();
   if (isEnter) character = u'\r';
   if (isBackspace) character = u'\b';
-  const bool types = isEnter || isBackspace || (!character.isNull() && character.isPrint());
-  bool isTaken = true;
-  if (types && OnKeyPress) {
-    GuardEvent(unit_, objectName(), [&] { isTaken = OnKeyPress(character); });
-  }
+  // With Ctrl or Alt a key is a command, with both it types what stands on its third level.
+  const auto held = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+  const bool isCommand = held != Qt::NoModifier && held != (Qt::ControlModifier | Qt::AltModifier);
+  const bool types = isEnter || isBackspace || (!isCommand && !character.isNull() && character.isPrint());
+  const bool isTaken = !types || Takes(character);
   if (isTaken && !isEnter) return QLineEdit::keyPressEvent(event);
   event->accept();
 }
@@ -59,6 +64,25 @@ void EntryField::paintEvent(QPaintEvent* event) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(focusFrame_);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+}
+
+bool EntryField::Takes(QChar character) const {
+  bool isTaken = true;
+  if (OnKeyPress) GuardEvent(unit_, objectName(), [&] { isTaken = OnKeyPress(character); });
+  return isTaken;
+}
+
+void EntryField::inputMethodEvent(QInputMethodEvent* event) {
+  const QString typed = event->commitString();
+  if (!OnKeyPress || typed.isEmpty()) return QLineEdit::inputMethodEvent(event);
+  event->setCommitString({}, event->replacementStart(), event->replacementLength());
+  QLineEdit::inputMethodEvent(event);
+  for (qsizetype at = 0; at < typed.size();) {
+    const bool isPair = typed[at].isHighSurrogate() && at + 1 < typed.size() && typed[at + 1].isLowSurrogate();
+    const QString character = typed.mid(at, isPair ? 2 : 1);
+    if (Takes(character.front())) insert(character);
+    at += character.size();
+  }
 }
 
 void EntryField::focusInEvent(QFocusEvent* event) {
@@ -125,23 +149,28 @@ QPushButton& EntryBar::AddButton(const QString& name, const QString& text, std::
 }
 
 void EntryBar::ApplyTheme() {
+  SetPanelColor(*this, ThemeBackground());
+  for (QWidget* control : controls_) ApplyControlTheme(*control);
+}
+
+void ApplyControlTheme(QWidget& control) {
   const IColorSet2& colors = ModuleHost().ColorTheme().Colors();
-  const QColor background = colors.ColorOf(theme::kBackground);
   const QColor text = colors.ColorOf(theme::kTitleFont);
-  SetPanelColor(*this, background);
-  for (QWidget* control : controls_) {
-    QPalette palette = control->palette();
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) palette.setColor(role, text);
-    palette.setColor(QPalette::Base, colors.ColorOf(theme::kHighLight1));
-    // The style takes an entry's frame from the window's colour, which a dark theme leaves without contrast.
-    const bool isEntry = qobject_cast<QLineEdit*>(control) != nullptr;
-    palette.setColor(QPalette::Window, isEntry ? colors.ColorOf(theme::kEditFrame).lighter(kFrameShade) : background);
-    palette.setColor(QPalette::Button, colors.ColorOf(theme::kHighLight2));
-    palette.setColor(QPalette::Highlight, colors.ColorOf(theme::kRowSelect));
-    palette.setColor(QPalette::HighlightedText, colors.ColorOf(theme::kSelectedText));
-    control->setPalette(palette);
-    if (auto* entry = qobject_cast<EntryField*>(control)) entry->SetFocusFrame(colors.ColorOf(theme::kClickText));
-  }
+  QPalette palette = control.palette();
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) palette.setColor(role, text);
+  QColor quiet = text;
+  quiet.setAlphaF(kQuietText);
+  palette.setColor(QPalette::PlaceholderText, quiet);
+  palette.setColor(QPalette::Base, colors.ColorOf(theme::kHighLight1));
+  // The style takes an entry's frame from the window's colour, which a dark theme leaves without contrast.
+  const bool isEntry = qobject_cast<QLineEdit*>(&control) != nullptr;
+  palette.setColor(QPalette::Window,
+                   isEntry ? colors.ColorOf(theme::kEditFrame).lighter(kFrameShade) : ThemeBackground());
+  palette.setColor(QPalette::Button, colors.ColorOf(theme::kHighLight2));
+  palette.setColor(QPalette::Highlight, colors.ColorOf(theme::kRowSelect));
+  palette.setColor(QPalette::HighlightedText, colors.ColorOf(theme::kSelectedText));
+  control.setPalette(palette);
+  if (auto* entry = qobject_cast<EntryField*>(&control)) entry->SetFocusFrame(colors.ColorOf(theme::kClickText));
 }
 
 }  // namespace holdwise

@@ -14,6 +14,9 @@ class QPushButton;
 
 namespace holdwise {
 
+/// Gives a label, entry, choice or button the colours of the host's theme.
+void ApplyControlTheme(QWidget& control);
+
 /// A line entry that filters its keys and, while it has the focus, has the host leave the keyboard to it. What its
 /// hooks throw goes to the debug log.
 class EntryField : public QLineEdit {
@@ -22,8 +25,11 @@ class EntryField : public QLineEdit {
   EntryField(QString unit, const QString& name, QWidget* parent);
 
   /// A key before it takes effect; false drops it. Every key comes here that types a character, deletes one to the
-  /// left, or is Enter; keys that only move or select are never dropped.
+  /// left ('\b'), or is Enter ('\r'); keys that only move or select are never dropped. What an input method has put
+  /// together comes here character by character; of a pair of surrogates the first.
   std::function<bool(QChar character)> OnKeyPress;
+  /// Any key, before that; true when it has been dealt with.
+  std::function<bool(int key, Qt::KeyboardModifiers modifiers)> OnKeyDown;
 
   /// Colour of the frame while the entry has the focus.
   void SetFocusFrame(const QColor& color);
@@ -31,10 +37,13 @@ class EntryField : public QLineEdit {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
+  [[nodiscard]] bool Takes(QChar character) const;
+
   QString unit_;
   QColor focusFrame_;
 };

@@ -99,6 +99,17 @@ void HeaderStrip::ApplyTheme() {
   ApplyPicture(theme::kTitleBackgroundPicture);
 }
 
+void HeaderStrip::SetTitles(const QStringList& titles) {
+  bool isTwoLine = false;
+  for (std::size_t place = 0; place < labels_.size(); ++place) {
+    QString title = titles.value(static_cast<qsizetype>(place));
+    isTwoLine = isTwoLine || title.contains(u'\r');
+    labels_[place]->setText(title.replace(u'\r', u'\n'));
+  }
+  setFixedHeight(isTwoLine ? kTwoLineHeight : kHeight);
+  FitColumns();
+}
+
 void HeaderStrip::FitColumns() {
   // Strip and grid get their places one after the other; until then there is nothing to fit the titles to.
   if (!testAttribute(Qt::WA_Resized) || !grid_.testAttribute(Qt::WA_Resized)) return;
@@ -115,7 +126,7 @@ void HeaderStrip::FollowColumns() {
     label.setAlignment((isLeft ? Qt::AlignLeft : Qt::AlignHCenter) | Qt::AlignVCenter);
     label.setIndent(isLeft ? kTextInset : 0);
     label.setGeometry(left, 0, std::max(std::min(width, this->width() - left), 0), height());
-    FitTitle(label, HintOfTitle(grid_.Unit(), grid_.objectName(), label.text()));
+    FitTitle(label, HintOfTitle(grid_.Unit(), grid_.objectName(), label.text().remove(u'\n')));
     left += width;
   }
 }

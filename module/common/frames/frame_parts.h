@@ -45,7 +45,8 @@ class PictureStrip : public QWidget {
 class HeaderStrip : public PictureStrip {
   Q_OBJECT
  public:
-  static constexpr int kHeight = 23;  ///< pixels
+  static constexpr int kHeight = 23;         ///< pixels
+  static constexpr int kTwoLineHeight = 36;  ///< while a title has two lines
 
   /// Gives the grid, which must live longer, these columns.
   HeaderStrip(TStringGrid& grid, ColumnTable columns, QWidget* parent);
@@ -53,6 +54,9 @@ class HeaderStrip : public PictureStrip {
   void ApplyTheme();
   /// Fits the columns to the grid's client width and the labels to the columns.
   void FitColumns();
+  /// Other captions over the shown columns, in their order; a "\r" breaks the line, and the strip gets the height for
+  /// it. The grid keeps the titles it goes by in the catalogue.
+  void SetTitles(const QStringList& titles);
   [[nodiscard]] const std::vector<QLabel*>& Labels() const noexcept { return labels_; }
 
  private:

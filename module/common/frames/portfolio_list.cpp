@@ -30,6 +30,14 @@ PortfolioList::PortfolioList(const Design& design, QWidget* parent)
   grid_->OnClientWidthChanged = [this](int) { Fit(); };
 }
 
+void PortfolioList::SetTitles(const QStringList& titles) {
+  header_->SetTitles(titles);
+}
+
+int PortfolioList::TitleWidth() const {
+  return header_->width();
+}
+
 void PortfolioList::SetButtons(CellButtons& buttons) {
   buttons_ = &buttons;
   grid_->OnMouseDown = [this](Qt::MouseButton button, Qt::KeyboardModifiers, const QPoint& position) {

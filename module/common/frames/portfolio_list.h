@@ -39,6 +39,11 @@ class PortfolioList : public FramePart {
   /// grid on the cell goes before it.
   std::function<QString(const GridCell& cell, const QPoint& position)> OnHint;
 
+  /// Other captions over the shown columns, as HeaderStrip takes them.
+  void SetTitles(const QStringList& titles);
+  /// Width of the strip with the captions, pixels.
+  [[nodiscard]] int TitleWidth() const;
+
   /// Pictures that act as buttons in one column; they live longer than the list's events.
   void SetButtons(CellButtons& buttons);
 

@@ -75,6 +75,9 @@ class TViewFrame : public QWidget {
   /// Read after each message but FrameMessage::ChangeSkin, and when the view says that it has changed.
   [[nodiscard]] virtual ViewNotice Notice() const { return {}; }
   std::function<void()> OnNoticeChanged;
+  /// The view has stored portfolios whose figures are to be calculated now. Returns when that is done; the view may be
+  /// gone then.
+  std::function<void()> OnDownData;
   /// False while the view waits for something of its own (a download).
   [[nodiscard]] virtual bool IsSettled() const { return true; }
 

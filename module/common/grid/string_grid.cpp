@@ -32,7 +32,8 @@ class GridDelegate : public QStyledItemDelegate {
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     if (grid_.IsEmpty()) return;
     const QRect rect = grid_.ShownPart(option.rect);
-    const GridCellPaint cell{index.column(), index.row(), rect, index.row() == grid_.Row()};
+    const int row = grid_.Model().RowAt(index.row());
+    const GridCellPaint cell{index.column(), row, rect, grid_.Selection().Contains(row)};
     painter->save();
     painter->setClipRect(option.rect, Qt::IntersectClip);
     painter->setFont(grid_.font());
@@ -62,7 +63,8 @@ TStringGrid::TStringGrid(QString unit, const QString& name, QWidget* parent)
   setShowGrid(false);
   setFrameShape(QFrame::NoFrame);
   setSelectionBehavior(SelectRows);
-  setSelectionMode(SingleSelection);
+  // The rows' colours are the grid's own; a selection of the view's would be painted into an empty grid.
+  setSelectionMode(NoSelection);
   setEditTriggers(NoEditTriggers);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setFocusPolicy(Qt::ClickFocus);
@@ -86,7 +88,7 @@ int TStringGrid::ColCount() const {
   return model_->columnCount();
 }
 int TStringGrid::RowCount() const {
-  return model_->rowCount();
+  return model_->RowCount();
 }
 void TStringGrid::SetColCount(int columns) {
   model_->SetColumnCount(columns);
@@ -101,28 +103,13 @@ void TStringGrid::SetCells(int column, int row, const QString& text) {
   model_->SetText(column, row, text);
 }
 
-int TStringGrid::Row() const {
-  return std::max(currentIndex().row(), 0);
-}
-
-bool TStringGrid::SelectCell(int column, int row) {
-  if (column < 0 || column >= ColCount() || row < 0 || row >= RowCount()) return false;
-  if (OnSelectCell && !OnSelectCell(column, row)) return false;
-  if (row >= RowCount()) return false;
-  const bool moves = row != Row();
-  selectionModel()->setCurrentIndex(model_->index(row, column), QItemSelectionModel::NoUpdate);
-  scrollTo(currentIndex());
-  if (moves) viewport()->update();
-  return true;
-}
-
 GridCell TStringGrid::MouseToCell(const QPoint& position) const {
   const QModelIndex index = indexAt(position);
-  return index.isValid() ? GridCell{index.column(), index.row()} : GridCell{};
+  return index.isValid() ? GridCell{index.column(), model_->RowAt(index.row())} : GridCell{};
 }
 
 QRect TStringGrid::CellRect(int column, int row) const {
-  const QModelIndex index = model_->index(row, column);
+  const QModelIndex index = model_->index(model_->PlaceOf(row), column);
   return index.isValid() ? visualRect(index) : QRect();
 }
 
@@ -188,7 +175,8 @@ void TStringGrid::SetColors(const GridColors& colors) {
   QPalette area = palette();
   area.setColor(QPalette::Base, colors.background);
   area.setColor(QPalette::Window, colors.background);
-  area.setColor(QPalette::WindowText, colors.unselectedText);
+  // A label on the cell area takes its colour from the text of that area.
+  for (const auto role : {QPalette::WindowText, QPalette::Text}) area.setColor(role, colors.unselectedText);
   setPalette(area);
   viewport()->update();
 }
@@ -210,7 +198,7 @@ void TStringGrid::updateGeometries() {
   QTableView::updateGeometries();
   // After the base class, which sets the margins for headers that are not there. As many whole rows fit as before, so
   // the scroll bar stays right.
-  if (isWholeRows_) setViewportMargins(0, 0, 0, contentsRect().height() % kDefaultRowHeight);
+  if (isWholeRows_) setViewportMargins(0, 0, 0, contentsRect().height() % rowHeight_);
 }
 
 void TStringGrid::SetEmptyText(const QString& text) {
@@ -260,22 +248,6 @@ void TStringGrid::ShowHint(const QString& text) {
   }
 }
 
-GridText TStringGrid::ToGridText() const {
-  GridText text;
-  text.name = objectName();
-  for (int column = 0; column < ColCount(); ++column) {
-    text.titles << titles_.value(column);
-    text.hidden.push_back(isColumnHidden(column));
-  }
-  if (IsEmpty()) return text;
-  for (int row = 0; row < RowCount(); ++row) {
-    QStringList cells;
-    for (int column = 0; column < ColCount(); ++column) cells << Cells(column, row);
-    text.rows.push_back(cells);
-  }
-  return text;
-}
-
 void TStringGrid::Guarded(const std::function<void()>& body) const {
   GuardEvent(unit_, objectName(), body);
 }
@@ -290,7 +262,9 @@ void TStringGrid::mousePressEvent(QMouseEvent* event) {
   event->accept();
   Guarded([this, button = event->button(), modifiers = event->modifiers(), position = event->pos()] {
     const GridCell cell = MouseToCell(position);
-    if (button == Qt::LeftButton && !cell.IsNone()) SelectCell(cell.column, cell.row);
+    const bool selects = button == Qt::LeftButton && !cell.IsNone();
+    isDragging_ = isRangeSelect_ && selects && !modifiers.testFlag(Qt::ControlModifier);
+    if (selects) GoTo(cell.column, cell.row, modifiers.testFlag(Qt::ShiftModifier));
     if (OnMouseDown) OnMouseDown(button, modifiers, position);
   });
 }
@@ -298,6 +272,10 @@ void TStringGrid::mousePressEvent(QMouseEvent* event) {
 void TStringGrid::mouseMoveEvent(QMouseEvent* event) {
   event->accept();
   Guarded([this, event] {
+    const GridCell cell = MouseToCell(event->pos());
+    // A press that has opened an entry over its cell has given the focus away.
+    const bool drags = isDragging_ && event->buttons().testFlag(Qt::LeftButton) && hasFocus();
+    if (drags && !cell.IsNone() && cell.row != Row()) GoTo(cell.column, cell.row, true);
     if (OnMouseMove) OnMouseMove(event->pos());
   });
 }
@@ -320,31 +298,39 @@ void TStringGrid::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 int TStringGrid::RowForKey(int key) const {
-  const int page = std::max(viewport()->height() / kDefaultRowHeight, 1);
+  const int page = std::max(viewport()->height() / rowHeight_, 1);
+  const int place = std::max(currentIndex().row(), 0);
+  const int last = model_->rowCount() - 1;
   switch (key) {
     case Qt::Key_Up:
-      return Row() - 1;
+      return model_->RowAt(place - 1);
     case Qt::Key_Down:
-      return Row() + 1;
+      return model_->RowAt(place + 1);
     case Qt::Key_PageUp:
-      return std::max(Row() - page, 0);
+      return model_->RowAt(std::max(place - page, 0));
     case Qt::Key_PageDown:
-      return std::min(Row() + page, RowCount() - 1);
+      return model_->RowAt(std::min(place + page, last));
     case Qt::Key_Home:
-      return 0;
+      return model_->RowAt(0);
     case Qt::Key_End:
-      return RowCount() - 1;
+      return model_->RowAt(last);
     default:
       return -1;
   }
 }
 
 void TStringGrid::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) {
+    event->accept();
+    return CopyTable();
+  }
   const int row = RowForKey(event->key());
   // Keys the grid has no use for go on to the host.
   event->setAccepted(row >= 0);
   Guarded([this, row, key = event->key(), modifiers = event->modifiers()] {
-    if (row >= 0 && row != Row()) SelectCell(std::max(currentIndex().column(), 0), row);
+    const bool extends = modifiers.testFlag(Qt::ShiftModifier);
+    const bool ends = isRangeSelect_ && !extends;
+    if (row >= 0 && (row != Row() || ends)) GoTo(std::max(currentIndex().column(), 0), row, extends);
     if (OnKeyDown) OnKeyDown(key, modifiers);
   });
 }

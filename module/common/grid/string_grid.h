@@ -7,9 +7,11 @@
 #include <vector>
 
 #include "common/grid/grid_painter.h"
+#include "common/grid/row_picks.h"
 #include "holdwise/sdk/catalogue.h"
 
 class QLabel;
+class QMenu;
 
 namespace holdwise {
 
@@ -23,9 +25,18 @@ struct GridCell {
   bool operator==(const GridCell&) const = default;
 };
 
+/// Rows from top to bottom, both included; none when the bottom is above the top.
+struct GridRange {
+  int top = 0;
+  int bottom = -1;
+  [[nodiscard]] int Count() const noexcept { return bottom - top + 1; }
+  [[nodiscard]] bool Contains(int row) const noexcept { return top <= row && row <= bottom; }
+  bool operator==(const GridRange&) const = default;
+};
+
 /// The one grid of all views: texts in columns and rows, whole-row selection, no headers and no lines, a vertical
 /// scroll bar only. There is always at least one row; the grid counts as empty while its cell (0, 0) is empty, and then
-/// draws nothing. User-interface thread only.
+/// draws nothing. Ctrl+C and the context menu copy it to the clipboard. User-interface thread only.
 class TStringGrid : public QTableView {
   Q_OBJECT
  public:
@@ -50,13 +61,34 @@ class TStringGrid : public QTableView {
   void SetCells(int column, int row, const QString& text);
   [[nodiscard]] bool IsEmpty() const { return Cells(0, 0).isEmpty(); }
 
-  /// The current row; never -1.
+  /// What tells a row from all others, wherever it moves; 0 when there is no such row.
+  [[nodiscard]] RowId IdOf(int row) const;
+  /// Takes so many rows out, from that one on; the only row that is left is emptied instead. All rows are shown then,
+  /// and the row number that was current stays so while there is one. Nothing for a row that there is not.
+  void DeleteRow(int row, int count);
+  /// Height of all shown rows, pixels; kDefaultRowHeight at first.
+  void SetDefaultRowHeight(int pixels);
+  /// 0 for a row that is not shown or not there.
+  [[nodiscard]] int RowHeight(int row) const;
+  /// Gives the rows for which it is false the height 0: they cannot be selected. Their texts stay where they are.
+  /// Another number of rows shows all of them.
+  void ShowRows(const std::function<bool(int row)>& isShown);
+  /// The first row whose height is above 0; -1 when there is none.
+  [[nodiscard]] int GetVisualTopRow() const;
+
+  /// The current row; never -1. 0 while no row is shown.
   [[nodiscard]] int Row() const;
   /// Makes a row current as a click on it does: OnSelectCell is asked first and may refuse. False when refused or when
-  /// there is no such cell.
+  /// there is no such cell or its row is not shown.
   bool SelectCell(int column, int row);
   /// Called before the current row changes, also when the row is the current one already. False refuses.
   std::function<bool(int column, int row)> OnSelectCell;
+
+  /// Lets Shift and dragging select several rows. Only the current one is selected otherwise.
+  void SetRangeSelect(bool isOn) { isRangeSelect_ = isOn; }
+  /// From the row where the selecting began to the current one; rows between them that are not shown count with it.
+  /// None while no row is shown.
+  [[nodiscard]] GridRange Selection() const;
 
   /// Cell at a position of the viewport; none outside the cells.
   [[nodiscard]] GridCell MouseToCell(const QPoint& position) const;
@@ -115,6 +147,13 @@ class TStringGrid : public QTableView {
   /// All texts with the titles; no rows while the grid is empty.
   [[nodiscard]] GridText ToGridText() const;
   [[nodiscard]] GridModel& Model() const { return *model_; }
+  /// Puts the shown columns of the shown rows with their titles on the clipboard, tab-separated. An empty grid leaves
+  /// the clipboard alone.
+  void CopyTable() const;
+  /// The text to copy for a cell whose own text is not what it shows; the cell's own when not set.
+  std::function<QString(const GridCell& cell)> OnCopyCell;
+  /// Adds entries to the context menu that is about to be shown; the menu goes when it closes.
+  std::function<void(QMenu& menu)> OnContextMenu;
 
   /// Mouse events, positions in viewport pixels. OnMouseDown comes after the row under the mouse has become current; a
   /// double click is two presses and then OnDoubleClick.
@@ -133,6 +172,7 @@ class TStringGrid : public QTableView {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void updateGeometries() override;
   bool viewportEvent(QEvent* event) override;
@@ -142,6 +182,8 @@ class TStringGrid : public QTableView {
   [[nodiscard]] QString DrawnText(const GridCell& cell) const;
   void Guarded(const std::function<void()>& body) const;
   [[nodiscard]] int RowForKey(int key) const;
+  void MakeCurrent(int column, int row);
+  bool GoTo(int column, int row, bool extends);
 
   QString unit_;
   GridModel* model_;
@@ -151,6 +193,10 @@ class TStringGrid : public QTableView {
   std::vector<int> leftColumns_;
   std::map<int, int> decimals_;                     ///< by column
   std::map<std::pair<int, int>, QString> remarks_;  ///< by column and row
+  int rowHeight_ = kDefaultRowHeight;
+  bool isRangeSelect_ = false;
+  bool isDragging_ = false;
+  QPersistentModelIndex anchor_;  ///< where the selecting began; invalid: the current row
   int lastClientWidth_ = -1;
   bool wasEmpty_ = true;
   bool isWholeRows_ = false;

@@ -41,6 +41,63 @@ QString CodesOf(const QString& portfolioId) {
   return QStringLiteral("select SECUCODE from alg_comdetail where mainid = ") + portfolioId;
 }
 
+QString CountOfName(const QString& name) {
+  return QStringLiteral("select count(COMNAME) from alg_commain where COMNAME=") + Quoted(name);
+}
+
+QString IdOfName(const QString& name) {
+  return QStringLiteral("select ID from alg_commain where COMNAME =") + Quoted(name);
+}
+
+QString FinishedOfName(const QString& name) {
+  return QStringLiteral("select ISFINISHED from alg_commain where COMNAME=") + Quoted(name);
+}
+
+QString SavePortfolio(const QString& name) {
+  return QStringLiteral("Update alg_commain set SAVEFLAG = 1 where COMNAME =") + Quoted(name);
+}
+
+QString DeletePortfolio(std::int64_t portfolioId) {
+  return QStringLiteral("Delete from alg_commain where ID =") + QString::number(portfolioId);
+}
+
+QString DeletePortfolioByName(const QString& name) {
+  return QStringLiteral("Delete from alg_commain where COMNAME =") + Quoted(name);
+}
+
+QString DeleteHoldings(std::int64_t portfolioId) {
+  return QStringLiteral("Delete from alg_comdetail where MAINID = ") + QString::number(portfolioId);
+}
+
+QString InsertPortfolio(std::int64_t id, const QString& name, const QString& indexClose, const QString& editDate) {
+  return RestorePortfolio({QString::number(id), name, indexClose, editDate, QStringLiteral("0")});
+}
+
+QString InsertHolding(std::int64_t portfolioId, const QString& code, const QString& quantity, const QString& weight,
+                      const QString& buyPrice) {
+  return RestoreHolding(
+      {QStringLiteral("gen_id(ALG_ROWID_DETAIL,1)"), QString::number(portfolioId), code, quantity, weight, buyPrice});
+}
+
+QString NameOfPortfolio(std::int64_t portfolioId) {
+  return QStringLiteral("select COMNAME from alg_commain where ID = ") + QString::number(portfolioId);
+}
+
+QString CopyPortfolio(std::int64_t id, std::int64_t copyId, const QString& copyName) {
+  return QStringLiteral(
+             "insert into alg_commain (ID,COMNAME,ZHFG,ZSCLOSEPRICE,MBSYL,FC,BETA,ISFINISHED,EDITDATE,SAVEFLAG) select "
+             "%1,%2,ZHFG,ZSCLOSEPRICE,0,0,0,0,EDITDATE,0 from alg_commain where ID = %3")
+      .arg(QString::number(copyId), Quoted(copyName), QString::number(id));
+}
+
+QString CopyHoldings(std::int64_t portfolioId, std::int64_t copyId) {
+  return QStringLiteral(
+             "insert into alg_comdetail (ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE) select gen_id(ALG_ROWID_DETAIL,1),%1,"
+             "SecuCode,PZSL,PZBL,BUYPRICE from alg_comdetail where MAINID = %2")
+      .arg(copyId)
+      .arg(portfolioId);
+}
+
 QString LatestDayOf(const QString& code) {
   return kLatestDay + QStringLiteral(" and SecuCode = ") + code;
 }

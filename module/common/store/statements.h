@@ -42,6 +42,27 @@ inline const QString kPortfolioCosts =
 inline const QString kOneYearDepositRate =
     QStringLiteral("select INTEREST from  alg_rmbinterestrate where DEPOSITTYPE = '定期存款整存整取' and term= '一年'");
 
+/// Portfolios of the editor: those not saved yet. Names and numbers stand in the statements as they were typed.
+inline const QString kUnsavedPortfolios = QStringLiteral("select * from alg_commain where SAVEFLAG <> 1 order by ID");
+[[nodiscard]] QString CountOfName(const QString& name);
+[[nodiscard]] QString IdOfName(const QString& name);
+[[nodiscard]] QString FinishedOfName(const QString& name);
+[[nodiscard]] QString SavePortfolio(const QString& name);
+[[nodiscard]] QString DeletePortfolio(std::int64_t portfolioId);
+[[nodiscard]] QString DeletePortfolioByName(const QString& name);
+[[nodiscard]] QString DeleteHoldings(std::int64_t portfolioId);
+/// A header without figures, unfinished and unsaved.
+[[nodiscard]] QString InsertPortfolio(std::int64_t id, const QString& name, const QString& indexClose,
+                                      const QString& editDate);
+/// A holding whose id comes from the generator. `code` is a code number, `weight` a fraction.
+[[nodiscard]] QString InsertHolding(std::int64_t portfolioId, const QString& code, const QString& quantity,
+                                    const QString& weight, const QString& buyPrice);
+/// An unsaved, unfinished copy of a portfolio under another id and name, and of what it holds. It was bought on the
+/// same day at the same prices.
+[[nodiscard]] QString CopyPortfolio(std::int64_t id, std::int64_t copyId, const QString& copyName);
+[[nodiscard]] QString NameOfPortfolio(std::int64_t portfolioId);
+[[nodiscard]] QString CopyHoldings(std::int64_t portfolioId, std::int64_t copyId);
+
 /// Statistics.
 inline const QString kLatestDay = QStringLiteral("select Max(HQDate) from alg_stockstatistic where hqtype = 0");
 [[nodiscard]] QString LatestDayOf(const QString& code);

@@ -2,15 +2,19 @@
 #include "views/zhbx/zhbx.h"
 
 #include <QLayout>
+#include <QMenu>
 #include <QPointer>
 
 #include "common/frames/holdings_panel.h"
 #include "common/frames/portfolio_list.h"
 #include "common/grid/cell_geometry.h"
-#include "common/grid/delete_picture.h"
+#include "common/grid/operation_picture.h"
+#include "common/host/event_guard.h"
 #include "common/host/host_access.h"
 #include "common/store/database.h"
+#include "common/store/portfolio_copy.h"
 #include "common/store/statements.h"
+#include "holdwise/packet/number_text.h"
 #include "performance_layout.h"
 #include "performance_rows.h"
 
@@ -61,6 +65,19 @@ void TFrm_ZHBX::InitAppear() {
     return cell.column == performance::kName ? HintIn(list, cell, list.ColWidth(performance::kValue), position)
                                              : list.ClippedText(cell);
   };
+  list.OnMouseDown = [&list, press = list.OnMouseDown](Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
+                                                       const QPoint& position) {
+    // The menu concerns the row that it is opened on.
+    const GridCell cell = list.MouseToCell(position);
+    if (button == Qt::RightButton && !cell.IsNone()) list.SelectCell(cell.column, cell.row);
+    press(button, modifiers, position);
+  };
+  list.OnContextMenu = [this, &list](QMenu& menu) {
+    if (list.IsEmpty()) return;
+    connect(menu.addAction(QStringLiteral("复制到自选配置")), &QAction::triggered, this, [this, row = list.Row()] {
+      GuardEvent(kUnit, QStringLiteral("CopyToEditor"), [&] { CopyToEditor(row); });
+    });
+  };
   holdings_->OnHint = [&holdings](const GridCell& cell, const QPoint& position) {
     return cell.column == performance::kIndustry ? HintIn(holdings, cell, holdings.ColWidth(cell.column), position)
                                                  : holdings.ClippedText(cell);
@@ -99,6 +116,20 @@ void TFrm_ZHBX::AskAndDelete(int row) {
   if (answer != 1 || alive.isNull()) return;
   Database().Execute(sql::DeleteRecord(name));
   list_->ReflashData();
+}
+
+void TFrm_ZHBX::CopyToEditor(int row) {
+  const TStringGrid& list = list_->Grid();
+  const QString& name = list.Cells(performance::kName, row);
+  QString text;
+  try {
+    const QString copy = holdwise::CopyToEditor(Database(), IntegerOr(list.Cells(performance::kId, row)));
+    text = copy.isEmpty() ? QStringLiteral("组合“%1”已不存在，没有复制。").arg(name)
+                          : QStringLiteral("组合“%1”已复制为“%2”，请到“自选配置”中修改。").arg(name, copy);
+  } catch (const Error& error) {
+    text = QStringLiteral("组合“%1”没有复制：%2").arg(name, QString::fromUtf8(error.what()));
+  }
+  ModuleHost().MessageBoxes().Vex_MessageBox(text, QStringLiteral("提示"), 0, 128);
 }
 
 QString TFrm_ZHBX::HintIn(const TStringGrid& grid, const GridCell& cell, int measure, const QPoint& position) {

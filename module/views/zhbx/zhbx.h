@@ -24,6 +24,8 @@ class TFrm_ZHBX : public TViewFrame {
   void InitAppear();
   void ShowHoldings(int row);
   void AskAndDelete(int row);
+  /// Makes an unsaved copy for the editor, and says what it is called.
+  void CopyToEditor(int row);
   [[nodiscard]] static QString HintIn(const TStringGrid& grid, const GridCell& cell, int measure,
                                       const QPoint& position);
 

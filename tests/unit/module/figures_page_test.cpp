@@ -10,6 +10,7 @@
 #include "views/ylcs/stress_layout.h"
 #include "views/zhbx/performance_layout.h"
 #include "views/ztpj/evaluation_layout.h"
+#include "views/zxpz/editor_layout.h"
 
 namespace holdwise {
 namespace {
@@ -62,6 +63,8 @@ TEST(TitleHints, EveryTitleOfTheViewsHasOne) {
           << unit << ' ' << title.toStdString();
     }
   };
+  check("Zxpz", "strngrd", editor::PortfolioTable());
+  check("Zxpz", "StringGrid1", editor::DetailTable());
   check("Zhbx", "strngrd", performance::PortfolioTable());
   check("Zhbx", "StringGrid1", performance::HoldingTable());
   check("Fxjl", "strngrd", risk::PortfolioTable());

@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+// The grid's rows: which are there, which are shown, which are selected, and all of them as texts.
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QMenu>
+#include <algorithm>
+
+#include "common/grid/string_grid.h"
+#include "common/grid/table_text.h"
+#include "grid_model.h"
+
+namespace holdwise {
+
+RowId TStringGrid::IdOf(int row) const {
+  return row >= 0 && row < RowCount() ? model_->IdOf(row) : 0;
+}
+
+void TStringGrid::DeleteRow(int row, int count) {
+  for (; count > 0 && row >= 0 && row < RowCount(); --count) {
+    if (RowCount() == 1) return model_->ClearTexts();
+    const int current = Row() - (row < Row() ? 1 : 0);
+    const int column = std::max(currentIndex().column(), 0);
+    model_->RemoveRow(row);
+    anchor_ = QModelIndex();
+    MakeCurrent(column, std::min(current, RowCount() - 1));
+  }
+}
+
+void TStringGrid::SetDefaultRowHeight(int pixels) {
+  rowHeight_ = pixels;
+  verticalHeader()->setMinimumSectionSize(pixels);
+  verticalHeader()->setDefaultSectionSize(pixels);
+}
+
+int TStringGrid::RowHeight(int row) const {
+  return model_->IsShown(row) ? rowHeight_ : 0;
+}
+
+void TStringGrid::ShowRows(const std::function<bool(int row)>& isShown) {
+  const int row = Row();
+  const int column = std::max(currentIndex().column(), 0);
+  model_->ShowRows(isShown);
+  if (currentIndex().isValid() && Row() == row) return;
+  anchor_ = QModelIndex();
+  MakeCurrent(column, model_->IsShown(row) ? row : std::max(GetVisualTopRow(), 0));
+}
+
+int TStringGrid::GetVisualTopRow() const {
+  return model_->rowCount() > 0 ? model_->RowAt(0) : -1;
+}
+
+int TStringGrid::Row() const {
+  return std::max(model_->RowAt(currentIndex().row()), 0);
+}
+
+GridRange TStringGrid::Selection() const {
+  if (model_->rowCount() == 0) return {};
+  const int start = anchor_.isValid() ? model_->RowAt(anchor_.row()) : Row();
+  return {std::min(start, Row()), std::max(start, Row())};
+}
+
+bool TStringGrid::SelectCell(int column, int row) {
+  return GoTo(column, row, false);
+}
+
+bool TStringGrid::GoTo(int column, int row, bool extends) {
+  const auto isThere = [&] { return column >= 0 && column < ColCount() && RowHeight(row) > 0; };
+  if (!isThere() || (OnSelectCell && !OnSelectCell(column, row)) || !isThere()) return false;
+  const GridRange before = Selection();
+  if (!isRangeSelect_ || !extends) {
+    anchor_ = QModelIndex();
+  } else if (!anchor_.isValid()) {
+    anchor_ = currentIndex();
+  }
+  MakeCurrent(column, row);
+  if (Selection() != before) viewport()->update();
+  return true;
+}
+
+void TStringGrid::MakeCurrent(int column, int row) {
+  const QModelIndex index = model_->index(model_->PlaceOf(row), column);
+  if (!index.isValid()) return;
+  selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+  scrollTo(index);
+}
+
+GridText TStringGrid::ToGridText() const {
+  GridText text;
+  text.name = objectName();
+  for (int column = 0; column < ColCount(); ++column) {
+    text.titles << titles_.value(column);
+    text.hidden.push_back(isColumnHidden(column));
+  }
+  if (IsEmpty()) return text;
+  for (int row = 0; row < RowCount(); ++row) {
+    QStringList cells;
+    for (int column = 0; column < ColCount(); ++column) cells << Cells(column, row);
+    text.rows.push_back(cells);
+  }
+  return text;
+}
+
+void TStringGrid::CopyTable() const {
+  if (IsEmpty()) return;
+  GridText text = ToGridText();
+  text.rows.clear();
+  for (int row = 0; row < RowCount(); ++row) {
+    if (RowHeight(row) == 0) continue;
+    QStringList& cells = text.rows.emplace_back();
+    for (int column = 0; column < ColCount(); ++column) {
+      cells << (OnCopyCell ? OnCopyCell({column, row}) : Cells(column, row));
+    }
+  }
+  QGuiApplication::clipboard()->setText(TabSeparated(text));
+}
+
+void TStringGrid::contextMenuEvent(QContextMenuEvent* event) {
+  event->accept();
+  Guarded([this, event] {
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QPalette colors = menu->palette();
+    colors.setColor(QPalette::Window, colors_.background);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+      colors.setColor(role, colors_.unselectedText);
+    }
+    menu->setPalette(colors);
+    menu->setFont(font());
+    connect(menu->addAction(QStringLiteral("复制表格")), &QAction::triggered, this, [this] { CopyTable(); });
+    menu->actions().constFirst()->setEnabled(!IsEmpty());
+    if (OnContextMenu) OnContextMenu(*menu);
+    menu->popup(event->globalPos());
+  });
+}
+
+}  // namespace holdwise

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "common/store/portfolio_copy.h"
+
+#include "common/store/statements.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kMostCharacters = 40;
+
+QString Shortened(const QString& name, qsizetype characters) {
+  const auto ucs4 = name.toUcs4();
+  return QString::fromUcs4(reinterpret_cast<const char32_t*>(ucs4.constData()), std::min(characters, ucs4.size()));
+}
+
+QString FreeName(DatabaseStatements& database, const QString& name) {
+  const QString base = QString(name).remove(QLatin1Char('\''));
+  for (int number = 1;; ++number) {
+    const QString ending = QStringLiteral("-副本") + (number == 1 ? QString() : QString::number(number));
+    const QString candidate = Shortened(base, kMostCharacters - ending.size()) + ending;
+    if (database.Count(sql::CountOfName(candidate)) == 0) return candidate;
+  }
+}
+
+}  // namespace
+
+QString CopyToEditor(DatabaseStatements& database, std::int64_t portfolioId) {
+  TransactionScope transaction(database);
+  const Value name = database.Scalar(sql::NameOfPortfolio(portfolioId));
+  if (name.isNull) return {};
+  QString copyName = FreeName(database, name.ToText());
+  const std::int64_t copyId = database.Count(sql::kNextPortfolioId);
+  MustExecute(database, sql::CopyHoldings(portfolioId, copyId));
+  MustExecute(database, sql::CopyPortfolio(portfolioId, copyId, copyName));
+  transaction.Commit();
+  return copyName;
+}
+
+}  // namespace holdwise

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <QString>
+#include <QStringView>
+
+/// Which typed keys the entries of the portfolio editor take. Pure; any thread.
+namespace holdwise::edit_rules {
+
+inline constexpr QChar kBackspace = u'\b';
+inline constexpr QChar kEnter = u'\r';
+
+/// What becomes of a key.
+struct KeyVerdict {
+  bool clearsFirst = false;  ///< the entry is emptied before the key takes effect, also when that is refused
+  bool isTaken = false;
+  bool operator==(const KeyVerdict&) const = default;
+};
+
+/// A key typed into the edit box over a cell of the holdings grid. `caret` is the number of characters before the
+/// caret; of a selection, before its beginning. A text that reads as 0, an empty or unreadable one too, is cleared
+/// first, so "0.5" cannot be typed after its 0: intended. In columns other than price and quantity only backspace,
+/// Enter, "." and digits are looked at.
+[[nodiscard]] KeyVerdict HoldingKey(int column, QStringView text, qsizetype caret, QChar key);
+
+/// Does the code field take the key? Backspace, Enter and the digits 0 to 9.
+[[nodiscard]] bool IsCodeKey(QChar key);
+
+/// What the entries can hold by other ways than typing (pasted, dropped), as regular expressions.
+inline const QString kPriceTexts = QStringLiteral("[0-9]{0,6}(\\.[0-9]{0,2})?");
+inline const QString kQuantityTexts = QStringLiteral("[0-9]{0,9}");
+inline const QString kCodeTexts = QStringLiteral("[0-9]*");
+
+}  // namespace holdwise::edit_rules

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <QString>
+#include <optional>
+
+#include "pasted_holdings.h"
+
+/// What the editor asks the host about stocks. User-interface thread; needs the module's host.
+namespace holdwise {
+
+/// None for six digits that are no Shanghai or Shenzhen A-share.
+[[nodiscard]] std::optional<KnownStock> FindStock(const QString& sixDigits);
+
+/// The stock's current price in yuan, two decimals; "0.00" while it is unknown.
+[[nodiscard]] QString CurrentPriceText(const QString& sixDigits);
+
+}  // namespace holdwise

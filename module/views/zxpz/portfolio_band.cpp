@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include "portfolio_band.h"
+
+#include <QSplitter>
+#include <QVBoxLayout>
+
+#include "common/frames/frame_parts.h"
+#include "common/frames/portfolio_list.h"
+#include "common/grid/operation_picture.h"
+#include "common/store/database.h"
+#include "common/store/statements.h"
+#include "holdwise/packet/number_text.h"
+#include "portfolio_rows.h"
+
+namespace holdwise {
+namespace {
+
+const QString kUnit = QStringLiteral("Zxpz");
+constexpr int kDetailWidth = 190;
+constexpr int kSplitterWidth = 5;
+constexpr int kLeastListWidth = 300;
+constexpr int kLeastDetailWidth = 120;
+
+void Call(const std::function<void(int row)>& handler, int row) {
+  if (handler) handler(row);
+}
+
+}  // namespace
+
+PortfolioBand::PortfolioBand(QWidget* parent)
+    : FramePart(parent),
+      Splitter1(new QSplitter(Qt::Horizontal, this)),
+      list_(new PortfolioList({.unit = kUnit,
+                               .statement = sql::kUnsavedPortfolios,
+                               .columns = editor::PortfolioTable(),
+                               .keyColumn = editor::kNumber,
+                               .emptyText = QStringLiteral("暂无未保存的组合，请在上方选股建立")},
+                              Splitter1)),
+      detailPanel_(new QWidget(Splitter1)),
+      details_(new TStringGrid(kUnit, QStringLiteral("StringGrid1"), detailPanel_)),
+      detailHeader_(new HeaderStrip(*details_, editor::DetailTable(), detailPanel_)),
+      links_(list_->Grid(), editor::kOperation,
+             {{.normal = SavePicture(false),
+               .pressed = SavePicture(true),
+               .hint = QStringLiteral("保存"),
+               .onPress = [this](int row) { Call(OnSave, row); }},
+              {.normal = DeletePicture(false),
+               .pressed = DeletePicture(true),
+               .hint = QStringLiteral("删除"),
+               .onPress = [this](int row) { Call(OnDelete, row); }},
+              {.normal = ModifyPicture(false),
+               .pressed = ModifyPicture(true),
+               .hint = QStringLiteral("修改"),
+               .onPress = [this](int row) { Call(OnModify, row); },
+               .staysPressed = true}},
+             CellButtons::Places::FromLeft) {
+  setObjectName(QStringLiteral("RzPanel2"));
+  Splitter1->setObjectName(QStringLiteral("Splitter1"));
+  Splitter1->setHandleWidth(kSplitterWidth);
+  Splitter1->setChildrenCollapsible(false);
+  StackedIn(*this)->addWidget(Splitter1);
+  BuildDetails();
+
+  list_->setMinimumSize(kLeastListWidth, 0);
+  list_->setMaximumHeight(QWIDGETSIZE_MAX);
+  Splitter1->setStretchFactor(0, 1);
+  Splitter1->setStretchFactor(1, 0);
+  Splitter1->setSizes({kLeastListWidth, kDetailWidth});
+  list_->SetButtons(links_);
+  list_->Grid().setFocusPolicy(Qt::StrongFocus);
+  list_->Grid().OnKeyDown = [this](int key, Qt::KeyboardModifiers modifiers) { ListKeyDown(key, modifiers); };
+  list_->OnClear = [this] { ClearStrnGrd(*details_); };
+  list_->OnFill = [this](const ResultSet& portfolios) { editor::ShowPortfolios(portfolios, list_->Grid()); };
+  list_->OnShow = [this](int row) { ShowDetails(row); };
+}
+
+void PortfolioBand::BuildDetails() {
+  auto* layout = StackedIn(*detailPanel_);
+  layout->addWidget(detailHeader_);
+  layout->addWidget(details_, 1);
+  detailPanel_->setMinimumWidth(kLeastDetailWidth);
+  detailPanel_->resize(kDetailWidth, height());
+  details_->OnClientWidthChanged = [this](int) { detailHeader_->FitColumns(); };
+  details_->OnDrawCell = [this](QPainter& painter, const GridCellPaint& cell) { StringGrid1DrawCell(painter, cell); };
+  details_->OnCopyCell = [this](const GridCell& cell) { return ShownText(cell); };
+  details_->OnMouseMove = [this](const QPoint& position) {
+    const GridCell cell = details_->MouseToCell(position);
+    const bool isWhole = cell.IsNone() || cell.column == editor::kWeight;
+    details_->ShowHint(isWhole ? QString() : details_->ClippedText(cell));
+  };
+}
+
+TStringGrid& PortfolioBand::List() const {
+  return list_->Grid();
+}
+
+void PortfolioBand::UpdateGrid_() {
+  list_->ReflashData();
+}
+
+void PortfolioBand::SetTitles(const editor::Captions& captions) {
+  list_->SetTitles(captions.list);
+  detailHeader_->SetTitles(captions.details);
+}
+
+int PortfolioBand::TitleWidth() const {
+  return list_->TitleWidth();
+}
+
+void PortfolioBand::ShowDetails(int row) {
+  if (row < 0) return;
+  const auto id = Database().Count(sql::PortfolioByName(List().Cells(editor::kName, row)));
+  if (id < 0) return;
+  editor::ShowDetails(Database().Query(sql::HoldingsOf(QString::number(id))), *details_);
+}
+
+QString PortfolioBand::ShownText(const GridCell& cell) const {
+  const QString& text = details_->Cells(cell.column, cell.row);
+  return cell.column == editor::kWeight ? FormatFixed(RealOr(text) * 100, 2) : text;
+}
+
+void PortfolioBand::StringGrid1DrawCell(QPainter& painter, const GridCellPaint& cell) const {
+  PaintCellBackground(painter, cell, details_->Colors());
+  PaintCellText(painter, cell, details_->Colors(), ShownText({cell.column, cell.row}),
+                details_->ColumnAlignment(cell.column));
+}
+
+// What a picture does, without the mouse.
+void PortfolioBand::ListKeyDown(int key, Qt::KeyboardModifiers modifiers) {
+  if (List().IsEmpty()) return;
+  const int row = List().Row();
+  if (key == Qt::Key_Delete && modifiers == Qt::NoModifier) return Call(OnDelete, row);
+  if (key == Qt::Key_F2 && modifiers == Qt::NoModifier) return Call(OnModify, row);
+  if (key == Qt::Key_S && modifiers == Qt::ControlModifier) return Call(OnSave, row);
+}
+
+void PortfolioBand::ApplyTheme() {
+  SetPanelColor(*this, ThemeBackground());
+  SetPanelColor(*Splitter1, ThemeBackground());
+  SetPanelColor(*detailPanel_, ThemeBackground());
+  list_->ApplyTheme();
+  detailHeader_->ApplyTheme();
+}
+
+void PortfolioBand::Fit() {
+  list_->Fit();
+  detailHeader_->FitColumns();
+}
+
+std::vector<const TStringGrid*> PortfolioBand::Grids() const {
+  return {&List(), details_};
+}
+
+QStringList PortfolioBand::PortfolioIds() const {
+  return list_->PortfolioIds();
+}
+
+bool PortfolioBand::SelectPortfolio(const QString& portfolioId) {
+  return list_->SelectPortfolio(portfolioId);
+}
+
+QString PortfolioBand::HoldingsGridName() const {
+  return details_->objectName();
+}
+
+}  // namespace holdwise

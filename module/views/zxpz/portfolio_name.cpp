@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "portfolio_name.h"
+
+#include <QTextBoundaryFinder>
+
+namespace holdwise::editor {
+namespace {
+
+qsizetype CharactersOf(const QString& text) {
+  qsizetype low = 0;
+  for (const QChar unit : text) low += unit.isLowSurrogate() ? 1 : 0;
+  return text.size() - low;
+}
+
+}  // namespace
+
+bool IsNameKey(QChar key) {
+  constexpr char16_t kFirstBeyondAscii = 0x80;
+  static const QString kMarks = QStringLiteral("\b()-_");
+  const bool isLetter = (key >= u'A' && key <= u'Z') || (key >= u'a' && key <= u'z');
+  const bool isDigit = key >= u'0' && key <= u'9';
+  return isLetter || isDigit || kMarks.contains(key) || key.unicode() >= kFirstBeyondAscii;
+}
+
+void LimitName(QString& name, int& caret) {
+  while (CharactersOf(name) > kMostCharacters) {
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, name);
+    finder.setPosition(caret > 0 ? caret : name.size());
+    const auto end = finder.position();
+    const auto start = finder.toPreviousBoundary();
+    if (start < 0 || start >= end) return;
+    name.remove(start, end - start);
+    caret = static_cast<int>(start);
+  }
+}
+
+QString NameProblem(const QString& name) {
+  if (!name.contains(u'\'')) return {};
+  return QStringLiteral("组合名称不能含有单引号 ' ，请改名后再确定");
+}
+
+QValidator::State NameLimit::validate(QString& input, int& caret) const {
+  LimitName(input, caret);
+  return Acceptable;
+}
+
+}  // namespace holdwise::editor

@@ -1,0 +1,352 @@
+// SPDX-License-Identifier: MIT
+#include "views/zxpz/stock_picker.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QRegularExpressionValidator>
+#include <QScopeGuard>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "common/frames/entry_bar.h"
+#include "common/frames/frame_parts.h"
+#include "common/helpers/lists.h"
+#include "common/host/codes.h"
+#include "common/host/event_guard.h"
+#include "common/host/host_access.h"
+#include "common/host/theme_colors.h"
+#include "edit_rules.h"
+#include "host_stocks.h"
+#include "stock_keypad.h"
+#include "views/zxpz/holdings_editor.h"
+
+namespace holdwise {
+namespace {
+
+const QString kUnit = QStringLiteral("Zxpz");
+const QString kOwnStocks = QStringLiteral("OptionalStock");
+constexpr int kAShares = 10;
+constexpr int kNoEntry = -1;
+constexpr int kRowHeight = 18;
+constexpr int kControlHeight = 24;
+constexpr int kGap = 6;
+constexpr int kOkButton = 0;
+constexpr int kNoticeStyle = 128;
+constexpr int kSpeedButtonWidth = 44;
+
+void Tell(const QString& text) {
+  ModuleHost().MessageBoxes().Vex_MessageBox(text, QStringLiteral("提示"), kOkButton, kNoticeStyle);
+}
+
+/// What two texts have in common when a person takes them for the same: width of characters, case and blanks left out.
+QString SearchForm(const QString& text) {
+  QString form = text.normalized(QString::NormalizationForm_KC).toCaseFolded();
+  form.removeIf([](QChar one) { return one.isSpace(); });
+  return form;
+}
+
+std::vector<std::int32_t> CodeNumbersOf(int source) {
+  if (source == StockPicker::kOwnGroup) return ModuleHost().DataCenter().GetGroupCodeNumList(kOwnStocks);
+  std::vector<std::int32_t> numbers = ModuleHost().CodeNums().CodeNumbersOf(kAShares);
+  Quick_sort(numbers, static_cast<int>(numbers.size()) - 1);
+  return numbers;
+}
+
+}  // namespace
+
+StockPicker::StockPicker(HoldingsEditor& holdings, QWidget* parent)
+    : FramePart(parent),
+      RzComboBox1(new QComboBox(this)),
+      StringGrid2(new TStringGrid(kUnit, QStringLiteral("StringGrid2"), this)),
+      RzEdit3(new EntryField(kUnit, QStringLiteral("RzEdit3"), this)),
+      RzPanel7(new StockKeypad(this)),
+      SpeedButton1(new QPushButton(QStringLiteral("键盘"), this)),
+      btnAdd(new QPushButton(QStringLiteral("添  加"), this)),
+      Search(new EntryField(kUnit, QStringLiteral("Search"), this)),
+      holdings_(holdings),
+      sourceLabel_(new QLabel(QStringLiteral("股票："), this)) {
+  RzComboBox1->setObjectName(QStringLiteral("RzComboBox1"));
+  RzComboBox1->addItems({QStringLiteral("自选股"), QStringLiteral("沪深A股")});
+  SpeedButton1->setObjectName(QStringLiteral("SpeedButton1"));
+  SpeedButton1->setFocusPolicy(Qt::NoFocus);
+  SpeedButton1->setFixedWidth(kSpeedButtonWidth);
+  btnAdd->setObjectName(QStringLiteral("btnAdd"));
+  for (QWidget* control : Controls()) {
+    control->setFont(DesignFont());
+    if (control != sourceLabel_) control->setFixedHeight(kControlHeight);
+  }
+  InitLayout();
+  InitList();
+  InitEntries();
+  InitButtons();
+}
+
+std::vector<QWidget*> StockPicker::Controls() const {
+  return {sourceLabel_, RzComboBox1, Search, RzEdit3, SpeedButton1, btnAdd};
+}
+
+void StockPicker::InitLayout() {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(kGap);
+  const auto addRow = [&](std::initializer_list<QWidget*> controls, QWidget& wide) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(kGap);
+    for (QWidget* control : controls) row->addWidget(control, control == &wide ? 1 : 0);
+    layout->addLayout(row);
+  };
+  addRow({sourceLabel_, RzComboBox1}, *RzComboBox1);
+  addRow({Search}, *Search);
+  layout->addWidget(StringGrid2, 1);
+  addRow({RzEdit3, SpeedButton1, btnAdd}, *RzEdit3);
+  setTabOrder(RzComboBox1, Search);
+  setTabOrder(Search, RzEdit3);
+  setTabOrder(RzEdit3, StringGrid2);
+  setTabOrder(StringGrid2, btnAdd);
+}
+
+void StockPicker::InitList() {
+  StringGrid2->setFocusPolicy(Qt::StrongFocus);
+  StringGrid2->SetColCount(kColumns);
+  StringGrid2->SetTitles({QStringLiteral("股票代码"), QStringLiteral("股票名称")});
+  StringGrid2->SetDefaultRowHeight(kRowHeight);
+  StringGrid2->SetWholeRows(true);
+  StringGrid2->SetRangeSelect(true);
+  StringGrid2->OnMouseDown = [this](Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& position) {
+    StringGrid2MouseDown(button, modifiers, position);
+  };
+  StringGrid2->OnDoubleClick = [this](const QPoint&) { Label4Click(); };
+  StringGrid2->OnKeyDown = [this](int key, Qt::KeyboardModifiers modifiers) { StringGrid2KeyDown(key, modifiers); };
+  StringGrid2->OnDrawCell = [this](QPainter& painter, const GridCellPaint& cell) {
+    GridCellPaint shown = cell;
+    if (!picked_.IsEmpty()) shown.isSelected = picked_.Contains(StringGrid2->IdOf(cell.row));
+    StringGrid2->DrawDefaultCell(painter, shown);
+  };
+  StringGrid2->OnMouseMove = [this](const QPoint& position) {
+    const GridCell cell = StringGrid2->MouseToCell(position);
+    StringGrid2->ShowHint(cell.IsNone() ? QString() : StringGrid2->ClippedText(cell));
+  };
+  StringGrid2->OnClientWidthChanged = [this](int) { Fit(); };
+}
+
+void StockPicker::InitEntries() {
+  RzEdit3->setPlaceholderText(QStringLiteral("代码"));
+  RzEdit3->setValidator(new QRegularExpressionValidator(QRegularExpression(edit_rules::kCodeTexts), RzEdit3));
+  RzEdit3->OnKeyPress = [this](QChar key) {
+    if (key == edit_rules::kEnter) AddFrom(*RzEdit3);
+    return edit_rules::IsCodeKey(key);
+  };
+  RzEdit3->OnKeyDown = [this](int key, Qt::KeyboardModifiers modifiers) {
+    const bool isArrow = key == Qt::Key_Left || key == Qt::Key_Up || key == Qt::Key_Right || key == Qt::Key_Down;
+    if (isArrow) WalkList(key, modifiers);
+    return isArrow;
+  };
+  Search->setPlaceholderText(QStringLiteral("按名称查找"));
+  Search->OnKeyPress = [this](QChar key) {
+    if (key == edit_rules::kEnter) AddFrom(*Search);
+    return true;
+  };
+  Search->OnKeyDown = [this](int key, Qt::KeyboardModifiers modifiers) {
+    const bool isArrow = key == Qt::Key_Up || key == Qt::Key_Down;
+    if (isArrow) WalkList(key, modifiers);
+    return isArrow;
+  };
+  for (EntryField* field : {RzEdit3, Search}) {
+    connect(field, &QLineEdit::textChanged, this,
+            [this] { GuardEvent(kUnit, QStringLiteral("RzEdit3Change"), [this] { RzEdit3Change(); }); });
+  }
+}
+
+void StockPicker::InitButtons() {
+  connect(RzComboBox1, &QComboBox::activated, this,
+          [this] { GuardEvent(kUnit, QStringLiteral("RzComboBox1Change"), [this] { RzComboBox1Change(); }); });
+  connect(btnAdd, &QPushButton::clicked, this,
+          [this] { GuardEvent(kUnit, QStringLiteral("Label4Click"), [this] { Label4Click(); }); });
+  connect(SpeedButton1, &QPushButton::clicked, this, [this] {
+    PlaceKeypad();
+    RzPanel7->setVisible(RzPanel7->isHidden());
+  });
+  RzPanel7->OnKey = [this](const QString& caption) {
+    GuardEvent(kUnit, QStringLiteral("RzPanel11Click"), [&] { RzPanel11Click(caption); });
+  };
+}
+
+void StockPicker::SelectSource(int place) {
+  if (place < 0 || place >= RzComboBox1->count()) return;
+  RzComboBox1->setCurrentIndex(place);
+  RzComboBox1Change();
+}
+
+void StockPicker::RzComboBox1Change() {
+  picked_.Clear();
+  searchForms_.clear();
+  ClearStrnGrd(*StringGrid2);
+  holdings_.UpdateEditor();
+  const CodeNumServices& codes = ModuleHost().CodeNums();
+  std::vector<HoldingRow> stocks;
+  for (const int number : CodeNumbersOf(RzComboBox1->currentIndex())) {
+    const QString text = QString::number(number);
+    if (number == kNoEntry || (!codes.IsShanghaiStock(text) && !codes.IsShenzhenStock(text))) continue;
+    stocks.push_back({GetCodeCNum(text), codes.NameOf(text), {}, {}});
+  }
+  ShowStocks(stocks);
+  Fit();
+  RzEdit3Change();
+}
+
+void StockPicker::ShowStocks(const std::vector<HoldingRow>& stocks) {
+  const GridBatch batch(*StringGrid2);
+  StringGrid2->SetRowCount(static_cast<int>(stocks.size()));
+  for (int row = 0; row < static_cast<int>(stocks.size()); ++row) {
+    const HoldingRow& stock = stocks[static_cast<std::size_t>(row)];
+    StringGrid2->SetCells(kCode, row, stock.code);
+    StringGrid2->SetCells(kName, row, stock.name);
+    searchForms_.push_back(SearchForm(stock.name));
+  }
+}
+
+void StockPicker::RzEdit3Change() {
+  if (StringGrid2->IsEmpty()) return;
+  const QString digits = RzEdit3->text();
+  const QString searched = SearchForm(Search->text());
+  StringGrid2->ShowRows([&](int row) {
+    const QString& code = StringGrid2->Cells(kCode, row);
+    if (!code.startsWith(digits)) return false;
+    return searched.isEmpty() || code.contains(searched) ||
+           searchForms_[static_cast<std::size_t>(row)].contains(searched);
+  });
+  const int first = StringGrid2->GetVisualTopRow();
+  if (first >= 0) StringGrid2->SelectCell(kCode, first);
+}
+
+void StockPicker::FocusFirstVisible() {
+  const int first = StringGrid2->GetVisualTopRow();
+  if (first >= 0) StringGrid2->SelectCell(kCode, first);
+  StringGrid2->setFocus();
+}
+
+void StockPicker::AddFrom(EntryField& field) {
+  if (StringGrid2->GetVisualTopRow() < 0) return;
+  const QPointer<EntryField> alive(&field);
+  Label4Click();
+  // The next code can be typed at once.
+  if (!alive.isNull()) field.selectAll();
+}
+
+void StockPicker::WalkList(int key, Qt::KeyboardModifiers modifiers) {
+  StringGrid2->setFocus();
+  QKeyEvent walk(QEvent::KeyPress, key, modifiers);
+  QCoreApplication::sendEvent(StringGrid2, &walk);
+}
+
+void StockPicker::RzEdit3Enter() {
+  ModuleHost().KeyCodes().SetCaptureEnabled(false);
+}
+
+void StockPicker::RzEdit3Exit() {
+  ModuleHost().KeyCodes().SetCaptureEnabled(true);
+}
+
+void StockPicker::RzPanel11Click(const QString& caption) {
+  if (caption == StockKeypad::kClearCaption) return RzEdit3->clear();
+  RzEdit3Enter();
+  if (caption.size() == 3 && caption != StockKeypad::kBackCaption) {
+    RzEdit3->setText(caption);
+    RzEdit3->setFocus();
+    RzEdit3->setCursorPosition(static_cast<int>(caption.size()));
+    return;
+  }
+  const bool isBack = caption == StockKeypad::kBackCaption;
+  QKeyEvent press(QEvent::KeyPress, isBack ? Qt::Key_Backspace : Qt::Key_unknown, {}, isBack ? QString() : caption);
+  QCoreApplication::sendEvent(RzEdit3, &press);
+  // Although the code field may still have the focus: intended.
+  RzEdit3Exit();
+}
+
+void StockPicker::StringGrid2MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
+                                       const QPoint& position) {
+  if (button != Qt::LeftButton) return;
+  const GridCell cell = StringGrid2->MouseToCell(position);
+  if (!modifiers.testFlag(Qt::ControlModifier)) {
+    picked_.Clear();
+  } else if (!cell.IsNone() && !StringGrid2->IsEmpty()) {
+    picked_.Toggle(StringGrid2->IdOf(cell.row));
+  }
+  StringGrid2->viewport()->update();
+}
+
+void StockPicker::StringGrid2KeyDown(int key, Qt::KeyboardModifiers modifiers) {
+  const bool isControl = key == Qt::Key_Control || modifiers.testFlag(Qt::ControlModifier);
+  const bool hasRow = !StringGrid2->IsEmpty() && StringGrid2->GetVisualTopRow() >= 0;
+  if (isControl && picked_.IsEmpty() && hasRow) {
+    picked_.Toggle(StringGrid2->IdOf(StringGrid2->Row()));
+    StringGrid2->viewport()->update();
+  }
+  if (key == Qt::Key_Return || key == Qt::Key_Enter) Label4Click();
+}
+
+std::vector<HoldingRow> StockPicker::Chosen() const {
+  std::vector<HoldingRow> chosen;
+  if (StringGrid2->IsEmpty()) return chosen;
+  const GridRange selected = StringGrid2->Selection();
+  for (int row = 0; row < StringGrid2->RowCount(); ++row) {
+    const bool isChosen = picked_.IsEmpty() ? selected.Contains(row) && StringGrid2->RowHeight(row) > 0
+                                            : picked_.Contains(StringGrid2->IdOf(row));
+    if (isChosen) chosen.push_back({StringGrid2->Cells(kCode, row), StringGrid2->Cells(kName, row), {}, {}});
+  }
+  return chosen;
+}
+
+void StockPicker::Label4Click() {
+  const QPointer<HoldingsEditor> alive(&holdings_);
+  const auto close = qScopeGuard([this, alive] {
+    if (alive.isNull()) return;
+    holdings_.CalGridWidth();
+    holdings_.UpdateEditor();
+  });
+  const std::size_t before = holdings_.Rows().size();
+  for (HoldingRow& stock : Chosen()) {
+    const std::vector<HoldingRow> rows = holdings_.Rows();
+    if (rows.size() >= kMostHoldings) return Tell(QStringLiteral("组合记录数应小于10"));
+    const auto found = std::find_if(rows.begin(), rows.end(), [&](const auto& row) { return row.code == stock.code; });
+    if (found != rows.end() && static_cast<std::size_t>(found - rows.begin()) < before) {
+      Tell(stock.name + QStringLiteral("在组合里已经存在"));
+      if (alive.isNull()) return;
+      continue;
+    }
+    stock.price = CurrentPriceText(stock.code);
+    // One that comes twice in the same add comes twice into the portfolio: intended.
+    holdings_.AddRow(found == rows.end() ? stock : *found);
+  }
+}
+
+void StockPicker::PlaceKeypad() {
+  RzPanel7->adjustSize();
+  // Above the button, over the list.
+  const QPoint corner(SpeedButton1->geometry().right() - RzPanel7->width() + 1, RzEdit3->geometry().top());
+  RzPanel7->move(std::max(corner.x(), 0), std::max(corner.y() - RzPanel7->height(), 0));
+  RzPanel7->raise();
+}
+
+void StockPicker::resizeEvent(QResizeEvent* event) {
+  FramePart::resizeEvent(event);
+  PlaceKeypad();
+}
+
+void StockPicker::ApplyTheme() {
+  SetPanelColor(*this, ThemeBackground());
+  for (QWidget* control : Controls()) ApplyControlTheme(*control);
+  StringGrid2->SetColors(ReadGridColors(ModuleHost().ColorTheme().Colors()));
+  RzPanel7->ApplyTheme();
+}
+
+void StockPicker::Fit() {
+  const int width = StringGrid2->ClientWidth();
+  StringGrid2->SetColWidths({width / kColumns, width - width / kColumns});
+}
+
+}  // namespace holdwise
