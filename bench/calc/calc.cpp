@@ -36,8 +36,10 @@ namespace {
 
 const QString kStockFolder = QStringLiteral("QMTL\\TZZH\\Day250\\股票\\");
 
+constexpr int kFirstStock = 1600000;
+
 /// The rows of the yardstick as a base-data file.
-ResultSet BaseDataRows(const std::vector<int>& indices = {}) {
+ResultSet BaseDataRows(const std::vector<int>& indices = {kFirstStock}) {
   constexpr std::array kNames = {"secucode", "closeprice",    "hqtype", "rowid",     "ggqjsyl",   "pjsyl",
                                  "hqdate",   "oldcloseprice", "sylbzc", "islastday", "startdate", "enddate"};
   ResultSet table;
@@ -45,7 +47,7 @@ ResultSet BaseDataRows(const std::vector<int>& indices = {}) {
     const auto at = static_cast<std::size_t>(column);
     table.AddColumn(kNames[at], bench::kIsReal[at] ? ColumnType::Real : ColumnType::Integer);
   }
-  for (const int index : indices.empty() ? std::vector<int>{1600000} : indices) {
+  for (const int index : indices) {
     for (const bench::Row& values : bench::Rows()) {
       const int row = table.AppendRow();
       for (int column = 0; column < bench::kColumns; ++column) {
@@ -142,7 +144,9 @@ constexpr int kMany = 1000;
 /// A file each of as many securities, into a database that has none of them.
 void ReceiveMany(benchmark::State& state) {
   Module module(kMany / bench::kHoldingsEach, kMany);
-  const QByteArray file = EncodePacket(BaseDataRows());
+  std::vector<QByteArray> files;
+  files.reserve(kMany);
+  for (int index = 0; index < kMany; ++index) files.push_back(EncodePacket(BaseDataRows({kFirstStock + index})));
   TfrmCalc2 dialog;
   dialog.show();
   QCoreApplication::processEvents();
@@ -150,7 +154,8 @@ void ReceiveMany(benchmark::State& state) {
       state, kMany * bench::kRows,
       [&] {
         for (int index = 0; index < kMany; ++index) {
-          dialog.BasicDataRecv(kStockFolder + SixDigits(600000 + index) + QStringLiteral(".dat"), 0, file, 1);
+          dialog.BasicDataRecv(kStockFolder + SixDigits(600000 + index) + QStringLiteral(".dat"), 0,
+                               files[static_cast<std::size_t>(index)], 1);
         }
       },
       [] {});
@@ -210,12 +215,12 @@ class PaintWatch final : public QObject {
 void WriteFolder(const QDir& folder, int securities) {
   folder.mkpath(QStringLiteral("QMTL/TZZH/Day250/股票"));
   folder.mkpath(QStringLiteral("QMTL/TZZH/Day250/指数"));
-  const QByteArray stock = EncodePacket(BaseDataRows());
   const auto write = [&](const QString& name, const QByteArray& bytes) {
     WriteFileAtomically(folder.filePath(name), bytes, Durability::Replaceable);
   };
   for (int index = 0; index < securities; ++index) {
-    write(QStringLiteral("QMTL/TZZH/Day250/股票/%1.dat").arg(SixDigits(600000 + index)), stock);
+    write(QStringLiteral("QMTL/TZZH/Day250/股票/%1.dat").arg(SixDigits(600000 + index)),
+          EncodePacket(BaseDataRows({kFirstStock + index})));
   }
   ResultSet indices = BaseDataRows({1, 399001, 399300});
   write(QStringLiteral("QMTL/TZZH/Day250/指数/allzs.dat"), EncodePacket(indices));

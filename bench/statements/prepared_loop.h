@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QDate>
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <vector>
@@ -16,12 +18,38 @@ inline constexpr std::array<bool, kColumns> kIsReal{false, true, false, false, t
                                                     false, true, true,  false, false, false};
 using Row = std::array<double, kColumns>;
 
+inline constexpr int kDays = 250;
+inline constexpr int kWeeks = 52;
+
+inline int DayNumber(const QDate& day) {
+  return day.year() * 10000 + day.month() * 100 + day.day();
+}
+
+/// The working days, Fridays and months' last working days that end with the last day of 2025, the latest last.
+inline std::vector<int> DaysOf(int type, int count) {
+  std::vector<int> days;
+  for (QDate day(2025, 12, 31); static_cast<int>(days.size()) < count; day = day.addDays(-1)) {
+    const bool isWorking = day.dayOfWeek() <= Qt::Friday;
+    const QDate nextWorking = day.addDays(day.dayOfWeek() == Qt::Friday ? 3 : 1);
+    const bool isTaken = type == 0 || (type == 1 ? day.dayOfWeek() == Qt::Friday : nextWorking.month() != day.month());
+    if (isWorking && isTaken) days.push_back(DayNumber(day));
+  }
+  std::reverse(days.begin(), days.end());
+  return days;
+}
+
 inline std::vector<Row> MakeRows() {
   std::vector<Row> rows;
-  for (int i = 0; i < kRows; ++i) {
-    const int type = i < 250 ? 0 : i < 302 ? 1 : 2;
-    rows.push_back({1600000, 10 + 0.01 * i, double(type), double(i + 1), 0.0123456789 - 0.0001 * i, 0.00098765432109,
-                    double(20250000 + i), 10 + 0.01 * (i - 1), 0.0187654321, i == 249 ? 1.0 : 0.0, 20250000, 20251231});
+  int type = 0;
+  for (const int count : {kDays, kWeeks, kRows - kDays - kWeeks}) {
+    const std::vector<int> days = DaysOf(type, count);
+    for (const int day : days) {
+      const auto i = static_cast<int>(rows.size());
+      rows.push_back({1600000, 10 + 0.01 * i, double(type), double(i + 1), 0.0123456789 - 0.0001 * i, 0.00098765432109,
+                      double(day), 10 + 0.01 * (i - 1), 0.0187654321, day == days.back() ? 1.0 : 0.0,
+                      double(days.front()), double(days.back())});
+    }
+    ++type;
   }
   return rows;
 }
