@@ -117,7 +117,8 @@ TEST(PortfolioLife, TypedSavedFollowedAndReadBack) {
       if (price != kTyped[4].price) screen.Keys({"Tab"});
     }
     screen.Keys({"ctrl+Return"});
-    QThread::sleep(5);  // the statistics run
+    QThread::sleep(2);
+    ASSERT_TRUE(screen.IsGone(QStringLiteral("^投资组合$"))) << "the statistics have run";
     ASSERT_TRUE(screen.Enter(QStringLiteral("Holdwise")));
     screen.Keys({"Tab", "Tab", "Tab", "F4"});
     ASSERT_TRUE(screen.Enter(QStringLiteral("提示")));
