@@ -182,7 +182,7 @@ std::vector<QStringList> ReadCsv(const QString& path) {
 }
 
 RunningTerminal::RunningTerminal(const QStringList& arguments, QProcessEnvironment environment) {
-  environment.insert("QT_QPA_PLATFORM", "offscreen");
+  if (!environment.contains("QT_QPA_PLATFORM")) environment.insert("QT_QPA_PLATFORM", "offscreen");
   environment.insert("HOLDWISE_TRACE_START", "1");
   process_.setProcessEnvironment(environment);
   process_.start(Program("holdwise-terminal"), arguments);

@@ -70,7 +70,7 @@ class Bench {
 /// A CSV file as fields, with the heading.
 std::vector<QStringList> ReadCsv(const QString& path);
 
-/// A terminal with its window, running offscreen until Stop or the destructor.
+/// A terminal with its window, running until Stop or the destructor; offscreen unless the environment names a platform.
 class RunningTerminal {
  public:
   explicit RunningTerminal(const QStringList& arguments, QProcessEnvironment environment = BareEnvironment());

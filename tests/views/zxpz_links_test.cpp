@@ -198,7 +198,7 @@ TEST_F(EditorLinks, TheKeysOfTheListDoWhatThePicturesDo) {
   EXPECT_EQ(Messages(), std::vector<Call>{Question()});
   EXPECT_FALSE(IsModifying());
   portfolios->setFocus();
-  QTest::keyClick(portfolios, Qt::Key_S, Qt::ControlModifier);
+  QTest::keyClick(portfolios, Qt::Key_F4);
   EXPECT_EQ(SaveFlag(1), 1) << "the first one is selected after the deletion";
 }
 

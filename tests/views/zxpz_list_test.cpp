@@ -109,7 +109,7 @@ TEST_F(EditorList, AnEmptyListDrawsNothingAndTakesNoClick) {
   }
   portfolios->setFocus();
   for (const int key : {Qt::Key_Delete, Qt::Key_F2}) QTest::keyClick(portfolios, static_cast<Qt::Key>(key));
-  QTest::keyClick(portfolios, Qt::Key_S, Qt::ControlModifier);
+  QTest::keyClick(portfolios, Qt::Key_F4);
   EXPECT_TRUE(Messages().empty());
   EXPECT_FALSE(IsModifying());
 }

@@ -29,6 +29,7 @@ struct Places {
   int quantity = -1;
   int price = -1;
   int columns = 0;  ///< a line with more cells is not understood
+  bool isGuessed = false;
 };
 
 QString Plain(QString cell) {
@@ -99,7 +100,7 @@ std::optional<Places> PlacesOfTitles(const QStringList& cells) {
 Places PlacesWithoutTitles(const QStringList& cells) {
   const bool hasName = cells.size() > 3 && !cells[1].isEmpty() && cells[1].front().isLetter();
   const int behind = hasName ? 2 : 1;
-  return {.code = 0, .quantity = behind, .price = behind + 1, .columns = behind + 2};
+  return {.code = 0, .quantity = behind, .price = behind + 1, .columns = behind + 2, .isGuessed = true};
 }
 
 struct Code {
@@ -146,8 +147,12 @@ class Reader {
     HoldingRow row;
     QString problem = line.problem;
     if (problem.isEmpty()) problem = ReadCode(cell, row);
-    if (problem.isEmpty() && TooManyCells(line, places))
+    if (problem.isEmpty() && places.isGuessed && MayBeNumbered(line)) {
+      problem = QStringLiteral("看不出哪一个是代码，请写全六位代码或加上标题行");
+    }
+    if (problem.isEmpty() && TooManyCells(line, places)) {
       problem = QStringLiteral("列数多于“代码、数量、价格”，无法判断");
+    }
     if (problem.isEmpty()) problem = ReadQuantity(line.cells.value(places.quantity), row);
     if (problem.isEmpty()) problem = ReadPrice(line.cells.value(places.price), row);
     if (problem.isEmpty()) problem = Place(row);
@@ -167,6 +172,15 @@ class Reader {
     row.code = code->six;
     row.name = stock->name;
     return {};
+  }
+  /// Is a short code perhaps the number of the line, with the code behind it?
+  [[nodiscard]] bool MayBeNumbered(const Line& line) const {
+    constexpr int kDigits = 6;
+    if (line.cells.constFirst().size() >= kDigits) return false;
+    return std::any_of(line.cells.begin() + 1, line.cells.end(), [this](const QString& cell) {
+      const auto code = cell.size() < kDigits ? std::nullopt : CodeOf(cell);
+      return code && lookup_(code->six);
+    });
   }
   static bool TooManyCells(const Line& line, const Places& places) {
     return std::any_of(line.cells.begin() + std::min<qsizetype>(places.columns, line.cells.size()), line.cells.end(),

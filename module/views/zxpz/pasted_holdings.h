@@ -35,10 +35,11 @@ struct PastedHoldings {
 /// Reads lines of code, quantity and price, separated by tabs when there is a tab anywhere in the text, else by commas.
 /// Without a title row the columns stand in that order, with a name behind the code where there are four; a title row
 /// ("代码", "数量", "价" in its cells) says where they stand. Codes: 600519, 600519.SH, sh600519 and their kind;
-/// leading zeros that a spreadsheet has dropped are put back; one whose market is not the stock's is refused (000001.SH
-/// is an index). Quantities are whole, of nine digits at most; prices have two decimals at most and are below 10000;
-/// grouping commas and a currency sign are left out. Refused as well: stocks already in `present` (six digits each),
-/// stocks that come twice, and what exceeds kMostHoldings together with `present`. Blank lines are skipped.
+/// leading zeros that a spreadsheet has dropped are put back, unless the short code may be the line's number; one whose
+/// market is not the stock's is refused (000001.SH is an index). Quantities are whole, of nine digits at most; prices
+/// have two decimals at most and are below 10000; grouping commas and a currency sign are left out. Refused as well:
+/// stocks already in `present` (six digits each), stocks that come twice, and what exceeds kMostHoldings together with
+/// `present`. Blank lines are skipped.
 [[nodiscard]] PastedHoldings ReadPastedHoldings(const QString& text, const QStringList& present,
                                                 const StockLookup& lookup);
 

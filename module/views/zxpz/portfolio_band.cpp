@@ -131,7 +131,7 @@ void PortfolioBand::ListKeyDown(int key, Qt::KeyboardModifiers modifiers) {
   const int row = List().Row();
   if (key == Qt::Key_Delete && modifiers == Qt::NoModifier) return Call(OnDelete, row);
   if (key == Qt::Key_F2 && modifiers == Qt::NoModifier) return Call(OnModify, row);
-  if (key == Qt::Key_S && modifiers == Qt::ControlModifier) return Call(OnSave, row);
+  if (key == Qt::Key_F4 && modifiers == Qt::NoModifier) return Call(OnSave, row);
 }
 
 void PortfolioBand::ApplyTheme() {

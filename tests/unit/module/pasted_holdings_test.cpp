@@ -92,6 +92,14 @@ TEST(PastedHoldings, AnIndexDoesNotBecomeTheStockOfItsNumber) {
   }
 }
 
+TEST(PastedHoldings, ANumberOfTheLineDoesNotBecomeACode) {
+  for (const char* line : {"1\t600519\t100", "1\t600519", "2\tsh600519\t100\t1700", "1\t600000\t12.3"}) {
+    EXPECT_EQ(ReasonFor(line), QStringLiteral("看不出哪一个是代码，请写全六位代码或加上标题行")) << line;
+  }
+  EXPECT_EQ(Read("序号\t代码\t数量\n1\t600519\t100").rows, std::vector{Row("600519", "贵州茅台", "", "100")});
+  EXPECT_EQ(Read("代码\t数量\n1\t600000").rows, std::vector{Row("000001", "平安银行", "", "600000")});
+}
+
 TEST(PastedHoldings, WhatIsNoCode) {
   for (const char* code : {"abc", "6005190", "60051x", "", "sh600519.SZ", "贵州茅台"}) {
     EXPECT_EQ(ReasonFor((std::string(code) + ",1,2").c_str()), QStringLiteral("不是股票代码")) << code;
