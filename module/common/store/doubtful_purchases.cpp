@@ -27,13 +27,15 @@ std::vector<IncompletePortfolio> DoubtfulPurchases(DatabaseStatements& database)
     if (day > today)
       portfolio.missing.push_back({Lack::BoughtLater, {}, {}, 0, day + QStringLiteral(" 晚于行情日期 ") + today});
     if (const int close = rows.Column("MARKETCLOSE"); !rows.IsNull(row, close)) {
-      portfolio.missing.push_back({Lack::CorrectedIndex,
-                                   {},
-                                   {},
-                                   0,
-                                   QStringLiteral("%1 的上证指数收盘已更正为 %2，组合仍按买入时保存的 %3 计算")
-                                       .arg(day, FormatFixed(rows.RealAt(row, close), 2),
-                                            FormatFixed(rows.RealAt(row, rows.Column("ZSCLOSEPRICE")), 2))});
+      portfolio.missing.push_back(
+          {Lack::CorrectedIndex,
+           {},
+           {},
+           0,
+           QStringLiteral(
+               "%1 的上证指数收盘已更正为 %2，组合仍按买入时保存的 %3 计算；要采用更正后的收盘，请删除组合后重新导入")
+               .arg(day, FormatFixed(rows.RealAt(row, close), 2),
+                    FormatFixed(rows.RealAt(row, rows.Column("ZSCLOSEPRICE")), 2))});
     }
     portfolios.push_back(std::move(portfolio));
   }

@@ -53,7 +53,8 @@ TEST_F(Doubtful, ACorrectedCloseOfTheDayOfPurchaseIsSaid) {
   AddPortfolio(7, "'2024-05-20'", "3000.25", "1", 0);  // in the editor
   AddPortfolio(8, "'soon'", "3000", "null");
   AddPortfolio(9, "null", "null", "null");
-  EXPECT_EQ(Lines(), (QStringList{"p1：2024-05-20 的上证指数收盘已更正为 3010.50，组合仍按买入时保存的 3000.25 计算"}));
+  EXPECT_EQ(Lines(), (QStringList{"p1：2024-05-20 的上证指数收盘已更正为 3010.50，组合仍按买入时保存的 3000.25 计算；"
+                                  "要采用更正后的收盘，请删除组合后重新导入"}));
 }
 
 TEST_F(Doubtful, AFailedReadIsAnError) {
