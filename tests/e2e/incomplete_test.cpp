@@ -95,25 +95,6 @@ TEST_F(Incomplete, AMissingDepositRateIsSaidAndHealedWhenItIsBack) {
   EXPECT_EQ(Risk(), WholeRisk());
 }
 
-/// Everything has been read, but nothing is the latest any more.
-TEST_F(Incomplete, AnExportWithoutTheDataFolderIsSaid) {
-  ASSERT_EQ(Export(Import()).exitCode, 0);
-  RunningTerminal running(bench_.Arguments({"--parameter", "Skip风险计量"}));
-  ASSERT_TRUE(running.WaitForWindow());
-  ASSERT_EQ(Export().exitCode, 0);
-  ASSERT_TRUE(QFile::rename(bench_.data, bench_.data + ".away"));
-  const Outcome gone = Export();
-  EXPECT_EQ(gone.exitCode, 1);
-  EXPECT_TRUE(gone.err.contains("行情没有更新") && gone.err.contains("不在了")) << gone.err.toStdString();
-  ASSERT_TRUE(QFile::rename(bench_.data + ".away", bench_.data));
-  Outcome back;
-  for (int time = 0; time < 20 && back.exitCode != 0; ++time) {
-    QThread::msleep(1000);
-    back = Export();
-  }
-  EXPECT_EQ(back.exitCode, 0) << back.err.toStdString();
-}
-
 TEST_F(Incomplete, ADamagedReferenceFileEndsTheCalculation) {
   for (const char* name : {"InterestRate.Dat", "GZ.dat"}) {
     const Bench bench;
