@@ -24,7 +24,7 @@ std::vector<IncompletePortfolio> DoubtfulPurchases(DatabaseStatements& database)
     IncompletePortfolio portfolio{rows.TextAt(row, rows.Column("ID")), rows.TextAt(row, rows.Column("COMNAME")), 0, {}};
     const QString day = rows.TextAt(row, rows.Column("EDITDATE"));
     // The texts of both have one form, in which the later date is the greater text.
-    if (day > today)
+    if (day > today && rows.TextAt(row, rows.Column("KNOWNTO")) > QString(today).remove(u'-'))
       portfolio.missing.push_back({Lack::BoughtLater, {}, {}, 0, day + QStringLiteral(" 晚于行情日期 ") + today});
     if (const int close = rows.Column("MARKETCLOSE"); !rows.IsNull(row, close)) {
       portfolio.missing.push_back(

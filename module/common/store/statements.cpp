@@ -160,11 +160,12 @@ QString DailyRowsSince(std::int64_t firstDay, std::int64_t lastButOne) {
 
 QString DoubtfulPurchases(const QString& today) {
   return QStringLiteral(
-             "select m.ID,m.COMNAME,m.EDITDATE,m.ZSCLOSEPRICE,s.CLOSEPRICE as MARKETCLOSE from alg_commain m left join "
-             "alg_stockstatistic s on s.SECUCODE = 1 and s.HQTYPE = 0 and s.HQDATE = iif(m.INDEXISCLOSE = 1, "
+             "select m.ID,m.COMNAME,m.EDITDATE,m.KNOWNTO,m.ZSCLOSEPRICE,s.CLOSEPRICE as MARKETCLOSE from alg_commain m "
+             "left join alg_stockstatistic s on s.SECUCODE = 1 and s.HQTYPE = 0 and s.HQDATE = iif(m.INDEXISCLOSE = 1, "
              "cast(replace(m.EDITDATE, '-', '') as integer), 0) and abs(s.CLOSEPRICE - m.ZSCLOSEPRICE) >= 0.0051 where "
-             "m.SAVEFLAG = 1 and (s.CLOSEPRICE is not null or m.EDITDATE like '____-__-__' and m.EDITDATE > ") +
-         Quoted(today) + QStringLiteral(") order by m.ID desc");
+             "m.SAVEFLAG = 1 and (s.CLOSEPRICE is not null or m.EDITDATE like '____-__-__' and m.EDITDATE > %1 and "
+             "m.KNOWNTO > cast(replace(%1, '-', '') as integer)) order by m.ID desc")
+      .arg(Quoted(today));
 }
 
 QString FirstCalculation(const QString& today) {

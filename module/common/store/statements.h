@@ -123,8 +123,9 @@ inline const QString kIndexLastButOne = QStringLiteral(
 /// rows), whether there is a return on the first day or later (HASRETURN, null without), and whether there is one not
 /// later than the last day but one (HASTWODAYS, null without).
 [[nodiscard]] QString DailyRowsSince(std::int64_t firstDay, std::int64_t lastButOne);
-/// Of saved portfolios, latest first: those bought after `today` ("YYYY-MM-DD"), and those whose index level was the
-/// close of the day of purchase while the market's close of that day (MARKETCLOSE, else null) is another one by now.
+/// Of saved portfolios, latest first: those bought after `today` ("YYYY-MM-DD") on data that reached further (KNOWNTO),
+/// and those whose index level was the close of the day of purchase while the market's close of that day (MARKETCLOSE,
+/// else null) is another one by now.
 [[nodiscard]] QString DoubtfulPurchases(const QString& today);
 /// `today` is the host's current date, "YYYY-MM-DD".
 [[nodiscard]] QString FirstCalculation(const QString& today);

@@ -8,6 +8,11 @@
    differs since then has been corrected; a level taken in the course of a day never was the close. */
 alter table alg_commain add INDEXISCLOSE integer;
 
+/* The newest day (YYYYMMDD) to which the index's series has reached in any calculation of the figures: data that end
+   before it are older than those the portfolio was bought on. EDITDATE alone does not say it: a portfolio made at the
+   weekend, on the data of Friday, carries the weekend's date. */
+alter table alg_commain add KNOWNTO integer;
+
 /* Figures calculated before know nothing of either: each is calculated again. */
 update alg_commain set CALCDATE = null;
 
@@ -152,7 +157,8 @@ begin
 
   update alg_commain set FC = :variance, ZHBZC = :deviation, BETA = :beta, ALPHA = :alpha, SHARP = :sharp,
       TREYNOR = :treynor, ISFINISHED = 1, CALCDATE = :oldest, LACKING = :lacking,
-      INDEXISCLOSE = iif(abs(ZSCLOSEPRICE - :bought_at) < 0.0051, 1, INDEXISCLOSE)
+      INDEXISCLOSE = iif(abs(ZSCLOSEPRICE - :bought_at) < 0.0051, 1, INDEXISCLOSE),
+      KNOWNTO = maxvalue(coalesce(KNOWNTO, 0), :index_end)
     where ID = :portfolio;
 end^
 

@@ -200,6 +200,20 @@ TEST_F(Figures, TheIndexLevelIsMarkedWhenItIsTheCloseOfTheDayOfPurchase) {
   }
 }
 
+TEST_F(Figures, TheNewestDayOfTheDataIsKept) {
+  AddIndexDays({0.01, -0.01, 0.03});
+  AddPortfolio();
+  const auto knownTo = [&](int end) {
+    Service().Execute(QStringLiteral("update alg_stockstatistic set enddate = %1").arg(end));
+    Run();
+    return Service().Query(QStringLiteral("select KNOWNTO from alg_commain")).IntegerAt(0, 0);
+  };
+  EXPECT_EQ(knownTo(20260103), 20260103);
+  EXPECT_EQ(knownTo(20260102), 20260103) << "older data do not take it away";
+  EXPECT_EQ(knownTo(0), 20260103) << "without its end the last row's day";
+  EXPECT_EQ(knownTo(20260105), 20260105);
+}
+
 TEST_F(Figures, AHoldingWithoutAReturnYetLeavesItsWeightToTheOthersAndLacks) {
   AddIndexDays({0.01, -0.01, 0.03});
   for (int day = 0; day < 3; ++day) AddDay(1600000, day, 0.01 * day);

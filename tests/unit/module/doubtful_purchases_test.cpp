@@ -8,12 +8,13 @@ namespace {
 
 class Doubtful : public EngineTest {
  protected:
-  void AddPortfolio(int id, const QString& day, const char* level, const char* isClose, int saved = 1) {
-    Run(QStringLiteral("insert into alg_commain (ID,COMNAME,ISFINISHED,SAVEFLAG,EDITDATE,ZSCLOSEPRICE,INDEXISCLOSE) "
-                       "values (%1,'p%1',1,%2,%3,%4,%5)")
+  void AddPortfolio(int id, const QString& day, const char* level, const char* isClose, int saved = 1,
+                    const char* knownTo = "20250102") {
+    Run(QStringLiteral("insert into alg_commain (ID,COMNAME,ISFINISHED,SAVEFLAG,EDITDATE,ZSCLOSEPRICE,INDEXISCLOSE,"
+                       "KNOWNTO) values (%1,'p%1',1,%2,%3,%4,%5,%6)")
             .arg(id)
             .arg(saved)
-            .arg(day, QLatin1String(level), QLatin1String(isClose)));
+            .arg(day, QLatin1String(level), QLatin1String(isClose), QLatin1String(knownTo)));
   }
   void AddClose(int code, int date, const char* close, int type = 0) {
     Run(QStringLiteral("insert into alg_stockstatistic (secucode,hqtype,hqdate,closeprice) values (%1,%2,%3,%4)")
@@ -31,7 +32,11 @@ TEST_F(Doubtful, APurchaseAfterTheMarketsDateIsSaid) {
   AddPortfolio(3, "'2024-05-30'", "3000", "null", 0);  // in the editor
   AddPortfolio(4, "null", "3000", "null");
   AddPortfolio(5, "'2025-01-02'", "3000", "null");
-  EXPECT_EQ(Lines(), (QStringList{"p5：买入日期 2025-01-02 晚于行情日期 2024-05-29，请换用较新的数据目录",
+  AddPortfolio(6, "'2024-06-01'", "3000", "null", 1, "20240529");  // made on a day after the data's last
+  AddPortfolio(7, "'2024-05-30'", "3000", "null", 1, "20240530");
+  AddPortfolio(8, "'2024-05-30'", "3000", "null", 1, "null");  // not calculated yet
+  EXPECT_EQ(Lines(), (QStringList{"p7：买入日期 2024-05-30 晚于行情日期 2024-05-29，请换用较新的数据目录",
+                                  "p5：买入日期 2025-01-02 晚于行情日期 2024-05-29，请换用较新的数据目录",
                                   "p2：买入日期 2024-05-30 晚于行情日期 2024-05-29，请换用较新的数据目录"}));
   host_.dataCenter.currentDateText = QStringLiteral("2025-01-02");
   EXPECT_EQ(Lines(), QStringList());
