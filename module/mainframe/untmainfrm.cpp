@@ -200,6 +200,9 @@ void TMainFrm::ShowView(const TNodeData& view, const QTreeWidgetItem& node, TVie
     FCurFrame->OnNoticeChanged = [this, frame = FCurFrame] {
       if (frame == FCurFrame) ShowNotice(false);
     };
+    FCurFrame->OnPortfoliosChanged = [this, frame = FCurFrame] {
+      if (frame == FCurFrame) ShowNotice(true);
+    };
     FCurFrame->OnDownData = [] { DownData(); };
     views_->addWidget(FCurFrame);
     FFrameList.push_back(FCurFrame);
@@ -219,11 +222,14 @@ void TMainFrm::SendInit() {
 }
 
 void TMainFrm::ShowNotice(bool readAgain) {
-  const bool concernsSaved = FCurFrame != nullptr && RestOf(FCurFrame->Tag()) == RestsOn::Saved;
-  if (!concernsSaved) return RzPanel3->SetNotice({}, {});
+  const RestsOn restsOn = FCurFrame == nullptr ? RestsOn::Nothing : RestOf(FCurFrame->Tag());
+  if (restsOn == RestsOn::Nothing) return RzPanel3->SetNotice({}, {});
   const TFigureBasis basis = BasisOf(FCurFrame->Tag());
   if (!basis.isStored) incomplete_.clear();
-  if (readAgain && basis.isStored) incomplete_ = PortfoliosLackingStoredInputs(Database());
+  if (readAgain && basis.isStored) {
+    incomplete_ = restsOn == RestsOn::Saved ? PortfoliosLackingStoredInputs(Database())
+                                            : IncompletePortfolios(Database(), PortfolioSet::Unsaved);
+  }
   const PricesUsed shown = arePricesShown_ ? basis.prices : PricesUsed::None;
   const ViewNotice own = FCurFrame->Notice();
   const auto all = Together(WithThoseLackingPrices(incomplete_, shown, Database()), own.lacking);

@@ -8,6 +8,7 @@
 #include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
+#include "common/store/incomplete_portfolios.h"
 #include "common/store/statements.h"
 #include "mainframe/view_table.h"
 
@@ -66,6 +67,7 @@ QStringList HoldwiseViewCatalogue::Incomplete() const {
   if (mainFrame_.isNull()) return {};
   auto lacking =
       WithThoseLackingPrices(PortfoliosLackingStoredInputs(Database()), PricesUsed::LatestAndCloses, Database());
+  lacking = Together(std::move(lacking), IncompletePortfolios(Database(), PortfolioSet::Unsaved));
   const QStringList lines = mainFrame_->NoticesOfViews(lacking);
   return lines + LinesOf(lacking);
 }

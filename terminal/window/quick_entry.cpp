@@ -49,6 +49,7 @@ bool QuickEntry::eventFilter(QObject* watched, QEvent* event) {
   auto* key = static_cast<QKeyEvent*>(event);
   if (watched == code_ && key->key() == Qt::Key_Escape) {
     hide();
+    if (cameFrom_ != nullptr) cameFrom_->setFocus();
     return true;
   }
   const auto* target = qobject_cast<QWidget*>(watched);
@@ -62,6 +63,7 @@ bool QuickEntry::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void QuickEntry::Open(const QString& firstDigit) {
+  cameFrom_ = QApplication::focusWidget();
   code_->setText(firstDigit);
   adjustSize();
   const QWidget* window = parentWidget();

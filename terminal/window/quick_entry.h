@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QFrame>
+#include <QPointer>
 #include <functional>
 
 #include "holdwise/sdk/codenum.h"
@@ -12,8 +13,8 @@ class QLineEdit;
 namespace holdwise {
 
 /// Quick entry of a security: digits typed anywhere in the window, outside an edit box, open a small box in which the
-/// code is completed; Enter chooses it, Escape closes. While a frame has switched the capture off, keys go to the
-/// frame.
+/// code is completed; Enter chooses it, Escape closes and gives the keyboard back to where it was. While a frame has
+/// switched the capture off, keys go to the frame.
 class QuickEntry : public QFrame, public KeyCodeServices {
  public:
   /// @param window the main window, whose keys are captured; `codes` must outlive the entry
@@ -34,6 +35,7 @@ class QuickEntry : public QFrame, public KeyCodeServices {
   const CodeNumServices& codes_;
   QLineEdit* code_;
   QLabel* name_;
+  QPointer<QWidget> cameFrom_;
   bool isEnabled_ = true;
 };
 

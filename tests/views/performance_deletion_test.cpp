@@ -34,6 +34,19 @@ TEST_F(PerformanceDeletion, AsksAndTakesHeaderAndHoldings) {
   EXPECT_EQ(holdings->RowCount(), 1);
 }
 
+TEST_F(PerformanceDeletion, TheDeleteKeyAsksForTheSelectedPortfolio) {
+  OpenWithTwo();
+  Click(*portfolios, kName, 1);
+  bench.host.messageBoxes.answers = {2, 1};
+  QTest::keyClick(portfolios, Qt::Key_Delete, Qt::ControlModifier);
+  EXPECT_TRUE(bench.host.messageBoxes.calls.empty());
+  QTest::keyClick(portfolios, Qt::Key_Delete);
+  EXPECT_EQ(portfolios->RowCount(), 2) << "refused";
+  QTest::keyClick(portfolios, Qt::Key_Delete);
+  ASSERT_EQ(portfolios->RowCount(), 1);
+  EXPECT_EQ(portfolios->Cells(kName, 0), QStringLiteral("进取"));
+}
+
 TEST_F(PerformanceDeletion, OfALowerRowReselectsTheFirst) {
   OpenWithTwo();
   PressPicture(1);

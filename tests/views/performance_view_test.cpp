@@ -42,6 +42,17 @@ TEST_F(PerformanceView, ShowsTheHoldingsOfTheNewestPortfolio) {
                   "100.00", "600.00", "0", "-900.00", "-5.00", "1800", "1650", ""}));
 }
 
+TEST_F(PerformanceView, ComingBackTheSelectedRowIsInView) {
+  for (int id = 1; id <= 9; ++id) bench.AddPortfolio(id, QStringLiteral("组合%1").arg(id), {{1600000, 200, 1, 9.5}});
+  Open();
+  QTest::keyClick(portfolios, Qt::Key_End);
+  ASSERT_FALSE(portfolios->viewport()->rect().contains(portfolios->CellRect(kName, 0)));
+  bench.ClickNode(2002);
+  ShowView();
+  EXPECT_EQ(portfolios->Row(), 0);
+  EXPECT_TRUE(portfolios->viewport()->rect().contains(portfolios->CellRect(kName, 0)));
+}
+
 TEST_F(PerformanceView, ShowsEveryPortfolioLive) {
   OpenWithTwo();
   // value 10000 + 6000 + 17100; previous closes 9800 + 6250 + 17000; weeks 9500 + 0 + 16500; months 9000; cost 33000

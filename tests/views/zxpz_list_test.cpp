@@ -68,6 +68,23 @@ TEST_F(EditorList, TheWeightIsDrawnInPercentAndCopiedSo) {
   EXPECT_EQ(drawn, twin.viewport()->grab(twin.CellRect(0, 0)).toImage());
 }
 
+TEST_F(EditorList, APortfolioThatLacksDataIsNamedUntilItIsGone) {
+  AddThree();
+  Run(QStringLiteral("update alg_commain set ISFINISHED = 1, CALCDATE = 20240529, LACKING = iif(ID = 3, 1, 0)"));
+  OpenEditor();
+  const auto notice = [this] {
+    for (const QLabel* label : bench.mainFrame->findChildren<QLabel*>())
+      if (label->isVisible() && label->text() == QStringLiteral("1 个组合的数据不完整")) return label->toolTip();
+    return QString();
+  };
+  EXPECT_TRUE(notice().contains(QStringLiteral("进取："))) << notice().toStdString();
+  ASSERT_EQ(portfolios->Cells(kName, 1), QStringLiteral("进取"));
+  Click(*portfolios, kName, 1);
+  QTest::keyClick(portfolios, Qt::Key_Delete);
+  EXPECT_EQ(portfolios->RowCount(), 1);
+  EXPECT_EQ(notice(), QString());
+}
+
 TEST_F(EditorList, TheSelectedRowIsNotReadAgain) {
   OpenWithThree();
   Inject();

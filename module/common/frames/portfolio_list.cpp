@@ -64,6 +64,7 @@ void PortfolioList::Reload(int row) {
   isForcedReload_ = true;
   const auto reset = qScopeGuard([this] { isForcedReload_ = false; });
   Show(row);
+  grid_->BringIntoView(row);
 }
 
 void PortfolioList::Show(int row) {

@@ -75,6 +75,8 @@ class TViewFrame : public QWidget {
   /// Read after each message but FrameMessage::ChangeSkin, and when the view says that it has changed.
   [[nodiscard]] virtual ViewNotice Notice() const { return {}; }
   std::function<void()> OnNoticeChanged;
+  /// The view has added, changed or deleted portfolios.
+  std::function<void()> OnPortfoliosChanged;
   /// The view has stored portfolios whose figures are to be calculated now. Returns when that is done; the view may be
   /// gone then.
   std::function<void()> OnDownData;
@@ -84,6 +86,9 @@ class TViewFrame : public QWidget {
  protected:
   void NoticeChanged() {
     if (OnNoticeChanged) OnNoticeChanged();
+  }
+  void PortfoliosChanged() {
+    if (OnPortfoliosChanged) OnPortfoliosChanged();
   }
   /// Puts a part below the ones there are; a part that stretches takes the height that is left.
   void AddPart(FramePart& part, bool stretches);

@@ -81,6 +81,8 @@ class TStringGrid : public QTableView {
   /// Makes a row current as a click on it does: OnSelectCell is asked first and may refuse. False when refused or when
   /// there is no such cell or its row is not shown.
   bool SelectCell(int column, int row);
+  /// Scrolls so far that the row is in view; nothing for one that is not shown.
+  void BringIntoView(int row);
   /// Called before the current row changes, also when the row is the current one already. False refuses.
   std::function<bool(int column, int row)> OnSelectCell;
 

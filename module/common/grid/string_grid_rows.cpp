@@ -55,6 +55,11 @@ int TStringGrid::Row() const {
   return std::max(model_->RowAt(currentIndex().row()), 0);
 }
 
+void TStringGrid::BringIntoView(int row) {
+  const QModelIndex index = model_->index(model_->PlaceOf(row), 0);
+  if (index.isValid()) scrollTo(index);
+}
+
 GridRange TStringGrid::Selection() const {
   if (model_->rowCount() == 0) return {};
   const int start = anchor_.isValid() ? model_->RowAt(anchor_.row()) : Row();

@@ -58,8 +58,9 @@ DailyRowsByCode ReadDailyRows(DatabaseStatements& database) {
   return daily;
 }
 
-QHash<QString, Holdings> ReadHoldings(DatabaseStatements& database) {
-  const ResultSet rows = database.Query(sql::kSavedHoldings);
+QHash<QString, Holdings> ReadHoldings(DatabaseStatements& database, PortfolioSet portfolios) {
+  const ResultSet rows =
+      database.Query(portfolios == PortfolioSet::Saved ? sql::kSavedHoldings : sql::kUnsavedHoldings);
   const int id = rows.Column("MAINID");
   const int code = rows.Column("SECUCODE");
   const int weight = rows.Column("PZBL");
@@ -197,14 +198,14 @@ QString LineOf(const IncompletePortfolio& portfolio, std::size_t mostInputs) {
 
 }  // namespace
 
-std::vector<IncompletePortfolio> IncompletePortfolios(DatabaseStatements& database) {
-  const ResultSet rows = database.Query(sql::kIncompletePortfolios);
+std::vector<IncompletePortfolio> IncompletePortfolios(DatabaseStatements& database, PortfolioSet set) {
+  const ResultSet rows = database.Query(sql::IncompletePortfolios(set == PortfolioSet::Saved));
   if (rows.IsEmpty()) return {};
   const int id = rows.Column("ID");
   const int name = rows.Column("COMNAME");
   const int date = rows.Column("CALCDATE");
   const DailyRowsByCode daily = ReadDailyRows(database);
-  const QHash<QString, Holdings> holdings = ReadHoldings(database);
+  const QHash<QString, Holdings> holdings = ReadHoldings(database, set);
   const PresentData present = ReadPresentData(database);
   std::vector<IncompletePortfolio> portfolios;
   for (int row = 0; row < rows.RowCount(); ++row) {

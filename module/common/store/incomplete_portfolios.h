@@ -47,10 +47,16 @@ struct IncompletePortfolio {
   std::vector<MissingInput> missing;  ///< never empty
 };
 
-/// The saved portfolios whose stored figures do not rest on everything they should, latest portfolio first. One cheap
+enum class PortfolioSet {
+  Saved,
+  Unsaved  ///< those still being edited
+};
+
+/// The portfolios whose stored figures do not rest on everything they should, latest portfolio first. One cheap
 /// statement when there is none. Names of securities come from the module's host. What a failing statement throws
 /// reaches the caller. User-interface thread.
-[[nodiscard]] std::vector<IncompletePortfolio> IncompletePortfolios(DatabaseStatements& database);
+[[nodiscard]] std::vector<IncompletePortfolio> IncompletePortfolios(DatabaseStatements& database,
+                                                                    PortfolioSet set = PortfolioSet::Saved);
 
 /// "2 个组合的数据不完整"; empty when there is none. Pure.
 [[nodiscard]] QString NoticeOf(const std::vector<IncompletePortfolio>& portfolios);

@@ -145,6 +145,14 @@ QString IndexOldCloses(int indexNumber) {
          QString::number(indexNumber) + QStringLiteral(") and (HqType = 0) order by HQDATE desc");
 }
 
+QString IncompletePortfolios(bool areSaved) {
+  return QStringLiteral(
+             "select ID,COMNAME,CALCDATE from alg_commain where SAVEFLAG %1 1 and (ISFINISHED = 0 or CALCDATE is null "
+             "or LACKING > 0 or CALCDATE < (select first 1 HQDATE from alg_stockstatistic where SECUCODE = 1 and "
+             "HQTYPE = 0 order by HQDATE desc)) order by ID desc")
+      .arg(areSaved ? QStringLiteral("=") : QStringLiteral("<>"));
+}
+
 QString DailyRowsSince(std::int64_t firstDay, std::int64_t lastButOne) {
   const QString hasReturn = QStringLiteral(
       "(select first 1 1 from alg_stockstatistic r where r.SECUCODE = c.SECUCODE and r.HQTYPE = 0 and r.HQDATE >= %1%2 "
@@ -152,8 +160,7 @@ QString DailyRowsSince(std::int64_t firstDay, std::int64_t lastButOne) {
   return QStringLiteral(
              "select c.SECUCODE,(select first 1 coalesce(nullif(s.ENDDATE, 0), s.HQDATE) from alg_stockstatistic s "
              "where s.SECUCODE = c.SECUCODE and s.HQTYPE = 0 order by s.HQDATE desc) as WINDOWEND,%1 as HASRETURN,%2 "
-             "as HASTWODAYS from (select d.SECUCODE from alg_comdetail d,alg_commain m where d.MAINID = m.ID and "
-             "m.SAVEFLAG = 1 union select 1 from rdb$database) c")
+             "as HASTWODAYS from (select d.SECUCODE from alg_comdetail d union select 1 from rdb$database) c")
       .arg(hasReturn.arg(firstDay).arg(QString()),
            hasReturn.arg(firstDay).arg(QStringLiteral(" and r.HQDATE <= %1").arg(lastButOne)));
 }

@@ -92,6 +92,8 @@ inline const QString kDeviations =
     QStringLiteral("select distinct secucode,sylbzc from alg_stockstatistic where Hqtype = 0 order by secucode");
 inline const QString kSavedHoldings = QStringLiteral(
     "select * from alg_comdetail where MainID in (select ID from alg_commain where SAVEFLAG = 1) order by MainID");
+inline const QString kUnsavedHoldings = QStringLiteral(
+    "select * from alg_comdetail where MainID in (select ID from alg_commain where SAVEFLAG <> 1) order by MainID");
 /// Closes of an index (1, 399001, 399300) and the closes before them, latest day first.
 [[nodiscard]] QString IndexCloses(int indexNumber);
 [[nodiscard]] QString IndexOldCloses(int indexNumber);
@@ -108,10 +110,7 @@ inline const QString kCountUnfinishedCodes = QStringLiteral(
     "select count(distinct secucode) from alg_comdetail a,alg_commain b where a.Mainid = b.Id and b.isFinished = 0 ");
 /// What the stored figures of portfolios lack: those to be named, and the first of the days that the index's daily rows
 /// stand for.
-inline const QString kIncompletePortfolios = QStringLiteral(
-    "select ID,COMNAME,CALCDATE from alg_commain where SAVEFLAG = 1 and (ISFINISHED = 0 or CALCDATE is null or "
-    "LACKING > 0 or CALCDATE < (select first 1 HQDATE from alg_stockstatistic where SECUCODE = 1 and HQTYPE = 0 order "
-    "by HQDATE desc)) order by ID desc");
+[[nodiscard]] QString IncompletePortfolios(bool areSaved);
 inline const QString kIndexFirstDay = QStringLiteral(
     "select first 1 coalesce(STARTDATE, 0) from alg_stockstatistic where SECUCODE = 1 and HQTYPE = 0 order by HQDATE "
     "desc");
@@ -119,7 +118,7 @@ inline const QString kIndexFirstDay = QStringLiteral(
 inline const QString kIndexLastButOne = QStringLiteral(
     "select first 1 skip 1 HQDATE from alg_stockstatistic where SECUCODE = 1 and HQTYPE = 0 and (OLDCLOSEPRICE <> 0 or "
     "GGQJSYL <> 0) order by HQDATE desc");
-/// Of the index and of the securities held in saved portfolios: the end of their daily rows (WINDOWEND, null without
+/// Of the index and of the securities held in portfolios: the end of their daily rows (WINDOWEND, null without
 /// rows), whether there is a return on the first day or later (HASRETURN, null without), and whether there is one not
 /// later than the last day but one (HASTWODAYS, null without).
 [[nodiscard]] QString DailyRowsSince(std::int64_t firstDay, std::int64_t lastButOne);

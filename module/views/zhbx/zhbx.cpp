@@ -72,8 +72,15 @@ void TFrm_ZHBX::InitAppear() {
     if (button == Qt::RightButton && !cell.IsNone()) list.SelectCell(cell.column, cell.row);
     press(button, modifiers, position);
   };
+  list.OnKeyDown = [this, &list](int key, Qt::KeyboardModifiers modifiers) {
+    if (key == Qt::Key_Delete && (modifiers & ~Qt::KeypadModifier) == Qt::NoModifier && !list.IsEmpty())
+      AskAndDelete(list.Row());
+  };
   list.OnContextMenu = [this, &list](QMenu& menu) {
     if (list.IsEmpty()) return;
+    connect(menu.addAction(QStringLiteral("删除组合")), &QAction::triggered, this, [this, row = list.Row()] {
+      GuardEvent(kUnit, QStringLiteral("AskAndDelete"), [&] { AskAndDelete(row); });
+    });
     connect(menu.addAction(QStringLiteral("复制到自选配置")), &QAction::triggered, this, [this, row = list.Row()] {
       GuardEvent(kUnit, QStringLiteral("CopyToEditor"), [&] { CopyToEditor(row); });
     });
@@ -116,6 +123,7 @@ void TFrm_ZHBX::AskAndDelete(int row) {
   if (answer != 1 || alive.isNull()) return;
   Database().Execute(sql::DeleteRecord(name));
   list_->ReflashData();
+  PortfoliosChanged();
 }
 
 void TFrm_ZHBX::CopyToEditor(int row) {

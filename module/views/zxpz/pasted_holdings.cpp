@@ -71,27 +71,35 @@ std::vector<Line> CommaLines(const QString& text) {
   return lines;
 }
 
-bool HasOneOf(const QString& cell, std::initializer_list<const char*> words) {
-  return std::any_of(words.begin(), words.end(),
-                     [&](const char* word) { return cell.contains(QString::fromUtf8(word), Qt::CaseInsensitive); });
+/// A title without its unit, blanks and capitals: "买入价(元)" is 买入价.
+QString TitleIn(const QString& cell) {
+  static const QRegularExpression unit(QStringLiteral("[(（].*$"));
+  static const QRegularExpression blanks(QStringLiteral("[\\s_]"));
+  return QString(cell).remove(unit).remove(blanks).toLower();
 }
 
-/// The first column with one of the words and none of the others; -1 when there is none.
-int ColumnWith(const QStringList& cells, std::initializer_list<const char*> words,
-               std::initializer_list<const char*> others = {}) {
-  const auto found = std::find_if(cells.begin(), cells.end(), [&](const QString& cell) {
-    return HasOneOf(cell, words) && !HasOneOf(cell, others);
-  });
-  return found == cells.end() ? -1 : static_cast<int>(found - cells.begin());
+/// The column of the first of the titles that is there; -1 when none is. Whole titles: a total cost, a price change or
+/// a quantity that is frozen are others.
+int ColumnOf(const QStringList& titles, std::initializer_list<const char*> wanted) {
+  for (const char* title : wanted) {
+    if (const auto column = titles.indexOf(QString::fromUtf8(title)); column >= 0) return static_cast<int>(column);
+  }
+  return -1;
 }
 
 std::optional<Places> PlacesOfTitles(const QStringList& cells) {
+  QStringList titles;
+  for (const QString& cell : cells) titles << TitleIn(cell);
   Places places;
-  places.code = ColumnWith(cells, {"代码", "code", "symbol"});
-  places.quantity = ColumnWith(cells, {"数量", "股数", "quantity", "shares"});
+  places.code = ColumnOf(titles, {"代码", "证券代码", "股票代码", "code", "symbol", "ticker", "tscode", "stockcode"});
+  places.quantity =
+      ColumnOf(titles, {"数量", "股数", "持仓数量", "持股数量", "持仓", "持股", "股票余额", "证券数量", "当前持仓",
+                        "实际数量", "库存数量", "quantity", "shares", "qty", "position", "volume"});
   // The price paid before any other.
-  places.price = ColumnWith(cells, {"买入价", "成本价", "cost"}, {"总"});
-  if (places.price < 0) places.price = ColumnWith(cells, {"价", "price"}, {"价值", "总"});
+  places.price = ColumnOf(titles, {"买入价",   "买入价格",  "成本价",  "买入均价", "成本均价",     "参考成本价",
+                                   "持仓成本", "costprice", "avgcost", "cost",     "averagecost",  "avgprice",
+                                   "buyprice", "price",     "价格",    "价",       "averageprice", "purchaseprice",
+                                   "现价",     "市价",      "最新价",  "当前价",   "lastprice",    "last"});
   places.columns = static_cast<int>(cells.size());
   return places.code < 0 ? std::nullopt : std::optional(places);
 }
@@ -121,6 +129,12 @@ std::optional<Code> CodeOf(const QString& cell) {
                                                                                             : behind;
   if (!before.isEmpty() && !suffix.isEmpty() && before != suffix) return std::nullopt;
   return Code{match.captured(2).rightJustified(6, u'0'), before.isEmpty() ? suffix : before};
+}
+
+/// A cell as a message quotes it: running text is cut.
+QString Quotable(const QString& cell) {
+  constexpr int kMost = 24;
+  return cell.size() <= kMost ? cell : cell.left(kMost) + QStringLiteral("…");
 }
 
 /// The digits of a number that may have grouping commas and a currency sign; empty when it is none.
@@ -157,7 +171,8 @@ class Reader {
     if (problem.isEmpty()) problem = ReadPrice(line.cells.value(places.price), row);
     if (problem.isEmpty()) problem = Place(row);
     if (problem.isEmpty()) return;
-    const QString what = row.name.isEmpty() ? cell : cell + QLatin1Char(' ') + row.name;
+    QString what = Quotable(cell);
+    if (!row.name.isEmpty()) what += QLatin1Char(' ') + row.name;
     result_.refused.push_back({line.number, what, problem});
   }
 
@@ -191,7 +206,7 @@ class Reader {
     if (cell.isEmpty()) return {};
     const QString digits = NumberIn(cell);
     const auto whole = ParseInteger(digits);
-    if (!whole || digits.size() > kMostDigits) return QStringLiteral("数量“%1”不是九位以内的整数").arg(cell);
+    if (!whole || digits.size() > kMostDigits) return QStringLiteral("数量“%1”不是九位以内的整数").arg(Quotable(cell));
     row.quantity = QString::number(*whole);
     return {};
   }
@@ -200,9 +215,9 @@ class Reader {
     const QString digits = NumberIn(cell);
     const auto price = ParseReal(digits);
     const auto point = digits.indexOf(u'.');
-    if (!price || *price >= kPricesEnd) return QStringLiteral("价格“%1”不是 10000 以内的数").arg(cell);
+    if (!price || *price >= kPricesEnd) return QStringLiteral("价格“%1”不是 10000 以内的正数").arg(Quotable(cell));
     if (point >= 0 && digits.size() - point - 1 > kPriceDecimals)
-      return QStringLiteral("价格“%1”多于两位小数").arg(cell);
+      return QStringLiteral("价格“%1”多于两位小数").arg(Quotable(cell));
     row.price = FormatFixed(*price, kPriceDecimals);
     return {};
   }

@@ -22,7 +22,7 @@ using StockLookup = std::function<std::optional<KnownStock>(const QString& sixDi
 /// A line that was not taken, in words for the user.
 struct RefusedHolding {
   int line = 0;    ///< of the text, from 1
-  QString what;    ///< the line's code as it stands there, with the stock's name when it is known
+  QString what;    ///< the beginning of the line's code as it stands there, with the stock's name when it is known
   QString reason;  ///< why, or what to do
   bool operator==(const RefusedHolding&) const = default;
 };
@@ -34,7 +34,8 @@ struct PastedHoldings {
 
 /// Reads lines of code, quantity and price, separated by tabs when there is a tab anywhere in the text, else by commas.
 /// Without a title row the columns stand in that order, with a name behind the code where there are four; a title row
-/// ("代码", "数量", "价" in its cells) says where they stand. Codes: 600519, 600519.SH, sh600519 and their kind;
+/// (代码, 数量, 买入价 and what spreadsheets and brokers call them, with or without a unit) says where they stand; a
+/// figure without a column is not given. Codes: 600519, 600519.SH, sh600519 and their kind;
 /// leading zeros that a spreadsheet has dropped are put back, unless the short code may be the line's number; one whose
 /// market is not the stock's is refused (000001.SH is an index). Quantities are whole, of nine digits at most; prices
 /// have two decimals at most and are below 10000; grouping commas and a currency sign are left out. Refused as well:

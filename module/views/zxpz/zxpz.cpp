@@ -193,6 +193,7 @@ void TFrm_ZXPZ::ShowWritten(const QString& name, int row) {
   ClearAppear_();
   UpdateGrid_();
   list.SelectCell(0, row);
+  PortfoliosChanged();
 }
 
 void TFrm_ZXPZ::SavePortfolio(int row) {
@@ -208,6 +209,7 @@ void TFrm_ZXPZ::SavePortfolio(int row) {
   g_NowPrice->SetIsGetNowPrice(true);
   UpdateGrid_();
   ReCalc();
+  PortfoliosChanged();
 }
 
 void TFrm_ZXPZ::DeletePortfolio(int row) {
@@ -224,7 +226,10 @@ void TFrm_ZXPZ::DeletePortfolio(int row) {
   if (answer == kOk) {
     const editor::Deletion::Result result = deletion->Run(name);
     if (result == editor::Deletion::Result::HoldingsRefused) return;
-    if (result == editor::Deletion::Result::Deleted) UpdateGrid_();
+    if (result == editor::Deletion::Result::Deleted) {
+      UpdateGrid_();
+      PortfoliosChanged();
+    }
   }
   deletion.reset();
   if (!IsModifying()) return;

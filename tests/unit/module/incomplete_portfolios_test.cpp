@@ -87,6 +87,18 @@ TEST_F(Incomplete, NamesWhatIsMissingOfEachPortfolio) {
   EXPECT_EQ(HintOf(portfolios), LinesOf(portfolios).join('\n'));
 }
 
+TEST_F(Incomplete, ThoseInTheEditorAreAListOfTheirOwn) {
+  AddDays(1, 20240529, 20240529);
+  AddPortfolio(1, "null", "2", 1, 0);
+  AddHolding(1, 1600000);
+  AddPortfolio(2, "20240529", "0", 1, 0);
+  AddHolding(2, 1600000);
+  AddPortfolio(3, "null", "2");
+  EXPECT_EQ(LinesOf(IncompletePortfolios(Database(), PortfolioSet::Unsaved)),
+            QStringList{"p1：stock(600000)没有统计数据"});
+  EXPECT_EQ(Lines(), QStringList{"p3：风险数据没有算完"});
+}
+
 TEST_F(Incomplete, AnIndexThatIsOlderThanTheHoldingsIsNamed) {
   AddDays(1, 20240528, 20240528);
   AddDays(1600000, 20240529, 20240529);

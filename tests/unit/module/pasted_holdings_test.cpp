@@ -26,8 +26,8 @@ std::optional<KnownStock> Lookup(const QString& six) {
   return found == stocks.end() ? std::nullopt : std::optional(found->second);
 }
 
-PastedHoldings Read(const char* text, const QStringList& present = {}) {
-  return ReadPastedHoldings(QString::fromUtf8(text), present, Lookup);
+PastedHoldings Read(const QString& text, const QStringList& present = {}) {
+  return ReadPastedHoldings(text, present, Lookup);
 }
 
 HoldingRow Row(const char* code, const char* name, const char* price, const char* quantity) {
@@ -57,6 +57,31 @@ TEST(PastedHoldings, TabsOrCommasWithAndWithoutATitleRow) {
     EXPECT_TRUE(pasted.refused.empty()) << text;
     EXPECT_EQ(PasteMessage(pasted), QString()) << text;
   }
+}
+
+TEST(PastedHoldings, OtherFiguresBesideAreNotTaken) {
+  // A total, a change and a quantity that cannot be sold are not what is asked for.
+  EXPECT_EQ(Read("Code\tShares\tTotal Cost\n600519\t100\t170000").rows,
+            std::vector{Row("600519", "贵州茅台", "", "100")});
+  for (const char* titles :
+       {"Symbol,Quantity,Price Change,Price", "证券代码,持仓数量,涨跌价,成本价(元)", "代码,数量(股),最新价,买入价",
+        "股票代码,持仓,总价,价格", "ts_code,volume,浮动盈亏,avg_price", "代码,股票余额,市价,参考成本价"}) {
+    EXPECT_EQ(Read(QStringLiteral("%1\n600519,100,1.2,1700").arg(QString::fromUtf8(titles))).rows,
+              std::vector{Row("600519", "贵州茅台", "1700.00", "100")})
+        << titles;
+  }
+  for (const char* titles : {"代码,冻结数量,数量,价格", "代码,可用数量,持仓数量,成本价", "code,frozen,shares,cost"}) {
+    EXPECT_EQ(Read(QStringLiteral("%1\n600519,0,100,1700").arg(QString::fromUtf8(titles))).rows,
+              std::vector{Row("600519", "贵州茅台", "1700.00", "100")})
+        << titles;
+  }
+}
+
+TEST(PastedHoldings, RunningTextIsQuotedByItsBeginning) {
+  const QString text = QStringLiteral("字").repeated(100000);
+  EXPECT_LT(PasteMessage(Read(text)).size(), 200);
+  EXPECT_LT(PasteMessage(Read("600519\t" + text + "\t1")).size(), 200);
+  EXPECT_LT(PasteMessage(Read("600519\t1\t" + text)).size(), 200);
 }
 
 TEST(PastedHoldings, TheTitlesSayWhereTheColumnsStand) {
@@ -141,7 +166,7 @@ TEST(PastedHoldings, Prices) {
     EXPECT_EQ(price(refused), "refused") << refused;
   }
   EXPECT_EQ(ReasonFor("600519,1,12.345"), QStringLiteral("价格“12.345”多于两位小数"));
-  EXPECT_EQ(ReasonFor("600519,1,10000"), QStringLiteral("价格“10000”不是 10000 以内的数"));
+  EXPECT_EQ(ReasonFor("600519,1,10000"), QStringLiteral("价格“10000”不是 10000 以内的正数"));
 }
 
 TEST(PastedHoldings, QuotedFieldsOfACommaSeparatedText) {

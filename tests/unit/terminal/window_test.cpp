@@ -172,6 +172,17 @@ TEST_F(QuickEntryTest, AnUnknownCodeIsNotChosen) {
   EXPECT_FALSE(entry_->isVisible());
 }
 
+TEST_F(QuickEntryTest, EscapeGivesTheKeyboardBackToWhereItWas) {
+  QWidget list(window_.centralWidget());
+  list.setFocusPolicy(Qt::StrongFocus);
+  list.show();
+  list.setFocus();
+  Type("6");
+  ASSERT_NE(QApplication::focusWidget(), &list);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+  EXPECT_EQ(QApplication::focusWidget(), &list);
+}
+
 TEST_F(QuickEntryTest, LeavesKeysToFramesThatSwitchItOffAndToEditBoxes) {
   entry_->SetCaptureEnabled(false);
   Type("6");
