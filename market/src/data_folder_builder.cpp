@@ -25,6 +25,7 @@
 #include "holdwise/packet/thread_annotations.h"
 #include "market_file.h"
 #include "parallel_for.h"
+#include "proposal_files.h"
 
 namespace holdwise {
 namespace {
@@ -61,6 +62,7 @@ class DataFolderBuild {
     std::int64_t rows = 0;
     QByteArray digest;
     QuoteRow quote;
+    StockFacts facts;
     RiskOfIndices risk;
     std::vector<Rejection> rejections;
   };
@@ -74,6 +76,7 @@ class DataFolderBuild {
   void WriteReferences();
   void WriteEstimates();
   void WriteQuotes();
+  void WriteProposals();
   void WriteMarket();
   void KeepOtherFiles() const;
 
@@ -82,6 +85,7 @@ class DataFolderBuild {
   QByteArray Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const;
   void WriteBaseData(const QString& name, const ResultSet& table, const PacketLimits& limits);
   [[nodiscard]] QString Edition() const;
+  [[nodiscard]] unsigned Threads() const { return options_.threads != 0 ? options_.threads : UsualThreadCount(); }
   [[nodiscard]] std::unordered_set<int> KnownStocks() const;
   [[nodiscard]] QuoteRow ClosingQuote(const std::vector<Bar>& bars) const;
 
@@ -95,8 +99,11 @@ class DataFolderBuild {
   std::map<int, BarFile> indices_;
   std::array<MarketReturns, kIndexCount> indexReturns_;  // in the order of kIndexNumbers
   double riskFreePerDay_ = 0;
-  std::map<int, QuoteRow> quotes_;          // by code number
-  std::map<QString, QByteArray> baseData_;  // digest by name: what the plug-in stores in its database
+  double riskFreePerYear_ = 0;
+  std::map<std::string, double> estimates_;  // by code
+  std::vector<StockFacts> stocks_;           // those that have bars
+  std::map<int, QuoteRow> quotes_;           // by code number
+  std::map<QString, QByteArray> baseData_;   // digest by name: what the plug-in stores in its database
 };
 
 BuildSummary DataFolderBuild::Run() {
@@ -115,6 +122,7 @@ BuildSummary DataFolderBuild::Run() {
   WriteIndices();
   WriteStocks();
   WriteQuotes();
+  WriteProposals();
   WriteMarket();
   KeepOtherFiles();
   swap_.Commit();
@@ -173,6 +181,7 @@ void DataFolderBuild::WriteReferences() {
                 "没有在 " + DateText(summary_.currentDate) + " 或之前生效的利率：" + options_.ratesFile.toStdString());
   }
   riskFreePerDay_ = RiskFreePerDay(rates);
+  riskFreePerYear_ = RiskFreePerYear(rates);
   summary_.securities = static_cast<int>(securities_.size());
   Write(QStringLiteral("securities.dat"), SecuritiesTable(securities_), kSecuritiesLimits);
   Write(QStringLiteral("trading_dates.dat"), TradingDatesTable(tradingDates_), kTradingDatesLimits);
@@ -186,6 +195,7 @@ void DataFolderBuild::WriteEstimates() {
     std::vector<Rejection> rejections;
     values = ReadEstimates(options_.estimatesFile, KnownStocks(), rejections);
     Report(rejections);
+    for (const EstimateValue& value : values) estimates_.emplace(value.code, value.price);
   }
   WriteBaseData(QStringLiteral("QMTL/TZZH/GZ.dat"), EstimateTable(values), kSecuritiesLimits);
 }
@@ -220,7 +230,7 @@ void DataFolderBuild::WriteStocks() {
     Mutex mutex;
     int done HOLDWISE_GUARDED_BY(mutex) = 0;
   } progress;
-  ParallelFor(files.size(), options_.threads != 0 ? options_.threads : UsualThreadCount(), [&](std::size_t i) {
+  ParallelFor(files.size(), Threads(), [&](std::size_t i) {
     results[i] = WriteStock(files[i]);
     const MutexLock lock(progress.mutex);
     ++progress.done;
@@ -233,6 +243,7 @@ void DataFolderBuild::WriteStocks() {
     summary_.rows += results[i].rows;
     baseData_.emplace(StockName(files[i].code), results[i].digest);
     quotes_[CodeNumberOfStock(files[i].code)] = results[i].quote;
+    stocks_.push_back(std::move(results[i].facts));
   }
   if (summary_.series == 0) {
     throw Error(ErrorCategory::Refused, "没有可用的证券行情：" + options_.barsFolder.toStdString());
@@ -279,6 +290,9 @@ DataFolderBuild::StockResult DataFolderBuild::WriteStock(const StockFile& stock)
   result.rows = table.RowCount();
   result.quote = ClosingQuote(file.bars);
   result.hasDays = !daily.series.empty();
+  result.facts.code = stock.code;
+  result.facts.turnover = MeanTurnover(file, tradingDates_);
+  result.facts.returns = AlignReturns(daily.series, indexReturns_.front().front());
   result.risk.front() = daily.figures;
   for (std::size_t i = 1; i < indexReturns_.size(); ++i) {
     result.risk[i] = ComputeFigures(daily.series, indexReturns_[i].front(), riskFreePerDay_);
@@ -311,6 +325,30 @@ void DataFolderBuild::WriteQuotes() {
   Write(QStringLiteral("quotes.dat"), table, kSecuritiesLimits);
 }
 
+void DataFolderBuild::WriteProposals() {
+  if (!options_.proposals.areWanted) return;
+  std::map<std::string, const Security*> securities;
+  for (const Security& security : securities_) securities.emplace(security.code, &security);
+  for (StockFacts& stock : stocks_) {
+    const Security& security = *securities.at(stock.code);
+    const QuoteRow& quote = quotes_.at(CodeNumberOfStock(stock.code));
+    stock.name = security.name;
+    stock.industry = security.industry;
+    stock.price = quote.price;
+    stock.previousClose = quote.previousClose;
+    stock.isSuspended = quote.isSuspended;
+  }
+  const ReferenceFigures reference{indexReturns_.front().front(), riskFreePerYear_, summary_.currentDate};
+  ProposalFiles files = MakeProposalFiles(std::move(stocks_), reference, estimates_, options_.proposals, Threads());
+  summary_.proposals = files.candidates;
+  summary_.remarks = std::move(files.remarks);
+  const QString edition = Edition();
+  for (auto& [name, table] : files.tables) {
+    NameEdition(table, edition);
+    Write(name, table, table.RowCount() <= kProposalLimits.rows ? kProposalLimits : kSecuritiesLimits);
+  }
+}
+
 void DataFolderBuild::WriteMarket() {
   Write(QString::fromUtf8(kMarketFile), MarketTable(summary_.currentDate, options_.isSimulated, Edition()),
         kMarketLimits);
@@ -322,8 +360,8 @@ void DataFolderBuild::KeepOtherFiles() const {
     const QString path = files.next();
     const QString name = QDir(swap_.OldFolder()).relativeFilePath(path);
     const QString kept = swap_.NewFolder() + u'/' + name;
-    // Statistics of a stock that is gone must not outlive it.
-    if (name.startsWith(StatisticsFolder()) || QFileInfo::exists(kept)) continue;
+    // Statistics of a stock that is gone must not outlive it, nor proposals the prices they were made at.
+    if (name.startsWith(StatisticsFolder()) || IsProposalFile(name) || QFileInfo::exists(kept)) continue;
     if (!QDir().mkpath(QFileInfo(kept).path()) || !QFile::copy(path, kept)) {
       throw Error(ErrorCategory::Io, "无法复制文件：" + path.toStdString());
     }
@@ -377,6 +415,7 @@ QuoteRow DataFolderBuild::ClosingQuote(const std::vector<Bar>& bars) const {
 
 BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& observer) {
   if (options.days < 1) throw Error(ErrorCategory::Refused, "窗口至少要有一个交易日");
+  CheckProposalOptions(options.proposals);
   return DataFolderBuild(options, observer).Run();
 }
 

@@ -127,18 +127,7 @@ Absences DrawAbsences(NormalSource& random, std::size_t days) {
   return absences;
 }
 
-struct Limits {
-  Cents lower = 0;
-  Cents upper = 0;
-};
-
-// As the exchanges state them: previous close x (1 +- limit), rounded half up to the tick of 0.01.
-Limits LimitsAround(Cents previousClose, int percent) {
-  return {std::max<Cents>(1, (previousClose * (100 - percent) + 50) / 100),
-          (previousClose * (100 + percent) + 50) / 100};
-}
-
-Cents Move(Cents price, double change, const Limits& limits) {
+Cents Move(Cents price, double change, const PriceLimits& limits) {
   const double moved = std::floor(static_cast<double>(price) * (1 + change) + 0.5);
   return std::clamp(static_cast<Cents>(moved), limits.lower, limits.upper);
 }
@@ -161,7 +150,7 @@ Character DrawCharacter(NormalSource& random) {
 }
 
 DayPrices DrawDay(NormalSource& random, const Character& character, Cents previousClose, double change, int percent) {
-  const Limits limits = LimitsAround(previousClose, percent);
+  const PriceLimits limits = LimitsAround(previousClose, percent);
   DayPrices day;
   day.close = Move(previousClose, change, limits);
   day.open = Move(previousClose, 0.3 * change + 0.004 * random.Normal(), limits);

@@ -49,6 +49,8 @@ inline constexpr PacketLimits kIndexSeriesLimits =
 inline constexpr PacketLimits kInterestRateLimits = LimitsOf({.rows = 1000, .columns = 64, .rowTextBytes = 8192});
 /// One row a security: security master, quotes, accounts, risk figures, estimate values, stock pools.
 inline constexpr PacketLimits kSecuritiesLimits = LimitsOf({.rows = kMostSecurities, .rowTextBytes = 2048});
+/// Proposed portfolios: the table of capitals, the candidates of one number of stocks, the holdings of one candidate.
+inline constexpr PacketLimits kProposalLimits = LimitsOf({.rows = 1000, .rowTextBytes = 2048});
 /// Trading dates.
 inline constexpr PacketLimits kTradingDatesLimits = LimitsOf({.rows = 100'000});
 /// Members of all stock groups.
