@@ -36,9 +36,9 @@ double UnitsDown(double weight) {
   return std::floor(weight * kWeightUnits + 1e-9) / kWeightUnits;
 }
 
-/// Yuan for the least order at the next day's highest price.
+/// Yuan for the least order at the highest price a day can bring.
 double LeastOrder(const StockFacts& stock) {
-  return LeastShares(stock.code) * HighestNextPrice(stock.code, stock.price);
+  return LeastShares(stock.code) * HighestNextPrice(stock.code, std::max(stock.price, stock.previousClose));
 }
 
 class Proposer {
@@ -61,12 +61,13 @@ class Proposer {
   Universe universe_;
 };
 
-// Of the days that all stocks have in common.
+// Covariances are those of the days that all stocks have in common, each beta that of the stock's own days.
 void Proposer::MakeUniverse() {
   int firstDay = 0;
   for (const StockFacts& stock : stocks_) firstDay = std::max(firstDay, stock.returns.firstDay);
   const auto days = static_cast<Eigen::Index>(index_.returns.size()) - firstDay;
   Eigen::MatrixXd returns(days, static_cast<Eigen::Index>(stocks_.size()));
+  universe_.betas.resize(returns.cols());
   std::map<std::string, int> industries;
   for (std::size_t i = 0; i < stocks_.size(); ++i) {
     const std::vector<double>& values = stocks_[i].returns.values;
@@ -75,14 +76,11 @@ void Proposer::MakeUniverse() {
         Eigen::Map<const Eigen::VectorXd>(values.data(), static_cast<Eigen::Index>(values.size())).segment(first, days);
     const std::string& industry = stocks_[i].industry;
     const int number = static_cast<int>(industries.size());
+    const Figures figures = PortfolioFigures({{stocks_[i].code, kWeightUnits}}, {&stocks_[i].returns}, index_);
+    universe_.betas[static_cast<Eigen::Index>(i)] = figures.beta;
     universe_.industries.push_back(industry.empty() ? -1 : industries.emplace(industry, number).first->second);
   }
-  Eigen::VectorXd market = Eigen::Map<const Eigen::VectorXd>(index_.returns.data() + firstDay, days);
-  market.array() -= market.mean();
-  const double square = market.squaredNorm();
   universe_.covariance = ShrinkCovariance(returns).matrix;
-  universe_.betas = Eigen::VectorXd::Zero(returns.cols());
-  if (square > 0) universe_.betas = returns.transpose() * market / square;
 }
 
 SelectionRules Proposer::RulesFor(int count, const Style& style) const {

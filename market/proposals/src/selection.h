@@ -21,7 +21,7 @@ struct SelectionRules {
   Eigen::VectorXd least;                                        ///< least weight of each stock if it is held
   Eigen::VectorXd most;                                         ///< most weight of each stock
   double mostOfIndustry = 1;                                    ///< weights of one industry together
-  double leastBeta = -std::numeric_limits<double>::infinity();  ///< of the portfolio
+  double leastBeta = -std::numeric_limits<double>::infinity();  ///< of the weighted mean of the betas
 };
 
 struct Selection {

@@ -113,4 +113,5 @@ def main():
         print(repr(float(solve(*problem))))
 
 
-main()
+if __name__ == "__main__":
+    main()
