@@ -3,10 +3,7 @@
 
 #include <QCryptographicHash>
 #include <QDir>
-#include <QDirIterator>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QFileInfo>
 #include <algorithm>
 #include <array>
 #include <set>
@@ -23,6 +20,7 @@
 #include "holdwise/packet/packet_file.h"
 #include "holdwise/packet/table_limits.h"
 #include "holdwise/packet/thread_annotations.h"
+#include "kept_files.h"
 #include "market_file.h"
 #include "parallel_for.h"
 #include "proposal_files.h"
@@ -78,7 +76,6 @@ class DataFolderBuild {
   void WriteQuotes();
   void WriteProposals();
   void WriteMarket();
-  void KeepOtherFiles() const;
 
   void Report(const std::vector<Rejection>& rejections);
   /// Returns the digest of what is written.
@@ -124,7 +121,9 @@ BuildSummary DataFolderBuild::Run() {
   WriteQuotes();
   WriteProposals();
   WriteMarket();
-  KeepOtherFiles();
+  // Statistics of a stock that is gone must not outlive it, nor proposals the prices they were made at.
+  KeepOtherFiles(swap_.OldFolder(), swap_.NewFolder(),
+                 [](const QString& name) { return name.startsWith(StatisticsFolder()) || IsProposalFile(name); });
   swap_.Commit();
   summary_.seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
   return summary_;
@@ -330,13 +329,7 @@ void DataFolderBuild::WriteProposals() {
   std::map<std::string, const Security*> securities;
   for (const Security& security : securities_) securities.emplace(security.code, &security);
   for (StockFacts& stock : stocks_) {
-    const Security& security = *securities.at(stock.code);
-    const QuoteRow& quote = quotes_.at(CodeNumberOfStock(stock.code));
-    stock.name = security.name;
-    stock.industry = security.industry;
-    stock.price = quote.price;
-    stock.previousClose = quote.previousClose;
-    stock.isSuspended = quote.isSuspended;
+    CompleteFacts(stock, *securities.at(stock.code), quotes_.at(CodeNumberOfStock(stock.code)));
   }
   const ReferenceFigures reference{indexReturns_.front().front(), riskFreePerYear_, summary_.currentDate};
   ProposalFiles files = MakeProposalFiles(std::move(stocks_), reference, estimates_, options_.proposals, Threads());
@@ -352,20 +345,6 @@ void DataFolderBuild::WriteProposals() {
 void DataFolderBuild::WriteMarket() {
   Write(QString::fromUtf8(kMarketFile), MarketTable(summary_.currentDate, options_.isSimulated, Edition()),
         kMarketLimits);
-}
-
-void DataFolderBuild::KeepOtherFiles() const {
-  QDirIterator files(swap_.OldFolder(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-  while (files.hasNext()) {
-    const QString path = files.next();
-    const QString name = QDir(swap_.OldFolder()).relativeFilePath(path);
-    const QString kept = swap_.NewFolder() + u'/' + name;
-    // Statistics of a stock that is gone must not outlive it, nor proposals the prices they were made at.
-    if (name.startsWith(StatisticsFolder()) || IsProposalFile(name) || QFileInfo::exists(kept)) continue;
-    if (!QDir().mkpath(QFileInfo(kept).path()) || !QFile::copy(path, kept)) {
-      throw Error(ErrorCategory::Io, "无法复制文件：" + path.toStdString());
-    }
-  }
 }
 
 void DataFolderBuild::Report(const std::vector<Rejection>& rejections) {

@@ -84,7 +84,8 @@ void Proposer::MakeUniverse() {
 }
 
 SelectionRules Proposer::RulesFor(int count, const Style& style) const {
-  constexpr double kFewStocks = 1.5;  // equal weights that one industry may have however few stocks there are
+  constexpr double kFewStocks = 1.5;    // equal weights that one industry may have however few stocks there are
+  constexpr double kMargin = 1 + 1e-6;  // who divides by a price must not end one share below the lot
   const auto size = static_cast<Eigen::Index>(stocks_.size());
   const double equal = 1.0 / count;
   const double yuan = capitals_[static_cast<std::size_t>(count - kFewestStocks)] * 1e4;
@@ -95,7 +96,7 @@ SelectionRules Proposer::RulesFor(int count, const Style& style) const {
   rules.mostOfIndustry = UnitsDown(std::min(1.0, std::max(options_.mostOfIndustry / 100.0, kFewStocks * equal)));
   if (style.leastBeta) rules.leastBeta = *style.leastBeta;
   for (Eigen::Index i = 0; i < size; ++i) {
-    const double affordable = UnitsUp(LeastOrder(stocks_[static_cast<std::size_t>(i)]) / yuan);
+    const double affordable = UnitsUp(kMargin * LeastOrder(stocks_[static_cast<std::size_t>(i)]) / yuan);
     if (style.isEqualWeight) {
       const bool isAffordable = affordable <= UnitsDown(equal);
       rules.most[i] = isAffordable ? equal : 0;

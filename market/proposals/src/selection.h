@@ -37,7 +37,7 @@ struct Selection {
 ///  2. of its holdings the smallest is dropped and the rest weighted anew, until `count` are left;
 ///  3. each one left is exchanged for the one of the short list that lowers the variance most, round by round, until
 ///     a round changes nothing.
-/// Nothing when no portfolio that keeps the rules is found. Ties go to the lower place.
+/// Nothing when no portfolio that keeps the rules is found.
 [[nodiscard]] std::optional<Selection> SelectStocks(const Universe& universe, const SelectionRules& rules);
 
 }  // namespace holdwise

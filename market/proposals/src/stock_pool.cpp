@@ -78,6 +78,14 @@ double MeanTurnover(const BarFile& file, std::span<const int> tradingDates) {
   return sum / static_cast<double>(days);
 }
 
+void CompleteFacts(StockFacts& stock, const Security& security, const QuoteRow& quote) {
+  stock.name = security.name;
+  stock.industry = security.industry;
+  stock.price = quote.price;
+  stock.previousClose = quote.previousClose;
+  stock.isSuspended = quote.isSuspended;
+}
+
 StockPool ChoosePool(std::vector<StockFacts> stocks, const PoolRules& rules) {
   StockPool pool;
   const auto countOut = [&pool](PoolExclusion reason) { ++pool.excluded[static_cast<std::size_t>(reason)]; };

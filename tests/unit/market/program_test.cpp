@@ -2,78 +2,18 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
-#include <QCryptographicHash>
-#include <QDirIterator>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QThread>
-#include <map>
 
 #include "holdwise/market/market_rules.h"
 #include "holdwise/packet/packet_file.h"
 #include "market_files.h"
+#include "market_program.h"
 
 namespace holdwise {
 namespace {
 
 using test::MarketFiles;
-
-QString Program() {
-  return qEnvironmentVariable("HOLDWISE_BIN") + QStringLiteral("/holdwise-market");
-}
-
-struct Result {
-  int exitCode = -1;
-  QByteArray out;
-  QByteArray error;
-};
-
-Result Execute(const QString& program, const QStringList& arguments, const QStringList& environment = {}) {
-  QProcess process;
-  if (!environment.isEmpty()) process.setEnvironment(environment);
-  process.start(program, arguments);
-  Result result;
-  if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit) return result;
-  result.exitCode = process.exitCode();
-  result.out = process.readAllStandardOutput();
-  result.error = process.readAllStandardError();
-  return result;
-}
-
-Result RunProgram(const QStringList& arguments) {
-  return Execute(Program(), arguments);
-}
-
-QStringList SimulateArguments(const QString& out, int securities, int days, int seed) {
-  return {QStringLiteral("simulate"), QStringLiteral("--securities"), QString::number(securities),
-          QStringLiteral("--days"),   QString::number(days),          QStringLiteral("--seed"),
-          QString::number(seed),      QStringLiteral("--out"),        out};
-}
-
-QStringList BuildArguments(const QString& source, const QString& out) {
-  return {QStringLiteral("build"),
-          QStringLiteral("--bars"),
-          source + QStringLiteral("/bars"),
-          QStringLiteral("--indices"),
-          source + QStringLiteral("/indices"),
-          QStringLiteral("--securities"),
-          source + QStringLiteral("/securities.csv"),
-          QStringLiteral("--out"),
-          out};
-}
-
-// Relative name and content hash of every file in a folder.
-std::map<QString, QByteArray> Contents(const QString& folder) {
-  std::map<QString, QByteArray> contents;
-  QDirIterator names(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-  while (names.hasNext()) {
-    QFile file(names.next());
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    contents[QDir(folder).relativeFilePath(file.fileName())] =
-        QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha1);
-  }
-  return contents;
-}
 
 TEST(Program, HelpNamesEveryOption) {
   const Result help = RunProgram({QStringLiteral("build"), QStringLiteral("--help")});

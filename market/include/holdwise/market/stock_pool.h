@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "holdwise/market/figures.h"
+#include "holdwise/market/reference_files.h"
 
 /// Which stocks portfolios are proposed of. Pure and thread-safe.
 namespace holdwise {
@@ -36,6 +37,9 @@ struct StockFacts {
   double turnover = 0;  ///< as MeanTurnover
   DayReturns returns;
 };
+
+/// Adds what is not in the bars.
+void CompleteFacts(StockFacts& stock, const Security& security, const QuoteRow& quote);
 
 /// Each rule leaves out what a person could not buy as proposed.
 struct PoolRules {
