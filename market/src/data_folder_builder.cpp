@@ -97,10 +97,10 @@ class DataFolderBuild {
   std::array<MarketReturns, kIndexCount> indexReturns_;  // in the order of kIndexNumbers
   double riskFreePerDay_ = 0;
   double riskFreePerYear_ = 0;
-  std::map<std::string, double> estimates_;  // by code
-  std::vector<StockFacts> stocks_;           // those that have bars
-  std::map<int, QuoteRow> quotes_;           // by code number
-  std::map<QString, QByteArray> baseData_;   // digest by name: what the plug-in stores in its database
+  std::vector<EstimateValue> estimates_;
+  std::vector<StockFacts> stocks_;          // those that have bars
+  std::map<int, QuoteRow> quotes_;          // by code number
+  std::map<QString, QByteArray> baseData_;  // digest by name: what the plug-in stores in its database
 };
 
 BuildSummary DataFolderBuild::Run() {
@@ -189,14 +189,12 @@ void DataFolderBuild::WriteReferences() {
 }
 
 void DataFolderBuild::WriteEstimates() {
-  std::vector<EstimateValue> values;
   if (!options_.estimatesFile.isEmpty()) {
     std::vector<Rejection> rejections;
-    values = ReadEstimates(options_.estimatesFile, KnownStocks(), rejections);
+    estimates_ = ReadEstimates(options_.estimatesFile, KnownStocks(), rejections);
     Report(rejections);
-    for (const EstimateValue& value : values) estimates_.emplace(value.code, value.price);
   }
-  WriteBaseData(QStringLiteral("QMTL/TZZH/GZ.dat"), EstimateTable(values), kSecuritiesLimits);
+  WriteBaseData(QStringLiteral("QMTL/TZZH/GZ.dat"), EstimateTable(estimates_), kSecuritiesLimits);
 }
 
 void DataFolderBuild::WriteIndices() {

@@ -2,6 +2,7 @@
 #include "proposal_files.h"
 
 #include <QRegularExpression>
+#include <map>
 
 #include "holdwise/packet/dates.h"
 
@@ -64,19 +65,20 @@ ResultSet CompositionTable(const Proposal& proposal) {
   return table;
 }
 
-ResultSet StockPoolTable(const std::vector<StockFacts>& stocks, const std::map<std::string, double>& estimates,
-                         int date) {
+ResultSet StockPoolTable(const std::vector<StockFacts>& stocks, const std::vector<EstimateValue>& estimates, int date) {
   ResultSet table;
   const int code = table.AddColumn("SecuCode", ColumnType::Text);
   const int time = table.AddColumn("CTIme", ColumnType::Text);
   const int price = table.AddColumn("PRICE", ColumnType::Real);
   table.Reserve(static_cast<int>(stocks.size()));
+  std::map<std::string, double> values;
+  for (const EstimateValue& estimate : estimates) values.emplace(estimate.code, estimate.price);
   for (const StockFacts& stock : stocks) {
     const int row = table.AppendRow();
     table.SetText(row, code, stock.code);
     table.SetText(row, time, DateText(date));
-    const auto estimate = estimates.find(stock.code);
-    if (estimate != estimates.end()) table.SetReal(row, price, estimate->second);
+    const auto estimate = values.find(stock.code);
+    if (estimate != values.end()) table.SetReal(row, price, estimate->second);
   }
   return table;
 }
@@ -97,7 +99,7 @@ QString ExclusionText(const StockPool& pool) {
 }  // namespace
 
 ProposalFiles MakeProposalFiles(std::vector<StockFacts> stocks, const ReferenceFigures& reference,
-                                const std::map<std::string, double>& estimates, const ProposalOptions& options,
+                                const std::vector<EstimateValue>& estimates, const ProposalOptions& options,
                                 unsigned threads) {
   const StockPool pool = ChoosePool(std::move(stocks), options.pool);
   const Proposals proposals = MakeProposals(pool, reference.index, reference.yearRate, options, threads);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QString>
-#include <map>
 #include <utility>
 #include <vector>
 
@@ -25,9 +24,9 @@ struct ReferenceFigures {
 };
 
 /// @param stocks all that have bars
-/// @param estimates value a share by code, as far as somebody gave one
+/// @param estimates of the stocks that somebody gave one for
 [[nodiscard]] ProposalFiles MakeProposalFiles(std::vector<StockFacts> stocks, const ReferenceFigures& reference,
-                                              const std::map<std::string, double>& estimates,
+                                              const std::vector<EstimateValue>& estimates,
                                               const ProposalOptions& options, unsigned threads);
 
 /// Is this the name, relative to the data folder, of a file that proposals are written to? Those of an earlier build
