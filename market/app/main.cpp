@@ -91,7 +91,8 @@ void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
 void AddSimulate(CLI::App& program, SimulateCommand& command, int& exitCode) {
   CLI::App* simulate = AddCommand(program, "simulate", "生成虚构市场的日线 CSV 文件");
   simulate->footer(
-      "写出 bars/、indices/、securities.csv、trading_dates.csv、deposit_rates.csv，供 build --simulated 使用。\n"
+      "写出 bars/、indices/、securities.csv、trading_dates.csv、deposit_rates.csv、estimates.csv，供 build --simulated "
+      "使用。\n"
       "参数相同则文件逐字节相同。股价随大盘、行业和自身波动，不超出涨跌停限制；部分股票停牌一段时间或上市较晚。");
   AddNumber(simulate, "--securities", command.securities, "股票数，最多 8000");
   AddNumber(simulate, "--days", command.days, "交易日数，最多 5000");

@@ -336,7 +336,7 @@ void DataFolderBuild::WriteProposals() {
   const QString edition = Edition();
   for (auto& [name, table] : files.tables) {
     NameEdition(table, edition);
-    Write(name, table, table.RowCount() <= kProposalLimits.rows ? kProposalLimits : kSecuritiesLimits);
+    Write(name, table, kProposalLimits);
   }
 }
 

@@ -165,6 +165,7 @@ DayPrices DrawDay(NormalSource& random, const Character& character, Cents previo
 struct StockBars {
   QByteArray csv;
   int listDate = 0;
+  Cents estimate = 0;  ///< at which somebody values the stock
 };
 
 StockBars MakeStock(const SimulatedSecurity& security, const Factors& factors, std::uint64_t seed) {
@@ -196,6 +197,8 @@ StockBars MakeStock(const SimulatedSecurity& security, const Factors& factors, s
     AppendBar(bars.csv, factors.dates[day], prices);
     previousClose = prices.close;
   }
+  bars.estimate =
+      std::max<Cents>(1, std::llround(static_cast<double>(previousClose) * std::exp(0.2 * random.Normal())));
   return bars;
 }
 
@@ -229,6 +232,16 @@ QByteArray SecuritiesCsv(const std::vector<SimulatedSecurity>& securities, const
     const char* market = MarketOfStock(security.code) == 1 ? "SH" : "SZ";
     csv += security.code + "," + security.name + "," + security.industry + "," + market + "," + DateText(listDates[i]) +
            "\n";
+  }
+  return csv;
+}
+
+QByteArray EstimatesCsv(const std::vector<SimulatedSecurity>& securities, const std::vector<Cents>& estimates) {
+  QByteArray csv("code,price\n");
+  for (std::size_t i = 0; i < securities.size(); ++i) {
+    csv += securities[i].code + ",";
+    AppendPrice(csv, estimates[i]);
+    csv += "\n";
   }
   return csv;
 }
@@ -274,6 +287,7 @@ void WriteSimulatedMarket(const SimulationOptions& options, const std::function<
               MakeIndex(kFirstLevels[index], factors, SubSeed(options.seed, static_cast<std::uint64_t>(number))));
   }
   std::vector<int> listDates(securities.size());
+  std::vector<Cents> estimates(securities.size());
   struct {
     Mutex mutex;
     int done HOLDWISE_GUARDED_BY(mutex) = 0;
@@ -283,12 +297,14 @@ void WriteSimulatedMarket(const SimulationOptions& options, const std::function<
     const auto number = static_cast<std::uint64_t>(CodeNumberOfStock(security.code));
     const StockBars bars = MakeStock(security, factors, SubSeed(options.seed, number));
     listDates[i] = bars.listDate;
+    estimates[i] = bars.estimate;
     WriteFile(folder + QStringLiteral("bars/%1.csv").arg(QString::fromStdString(security.code)), bars.csv);
     const MutexLock lock(progress.mutex);
     ++progress.done;
     if (onProgress) onProgress(progress.done, static_cast<int>(securities.size()));
   });
   WriteFile(folder + QStringLiteral("securities.csv"), SecuritiesCsv(securities, listDates));
+  WriteFile(folder + QStringLiteral("estimates.csv"), EstimatesCsv(securities, estimates));
   QByteArray dates("date\n");
   for (const std::string& date : factors.dates) dates += date + "\n";
   WriteFile(folder + QStringLiteral("trading_dates.csv"), dates);

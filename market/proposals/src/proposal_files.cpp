@@ -109,9 +109,14 @@ ProposalFiles MakeProposalFiles(std::vector<StockFacts> stocks, const ReferenceF
   if (isCut && !pool.knowsTurnover) {
     files.remarks.push_back(QStringLiteral("行情没有成交量，无法比较成交额：股票池取了代码靠前的股票"));
   }
+  const ResultSet table = StockPoolTable(pool.stocks, estimates, reference.date);
+  int unvalued = 0;
+  for (int row = 0; row < table.RowCount(); ++row) unvalued += table.IsNull(row, table.Column("PRICE")) ? 1 : 0;
+  if (unvalued > 0) {
+    files.remarks.push_back(QStringLiteral("股票池里 %1 只股票没有估值（--estimates），该列为空").arg(unvalued));
+  }
   files.remarks.insert(files.remarks.end(), proposals.remarks.begin(), proposals.remarks.end());
-  files.tables.emplace_back(InFolder(QStringLiteral("StockPool.dat")),
-                            StockPoolTable(pool.stocks, estimates, reference.date));
+  files.tables.emplace_back(InFolder(QStringLiteral("StockPool.dat")), table);
   // Without any candidate the terminal's own table of capitals is in force.
   if (proposals.lists.empty()) return files;
   files.tables.emplace_back(InFolder(QStringLiteral("ZNPZ.dat")), CapitalTable(proposals.lists));

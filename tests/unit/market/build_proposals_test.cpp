@@ -139,7 +139,9 @@ TEST_F(BuildProposals, WithoutAnyTheRestIsWritten) {
     return text;
   };
   WriteStocks(1);
-  EXPECT_EQ(remarks(), "股票池 1 只，未收：无\n符合条件的股票只有 1 只，没有可供配置的组合\n");
+  EXPECT_EQ(remarks(),
+            "股票池 1 只，未收：无\n股票池里 1 只股票没有估值（--estimates），该列为空\n符合条件的股票只有 1 "
+            "只，没有可供配置的组合\n");
   EXPECT_EQ(Table(kFolder + QStringLiteral("StockPool.dat")).RowCount(), 1);
   WriteStocks(20, 7);  // no bar on the last day
   EXPECT_EQ(remarks(), "股票池 0 只，未收：停牌 20\n符合条件的股票只有 0 只，没有可供配置的组合\n");
@@ -169,7 +171,10 @@ TEST_F(BuildProposals, TheStockPoolHasTheEstimatesThatSomebodyGave) {
     EXPECT_TRUE(pool.IsNull(row, pool.Column("PRICE"))) << "nobody gave one: no figure";
   }
   options_.proposals.pool.most = 300;
-  ASSERT_EQ(Run().error, "");
+  const Outcome outcome = Run();
+  ASSERT_EQ(outcome.error, "");
+  ASSERT_GE(outcome.summary.remarks.size(), 2U);
+  EXPECT_EQ(outcome.summary.remarks[1], QStringLiteral("股票池里 19 只股票没有估值（--estimates），该列为空"));
   const ResultSet all = Table(kFolder + QStringLiteral("StockPool.dat"));
   ASSERT_EQ(all.RowCount(), 20);
   EXPECT_EQ(all.RealAt(3, all.Column("PRICE")), 15.25);

@@ -163,7 +163,7 @@ TEST(Simulate, IsTheSameForTheSameSeed) {
   ASSERT_EQ(RunProgram(SimulateArguments(files.Path(QStringLiteral("b")), 300, 60, 5)).exitCode, 0);
   ASSERT_EQ(RunProgram(SimulateArguments(files.Path(QStringLiteral("c")), 300, 60, 6)).exitCode, 0);
   const auto first = Contents(files.Path(QStringLiteral("a")));
-  EXPECT_EQ(first.size(), 300U + 3 + 3);
+  EXPECT_EQ(first.size(), 300U + 3 + 4);
   EXPECT_EQ(first, Contents(files.Path(QStringLiteral("b"))));
   const auto other = Contents(files.Path(QStringLiteral("c")));
   EXPECT_NE(first.at(QStringLiteral("bars/600519.csv")), other.at(QStringLiteral("bars/600519.csv")));
@@ -239,6 +239,7 @@ TEST(Simulate, StaysInsideTheLimitsWithGapsAndAllBoards) {
   for (const char* board : {"\n600", "\n000", "\n002", "\n300", "\n301", "\n688"})
     EXPECT_TRUE(securities.contains(board));
   EXPECT_EQ(files.Read(QStringLiteral("market/trading_dates.csv")).count('\n'), 251);
+  EXPECT_EQ(files.Read(QStringLiteral("market/estimates.csv")).count('\n'), 901);
 
   const Result built = RunProgram(BuildArguments(folder, files.Path(QStringLiteral("data"))));
   EXPECT_EQ(built.exitCode, 0);

@@ -56,11 +56,13 @@ TEST(SimulatedProposals, AreNumpys) {
   const QString source = files.Path(QStringLiteral("market"));
   ASSERT_EQ(RunProgram(SimulateArguments(source, 400, 300, 3)).exitCode, 0);
   QStringList arguments = BuildArguments(source, files.Path(QStringLiteral("data")));
+  arguments << QStringLiteral("--estimates") << source + QStringLiteral("/estimates.csv");
   arguments << QStringLiteral("--simulated") << QStringLiteral("--rates")
             << source + QStringLiteral("/deposit_rates.csv") << QStringLiteral("--pool-size") << QStringLiteral("150");
   const Result built = RunProgram(arguments);
   ASSERT_EQ(built.exitCode, 0) << built.error.constData();
   EXPECT_TRUE(built.out.contains("\n股票池 150 只，未收：科创板 ")) << built.out.constData();
+  EXPECT_FALSE(built.out.contains("没有估值")) << built.out.constData();
   ExpectProposals(source, files.Path(QStringLiteral("data")), {.poolSize = 150, .yearRate = QStringLiteral("1.35")});
 }
 
