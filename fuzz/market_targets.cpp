@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QUtf8StringView>
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <set>
 #include <string>
@@ -43,6 +44,8 @@ std::string Written(const std::vector<Bar>& bars) {
 
 void CheckBars(const BarFile& file, const QString& path) {
   const std::vector<Bar>& bars = file.bars;
+  Require(file.volumes.empty() || file.volumes.size() == bars.size(), "every bar has its volume or none has");
+  for (const double volume : file.volumes) Require(volume >= 0 && std::isfinite(volume), "a volume is a number");
   std::for_each(bars.begin(), bars.end(), CheckBar);
   const auto isBehind = [](const Bar& a, const Bar& b) { return a.date >= b.date; };
   Require(std::adjacent_find(bars.begin(), bars.end(), isBehind) == bars.end(), "dates ascend, one bar each");

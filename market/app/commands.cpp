@@ -81,6 +81,7 @@ int RunBuild(const BuildCommand& command) {
   options.days = command.days;
   options.isSimulated = command.isSimulated;
   options.mayReplaceOtherKind = command.replacesOtherKind;
+  options.proposals = command.proposals;
   if (!command.date.empty()) options.currentDate = ReadDateArgument("--date", command.date);
 
   ProgressLine progress("处理行情");
@@ -92,10 +93,13 @@ int RunBuild(const BuildCommand& command) {
   const BuildSummary summary = BuildDataFolder(options, observer);
   std::printf(
       "数据目录：%s\n当前日期：%s\n证券：%d，有行情 %d\n统计行：%lld\n未采用的行：%lld，未采用的文件：%d\n"
-      "当日停牌（价格取最后收盘价）：%d\n用时：%s 秒\n",
+      "当日停牌（价格取最后收盘价）：%d\n",
       command.out.c_str(), DateText(summary.currentDate).c_str(), summary.securities, summary.series,
       static_cast<long long>(summary.rows), static_cast<long long>(summary.rejectedLines), summary.rejectedFiles,
-      summary.suspended, FormatFixedUtf8(summary.seconds, 2).c_str());
+      summary.suspended);
+  if (command.proposals.areWanted) std::printf("候选组合：%d\n", summary.proposals);
+  for (const QString& remark : summary.remarks) std::printf("%s\n", remark.toUtf8().constData());
+  std::printf("用时：%s 秒\n", FormatFixedUtf8(summary.seconds, 2).c_str());
   return 0;
 }
 

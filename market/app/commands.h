@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "holdwise/market/proposals.h"
+
 /// The commands of holdwise-market behind its command line. Each prints its result on standard output, what went wrong
 /// on standard error, and returns the exit code; errors that stop it are thrown.
 namespace holdwise {
@@ -20,6 +22,7 @@ struct BuildCommand {
   std::string out;
   bool isSimulated = false;
   bool replacesOtherKind = false;
+  ProposalOptions proposals;
 };
 int RunBuild(const BuildCommand& command);
 

@@ -41,6 +41,23 @@ void AddNumber(CLI::App* command, const char* name, Number& value, const char* d
   command->add_option(name, value, description)->capture_default_str()->check(isWhole);
 }
 
+// What portfolios are proposed of, and within which bounds.
+void AddProposalOptions(CLI::App* build, holdwise::ProposalOptions& options) {
+  AddNumber(build, "--pool-returns", options.pool.leastReturns, "股票池：窗口内有收益率的交易日至少这么多");
+  AddNumber(build, "--pool-size", options.pool.most, "股票池：最近 60 个交易日日均成交额最高的股票，最多这么多只");
+  build->add_flag("--pool-suspended", options.pool.takesSuspended, "股票池：也收当日停牌的股票");
+  build->add_flag("--pool-limit", options.pool.takesLimitLocked, "股票池：也收当日涨停或跌停的股票");
+  build->add_flag("--pool-star", options.pool.takesStar, "股票池：也收科创板（688、689，200 股起买）");
+  build->add_flag("--pool-st", options.pool.takesSpecialTreatment, "股票池：也收名称带 ST 或退的股票");
+  AddNumber(build, "--least-weight", options.leastWeight, "候选组合：一只股票的权重至少为等权的百分之几");
+  AddNumber(build, "--most-weight", options.mostWeight, "候选组合：一只股票的权重最多为等权的百分之几");
+  AddNumber(build, "--industry-weight", options.mostOfIndustry,
+            "候选组合：一个行业最多占百分之几（股票少时为等权的一倍半）");
+  AddNumber(build, "--premium", options.premium, "候选组合：大盘预期收益率高出一年期利率的百分点，每年");
+  build->add_flag_callback(
+      "--no-proposals", [&options] { options.areWanted = false; }, "不生成候选组合和股票池");
+}
+
 void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
   CLI::App* build = AddCommand(program, "build", "把日线数据做成终端用的数据目录");
   build->footer(
@@ -67,13 +84,15 @@ void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
   AddText(build, "--out", command.out, "要生成或替换的数据目录")->required();
   build->add_flag("--simulated", command.isSimulated, "注明为虚构数据");
   build->add_flag("--replace", command.replacesOtherKind, "允许用虚构数据替换真实行情的目录，或用真实行情替换虚构的");
+  AddProposalOptions(build, command.proposals);
   build->callback([&] { exitCode = RunBuild(command); });
 }
 
 void AddSimulate(CLI::App& program, SimulateCommand& command, int& exitCode) {
   CLI::App* simulate = AddCommand(program, "simulate", "生成虚构市场的日线 CSV 文件");
   simulate->footer(
-      "写出 bars/、indices/、securities.csv、trading_dates.csv、deposit_rates.csv，供 build --simulated 使用。\n"
+      "写出 bars/、indices/、securities.csv、trading_dates.csv、deposit_rates.csv、estimates.csv，供 build --simulated "
+      "使用。\n"
       "参数相同则文件逐字节相同。股价随大盘、行业和自身波动，不超出涨跌停限制；部分股票停牌一段时间或上市较晚。");
   AddNumber(simulate, "--securities", command.securities, "股票数，最多 8000");
   AddNumber(simulate, "--days", command.days, "交易日数，最多 5000");

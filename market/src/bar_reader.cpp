@@ -5,6 +5,7 @@
 #include <array>
 
 #include "holdwise/packet/dates.h"
+#include "holdwise/packet/number_text.h"
 
 namespace holdwise {
 namespace {
@@ -25,6 +26,7 @@ const std::array<CsvColumn, kColumnCount>& BarColumns() {
 
 struct NumberedBar {
   Bar bar;
+  double volume = 0;
   std::int64_t line = 0;
 };
 
@@ -51,15 +53,16 @@ std::optional<QString> CheckPrices(const CsvTable& table, double& close) {
   return std::nullopt;
 }
 
-std::optional<QString> CheckVolume(const CsvTable& table) {
+std::optional<QString> CheckVolume(const CsvTable& table, double& volume) {
   if (!table.Has(kVolume)) return std::nullopt;
   const std::string_view text = table.Field(kVolume);
   if (text.empty()) return QStringLiteral("成交量缺失");
-  // Index volumes pass a price's bounds and are not used: only the form is checked.
+  // Index volumes pass a price's bounds: the form is checked, not the size.
   const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return (c >= '0' && c <= '9') || c == '.'; });
   if (!isPlain || text.find('.') != text.rfind('.') || text == ".") {
     return QStringLiteral("成交量不是数字“%1”").arg(Text(text));
   }
+  volume = ParseReal(text).value_or(0);
   return std::nullopt;
 }
 
@@ -68,7 +71,7 @@ bool IsTradingDate(std::span<const int> tradingDates, int date) {
   return std::binary_search(tradingDates.begin(), tradingDates.end(), date);
 }
 
-void RejectRepeatedDates(const QString& path, std::vector<NumberedBar>& bars, BarFile& file) {
+void RejectRepeatedDates(const QString& path, bool hasVolumes, std::vector<NumberedBar>& bars, BarFile& file) {
   const auto isEarlier = [](const NumberedBar& a, const NumberedBar& b) { return a.bar.date < b.bar.date; };
   if (!std::is_sorted(bars.begin(), bars.end(), isEarlier)) std::stable_sort(bars.begin(), bars.end(), isEarlier);
   file.bars.reserve(bars.size());
@@ -81,6 +84,7 @@ void RejectRepeatedDates(const QString& path, std::vector<NumberedBar>& bars, Ba
       continue;
     }
     file.bars.push_back(numbered.bar);
+    if (hasVolumes) file.volumes.push_back(numbered.volume);
     firstLine = numbered.line;
   }
 }
@@ -100,19 +104,20 @@ BarFile ReadBars(const QString& path, std::span<const int> tradingDates, int las
     }
     if (lastDate != 0 && *date > lastDate) continue;
     double close = 0;
+    double volume = 0;
     std::optional<QString> reason = CheckPrices(table, close);
-    if (!reason) reason = CheckVolume(table);
+    if (!reason) reason = CheckVolume(table, volume);
     if (!reason && !IsWeekday(*date)) reason = QStringLiteral("%1 是周末，不是交易日").arg(Text(dateText));
     if (!reason && !IsTradingDate(tradingDates, *date)) reason = QStringLiteral("%1 不是交易日").arg(Text(dateText));
     if (reason) {
       table.Reject(*reason);
     } else {
-      bars.push_back({{*date, close}, table.Line()});
+      bars.push_back({{*date, close}, volume, table.Line()});
     }
   }
   BarFile file;
   file.rejections = table.TakeRejections();
-  RejectRepeatedDates(path, bars, file);
+  RejectRepeatedDates(path, table.Has(kVolume), bars, file);
   std::stable_sort(file.rejections.begin(), file.rejections.end(),
                    [](const Rejection& a, const Rejection& b) { return a.line < b.line; });
   return file;

@@ -3,10 +3,7 @@
 
 #include <QCryptographicHash>
 #include <QDir>
-#include <QDirIterator>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QFileInfo>
 #include <algorithm>
 #include <array>
 #include <set>
@@ -23,8 +20,10 @@
 #include "holdwise/packet/packet_file.h"
 #include "holdwise/packet/table_limits.h"
 #include "holdwise/packet/thread_annotations.h"
+#include "kept_files.h"
 #include "market_file.h"
 #include "parallel_for.h"
+#include "proposal_files.h"
 
 namespace holdwise {
 namespace {
@@ -61,6 +60,7 @@ class DataFolderBuild {
     std::int64_t rows = 0;
     QByteArray digest;
     QuoteRow quote;
+    StockFacts facts;
     RiskOfIndices risk;
     std::vector<Rejection> rejections;
   };
@@ -74,14 +74,15 @@ class DataFolderBuild {
   void WriteReferences();
   void WriteEstimates();
   void WriteQuotes();
+  void WriteProposals();
   void WriteMarket();
-  void KeepOtherFiles() const;
 
   void Report(const std::vector<Rejection>& rejections);
   /// Returns the digest of what is written.
   QByteArray Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const;
   void WriteBaseData(const QString& name, const ResultSet& table, const PacketLimits& limits);
   [[nodiscard]] QString Edition() const;
+  [[nodiscard]] unsigned Threads() const { return options_.threads != 0 ? options_.threads : UsualThreadCount(); }
   [[nodiscard]] std::unordered_set<int> KnownStocks() const;
   [[nodiscard]] QuoteRow ClosingQuote(const std::vector<Bar>& bars) const;
 
@@ -95,6 +96,9 @@ class DataFolderBuild {
   std::map<int, BarFile> indices_;
   std::array<MarketReturns, kIndexCount> indexReturns_;  // in the order of kIndexNumbers
   double riskFreePerDay_ = 0;
+  double riskFreePerYear_ = 0;
+  std::vector<EstimateValue> estimates_;
+  std::vector<StockFacts> stocks_;          // those that have bars
   std::map<int, QuoteRow> quotes_;          // by code number
   std::map<QString, QByteArray> baseData_;  // digest by name: what the plug-in stores in its database
 };
@@ -115,8 +119,11 @@ BuildSummary DataFolderBuild::Run() {
   WriteIndices();
   WriteStocks();
   WriteQuotes();
+  WriteProposals();
   WriteMarket();
-  KeepOtherFiles();
+  // Statistics of a stock that is gone must not outlive it, nor proposals the prices they were made at.
+  KeepOtherFiles(swap_.OldFolder(), swap_.NewFolder(),
+                 [](const QString& name) { return name.startsWith(StatisticsFolder()) || IsProposalFile(name); });
   swap_.Commit();
   summary_.seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
   return summary_;
@@ -173,6 +180,7 @@ void DataFolderBuild::WriteReferences() {
                 "没有在 " + DateText(summary_.currentDate) + " 或之前生效的利率：" + options_.ratesFile.toStdString());
   }
   riskFreePerDay_ = RiskFreePerDay(rates);
+  riskFreePerYear_ = RiskFreePerYear(rates);
   summary_.securities = static_cast<int>(securities_.size());
   Write(QStringLiteral("securities.dat"), SecuritiesTable(securities_), kSecuritiesLimits);
   Write(QStringLiteral("trading_dates.dat"), TradingDatesTable(tradingDates_), kTradingDatesLimits);
@@ -181,13 +189,12 @@ void DataFolderBuild::WriteReferences() {
 }
 
 void DataFolderBuild::WriteEstimates() {
-  std::vector<EstimateValue> values;
   if (!options_.estimatesFile.isEmpty()) {
     std::vector<Rejection> rejections;
-    values = ReadEstimates(options_.estimatesFile, KnownStocks(), rejections);
+    estimates_ = ReadEstimates(options_.estimatesFile, KnownStocks(), rejections);
     Report(rejections);
   }
-  WriteBaseData(QStringLiteral("QMTL/TZZH/GZ.dat"), EstimateTable(values), kSecuritiesLimits);
+  WriteBaseData(QStringLiteral("QMTL/TZZH/GZ.dat"), EstimateTable(estimates_), kSecuritiesLimits);
 }
 
 void DataFolderBuild::WriteIndices() {
@@ -220,7 +227,7 @@ void DataFolderBuild::WriteStocks() {
     Mutex mutex;
     int done HOLDWISE_GUARDED_BY(mutex) = 0;
   } progress;
-  ParallelFor(files.size(), options_.threads != 0 ? options_.threads : UsualThreadCount(), [&](std::size_t i) {
+  ParallelFor(files.size(), Threads(), [&](std::size_t i) {
     results[i] = WriteStock(files[i]);
     const MutexLock lock(progress.mutex);
     ++progress.done;
@@ -233,6 +240,7 @@ void DataFolderBuild::WriteStocks() {
     summary_.rows += results[i].rows;
     baseData_.emplace(StockName(files[i].code), results[i].digest);
     quotes_[CodeNumberOfStock(files[i].code)] = results[i].quote;
+    stocks_.push_back(std::move(results[i].facts));
   }
   if (summary_.series == 0) {
     throw Error(ErrorCategory::Refused, "没有可用的证券行情：" + options_.barsFolder.toStdString());
@@ -279,6 +287,9 @@ DataFolderBuild::StockResult DataFolderBuild::WriteStock(const StockFile& stock)
   result.rows = table.RowCount();
   result.quote = ClosingQuote(file.bars);
   result.hasDays = !daily.series.empty();
+  result.facts.code = stock.code;
+  result.facts.turnover = MeanTurnover(file, tradingDates_);
+  result.facts.returns = AlignReturns(daily.series, indexReturns_.front().front());
   result.risk.front() = daily.figures;
   for (std::size_t i = 1; i < indexReturns_.size(); ++i) {
     result.risk[i] = ComputeFigures(daily.series, indexReturns_[i].front(), riskFreePerDay_);
@@ -311,23 +322,27 @@ void DataFolderBuild::WriteQuotes() {
   Write(QStringLiteral("quotes.dat"), table, kSecuritiesLimits);
 }
 
+void DataFolderBuild::WriteProposals() {
+  if (!options_.proposals.areWanted) return;
+  std::map<std::string, const Security*> securities;
+  for (const Security& security : securities_) securities.emplace(security.code, &security);
+  for (StockFacts& stock : stocks_) {
+    CompleteFacts(stock, *securities.at(stock.code), quotes_.at(CodeNumberOfStock(stock.code)));
+  }
+  const ReferenceFigures reference{indexReturns_.front().front(), riskFreePerYear_, summary_.currentDate};
+  ProposalFiles files = MakeProposalFiles(std::move(stocks_), reference, estimates_, options_.proposals, Threads());
+  summary_.proposals = files.candidates;
+  summary_.remarks = std::move(files.remarks);
+  const QString edition = Edition();
+  for (auto& [name, table] : files.tables) {
+    NameEdition(table, edition);
+    Write(name, table, kProposalLimits);
+  }
+}
+
 void DataFolderBuild::WriteMarket() {
   Write(QString::fromUtf8(kMarketFile), MarketTable(summary_.currentDate, options_.isSimulated, Edition()),
         kMarketLimits);
-}
-
-void DataFolderBuild::KeepOtherFiles() const {
-  QDirIterator files(swap_.OldFolder(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-  while (files.hasNext()) {
-    const QString path = files.next();
-    const QString name = QDir(swap_.OldFolder()).relativeFilePath(path);
-    const QString kept = swap_.NewFolder() + u'/' + name;
-    // Statistics of a stock that is gone must not outlive it.
-    if (name.startsWith(StatisticsFolder()) || QFileInfo::exists(kept)) continue;
-    if (!QDir().mkpath(QFileInfo(kept).path()) || !QFile::copy(path, kept)) {
-      throw Error(ErrorCategory::Io, "无法复制文件：" + path.toStdString());
-    }
-  }
 }
 
 void DataFolderBuild::Report(const std::vector<Rejection>& rejections) {
@@ -377,6 +392,7 @@ QuoteRow DataFolderBuild::ClosingQuote(const std::vector<Bar>& bars) const {
 
 BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& observer) {
   if (options.days < 1) throw Error(ErrorCategory::Refused, "窗口至少要有一个交易日");
+  CheckProposalOptions(options.proposals);
   return DataFolderBuild(options, observer).Run();
 }
 

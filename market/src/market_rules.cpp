@@ -44,6 +44,11 @@ int PriceLimitPercent(int codeNumber) noexcept {
   return board == 1300 || board == 1301 || board == 1688 ? 20 : 10;
 }
 
+PriceLimits LimitsAround(std::int64_t previousClose, int percent) noexcept {
+  return {std::max<std::int64_t>(1, (previousClose * (100 - percent) + 50) / 100),
+          (previousClose * (100 + percent) + 50) / 100};
+}
+
 int CodeNumberOfStock(std::string_view sixDigits) noexcept {
   if (!IsSixDigits(sixDigits)) return 0;
   int number = 1;

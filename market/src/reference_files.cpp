@@ -187,9 +187,13 @@ DepositRates BenchmarkRates(int date) {
   return {kInForceSince, {{oneYear.type, oneYear.term, oneYear.rateCode, 1.5}}};
 }
 
+double RiskFreePerYear(const DepositRates& rates) {
+  return rates.rates.empty() ? 0 : rates.rates.front().percent / 100;
+}
+
 double RiskFreePerDay(const DepositRates& rates) {
   constexpr double kDaysOfYear = 250;
-  return rates.rates.empty() ? 0 : rates.rates.front().percent / 100 / kDaysOfYear;
+  return RiskFreePerYear(rates) / kDaysOfYear;
 }
 
 namespace {

@@ -127,18 +127,7 @@ Absences DrawAbsences(NormalSource& random, std::size_t days) {
   return absences;
 }
 
-struct Limits {
-  Cents lower = 0;
-  Cents upper = 0;
-};
-
-// As the exchanges state them: previous close x (1 +- limit), rounded half up to the tick of 0.01.
-Limits LimitsAround(Cents previousClose, int percent) {
-  return {std::max<Cents>(1, (previousClose * (100 - percent) + 50) / 100),
-          (previousClose * (100 + percent) + 50) / 100};
-}
-
-Cents Move(Cents price, double change, const Limits& limits) {
+Cents Move(Cents price, double change, const PriceLimits& limits) {
   const double moved = std::floor(static_cast<double>(price) * (1 + change) + 0.5);
   return std::clamp(static_cast<Cents>(moved), limits.lower, limits.upper);
 }
@@ -161,7 +150,7 @@ Character DrawCharacter(NormalSource& random) {
 }
 
 DayPrices DrawDay(NormalSource& random, const Character& character, Cents previousClose, double change, int percent) {
-  const Limits limits = LimitsAround(previousClose, percent);
+  const PriceLimits limits = LimitsAround(previousClose, percent);
   DayPrices day;
   day.close = Move(previousClose, change, limits);
   day.open = Move(previousClose, 0.3 * change + 0.004 * random.Normal(), limits);
@@ -176,6 +165,7 @@ DayPrices DrawDay(NormalSource& random, const Character& character, Cents previo
 struct StockBars {
   QByteArray csv;
   int listDate = 0;
+  Cents estimate = 0;  ///< at which somebody values the stock
 };
 
 StockBars MakeStock(const SimulatedSecurity& security, const Factors& factors, std::uint64_t seed) {
@@ -207,6 +197,8 @@ StockBars MakeStock(const SimulatedSecurity& security, const Factors& factors, s
     AppendBar(bars.csv, factors.dates[day], prices);
     previousClose = prices.close;
   }
+  bars.estimate =
+      std::max<Cents>(1, std::llround(static_cast<double>(previousClose) * std::exp(0.2 * random.Normal())));
   return bars;
 }
 
@@ -240,6 +232,16 @@ QByteArray SecuritiesCsv(const std::vector<SimulatedSecurity>& securities, const
     const char* market = MarketOfStock(security.code) == 1 ? "SH" : "SZ";
     csv += security.code + "," + security.name + "," + security.industry + "," + market + "," + DateText(listDates[i]) +
            "\n";
+  }
+  return csv;
+}
+
+QByteArray EstimatesCsv(const std::vector<SimulatedSecurity>& securities, const std::vector<Cents>& estimates) {
+  QByteArray csv("code,price\n");
+  for (std::size_t i = 0; i < securities.size(); ++i) {
+    csv += securities[i].code + ",";
+    AppendPrice(csv, estimates[i]);
+    csv += "\n";
   }
   return csv;
 }
@@ -285,6 +287,7 @@ void WriteSimulatedMarket(const SimulationOptions& options, const std::function<
               MakeIndex(kFirstLevels[index], factors, SubSeed(options.seed, static_cast<std::uint64_t>(number))));
   }
   std::vector<int> listDates(securities.size());
+  std::vector<Cents> estimates(securities.size());
   struct {
     Mutex mutex;
     int done HOLDWISE_GUARDED_BY(mutex) = 0;
@@ -294,12 +297,14 @@ void WriteSimulatedMarket(const SimulationOptions& options, const std::function<
     const auto number = static_cast<std::uint64_t>(CodeNumberOfStock(security.code));
     const StockBars bars = MakeStock(security, factors, SubSeed(options.seed, number));
     listDates[i] = bars.listDate;
+    estimates[i] = bars.estimate;
     WriteFile(folder + QStringLiteral("bars/%1.csv").arg(QString::fromStdString(security.code)), bars.csv);
     const MutexLock lock(progress.mutex);
     ++progress.done;
     if (onProgress) onProgress(progress.done, static_cast<int>(securities.size()));
   });
   WriteFile(folder + QStringLiteral("securities.csv"), SecuritiesCsv(securities, listDates));
+  WriteFile(folder + QStringLiteral("estimates.csv"), EstimatesCsv(securities, estimates));
   QByteArray dates("date\n");
   for (const std::string& date : factors.dates) dates += date + "\n";
   WriteFile(folder + QStringLiteral("trading_dates.csv"), dates);

@@ -10,12 +10,12 @@ namespace {
 TEST_F(Build, ReplacesTheFolderAndKeepsFilesOfOthers) {
   EXPECT_EQ(Run().error, "");
   files_.Write(QStringLiteral("out/accounts.dat"), "accounts");
-  files_.Write(QStringLiteral("out/QMTL/TZZH/ZNPZ.dat"), "proposals");
+  files_.Write(QStringLiteral("out/QMTL/TZZH/notes.dat"), "of somebody else");
   files_.Write(QStringLiteral("out/QMTL/TZZH/Day250/股票/600000.dat"), "of a stock that is gone");
   files_.Write(QStringLiteral("bars/000001.csv"), "date,close\n2024-01-08,9\n2024-01-09,8\n");
   EXPECT_EQ(Run().error, "");
   EXPECT_EQ(files_.Read(QStringLiteral("out/accounts.dat")), "accounts");
-  EXPECT_EQ(files_.Read(QStringLiteral("out/QMTL/TZZH/ZNPZ.dat")), "proposals");
+  EXPECT_EQ(files_.Read(QStringLiteral("out/QMTL/TZZH/notes.dat")), "of somebody else");
   EXPECT_FALSE(QFileInfo::exists(files_.Path(QStringLiteral("out/QMTL/TZZH/Day250/股票/600000.dat"))));
   EXPECT_TRUE(QFileInfo::exists(files_.Path(QStringLiteral("out/QMTL/TZZH/Day250/股票/000001.dat"))));
   EXPECT_FALSE(QFileInfo::exists(files_.Path(QStringLiteral(".out.new"))));

@@ -13,9 +13,10 @@ TEST_F(Build, WritesTheWholeFolder) {
   EXPECT_EQ(outcome.rejections, "");
   EXPECT_EQ(Names(QStringLiteral("out")),
             (QStringList{QStringLiteral("QMTL/TZZH/Day250/指数/allzs.dat"), kMoutai, QStringLiteral("QMTL/TZZH/GZ.dat"),
-                         QStringLiteral("QMTL/TZZH/InterestRate.Dat"), QStringLiteral("QMTL/TZZH/风险计量/HS.dat"),
-                         QStringLiteral("QMTL/TZZH/风险计量/SH.dat"), QStringLiteral("QMTL/TZZH/风险计量/SZ.dat"),
-                         QStringLiteral("market.dat"), QStringLiteral("quotes.dat"), QStringLiteral("securities.dat"),
+                         QStringLiteral("QMTL/TZZH/InterestRate.Dat"), QStringLiteral("QMTL/TZZH/StockPool.dat"),
+                         QStringLiteral("QMTL/TZZH/风险计量/HS.dat"), QStringLiteral("QMTL/TZZH/风险计量/SH.dat"),
+                         QStringLiteral("QMTL/TZZH/风险计量/SZ.dat"), QStringLiteral("market.dat"),
+                         QStringLiteral("quotes.dat"), QStringLiteral("securities.dat"),
                          QStringLiteral("trading_dates.dat")}));
   EXPECT_EQ(Rows(QStringLiteral("market.dat"), {"current_date", "simulated", "format"}), "20240109 0 1 \n");
   EXPECT_EQ(Csv(QStringLiteral("securities.dat")),

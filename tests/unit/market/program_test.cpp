@@ -2,84 +2,30 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
-#include <QCryptographicHash>
-#include <QDirIterator>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QThread>
-#include <map>
 
 #include "holdwise/market/market_rules.h"
 #include "holdwise/packet/packet_file.h"
 #include "market_files.h"
+#include "market_program.h"
 
 namespace holdwise {
 namespace {
 
 using test::MarketFiles;
 
-QString Program() {
-  return qEnvironmentVariable("HOLDWISE_BIN") + QStringLiteral("/holdwise-market");
-}
-
-struct Result {
-  int exitCode = -1;
-  QByteArray out;
-  QByteArray error;
-};
-
-Result Execute(const QString& program, const QStringList& arguments, const QStringList& environment = {}) {
-  QProcess process;
-  if (!environment.isEmpty()) process.setEnvironment(environment);
-  process.start(program, arguments);
-  Result result;
-  if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit) return result;
-  result.exitCode = process.exitCode();
-  result.out = process.readAllStandardOutput();
-  result.error = process.readAllStandardError();
-  return result;
-}
-
-Result RunProgram(const QStringList& arguments) {
-  return Execute(Program(), arguments);
-}
-
-QStringList SimulateArguments(const QString& out, int securities, int days, int seed) {
-  return {QStringLiteral("simulate"), QStringLiteral("--securities"), QString::number(securities),
-          QStringLiteral("--days"),   QString::number(days),          QStringLiteral("--seed"),
-          QString::number(seed),      QStringLiteral("--out"),        out};
-}
-
-QStringList BuildArguments(const QString& source, const QString& out) {
-  return {QStringLiteral("build"),
-          QStringLiteral("--bars"),
-          source + QStringLiteral("/bars"),
-          QStringLiteral("--indices"),
-          source + QStringLiteral("/indices"),
-          QStringLiteral("--securities"),
-          source + QStringLiteral("/securities.csv"),
-          QStringLiteral("--out"),
-          out};
-}
-
-// Relative name and content hash of every file in a folder.
-std::map<QString, QByteArray> Contents(const QString& folder) {
-  std::map<QString, QByteArray> contents;
-  QDirIterator names(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-  while (names.hasNext()) {
-    QFile file(names.next());
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    contents[QDir(folder).relativeFilePath(file.fileName())] =
-        QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha1);
-  }
-  return contents;
-}
-
 TEST(Program, HelpNamesEveryOption) {
   const Result help = RunProgram({QStringLiteral("build"), QStringLiteral("--help")});
   EXPECT_EQ(help.exitCode, 0);
-  for (const char* option : {"--bars", "--indices", "--securities", "--dates", "--rates", "--quotes", "--estimates",
-                             "--date", "--days", "--out", "--simulated", "--replace"}) {
+  for (const char* option : {"--bars",         "--indices",     "--securities",
+                             "--dates",        "--rates",       "--quotes",
+                             "--estimates",    "--date",        "--days",
+                             "--out",          "--simulated",   "--replace",
+                             "--pool-returns", "--pool-size",   "--pool-suspended",
+                             "--pool-limit",   "--pool-star",   "--pool-st",
+                             "--least-weight", "--most-weight", "--industry-weight",
+                             "--premium",      "--no-proposals"}) {
     EXPECT_TRUE(help.out.contains(option)) << option;
   }
   EXPECT_FALSE(help.out.contains("Options") || help.out.contains("REQUIRED")) << "one language";
@@ -217,7 +163,7 @@ TEST(Simulate, IsTheSameForTheSameSeed) {
   ASSERT_EQ(RunProgram(SimulateArguments(files.Path(QStringLiteral("b")), 300, 60, 5)).exitCode, 0);
   ASSERT_EQ(RunProgram(SimulateArguments(files.Path(QStringLiteral("c")), 300, 60, 6)).exitCode, 0);
   const auto first = Contents(files.Path(QStringLiteral("a")));
-  EXPECT_EQ(first.size(), 300U + 3 + 3);
+  EXPECT_EQ(first.size(), 300U + 3 + 4);
   EXPECT_EQ(first, Contents(files.Path(QStringLiteral("b"))));
   const auto other = Contents(files.Path(QStringLiteral("c")));
   EXPECT_NE(first.at(QStringLiteral("bars/600519.csv")), other.at(QStringLiteral("bars/600519.csv")));
@@ -293,6 +239,7 @@ TEST(Simulate, StaysInsideTheLimitsWithGapsAndAllBoards) {
   for (const char* board : {"\n600", "\n000", "\n002", "\n300", "\n301", "\n688"})
     EXPECT_TRUE(securities.contains(board));
   EXPECT_EQ(files.Read(QStringLiteral("market/trading_dates.csv")).count('\n'), 251);
+  EXPECT_EQ(files.Read(QStringLiteral("market/estimates.csv")).count('\n'), 901);
 
   const Result built = RunProgram(BuildArguments(folder, files.Path(QStringLiteral("data"))));
   EXPECT_EQ(built.exitCode, 0);

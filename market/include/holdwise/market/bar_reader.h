@@ -16,7 +16,8 @@ struct Bar {
 
 /// What a file of daily bars held.
 struct BarFile {
-  std::vector<Bar> bars;  ///< ascending, one a date
+  std::vector<Bar> bars;        ///< ascending, one a date
+  std::vector<double> volumes;  ///< of each bar, in the file's unit; empty when the file has no such column
   std::vector<Rejection> rejections;
 };
 

@@ -3,8 +3,10 @@
 #include <QString>
 #include <cstdint>
 #include <functional>
+#include <vector>
 
 #include "holdwise/market/csv_table.h"
+#include "holdwise/market/proposals.h"
 
 namespace holdwise {
 
@@ -24,6 +26,7 @@ struct BuildOptions {
   bool isSimulated = false;
   bool mayReplaceOtherKind = false;  ///< a simulated market may take the place of a real one, and the other way round
   unsigned threads = 0;              ///< 0 = as many as the machine runs at once
+  ProposalOptions proposals;
 };
 
 /// What was done.
@@ -35,6 +38,8 @@ struct BuildSummary {
   int rejectedFiles = 0;
   int suspended = 0;  ///< stocks without a trade on the market's last trading date: their price is the last close
   int currentDate = 0;
+  int proposals = 0;             ///< candidate portfolios written
+  std::vector<QString> remarks;  ///< Chinese: who is in the stock pool, and which candidates there are not
   double seconds = 0;
 };
 
@@ -46,9 +51,11 @@ struct BuildObserver {
 
 /// Makes the data folder (docs/data-folder.md). Lines that cannot be used are reported and left out; a file of bars of
 /// which no line can be used is left out whole. The folder is replaced at the very end in one step; other files that
-/// the old folder holds (accounts.dat, groups.dat) move on into the new one. Stops with an Error, leaving the old
-/// folder as it is, when a named file or folder is missing or unreadable, an index is missing, or nothing is left to
-/// write; Error(Refused) too when the folder holds data of the other kind (simulated or not) and may not be replaced.
+/// the old folder holds (accounts.dat, groups.dat) move on into the new one. A market too small to propose portfolios
+/// of is no error: the summary's remarks say so. Stops with an Error, leaving the old folder as it is, when a named
+/// file or folder is missing or unreadable, an index is missing, or nothing is left to write; Error(Refused) too when
+/// the folder holds data of the other kind (simulated or not) and may not be replaced, or an option of the proposals is
+/// outside its range.
 BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& observer = {});
 
 }  // namespace holdwise

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,6 +20,14 @@ namespace holdwise {
 [[nodiscard]] int PriceLimitPercent(std::string_view sixDigits) noexcept;
 /// The same by code number (1600000 for 600000). For anything that is no stock's code number: 10.
 [[nodiscard]] int PriceLimitPercent(int codeNumber) noexcept;
+/// The lowest and the highest price of a day, in cents.
+struct PriceLimits {
+  std::int64_t lower = 0;
+  std::int64_t upper = 0;
+};
+/// As the exchanges state them: previous close x (1 +- percent / 100), rounded half up to the tick of 0.01; the lower
+/// one at least one cent. `previousClose` in cents, above 0.
+[[nodiscard]] PriceLimits LimitsAround(std::int64_t previousClose, int percent) noexcept;
 /// Code number of a stock: 1600000 for "600000". 0 when the text is not six digits.
 [[nodiscard]] int CodeNumberOfStock(std::string_view sixDigits) noexcept;
 

@@ -41,6 +41,8 @@ struct DepositRates {
 
 /// What holds without a file: the People's Bank's benchmark rate for one year, 1.50 since 2015-10-24. None before.
 [[nodiscard]] DepositRates BenchmarkRates(int date);
+/// The one-year rate as a fraction; 0 when no rates are in force.
+[[nodiscard]] double RiskFreePerYear(const DepositRates& rates);
 /// The one-year rate of a day as a fraction; a year has 250 days. 0 when no rates are in force.
 [[nodiscard]] double RiskFreePerDay(const DepositRates& rates);
 

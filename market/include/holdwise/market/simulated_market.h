@@ -19,11 +19,11 @@ struct SimulationOptions {
 inline constexpr int kMostSimulatedSecurities = 8000;
 
 /// Writes daily bars of a made-up market as CSV: bars/<code>.csv, indices/{1,399001,399300}.csv, securities.csv,
-/// trading_dates.csv, deposit_rates.csv. The same options give the same bytes. Returns come from a market factor, a
-/// factor an industry and noise of the security's own; closes stay inside the daily limits; some securities are
-/// suspended for a while (no lines) or listed later. The folder is replaced as a whole at the end. Options outside
-/// their range, or a folder that holds anything else: Error(Refused). `onProgress` may be empty; called on any one
-/// thread at a time.
+/// trading_dates.csv, deposit_rates.csv, estimates.csv (values as made up as the prices). The same options give the
+/// same bytes. Returns come from a market factor, a factor an industry and noise of the security's own; closes stay
+/// inside the daily limits; some securities are suspended for a while (no lines) or listed later. The folder is
+/// replaced as a whole at the end. Options outside their range, or a folder that holds anything else: Error(Refused).
+/// `onProgress` may be empty; called on any one thread at a time.
 void WriteSimulatedMarket(const SimulationOptions& options,
                           const std::function<void(int done, int total)>& onProgress = {});
 

@@ -47,8 +47,11 @@ inline constexpr PacketLimits kIndexSeriesLimits =
     LimitsOf({.rows = kIndexCount * kMostSeriesRows, .rowTextBytes = 512});
 /// Deposit rates.
 inline constexpr PacketLimits kInterestRateLimits = LimitsOf({.rows = 1000, .columns = 64, .rowTextBytes = 8192});
-/// One row a security: security master, quotes, accounts, risk figures, estimate values, stock pools.
+/// One row a security: security master, quotes, accounts, risk figures, estimate values.
 inline constexpr PacketLimits kSecuritiesLimits = LimitsOf({.rows = kMostSecurities, .rowTextBytes = 2048});
+/// Proposed portfolios: the table of capitals, the candidates of one number of stocks, the holdings of one candidate,
+/// the stock pool.
+inline constexpr PacketLimits kProposalLimits = LimitsOf({.rows = 1000, .rowTextBytes = 2048});
 /// Trading dates.
 inline constexpr PacketLimits kTradingDatesLimits = LimitsOf({.rows = 100'000});
 /// Members of all stock groups.
