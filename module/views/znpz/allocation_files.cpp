@@ -9,7 +9,9 @@
 namespace holdwise::allocation {
 namespace {
 
-constexpr PacketLimits kLimits = LimitsOf({.rows = 10'000, .rowTextBytes = 4096});
+// A name that is too long is no reason to lose the other candidates.
+constexpr PacketLimits kListLimits = LimitsOf({.rows = 1000, .rowTextBytes = 16'384});
+constexpr PacketLimits kLimits = LimitsOf({.rows = 10'000, .rowTextBytes = 1024});
 constexpr qsizetype kLongestName = 100;  // characters
 constexpr QChar kMark = u'_';
 
@@ -92,6 +94,10 @@ QStringList CodesIn(const ResultSet& pool) {
   QStringList codes;
   for (int row = 0; row < pool.RowCount(); ++row) codes << pool.TextAt(row, code);
   return codes;
+}
+
+ResultSet ReadCandidateList(const QString& path) {
+  return ReadPacketFile(path, kListLimits);
 }
 
 ResultSet ReadAllocationFile(const QString& path) {

@@ -47,6 +47,7 @@ struct Part {
 [[nodiscard]] QStringList CodesIn(const ResultSet& pool);
 
 /// Reads a received file of these kinds; one that holds more than such a file ever can is Error(Refused).
+[[nodiscard]] ResultSet ReadCandidateList(const QString& path);
 [[nodiscard]] ResultSet ReadAllocationFile(const QString& path);
 
 }  // namespace holdwise::allocation

@@ -240,7 +240,8 @@ void TFrm_ZNPZ::InfoAsynDownFileRole1ReciveAFile(const QString& fileName, const 
   const bool isLoaded = fileName.contains(QLatin1Char('_'));
   const bool isComposition = isLoaded && IsComposition(fileName);
   if (isLoaded && fileName != (isComposition ? awaitedComposition_ : awaitedList_)) return;
-  if (isLoaded) ClientDataSet1 = ReadAllocationFile(role1_->LocalPath(fileName));
+  const auto read = isComposition ? &ReadAllocationFile : &ReadCandidateList;
+  if (isLoaded) ClientDataSet1 = read(role1_->LocalPath(fileName));
   // A name without "_" is not loaded, and the list is filled from what was: intended.
   isComposition ? ReciveComposition() : ReciveCandidates();
 }
