@@ -168,7 +168,7 @@ TEST_F(AllocationView, AShortfallIsToldFromTheSecondCompositionOn) {
 TEST_F(AllocationView, WhatRoundingLeavesIsSaidAndExported) {
   OpenAll();
   // 31,200 at 12 = 374,400 and 12,500 at 10 = 125,000 of 500,000: 600 are left, 0.7488 instead of 0.75.
-  EXPECT_EQ(Notice().text(), "剩余资金 600.00 元，最大比例误差 0.12 个百分点");
+  EXPECT_EQ(Notice().text(), "剩余 600.00 元，最大误差 0.12%");
   const GridText table = holdings->ToGridText();
   EXPECT_EQ(table.titles, QStringList({"代码", "名称", "数量(股)", "比例(%)", "价格(元)", "比例误差", "剩余资金(元)",
                                        "最大比例误差"}));

@@ -36,6 +36,11 @@ const ColumnTable& PartTable() {
   return table;
 }
 
+// As high as those of the candidates beside them.
+QStringList PartCaptions() {
+  return {QStringLiteral("代码"), QStringLiteral("名称"), QStringLiteral("数量\r(股)"), QStringLiteral("比例\r(%)")};
+}
+
 QStringList PartTitles() {
   return TitlesOf(PartTable()) + QStringList{QStringLiteral("价格(元)"), QStringLiteral("比例误差"),
                                              QStringLiteral("剩余资金(元)"), QStringLiteral("最大比例误差")};

@@ -31,8 +31,9 @@ enum PartColumn : int {
 };
 
 [[nodiscard]] const ColumnTable& CandidateTable();
-/// Captions over the shown columns, with line breaks.
+/// Captions over the shown columns, in two lines.
 [[nodiscard]] QStringList CandidateCaptions();
+[[nodiscard]] QStringList PartCaptions();
 [[nodiscard]] const ColumnTable& PartTable();
 /// Titles of all columns, for tables that show the hidden ones too.
 [[nodiscard]] QStringList PartTitles();

@@ -111,7 +111,7 @@ QString HintOfPart(const TStringGrid& grid, int row, double capital) {
 }
 
 QString RoundingText(const Rounding& rounding) {
-  return QStringLiteral("剩余资金 %1 元，最大比例误差 %2 个百分点")
+  return QStringLiteral("剩余 %1 元，最大误差 %2%")
       .arg(FormatFixed(rounding.leftOver, kMoneyDecimals), Percent(rounding.largestError));
 }
 

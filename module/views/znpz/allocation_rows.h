@@ -30,7 +30,7 @@ PartsShown ShowParts(const std::vector<Part>& parts, double capital, TStringGrid
 
 /// What a row's quantity comes to, for the hint of its cells.
 [[nodiscard]] QString HintOfPart(const TStringGrid& grid, int row, double capital);
-/// "剩余资金 1234.56 元，最大比例误差 0.42 个百分点".
+/// "剩余 1234.56 元，最大误差 0.42%".
 [[nodiscard]] QString RoundingText(const Rounding& rounding);
 
 /// Names in the grid whose quantity is 0.

@@ -49,6 +49,7 @@ CandidateBand::CandidateBand(QWidget* parent)
   StackedIn(*this)->addWidget(Splitter1);
   BuildCandidates();
   TStringGrid& parts = holdings_->Grid();
+  holdings_->SetTitles(allocation::PartCaptions());
   parts.SetTitles(allocation::PartTitles());
   parts.OnDrawCell = [&parts](QPainter& painter, const GridCellPaint& cell) {
     if (cell.column != allocation::kWeight) return parts.DrawDefaultCell(painter, cell);

@@ -281,7 +281,7 @@ void TFrm_ZNPZ::ReciveComposition() {
   } else {
     holdings.SetNotice(
         parts.empty() ? QString() : notice,
-        QStringLiteral("按整手（100 股）取整后，资金没有用完的部分，以及实际比例与目标比例之差的最大值。"));
+        QStringLiteral("按整手（100 股）取整后没有用完的资金，以及实际比例与目标比例之差的最大值（百分点）。"));
   }
   const bool tells = !shown.unaffordable.isEmpty() && !candidates.IsEmpty() && !isFirstComposition_;
   isFirstComposition_ = false;
