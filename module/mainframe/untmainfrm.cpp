@@ -22,6 +22,8 @@
 #include "common/store/exchange_files.h"
 #include "common/store/statements.h"
 #include "mainframe/view_table.h"
+#include "text_link.h"
+#include "views/znstocklist/znstocklist.h"
 
 namespace holdwise {
 namespace {
@@ -78,12 +80,14 @@ TMainFrm::TMainFrm(QWidget* parent) : QWidget(parent) {
   connect(tree_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* node) {
     GuardEvent(Unit(), QStringLiteral("dxTLChangeNode"), [&] { dxTLChangeNode(node); });
   });
-  dxTLChangeNode(top);
+  // A view that does not open leaves the other ones.
+  GuardEvent(Unit(), QStringLiteral("dxTLChangeNode"), [&] { dxTLChangeNode(top); });
   undo.dismiss();
 }
 
 TMainFrm::~TMainFrm() {
   tree_->disconnect(this);
+  Form_Stock.reset();  // the host may leave while it is open
   FCurFrame = nullptr;
   for (TViewFrame* frame : FFrameList) {
     frame->setParent(nullptr);
@@ -111,20 +115,19 @@ void TMainFrm::BuildPanels() {
 
   RzPanel1 = new QWidget(splitter_);
   RzPanel3 = new TitleStrip(QString(), DesignFont(15, true), {14, 10}, RzPanel1);
-  Label1 = new QLabel(QStringLiteral("智能股票池"));
-  Label1->setFont(DesignFont());
-  Label1->setCursor(Qt::PointingHandCursor);
+  Label1 = new TextLink(QStringLiteral("智能股票池"));
   Label1->hide();
+  Label1->OnClick = [] { GuardEvent(Unit(), QStringLiteral("Label1Click"), [] { Label1Click(); }); };
   auto* bar = new QHBoxLayout(RzPanel3);
   bar->setContentsMargins(0, 0, kLinkMargin, 0);
   bar->addStretch();
   bar->addWidget(Label1);
   RzPanel4 = new QWidget(RzPanel1);
   views_ = new QStackedLayout(RzPanel4);
-  welcome_ = new QLabel(QStringLiteral("请在左侧选择视图"));
-  welcome_->setFont(DesignFont(15));
-  welcome_->setAlignment(Qt::AlignCenter);
-  views_->addWidget(welcome_);
+  failure_ = new QLabel;
+  failure_->setFont(DesignFont(15));
+  failure_->setAlignment(Qt::AlignCenter);
+  views_->addWidget(failure_);
   auto* right = new QVBoxLayout(RzPanel1);
   right->setContentsMargins(0, 0, 0, 0);
   right->setSpacing(0);
@@ -153,19 +156,12 @@ int TMainFrm::GetFID(int nodeId) {
 }
 
 void TMainFrm::dxTLChangeNode(const QTreeWidgetItem* newNode) {
-  const bool isInvitation = std::exchange(isInvitation_, false);
   TViewFrame* previous = std::exchange(FCurFrame, nullptr);
   if (newNode == nullptr) return;
   const int frameId = GetFID(NavigationTree::IdOf(newNode));
   const TNodeData* view = FindView(frameId);
-  if (view == nullptr) {
-    // A node that the table does not know leaves the previous view on screen, but no longer current: intended.
-    // Before a user has selected anything the page invites to do so.
-    if (!isInvitation && FindNode(frameId) != nullptr) {
-      ShowWelcome(*newNode, QStringLiteral("“%1”页面还没有提供，请选择左侧的其他页面。"));
-    }
-    return;
-  }
+  // A node that the table does not know leaves the previous view on screen, but no longer current: intended.
+  if (view == nullptr) return;
   const auto refresh = qScopeGuard([this] { ModuleHost().System().RefreshWorkArea(RzPanel4); });
   ShowView(*view, *newNode, previous);
 }
@@ -175,13 +171,13 @@ QString TMainFrm::CaptionFor(const QTreeWidgetItem& node) {
   return NavigationTree::CaptionOf(isGroup ? node.child(0) : &node);
 }
 
-void TMainFrm::ShowWelcome(const QTreeWidgetItem& node, const QString& text) {
+void TMainFrm::ShowFailure(const QTreeWidgetItem& node) {
   const QString caption = CaptionFor(node);
   RzPanel3->SetCaption(caption);
   RzPanel3->SetNotice({}, {});
   Label1->hide();
-  welcome_->setText(text.arg(caption));
-  views_->setCurrentWidget(welcome_);
+  failure_->setText(QStringLiteral("“%1”页面没有打开，请稍后再选一次（原因见日志）。").arg(caption));
+  views_->setCurrentWidget(failure_);
 }
 
 void TMainFrm::ShowView(const TNodeData& view, const QTreeWidgetItem& node, TViewFrame* previous) {
@@ -193,7 +189,7 @@ void TMainFrm::ShowView(const TNodeData& view, const QTreeWidgetItem& node, TVie
     try {
       FCurFrame = view.make().release();
     } catch (...) {
-      ShowWelcome(node, QStringLiteral("“%1”页面没有打开，请稍后再选一次（原因见日志）。"));
+      ShowFailure(node);
       throw;
     }
     FCurFrame->SetTag(view.Id);
@@ -290,6 +286,12 @@ void TMainFrm::g_TimerOnTimer() {
   ModuleHost().Addresses().GotoAddress(QStringLiteral("分时走势"), QString());
 }
 
+void TMainFrm::Label1Click() {
+  if (!Form_Stock) Form_Stock = std::make_unique<TForm_Stock>();
+  Form_Stock->ShowModal();
+  Form_Stock.reset();
+}
+
 void TMainFrm::Button1Click() {
   ModuleHost().Addresses().GotoAddress(QStringLiteral("工具条"), QStringLiteral("基金"));
 }
@@ -332,10 +334,11 @@ void TMainFrm::MakeSkin() {
   tree_->SetColors({background, titleFont, themeColors_.unselectedText, colors.ColorOf(theme::kTreeLine),
                     themeColors_.selectedRow, themeColors_.selectedText});
   for (TViewFrame* frame : FFrameList) SendFrameMessage(*frame, FrameMessage::ChangeSkin);
+  if (Form_Stock) Form_Stock->MakeSkin();
   for (QWidget* panel : {RzPanel1, RzPanel2, static_cast<QWidget*>(RzPanel3), RzPanel4, static_cast<QWidget*>(this)}) {
     SetPanelColor(*panel, background);
   }
-  SetTextColor(*welcome_, titleFont);
+  SetTextColor(*failure_, titleFont);
   RzPanel3->ApplyTheme();
   // The link takes the colour of the title.
   SetTextColor(*Label1, colors.ColorOf(theme::kSectionBigText));

@@ -16,6 +16,8 @@ class QStackedLayout;
 
 namespace holdwise {
 
+class TextLink;
+
 /// Did the main frame's construction read the portfolios from the exchange files?
 extern bool IsLoadDataFromFile;
 
@@ -55,10 +57,12 @@ class TMainFrm : public QWidget {
  private:
   void BuildPanels();
   void BuildTimers();
+  /// Opens the stock pool list.
+  static void Label1Click();
   void dxTLChangeNode(const QTreeWidgetItem* newNode);
   [[nodiscard]] static QString CaptionFor(const QTreeWidgetItem& node);
-  /// Says on the page why a node of the table shows no view; %1 in the text is its caption.
-  void ShowWelcome(const QTreeWidgetItem& node, const QString& text);
+  /// Says on the page that the view of a node did not open.
+  void ShowFailure(const QTreeWidgetItem& node);
   void ShowView(const TNodeData& view, const QTreeWidgetItem& node, TViewFrame* previous);
   void Timer1Timer();
   void Timer_NowPriceTimer();
@@ -73,9 +77,9 @@ class TMainFrm : public QWidget {
   NavigationTree* tree_ = nullptr;
   QWidget* RzPanel1 = nullptr;
   TitleStrip* RzPanel3 = nullptr;
-  QLabel* Label1 = nullptr;
+  TextLink* Label1 = nullptr;
   QWidget* RzPanel4 = nullptr;
-  QLabel* welcome_ = nullptr;
+  QLabel* failure_ = nullptr;  ///< in the place of a view that did not open
   QStackedLayout* views_ = nullptr;
   QTimer Timer_NowPrice;
   QTimer Timer1;
@@ -84,7 +88,6 @@ class TMainFrm : public QWidget {
   TViewFrame* FCurFrame = nullptr;
   GridColors themeColors_;
   bool arePricesShown_ = false;
-  bool isInvitation_ = true;                     ///< until the first node has been shown
   bool isReloadDue_ = false;                     ///< the data changed while the address was left
   std::vector<IncompletePortfolio> incomplete_;  ///< by their stored figures, as last read
 };

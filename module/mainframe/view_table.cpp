@@ -7,6 +7,7 @@
 #include "views/yjfj/yjfj.h"
 #include "views/ylcs/ylcs.h"
 #include "views/zhbx/zhbx.h"
+#include "views/znpz/znpz.h"
 #include "views/ztpj/ztpj.h"
 #include "views/zxpz/zxpz.h"
 
@@ -27,7 +28,7 @@ constexpr TFigureBasis kNoneOfThem{false, PricesUsed::None};
 
 const std::array<TNodeData, 10> Nodes = {{
     {1000, 0, QStringLiteral("资产配置")},
-    {1001, 1000, QStringLiteral("智能配置"), nullptr, false, RestsOn::Nothing},
+    {1001, 1000, QStringLiteral("智能配置"), &Make<TFrm_ZNPZ>, false, RestsOn::Nothing},
     {1002, 1000, QStringLiteral("自选配置"), &Make<TFrm_ZXPZ>, false, RestsOn::Unsaved},
     {2000, 0, QStringLiteral("组合跟踪")},
     {2001, 2000, QStringLiteral("组合表现"), &Make<TFrm_ZHBX>, true, RestsOn::Saved, kStoredAndAllPrices},

@@ -27,7 +27,7 @@ struct TNodeData {
   int Id = 0;
   int ParentId = 0;  ///< 0 for a top-level node
   QString Text;
-  std::unique_ptr<TViewFrame> (*make)() = nullptr;  ///< null for a group, and for a view that this build lacks
+  std::unique_ptr<TViewFrame> (*make)() = nullptr;  ///< null for a group
   bool isLive = false;                              ///< prices are in it: it is told when they were read again
   RestsOn restsOn = RestsOn::Saved;
   TFigureBasis basis{};

@@ -10,10 +10,10 @@
 #include "common/store/database.h"
 #include "common/store/incomplete_portfolios.h"
 #include "common/store/statements.h"
+#include "mainframe/side_windows.h"
 #include "mainframe/view_table.h"
 
 namespace holdwise {
-
 TViewFrame* HoldwiseViewCatalogue::CurFrame() const {
   return mainFrame_.isNull() ? nullptr : mainFrame_->CurFrame();
 }
@@ -102,6 +102,14 @@ std::vector<ViewCatalogue::Input> HoldwiseViewCatalogue::Inputs() const {
 QString HoldwiseViewCatalogue::SetInput(const QString& name, const QString& value) {
   TViewFrame* frame = CurFrame();
   return frame == nullptr ? QStringLiteral("没有打开的页面。") : frame->SetInput(name, value);
+}
+
+QStringList HoldwiseViewCatalogue::Windows() const {
+  return mainFrame_.isNull() ? QStringList() : SideWindows();
+}
+
+std::unique_ptr<CatalogueWindow> HoldwiseViewCatalogue::MakeWindow(const QString& name) {
+  return mainFrame_.isNull() ? nullptr : MakeSideWindow(name);
 }
 
 void HoldwiseViewCatalogue::DataChanged() {

@@ -19,11 +19,13 @@ namespace {
 
 constexpr int kProgressMilliseconds = 100;
 
-/// What the command sets in the stress view, whose controls the catalogue calls so. The index comes first: choosing one
-/// takes the move back to 0.
+/// What the command sets in the smart allocation and in the stress view, whose controls the catalogue calls so. The
+/// index comes before the move: choosing one takes the move back to 0.
 std::vector<ViewInput> InputsOf(const Command& command) {
+  constexpr int kAllocationView = 1001;
   constexpr int kStressView = 2003;
   std::vector<ViewInput> inputs;
+  if (!command.capital.isEmpty()) inputs.push_back({kAllocationView, QStringLiteral("Edit1"), command.capital});
   if (!command.stressIndex.isEmpty())
     inputs.push_back({kStressView, QStringLiteral("ComboBox11"), command.stressIndex});
   if (!command.stress.isEmpty()) inputs.push_back({kStressView, QStringLiteral("Edit1"), command.stress});

@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "holdwise/packet/code_numbers.h"
+#include "holdwise/packet/number_text.h"
 
 namespace holdwise {
 namespace {
@@ -19,8 +20,8 @@ QString Absolute(const QString& path) {
   return path.isEmpty() ? path : QDir::cleanPath(QDir::current().absoluteFilePath(path));
 }
 
-constexpr const char* kValueOptions[] = {"data",      "work",   "db",     "bus",    "theme",       "address",
-                                         "parameter", "import", "export", "stress", "stress-index"};
+constexpr const char* kValueOptions[] = {"data",      "work",   "db",     "bus",    "theme",        "address",
+                                         "parameter", "import", "export", "stress", "stress-index", "capital"};
 
 QStringList StressIndices() {
   QStringList numbers;
@@ -34,6 +35,14 @@ bool IsPercent(const QString& text) {
       QRegularExpression::anchoredPattern(QStringLiteral("-?([0-9]+\\.?[0-9]*|\\.[0-9]+)")));
   constexpr int kMostCharacters = 12;
   return text.size() <= kMostCharacters && plain.match(text).hasMatch();
+}
+
+/// An amount above 0 as the view takes it.
+bool IsCapital(const QString& text) {
+  static const QRegularExpression plain(QRegularExpression::anchoredPattern(QStringLiteral("[0-9]{0,5}\\.?[0-9]*")));
+  constexpr int kMostCharacters = 8;
+  const auto number = ParseReal(text);
+  return text.size() <= kMostCharacters && plain.match(text).hasMatch() && number && *number > 0;
 }
 
 void AddOptions(QCommandLineParser& parser) {
@@ -59,6 +68,7 @@ QString HelpText() {
       "  --export DIR      依次打开每个视图，写出图片和表格后退出；不需要显示器\n"
       "  --stress PERCENT  导出前在压力测试中设定的预期涨跌幅（百分数），例如 -10\n"
       "  --stress-index 1|399001|399300  压力测试的参考指数：上证指数、深证成指、沪深300\n"
+      "  --capital AMOUNT  导出前在智能配置中设定的资金量（万元），例如 50\n"
       "  --help, --version\n\n"
       "同一工作目录已有终端在运行时，命令交给它执行。\n");
 }
@@ -89,6 +99,15 @@ QString StressProblem(const Command& command) {
   return {};
 }
 
+/// The same of the smart allocation.
+QString CapitalProblem(const Command& command) {
+  if (command.capital.isEmpty()) return {};
+  if (!IsCapital(command.capital))
+    return QStringLiteral("--capital 要是大于 0 的数（万元），例如 50 或 12.5，不能是“%1”。").arg(command.capital);
+  if (command.exportFolder.isEmpty()) return QStringLiteral("--capital 只用于导出，请同时用 --export 指定目录。");
+  return {};
+}
+
 /// The first option given with an empty value, which no option allows but the parameter.
 QString EmptyOption(const QCommandLineParser& parser) {
   for (const char* name : kValueOptions) {
@@ -108,7 +127,8 @@ QByteArray Command::ToJson() const {
   QJsonObject object{{QStringLiteral("address"), address},   {QStringLiteral("parameter"), parameter},
                      {QStringLiteral("import"), importFile}, {QStringLiteral("export"), exportFolder},
                      {QStringLiteral("data"), dataFolder},   {QStringLiteral("db"), database},
-                     {QStringLiteral("stress"), stress},     {QStringLiteral("stress-index"), stressIndex}};
+                     {QStringLiteral("stress"), stress},     {QStringLiteral("stress-index"), stressIndex},
+                     {QStringLiteral("capital"), capital}};
   if (theme) object.insert(QStringLiteral("theme"), ThemeKindName(*theme));
   return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
@@ -127,6 +147,7 @@ std::optional<Command> Command::FromJson(const QByteArray& json) {
   command.database = object.value(QStringLiteral("db")).toString();
   command.stress = object.value(QStringLiteral("stress")).toString();
   command.stressIndex = object.value(QStringLiteral("stress-index")).toString();
+  command.capital = object.value(QStringLiteral("capital")).toString();
   return command;
 }
 
@@ -187,7 +208,9 @@ ParsedCommandLine ParseCommandLine(const QStringList& arguments) {
   options.command.exportFolder = Absolute(value("export"));
   options.command.stress = value("stress");
   options.command.stressIndex = value("stress-index");
+  options.command.capital = value("capital");
   if (const QString problem = StressProblem(options.command); !problem.isEmpty()) return Refuse(problem);
+  if (const QString problem = CapitalProblem(options.command); !problem.isEmpty()) return Refuse(problem);
   return {options, {}, 0};
 }
 

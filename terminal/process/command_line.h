@@ -19,6 +19,7 @@ struct Command {
   QString dataFolder;     ///< empty: whichever the running terminal has
   QString database;       ///< likewise
   QString stress{};       ///< move in percent that the export sets in the stress view; empty: as it stands there
+  QString capital{};      ///< ten-thousands of yuan that the export sets in the smart allocation; empty likewise
   QString stressIndex{};  ///< its reference index, "1", "399001" or "399300"; empty likewise
 
   [[nodiscard]] bool IsEmpty() const;

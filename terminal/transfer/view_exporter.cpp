@@ -102,7 +102,8 @@ bool ViewExporter::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void ViewExporter::Look() {
-  settledLooks_ = views_.IsSettled() ? settledLooks_ + 1 : 0;
+  const bool isSettled = window_ ? window_->IsSettled() : views_.IsSettled();
+  settledLooks_ = isSettled ? settledLooks_ + 1 : 0;
   look_.setInterval(kLookMilliseconds);
   if (const int progress = views_.Progress(); progress != progress_) {
     progress_ = progress;
@@ -131,7 +132,10 @@ void ViewExporter::Wait(void (ViewExporter::*whenSettled)(), int quietLooks, con
 }
 
 void ViewExporter::NextView() {
-  if (left_.empty()) return WroteAll();
+  if (left_.empty()) {
+    windowsLeft_ = views_.Windows();
+    return NextWindow();
+  }
   view_ = left_.back();
   left_.pop_back();
   if (!views_.Show(view_.frameId)) return Finish(QStringLiteral("视图“%1”不能打开。").arg(view_.caption));
@@ -178,14 +182,34 @@ void ViewExporter::RestoreInputs() {
   }
 }
 
-void ViewExporter::WriteView() {
+void ViewExporter::WritePicture(QWidget& picture, const QString& name, const QString& caption) {
   QByteArray png;
   QBuffer buffer(&png);
   buffer.open(QIODevice::WriteOnly);
-  if (!picture_.grab().save(&buffer, "PNG"))
-    throw Error(ErrorCategory::Io, QStringLiteral("视图“%1”的图片不能生成。").arg(view_.caption).toStdString());
-  const QString name = QString::number(view_.frameId);
+  if (!picture.grab().save(&buffer, "PNG"))
+    throw Error(ErrorCategory::Io, QStringLiteral("视图“%1”的图片不能生成。").arg(caption).toStdString());
   WriteFileAtomically(folder_ + QLatin1Char('/') + name + QStringLiteral(".png"), png, Durability::Replaceable);
+}
+
+void ViewExporter::NextWindow() {
+  window_.reset();
+  if (windowsLeft_.isEmpty()) return WroteAll();
+  windowName_ = FileNamePart(windowsLeft_.first());
+  window_ = views_.MakeWindow(windowsLeft_.takeFirst());
+  if (window_ == nullptr) return Finish(QStringLiteral("窗口“%1”不能打开。").arg(windowName_));
+  Wait(&ViewExporter::WriteWindow, kQuietLooksAtView, QStringLiteral("窗口“%1”").arg(windowName_));
+}
+
+void ViewExporter::WriteWindow() {
+  WritePicture(window_->Frame(), windowName_, window_->Frame().windowTitle());
+  for (const GridText& grid : window_->Grids())
+    WriteGrid(windowName_ + QLatin1Char('-') + FileNamePart(grid.name), grid);
+  NextWindow();
+}
+
+void ViewExporter::WriteView() {
+  const QString name = QString::number(view_.frameId);
+  WritePicture(picture_, name, view_.caption);
   for (const GridText& grid : views_.Grids()) {
     gridNames_.insert(FileNamePart(grid.name));
     WriteGrid(name + QLatin1Char('-') + FileNamePart(grid.name), grid);
@@ -267,6 +291,7 @@ void ViewExporter::WroteAll() {
 
 void ViewExporter::Finish(const QString& problem, const QString& lacking) {
   look_.stop();
+  window_.reset();
   qApp->removeEventFilter(this);
   QStringList problems{problem};
   try {

@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QTimer>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "holdwise/sdk/catalogue.h"
@@ -27,12 +28,13 @@ struct ViewInput {
 
 /// Visits every view of an address and writes what it shows into a folder: "<frame id>.png", each grid as
 /// "<frame id>-<grid>.csv", the grid that follows the selected portfolio as "<frame id>-<grid>-<portfolio>.csv" for
-/// each portfolio, and what the figures of a view with inputs rest on as "<frame id>-inputs.csv". Of a simulated market
-/// "模拟行情.txt" says so beside them. Views whose inputs are set come first: others may follow what is chosen there.
-/// In the end the inputs are what they were; what had been typed there and not applied is applied. Of an earlier export
-/// into the same folder the tables of those of its grids stay no longer whose view or portfolio is gone, nor anything
-/// of a view that was not written because an input was refused, nor that note when the market is none; other files are
-/// left alone. Works along with the event loop; the user's mouse and keys do not reach the window meanwhile.
+/// each portfolio, a window that belongs to the views as "<window>.png" and "<window>-<grid>.csv", and what the figures
+/// of a view with inputs rest on as "<frame id>-inputs.csv". Of a simulated market "模拟行情.txt" says so beside them.
+/// Views whose inputs are set come first: others may follow what is chosen there. In the end the inputs are what they
+/// were; what had been typed there and not applied is applied. Of an earlier export into the same folder the tables of
+/// those of its grids stay no longer whose view or portfolio is gone, nor anything of a view that was not written
+/// because an input was refused, nor that note when the market is none; other files are left alone. Works along with
+/// the event loop; the user's mouse and keys do not reach the window meanwhile.
 class ViewExporter : public QObject {
  public:
   /// Longest time that one view or portfolio may take to settle without coming any further.
@@ -69,6 +71,9 @@ class ViewExporter : public QObject {
   void RemoveOld() const;
   void WriteNote() const;
   void Wait(void (ViewExporter::*whenSettled)(), int quietLooks, const QString& forWhat);
+  void NextWindow();
+  void WriteWindow();
+  void WritePicture(QWidget& picture, const QString& name, const QString& caption);
   void WroteAll();
   void Finish(const QString& problem, const QString& lacking = {});
 
@@ -89,6 +94,9 @@ class ViewExporter : public QObject {
   ViewCatalogue::View view_;
   int shownBefore_ = 0;
   QString followingGrid_;
+  QStringList windowsLeft_;
+  QString windowName_;
+  std::unique_ptr<CatalogueWindow> window_;  ///< the one to be written
   QStringList portfoliosLeft_;
   QString portfolio_;
   QSet<QString> gridNames_;  ///< of this export, as they stand in file names

@@ -138,6 +138,7 @@ class ScriptedTheme final : public ColorThemeServices, public IColorSet2, public
   void Switch();
 
   std::map<QString, QColor> colors;
+  std::function<QPixmap(const QString& key, const QSize& size)> paint;  ///< what is not plain; null: plain
 
  private:
   DebugServers& debug_;

@@ -77,13 +77,14 @@ TEST_F(MainFrame, TheChildOfAShownGroupUsesTheSameFrameAndLoadsItAgain) {
   MessageSpy spy(*frame);
   bench.ClickNode(kPerformance);
   EXPECT_EQ(bench.mainFrame->CurFrame(), frame);
-  EXPECT_EQ(bench.mainFrame->FrameList().size(), 1U);
+  EXPECT_EQ(bench.mainFrame->FrameList().size(), 2U) << "with the one shown at the start";
   EXPECT_EQ(spy.Count(FrameMessage::Init), 1);
   EXPECT_EQ(spy.Count(FrameMessage::Hidden), 0);
 }
 
 TEST_F(MainFrame, AReplacedViewIsToldBeforeTheNewOneLoads) {
   Open();
+  TViewFrame* start = bench.mainFrame->CurFrame();
   bench.ClickNode(kPerformance);
   TViewFrame* performance = bench.mainFrame->CurFrame();
   bench.ClickNode(kRisk);
@@ -106,7 +107,8 @@ TEST_F(MainFrame, AReplacedViewIsToldBeforeTheNewOneLoads) {
   ASSERT_EQ(messages.size(), 2U);
   EXPECT_EQ(messages[0], std::pair(performance, 5097));
   EXPECT_EQ(messages[1], std::pair(risk, 5096));
-  EXPECT_EQ(bench.mainFrame->FrameList(), (std::vector<TViewFrame*>{performance, risk})) << "both were used again";
+  EXPECT_EQ(bench.mainFrame->FrameList(), (std::vector<TViewFrame*>{start, performance, risk}))
+      << "both were used again";
 }
 
 TEST_F(MainFrame, AClickOnTheFocusedNodeChangesNothing) {
@@ -165,24 +167,6 @@ TEST_F(MainFrame, ANodeWithoutAViewLeavesTheOldOneOnScreenButNotCurrent) {
   EXPECT_EQ(spy.Count(FrameMessage::Init), 1);
 }
 
-TEST_F(MainFrame, ANodeWhoseViewIsNotThereYetSaysSoInsteadOfShowingOldPrices) {
-  Open();
-  bench.ClickNode(kPerformance);
-  TViewFrame* frame = bench.mainFrame->CurFrame();
-  const int before = static_cast<int>(bench.mainFrame->FrameList().size());
-  bench.ClickNode(kSmartAllocation);
-  const QLabel* notice = LabelWith(QStringLiteral("“智能配置”页面还没有提供，请选择左侧的其他页面。"));
-  ASSERT_NE(notice, nullptr);
-  EXPECT_TRUE(notice->isVisible());
-  EXPECT_FALSE(frame->isVisible());
-  EXPECT_NE(LabelWith(QStringLiteral("智能配置")), nullptr) << "the page's title";
-  EXPECT_EQ(bench.mainFrame->CurFrame(), nullptr);
-  EXPECT_EQ(static_cast<int>(bench.mainFrame->FrameList().size()), before);
-  bench.ClickNode(kPerformance);
-  EXPECT_TRUE(frame->isVisible());
-  EXPECT_FALSE(notice->isVisible());
-}
-
 TEST_F(MainFrame, PortfoliosThatLackDataAreNamedInTheTitleStrip) {
   bench.AddPortfolio(1, QStringLiteral("稳健"), {{1000002, 200, 1, 9.5}});
   Open();
@@ -198,15 +182,34 @@ TEST_F(MainFrame, PortfoliosThatLackDataAreNamedInTheTitleStrip) {
   EXPECT_FALSE(notice->isVisible()) << "it belongs to the page";
 }
 
-TEST_F(MainFrame, BeforeAnyViewTheWelcomeShowsAndTheStockPoolLinkDoesNot) {
+TEST_F(MainFrame, TheFirstGroupsViewShowsAtOnceWithTheStockPoolLink) {
   Open();
-  const QLabel* welcome = LabelWith(QStringLiteral("请在左侧选择视图"));
-  ASSERT_NE(welcome, nullptr);
-  EXPECT_TRUE(welcome->isVisible());
-  EXPECT_FALSE(LabelWith(QStringLiteral("智能股票池"))->isVisible());
-  bench.ClickNode(kPerformance);
-  EXPECT_FALSE(welcome->isVisible());
-  EXPECT_FALSE(LabelWith(QStringLiteral("智能股票池"))->isVisible());
+  TViewFrame* first = bench.mainFrame->CurFrame();
+  ASSERT_NE(first, nullptr);
+  EXPECT_EQ(first->Tag(), kSmartAllocation);
+  EXPECT_TRUE(first->isVisible());
+  EXPECT_NE(LabelWith(QStringLiteral("智能配置")), nullptr) << "the page's title";
+  const QLabel* link = LabelWith(QStringLiteral("智能股票池"));
+  EXPECT_TRUE(link->isVisible());
+  for (const int node : {1002, 2001, 2002, 2003, 3001, 3002}) {
+    bench.ClickNode(node);
+    EXPECT_FALSE(link->isVisible()) << node;
+  }
+  bench.ClickNode(1000);
+  EXPECT_TRUE(link->isVisible());
+  EXPECT_EQ(bench.mainFrame->CurFrame(), first) << "the group uses the one frame";
+  bench.ClickNode(kSmartAllocation);
+  EXPECT_EQ(bench.mainFrame->CurFrame(), first);
+}
+
+TEST_F(MainFrame, NothingIsCalculatedForTheFirstView) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 1, 9}});
+  bench.database.Service().Execute(QStringLiteral("update alg_commain set ISFINISHED = 0"));
+  Open();
+  MessageSpy spy(*bench.mainFrame->CurFrame());
+  QTest::qWait(1200);
+  EXPECT_TRUE(spy.messages.empty());
+  EXPECT_TRUE(bench.host.DownFiles(QStringLiteral("DownBasicData")).empty());
 }
 
 TEST_F(MainFrame, TheTreeIsAsWideAsDesignedAndKeepsItsWidth) {

@@ -60,7 +60,7 @@ TEST_F(Plugin, NothingIsMadeBeforeTheFirstEnterAndOnlyOnceAfterIt) {
   item->LeaveAddress();
   item->EnterAddress({});
   EXPECT_EQ(bench.host.titleFrames.size(), 1U);
-  EXPECT_EQ(title->findChildren<QSplitter*>().size(), 1);
+  EXPECT_EQ(title->findChildren<QTreeWidget*>().size(), 1);
   EXPECT_EQ(bench.host.system.shown.size(), 2U);
 }
 
@@ -69,7 +69,7 @@ TEST_F(Plugin, EveryViewIsLaidOutAgainOnEnter) {
   item->EnterAddress(QStringLiteral("Skip组合表现"));
   ScriptedTitleFrame* title = bench.host.titleFrames.front();
   const auto grids = title->findChildren<TStringGrid*>();
-  ASSERT_EQ(grids.size(), 4);
+  ASSERT_EQ(grids.size(), 6) << "of the view shown at the start, too";
   std::vector<int> before;
   for (TStringGrid* grid : grids) {
     before.push_back(grid->ColWidth(0));
@@ -204,8 +204,8 @@ TEST_F(Plugin, TheCatalogueVisitsViewsAndReadsTheirGrids) {
   item->EnterAddress({});
   ViewCatalogue* views = item->Views();
   ASSERT_FALSE(views->List().empty());
-  EXPECT_EQ(views->List().front().frameId, 1002);
-  EXPECT_EQ(views->List().front().caption, QStringLiteral("自选配置"));
+  EXPECT_EQ(views->List().front().frameId, 1001);
+  EXPECT_EQ(views->List().front().caption, QStringLiteral("智能配置"));
   EXPECT_FALSE(views->Show(2000));
   EXPECT_FALSE(views->Show(4711));
   ASSERT_TRUE(views->Show(2001));
@@ -222,6 +222,11 @@ TEST_F(Plugin, TheCatalogueVisitsViewsAndReadsTheirGrids) {
 
 TEST_F(Plugin, SettledWaitsForTheDownloadToo) {
   item->EnterAddress({});
+  for (const char* role : {"InfoAsynDownFileRole1", "InfoAsynDownFileRole2"}) {
+    const auto download = bench.host.DownFile(QString::fromLatin1(role));
+    EXPECT_FALSE(item->Views()->IsSettled()) << role;
+    download->Fail(download->Pending().front(), TDSBAsynDownFileRole::kNotFound);
+  }
   QTest::qWait(1100);
   EXPECT_FALSE(item->Views()->IsSettled());
   Download()->Fail(kZnpz, TDSBAsynDownFileRole::kNotFound);

@@ -11,6 +11,7 @@
 
 #include "holdwise/packet/packet_file.h"
 #include "portfolio_view_fixture.h"
+#include "theme/theme_pictures.h"
 #include "theme/theme_table.h"
 #include "views/zxpz/editor_band.h"
 #include "views/zxpz/holdings_editor.h"
@@ -20,6 +21,7 @@ namespace {
 
 constexpr int kHeight = 640;
 constexpr int kNarrow = 900;  // the narrowest that is promised
+constexpr int kAllocation = 1001;
 constexpr int kEditor = 1002;
 constexpr int kStress = 2003;
 constexpr int kRisk = 2002;
@@ -57,6 +59,9 @@ class ViewPictures : public PortfolioViewTest, public testing::WithParamInterfac
   ViewPictures() : PortfolioViewTest(GetParam().node) {
     for (const ThemeColor& color : ThemeColors()) bench.host.theme.colors[color.key] = Of(color.key);
     for (const char* key : {"Grid_TitleUpBg", "GridTitle"}) bench.host.theme.colors[key] = Of("ktr_gridtitlebk");
+    bench.host.theme.paint = [](const QString& key, const QSize& size) {
+      return key.startsWith(QStringLiteral("Qm_Save")) ? PaintThemePicture(GetParam().theme, key, size) : QPixmap();
+    };
   }
   static QColor Of(const char* key) { return ThemeColorOf(GetParam().theme, key); }
 
@@ -110,6 +115,48 @@ class ViewPictures : public PortfolioViewTest, public testing::WithParamInterfac
          {QStringLiteral("600519"), QStringLiteral("贵州茅台"), QStringLiteral("1710.00"), {}}});
   }
 
+  static ResultSet TextsAndReals(const std::vector<std::string>& texts, const std::vector<std::string>& reals) {
+    ResultSet table;
+    for (const std::string& name : texts) table.AddColumn(name, ColumnType::Text);
+    for (const std::string& name : reals) table.AddColumn(name, ColumnType::Real);
+    return table;
+  }
+  static QByteArray Candidates() {
+    ResultSet table = TextsAndReals({"ZHFG", "FILENAME"}, {"MBSYL", "FC", "BETA"});
+    int row = 0;
+    for (const char* style : {"稳健型", "平衡型", "进取型", "分散型", "红利型"}) {
+      table.AppendRow();
+      table.SetText(row, 0, style);
+      table.SetText(row, 1, QStringLiteral("zh_5_%1.dat").arg(row + 1));
+      table.SetReal(row, 2, 0.0612 + 0.0213 * row);
+      table.SetReal(row, 3, 0.000081 + 0.000047 * row);
+      table.SetReal(row, 4, 0.6125 + 0.17 * row);
+      ++row;
+    }
+    return EncodePacket(table);
+  }
+  static QByteArray Parts() {
+    ResultSet table = TextsAndReals({"SecuCode"}, {"PZBL"});
+    for (const auto& [code, weight] :
+         {std::pair{"600000", 0.3125}, {"000001", 0.27}, {"600519", 0.2375}, {"000002", 0.18}}) {
+      const int row = table.AppendRow();
+      table.SetText(row, 0, code);
+      table.SetReal(row, 1, weight);
+    }
+    return EncodePacket(table);
+  }
+  /// A candidate's holdings, one of which the capital does not buy, and the slider with the focus.
+  void FillAllocation() {
+    const auto download = bench.host.DownFile(QStringLiteral("InfoAsynDownFileRole1"));
+    frame->SetInput(QStringLiteral("Edit1"), QStringLiteral("62.5"));
+    while (!download->Pending().empty()) {
+      const QString file = download->Pending().front();
+      download->WriteAndReceive(file, file.count(QLatin1Char('_')) == 1 ? Candidates() : Parts());
+    }
+    QApplication::setActiveWindow(&bench.host.system.workArea);
+    frame->findChild<QWidget*>(QStringLiteral("Slider"))->setFocus();
+  }
+
   QImage Grab() {
     AddPortfolios();
     bench.host.system.workArea.resize(GetParam().width, kHeight);
@@ -120,6 +167,7 @@ class ViewPictures : public PortfolioViewTest, public testing::WithParamInterfac
     // Shown again, now that the prices are in.
     bench.ClickNode(GetParam().node == kOther ? kRisk : kOther);
     ShowView();
+    if (GetParam().node == kAllocation) FillAllocation();
     if (GetParam().node == kEditor) FillEditor();
     if (GetParam().node == kStress) {
       frame->SetInput(QStringLiteral("Edit1"), QStringLiteral("-10"));
@@ -138,10 +186,10 @@ QString NameOf(const Picture& picture) {
 
 std::vector<Picture> All() {
   std::vector<Picture> pictures;
-  for (const int node : {kEditor, 2001, 2002, kStress, 3001, 3002}) {
+  for (const int node : {kAllocation, kEditor, 2001, 2002, kStress, 3001, 3002}) {
     for (const ThemeKind theme : {ThemeKind::Dark, ThemeKind::Light}) {
       for (const int width : {1024, 1920}) pictures.push_back({node, theme, width});
-      if (node == kEditor) pictures.push_back({node, theme, kNarrow});
+      if (node < kOther) pictures.push_back({node, theme, kNarrow});
     }
   }
   return pictures;

@@ -43,6 +43,12 @@ CellButtons::Place CellButtons::PlaceAt(const QPoint& position) const {
   return {};
 }
 
+void CellButtons::SetPictures(int button, const QPixmap& normal, const QPixmap& pressed) {
+  Button& one = buttons_[static_cast<std::size_t>(button)];
+  one.normal = normal;
+  one.pressed = pressed;
+}
+
 void CellButtons::Draw(QPainter& painter, const GridCellPaint& cell) const {
   if (cell.column != column_) return;
   for (int button = 0; button < static_cast<int>(buttons_.size()); ++button) {

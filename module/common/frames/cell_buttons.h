@@ -30,6 +30,8 @@ class CellButtons {
   CellButtons(TStringGrid& grid, int column, std::vector<Button> buttons, Places places = Places::EqualParts)
       : grid_(grid), column_(column), buttons_(std::move(buttons)), places_(places) {}
 
+  /// Other pictures for a button, of the size of the ones before; the cells are to be drawn again.
+  void SetPictures(int button, const QPixmap& normal, const QPixmap& pressed);
   /// Draws the pictures over the cell when it is one of the column.
   void Draw(QPainter& painter, const GridCellPaint& cell) const;
   /// Over a picture the hand cursor shows, anywhere else the default cursor. @return the hint of the button there

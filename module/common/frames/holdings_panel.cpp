@@ -31,6 +31,10 @@ HoldingsPanel::HoldingsPanel(const Design& design, QWidget* parent)
   grid_->OnClientWidthChanged = [this](int) { Fit(); };
 }
 
+void HoldingsPanel::SetTitles(const QStringList& titles) {
+  header_->SetTitles(titles);
+}
+
 void HoldingsPanel::SetCaption(const QString& caption) {
   title_->SetCaption(caption);
 }

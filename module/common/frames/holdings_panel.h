@@ -24,6 +24,8 @@ class HoldingsPanel : public FramePart {
   HoldingsPanel(const Design& design, QWidget* parent);
 
   [[nodiscard]] TStringGrid& Grid() const { return *grid_; }
+  /// Other captions over the shown columns, as HeaderStrip takes them.
+  void SetTitles(const QStringList& titles);
   /// Replaces the caption of the title strip; empty for none.
   void SetCaption(const QString& caption);
   /// A line about the holdings in the title strip, with the whole story under the mouse; empty for none.

@@ -5,6 +5,7 @@
 /// The rows of the table, a function for each view.
 namespace holdwise {
 
+[[nodiscard]] ViewHints AllocationHints();
 [[nodiscard]] ViewHints EditorHints();
 [[nodiscard]] ViewHints PerformanceHints();
 [[nodiscard]] ViewHints RiskHints();

@@ -6,8 +6,8 @@
 namespace holdwise {
 
 const std::vector<ViewHints>& FigureHints() {
-  static const std::vector<ViewHints> hints = {EditorHints(), PerformanceHints(), RiskHints(),
-                                               StressHints(), EvaluationHints(),  DecompositionHints()};
+  static const std::vector<ViewHints> hints = {AllocationHints(), EditorHints(),     PerformanceHints(),  RiskHints(),
+                                               StressHints(),     EvaluationHints(), DecompositionHints()};
   return hints;
 }
 

@@ -25,6 +25,11 @@ TNameValueSnapshot TStockClosePrice::Prices() const {
   return prices_;
 }
 
+void TStockClosePrice::Forget() {
+  const MutexLock lock(lock_);
+  prices_ = std::make_shared<TNameValueList>();
+}
+
 void TStockClosePrice::GetDayClosePriceStrList(QStringList& codes) {
   RemoveKnown(codes);
   if (!IsBeforeOpenMaket()) {

@@ -28,6 +28,9 @@ class TStockClosePrice {
   /// reply) and otherwise taken from the data centre at once.
   void GetDayClosePriceStrList(QStringList& codes);
 
+  /// Drops what was fetched: the data behind it have been replaced.
+  void Forget();
+
   /// The prices fetched so far. Names: codes (six digits when they came by the bus, else as they were asked for);
   /// values: yuan, two decimals.
   [[nodiscard]] TNameValueSnapshot Prices() const;

@@ -79,6 +79,21 @@ QString InsertHolding(std::int64_t portfolioId, const QString& code, const QStri
       {QStringLiteral("gen_id(ALG_ROWID_DETAIL,1)"), QString::number(portfolioId), code, quantity, weight, buyPrice});
 }
 
+QString UndoHoldings(std::int64_t portfolioId) {
+  return QStringLiteral("delete from alg_comdetail where MAINID = ") + QString::number(portfolioId);
+}
+
+QString InsertProposal(const ProposalTexts& proposal) {
+  const QStringList values{
+      proposal.id,           Quoted(proposal.style), proposal.targetReturn, proposal.variance,
+      proposal.beta,         proposal.indexClose,    QStringLiteral("0"),   Quoted(proposal.editDate),
+      Quoted(proposal.name), QStringLiteral("1")};
+  return QStringLiteral(
+             "insert into alg_commain "
+             "(ID,ZHFG,MBSYL,FC,BETA,ZSCLOSEPRICE,ISFINISHED,EDITDATE,COMNAME,SAVEFLAG)values(") +
+         values.join(QLatin1Char(',')) + QLatin1Char(')');
+}
+
 QString NameOfPortfolio(std::int64_t portfolioId) {
   return QStringLiteral("select COMNAME from alg_commain where ID = ") + QString::number(portfolioId);
 }

@@ -57,6 +57,13 @@ inline const QString kUnsavedPortfolios = QStringLiteral("select * from alg_comm
 /// A holding whose id comes from the generator. `code` is a code number, `weight` a fraction.
 [[nodiscard]] QString InsertHolding(std::int64_t portfolioId, const QString& code, const QString& quantity,
                                     const QString& weight, const QString& buyPrice);
+/// Takes back the holdings of a portfolio that was not stored.
+[[nodiscard]] QString UndoHoldings(std::int64_t portfolioId);
+/// The header of a proposed portfolio: saved and unfinished.
+struct ProposalTexts {
+  QString id, style, targetReturn, variance, beta, indexClose, editDate, name;
+};
+[[nodiscard]] QString InsertProposal(const ProposalTexts& proposal);
 /// An unsaved, unfinished copy of a portfolio under another id and name, and of what it holds. It was bought on the
 /// same day at the same prices.
 [[nodiscard]] QString CopyPortfolio(std::int64_t id, std::int64_t copyId, const QString& copyName);

@@ -9,6 +9,8 @@
 #include "views/yjfj/decomposition_layout.h"
 #include "views/ylcs/stress_layout.h"
 #include "views/zhbx/performance_layout.h"
+#include "views/znpz/allocation_layout.h"
+#include "views/znstocklist/pool_rows.h"
 #include "views/ztpj/evaluation_layout.h"
 #include "views/zxpz/editor_layout.h"
 
@@ -63,6 +65,9 @@ TEST(TitleHints, EveryTitleOfTheViewsHasOne) {
           << unit << ' ' << title.toStdString();
     }
   };
+  check("Znpz", "strngrd", allocation::CandidateTable());
+  check("Znpz", "StringGrid1", allocation::PartTable());
+  check("Znstocklist", "strngrd", pool::PoolTable());
   check("Zxpz", "strngrd", editor::PortfolioTable());
   check("Zxpz", "StringGrid1", editor::DetailTable());
   check("Zhbx", "strngrd", performance::PortfolioTable());

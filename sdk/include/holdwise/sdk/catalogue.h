@@ -2,6 +2,7 @@
 #pragma once
 #include <QString>
 #include <QStringList>
+#include <memory>
 #include <vector>
 
 class QWidget;
@@ -14,6 +15,19 @@ struct GridText {
   QStringList titles;
   std::vector<bool> hidden;  ///< one per column
   std::vector<QStringList> rows;
+};
+
+/// A window that belongs to an address, made for a host that wants to look at it and not shown to anybody. It fetches
+/// what it shows by itself. User-interface thread only.
+class CatalogueWindow {
+ public:
+  virtual ~CatalogueWindow() = default;
+  /// Laid out in its usual size; owned by this object.
+  [[nodiscard]] virtual QWidget& Frame() = 0;
+  /// Texts of its grids, as they stand in the cells.
+  [[nodiscard]] virtual std::vector<GridText> Grids() const = 0;
+  /// True when it has all it asked for, or knows that it does not come.
+  [[nodiscard]] virtual bool IsSettled() const = 0;
 };
 
 /// What a host may ask of an address that holds several views: visit them, read their grids. User-interface thread
@@ -69,6 +83,11 @@ class ViewCatalogue {
   /// Sets an input of the shown view as a user would, and applies it. @return what the user would be told when it is
   /// refused (a name that is none of Inputs() included); empty when it was taken
   virtual QString SetInput(const QString& name, const QString& value) = 0;
+  /// Names of the windows that a user can open beside the views: letters and digits, in the order they are offered;
+  /// empty before the item has been entered.
+  [[nodiscard]] virtual QStringList Windows() const { return {}; }
+  /// A new one, the caller's, to be destroyed before the item's views are; null for a name that is none of them.
+  [[nodiscard]] virtual std::unique_ptr<CatalogueWindow> MakeWindow(const QString& /*name*/) { return nullptr; }
   /// The data behind the views has changed (an import): reload the shown view and ask for prices again. Nothing happens
   /// before the item has been entered.
   virtual void DataChanged() = 0;

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <functional>
+
+#include "common/frames/cell_buttons.h"
+#include "common/frames/frame_part.h"
+
+class QSplitter;
+
+namespace holdwise {
+
+class HeaderStrip;
+class HoldingsPanel;
+class TitleStrip;
+
+/// The lower band of the smart allocation: the candidates with the picture that saves one, a splitter, and what the
+/// selected one holds. User-interface thread only.
+class CandidateBand : public FramePart {
+ public:
+  explicit CandidateBand(QWidget* parent);
+
+  /// The picture of a row, or F4 in the list.
+  std::function<void(int row)> OnSave;
+  /// The candidate of a row is about to become current; false refuses.
+  std::function<bool(int row)> OnSelect;
+
+  [[nodiscard]] TStringGrid& Candidates() const { return *candidates_; }
+  [[nodiscard]] HoldingsPanel& Holdings() const { return *holdings_; }
+  /// Replaces the caption over the candidates.
+  void SetCaption(const QString& caption);
+
+  void ApplyTheme() override;
+  void Fit() override;
+  [[nodiscard]] std::vector<const TStringGrid*> Grids() const override;
+  /// Numbers of the candidates in the list, from 1.
+  [[nodiscard]] QStringList PortfolioIds() const override;
+  bool SelectPortfolio(const QString& portfolioId) override;
+  [[nodiscard]] QString HoldingsGridName() const override;
+
+ private:
+  void BuildCandidates();
+  void MouseMove(const QPoint& position);
+
+  QSplitter* Splitter1;
+  QWidget* left_;
+  TitleStrip* title_;
+  TStringGrid* candidates_;
+  HeaderStrip* header_;
+  HoldingsPanel* holdings_;
+  CellButtons save_;
+};
+
+}  // namespace holdwise
