@@ -151,7 +151,8 @@ Proposals Proposer::Run(unsigned threads) {
     list.leastCapital = capitals_[static_cast<std::size_t>(place)];
     QStringList missing;
     for (int style = 0; style < kStyleCount; ++style) {
-      std::optional<Proposal>& proposal = found[static_cast<std::size_t>(place * kStyleCount + style)];
+      const int task = place * kStyleCount + style;
+      std::optional<Proposal>& proposal = found[static_cast<std::size_t>(task)];
       const auto isSame = [&proposal](const Proposal& other) { return other.holdings == proposal->holdings; };
       if (!proposal) {
         missing.push_back(QString::fromUtf8(kStyles[style].name));
@@ -214,6 +215,7 @@ std::vector<double> PlannedCapitals(const std::vector<StockFacts>& stocks) {
   // The capitals up to which portfolios of 2, 3, ... stocks are usual; half of the first for the first.
   constexpr std::array<double, kCounts + 1> kUsual = {5, 10, 20, 30, 50, 60, 80, 90, 100, 200};
   std::vector<double> orders;
+  orders.reserve(stocks.size());
   for (const StockFacts& stock : stocks) orders.push_back(LeastOrder(stock));
   const auto middle = orders.begin() + static_cast<std::ptrdiff_t>((orders.size() - 1) / 2);
   std::nth_element(orders.begin(), middle, orders.end());

@@ -147,8 +147,7 @@ TEST(Proposals, ANumberOfStocksWithoutAnyLeavesItsCapitalToTheOneBefore) {
 TEST(Proposals, CapitalsAreTheUsualOnesUnlessPricesAreHigh) {
   EXPECT_EQ(PlannedCapitals({Stock(0, 12, 1)}), (std::vector<double>{5, 10, 20, 30, 50, 60, 80, 90, 100, 200}));
   // One lot of half the stocks, at 400 x 1.1: 44,000 yuan; of n stocks n times that, in whole ten-thousands.
-  std::vector<StockFacts> stocks;
-  for (const double price : {5.0, 400.0, 1500.0}) stocks.push_back(Stock(static_cast<int>(price), price, 1));
+  std::vector<StockFacts> stocks = {Stock(1, 5, 1), Stock(2, 400, 1), Stock(3, 1500, 1)};
   EXPECT_EQ(PlannedCapitals(stocks), (std::vector<double>{9, 14, 20, 30, 50, 60, 80, 90, 100, 200}));
   for (StockFacts& stock : stocks) stock.price = 2000;
   EXPECT_EQ(PlannedCapitals(stocks), (std::vector<double>{44, 66, 88, 110, 132, 154, 176, 198, 220, 242}));

@@ -108,6 +108,7 @@ TEST(StockPool, TakesTheBusiestInTheOrderOfTheirCodes) {
 
 TEST(StockPool, TurnoverIsThatOfTheLastSixtyTradingDays) {
   std::vector<int> dates;
+  dates.reserve(61);
   BarFile file;
   for (int day = 1; day <= 61; ++day) {
     dates.push_back(20240000 + (day <= 30 ? 100 + day : 200 + day - 30));
