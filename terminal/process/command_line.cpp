@@ -39,7 +39,7 @@ bool IsPercent(const QString& text) {
 
 /// An amount above 0 as the view takes it.
 bool IsCapital(const QString& text) {
-  static const QRegularExpression plain(QRegularExpression::anchoredPattern(QStringLiteral("[0-9]{0,5}\\.?[0-9]*")));
+  static const QRegularExpression plain(QRegularExpression::anchoredPattern(QStringLiteral("[0-9]{0,5}(\\.[0-9]*)?")));
   constexpr int kMostCharacters = 8;
   const auto number = ParseReal(text);
   return text.size() <= kMostCharacters && plain.match(text).hasMatch() && number && *number > 0;

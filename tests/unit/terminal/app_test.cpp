@@ -85,6 +85,10 @@ TEST(CommandLine, AStressTestThatCannotBeIsRefusedAtOnce) {
   }
   EXPECT_TRUE(textOf({"--stress", "5"}).contains("--export"));
   EXPECT_TRUE(textOf({"--stress-index", "1"}).contains("--export"));
+  for (const char* bad : {"ten", "0", "0.00", "-5", "+5", "1e3", "100000", "5 ", "1.2.3", "."}) {
+    EXPECT_TRUE(textOf({"--export", "o", "--capital", bad}).contains("--capital 要是大于 0 的数")) << bad;
+  }
+  EXPECT_TRUE(textOf({"--capital", "5"}).contains("--export"));
   EXPECT_TRUE(textOf({"--stress", "", "--export", "o"}).contains("--stress 的值为空"));
 }
 
@@ -120,6 +124,7 @@ TEST(CommandLine, CommandsSurviveTheHandOver) {
   command.database = "host:/p.fdb";
   command.stress = "-10";
   command.stressIndex = "399001";
+  command.capital = "12.5";
   const QByteArray json = command.ToJson();
   EXPECT_FALSE(json.contains('\n'));
   const std::optional<Command> back = Command::FromJson(json);
@@ -133,6 +138,7 @@ TEST(CommandLine, CommandsSurviveTheHandOver) {
   EXPECT_EQ(back->database, command.database);
   EXPECT_EQ(back->stress, command.stress);
   EXPECT_EQ(back->stressIndex, command.stressIndex);
+  EXPECT_EQ(back->capital, command.capital);
   EXPECT_FALSE(Command::FromJson("[]").has_value());
   EXPECT_FALSE(Command::FromJson("rubbish").has_value());
 }

@@ -22,6 +22,21 @@ TEST(GridCsv, HeadsUntitledColumnsWithTheirNumber) {
 }
 
 /// Two views; the second has a grid that follows the portfolio. Each wait settles at the fourth question.
+class FakeWindow : public CatalogueWindow {
+ public:
+  explicit FakeWindow(int looks) : looks_(looks) { frame_.resize(10, 10); }
+  QWidget& Frame() override { return frame_; }
+  [[nodiscard]] std::vector<GridText> Grids() const override {
+    return {{"list", {"t"}, {false}, {{asked_ >= looks_ ? "settled" : "early"}}}};
+  }
+  [[nodiscard]] bool IsSettled() const override { return ++asked_ >= looks_; }
+
+ private:
+  int looks_;
+  mutable int asked_ = 0;
+  QWidget frame_;
+};
+
 class FakeViews : public ViewCatalogue {
  public:
   [[nodiscard]] std::vector<View> List() const override { return {{1, "one"}, {2, "two"}}; }
@@ -60,6 +75,13 @@ class FakeViews : public ViewCatalogue {
     return {};
   }
   void DataChanged() override {}
+  [[nodiscard]] QStringList Windows() const override { return windows; }
+  [[nodiscard]] std::unique_ptr<CatalogueWindow> MakeWindow(const QString& name) override {
+    if (name == "unmakeable") return nullptr;
+    return std::make_unique<FakeWindow>(windowLooks);
+  }
+  QStringList windows;
+  int windowLooks = 3;
   std::function<bool()> isRestoring = [] { return false; };
   std::vector<Input> inputs;
   QList<int> shown;
@@ -110,6 +132,29 @@ TEST(ViewExporterTest, VisitsEveryViewAndPortfolio) {
   EXPECT_EQ(ContentOf(out.filePath("1-g_1.csv")), "t\n1\n");
   EXPECT_EQ(ContentOf(out.filePath("2-g_1-12.csv")), "t\n2-12\n");
   EXPECT_EQ(views.Current(), 2);
+}
+
+TEST(ViewExporterTest, WindowsBesideTheViewsAreWrittenWhenTheyHaveSettled) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  views.windows = {"Pool", "Other"};
+  EXPECT_EQ(Export(views, folder.path()), QStringList{"done|"});
+  for (const char* name : {"Pool", "Other"}) {
+    EXPECT_EQ(ContentOf(folder.filePath(QString(name) + "-list.csv")), "t\nsettled\n");
+    EXPECT_EQ(QImage(folder.filePath(QString(name) + ".png")).size(), QSize(10, 10));
+  }
+}
+
+TEST(ViewExporterTest, AWindowThatCannotBeMadeOrNeverSettlesIsAProblem) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  views.windows = {"unmakeable"};
+  EXPECT_EQ(Export(views, folder.path()), QStringList{"done窗口“unmakeable”不能打开。|"});
+  FakeViews slow;
+  slow.windows = {"Pool"};
+  slow.windowLooks = 1'000'000;
+  EXPECT_TRUE(Export(slow, folder.path(), {}, 500).first().startsWith("done窗口“Pool” 在 0 秒内没有进展"));
+  EXPECT_FALSE(QFile::exists(folder.filePath("Pool.png")));
 }
 
 TEST(ViewExporterTest, ASimulatedMarketIsSaidBesideTheTables) {

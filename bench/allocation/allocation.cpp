@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+// From the button "配 置" until the candidate list stands in the grid, its files coming from a local folder; the fixed
+// wait of 100 ms is in it. And one painting of the slider.
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QImage>
+#include <QPainter>
+#include <QPushButton>
+#include <QTemporaryDir>
+
+#include "common/grid/string_grid.h"
+#include "common/host/host_access.h"
+#include "common/series/shared_objects.h"
+#include "common/store/database.h"
+#include "files/down_file_role.h"
+#include "files/local_folder_source.h"
+#include "holdwise/packet/packet_file.h"
+#include "scripted_host.h"
+#include "temp_database.h"
+#include "views/znpz/capital_slider_painter.h"
+#include "views/znpz/znpz.h"
+
+namespace holdwise {
+namespace {
+
+/// The scripted host, but files come from a folder.
+class FolderHost final : public Host {
+ public:
+  AddressServices& Addresses() override { return inner.Addresses(); }
+  CodeNumServices& CodeNums() override { return inner.CodeNums(); }
+  PlugSystemInfo& System() override { return inner.System(); }
+  UserDataServices& UserData() override { return inner.UserData(); }
+  DebugServers& Debug() override { return inner.Debug(); }
+  KeyCodeServices& KeyCodes() override { return inner.KeyCodes(); }
+  TDataCenter& DataCenter() override { return inner.DataCenter(); }
+  ColorThemeServices& ColorTheme() override { return inner.ColorTheme(); }
+  MessageBoxService& MessageBoxes() override { return inner.MessageBoxes(); }
+  ClockService& Clock() override { return inner.Clock(); }
+  [[nodiscard]] QString SysWorkDataPath() const override { return inner.SysWorkDataPath(); }
+  std::unique_ptr<TDSBAsynDataDownRole> MakeDataDownRole() override { return inner.MakeDataDownRole(); }
+  std::unique_ptr<TDSBAsynDownFileRole> MakeDownFileRole() override {
+    return std::make_unique<DownFileRole>(source_, inner.SysWorkDataPath());
+  }
+  std::unique_ptr<TFrmQMTitle> MakeTitleFrame() override { return inner.MakeTitleFrame(); }
+
+  void Write(const QString& name, const ResultSet& table) const {
+    const QString folder = data_.path() + QStringLiteral("/QMTL/TZZH/");
+    QDir().mkpath(folder);
+    WritePacketFile(folder + name, table, Durability::Replaceable);
+  }
+
+  ScriptedHost inner;
+
+ private:
+  QTemporaryDir data_;
+  LocalFolderSource source_{data_.path()};
+};
+
+/// Ten candidates of five stocks each.
+void WriteProposals(const FolderHost& host) {
+  ResultSet list;
+  const int style = list.AddColumn("ZHFG", ColumnType::Text);
+  const int file = list.AddColumn("FILENAME", ColumnType::Text);
+  for (const char* name : {"MBSYL", "FC", "BETA"}) list.AddColumn(name, ColumnType::Real);
+  ResultSet parts;
+  const int code = parts.AddColumn("SecuCode", ColumnType::Text);
+  const int weight = parts.AddColumn("PZBL", ColumnType::Real);
+  for (int row = 0; row < 5; ++row) {
+    parts.AppendRow();
+    parts.SetText(row, code, QString::number(600000 + row));
+    parts.SetReal(row, weight, 0.2);
+  }
+  for (int row = 0; row < 10; ++row) {
+    list.AppendRow();
+    list.SetText(row, style, QStringLiteral("稳健型"));
+    list.SetText(row, file, QStringLiteral("zh_5_%1.dat").arg(row));
+    for (int column = file + 1; column < list.ColumnCount(); ++column) list.SetReal(row, column, 0.01 * column);
+    host.Write(QStringLiteral("zh_5_%1.dat").arg(row), parts);
+  }
+  host.Write(QStringLiteral("zh_5.dat"), list);
+}
+
+void BM_ShowCandidates(benchmark::State& state) {
+  test::TempDatabase database;
+  FolderHost host;
+  host.inner.SetUserData(database.Service());
+  for (int stock = 0; stock < 5; ++stock)
+    host.inner.codeNums.Add({QString::number(600000 + stock), QStringLiteral("股票"), {}, 1, {10, 10}});
+  WriteProposals(host);
+  SetModuleHost(&host);
+  FDBServer = &database.Service();
+  CreateSharedObjects();
+  {
+    TFrm_ZNPZ view;
+    view.resize(1000, 600);
+    view.show();
+    const auto settle = [&] {
+      while (!view.IsSettled()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    };
+    settle();
+    const auto& grid = *view.findChild<TStringGrid*>(QStringLiteral("strngrd"));
+    auto& button = *view.findChild<QPushButton*>(QStringLiteral("btnSetting"));
+    for ([[maybe_unused]] auto turn : state) {
+      button.click();
+      while (grid.IsEmpty()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+      QApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);  // painted
+      state.PauseTiming();
+      settle();
+      state.ResumeTiming();
+    }
+  }
+  FreeSharedObjects();
+  FDBServer = nullptr;
+  SetModuleHost(nullptr);
+}
+BENCHMARK(BM_ShowCandidates)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_PaintSlider(benchmark::State& state) {
+  const ScriptedHost host;
+  const auto palette = allocation::ReadCapitalSliderPalette(host.theme);
+  const int width = static_cast<int>(state.range(0));
+  const auto ratio = static_cast<int>(state.range(1));
+  const allocation::CapitalPlaces places = allocation::CalcRect(width);
+  QImage image(QSize(width, 160) * ratio, QImage::Format_RGB32);
+  image.setDevicePixelRatio(ratio);
+  double capital = 0;
+  for ([[maybe_unused]] auto turn : state) {
+    QPainter painter(&image);
+    capital = capital > 200 ? 0 : capital + 0.37;
+    allocation::PaintCapitalSlider(painter, {capital, QStringLiteral("62.5 万元：7 只股票"), true}, places,
+                                   QRect(0, 0, width, 160), palette);
+  }
+}
+BENCHMARK(BM_PaintSlider)
+    ->ArgNames({"width", "ratio"})
+    ->Args({840, 1})
+    ->Args({1736, 1})
+    ->Args({1736, 2})
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace holdwise
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <QElapsedTimer>
+#include <QThread>
+
+#include "terminal_process.h"
+
+namespace holdwise::e2e {
+
+/// A screen that nobody sees, and hands for its keyboard and mouse.
+class Screen {
+ public:
+  Screen() {
+    server_.start(QStringLiteral("Xvfb"), {"-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp"});
+    if (!server_.waitForStarted() || !server_.waitForReadyRead(kMilliseconds)) return;
+    display_ = ':' + QString::fromLatin1(server_.readAllStandardOutput()).trimmed();
+  }
+  ~Screen() {
+    server_.terminate();
+    server_.waitForFinished();
+  }
+  Screen(const Screen&) = delete;
+  Screen& operator=(const Screen&) = delete;
+
+  [[nodiscard]] bool IsThere() const { return display_.size() > 1; }
+  [[nodiscard]] QProcessEnvironment Environment() const {
+    QProcessEnvironment environment = BareEnvironment();
+    environment.insert("DISPLAY", display_);
+    environment.insert("QT_QPA_PLATFORM", "xcb");
+    return environment;
+  }
+  [[nodiscard]] QString Do(const QStringList& arguments) const {
+    const Outcome outcome = Run(QStringLiteral("xdotool"), arguments, Environment());
+    return outcome.out.trimmed();
+  }
+  /// Gives the keyboard to the window of that title, once it is there.
+  [[nodiscard]] bool Enter(const QString& title) const {
+    const QString window = Find(title, true);
+    if (window.isEmpty()) return false;
+    (void)Do({"windowfocus", "--sync", window});
+    QThread::msleep(200);
+    return true;
+  }
+  [[nodiscard]] bool IsGone(const QString& title) const { return Find(title, false).isEmpty(); }
+  void Keys(const QStringList& keys) const { (void)Do(QStringList{"key", "--delay", "60"} + keys); }
+  void Type(const QString& text) const { (void)Do({"type", "--delay", "60", text}); }
+  void Click(int x, int y) const {
+    (void)Do({"mousemove", QString::number(x), QString::number(y), "click", "1"});
+    QThread::msleep(200);
+  }
+
+ private:
+  static constexpr int kMilliseconds = 30'000;  ///< that something may take to come
+
+  /// The window that has come (or, with `isAwaited` false, that still is there at the end of the time); empty for none.
+  [[nodiscard]] QString Find(const QString& title, bool isAwaited) const {
+    QElapsedTimer timer;
+    timer.start();
+    QString window;
+    do {
+      window = Do({"search", "--onlyvisible", "--name", title}).section('\n', 0, 0);
+      if (window.isEmpty() != isAwaited) return window;
+      QThread::msleep(100);
+    } while (timer.elapsed() < kMilliseconds);
+    return window;
+  }
+
+  QProcess server_;
+  QString display_;
+};
+
+}  // namespace holdwise::e2e
