@@ -57,6 +57,77 @@ TEST_F(Picker, PickedStocksStayPickedWhileTheListIsNarrowed) {
   EXPECT_EQ(Held(), QStringList({"000002", "600519"}));
 }
 
+TEST_F(Picker, AControlThatBeginsACommandPicksNothing) {
+  for (const int key : {Qt::Key_C, Qt::Key_V, Qt::Key_A, Qt::Key_Return}) {
+    editor->ClearRows();
+    ClickStock("000002");
+    WithControl([key] { Key(key, Qt::ControlModifier); });
+    EXPECT_TRUE(picker->PickedStocks().IsEmpty()) << key;
+    editor->ClearRows();
+    TypeCode("600519");
+    Key(Qt::Key_Return);
+    EXPECT_EQ(Held(), QStringList({"600519"})) << key;
+    TypeCode("");
+  }
+}
+
+TEST_F(Picker, ACommandLeavesThePickedStocksAsTheyWere) {
+  ClickStock("000002");
+  WithControl([this] {
+    ClickStock("600519", Qt::ControlModifier);
+    Key(Qt::Key_C, Qt::ControlModifier);
+  });
+  WithControl([] { Key(Qt::Key_C, Qt::ControlModifier); });
+  PressAdd();
+  EXPECT_EQ(Held(), QStringList({"000002", "600519"}));
+}
+
+TEST_F(Picker, AControlAloneLeavesItsPickUntilAKeyMovesTheRow) {
+  for (const int key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Home, Qt::Key_End, Qt::Key_PageDown, Qt::Key_PageUp}) {
+    ClickStock("000002");
+    WithControl([] {});
+    EXPECT_FALSE(picker->PickedStocks().IsEmpty());
+    Key(key);
+    EXPECT_TRUE(picker->PickedStocks().IsEmpty()) << key;
+  }
+  ClickStock("000002");
+  WithControl([] { Key(Qt::Key_Down, Qt::ControlModifier); });
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Held(), QStringList({"000002"})) << "with Ctrl held the row that was picked stays so";
+}
+
+TEST_F(Picker, TheArrowsWithShiftSelectInsteadOfWhatWasPicked) {
+  ClickStock("000002");
+  WithControl([] {});
+  Key(Qt::Key_Down, Qt::ShiftModifier);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Held(), QStringList({"000002", "002594"}));
+}
+
+TEST_F(Picker, WhatHasBeenAddedIsNoLongerPicked) {
+  ClickStock("000002", Qt::ControlModifier);
+  ClickStock("600519", Qt::ControlModifier);
+  PressAdd();
+  EXPECT_TRUE(picker->PickedStocks().IsEmpty());
+  Fill(9);
+  ClickStock("000002", Qt::ControlModifier);
+  ClickStock("600519", Qt::ControlModifier);
+  PressAdd();
+  EXPECT_EQ(Messages(), QStringList({"组合记录数应小于10"}));
+  EXPECT_FALSE(picker->PickedStocks().IsEmpty()) << "some have not";
+}
+
+TEST_F(Picker, ATypedCodeIsMeantAndNotWhatWasPickedOutOfSight) {
+  ClickStock("000002", Qt::ControlModifier);
+  TypeCode("600519");
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Held(), QStringList({"600519"}));
+  TypeCode("0000");
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Held(), QStringList({"600519", "000002"})) << "in sight again, it is what Enter adds";
+  EXPECT_TRUE(picker->PickedStocks().IsEmpty());
+}
+
 TEST_F(Picker, AHiddenRowIsNeitherSelectedNorAdded) {
   TypeCode("60");
   EXPECT_FALSE(List().SelectCell(0, RowOf("000001")));

@@ -4,6 +4,8 @@
 
 #include <QClipboard>
 
+#include "common/frames/entry_bar.h"
+#include "views/zxpz/stock_picker.h"
 #include "zxpz_view_fixture.h"
 
 namespace holdwise::test {
@@ -146,6 +148,35 @@ TEST_F(EditorConfirm, TheNewPortfolioIsSelectedAndTheEditorEmpty) {
   EXPECT_TRUE(Holdings().GetIshaveData());
   EXPECT_EQ(Name().text(), QString());
   EXPECT_FALSE(IsModifying());
+}
+
+TEST_F(EditorConfirm, AConfirmedPortfolioLeavesNoStockPicked) {
+  OpenEditor();
+  StockPicker& picker = *Band().Picker;
+  TStringGrid& stocks = *picker.StringGrid2;
+  Fill(QStringLiteral("两只"), TwoRows());
+  QTest::mouseClick(stocks.viewport(), Qt::LeftButton, Qt::ControlModifier, stocks.CellRect(0, 1).center());
+  Confirm();
+  EXPECT_TRUE(picker.PickedStocks().IsEmpty());
+}
+
+// With the keys as a person presses them: Ctrl first.
+TEST_F(EditorConfirm, ConfirmingFromTheStockListPicksNothing) {
+  OpenEditor();
+  StockPicker& picker = *Band().Picker;
+  Fill(QStringLiteral("两只"), TwoRows());
+  picker.StringGrid2->setFocus();
+  QTest::keyPress(picker.StringGrid2, Qt::Key_Control);
+  QTest::keyClick(picker.StringGrid2, Qt::Key_Return, Qt::ControlModifier);
+  QTest::keyRelease(picker.StringGrid2, Qt::Key_Control);
+  EXPECT_EQ(Headers().size(), 1);
+  EXPECT_TRUE(Holdings().GetIshaveData());
+  EXPECT_TRUE(picker.PickedStocks().IsEmpty());
+  picker.RzEdit3->setFocus();
+  QTest::keyClicks(picker.RzEdit3, QStringLiteral("600519"));
+  QTest::keyClick(picker.RzEdit3, Qt::Key_Return);
+  ASSERT_EQ(Holdings().Rows().size(), 1U);
+  EXPECT_EQ(Holdings().Rows()[0].code, QStringLiteral("600519"));
 }
 
 TEST_F(EditorConfirm, TheFirstPortfolioOfAnEmptyListTakesItsFirstRow) {

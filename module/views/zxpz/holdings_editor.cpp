@@ -90,7 +90,8 @@ HoldingsEditor::HoldingsEditor(QWidget* parent)
       header_(new HeaderStrip(*StringGrid3, HoldingTable(), this)),
       hint_(new QLabel(QStringLiteral("提示: 按SHIFT键连续多选，或按CTRL键不连续多选。"), this)),
       priceTexts_(MakeValidator(edit_rules::kPriceTexts, *this)),
-      quantityTexts_(MakeValidator(edit_rules::kQuantityTexts, *this)) {
+      quantityTexts_(MakeValidator(edit_rules::kQuantityTexts, *this)),
+      picks_(*StringGrid3) {
   btnDel->setObjectName(QStringLiteral("btnDel"));
   btnDel->setFixedHeight(kButtonHeight);
   for (QWidget* control : {static_cast<QWidget*>(btnDel), static_cast<QWidget*>(hint_)}) control->setFont(DesignFont());
@@ -161,7 +162,7 @@ std::vector<HoldingRow> HoldingsEditor::Rows() const {
 
 void HoldingsEditor::SetRows(const std::vector<HoldingRow>& rows) {
   UpdateEditor();
-  picked_.Clear();
+  picks_.Clear();
   const GridBatch batch(*StringGrid3);
   ClearStrnGrd(*StringGrid3);
   for (const HoldingRow& row : rows) AddRow(row);
@@ -268,13 +269,8 @@ void HoldingsEditor::StringGrid3MouseDown(Qt::MouseButton button, Qt::KeyboardMo
                                           const QPoint& position) {
   // The other buttons' clicks are the context menu's.
   if (button != Qt::LeftButton) return;
+  picks_.MouseDown(button, modifiers, position);
   const GridCell cell = StringGrid3->MouseToCell(position);
-  if (!modifiers.testFlag(Qt::ControlModifier)) {
-    picked_.Clear();
-  } else if (!cell.IsNone() && !GetIshaveData()) {
-    picked_.Toggle(StringGrid3->IdOf(cell.row));
-  }
-  StringGrid3->viewport()->update();
   if (IsEdited(cell.column)) {
     EditCell(cell.column, cell.row);
   } else {
@@ -283,12 +279,7 @@ void HoldingsEditor::StringGrid3MouseDown(Qt::MouseButton button, Qt::KeyboardMo
 }
 
 void HoldingsEditor::StringGrid3KeyDown(int key, Qt::KeyboardModifiers modifiers) {
-  const bool isControl = key == Qt::Key_Control || modifiers.testFlag(Qt::ControlModifier);
-  if (isControl && picked_.IsEmpty() && !GetIshaveData()) {
-    picked_.Toggle(StringGrid3->IdOf(StringGrid3->Row()));
-    StringGrid3->viewport()->update();
-  }
-  if (isControl && key == Qt::Key_V) return PasteHoldings();
+  if (modifiers.testFlag(Qt::ControlModifier) && key == Qt::Key_V) return PasteHoldings();
   if (key == Qt::Key_Delete) return Label5Click();
   const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
   if (isEnter && !GetIshaveData()) EditCell(kHoldingPrice, StringGrid3->Row());
@@ -296,14 +287,14 @@ void HoldingsEditor::StringGrid3KeyDown(int key, Qt::KeyboardModifiers modifiers
 
 void HoldingsEditor::Label5Click() {
   if (GetIshaveData()) return;
-  if (picked_.IsEmpty()) {
+  if (picks_.IsEmpty()) {
     const GridRange selected = StringGrid3->Selection();
     StringGrid3->DeleteRow(selected.top, selected.Count());
   } else {
     for (int row = StringGrid3->RowCount() - 1; row >= 0; --row) {
-      if (picked_.Contains(StringGrid3->IdOf(row))) StringGrid3->DeleteRow(row, 1);
+      if (picks_.IsPicked(row)) StringGrid3->DeleteRow(row, 1);
     }
-    picked_.Clear();
+    picks_.Clear();
   }
   CalGridWidth();
   UpdateEditor();
@@ -334,10 +325,8 @@ void HoldingsEditor::SetTitles(const QStringList& four) {
 }
 
 void HoldingsEditor::StringGrid3DrawCell(QPainter& painter, const GridCellPaint& cell) const {
-  const bool isPicked = picked_.Contains(StringGrid3->IdOf(cell.row));
-  const bool isSelected = picked_.IsEmpty() ? cell.isSelected : isPicked;
   GridCellPaint shown = cell;
-  shown.isSelected = isSelected && !IsEdited(cell.column);
+  shown.isSelected = picks_.StandsOut(cell) && !IsEdited(cell.column);
   if (!IsEdited(cell.column)) return StringGrid3->DrawDefaultCell(painter, shown);
   PaintCellBackground(painter, shown, StringGrid3->Colors());
   const QRect box = cell.rect.marginsRemoved(kBoxInset);

@@ -191,6 +191,7 @@ void TFrm_ZXPZ::ShowWritten(const QString& name, int row) {
   TStringGrid& list = portfolios_->List();
   editor::ShowProvisional(name, DateText(ModuleHost().Clock().Now().date()), row, list);
   ClearAppear_();
+  editor_->Picker->ForgetPicked();
   UpdateGrid_();
   list.SelectCell(0, row);
 }
