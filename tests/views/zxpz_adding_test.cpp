@@ -158,6 +158,38 @@ TEST_F(Picker, ANewRowHasTheCurrentPriceAndNoQuantity) {
   EXPECT_EQ(editor->Rows(), expected);
 }
 
+// Nearest to 1.065 in single precision is 1.0650000572, in double precision 1.0649999999; nearest to 1.135
+// are 1.1349999905 and 1.1350000000000000089; nearest to 1.005 are 1.0049999952 and 1.0049999999.
+TEST_F(Picker, TheCurrentPriceIsTakenInSinglePrecision) {
+  for (const auto& [price, text] : {std::pair{1.005, "1.00"}, {1.065, "1.07"}, {1.135, "1.13"}}) {
+    Add("600000", "浦发银行", 1, price);
+    editor->ClearRows();
+    ClickStock("600000");
+    PressAdd();
+    EXPECT_EQ(editor->Rows()[0].price.toStdString(), text);
+  }
+}
+
+TEST_F(Picker, TheFocusAndTheKeyboardStayWhereTheyAreWhenAnAddIsRefused) {
+  Fill(10);
+  for (const char* text : {"组合记录数应小于10", "浦发银行在组合里已经存在"}) {
+    host.messageBoxes.calls.clear();
+    TypeCode("600000");
+    Key(Qt::Key_Return);
+    EXPECT_EQ(Messages(), QStringList({QString::fromUtf8(text)}));
+    EXPECT_TRUE(Code().hasFocus()) << text;
+    EXPECT_FALSE(HostCaptures()) << text;
+    List().setFocus();
+    Key(Qt::Key_Return);
+    EXPECT_TRUE(List().hasFocus()) << text;
+    EXPECT_TRUE(HostCaptures()) << text;
+    editor->ClearRows();
+    picker->btnAdd->setFocus();
+    Key(Qt::Key_Space);
+    ASSERT_EQ(Held(), QStringList({"600000"}));
+  }
+}
+
 TEST_F(Picker, AStockThatIsThereIsNamedAndSkipped) {
   ClickStock("600000");
   PressAdd();

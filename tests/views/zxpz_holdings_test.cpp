@@ -259,6 +259,21 @@ TEST_F(Holdings, ADoubleClickDeletesTheRow) {
   EXPECT_EQ(Numbers(), (std::vector{1, 3}));
 }
 
+TEST_F(Holdings, OnlyTheLeftButtonsDoubleClickDeletes) {
+  Fill(3);
+  for (const auto button : {Qt::RightButton, Qt::MiddleButton}) {
+    QTest::mouseDClick(Grid().viewport(), button, {}, Middle(kHoldingName, 1));
+    EXPECT_EQ(Numbers(), (std::vector{1, 2, 3}));
+  }
+}
+
+TEST_F(Holdings, ADoubleClickBelowTheRowsDeletesTheCurrentOne) {
+  Fill(3);
+  Click(0, 1);
+  QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, QPoint(10, 3 * 26 + 10));
+  EXPECT_EQ(Numbers(), (std::vector{1, 3}));
+}
+
 TEST_F(Holdings, DeletingClosesTheBoxWithoutMovingItsText) {
   Fill(3);
   editor->EditCell(kPrice, 1);

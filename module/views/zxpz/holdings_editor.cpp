@@ -9,12 +9,15 @@
 #include <QMenu>
 #include <QPainter>
 #include <QPushButton>
-#include <QRegularExpressionValidator>
 #include <QVBoxLayout>
+#include <QValidator>
+#include <memory>
+#include <utility>
 
 #include "common/frames/frame_parts.h"
 #include "common/host/event_guard.h"
 #include "common/host/host_access.h"
+#include "common/host/messages.h"
 #include "common/host/theme_colors.h"
 #include "edit_rules.h"
 #include "host_stocks.h"
@@ -24,8 +27,6 @@ namespace holdwise {
 namespace {
 
 const QString kUnit = QStringLiteral("Zxpz");
-constexpr int kOkButton = 0;
-constexpr int kNoticeStyle = 128;
 constexpr int kGap = 8;
 constexpr int kButtonHeight = 24;
 constexpr QMargins kEditorInset{5, 3, 5, 3};  // of the cell that it lies in
@@ -45,9 +46,19 @@ bool IsEdited(int column) {
   return column == kHoldingPrice || column == kHoldingQuantity;
 }
 
-QValidator* MakeValidator(const QString& texts, QObject& owner) {
-  return new QRegularExpressionValidator(QRegularExpression(texts), &owner);
-}
+/// What is pasted or dropped comes past the key filter.
+class CellTexts : public QValidator {
+ public:
+  CellTexts(int column, QString opened, QObject* owner)
+      : QValidator(owner), column_(column), opened_(std::move(opened)) {}
+  State validate(QString& input, int& /*caret*/) const override {
+    return edit_rules::MayStand(column_, input, opened_) ? Acceptable : Invalid;
+  }
+
+ private:
+  int column_;
+  QString opened_;
+};
 
 void ColorEditor(QWidget& editor) {
   const auto paper = QColor::fromRgb(kEditorColor & 0xFF, kEditorColor >> 8 & 0xFF, kEditorColor >> 16);
@@ -89,8 +100,6 @@ HoldingsEditor::HoldingsEditor(QWidget* parent)
       btnDel(new QPushButton(QStringLiteral("删  除"), this)),
       header_(new HeaderStrip(*StringGrid3, HoldingTable(), this)),
       hint_(new QLabel(QStringLiteral("提示: 按SHIFT键连续多选，或按CTRL键不连续多选。"), this)),
-      priceTexts_(MakeValidator(edit_rules::kPriceTexts, *this)),
-      quantityTexts_(MakeValidator(edit_rules::kQuantityTexts, *this)),
       picks_(*StringGrid3) {
   btnDel->setObjectName(QStringLiteral("btnDel"));
   btnDel->setFixedHeight(kButtonHeight);
@@ -117,6 +126,7 @@ void HoldingsEditor::InitGrid() {
   StringGrid3->OnMouseDown = [this](Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& position) {
     StringGrid3MouseDown(button, modifiers, position);
   };
+  // Wherever it is clicked, also below the rows: intended.
   StringGrid3->OnDoubleClick = [this](const QPoint&) { Label5Click(); };
   StringGrid3->OnKeyDown = [this](int key, Qt::KeyboardModifiers modifiers) { StringGrid3KeyDown(key, modifiers); };
   StringGrid3->OnDrawCell = [this](QPainter& painter, const GridCellPaint& cell) {
@@ -188,9 +198,10 @@ void HoldingsEditor::EditCell(int column, int row) {
 
 void HoldingsEditor::ShowEditor() {
   if (GetIshaveData() || !StringGrid3->SelectCell(edited_.column, edited_.row)) return;
-  // What is pasted or dropped comes past the key filter. A longer text that stands in the cell already may stay.
-  FInplaceEdit->setValidator(edited_.column == kHoldingPrice ? priceTexts_ : quantityTexts_);
-  FInplaceEdit->setText(StringGrid3->Cells(edited_.column, edited_.row));
+  const QString& text = StringGrid3->Cells(edited_.column, edited_.row);
+  const std::unique_ptr<const QValidator> former(FInplaceEdit->validator());
+  FInplaceEdit->setValidator(new CellTexts(edited_.column, text, FInplaceEdit));
+  FInplaceEdit->setText(text);
   FInplaceEdit->show();
   PlaceEditor();
   FInplaceEdit->setFocus();
@@ -312,8 +323,7 @@ void HoldingsEditor::PasteHoldings() {
   CalGridWidth();
   UpdateEditor();
   const QString message = PasteMessage(pasted);
-  if (message.isEmpty()) return;
-  ModuleHost().MessageBoxes().Vex_MessageBox(message, QStringLiteral("提示"), kOkButton, kNoticeStyle);
+  if (!message.isEmpty()) Tell(message);
 }
 
 void HoldingsEditor::CalGridWidth() {

@@ -14,7 +14,6 @@
 
 class QLabel;
 class QPushButton;
-class QValidator;
 
 namespace holdwise {
 
@@ -101,8 +100,6 @@ class HoldingsEditor : public FramePart {
 
   HeaderStrip* header_;
   QLabel* hint_;
-  QValidator* priceTexts_;
-  QValidator* quantityTexts_;
   QColor boxColor_;
   GridPicks picks_;
   GridCell edited_;

@@ -18,6 +18,7 @@
 #include "common/host/codes.h"
 #include "common/host/event_guard.h"
 #include "common/host/host_access.h"
+#include "common/host/messages.h"
 #include "common/host/theme_colors.h"
 #include "edit_rules.h"
 #include "host_stocks.h"
@@ -34,13 +35,7 @@ constexpr int kNoEntry = -1;
 constexpr int kRowHeight = 18;
 constexpr int kControlHeight = 24;
 constexpr int kGap = 6;
-constexpr int kOkButton = 0;
-constexpr int kNoticeStyle = 128;
 constexpr int kSpeedButtonWidth = 44;
-
-void Tell(const QString& text) {
-  ModuleHost().MessageBoxes().Vex_MessageBox(text, QStringLiteral("提示"), kOkButton, kNoticeStyle);
-}
 
 /// What two texts have in common when a person takes them for the same: width of characters, case and blanks left out.
 QString SearchForm(const QString& text) {
