@@ -79,6 +79,7 @@ class Page {
   }
   void Fill() const {
     std::vector<HoldingRow> rows;
+    rows.reserve(kHoldings);
     for (int row = 0; row < kHoldings; ++row) {
       rows.push_back({SixDigits(600000 + row), QStringLiteral("股票"), QStringLiteral("10.50"), QStringLiteral("100")});
     }

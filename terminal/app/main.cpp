@@ -89,6 +89,7 @@ int RunTerminal(int argc, char** argv, const Options& options) {
   // Whether a desktop has a menu bar of its own is asked over a bus, and the answer waited for.
   QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
   TerminalApplication application(argc, argv);
+  application.Translate();
   QCoreApplication::setApplicationName(QStringLiteral("holdwise-terminal"));
   QFont font(QStringList{QStringLiteral("Noto Sans CJK SC"), QStringLiteral("Microsoft YaHei"),
                          QStringLiteral("WenQuanYi Micro Hei")});

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "parts/terminal_application.h"
 
+#include <QTranslator>
 #include <cstdio>
 #include <exception>
 #include <utility>
@@ -45,6 +46,17 @@ void TakeQtMessage(QtMsgType type, const QMessageLogContext& /*context*/, const 
 
 void TerminalApplication::CatchQtMessages() {
   qInstallMessageHandler(TakeQtMessage);
+}
+
+void TerminalApplication::Translate(const QString& folder) {
+  const QString file = folder + QStringLiteral("/qtbase_zh_CN.qm");
+  auto* translator = new QTranslator(qApp);
+  if (translator->load(file)) {
+    installTranslator(translator);
+    return;
+  }
+  delete translator;
+  qWarning("没有中文翻译文件 %s，输入框的菜单是英文的；请安装 qt6-translations-l10n。", qUtf8Printable(file));
 }
 
 void TerminalApplication::SetLog(DebugServers* log) {

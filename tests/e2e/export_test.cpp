@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <QDir>
 #include <QFileInfo>
 #include <QImage>
 
@@ -101,6 +102,47 @@ TEST(Export, AStockThatDidNotTradeForWeeksHasThePriceItHadBefore) {
   const std::vector<QStringList> portfolios = ReadCsv(bench.File("out/2001-strngrd.csv"));
   ASSERT_EQ(portfolios.size(), 3U);
   EXPECT_EQ(portfolios[2].mid(2, 4), QStringList({"680.00", "0.44", "8.80", "15.45"}));
+}
+
+/// The exchange files of a terminal that had the two portfolios, neither of them saved.
+void GiveUnsavedPortfolios(const Bench& bench) {
+  const Bench other;
+  ASSERT_EQ(RunTerminal(other.Arguments({"--import", other.Write("p.csv", TwoPortfolios("2024-05-06")), "--export",
+                                         other.File("a")}))
+                .exitCode,
+            0);
+  QDir().mkpath(bench.Work());
+  ASSERT_TRUE(QFile::copy(other.Work() + "/TZZHDetail.dat", bench.Work() + "/TZZHDetail.dat"));
+  ResultSet portfolios = ReadPacketFile(other.Work() + "/TZZHMerge.dat");
+  ASSERT_EQ(portfolios.RowCount(), 2);
+  for (int row = 0; row < portfolios.RowCount(); ++row) portfolios.SetInteger(row, portfolios.Column("SAVEFLAG"), 0);
+  WritePacketFile(bench.Work() + "/TZZHMerge.dat", portfolios, Durability::Replaceable);
+}
+
+// Weights at purchase: 100 and 400 of 500 yuan, 10000 and 3600 of 13600.
+TEST(Export, ShowsThePortfoliosOfTheEditor) {
+  const Bench bench;
+  GiveUnsavedPortfolios(bench);
+  const Outcome outcome = RunTerminal(bench.Arguments({"--export", bench.File("out")}));
+  ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+  const std::vector<QStringList> list = ReadCsv(bench.File("out/1002-strngrd.csv"));
+  ASSERT_EQ(list.size(), 3U);
+  EXPECT_EQ(list[0],
+            QStringList({"序号", "组合名称", "创建日期", "组合风格", "目标收益率(%)", "方差", "Beta系数", "操作"}));
+  EXPECT_EQ(list[1].mid(0, 5), QStringList({"1", "甲", "2024-05-06", "", "0.00"}));
+  EXPECT_EQ(list[2].mid(0, 5), QStringList({"2", "乙", "2024-05-06", "", "0.00"}));
+  const std::vector<QStringList> first = ReadCsv(bench.File("out/1002-StringGrid1-1.csv"));
+  const std::vector<QStringList> second = ReadCsv(bench.File("out/1002-StringGrid1-2.csv"));
+  EXPECT_EQ(first, (std::vector<QStringList>{{"代码", "名称", "数量(股)", "比例(%)", "#4"},
+                                             {"600001", "股票1", "100", "20.00", "1"},
+                                             {"600002", "股票2", "200", "80.00", "2"}}));
+  ASSERT_EQ(second.size(), 3U);
+  EXPECT_EQ(second[1], QStringList({"600010", "股票10", "1000", "73.53", "10"}));
+  EXPECT_EQ(second[2], QStringList({"600012", "股票12", "300", "26.47", "12"}));
+  const QImage picture(bench.File("out/1002.png"));
+  EXPECT_GE(picture.width(), 1000);
+  EXPECT_GE(picture.height(), 500);
+  EXPECT_TRUE(ReadCsv(bench.File("out/2001-strngrd.csv")).size() == 1) << "none is followed";
 }
 
 TEST(Export, KeepsEverythingPrivate) {

@@ -345,6 +345,7 @@ TEST_F(GridCopy, ACellMayBeCopiedAsItIsShown) {
   };
   Key(Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(Copied(), QStringLiteral("甲\t乙\n0\t0!\n1\t1!\n"));
+  EXPECT_EQ(grid.ToGridText().rows, (std::vector<QStringList>{{"0", "0!"}, {"1", "1!"}})) << "an export has the same";
 }
 
 TEST_F(GridCopy, OnlyTheRowsThatAreShown) {

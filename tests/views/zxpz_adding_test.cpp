@@ -57,6 +57,77 @@ TEST_F(Picker, PickedStocksStayPickedWhileTheListIsNarrowed) {
   EXPECT_EQ(Held(), QStringList({"000002", "600519"}));
 }
 
+TEST_F(Picker, AControlThatBeginsACommandPicksNothing) {
+  for (const int key : {Qt::Key_C, Qt::Key_V, Qt::Key_A, Qt::Key_Return}) {
+    editor->ClearRows();
+    ClickStock("000002");
+    WithControl([key] { Key(key, Qt::ControlModifier); });
+    EXPECT_TRUE(picker->PickedStocks().IsEmpty()) << key;
+    editor->ClearRows();
+    TypeCode("600519");
+    Key(Qt::Key_Return);
+    EXPECT_EQ(Held(), QStringList({"600519"})) << key;
+    TypeCode("");
+  }
+}
+
+TEST_F(Picker, ACommandLeavesThePickedStocksAsTheyWere) {
+  ClickStock("000002");
+  WithControl([this] {
+    ClickStock("600519", Qt::ControlModifier);
+    Key(Qt::Key_C, Qt::ControlModifier);
+  });
+  WithControl([] { Key(Qt::Key_C, Qt::ControlModifier); });
+  PressAdd();
+  EXPECT_EQ(Held(), QStringList({"000002", "600519"}));
+}
+
+TEST_F(Picker, AControlAloneLeavesItsPickUntilAKeyMovesTheRow) {
+  for (const int key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Home, Qt::Key_End, Qt::Key_PageDown, Qt::Key_PageUp}) {
+    ClickStock("000002");
+    WithControl([] {});
+    EXPECT_FALSE(picker->PickedStocks().IsEmpty());
+    Key(key);
+    EXPECT_TRUE(picker->PickedStocks().IsEmpty()) << key;
+  }
+  ClickStock("000002");
+  WithControl([] { Key(Qt::Key_Down, Qt::ControlModifier); });
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Held(), QStringList({"000002"})) << "with Ctrl held the row that was picked stays so";
+}
+
+TEST_F(Picker, TheArrowsWithShiftSelectInsteadOfWhatWasPicked) {
+  ClickStock("000002");
+  WithControl([] {});
+  Key(Qt::Key_Down, Qt::ShiftModifier);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Held(), QStringList({"000002", "002594"}));
+}
+
+TEST_F(Picker, WhatHasBeenAddedIsNoLongerPicked) {
+  ClickStock("000002", Qt::ControlModifier);
+  ClickStock("600519", Qt::ControlModifier);
+  PressAdd();
+  EXPECT_TRUE(picker->PickedStocks().IsEmpty());
+  Fill(9);
+  ClickStock("000002", Qt::ControlModifier);
+  ClickStock("600519", Qt::ControlModifier);
+  PressAdd();
+  EXPECT_EQ(Messages(), QStringList({"组合记录数应小于10"}));
+  EXPECT_FALSE(picker->PickedStocks().IsEmpty()) << "some have not";
+}
+
+TEST_F(Picker, ATypedCodeIsMeantAndNotWhatWasPickedOutOfSight) {
+  ClickStock("000002", Qt::ControlModifier);
+  TypeCode("600519");
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Held(), QStringList({"600519"}));
+  TypeCode("0000");
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Held(), QStringList({"600519", "000002"})) << "in sight again, it is what Enter adds";
+  EXPECT_TRUE(picker->PickedStocks().IsEmpty());
+}
+
 TEST_F(Picker, AHiddenRowIsNeitherSelectedNorAdded) {
   TypeCode("60");
   EXPECT_FALSE(List().SelectCell(0, RowOf("000001")));
@@ -85,6 +156,38 @@ TEST_F(Picker, ANewRowHasTheCurrentPriceAndNoQuantity) {
       {QStringLiteral("300750"), QStringLiteral("宁德时代"), QStringLiteral("0.00"), {}},  // its price is not known
       {QStringLiteral("600519"), QStringLiteral("贵州茅台"), QStringLiteral("1710.50"), {}}};
   EXPECT_EQ(editor->Rows(), expected);
+}
+
+// Nearest to 1.065 in single precision is 1.0650000572, in double precision 1.0649999999; nearest to 1.135
+// are 1.1349999905 and 1.1350000000000000089; nearest to 1.005 are 1.0049999952 and 1.0049999999.
+TEST_F(Picker, TheCurrentPriceIsTakenInSinglePrecision) {
+  for (const auto& [price, text] : {std::pair{1.005, "1.00"}, {1.065, "1.07"}, {1.135, "1.13"}}) {
+    Add("600000", "浦发银行", 1, price);
+    editor->ClearRows();
+    ClickStock("600000");
+    PressAdd();
+    EXPECT_EQ(editor->Rows()[0].price.toStdString(), text);
+  }
+}
+
+TEST_F(Picker, TheFocusAndTheKeyboardStayWhereTheyAreWhenAnAddIsRefused) {
+  Fill(10);
+  for (const char* text : {"组合记录数应小于10", "浦发银行在组合里已经存在"}) {
+    host.messageBoxes.calls.clear();
+    TypeCode("600000");
+    Key(Qt::Key_Return);
+    EXPECT_EQ(Messages(), QStringList({QString::fromUtf8(text)}));
+    EXPECT_TRUE(Code().hasFocus()) << text;
+    EXPECT_FALSE(HostCaptures()) << text;
+    List().setFocus();
+    Key(Qt::Key_Return);
+    EXPECT_TRUE(List().hasFocus()) << text;
+    EXPECT_TRUE(HostCaptures()) << text;
+    editor->ClearRows();
+    picker->btnAdd->setFocus();
+    Key(Qt::Key_Space);
+    ASSERT_EQ(Held(), QStringList({"600000"}));
+  }
 }
 
 TEST_F(Picker, AStockThatIsThereIsNamedAndSkipped) {

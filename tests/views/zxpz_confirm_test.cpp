@@ -4,6 +4,8 @@
 
 #include <QClipboard>
 
+#include "common/frames/entry_bar.h"
+#include "views/zxpz/stock_picker.h"
 #include "zxpz_view_fixture.h"
 
 namespace holdwise::test {
@@ -148,6 +150,35 @@ TEST_F(EditorConfirm, TheNewPortfolioIsSelectedAndTheEditorEmpty) {
   EXPECT_FALSE(IsModifying());
 }
 
+TEST_F(EditorConfirm, AConfirmedPortfolioLeavesNoStockPicked) {
+  OpenEditor();
+  StockPicker& picker = *Band().Picker;
+  TStringGrid& stocks = *picker.StringGrid2;
+  Fill(QStringLiteral("两只"), TwoRows());
+  QTest::mouseClick(stocks.viewport(), Qt::LeftButton, Qt::ControlModifier, stocks.CellRect(0, 1).center());
+  Confirm();
+  EXPECT_TRUE(picker.PickedStocks().IsEmpty());
+}
+
+// With the keys as a person presses them: Ctrl first.
+TEST_F(EditorConfirm, ConfirmingFromTheStockListPicksNothing) {
+  OpenEditor();
+  StockPicker& picker = *Band().Picker;
+  Fill(QStringLiteral("两只"), TwoRows());
+  picker.StringGrid2->setFocus();
+  QTest::keyPress(picker.StringGrid2, Qt::Key_Control);
+  QTest::keyClick(picker.StringGrid2, Qt::Key_Return, Qt::ControlModifier);
+  QTest::keyRelease(picker.StringGrid2, Qt::Key_Control);
+  EXPECT_EQ(Headers().size(), 1);
+  EXPECT_TRUE(Holdings().GetIshaveData());
+  EXPECT_TRUE(picker.PickedStocks().IsEmpty());
+  picker.RzEdit3->setFocus();
+  QTest::keyClicks(picker.RzEdit3, QStringLiteral("600519"));
+  QTest::keyClick(picker.RzEdit3, Qt::Key_Return);
+  ASSERT_EQ(Holdings().Rows().size(), 1U);
+  EXPECT_EQ(Holdings().Rows()[0].code, QStringLiteral("600519"));
+}
+
 TEST_F(EditorConfirm, TheFirstPortfolioOfAnEmptyListTakesItsFirstRow) {
   OpenEditor();
   Fill(QStringLiteral("第一个"), TwoRows());
@@ -254,13 +285,141 @@ TEST_F(EditorConfirm, AModificationMayKeepItsName) {
   EXPECT_EQ(portfolios->Row(), 1);
 }
 
+TEST_F(EditorConfirm, AModificationMayShareANameWhenTheUserAgrees) {
+  for (const char* name : {"进取", "已保存"}) {
+    OpenWithThree();
+    bench.host.messageBoxes.calls.clear();
+    Press(kModify, 0);
+    Fill(QString::fromUtf8(name), TwoRows());
+    Confirm();
+    ASSERT_EQ(Messages().size(), 1U) << name;
+    const Call asked = Messages().front();
+    EXPECT_EQ(asked.caption, QStringLiteral("询问"));
+    EXPECT_EQ(asked.buttons, 1);
+    EXPECT_EQ(asked.style, 32);
+    for (const char* said : {name, "都不能保存", "两个都删除"})
+      EXPECT_TRUE(asked.text.contains(QString::fromUtf8(said))) << said;
+    EXPECT_FALSE(IsModifying());
+    EXPECT_TRUE(Headers().contains(QStringLiteral("1 %1 3111.02 2024-05-29 0").arg(QString::fromUtf8(name))));
+    bench.CloseMainFrame();
+    Run(QStringLiteral("delete from alg_commain"));
+    Run(QStringLiteral("delete from alg_comdetail"));
+  }
+}
+
+TEST_F(EditorConfirm, AModificationKeepsAllThatWasTypedWhenTheUserWantsNoSharedName) {
+  OpenWithThree();
+  const QStringList tables = Tables();
+  Press(kModify, 0);
+  Fill(QStringLiteral("进取"), TwoRows());
+  bench.host.messageBoxes.answers = {2};
+  Confirm();
+  EXPECT_EQ(Messages().size(), 1U);
+  EXPECT_TRUE(IsModifying());
+  ExpectUntouched(QStringLiteral("进取"), TwoRows(), tables);
+  EXPECT_TRUE(Name().hasFocus());
+  EXPECT_EQ(Name().selectedText(), QStringLiteral("进取"));
+  EXPECT_FALSE(IsCaptureOn());
+  EXPECT_FALSE(bench.database.Service().InTransaction());
+}
+
+TEST_F(EditorConfirm, TheMainFrameMayGoWhileASharedNameIsAskedAbout) {
+  for (const int answer : {1, 2}) {
+    OpenWithThree();
+    const QStringList tables = Tables();
+    Press(kModify, 0);
+    Fill(QStringLiteral("进取"), TwoRows());
+    bench.host.messageBoxes.answers = {answer};
+    bench.host.messageBoxes.whileAsking = [&] { bench.CloseMainFrame(); };
+    Confirm();
+    EXPECT_EQ(bench.mainFrame, nullptr);
+    EXPECT_EQ(Tables(), tables) << answer;
+    bench.host.messageBoxes.whileAsking = nullptr;
+    Run(QStringLiteral("delete from alg_commain"));
+    Run(QStringLiteral("delete from alg_comdetail"));
+  }
+}
+
+// The checks have their order: of two faults the earlier check's is said, and only that one.
+TEST_F(EditorConfirm, TheChecksComeInTheirOrder) {
+  OpenWithThree();
+  const QStringList tables = Tables();
+  const std::vector<Edited> one = {Holding("600000", "0", "0")};
+  const std::vector<Edited> zero = {Holding("600000", "0", "0"), Holding("000001", "0", "1")};
+  struct Case {
+    const char* name;
+    std::vector<Edited> rows;
+    const char* text;  ///< or none
+  };
+  const std::vector<Case> created = {{"", {}, nullptr},
+                                     {"", one, "组合记录数应大于2"},
+                                     {"稳健", one, "组合记录数应大于2"},
+                                     {"", zero, "组合名称不能为空，请输入名称"},
+                                     {"稳健", zero, "组合名称重复，请重新输入名称"},
+                                     {"已保存", zero, "买入价不能为零"},
+                                     {"已保存", {Holding("600000", "1", "0"), Holding("1", "0", "0")}, "数量不能为零"}};
+  const std::vector<Case> modified = {{"", {}, "请添加股票到您的组合"},
+                                      {"", one, "组合记录数应大于2"},
+                                      {"", zero, "组合名称不能为空，请输入名称"},
+                                      {"进取", zero, "买入价不能为零"}};
+  const auto check = [&](const Case& faults) {
+    bench.host.messageBoxes.calls.clear();
+    Fill(QString::fromUtf8(faults.name), faults.rows);
+    Confirm();
+    const auto expected = faults.text == nullptr ? std::vector<Call>{} : std::vector<Call>{Notice(faults.text)};
+    EXPECT_EQ(Messages(), expected) << faults.name << faults.rows.size();
+    EXPECT_EQ(Tables(), tables);
+  };
+  for (const Case& faults : created) check(faults);
+  Press(kModify, 0);
+  for (const Case& faults : modified) check(faults);
+}
+
+// Ctrl+Enter leaves the focus where it is; whoever has it keeps the keyboard.
+TEST_F(EditorConfirm, ARefusalLeavesTheFocusAndTheKeyboardWhereTheyAre) {
+  OpenWithThree();
+  Press(kModify, 0);
+  Inject();
+  const std::vector<Edited> one = {Holding("600000", "1", "1")};
+  struct Case {
+    std::vector<Edited> rows;
+    const char* text;
+  };
+  for (const Case& refused :
+       {Case{{}, "请添加股票到您的组合"}, {one, "组合记录数应大于2"}, {TwoRows(), "修改组合失败"}}) {
+    for (QWidget* focused : {static_cast<QWidget*>(&Name()), static_cast<QWidget*>(Band().Picker->RzEdit3),
+                             static_cast<QWidget*>(Band().Picker->StringGrid2), static_cast<QWidget*>(&Ok())}) {
+      bench.host.messageBoxes.calls.clear();
+      Fill(QStringLiteral("改过"), refused.rows);
+      focused->setFocus();
+      injecting.plan.FailCall(0);
+      QTest::keyClick(focused, Qt::Key_Return, Qt::ControlModifier);
+      EXPECT_EQ(Messages(), std::vector<Call>{Notice(refused.text)});
+      EXPECT_TRUE(focused->hasFocus()) << refused.text;
+      const bool isEntry = qobject_cast<QLineEdit*>(focused) != nullptr;
+      EXPECT_EQ(IsCaptureOn(), !isEntry) << refused.text << focused->objectName().toStdString();
+    }
+  }
+}
+
+TEST_F(EditorConfirm, AConfirmedPortfolioLeavesTheNameItsKeyboard) {
+  OpenEditor();
+  Fill(QStringLiteral("两只"), TwoRows());
+  Name().setFocus();
+  QTest::keyClick(&Name(), Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Headers().size(), 1);
+  EXPECT_TRUE(Name().hasFocus());
+  EXPECT_FALSE(IsCaptureOn());
+}
+
 TEST_F(EditorConfirm, AFailedModificationIsSaidAndStaysOne) {
   OpenWithThree();
   const QStringList tables = Tables();
   Press(kModify, 0);
   Fill(QStringLiteral("改过"), TwoRows());
   Inject();
-  for (int number = 0; number < 7; ++number) {  // start, two deletions, two holdings, header, commit
+  for (int number = 0; number < 8;
+       ++number) {  // start, others of the name, two deletions, two holdings, header, commit
     bench.host.messageBoxes.calls.clear();
     injecting.plan.FailCall(number);
     Confirm();
@@ -269,7 +428,7 @@ TEST_F(EditorConfirm, AFailedModificationIsSaidAndStaysOne) {
     ExpectUntouched(QStringLiteral("改过"), TwoRows(), tables);
   }
   bench.host.messageBoxes.calls.clear();
-  injecting.plan.FailCall(1, FailurePlan::Kind::Refuses);
+  injecting.plan.FailCall(2, FailurePlan::Kind::Refuses);
   Confirm();
   EXPECT_TRUE(Messages().empty()) << "holdings that cannot be deleted end it in silence";
   EXPECT_TRUE(IsModifying());

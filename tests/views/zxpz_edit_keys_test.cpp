@@ -190,13 +190,47 @@ TEST_F(EditKeys, WhatIsPastedOrPutTogetherPassesTheSameSieve) {
   EXPECT_EQ(Edit().text(), QStringLiteral("5"));
   paste("12");
   EXPECT_EQ(Edit().text(), QStringLiteral("512"));
+  paste("34567890");
+  EXPECT_EQ(Edit().text(), QStringLiteral("512")) << "ten digits";
   EditText(kPrice, QStringLiteral("5"), 1);
-  paste(".123");
+  for (const char* text : {".123", "99999.99", "999.995", "12345", "1234.5", "1.2.3", "-1", " 1", "1e3"}) {
+    paste(text);
+    EXPECT_EQ(Edit().text(), QStringLiteral("5")) << text;
+  }
+  for (const char* text : {"999.99", "1000", "9999", "1234.5"}) {
+    Edit().selectAll();
+    paste(text);
+    EXPECT_EQ(Edit().text(), QString::fromLatin1(text)) << "as it can be typed";
+  }
+  EditText(kPrice, QStringLiteral("5"), 1);
   EXPECT_EQ(Edit().text(), QStringLiteral("5"));
   QInputMethodEvent commit;
   commit.setCommitString(QStringLiteral("一2.345"));
   QApplication::sendEvent(&Edit(), &commit);
   EXPECT_EQ(Edit().text(), QStringLiteral("52.34"));
+}
+
+TEST_F(EditKeys, ATextThatCannotBeTypedMayBeShortenedButNotReplacedByAnother) {
+  Fill(1);
+  const auto paste = [](const char* text) {
+    QGuiApplication::clipboard()->setText(QString::fromUtf8(text));
+    Key(Qt::Key_V, Qt::ControlModifier);
+  };
+  EditText(kPrice, QStringLiteral("1710.50"), 7);
+  Edit().selectAll();
+  paste("999999.99");
+  EXPECT_EQ(Edit().text(), QStringLiteral("1710.50"));
+  Edit().setCursorPosition(1);
+  Key(Qt::Key_Delete);
+  EXPECT_EQ(Edit().text(), QStringLiteral("110.50"));
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Edit().text(), QStringLiteral("1710.50")) << "undone";
+  Edit().selectAll();
+  paste("999999.99");
+  EXPECT_EQ(Edit().text(), QStringLiteral("1710.50"));
+  Edit().selectAll();
+  paste("999.99");
+  EXPECT_EQ(Edit().text(), QStringLiteral("999.99"));
 }
 
 }  // namespace

@@ -172,6 +172,31 @@ TEST_F(Holdings, ControlPressedPicksTheCurrentRowFirst) {
   EXPECT_TRUE(editor->PickedRows().Contains(Grid().IdOf(2))) << "with a row picked, Ctrl adds none";
 }
 
+TEST_F(Holdings, AControlThatBeginsACommandPicksNothing) {
+  Fill(4);
+  QGuiApplication::clipboard()->clear();
+  for (const int key : {Qt::Key_C, Qt::Key_V, Qt::Key_A}) {
+    Click(0, 1);
+    WithControl([key] { Key(key, Qt::ControlModifier); });
+    EXPECT_TRUE(editor->PickedRows().IsEmpty()) << key;
+  }
+  Click(0, 1);
+  WithControl([] { Key(Qt::Key_C, Qt::ControlModifier); });
+  Key(Qt::Key_Down);
+  Key(Qt::Key_Delete);
+  EXPECT_EQ(Numbers(), (std::vector{1, 2, 4})) << "the current row, not the one that was copied from";
+}
+
+TEST_F(Holdings, AKeyThatMovesTheRowForgetsThePickedOnes) {
+  for (const int key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Home, Qt::Key_End, Qt::Key_PageDown, Qt::Key_PageUp}) {
+    Fill(4);
+    Click(0, 1);
+    WithControl([this] { Click(0, 3, Qt::ControlModifier); });
+    Key(key);
+    EXPECT_TRUE(editor->PickedRows().IsEmpty()) << key;
+  }
+}
+
 TEST_F(Holdings, NothingIsPickedInAnEmptyGrid) {
   Grid().setFocus();
   WithControl([&] { Click(0, 0, Qt::ControlModifier); });
@@ -231,6 +256,21 @@ TEST_F(Holdings, DeletingAllPickedRowsLeavesAnEmptyOne) {
 TEST_F(Holdings, ADoubleClickDeletesTheRow) {
   Fill(3);
   QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, Middle(kHoldingName, 1));
+  EXPECT_EQ(Numbers(), (std::vector{1, 3}));
+}
+
+TEST_F(Holdings, OnlyTheLeftButtonsDoubleClickDeletes) {
+  Fill(3);
+  for (const auto button : {Qt::RightButton, Qt::MiddleButton}) {
+    QTest::mouseDClick(Grid().viewport(), button, {}, Middle(kHoldingName, 1));
+    EXPECT_EQ(Numbers(), (std::vector{1, 2, 3}));
+  }
+}
+
+TEST_F(Holdings, ADoubleClickBelowTheRowsDeletesTheCurrentOne) {
+  Fill(3);
+  Click(0, 1);
+  QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, QPoint(10, 3 * 26 + 10));
   EXPECT_EQ(Numbers(), (std::vector{1, 3}));
 }
 

@@ -127,10 +127,9 @@ TEST_F(EditorLinks, HoldingsThatAreNotDeletedKeepTheModification) {
   OpenWithThree();
   const QStringList tables = Tables();
   Press(kModify, 1);
-  Inject();
-  injecting.plan.FailCall(3, FailurePlan::Kind::Refuses);  // details of row 0, start, id, deletion
   Click(*portfolios, kName, 0);
-  injecting.plan.FailCall(2, FailurePlan::Kind::Refuses);
+  Inject();
+  injecting.plan.FailCall(2, FailurePlan::Kind::Refuses);  // start, id, deletion
   Press(kDelete, 0);
   EXPECT_TRUE(injecting.plan.HasFailed());
   EXPECT_TRUE(IsModifying());
@@ -200,6 +199,35 @@ TEST_F(EditorLinks, TheKeysOfTheListDoWhatThePicturesDo) {
   portfolios->setFocus();
   QTest::keyClick(portfolios, Qt::Key_F4);
   EXPECT_EQ(SaveFlag(1), 1) << "the first one is selected after the deletion";
+}
+
+TEST_F(EditorLinks, TheListKeepsTheFocusAndTheHostTheKeyboardWhateverIsSaid) {
+  OpenWithThree();
+  Name().setFocus();
+  portfolios->setFocus();
+  const auto expect = [this](const Call& call) {
+    EXPECT_EQ(Messages(), std::vector<Call>{call});
+    EXPECT_TRUE(portfolios->hasFocus()) << call.text.toStdString();
+    EXPECT_TRUE(IsCaptureOn()) << call.text.toStdString();
+    bench.host.messageBoxes.calls.clear();
+  };
+  Run(QStringLiteral("update alg_commain set ISFINISHED = 0 where ID = 1"));
+  QTest::keyClick(portfolios, Qt::Key_F4);
+  expect(Notice("此行数据没有计算完成，不能保存"));
+  Run(QStringLiteral("update alg_commain set ISFINISHED = 1 where ID = 1"));
+  QTest::keyClick(portfolios, Qt::Key_F2);
+  for (const auto key : {Qt::Key_F4, Qt::Key_F2}) {
+    QTest::keyClick(portfolios, key);
+    expect(Notice("正处在修改状态..."));
+  }
+  bench.host.messageBoxes.answers = {2};
+  QTest::keyClick(portfolios, Qt::Key_Delete);
+  expect(Question());
+  QTest::keyClick(portfolios, Qt::Key_F4);
+  expect(Notice("保存自选配置组合成功"));
+  QTest::keyClick(portfolios, Qt::Key_Delete);
+  expect(Question());
+  EXPECT_TRUE(portfolios->IsEmpty());
 }
 
 TEST_F(EditorLinks, TheMainFrameMayGoWhileAQuestionWaits) {

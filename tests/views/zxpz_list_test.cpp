@@ -2,7 +2,11 @@
 // The lower band of the portfolio editor: list, details, pictures, captions.
 #include <gtest/gtest.h>
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QSplitter>
 
 #include "common/grid/operation_picture.h"
@@ -66,6 +70,12 @@ TEST_F(EditorList, TheWeightIsDrawnInPercentAndCopiedSo) {
   twin.show();
   QTest::qWait(10);
   EXPECT_EQ(drawn, twin.viewport()->grab(twin.CellRect(0, 0)).toImage());
+  holdings->setFocus();
+  QTest::keyClick(holdings, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(),
+            QStringLiteral("代码\t名称\t数量(股)\t比例(%)\n600000\t浦发银行\t200\t60.00\n"
+                           "000001\t平安银行\t100\t40.00\n"));
+  EXPECT_EQ(holdings->ToGridText().rows[0], List({"600000", "浦发银行", "200", "60.00", "9.5"})) << "and exported";
 }
 
 TEST_F(EditorList, APortfolioThatLacksDataIsNamedUntilItIsGone) {
@@ -233,6 +243,84 @@ TEST_F(EditorList, TheBandsKeepTheirDesignSizes) {
     bench.CloseMainFrame();
     Run(QStringLiteral("delete from alg_commain"));
     Run(QStringLiteral("delete from alg_comdetail"));
+  }
+}
+
+/// What shows something of its own: no other such widget inside.
+std::vector<QWidget*> Leaves(const QWidget& band) {
+  std::vector<QWidget*> leaves;
+  for (QWidget* widget : band.findChildren<QWidget*>()) {
+    const bool isControl = qobject_cast<QLabel*>(widget) != nullptr || qobject_cast<QLineEdit*>(widget) != nullptr ||
+                           qobject_cast<QPushButton*>(widget) != nullptr ||
+                           qobject_cast<QComboBox*>(widget) != nullptr || qobject_cast<TStringGrid*>(widget) != nullptr;
+    const bool isInside = qobject_cast<TStringGrid*>(widget->parentWidget()->parentWidget()) != nullptr;
+    const bool isStrip = qobject_cast<PictureStrip*>(widget->parentWidget()) != nullptr;
+    if (isControl && !isInside && !isStrip && widget->isVisible()) leaves.push_back(widget);
+  }
+  return leaves;
+}
+
+TEST_F(EditorList, NothingOfTheUpperBandOverlapsOrIsCutOff) {
+  for (const int width : {900, 1024, 1920, 2560}) {
+    OpenWithThree(width);
+    const std::vector<QWidget*> leaves = Leaves(Band());
+    ASSERT_GE(leaves.size(), 11U);
+    std::vector<QRect> areas;
+    for (const QWidget* leaf : leaves) {
+      const QRect area(leaf->mapTo(&Band(), QPoint(0, 0)), leaf->size());
+      const std::string name = leaf->metaObject()->className() + leaf->objectName().toStdString();
+      EXPECT_TRUE(Band().rect().contains(area)) << name << " at " << width;
+      for (const QRect& other : areas) EXPECT_FALSE(area.intersects(other)) << name << " at " << width;
+      areas.push_back(area);
+      if (const auto* label = qobject_cast<const QLabel*>(leaf)) {
+        EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->contentsRect().width())
+            << label->text().toStdString() << " at " << width;
+      }
+      if (const auto* button = qobject_cast<const QPushButton*>(leaf)) {
+        EXPECT_LE(button->fontMetrics().horizontalAdvance(button->text()), button->width()) << name << " at " << width;
+      }
+    }
+    bench.CloseMainFrame();
+    Run(QStringLiteral("delete from alg_commain"));
+    Run(QStringLiteral("delete from alg_comdetail"));
+  }
+}
+
+TEST_F(EditorList, TheTitlesBreakBelowFiveHundredPixels) {
+  OpenWithThree(1000);
+  const int strip = portfolios->parentWidget()->width();
+  bench.mainFrame->resize(bench.mainFrame->width() - (strip - 500), 640);
+  QTest::qWait(20);
+  ASSERT_EQ(portfolios->parentWidget()->width(), 500);
+  EXPECT_EQ(CaptionsOver(*portfolios).at(1), QStringLiteral("组合名称"));
+  bench.mainFrame->resize(bench.mainFrame->width() - 1, 640);
+  QTest::qWait(20);
+  ASSERT_EQ(portfolios->parentWidget()->width(), 499);
+  EXPECT_EQ(CaptionsOver(*portfolios).at(1), QStringLiteral("组合\n名称"));
+}
+
+TEST_F(EditorList, APictureStaysPressedWhenTheMouseIsLetGoOutsideEveryCell) {
+  OpenWithThree();
+  MoveTo(kModify, 0);
+  const QImage before = CellOf(kOperation, 0);
+  QTest::mousePress(portfolios->viewport(), Qt::LeftButton, {}, LinkPlace(kModify, 0));
+  const QImage pressed = CellOf(kOperation, 0);
+  ASSERT_NE(pressed, before);
+  QTest::mouseRelease(portfolios->viewport(), Qt::LeftButton, {}, LinkPlace(kModify, 1) + QPoint(0, 60));
+  EXPECT_EQ(CellOf(kOperation, 0), pressed);
+  QTest::mouseRelease(portfolios->viewport(), Qt::LeftButton, {}, LinkPlace(kModify, 1));
+  EXPECT_EQ(CellOf(kOperation, 0), before);
+}
+
+TEST_F(EditorList, TheHintGoesWhenTheMouseLeavesThePicture) {
+  OpenWithThree();
+  const QPoint places[] = {portfolios->CellRect(kBeta, 0).center(), LinkPlace(kSave, 0) + QPoint(-11, 0),
+                           LinkPlace(kSave, 1) + QPoint(0, 60)};
+  for (const QPoint& elsewhere : places) {
+    MoveTo(kSave, 0);
+    ASSERT_TRUE(QToolTip::isVisible());
+    QTest::mouseMove(portfolios->viewport(), elsewhere);
+    EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }, 2000)) << elsewhere.x() << "," << elsewhere.y();
   }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "common/frames/entry_bar.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QInputMethodEvent>
@@ -83,6 +84,11 @@ void EntryField::inputMethodEvent(QInputMethodEvent* event) {
     if (Takes(character.front())) insert(character);
     at += character.size();
   }
+}
+
+void EntryField::KeepKeyboard() {
+  if (qobject_cast<EntryField*>(QApplication::focusWidget()) != nullptr)
+    ModuleHost().KeyCodes().SetCaptureEnabled(false);
 }
 
 void EntryField::focusInEvent(QFocusEvent* event) {

@@ -34,6 +34,9 @@ class EntryField : public QLineEdit {
   /// Colour of the frame while the entry has the focus.
   void SetFocusFrame(const QColor& color);
 
+  /// Has the host leave the keyboard to the entry with the focus, if one has it: after somebody else has given it back.
+  static void KeepKeyboard();
+
  protected:
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;

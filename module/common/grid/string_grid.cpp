@@ -290,8 +290,9 @@ void TStringGrid::mouseReleaseEvent(QMouseEvent* event) {
 void TStringGrid::mouseDoubleClickEvent(QMouseEvent* event) {
   const QPointer<TStringGrid> alive(this);
   const QPoint position = event->pos();
+  const bool isLeft = event->button() == Qt::LeftButton;
   mousePressEvent(event);
-  if (alive.isNull()) return;
+  if (alive.isNull() || !isLeft) return;
   Guarded([this, position] {
     if (OnDoubleClick) OnDoubleClick(position);
   });

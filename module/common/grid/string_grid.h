@@ -146,19 +146,20 @@ class TStringGrid : public QTableView {
   /// Shows a text as it stands at the mouse pointer, until the mouse moves on; the empty text takes a shown one away.
   void ShowHint(const QString& text);
 
-  /// All texts with the titles; no rows while the grid is empty.
+  /// All texts with the titles, those of OnCopyCell where it is set; no rows while the grid is empty.
   [[nodiscard]] GridText ToGridText() const;
   [[nodiscard]] GridModel& Model() const { return *model_; }
   /// Puts the shown columns of the shown rows with their titles on the clipboard, tab-separated. An empty grid leaves
   /// the clipboard alone.
   void CopyTable() const;
-  /// The text to copy for a cell whose own text is not what it shows; the cell's own when not set.
+  /// What a copy and ToGridText have for a cell whose own text is not in the unit that its title says; the cell's own
+  /// when not set.
   std::function<QString(const GridCell& cell)> OnCopyCell;
   /// Adds entries to the context menu that is about to be shown; the menu goes when it closes.
   std::function<void(QMenu& menu)> OnContextMenu;
 
   /// Mouse events, positions in viewport pixels. OnMouseDown comes after the row under the mouse has become current; a
-  /// double click is two presses and then OnDoubleClick.
+  /// double click is two presses and then, with the left button, OnDoubleClick.
   std::function<void(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& position)> OnMouseDown;
   std::function<void(const QPoint& position)> OnMouseMove;
   std::function<void(const QPoint& position)> OnMouseUp;
@@ -181,6 +182,8 @@ class TStringGrid : public QTableView {
 
  private:
   void UpdateEmptyText();
+  /// A row's texts as they leave the grid.
+  [[nodiscard]] QStringList TextsOf(int row) const;
   [[nodiscard]] QString DrawnText(const GridCell& cell) const;
   void Guarded(const std::function<void()>& body) const;
   [[nodiscard]] int RowForKey(int key) const;

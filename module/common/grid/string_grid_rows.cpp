@@ -91,6 +91,14 @@ void TStringGrid::MakeCurrent(int column, int row) {
   scrollTo(index);
 }
 
+QStringList TStringGrid::TextsOf(int row) const {
+  QStringList texts;
+  for (int column = 0; column < ColCount(); ++column) {
+    texts << (OnCopyCell ? OnCopyCell({column, row}) : Cells(column, row));
+  }
+  return texts;
+}
+
 GridText TStringGrid::ToGridText() const {
   GridText text;
   text.name = objectName();
@@ -99,11 +107,7 @@ GridText TStringGrid::ToGridText() const {
     text.hidden.push_back(isColumnHidden(column));
   }
   if (IsEmpty()) return text;
-  for (int row = 0; row < RowCount(); ++row) {
-    QStringList cells;
-    for (int column = 0; column < ColCount(); ++column) cells << Cells(column, row);
-    text.rows.push_back(cells);
-  }
+  for (int row = 0; row < RowCount(); ++row) text.rows.push_back(TextsOf(row));
   return text;
 }
 
@@ -112,11 +116,7 @@ void TStringGrid::CopyTable() const {
   GridText text = ToGridText();
   text.rows.clear();
   for (int row = 0; row < RowCount(); ++row) {
-    if (RowHeight(row) == 0) continue;
-    QStringList& cells = text.rows.emplace_back();
-    for (int column = 0; column < ColCount(); ++column) {
-      cells << (OnCopyCell ? OnCopyCell({column, row}) : Cells(column, row));
-    }
+    if (RowHeight(row) > 0) text.rows.push_back(TextsOf(row));
   }
   QGuiApplication::clipboard()->setText(TabSeparated(text));
 }

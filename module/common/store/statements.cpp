@@ -45,6 +45,10 @@ QString CountOfName(const QString& name) {
   return QStringLiteral("select count(COMNAME) from alg_commain where COMNAME=") + Quoted(name);
 }
 
+QString CountOfNameElsewhere(const QString& name, std::int64_t portfolioId) {
+  return CountOfName(name) + QStringLiteral(" and ID <> %1").arg(portfolioId);
+}
+
 QString IdOfName(const QString& name) {
   return QStringLiteral("select ID from alg_commain where COMNAME =") + Quoted(name);
 }

@@ -45,6 +45,8 @@ inline const QString kOneYearDepositRate =
 /// Portfolios of the editor: those not saved yet. Names and numbers stand in the statements as they were typed.
 inline const QString kUnsavedPortfolios = QStringLiteral("select * from alg_commain where SAVEFLAG <> 1 order by ID");
 [[nodiscard]] QString CountOfName(const QString& name);
+/// How many portfolios with another id have the name.
+[[nodiscard]] QString CountOfNameElsewhere(const QString& name, std::int64_t portfolioId);
 [[nodiscard]] QString IdOfName(const QString& name);
 [[nodiscard]] QString FinishedOfName(const QString& name);
 [[nodiscard]] QString SavePortfolio(const QString& name);

@@ -13,7 +13,7 @@
 #include "common/frames/holdings_panel.h"
 #include "common/frames/portfolio_list.h"
 #include "common/host/event_guard.h"
-#include "common/host/host_access.h"
+#include "common/host/messages.h"
 #include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
@@ -29,8 +29,6 @@ namespace {
 
 const QString kUnit = QStringLiteral("Ylcs");
 const QString kRefused = QStringLiteral("涨跌幅超出界限值，请重新输入!");
-constexpr int kOkButton = 0;
-constexpr int kNoticeStyle = 128;
 constexpr int kEntryWidth = 80;
 
 QString FailureText(const char* reason) {
@@ -108,7 +106,7 @@ void TFrm_YLCS::Label3Click() {
   const QString problem = Apply();
   if (problem.isEmpty()) return;
   const QPointer<TFrm_YLCS> alive(this);
-  ModuleHost().MessageBoxes().Vex_MessageBox(problem, QStringLiteral("提示"), kOkButton, kNoticeStyle);
+  Tell(problem);
   if (!alive.isNull()) TakeBack();
 }
 

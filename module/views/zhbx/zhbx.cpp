@@ -10,7 +10,7 @@
 #include "common/grid/cell_geometry.h"
 #include "common/grid/operation_picture.h"
 #include "common/host/event_guard.h"
-#include "common/host/host_access.h"
+#include "common/host/messages.h"
 #include "common/store/database.h"
 #include "common/store/portfolio_copy.h"
 #include "common/store/statements.h"
@@ -118,9 +118,7 @@ void TFrm_ZHBX::AskAndDelete(int row) {
   const QPointer<TFrm_ZHBX> alive(this);
   // The list may be read again while the question waits; the portfolio that was asked about is the one that goes.
   const QString name = list_->Grid().Cells(performance::kName, row);
-  const int answer = ModuleHost().MessageBoxes().Vex_MessageBox(QStringLiteral("是否真的要删除当前组合?"),
-                                                                QStringLiteral("询问"), 1, 32);
-  if (answer != 1 || alive.isNull()) return;
+  if (!Agrees(QStringLiteral("是否真的要删除当前组合?")) || alive.isNull()) return;
   Database().Execute(sql::DeleteRecord(name));
   list_->ReflashData();
   PortfoliosChanged();
@@ -137,7 +135,7 @@ void TFrm_ZHBX::CopyToEditor(int row) {
   } catch (const Error& error) {
     text = QStringLiteral("组合“%1”没有复制：%2").arg(name, QString::fromUtf8(error.what()));
   }
-  ModuleHost().MessageBoxes().Vex_MessageBox(text, QStringLiteral("提示"), 0, 128);
+  Tell(text);
 }
 
 QString TFrm_ZHBX::HintIn(const TStringGrid& grid, const GridCell& cell, int measure, const QPoint& position) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "edit_rules.h"
 
+#include <QRegularExpression>
+
 #include "holding_row.h"
 #include "holdwise/packet/number_text.h"
 
@@ -14,6 +16,15 @@ constexpr int kDecimals = 2;
 
 bool IsDigit(QChar key) {
   return key >= u'0' && key <= u'9';
+}
+
+/// Is it the other text, or that one with characters taken out?
+bool IsLeftOf(QStringView text, QStringView other) {
+  qsizetype found = 0;
+  for (const QChar character : other) {
+    if (found < text.size() && text[found] == character) ++found;
+  }
+  return found == text.size();
 }
 
 bool QuantityTakes(QStringView text, QChar key) {
@@ -41,6 +52,13 @@ KeyVerdict HoldingKey(int column, QStringView text, qsizetype caret, QChar key) 
   if (column == kHoldingQuantity) verdict.isTaken = verdict.isTaken && QuantityTakes(text, key);
   if (column == kHoldingPrice) verdict.isTaken = verdict.isTaken && PriceTakes(text, caret, key);
   return verdict;
+}
+
+bool MayStand(int column, const QString& text, const QString& opened) {
+  // Of four digits before the point the last one typed can be the first, with a decimal already there.
+  static const QRegularExpression price(QStringLiteral("^([0-9]{0,3}([.][0-9]{0,2})?|[0-9]{4}([.][0-9]?)?)$"));
+  static const QRegularExpression quantity(QStringLiteral("^[0-9]{0,9}$"));
+  return (column == kHoldingPrice ? price : quantity).match(text).hasMatch() || IsLeftOf(text, opened);
 }
 
 bool IsCodeKey(QChar key) {

@@ -25,9 +25,12 @@ struct KeyVerdict {
 /// Does the code field take the key? Backspace, Enter and the digits 0 to 9.
 [[nodiscard]] bool IsCodeKey(QChar key);
 
-/// What the entries can hold by other ways than typing (pasted, dropped), as regular expressions.
-inline const QString kPriceTexts = QStringLiteral("[0-9]{0,6}(\\.[0-9]{0,2})?");
-inline const QString kQuantityTexts = QStringLiteral("[0-9]{0,9}");
+/// Can the text come to stand in the edit box over such a cell, whichever way (pasted, dropped)? What can be typed can:
+/// a quantity of 9 digits, a price of 6 characters with 2 decimals that was not above 999 before its last character;
+/// and so can what is left of `opened`, the text that the cell had, when characters are taken out of it.
+[[nodiscard]] bool MayStand(int column, const QString& text, const QString& opened);
+
+/// What the code field can hold by other ways than typing, as a regular expression.
 inline const QString kCodeTexts = QStringLiteral("[0-9]*");
 
 }  // namespace holdwise::edit_rules

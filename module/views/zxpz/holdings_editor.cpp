@@ -9,12 +9,15 @@
 #include <QMenu>
 #include <QPainter>
 #include <QPushButton>
-#include <QRegularExpressionValidator>
 #include <QVBoxLayout>
+#include <QValidator>
+#include <memory>
+#include <utility>
 
 #include "common/frames/frame_parts.h"
 #include "common/host/event_guard.h"
 #include "common/host/host_access.h"
+#include "common/host/messages.h"
 #include "common/host/theme_colors.h"
 #include "edit_rules.h"
 #include "host_stocks.h"
@@ -24,8 +27,6 @@ namespace holdwise {
 namespace {
 
 const QString kUnit = QStringLiteral("Zxpz");
-constexpr int kOkButton = 0;
-constexpr int kNoticeStyle = 128;
 constexpr int kGap = 8;
 constexpr int kButtonHeight = 24;
 constexpr QMargins kEditorInset{5, 3, 5, 3};  // of the cell that it lies in
@@ -45,9 +46,19 @@ bool IsEdited(int column) {
   return column == kHoldingPrice || column == kHoldingQuantity;
 }
 
-QValidator* MakeValidator(const QString& texts, QObject& owner) {
-  return new QRegularExpressionValidator(QRegularExpression(texts), &owner);
-}
+/// What is pasted or dropped comes past the key filter.
+class CellTexts : public QValidator {
+ public:
+  CellTexts(int column, QString opened, QObject* owner)
+      : QValidator(owner), column_(column), opened_(std::move(opened)) {}
+  State validate(QString& input, int& /*caret*/) const override {
+    return edit_rules::MayStand(column_, input, opened_) ? Acceptable : Invalid;
+  }
+
+ private:
+  int column_;
+  QString opened_;
+};
 
 void ColorEditor(QWidget& editor) {
   const auto paper = QColor::fromRgb(kEditorColor & 0xFF, kEditorColor >> 8 & 0xFF, kEditorColor >> 16);
@@ -89,8 +100,7 @@ HoldingsEditor::HoldingsEditor(QWidget* parent)
       btnDel(new QPushButton(QStringLiteral("删  除"), this)),
       header_(new HeaderStrip(*StringGrid3, HoldingTable(), this)),
       hint_(new QLabel(QStringLiteral("提示: 按SHIFT键连续多选，或按CTRL键不连续多选。"), this)),
-      priceTexts_(MakeValidator(edit_rules::kPriceTexts, *this)),
-      quantityTexts_(MakeValidator(edit_rules::kQuantityTexts, *this)) {
+      picks_(*StringGrid3) {
   btnDel->setObjectName(QStringLiteral("btnDel"));
   btnDel->setFixedHeight(kButtonHeight);
   for (QWidget* control : {static_cast<QWidget*>(btnDel), static_cast<QWidget*>(hint_)}) control->setFont(DesignFont());
@@ -116,6 +126,7 @@ void HoldingsEditor::InitGrid() {
   StringGrid3->OnMouseDown = [this](Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& position) {
     StringGrid3MouseDown(button, modifiers, position);
   };
+  // Wherever it is clicked, also below the rows: intended.
   StringGrid3->OnDoubleClick = [this](const QPoint&) { Label5Click(); };
   StringGrid3->OnKeyDown = [this](int key, Qt::KeyboardModifiers modifiers) { StringGrid3KeyDown(key, modifiers); };
   StringGrid3->OnDrawCell = [this](QPainter& painter, const GridCellPaint& cell) {
@@ -161,7 +172,7 @@ std::vector<HoldingRow> HoldingsEditor::Rows() const {
 
 void HoldingsEditor::SetRows(const std::vector<HoldingRow>& rows) {
   UpdateEditor();
-  picked_.Clear();
+  picks_.Clear();
   const GridBatch batch(*StringGrid3);
   ClearStrnGrd(*StringGrid3);
   for (const HoldingRow& row : rows) AddRow(row);
@@ -187,9 +198,10 @@ void HoldingsEditor::EditCell(int column, int row) {
 
 void HoldingsEditor::ShowEditor() {
   if (GetIshaveData() || !StringGrid3->SelectCell(edited_.column, edited_.row)) return;
-  // What is pasted or dropped comes past the key filter. A longer text that stands in the cell already may stay.
-  FInplaceEdit->setValidator(edited_.column == kHoldingPrice ? priceTexts_ : quantityTexts_);
-  FInplaceEdit->setText(StringGrid3->Cells(edited_.column, edited_.row));
+  const QString& text = StringGrid3->Cells(edited_.column, edited_.row);
+  const std::unique_ptr<const QValidator> former(FInplaceEdit->validator());
+  FInplaceEdit->setValidator(new CellTexts(edited_.column, text, FInplaceEdit));
+  FInplaceEdit->setText(text);
   FInplaceEdit->show();
   PlaceEditor();
   FInplaceEdit->setFocus();
@@ -268,13 +280,8 @@ void HoldingsEditor::StringGrid3MouseDown(Qt::MouseButton button, Qt::KeyboardMo
                                           const QPoint& position) {
   // The other buttons' clicks are the context menu's.
   if (button != Qt::LeftButton) return;
+  picks_.MouseDown(button, modifiers, position);
   const GridCell cell = StringGrid3->MouseToCell(position);
-  if (!modifiers.testFlag(Qt::ControlModifier)) {
-    picked_.Clear();
-  } else if (!cell.IsNone() && !GetIshaveData()) {
-    picked_.Toggle(StringGrid3->IdOf(cell.row));
-  }
-  StringGrid3->viewport()->update();
   if (IsEdited(cell.column)) {
     EditCell(cell.column, cell.row);
   } else {
@@ -283,12 +290,7 @@ void HoldingsEditor::StringGrid3MouseDown(Qt::MouseButton button, Qt::KeyboardMo
 }
 
 void HoldingsEditor::StringGrid3KeyDown(int key, Qt::KeyboardModifiers modifiers) {
-  const bool isControl = key == Qt::Key_Control || modifiers.testFlag(Qt::ControlModifier);
-  if (isControl && picked_.IsEmpty() && !GetIshaveData()) {
-    picked_.Toggle(StringGrid3->IdOf(StringGrid3->Row()));
-    StringGrid3->viewport()->update();
-  }
-  if (isControl && key == Qt::Key_V) return PasteHoldings();
+  if (modifiers.testFlag(Qt::ControlModifier) && key == Qt::Key_V) return PasteHoldings();
   if (key == Qt::Key_Delete) return Label5Click();
   const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
   if (isEnter && !GetIshaveData()) EditCell(kHoldingPrice, StringGrid3->Row());
@@ -296,14 +298,14 @@ void HoldingsEditor::StringGrid3KeyDown(int key, Qt::KeyboardModifiers modifiers
 
 void HoldingsEditor::Label5Click() {
   if (GetIshaveData()) return;
-  if (picked_.IsEmpty()) {
+  if (picks_.IsEmpty()) {
     const GridRange selected = StringGrid3->Selection();
     StringGrid3->DeleteRow(selected.top, selected.Count());
   } else {
     for (int row = StringGrid3->RowCount() - 1; row >= 0; --row) {
-      if (picked_.Contains(StringGrid3->IdOf(row))) StringGrid3->DeleteRow(row, 1);
+      if (picks_.IsPicked(row)) StringGrid3->DeleteRow(row, 1);
     }
-    picked_.Clear();
+    picks_.Clear();
   }
   CalGridWidth();
   UpdateEditor();
@@ -321,8 +323,7 @@ void HoldingsEditor::PasteHoldings() {
   CalGridWidth();
   UpdateEditor();
   const QString message = PasteMessage(pasted);
-  if (message.isEmpty()) return;
-  ModuleHost().MessageBoxes().Vex_MessageBox(message, QStringLiteral("提示"), kOkButton, kNoticeStyle);
+  if (!message.isEmpty()) Tell(message);
 }
 
 void HoldingsEditor::CalGridWidth() {
@@ -334,10 +335,8 @@ void HoldingsEditor::SetTitles(const QStringList& four) {
 }
 
 void HoldingsEditor::StringGrid3DrawCell(QPainter& painter, const GridCellPaint& cell) const {
-  const bool isPicked = picked_.Contains(StringGrid3->IdOf(cell.row));
-  const bool isSelected = picked_.IsEmpty() ? cell.isSelected : isPicked;
   GridCellPaint shown = cell;
-  shown.isSelected = isSelected && !IsEdited(cell.column);
+  shown.isSelected = picks_.StandsOut(cell) && !IsEdited(cell.column);
   if (!IsEdited(cell.column)) return StringGrid3->DrawDefaultCell(painter, shown);
   PaintCellBackground(painter, shown, StringGrid3->Colors());
   const QRect box = cell.rect.marginsRemoved(kBoxInset);

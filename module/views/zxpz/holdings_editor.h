@@ -8,13 +8,12 @@
 
 #include "common/frames/entry_bar.h"
 #include "common/frames/frame_part.h"
-#include "common/grid/row_picks.h"
+#include "common/grid/grid_picks.h"
 #include "common/grid/string_grid.h"
 #include "views/zxpz/holding_row.h"
 
 class QLabel;
 class QPushButton;
-class QValidator;
 
 namespace holdwise {
 
@@ -81,7 +80,7 @@ class HoldingsEditor : public FramePart {
   /// Captions over the four columns; a "\r" in them breaks the line, and the strip gets the height for it.
   void SetTitles(const QStringList& four);
 
-  [[nodiscard]] const RowPicks& PickedRows() const noexcept { return picked_; }
+  [[nodiscard]] const RowPicks& PickedRows() const noexcept { return picks_.Rows(); }
 
   void ApplyTheme() override;
   void Fit() override;
@@ -101,10 +100,8 @@ class HoldingsEditor : public FramePart {
 
   HeaderStrip* header_;
   QLabel* hint_;
-  QValidator* priceTexts_;
-  QValidator* quantityTexts_;
   QColor boxColor_;
-  RowPicks picked_;
+  GridPicks picks_;
   GridCell edited_;
 };
 

@@ -18,7 +18,8 @@ std::optional<KnownStock> FindStock(const QString& sixDigits) {
 QString CurrentPriceText(const QString& sixDigits) {
   constexpr int kDecimals = 2;
   const auto number = static_cast<int>(IntegerOr(GetCodeNum(sixDigits)));
-  return FormatFixed(ModuleHost().DataCenter().StockNowData(number).currentPrice, kDecimals);
+  const auto price = static_cast<float>(ModuleHost().DataCenter().StockNowData(number).currentPrice);
+  return FormatFixed(price, kDecimals);
 }
 
 }  // namespace holdwise

@@ -11,7 +11,7 @@ namespace holdwise {
 /// None for six digits that are no Shanghai or Shenzhen A-share.
 [[nodiscard]] std::optional<KnownStock> FindStock(const QString& sixDigits);
 
-/// The stock's current price in yuan, two decimals; "0.00" while it is unknown.
+/// The stock's current price in yuan, taken in single precision, two decimals; "0.00" while it is unknown.
 [[nodiscard]] QString CurrentPriceText(const QString& sixDigits);
 
 }  // namespace holdwise

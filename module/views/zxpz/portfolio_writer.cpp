@@ -48,9 +48,13 @@ CreateResult Create(DatabaseStatements& database, const PortfolioDraft& draft) {
   }
 }
 
-RewriteResult Rewrite(DatabaseStatements& database, std::int64_t portfolioId, const PortfolioDraft& draft) {
+RewriteResult Rewrite(DatabaseStatements& database, std::int64_t portfolioId, const PortfolioDraft& draft,
+                      SharedName sharedName) {
   try {
     TransactionScope transaction(database);
+    if (sharedName == SharedName::Refused && database.Count(sql::CountOfNameElsewhere(draft.name, portfolioId)) != 0) {
+      return RewriteResult::NameShared;
+    }
     if (database.Execute(sql::DeleteHoldings(portfolioId)) != kDone) return RewriteResult::Refused;
     // A header that cannot be deleted skips what follows and still counts as done: intended.
     if (database.Execute(sql::DeletePortfolio(portfolioId)) == kDone &&

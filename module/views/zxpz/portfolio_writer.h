@@ -21,14 +21,18 @@ enum class CreateResult {
 
 enum class RewriteResult {
   Rewritten,
-  Refused,  ///< nothing was changed; the user is told nothing
-  Failed    ///< nothing was changed; the user is told. An exception stands in the debug log
+  Refused,     ///< nothing was changed; the user is told nothing
+  NameShared,  ///< nothing was changed; a portfolio with another id has the name
+  Failed       ///< nothing was changed; the user is told. An exception stands in the debug log
 };
+/// What becomes of a rewriting whose name another portfolio has. Two of one name cannot be saved, and the deletion of
+/// one deletes both.
+enum class SharedName { Taken, Refused };
 /// Stores the draft in the place of the portfolio with that id, bought on the market's current date, in one
 /// transaction. When the header's deletion does not answer 1, nothing is stored in its place and the deletion of the
 /// holdings stays, as Rewritten: intended.
-[[nodiscard]] RewriteResult Rewrite(DatabaseStatements& database, std::int64_t portfolioId,
-                                    const PortfolioDraft& draft);
+[[nodiscard]] RewriteResult Rewrite(DatabaseStatements& database, std::int64_t portfolioId, const PortfolioDraft& draft,
+                                    SharedName sharedName = SharedName::Taken);
 
 enum class SaveState {
   Fit,

@@ -18,6 +18,7 @@
 #include "common/host/codes.h"
 #include "common/host/event_guard.h"
 #include "common/host/host_access.h"
+#include "common/host/messages.h"
 #include "common/host/theme_colors.h"
 #include "edit_rules.h"
 #include "host_stocks.h"
@@ -34,13 +35,7 @@ constexpr int kNoEntry = -1;
 constexpr int kRowHeight = 18;
 constexpr int kControlHeight = 24;
 constexpr int kGap = 6;
-constexpr int kOkButton = 0;
-constexpr int kNoticeStyle = 128;
 constexpr int kSpeedButtonWidth = 44;
-
-void Tell(const QString& text) {
-  ModuleHost().MessageBoxes().Vex_MessageBox(text, QStringLiteral("提示"), kOkButton, kNoticeStyle);
-}
 
 /// What two texts have in common when a person takes them for the same: width of characters, case and blanks left out.
 QString SearchForm(const QString& text) {
@@ -68,7 +63,8 @@ StockPicker::StockPicker(HoldingsEditor& holdings, QWidget* parent)
       btnAdd(new QPushButton(QStringLiteral("添  加"), this)),
       Search(new EntryField(kUnit, QStringLiteral("Search"), this)),
       holdings_(holdings),
-      sourceLabel_(new QLabel(QStringLiteral("股票："), this)) {
+      sourceLabel_(new QLabel(QStringLiteral("股票："), this)),
+      picks_(*StringGrid2) {
   RzComboBox1->setObjectName(QStringLiteral("RzComboBox1"));
   RzComboBox1->addItems({QStringLiteral("自选股"), QStringLiteral("沪深A股")});
   SpeedButton1->setObjectName(QStringLiteral("SpeedButton1"));
@@ -117,13 +113,15 @@ void StockPicker::InitList() {
   StringGrid2->SetWholeRows(true);
   StringGrid2->SetRangeSelect(true);
   StringGrid2->OnMouseDown = [this](Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& position) {
-    StringGrid2MouseDown(button, modifiers, position);
+    picks_.MouseDown(button, modifiers, position);
   };
   StringGrid2->OnDoubleClick = [this](const QPoint&) { Label4Click(); };
-  StringGrid2->OnKeyDown = [this](int key, Qt::KeyboardModifiers modifiers) { StringGrid2KeyDown(key, modifiers); };
+  StringGrid2->OnKeyDown = [this](int key, Qt::KeyboardModifiers) {
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) Label4Click();
+  };
   StringGrid2->OnDrawCell = [this](QPainter& painter, const GridCellPaint& cell) {
     GridCellPaint shown = cell;
-    if (!picked_.IsEmpty()) shown.isSelected = picked_.Contains(StringGrid2->IdOf(cell.row));
+    shown.isSelected = picks_.StandsOut(cell);
     StringGrid2->DrawDefaultCell(painter, shown);
   };
   StringGrid2->OnMouseMove = [this](const QPoint& position) {
@@ -182,7 +180,7 @@ void StockPicker::SelectSource(int place) {
 }
 
 void StockPicker::RzComboBox1Change() {
-  picked_.Clear();
+  picks_.Clear();
   searchForms_.clear();
   ClearStrnGrd(*StringGrid2);
   holdings_.UpdateEditor();
@@ -232,7 +230,8 @@ void StockPicker::FocusFirstVisible() {
 void StockPicker::AddFrom(EntryField& field) {
   if (StringGrid2->GetVisualTopRow() < 0) return;
   const QPointer<EntryField> alive(&field);
-  Label4Click();
+  // What has been typed since is meant, not what was picked before and is out of sight.
+  picks_.IsEmpty() || picks_.IsOneShown() ? Label4Click() : static_cast<void>(Add(Selected()));
   // The next code can be typed at once.
   if (!alive.isNull()) field.selectAll();
 }
@@ -267,41 +266,29 @@ void StockPicker::RzPanel11Click(const QString& caption) {
   RzEdit3Exit();
 }
 
-void StockPicker::StringGrid2MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
-                                       const QPoint& position) {
-  if (button != Qt::LeftButton) return;
-  const GridCell cell = StringGrid2->MouseToCell(position);
-  if (!modifiers.testFlag(Qt::ControlModifier)) {
-    picked_.Clear();
-  } else if (!cell.IsNone() && !StringGrid2->IsEmpty()) {
-    picked_.Toggle(StringGrid2->IdOf(cell.row));
-  }
-  StringGrid2->viewport()->update();
-}
-
-void StockPicker::StringGrid2KeyDown(int key, Qt::KeyboardModifiers modifiers) {
-  const bool isControl = key == Qt::Key_Control || modifiers.testFlag(Qt::ControlModifier);
-  const bool hasRow = !StringGrid2->IsEmpty() && StringGrid2->GetVisualTopRow() >= 0;
-  if (isControl && picked_.IsEmpty() && hasRow) {
-    picked_.Toggle(StringGrid2->IdOf(StringGrid2->Row()));
-    StringGrid2->viewport()->update();
-  }
-  if (key == Qt::Key_Return || key == Qt::Key_Enter) Label4Click();
-}
-
-std::vector<HoldingRow> StockPicker::Chosen() const {
-  std::vector<HoldingRow> chosen;
-  if (StringGrid2->IsEmpty()) return chosen;
-  const GridRange selected = StringGrid2->Selection();
+std::vector<HoldingRow> StockPicker::StocksIn(const std::function<bool(int row)>& isMeant) const {
+  std::vector<HoldingRow> stocks;
+  if (StringGrid2->IsEmpty()) return stocks;
   for (int row = 0; row < StringGrid2->RowCount(); ++row) {
-    const bool isChosen = picked_.IsEmpty() ? selected.Contains(row) && StringGrid2->RowHeight(row) > 0
-                                            : picked_.Contains(StringGrid2->IdOf(row));
-    if (isChosen) chosen.push_back({StringGrid2->Cells(kCode, row), StringGrid2->Cells(kName, row), {}, {}});
+    if (isMeant(row)) stocks.push_back({StringGrid2->Cells(kCode, row), StringGrid2->Cells(kName, row), {}, {}});
   }
-  return chosen;
+  return stocks;
+}
+
+std::vector<HoldingRow> StockPicker::Selected() const {
+  const GridRange selected = StringGrid2->Selection();
+  return StocksIn([&](int row) { return selected.Contains(row) && StringGrid2->RowHeight(row) > 0; });
 }
 
 void StockPicker::Label4Click() {
+  if (picks_.IsEmpty()) {
+    Add(Selected());
+  } else if (Add(StocksIn([this](int row) { return picks_.IsPicked(row); }))) {
+    picks_.Clear();
+  }
+}
+
+bool StockPicker::Add(const std::vector<HoldingRow>& stocks) {
   const QPointer<HoldingsEditor> alive(&holdings_);
   const auto close = qScopeGuard([this, alive] {
     if (alive.isNull()) return;
@@ -309,19 +296,23 @@ void StockPicker::Label4Click() {
     holdings_.UpdateEditor();
   });
   const std::size_t before = holdings_.Rows().size();
-  for (HoldingRow& stock : Chosen()) {
+  for (HoldingRow stock : stocks) {
     const std::vector<HoldingRow> rows = holdings_.Rows();
-    if (rows.size() >= kMostHoldings) return Tell(QStringLiteral("组合记录数应小于10"));
+    if (rows.size() >= kMostHoldings) {
+      Tell(QStringLiteral("组合记录数应小于10"));
+      return false;
+    }
     const auto found = std::find_if(rows.begin(), rows.end(), [&](const auto& row) { return row.code == stock.code; });
     if (found != rows.end() && static_cast<std::size_t>(found - rows.begin()) < before) {
       Tell(stock.name + QStringLiteral("在组合里已经存在"));
-      if (alive.isNull()) return;
+      if (alive.isNull()) return false;
       continue;
     }
     stock.price = CurrentPriceText(stock.code);
     // One that comes twice in the same add comes twice into the portfolio: intended.
     holdings_.AddRow(found == rows.end() ? stock : *found);
   }
+  return true;
 }
 
 void StockPicker::PlaceKeypad() {

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QString>
+#include <functional>
 #include <vector>
 
 #include "common/frames/frame_part.h"
-#include "common/grid/row_picks.h"
+#include "common/grid/grid_picks.h"
 #include "common/grid/string_grid.h"
 #include "views/zxpz/holding_row.h"
 
@@ -21,7 +22,8 @@ class StockKeypad;
 /// Where the stocks of a portfolio are picked: the source, a list of its stocks, narrowed by the code field as digits
 /// are typed and by the search field as any characters of a name are, a keypad for the code field, and the button that
 /// adds the chosen stocks to the holdings. Stocks picked with Ctrl held are known by identity: they stay picked while
-/// the list is narrowed. What an event throws goes to the debug log. User-interface thread only.
+/// the list is narrowed, until they have been added. What an event throws goes to the debug log. User-interface thread
+/// only.
 class StockPicker : public FramePart {
  public:
   /// Places in the source's choice.
@@ -45,15 +47,17 @@ class StockPicker : public FramePart {
   void RzComboBox1Change();
   /// Makes the list's first shown row current, if there is one, and gives the list the focus.
   void FocusFirstVisible();
-  /// Adds the picked stocks or, when none is picked, the selected rows that are shown. Messages say what was refused.
+  /// Adds the picked stocks, shown or not, or, when none is picked, the selected rows that are shown. Messages say what
+  /// was refused. Unless the limit ended it, no stock is picked afterwards.
   void Label4Click();
+  void ForgetPicked() { picks_.Clear(); }
 
   /// Takes the keyboard from the host's quick entry, and gives it back: what every entry of the view does when it gets
   /// and loses the focus.
   static void RzEdit3Enter();
   static void RzEdit3Exit();
 
-  [[nodiscard]] const RowPicks& PickedStocks() const noexcept { return picked_; }
+  [[nodiscard]] const RowPicks& PickedStocks() const noexcept { return picks_.Rows(); }
 
   void ApplyTheme() override;
   void Fit() override;
@@ -72,19 +76,20 @@ class StockPicker : public FramePart {
   void ShowStocks(const std::vector<HoldingRow>& stocks);
   void RzEdit3Change();
   void RzPanel11Click(const QString& caption);
-  void StringGrid2MouseDown(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& position);
-  void StringGrid2KeyDown(int key, Qt::KeyboardModifiers modifiers);
   /// Enter in one of the fields.
   void AddFrom(EntryField& field);
   /// An arrow key in one of the fields.
   void WalkList(int key, Qt::KeyboardModifiers modifiers);
-  /// The chosen stocks from top to bottom, without price and quantity.
-  [[nodiscard]] std::vector<HoldingRow> Chosen() const;
+  /// The stocks of those rows from top to bottom, without price and quantity.
+  [[nodiscard]] std::vector<HoldingRow> StocksIn(const std::function<bool(int row)>& isMeant) const;
+  [[nodiscard]] std::vector<HoldingRow> Selected() const;
+  /// False when the limit ended it or the view has gone while a message waited.
+  bool Add(const std::vector<HoldingRow>& stocks);
   void PlaceKeypad();
 
   HoldingsEditor& holdings_;
   QLabel* sourceLabel_;
-  RowPicks picked_;
+  GridPicks picks_;
   std::vector<QString> searchForms_;  ///< of the names, one a row
 };
 

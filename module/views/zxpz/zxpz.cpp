@@ -5,9 +5,11 @@
 #include <QPushButton>
 #include <utility>
 
+#include "common/frames/entry_bar.h"
 #include "common/helpers/date_text.h"
 #include "common/host/event_guard.h"
 #include "common/host/host_access.h"
+#include "common/host/messages.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
@@ -29,13 +31,6 @@ const QString kConfirm = QStringLiteral("确 定");
 const QString kModify = QStringLiteral("修 改");
 constexpr int kLeastOneLineWidth = 500;
 constexpr std::size_t kLeastHoldings = 2;
-constexpr int kOk = 1;
-
-void Tell(const QString& text) {
-  constexpr int kOkButton = 0;
-  constexpr int kNoticeStyle = 128;
-  ModuleHost().MessageBoxes().Vex_MessageBox(text, QStringLiteral("提示"), kOkButton, kNoticeStyle);
-}
 
 /// Close of index 1 as it is stored with a portfolio.
 QString IndexClose() {
@@ -125,6 +120,7 @@ void TFrm_ZXPZ::Label1Click() {
   }
   holdings.FInplaceEditExit();
   holdings.UpdateEditor();
+  EntryField::KeepKeyboard();
   const editor::PortfolioDraft draft{editor_->RzEdit1->text().trimmed(), IndexClose(), holdings.Rows()};
   // Two are enough, whatever the text says: intended.
   if (draft.holdings.size() < kLeastHoldings) return Tell(QStringLiteral("组合记录数应大于2"));
@@ -151,6 +147,7 @@ bool TFrm_ZXPZ::IsNameFit(const QString& name) {
   if (name.isEmpty()) return refuse(QStringLiteral("组合名称不能为空，请输入名称"), false);
   const QString problem = editor::NameProblem(name);
   if (!problem.isEmpty()) return refuse(problem, false);
+  // A modification's name is not looked for in the list: intended.
   if (IsModifying()) return true;
   const TStringGrid& list = portfolios_->List();
   for (int row = 0; row < list.RowCount(); ++row) {
@@ -173,10 +170,27 @@ int TFrm_ZXPZ::CreateFrom(const editor::PortfolioDraft& draft) {
   return list.IsEmpty() ? 0 : list.RowCount();
 }
 
+bool TFrm_ZXPZ::AgreesToShare(const QString& name) {
+  const QPointer<TFrm_ZXPZ> alive(this);
+  const bool isAgreed =
+      Agrees(QStringLiteral("另有一个组合也叫“%1”。同名的组合都不能保存，删除其中一个会把两个都删除。\n"
+                            "仍然用这个名称吗？按“取消”可以先改名称。")
+                 .arg(name));
+  if (alive.isNull() || isAgreed) return isAgreed && !alive.isNull();
+  editor_->RzEdit1->selectAll();
+  editor_->FocusName();
+  return false;
+}
+
 int TFrm_ZXPZ::RewriteFrom(const editor::PortfolioDraft& draft) {
-  const editor::RewriteResult result = editor::Rewrite(Database(), currentId_, draft);
-  if (result == editor::RewriteResult::Failed) Tell(QStringLiteral("修改组合失败"));
-  if (result != editor::RewriteResult::Rewritten) return -1;
+  using editor::RewriteResult;
+  RewriteResult result = editor::Rewrite(Database(), currentId_, draft, editor::SharedName::Refused);
+  if (result == RewriteResult::NameShared) {
+    if (!AgreesToShare(draft.name)) return -1;
+    result = editor::Rewrite(Database(), currentId_, draft, editor::SharedName::Taken);
+  }
+  if (result == RewriteResult::Failed) Tell(QStringLiteral("修改组合失败"));
+  if (result != RewriteResult::Rewritten) return -1;
   SetModifying(false);
   return modifiedRow_;
 }
@@ -191,6 +205,7 @@ void TFrm_ZXPZ::ShowWritten(const QString& name, int row) {
   TStringGrid& list = portfolios_->List();
   editor::ShowProvisional(name, DateText(ModuleHost().Clock().Now().date()), row, list);
   ClearAppear_();
+  editor_->Picker->ForgetPicked();
   UpdateGrid_();
   list.SelectCell(0, row);
   PortfoliosChanged();
@@ -217,13 +232,10 @@ void TFrm_ZXPZ::DeletePortfolio(int row) {
   const QPointer<TFrm_ZXPZ> alive(this);
   const QString name = NameIn(row);
   deletion_ = std::make_unique<editor::Deletion>(Database());
-  constexpr int kOkAndCancel = 1;
-  constexpr int kQuestionStyle = 32;
-  const int answer = ModuleHost().MessageBoxes().Vex_MessageBox(QStringLiteral("确认删除当前组合?"),
-                                                                QStringLiteral("询问"), kOkAndCancel, kQuestionStyle);
+  const bool isAgreed = Agrees(QStringLiteral("确认删除当前组合?"));
   if (alive.isNull()) return;
   auto deletion = std::move(deletion_);
-  if (answer == kOk) {
+  if (isAgreed) {
     const editor::Deletion::Result result = deletion->Run(name);
     if (result == editor::Deletion::Result::HoldingsRefused) return;
     if (result == editor::Deletion::Result::Deleted) {

@@ -45,6 +45,8 @@ class TFrm_ZXPZ : public TViewFrame {
   /// Stores the draft. @return the row of the list that it will have; -1 when nothing was stored
   int CreateFrom(const editor::PortfolioDraft& draft);
   int RewriteFrom(const editor::PortfolioDraft& draft);
+  /// Asks whether two portfolios shall have the name; it gets the focus unless the user agrees.
+  bool AgreesToShare(const QString& name);
   void ShowWritten(const QString& name, int row);
 
   void SavePortfolio(int row);

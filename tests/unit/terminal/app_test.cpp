@@ -1,14 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QDialogButtonBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QTranslator>
 #include <thread>
 
 #include "app/command_runner.h"
 #include "holdwise/packet/error.h"
 #include "pages/address_registry.h"
+#include "parts/terminal_application.h"
 #include "process/command_line.h"
 #include "process/debug_log.h"
 #include "scripted_host.h"
@@ -29,6 +35,35 @@ class RecordingLog : public DebugServers {
   void WriteLog(const QString& text) override { lines.append(text); }
   QStringList lines;
 };
+
+// --- Qt's own texts ---
+
+TEST(Translation, EntriesAndDialogsSpeakChinese) {
+  TerminalApplication::Translate();
+  auto* translator = qApp->findChild<QTranslator*>();
+  ASSERT_NE(translator, nullptr);
+  QLineEdit entry;
+  const std::unique_ptr<QMenu> menu(entry.createStandardContextMenu());
+  QStringList texts;
+  for (const QAction* action : menu->actions()) texts << action->text().section(QLatin1Char('\t'), 0, 0);
+  texts.removeAll(QString());
+  EXPECT_EQ(texts, QStringList({"撤消(&U)", "重做(&R)", "剪切(&T)", "复制(&C)", "粘贴(&P)", "删除", "全选"}));
+  const QDialogButtonBox buttons(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  EXPECT_EQ(buttons.button(QDialogButtonBox::Ok)->text(), "确定");
+  EXPECT_EQ(buttons.button(QDialogButtonBox::Cancel)->text(), "取消");
+  delete translator;
+}
+
+TEST(Translation, WithoutTheFileThereIsOnlyAMessage) {
+  static QStringList messages;
+  const auto before =
+      qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) { messages << text; });
+  TerminalApplication::Translate(QStringLiteral("/none"));
+  qInstallMessageHandler(before);
+  ASSERT_EQ(messages.size(), 1);
+  EXPECT_TRUE(messages[0].contains("/none/qtbase_zh_CN.qm")) << messages[0].toStdString();
+  EXPECT_EQ(qApp->findChild<QTranslator*>(), nullptr);
+}
 
 // --- command line ---
 

@@ -58,7 +58,8 @@ class ViewCatalogue {
   [[nodiscard]] virtual QStringList Incomplete() const = 0;
   /// The shown view's frame; null when none. Owned by the module.
   [[nodiscard]] virtual QWidget* Frame() const = 0;
-  /// Texts of the shown view's grids, as they stand in the cells; empty when none is shown.
+  /// Texts of the shown view's grids, as they stand in the cells, whole; in a cell whose column shows another unit than
+  /// the cell holds, in the unit that the title says. Empty when none is shown.
   [[nodiscard]] virtual std::vector<GridText> Grids() const = 0;
 
   struct Holdings {

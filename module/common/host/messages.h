@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <QString>
+
+/// The host's message boxes as the views use them. Events run while a box is open: whoever asks may be gone afterwards.
+/// User-interface thread only.
+namespace holdwise {
+
+/// A notice with a button to take note of it.
+void Tell(const QString& text);
+/// A question with OK and Cancel. @return was it OK?
+[[nodiscard]] bool Agrees(const QString& question);
+
+}  // namespace holdwise
