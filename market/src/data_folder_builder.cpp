@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "holdwise/market/data_folder_builder.h"
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QElapsedTimer>
 #include <algorithm>
@@ -10,6 +9,7 @@
 #include <unordered_set>
 
 #include "bar_folder.h"
+#include "base_files.h"
 #include "holdwise/market/bar_reader.h"
 #include "holdwise/market/folder_swap.h"
 #include "holdwise/market/market_rules.h"
@@ -55,10 +55,9 @@ class DataFolderBuild {
 
  private:
   struct StockResult {
-    bool isWritten = false;
+    bool isUsable = false;
     bool hasDays = false;  // inside the window
-    std::int64_t rows = 0;
-    QByteArray digest;
+    BaseFile file;
     QuoteRow quote;
     StockFacts facts;
     RiskOfIndices risk;
@@ -69,7 +68,7 @@ class DataFolderBuild {
   void ReadDates();
   void WriteIndices();
   void WriteStocks();
-  StockResult WriteStock(const StockFile& file) const;
+  StockResult ReadStock(const StockFile& file) const;
   void WriteRisk(const std::vector<StockFile>& files, const std::vector<StockResult>& results) const;
   void WriteReferences();
   void WriteEstimates();
@@ -78,9 +77,7 @@ class DataFolderBuild {
   void WriteMarket();
 
   void Report(const std::vector<Rejection>& rejections);
-  /// Returns the digest of what is written.
-  QByteArray Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const;
-  void WriteBaseData(const QString& name, const ResultSet& table, const PacketLimits& limits);
+  void Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const;
   [[nodiscard]] QString Edition() const;
   [[nodiscard]] unsigned Threads() const { return options_.threads != 0 ? options_.threads : UsualThreadCount(); }
   [[nodiscard]] std::unordered_set<int> KnownStocks() const;
@@ -98,9 +95,9 @@ class DataFolderBuild {
   double riskFreePerDay_ = 0;
   double riskFreePerYear_ = 0;
   std::vector<EstimateValue> estimates_;
-  std::vector<StockFacts> stocks_;          // those that have bars
-  std::map<int, QuoteRow> quotes_;          // by code number
-  std::map<QString, QByteArray> baseData_;  // digest by name: what the plug-in stores in its database
+  std::vector<StockFacts> stocks_;  // those that have bars
+  std::map<int, QuoteRow> quotes_;  // by code number
+  BaseFiles baseFiles_;
 };
 
 BuildSummary DataFolderBuild::Run() {
@@ -118,6 +115,7 @@ BuildSummary DataFolderBuild::Run() {
   WriteEstimates();
   WriteIndices();
   WriteStocks();
+  baseFiles_.Write(swap_.NewFolder(), Threads());
   WriteQuotes();
   WriteProposals();
   WriteMarket();
@@ -184,8 +182,8 @@ void DataFolderBuild::WriteReferences() {
   summary_.securities = static_cast<int>(securities_.size());
   Write(QStringLiteral("securities.dat"), SecuritiesTable(securities_), kSecuritiesLimits);
   Write(QStringLiteral("trading_dates.dat"), TradingDatesTable(tradingDates_), kTradingDatesLimits);
-  WriteBaseData(QStringLiteral("QMTL/TZZH/InterestRate.Dat"), InterestRateTable(rates, summary_.currentDate),
-                kInterestRateLimits);
+  baseFiles_.Add({QStringLiteral("QMTL/TZZH/InterestRate.Dat"), InterestRateTable(rates, summary_.currentDate),
+                  kInterestRateLimits});
 }
 
 void DataFolderBuild::WriteEstimates() {
@@ -194,7 +192,7 @@ void DataFolderBuild::WriteEstimates() {
     estimates_ = ReadEstimates(options_.estimatesFile, KnownStocks(), rejections);
     Report(rejections);
   }
-  WriteBaseData(QStringLiteral("QMTL/TZZH/GZ.dat"), EstimateTable(estimates_), kSecuritiesLimits);
+  baseFiles_.Add({QStringLiteral("QMTL/TZZH/GZ.dat"), EstimateTable(estimates_), kSecuritiesLimits});
 }
 
 void DataFolderBuild::WriteIndices() {
@@ -207,7 +205,7 @@ void DataFolderBuild::WriteIndices() {
     quotes_[number] = ClosingQuote(bars);
   }
   summary_.rows += table.RowCount();
-  WriteBaseData(StatisticsFolder() + QStringLiteral("指数/allzs.dat"), table, kIndexSeriesLimits);
+  baseFiles_.Add({StatisticsFolder() + QStringLiteral("指数/allzs.dat"), std::move(table), kIndexSeriesLimits});
 }
 
 void DataFolderBuild::WriteStocks() {
@@ -228,17 +226,17 @@ void DataFolderBuild::WriteStocks() {
     int done HOLDWISE_GUARDED_BY(mutex) = 0;
   } progress;
   ParallelFor(files.size(), Threads(), [&](std::size_t i) {
-    results[i] = WriteStock(files[i]);
+    results[i] = ReadStock(files[i]);
     const MutexLock lock(progress.mutex);
     ++progress.done;
     if (observer_.onProgress) observer_.onProgress(progress.done, static_cast<int>(files.size()));
   });
   for (std::size_t i = 0; i < files.size(); ++i) {
     Report(results[i].rejections);
-    if (!results[i].isWritten) continue;
+    if (!results[i].isUsable) continue;
     ++summary_.series;
-    summary_.rows += results[i].rows;
-    baseData_.emplace(StockName(files[i].code), results[i].digest);
+    summary_.rows += results[i].file.table.RowCount();
+    baseFiles_.Add(std::move(results[i].file));
     quotes_[CodeNumberOfStock(files[i].code)] = results[i].quote;
     stocks_.push_back(std::move(results[i].facts));
   }
@@ -261,7 +259,7 @@ void DataFolderBuild::WriteRisk(const std::vector<StockFile>& files, const std::
   }
 }
 
-DataFolderBuild::StockResult DataFolderBuild::WriteStock(const StockFile& stock) const {
+DataFolderBuild::StockResult DataFolderBuild::ReadStock(const StockFile& stock) const {
   StockResult result;
   BarFile file;
   try {
@@ -282,9 +280,8 @@ DataFolderBuild::StockResult DataFolderBuild::WriteStock(const StockFile& stock)
   ResultSet table = MakeStatisticsTable();
   const DailyFigures daily = AppendStatistics(table, {CodeNumberOfStock(stock.code), file.bars, tradingDates_},
                                               indexReturns_.front(), window_, riskFreePerDay_);
-  result.digest = Write(StockName(stock.code), table, kStockSeriesLimits);
-  result.isWritten = true;
-  result.rows = table.RowCount();
+  result.file = {StockName(stock.code), std::move(table), kStockSeriesLimits};
+  result.isUsable = true;
   result.quote = ClosingQuote(file.bars);
   result.hasDays = !daily.series.empty();
   result.facts.code = stock.code;
@@ -357,22 +354,12 @@ void DataFolderBuild::Report(const std::vector<Rejection>& rejections) {
 }
 
 // With the limits of its reader: what is written can be read.
-QByteArray DataFolderBuild::Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const {
-  const QByteArray bytes = EncodePacket(table, limits);
-  WriteFileAtomically(swap_.NewFolder() + u'/' + name, bytes, Durability::Replaceable);
-  return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
-}
-
-void DataFolderBuild::WriteBaseData(const QString& name, const ResultSet& table, const PacketLimits& limits) {
-  baseData_.emplace(name, Write(name, table, limits));
+void DataFolderBuild::Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const {
+  WritePacketFile(swap_.NewFolder() + u'/' + name, table, Durability::Replaceable, limits);
 }
 
 QString DataFolderBuild::Edition() const {
-  QCryptographicHash hash(QCryptographicHash::Sha256);
-  for (const auto& [name, digest] : baseData_) {
-    hash.addData(name.toUtf8() + '\0' + digest);
-  }
-  return QString::fromLatin1(hash.result().toHex());
+  return baseFiles_.Edition();
 }
 
 std::unordered_set<int> DataFolderBuild::KnownStocks() const {

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/helpers/edition.h"
 #include "common/store/cell_literal.h"
 #include "common/store/statements.h"
 #include "holdwise/packet/code_numbers.h"
@@ -19,6 +20,7 @@ namespace {
 
 constexpr std::string_view kEmptyWhole = "0";
 constexpr std::string_view kEmptyAmount = "0.00";
+constexpr const char* kOtherEdition = "是随另一份数据生成的，没有采用，请重新生成数据目录";
 
 /// The fields of a file's rows as texts that may stand in a statement.
 class StatisticRows {
@@ -213,6 +215,7 @@ BaseDataFamily ClassifyBaseData(const QString& remoteName) {
 void IngestBaseData(DatabaseStatements& database, const ResultSet& rows, const BaseDataFamily& family,
                     const QString& code, const ForwardDate& forwardDate, const QString& edition) {
   if (!ParseInteger(code)) throw Error(ErrorCategory::Refused, "not a security code: " + code.toStdString());
+  if (NamesOtherEdition(rows, edition)) throw Error(ErrorCategory::Refused, kOtherEdition);
   TransactionScope transaction(database);
   RemoveOldRows(database, family, code, forwardDate);
   ClearLastDays(database, family, code);

@@ -30,7 +30,8 @@ using ForwardDate = std::function<int(int)>;
 /// rows of another security (index file: than the three), a type that is none of the three, a date that the calendar
 /// does not have (0 is none where a window may have none), two rows of one code, type and date, a negative close, a day
 /// on a Saturday or Sunday, and a series whose dates do not ascend or whose rows name different windows.
-/// `edition`: that of the data the file belongs to, kept with its security; empty = not known, what is kept stays.
+/// `edition`: that of the data the file is to belong to, kept with its security; empty = not known, what is kept stays.
+/// A file that names another one: Error(Refused).
 /// Whatever throws, the database is as it was before. No rows: removals and last-day marks happen all the same;
 /// intended.
 void IngestBaseData(DatabaseStatements& database, const ResultSet& rows, const BaseDataFamily& family,

@@ -11,6 +11,7 @@
 
 #include "base_data_ingestion.h"
 #include "calculation_helpers.h"
+#include "common/helpers/edition.h"
 #include "common/host/debug_log.h"
 #include "common/host/download_role.h"
 #include "common/host/host_access.h"
@@ -238,9 +239,12 @@ void TfrmCalc2::ReceiveReference(Reference reference, const QString& path, const
   if (mode == kFromFile && !QFile::exists(path)) return;
   const PacketLimits& limits = reference == Reference::InterestRate ? kInterestRateLimits : kSecuritiesLimits;
   try {
+    const ResultSet file = mode == kFromStream ? DecodePacket(stream, limits) : ReadPacketFile(path, limits);
+    if (NamesOtherEdition(file, data_.edition)) {
+      throw Error(ErrorCategory::Refused, "是随另一份数据生成的，请重新生成数据目录");
+    }
     // Only repaints inside the transaction: events let in there would find the database in the middle of it.
-    replace(Database(), mode == kFromStream ? DecodePacket(stream, limits) : ReadPacketFile(path, limits),
-            [this] { rzprgrsbr1->repaint(); });
+    replace(Database(), file, [this] { rzprgrsbr1->repaint(); });
   } catch (const std::exception& error) {
     GiveUpReference(reference, QStringLiteral("不能使用：%1").arg(QString::fromUtf8(error.what())));
     throw;

@@ -71,6 +71,41 @@ TEST_F(OtherData, FilesOfAnotherBuildAreNamed) {
   }
 }
 
+/// What is read for the first time, and again when the right file is back.
+TEST_F(OtherData, FilesOfAnotherBuildAreNotCalculatedWith) {
+  Build("2024-05-31");
+  const auto whole = WholeRisk(bench_.data);
+  const QString other = bench_.File("second");
+  market_.RemoveBars("600002", "2024-05-01", "2024-05-14");
+  market_.Build(other, {"--date", "2024-05-31"});
+  struct {
+    const char* name;
+    const char* said;
+    bool isOfAll;  // not of the first portfolio alone
+  } const files[] = {{"Day250/股票/600002.dat", "甲：股票2(600002)没有统计数据", false},
+                     {"Day250/指数/allzs.dat", "甲：上证指数没有统计数据", true},
+                     {"InterestRate.Dat", "利率文件 InterestRate.Dat 不能使用：是随另一份数据生成的", true}};
+  for (const auto& [name, said, isOfAll] : files) {
+    const Bench work;
+    const auto run = [&](const QStringList& more) {
+      return RunTerminal(QStringList{"--data", bench_.data, "--work", work.Work(), "--export", bench_.File("out")} +
+                         more);
+    };
+    const QString path = bench_.data + "/QMTL/TZZH/" + name;
+    ASSERT_TRUE(QFile::rename(path, path + ".away"));
+    ASSERT_TRUE(QFile::copy(other + "/QMTL/TZZH/" + name, path));
+    const Outcome mixed = run(Incomplete::Import());
+    EXPECT_EQ(mixed.exitCode, 1) << name;
+    EXPECT_TRUE(mixed.err.contains(said)) << mixed.err.toStdString();
+    EXPECT_EQ(mixed.err.contains("乙"), isOfAll) << mixed.err.toStdString();
+    ASSERT_TRUE(QFile::remove(path));
+    ASSERT_TRUE(QFile::rename(path + ".away", path));
+    const Outcome healed = run({});
+    EXPECT_EQ(healed.exitCode, 0) << name << healed.err.toStdString();
+    EXPECT_EQ(Risk(), whole) << name;
+  }
+}
+
 TEST_F(OtherData, ASimulatedMarketIsSaidByTheExport) {
   Build("2024-05-31");
   const Outcome real = Export(Import());

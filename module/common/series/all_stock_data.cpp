@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "common/helpers/edition.h"
 #include "common/host/download_role.h"
 #include "common/host/event_guard.h"
 #include "common/host/host_access.h"
@@ -23,15 +24,6 @@ const std::array<QString, 3> kRiskFiles = {
     QStringLiteral("QMTL\\TZZH\\风险计量\\SZ.dat"),
     QStringLiteral("QMTL\\TZZH\\风险计量\\HS.dat"),
 };
-
-/// Risk figures of other data than the rest of what is shown. A file need not name its edition.
-bool NamesOtherEdition(const ResultSet& table) {
-  const int column = table.FindColumn("edition");
-  if (column < 0 || table.IsEmpty()) return false;
-  const QString madeWith = table.TextAt(0, column);
-  const QString edition = ModuleHost().DataCenter().DataEdition();
-  return !madeWith.isEmpty() && !edition.isEmpty() && madeWith != edition;
-}
 
 }  // namespace
 
@@ -78,7 +70,7 @@ void TAllStockData::ReceiveFile(const QString& fileName) {
   if (known == kRiskFiles.end()) throw Error(ErrorCategory::Refused, "not a risk file: " + fileName.toStdString());
   const ResultSet table = ReadPacketFile(role_->LocalPath(fileName), kSecuritiesLimits);
   const auto type = static_cast<std::size_t>(known - kRiskFiles.begin());
-  isOtherEdition_[type] = NamesOtherEdition(table);
+  isOtherEdition_[type] = NamesOtherEdition(table, ModuleHost().DataCenter().DataEdition());
   if (isOtherEdition_[type]) {
     throw Error(
         ErrorCategory::Refused,

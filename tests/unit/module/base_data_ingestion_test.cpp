@@ -144,6 +144,28 @@ TEST_F(Ingestion, TheEditionOfAFileIsKeptWithItsSecurity) {
   EXPECT_EQ(editions(), (QStringList{"1|a1", "1600000|b2"})) << "a refused file has none";
 }
 
+/// A file may leave its edition out, and of data without an edition any file is taken.
+TEST_F(Ingestion, AFileOfAnotherEditionIsRefused) {
+  const auto file = [](const char* edition) {
+    ResultSet table = TextFile({Row(), Dated("20240530")});
+    const int column = table.AddColumn("edition", ColumnType::Text);
+    if (*edition != '\0') table.SetText(0, column, edition);
+    return table;
+  };
+  const auto ingest = [&](const char* named, const char* edition) {
+    IngestBaseData(Database(), file(named), Day250(), kStock, {}, QString::fromLatin1(edition));
+  };
+  Store("1600000", "0", "20240101");
+  EXPECT_THROW(ingest("b2", "a1"), Error);
+  EXPECT_EQ(Stored(), QStringList{"1600000|0|20240101|0"});
+  EXPECT_EQ(Rows("select SECUCODE,EDITION from alg_statisticedition"), QStringList());
+  for (const auto& [named, edition] : {std::pair("b2", ""), std::pair("", "a1"), std::pair("a1", "a1")}) {
+    Run("delete from alg_stockstatistic");
+    ingest(named, edition);
+    EXPECT_EQ(Stored(), (QStringList{"1600000|0|20240529|0", "1600000|0|20240530|0"})) << named << " " << edition;
+  }
+}
+
 /// Each type trims by its own start; a later row of the same series does not trim again.
 TEST_F(Ingestion, EveryTypeIsASeries) {
   Store("1600000", "0", "20240101");

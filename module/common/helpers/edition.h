@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <QString>
+
+#include "holdwise/packet/result_set.h"
+
+namespace holdwise {
+
+/// Does the table of a downloaded file name, in the column "edition" of its first row, another edition of the data than
+/// this one? A file need not name any, and an empty `edition` is not known: false. Pure.
+[[nodiscard]] bool NamesOtherEdition(const ResultSet& table, const QString& edition);
+
+}  // namespace holdwise
