@@ -78,6 +78,34 @@ TEST_F(AllocationEdges, ADamagedListIsLoggedAndSaid) {
   EXPECT_EQ(portfolios->RowCount(), 2);
 }
 
+TEST_F(AllocationEdges, FilesMadeWithOtherDataAreRefused) {
+  const auto madeWith = [](const char* edition, const QByteArray& file) {
+    ResultSet table = DecodePacket(file);
+    const int column = table.AddColumn("edition", ColumnType::Text);
+    for (int row = 0; row < table.RowCount(); ++row) table.SetText(row, column, edition);
+    return EncodePacket(table);
+  };
+  const QByteArray composition = files[kRemote + "zh_5_1.dat"];
+  bench.host.dataCenter.dataEdition = "one";
+  files[kRemote + "zh_5.dat"] = madeWith("two", TwoCandidates());
+  OpenAll();
+  EXPECT_TRUE(portfolios->IsEmpty());
+  EXPECT_TRUE(EmptyText(*portfolios).contains("zh_5.dat 是随另一份数据生成的"));
+  files[kRemote + "zh_5.dat"] = madeWith("one", TwoCandidates());
+  files[kRemote + "zh_5_1.dat"] = madeWith("two", composition);
+  Configure();
+  Serve();
+  EXPECT_EQ(portfolios->RowCount(), 2);
+  EXPECT_TRUE(holdings->IsEmpty());
+  EXPECT_TRUE(EmptyText(*holdings).contains("zh_5_1.dat 是随另一份数据生成的"));
+  PressSave(0);
+  EXPECT_TRUE(Boxes().empty());
+  files[kRemote + "zh_5_1.dat"] = madeWith("one", composition);
+  Configure();
+  Serve();
+  EXPECT_EQ(holdings->RowCount(), 2);
+}
+
 TEST_F(AllocationEdges, AnEmptyListHasNoCandidate) {
   files[kRemote + "zh_5.dat"] = CandidateList({});
   OpenAll();

@@ -15,6 +15,7 @@
 #include "capital_slider.h"
 #include "common/frames/entry_bar.h"
 #include "common/frames/holdings_panel.h"
+#include "common/helpers/edition.h"
 #include "common/host/download_role.h"
 #include "common/host/event_guard.h"
 #include "common/host/host_access.h"
@@ -242,6 +243,9 @@ void TFrm_ZNPZ::InfoAsynDownFileRole1ReciveAFile(const QString& fileName, const 
   if (isLoaded && fileName != (isComposition ? awaitedComposition_ : awaitedList_)) return;
   const auto read = isComposition ? &ReadAllocationFile : &ReadCandidateList;
   if (isLoaded) ClientDataSet1 = read(role1_->LocalPath(fileName));
+  // Its weights and limits follow from other prices than those that are shown.
+  if (isLoaded && NamesOtherEdition(ClientDataSet1, ModuleHost().DataCenter().DataEdition()))
+    return ShowMissing(fileName, QStringLiteral("文件 %1 是随另一份数据生成的").arg(PlainName(fileName)));
   // A name without "_" is not loaded, and the list is filled from what was: intended.
   isComposition ? ReciveComposition() : ReciveCandidates();
 }
