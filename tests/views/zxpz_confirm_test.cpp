@@ -248,6 +248,19 @@ TEST_F(EditorConfirm, AQuoteInTheNameIsSaidAndNothingTypedIsLost) {
   ExpectUntouched(QStringLiteral("老王's组合"), TwoRows(), tables);
 }
 
+TEST_F(EditorConfirm, CharactersThatNobodySeesAreRefused) {
+  OpenWithThree();
+  const QStringList tables = Tables();
+  for (const char16_t invisible : {u'\0', u'\t', u'\n', u'\u200B', u'\u202E', u'\u2028'}) {
+    bench.host.messageBoxes.calls.clear();
+    Fill(QStringLiteral("甲") + QChar(invisible) + QStringLiteral("乙"), TwoRows());
+    Confirm();
+    ASSERT_EQ(Messages().size(), 1U) << std::hex << static_cast<int>(invisible);
+    EXPECT_EQ(Messages().front().text, QStringLiteral("组合名称含有换行、制表符等看不见的字符，请删去后再确定"));
+    EXPECT_EQ(Tables(), tables);
+  }
+}
+
 TEST_F(EditorConfirm, ModifyingBringsThePortfolioIntoTheEditor) {
   OpenWithThree();
   Press(kModify, 1);

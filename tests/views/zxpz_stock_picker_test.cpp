@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Where stocks are picked: sources, narrowing, the code and search fields, the keypad.
+#include <QLabel>
+
 #include "zxpz_picker_fixture.h"
 
 namespace holdwise::test {
@@ -154,6 +156,16 @@ TEST_F(Picker, ChineseCharactersNarrowByName) {
   EXPECT_EQ(Shown(), QStringList({"000001", "600000", "601398"}));
   TypeCode("6");
   EXPECT_EQ(Shown(), QStringList({"600000", "601398"})) << "both fields count";
+  TypeCode("3");
+  EXPECT_EQ(Shown(), QStringList());
+  const auto said = [this] {
+    for (const QLabel* label : List().findChildren<QLabel*>())
+      if (label->isVisible()) return label->text();
+    return QString();
+  };
+  EXPECT_EQ(said(), QStringLiteral("没有符合代码“3”和名称“银行”的股票"));
+  TypeCode("6");
+  EXPECT_EQ(said(), QString());
   picker->Search->clear();
   EXPECT_EQ(Shown(), QStringList({"600000", "600519", "601398"}));
 }

@@ -207,7 +207,7 @@ void TStringGrid::SetEmptyText(const QString& text) {
 }
 
 void TStringGrid::UpdateEmptyText() {
-  emptyText_->setVisible(IsEmpty() && !emptyText_->text().isEmpty());
+  emptyText_->setVisible((IsEmpty() || model_->rowCount() == 0) && !emptyText_->text().isEmpty());
   // Leaving and entering the empty state changes how every cell is drawn, not only the changed ones.
   const bool wasEmpty = std::exchange(wasEmpty_, IsEmpty());
   if (wasEmpty != wasEmpty_) viewport()->update();

@@ -130,7 +130,7 @@ class TStringGrid : public QTableView {
   void DrawCellIn(QPainter& painter, const GridCellPaint& cell, const GridColors& colors) const;
   /// Leaves the bottom pixels blank that are too few for a row.
   void SetWholeRows(bool whole);
-  /// A quiet text in the middle of the grid while it is empty; none when empty.
+  /// A quiet text in the middle of the grid while it is empty or none of its rows is shown; none when empty.
   void SetEmptyText(const QString& text);
 
   /// The part of a cell's rectangle in which its text is drawn: the last column may reach beyond the right edge.

@@ -33,6 +33,7 @@ EditorBand::EditorBand(QWidget* parent) : FramePart(parent), bar_(new EntryBar(k
   RzEdit1->setValidator(new editor::NameLimit(RzEdit1));
   RzEdit1->OnKeyPress = [this](QChar key) { return RzEdit1KeyPress(key); };
   btnOK = &bar_->AddButton(QStringLiteral("btnOK"), QStringLiteral("确 定"), [this] { Confirm(); });
+  btnOK->setToolTip(QStringLiteral("Ctrl+Enter"));
   Holdings = new HoldingsEditor(this);
   Picker = new StockPicker(*Holdings, this);
 

@@ -177,17 +177,21 @@ void HoldingsEditor::SetRows(const std::vector<HoldingRow>& rows) {
   ClearStrnGrd(*StringGrid3);
   for (const HoldingRow& row : rows) AddRow(row);
   StringGrid3->SelectCell(kHoldingCode, 0);
+  StringGrid3->BringIntoView(0);
   CalGridWidth();
 }
 
 void HoldingsEditor::AddRow(const HoldingRow& row) {
-  const GridBatch batch(*StringGrid3);
   const int place = GetIshaveData() ? 0 : StringGrid3->RowCount();
-  StringGrid3->SetRowCount(place + 1);
-  StringGrid3->SetCells(kHoldingCode, place, row.code);
-  StringGrid3->SetCells(kHoldingName, place, row.name);
-  StringGrid3->SetCells(kHoldingPrice, place, row.price);
-  StringGrid3->SetCells(kHoldingQuantity, place, row.quantity);
+  {
+    const GridBatch batch(*StringGrid3);
+    StringGrid3->SetRowCount(place + 1);
+    StringGrid3->SetCells(kHoldingCode, place, row.code);
+    StringGrid3->SetCells(kHoldingName, place, row.name);
+    StringGrid3->SetCells(kHoldingPrice, place, row.price);
+    StringGrid3->SetCells(kHoldingQuantity, place, row.quantity);
+  }
+  StringGrid3->BringIntoView(place);
 }
 
 void HoldingsEditor::EditCell(int column, int row) {

@@ -2,6 +2,7 @@
 #include "portfolio_name.h"
 
 #include <QTextBoundaryFinder>
+#include <algorithm>
 
 namespace holdwise::editor {
 namespace {
@@ -10,6 +11,21 @@ qsizetype CharactersOf(const QString& text) {
   qsizetype low = 0;
   for (const QChar unit : text) low += unit.isLowSurrogate() ? 1 : 0;
   return text.size() - low;
+}
+
+/// Pasted, they would make a name that cannot be told from another one or read back from a file.
+bool IsInvisible(char32_t character) {
+  constexpr char32_t kJoiner = 0x200D;  // inside emoji
+  switch (QChar::category(character)) {
+    case QChar::Other_Control:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+      return true;
+    case QChar::Other_Format:
+      return character != kJoiner;
+    default:
+      return false;
+  }
 }
 
 }  // namespace
@@ -35,8 +51,11 @@ void LimitName(QString& name, int& caret) {
 }
 
 QString NameProblem(const QString& name) {
-  if (!name.contains(u'\'')) return {};
-  return QStringLiteral("组合名称不能含有单引号 ' ，请改名后再确定");
+  if (name.contains(u'\'')) return QStringLiteral("组合名称不能含有单引号 ' ，请改名后再确定");
+  const auto characters = name.toUcs4();
+  if (std::any_of(characters.begin(), characters.end(), IsInvisible))
+    return QStringLiteral("组合名称含有换行、制表符等看不见的字符，请删去后再确定");
+  return {};
 }
 
 QValidator::State NameLimit::validate(QString& input, int& caret) const {

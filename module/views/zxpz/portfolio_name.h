@@ -16,6 +16,7 @@ inline constexpr int kMostCharacters = 40;
 /// belong to a character go with it. `caret` counts UTF-16 units and follows.
 void LimitName(QString& name, int& caret);
 /// Why the name cannot be stored; empty when it can. Statements take it as it stands: a single quote would break them.
+/// Characters that nobody sees are refused too.
 [[nodiscard]] QString NameProblem(const QString& name);
 
 /// Keeps an entry inside the limit, whichever way the text gets in.

@@ -208,7 +208,7 @@ void StockPicker::ShowStocks(const std::vector<HoldingRow>& stocks) {
 }
 
 void StockPicker::RzEdit3Change() {
-  if (StringGrid2->IsEmpty()) return;
+  if (StringGrid2->IsEmpty()) return StringGrid2->SetEmptyText({});
   const QString digits = RzEdit3->text();
   const QString searched = SearchForm(Search->text());
   StringGrid2->ShowRows([&](int row) {
@@ -219,6 +219,11 @@ void StockPicker::RzEdit3Change() {
   });
   const int first = StringGrid2->GetVisualTopRow();
   if (first >= 0) StringGrid2->SelectCell(kCode, first);
+  // Both fields count, and one may have been forgotten.
+  QStringList sought;
+  if (!digits.isEmpty()) sought << QStringLiteral("代码“%1”").arg(digits);
+  if (!searched.isEmpty()) sought << QStringLiteral("名称“%1”").arg(Search->text().trimmed());
+  StringGrid2->SetEmptyText(QStringLiteral("没有符合%1的股票").arg(sought.join(QStringLiteral("和"))));
 }
 
 void StockPicker::FocusFirstVisible() {
