@@ -128,6 +128,30 @@ TEST_F(AllocationEdges, ACompositionThatDoesNotComeIsSaidAndCannotBeSaved) {
   EXPECT_EQ(holdings->RowCount(), 2);
 }
 
+TEST_F(AllocationEdges, ACompositionWithoutRowsIsSaid) {
+  files[kRemote + "zh_5_1.dat"] = CompositionFile({});
+  OpenAll();
+  EXPECT_TRUE(holdings->IsEmpty());
+  EXPECT_TRUE(EmptyText(*holdings).contains("这个候选组合没有成分股"));
+  EXPECT_TRUE(frame->Notice().hint.contains("智能配置的组合 1：这个候选组合没有成分股"));
+  PressSave(0);
+  EXPECT_TRUE(Boxes().empty());
+}
+
+TEST_F(AllocationEdges, WeightsOfMoreThanTheWholeAreSaid) {
+  files[kRemote + "zh_5_1.dat"] = CompositionFile({{"600000", 1}, {"000001", 0.5}});
+  OpenAll();
+  EXPECT_TRUE(frame->Notice().hint.contains("智能配置的组合 1：比例之和是 150.00%，超过 100%"));
+}
+
+TEST_F(AllocationEdges, ACapitalTableWithoutRowsIsNotCalledDamaged) {
+  PutFile("ZNPZ.dat", CapitalTable({}));
+  OpenAll();
+  Configure();
+  Serve();
+  EXPECT_TRUE(EmptyText(*portfolios).contains("资金量表 ZNPZ.dat 没有给出这个资金量的股票数"));
+}
+
 TEST_F(AllocationEdges, ADamagedCompositionIsLoggedAndSaid) {
   OpenAll();
   for (const QByteArray& bad : {QByteArray("no packet"), CompositionFile({{"600000", 1.5}}), TwoCandidates()}) {

@@ -231,5 +231,21 @@ TEST_F(AllocationSaving, HoldingsThatChangeWhileItAsksAreNotSaved) {
   EXPECT_EQ(Tables(), QStringList());
 }
 
+TEST_F(AllocationSaving, OtherDataThatComeWhileItAsksAreNotSaved) {
+  OpenToSave();
+  for (const bool isAnswered : {true, false}) {
+    bench.host.messageBoxes.whileAsking = [this, isAnswered] {
+      bench.host.messageBoxes.whileAsking = nullptr;
+      Configure();
+      if (isAnswered) Serve();
+    };
+    PressSave(0);
+    EXPECT_EQ(Tables(), QStringList()) << isAnswered;
+    Serve();
+  }
+  PressSave(0);
+  EXPECT_NE(Tables(), QStringList());
+}
+
 }  // namespace
 }  // namespace holdwise::test

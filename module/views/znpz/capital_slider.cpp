@@ -29,12 +29,12 @@ double CapitalForKey(int key, double capital) {
   switch (key) {
     case Qt::Key_Left:
     case Qt::Key_Down:
-      return std::max(down, kLeast);
+      return std::min(std::max(down, kLeast), capital);
     case Qt::Key_Right:
     case Qt::Key_Up:
       return capital >= kMost ? capital : up;
     case Qt::Key_PageDown:
-      return std::max(capital - kBigStep, kLeast);
+      return std::min(std::max(capital - kBigStep, kLeast), capital);
     case Qt::Key_PageUp:
       return capital >= kMost ? capital : std::min(capital + kBigStep, kMost);
     case Qt::Key_Home:
@@ -125,7 +125,8 @@ void CapitalSlider::keyPressEvent(QKeyEvent* event) {
   double next = 0;
   GuardEvent(unit_, objectName(), [&] {
     capital = std::max(Read().capital, 0.0);
-    next = CapitalForKey(event->key(), capital);
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    next = isPlain ? CapitalForKey(event->key(), capital) : capital;
     if (next != capital) Choose(ShortestText(next));
   });
   if (next == capital) QWidget::keyPressEvent(event);

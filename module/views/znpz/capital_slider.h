@@ -9,8 +9,8 @@
 namespace holdwise {
 
 /// The ramp on which capital is pressed and dragged. It keeps no capital: it reads what it shows at every drawing and
-/// says what the user wants. Left and Right change it by 1, Page Up and Page Down by 10, Home and End go to its ends.
-/// User-interface thread only. What the hooks throw goes to the debug log.
+/// says what the user wants. Left and Right change it by 1, Page Up and Page Down by 10, Home goes to 1, End to its
+/// end. User-interface thread only. What the hooks throw goes to the debug log.
 class CapitalSlider : public QWidget {
   Q_OBJECT
  public:

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QScopeGuard>
 #include <QThread>
+#include <numeric>
 #include <utility>
 
 #include "allocation_files.h"
@@ -23,6 +24,7 @@
 #include "common/store/database.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/packet_file.h"
+#include "holdwise/packet/table_limits.h"
 #include "proposal_writer.h"
 #include "stock_count.h"
 
@@ -40,6 +42,13 @@ constexpr unsigned long kPause = 100;  // ms
 
 int Ask(const QString& text, const QString& caption, int buttons) {
   return ModuleHost().MessageBoxes().Vex_MessageBox(text, caption, buttons, kNoticeStyle);
+}
+
+constexpr double kMostWeight = 1.0001;  // all together; four decimals a weight
+
+double SumOf(const std::vector<Part>& parts) {
+  return std::accumulate(parts.begin(), parts.end(), 0.0,
+                         [](double sum, const Part& part) { return sum + part.weight; });
 }
 
 /// A remote name without its folder.
@@ -132,12 +141,17 @@ void TFrm_ZNPZ::DoInit_() {
 
 int TFrm_ZNPZ::CalcFileNum(double capital) {
   int count = 0;
+  isTableDamaged_ = true;
   try {
     const QString path = role1_->LocalPath(kCapitalTableFile);
     usesFixedTable_ = !QFile::exists(path);
-    if (usesFixedTable_) return FixedStockCount(capital);
+    if (usesFixedTable_) {
+      isTableDamaged_ = false;
+      return FixedStockCount(capital);
+    }
     if (capitalTable_.isEmpty()) capitalTable_ = CapitalTableIn(ReadAllocationFile(path));
     count = StockCountBy(capitalTable_, capital);
+    isTableDamaged_ = false;
   } catch (...) {
     // The unit is spelled so in this line: intended.
     LogCurrentException(QStringLiteral("ZNZP"), QStringLiteral("CalcFileNum"));
@@ -157,12 +171,13 @@ void TFrm_ZNPZ::Label1Click() {
   isListMissing_ = false;
   awaitedList_.clear();
   awaitedComposition_.clear();
+  isFileReceived_ = false;
+  ++request_;
   TStringGrid& candidates = lower_->Candidates();
   ClearStrnGrd(candidates);
   if (capital_ <= 0) {
     lower_->Holdings().Clear();
     lower_->Holdings().SetNotice({}, {});
-    isFileReceived_ = false;
     stockCount_ = 0;
     candidates.SetEmptyText(QStringLiteral("请输入资金量（万元），再按“配 置”"));
   } else {
@@ -188,6 +203,7 @@ bool TFrm_ZNPZ::strngrdSelectCell(int row) {
   lower_->Holdings().Clear();
   lower_->Holdings().SetNotice({}, {});
   isFileReceived_ = false;
+  ++request_;
   const QString& name = candidates.Cells(kFileName, row);
   awaitedComposition_ = kFolder + name;
   if (const QString problem = ProblemOfFileName(name); !problem.isEmpty()) {
@@ -221,7 +237,9 @@ void TFrm_ZNPZ::ShowMissing(const QString& fileName, const QString& problem) {
     awaitedList_.clear();
     isListMissing_ = true;
     isFileReceived_ = false;
-    listProblem_ = stockCount_ == 0 ? QStringLiteral("资金量表 ZNPZ.dat 不能读取（原因见日志）") : problem;
+    listProblem_ = problem;
+    if (stockCount_ == 0) listProblem_ = QStringLiteral("资金量表 ZNPZ.dat 没有给出这个资金量的股票数");
+    if (isTableDamaged_) listProblem_ = QStringLiteral("资金量表 ZNPZ.dat 不能读取（原因见日志）");
     lower_->Candidates().SetEmptyText(QStringLiteral("没有候选组合：%1。\n%2").arg(listProblem_, advice));
     holdings.Clear();
     holdings.SetNotice({}, {});
@@ -263,7 +281,7 @@ void TFrm_ZNPZ::ReciveCandidates() {
     return;
   }
   isFirstComposition_ = true;
-  QThread::msleep(kPause);
+  QThread::msleep(kPause);  // on the interface thread: intended
   isForcedReselect_ = true;
   const auto reset = qScopeGuard([this] { isForcedReselect_ = false; });
   grid.SelectCell(0, 0);
@@ -272,6 +290,7 @@ void TFrm_ZNPZ::ReciveCandidates() {
 void TFrm_ZNPZ::ReciveComposition() {
   const QPointer<TFrm_ZNPZ> alive(this);
   const std::vector<Part> parts = PartsIn(ClientDataSet1);
+  if (parts.empty()) return ShowMissing(awaitedComposition_, QStringLiteral("这个候选组合没有成分股"));
   const QString file = std::exchange(awaitedComposition_, {});
   HoldingsPanel& holdings = lower_->Holdings();
   const PartsShown shown = ShowParts(parts, capital_, holdings.Grid());
@@ -282,10 +301,13 @@ void TFrm_ZNPZ::ReciveComposition() {
     problems_ << QStringLiteral("智能配置的组合 %1：%2").arg(candidates.Cells(kNumber, candidates.Row()), lacking);
     notice = QStringLiteral("%1 只股票没有价格").arg(shown.unpriced.size());
     holdings.SetNotice(notice, lacking);
+  } else if (SumOf(parts) > kMostWeight) {
+    const QString sum = QStringLiteral("比例之和是 %1%，超过 100%").arg(FormatFixed(SumOf(parts) * 100, 2));
+    problems_ << QStringLiteral("智能配置的组合 %1：%2").arg(candidates.Cells(kNumber, candidates.Row()), sum);
+    holdings.SetNotice(sum, QStringLiteral("照此买入要用的钱比资金量多，请更新数据目录。"));
   } else {
     holdings.SetNotice(
-        parts.empty() ? QString() : notice,
-        QStringLiteral("按整手（100 股）取整后没有用完的资金，以及实际比例与目标比例之差的最大值（百分点）。"));
+        notice, QStringLiteral("按整手（100 股）取整后没有用完的资金，以及实际比例与目标比例之差的最大值（百分点）。"));
   }
   const bool tells = !shown.unaffordable.isEmpty() && !candidates.IsEmpty() && !isFirstComposition_;
   isFirstComposition_ = false;
@@ -308,7 +330,8 @@ void TFrm_ZNPZ::InfoAsynDownFileRole2ReciveStearm(const QString& fileName, const
 }
 
 void TFrm_ZNPZ::CtrlReciveFile2(const QString& fileName, const QByteArray& stream, int mode) {
-  ClientDataSet1 = mode == 1 ? DecodePacket(stream) : ReadAllocationFile(role2_->LocalPath(fileName));
+  ClientDataSet1 = mode == 1 ? DecodePacket(stream, kSecuritiesLimits)
+                             : ReadPacketFile(role2_->LocalPath(fileName), kSecuritiesLimits);
   QStringList codes = CodesIn(ClientDataSet1);
   g_StockClosePrice->GetDayClosePriceStrList(codes);
   ReflashData();
@@ -324,9 +347,13 @@ bool TFrm_ZNPZ::IsUnaffordable() {
 void TFrm_ZNPZ::SaveProposal(int row) {
   if (!isFileReceived_ || IsUnaffordable()) return;
   const QPointer<TFrm_ZNPZ> alive(this);
+  const int asked = request_;
   const int answer = Ask(QStringLiteral("是否保存当前智能配置组合?"), QStringLiteral("提示"), kOkAndCancel);
-  // What was asked about may be on its way out by now.
-  if (alive.isNull() || answer != kOk || !isFileReceived_) return;
+  if (alive.isNull() || answer != kOk) return;
+  // Other data may have come meanwhile, and with them other candidates and holdings.
+  if (asked != request_)
+    return lower_->Holdings().SetNotice(QStringLiteral("没有保存"),
+                                        QStringLiteral("候选组合在询问时更新了，请看过再保存。"));
   Store(row);
 }
 

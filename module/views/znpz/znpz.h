@@ -80,6 +80,8 @@ class TFrm_ZNPZ : public TViewFrame {
   bool isForcedReselect_ = false;
   bool isFirstComposition_ = false;
   bool isFileReceived_ = false;  ///< the composition of the selected candidate is shown
+  int request_ = 0;              ///< grows with each list or composition that is asked for
+  bool isTableDamaged_ = false;  ///< the capital table could not be read
   bool isAsked_ = false;         ///< somebody has asked for proposals, not only opened the view
   bool isListMissing_ = false;
   int pending_ = 0;  ///< downloads under way

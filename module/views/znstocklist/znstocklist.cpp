@@ -89,12 +89,10 @@ void TForm_Stock::CtrlReciveFile(const QString& fileName, const QByteArray& stre
   ClientDataSet1 = mode == 1 ? DecodePacket(stream, kSecuritiesLimits)
                              : ReadPacketFile(InfoAsynDownFileRole1->LocalPath(fileName), kSecuritiesLimits);
   pool::ShowPool(ClientDataSet1, *strngrd);
-  problem_.clear();
   if (ClientDataSet1.IsEmpty()) strngrd->SetEmptyText(QStringLiteral("股票池中没有股票"));
 }
 
 void TForm_Stock::Miss(const QString& problem) {
-  problem_ = problem;
   strngrd->SetEmptyText(problem + QStringLiteral("。\n请更新数据目录后再打开。"));
 }
 

@@ -27,8 +27,6 @@ class TForm_Stock : public QDialog {
   [[nodiscard]] const TStringGrid& Grid() const { return *strngrd; }
   /// False while the pool is on its way.
   [[nodiscard]] bool IsSettled() const noexcept { return !isPending_; }
-  /// Why there is no pool, for the user; empty when there is, or while it is on its way.
-  [[nodiscard]] const QString& Problem() const noexcept { return problem_; }
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -45,7 +43,6 @@ class TForm_Stock : public QDialog {
   void Miss(const QString& problem);
 
   bool isPending_ = false;
-  QString problem_;
   // NOLINTBEGIN(readability-identifier-naming): the names of the form's components
   TStringGrid* strngrd = nullptr;
   HeaderStrip* header_ = nullptr;
