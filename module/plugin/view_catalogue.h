@@ -28,6 +28,7 @@ class HoldwiseViewCatalogue final : public ViewCatalogue {
   bool SelectPortfolio(const QString& portfolioId) override;
   [[nodiscard]] std::vector<Input> Inputs() const override;
   QString SetInput(const QString& name, const QString& value) override;
+  QString PutInput(const QString& name, const QString& value) override;
   void DataChanged() override;
 
  private:
