@@ -79,7 +79,7 @@ void ShowCalculation(UserDataSession& session) {
   const auto release = qScopeGuard([] { frmCalc2.reset(); });
   frmCalc2->ShowModal();
   problem = frmCalc2->ReferenceProblem();
-  if (before == retries) Remember(session, data, *frmCalc2);
+  if (before == retries && !frmCalc2->IsWorthAnotherTry()) Remember(session, data, *frmCalc2);
 }
 
 /// The text names another routine; those who search the logs know it by this text, so it stays.
@@ -90,14 +90,17 @@ void LogDownDataFailure(const QString& text) {
 
 }  // namespace
 
-void DownData() {
-  if (frmCalc2) return;  // it pumps messages, and a timer among them may come here again
+bool DownData() {
+  if (frmCalc2) return true;  // it pumps messages, and a timer among them may come here again
   const std::unique_ptr<UserDataSession> session = Database().OpenSession();
   try {
-    if (HasUnfinished(*session)) ShowCalculation(*session);
+    if (!HasUnfinished(*session)) return true;
+    if (Database().InTransaction()) return false;
+    ShowCalculation(*session);
   } catch (const std::exception& error) {
     LogDownDataFailure(QString::fromUtf8(error.what()));
   }
+  return true;
 }
 
 QString CalculationProblem() {

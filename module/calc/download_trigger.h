@@ -9,9 +9,11 @@ namespace holdwise {
 /// in the debug log and the routine returns normally; only a session that cannot be opened throws. Blocks its caller
 /// while the dialog is open; called again meanwhile, it does nothing. User-interface thread.
 /// Portfolios that stayed incomplete when they were tried on the host's current date, because a file (also one of the
-/// reference files) was missing or damaged, do not bring the dialog up by themselves again; one that was finished and
-/// is marked unfinished since does.
-void DownData();
+/// reference files) was missing or damaged, do not bring the dialog up by themselves again, unless what was there could
+/// not be stored, for want of space or because of a lock; one that was finished and is marked unfinished since does.
+/// @return false when there is something to calculate but not now, because the database's own line of statements is in
+/// a transaction of somebody else's (who waits for an answer, perhaps): to be called again
+bool DownData();
 
 /// Why the last calculation could not begin, for the user to read (the reference file that is missing or damaged);
 /// empty when it could. User-interface thread.

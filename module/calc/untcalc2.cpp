@@ -218,6 +218,7 @@ void TfrmCalc2::IngestBasicData(const QString& fileName, const ResultSet& rows) 
   try {
     calc::IngestBaseData(Database(), rows, family, code, ForwardDateOfHost, data_.edition);
   } catch (const std::exception& error) {
+    NoteWhetherItPasses(error);
     LogFileFailure(QStringLiteral("BasicDataRecv"), fileName, error);
   }
 }
@@ -246,7 +247,9 @@ void TfrmCalc2::ReceiveReference(Reference reference, const QString& path, const
     // Only repaints inside the transaction: events let in there would find the database in the middle of it.
     replace(Database(), file, [this] { rzprgrsbr1->repaint(); });
   } catch (const std::exception& error) {
-    GiveUpReference(reference, QStringLiteral("不能使用：%1").arg(QString::fromUtf8(error.what())));
+    const QString problem =
+        NoteWhetherItPasses(error) ? QStringLiteral("没有存入数据库：%1") : QStringLiteral("不能使用：%1");
+    GiveUpReference(reference, problem.arg(QString::fromUtf8(error.what())));
     throw;
   }
   driver_.ReferenceHandled(reference);
@@ -314,6 +317,14 @@ void TfrmCalc2::Decisive(const std::function<void()>& step) {
     failure_ = std::current_exception();
     reject();
   }
+}
+
+bool TfrmCalc2::NoteWhetherItPasses(const std::exception& error) {
+  const auto* known = dynamic_cast<const Error*>(&error);
+  const bool passes =
+      known != nullptr && (known->Category() == ErrorCategory::Busy || known->Category() == ErrorCategory::Io);
+  isWorthAnotherTry_ = isWorthAnotherTry_ || passes;
+  return passes;
 }
 
 void TfrmCalc2::ShowProgress() {

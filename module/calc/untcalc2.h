@@ -54,6 +54,9 @@ class TfrmCalc2 : public QDialog {
   /// when none was.
   [[nodiscard]] const QString& ReferenceProblem() const { return referenceProblem_; }
 
+  /// Was something that had come not stored for a reason that passes (no space, a lock)?
+  [[nodiscard]] bool IsWorthAnotherTry() const { return isWorthAnotherTry_; }
+
   [[nodiscard]] const QProgressBar& ProgressBar() const { return *rzprgrsbr1; }
 
   void done(int result) override;
@@ -77,6 +80,8 @@ class TfrmCalc2 : public QDialog {
   /// Without a reference file nothing is calculated: closes the dialog. `problem` is how the file fares.
   void GiveUpReference(calc::Reference reference, const QString& problem);
   void ShowProgress();
+  /// True when what has come was not stored for a reason that passes.
+  bool NoteWhetherItPasses(const std::exception& error);
 
   void DownBasicDataReciveAFile(const QString& fileName, int errorCode);
   void DownBasicDataReciveStearm(const QString& fileName, int errorCode, const QByteArray& stream);
@@ -93,6 +98,7 @@ class TfrmCalc2 : public QDialog {
   QStringList calculated_;
   calc::DataState data_;
   QString referenceProblem_;
+  bool isWorthAnotherTry_ = false;
   std::exception_ptr failure_;
   // NOLINTBEGIN(readability-identifier-naming): the names of the form's components
   QLabel* lbl1 = nullptr;

@@ -53,6 +53,14 @@ TFigureBasis BasisOf(int frameId) {
   return node == nullptr ? TFigureBasis() : node->basis;
 }
 
+/// With what is awaited while it may still come.
+ViewNotice WholeNotice(const TViewFrame& frame) {
+  ViewNotice notice = frame.Notice();
+  if (!CalculationProblem().isEmpty()) return notice;
+  for (const QString& line : notice.awaited.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) notice.Add(line);
+  return notice;
+}
+
 QString Unit() {
   return QStringLiteral("untmainfrm");
 }
@@ -199,7 +207,9 @@ void TMainFrm::ShowView(const TNodeData& view, const QTreeWidgetItem& node, TVie
     FCurFrame->OnPortfoliosChanged = [this, frame = FCurFrame] {
       if (frame == FCurFrame) ShowNotice(true);
     };
-    FCurFrame->OnDownData = [] { DownData(); };
+    FCurFrame->OnDownData = [this, alive = QPointer<TMainFrm>(this)] {
+      if (!DownData() && !alive.isNull()) EnableTimer1();
+    };
     views_->addWidget(FCurFrame);
     FFrameList.push_back(FCurFrame);
   }
@@ -221,16 +231,19 @@ void TMainFrm::ShowNotice(bool readAgain) {
   const RestsOn restsOn = FCurFrame == nullptr ? RestsOn::Nothing : RestOf(FCurFrame->Tag());
   if (restsOn == RestsOn::Nothing) return RzPanel3->SetNotice({}, {});
   const TFigureBasis basis = BasisOf(FCurFrame->Tag());
-  if (!basis.isStored) incomplete_.clear();
-  if (readAgain && basis.isStored) {
-    incomplete_ = restsOn == RestsOn::Saved ? PortfoliosLackingStoredInputs(Database())
-                                            : IncompletePortfolios(Database(), PortfolioSet::Unsaved);
-  }
+  const PortfolioSet set = restsOn == RestsOn::Saved ? PortfolioSet::Saved : PortfolioSet::Unsaved;
+  if (readAgain) incomplete_ = PortfoliosLackingStoredInputs(basis, Database(), set);
   const PricesUsed shown = arePricesShown_ ? basis.prices : PricesUsed::None;
-  const ViewNotice own = FCurFrame->Notice();
-  const auto all = Together(WithThoseLackingPrices(incomplete_, shown, Database()), own.lacking);
+  const ViewNotice own = WholeNotice(*FCurFrame);
+  auto all = Together(WithThoseLackingPrices(incomplete_, shown, Database()), own.lacking);
+  const QString problem = CalculationProblem();
+  const QStringList uncalculated = problem.isEmpty() ? QStringList() : TakeUncalculated(all);
   QStringList texts{own.text, NoticeOf(all)};
-  QStringList hints{own.hint, HintOf(all), all.empty() || !basis.isStored ? QString() : CalculationProblem()};
+  QStringList hints{own.hint, HintOf(all)};
+  if (!uncalculated.isEmpty()) {
+    texts.prepend(QStringLiteral("%1 个组合没有计算").arg(uncalculated.size()));
+    hints = QStringList{problem, UncalculatedLine(uncalculated)} + hints;
+  }
   texts.removeAll(QString());
   hints.removeAll(QString());
   RzPanel3->SetNotice(texts.join(QStringLiteral("；")), hints.join(QLatin1Char('\n')));
@@ -264,8 +277,9 @@ void TMainFrm::Timer1Timer() {
   const QString& relevant = restsOn == RestsOn::Unsaved ? sql::kCountUnsavedPortfolios : sql::kCountSavedPortfolios;
   if (Database().Count(relevant) == 0) return;
   const QPointer<TMainFrm> alive(this);
-  DownData();
+  const bool isDone = DownData();
   if (!alive) return;  // the host may have left the module while the dialog was open
+  if (!isDone) return EnableTimer1();
   ReCalc();
   if (FCurFrame != nullptr) SendInit();
 }
@@ -299,7 +313,7 @@ void TMainFrm::Button1Click() {
 QStringList TMainFrm::NoticesOfViews(std::vector<IncompletePortfolio>& lacking) const {
   QStringList lines;
   for (const TViewFrame* frame : FFrameList) {
-    const ViewNotice notice = frame->Notice();
+    const ViewNotice notice = WholeNotice(*frame);
     lacking = Together(std::move(lacking), notice.lacking);
     lines << notice.hint.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
   }

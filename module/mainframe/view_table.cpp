@@ -19,24 +19,27 @@ std::unique_ptr<TViewFrame> Make() {
   return std::make_unique<View>();
 }
 
-constexpr TFigureBasis kStoredAndPrices{true, PricesUsed::Latest};
-constexpr TFigureBasis kStoredAndAllPrices{true, PricesUsed::LatestAndCloses};
+constexpr TFigureBasis kAllPrices{StoredUsed::Closes, PricesUsed::LatestAndCloses};
+constexpr TFigureBasis kFiguresAndPrices{StoredUsed::FiguresWithRate, PricesUsed::Latest};
+constexpr TFigureBasis kFigures{StoredUsed::Figures, PricesUsed::None};
+/// The view itself says when there is no rate.
+constexpr TFigureBasis kFiguresPricesAndIndex{StoredUsed::Figures, PricesUsed::Latest, true};
 /// The view itself says what it lacks.
-constexpr TFigureBasis kNoneOfThem{false, PricesUsed::None};
+constexpr TFigureBasis kNoneOfThem{StoredUsed::None, PricesUsed::None};
 
 }  // namespace
 
 const std::array<TNodeData, 10> Nodes = {{
     {1000, 0, QStringLiteral("资产配置")},
     {1001, 1000, QStringLiteral("智能配置"), &Make<TFrm_ZNPZ>, false, RestsOn::Nothing},
-    {1002, 1000, QStringLiteral("自选配置"), &Make<TFrm_ZXPZ>, false, RestsOn::Unsaved},
+    {1002, 1000, QStringLiteral("自选配置"), &Make<TFrm_ZXPZ>, false, RestsOn::Unsaved, kFigures},
     {2000, 0, QStringLiteral("组合跟踪")},
-    {2001, 2000, QStringLiteral("组合表现"), &Make<TFrm_ZHBX>, true, RestsOn::Saved, kStoredAndAllPrices},
+    {2001, 2000, QStringLiteral("组合表现"), &Make<TFrm_ZHBX>, true, RestsOn::Saved, kAllPrices},
     {2002, 2000, QStringLiteral("风险计量"), &Make<TFrm_FXJL>, false, RestsOn::Saved},
     {2003, 2000, QStringLiteral("压力测试"), &Make<TFrm_YLCS>, false, RestsOn::Saved, kNoneOfThem},
     {3000, 0, QStringLiteral("组合评价")},
-    {3001, 3000, QStringLiteral("总体评价"), &Make<TFrM_ZTPJ>, true, RestsOn::Saved, kStoredAndPrices},
-    {3002, 3000, QStringLiteral("业绩分解"), &Make<TFrm_YJFJ>, true, RestsOn::Saved, kStoredAndPrices},
+    {3001, 3000, QStringLiteral("总体评价"), &Make<TFrM_ZTPJ>, true, RestsOn::Saved, kFiguresAndPrices},
+    {3002, 3000, QStringLiteral("业绩分解"), &Make<TFrm_YJFJ>, true, RestsOn::Saved, kFiguresPricesAndIndex},
 }};
 
 const TNodeData* FindNode(int id) {

@@ -16,12 +16,6 @@ enum class RestsOn {
   Saved
 };
 
-/// What the figures on a view's page are made from; what of it is lacking is said there.
-struct TFigureBasis {
-  bool isStored = true;  ///< those that are stored with the portfolios
-  PricesUsed prices = PricesUsed::None;
-};
-
 /// One entry of the navigation tree, and the view it shows.
 struct TNodeData {
   int Id = 0;
@@ -30,7 +24,7 @@ struct TNodeData {
   std::unique_ptr<TViewFrame> (*make)() = nullptr;  ///< null for a group
   bool isLive = false;                              ///< prices are in it: it is told when they were read again
   RestsOn restsOn = RestsOn::Saved;
-  TFigureBasis basis{};
+  TFigureBasis basis{};  ///< what of it is lacking is said on the page
 };
 
 /// The navigation tree, parents before children. A view is one row here and one folder of its own.

@@ -14,6 +14,12 @@
 #include "mainframe/view_table.h"
 
 namespace holdwise {
+namespace {
+
+const QString kNoView = QStringLiteral("没有打开的页面。");
+
+}  // namespace
+
 TViewFrame* HoldwiseViewCatalogue::CurFrame() const {
   return mainFrame_.isNull() ? nullptr : mainFrame_->CurFrame();
 }
@@ -66,9 +72,12 @@ QString HoldwiseViewCatalogue::Shortcoming() const {
 QStringList HoldwiseViewCatalogue::Incomplete() const {
   if (mainFrame_.isNull()) return {};
   auto lacking =
-      WithThoseLackingPrices(PortfoliosLackingStoredInputs(Database()), PricesUsed::LatestAndCloses, Database());
-  lacking = Together(std::move(lacking), IncompletePortfolios(Database(), PortfolioSet::Unsaved));
-  const QStringList lines = mainFrame_->NoticesOfViews(lacking);
+      WithThoseLackingPrices(PortfoliosLackingStoredInputs(kWholeBasis, Database()), kWholeBasis.prices, Database());
+  lacking = Together(std::move(lacking), PortfoliosLackingStoredInputs(kWholeBasis, Database(), PortfolioSet::Unsaved));
+  QStringList lines = mainFrame_->NoticesOfViews(lacking);
+  // The file that stopped the calculation is the shortcoming.
+  if (!CalculationProblem().isEmpty()) lines << UncalculatedLine(TakeUncalculated(lacking));
+  lines.removeAll(QString());
   return lines + LinesOf(lacking);
 }
 
@@ -101,7 +110,12 @@ std::vector<ViewCatalogue::Input> HoldwiseViewCatalogue::Inputs() const {
 
 QString HoldwiseViewCatalogue::SetInput(const QString& name, const QString& value) {
   TViewFrame* frame = CurFrame();
-  return frame == nullptr ? QStringLiteral("没有打开的页面。") : frame->SetInput(name, value);
+  return frame == nullptr ? kNoView : frame->SetInput(name, value);
+}
+
+QString HoldwiseViewCatalogue::PutInput(const QString& name, const QString& value) {
+  TViewFrame* frame = CurFrame();
+  return frame == nullptr ? kNoView : frame->PutInput(name, value);
 }
 
 QStringList HoldwiseViewCatalogue::Windows() const {

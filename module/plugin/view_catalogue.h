@@ -28,6 +28,7 @@ class HoldwiseViewCatalogue final : public ViewCatalogue {
   bool SelectPortfolio(const QString& portfolioId) override;
   [[nodiscard]] std::vector<Input> Inputs() const override;
   QString SetInput(const QString& name, const QString& value) override;
+  QString PutInput(const QString& name, const QString& value) override;
   [[nodiscard]] QStringList Windows() const override;
   [[nodiscard]] std::unique_ptr<CatalogueWindow> MakeWindow(const QString& name) override;
   void DataChanged() override;

@@ -13,6 +13,8 @@ constexpr int kDaily = 0;
 
 std::map<int, double> ReadIndexCloses(const QString& dataFolder, int indexNumber) {
   const TableReader file(dataFolder + QStringLiteral("/QMTL/TZZH/Day250/指数/allzs.dat"), kIndexSeriesLimits);
+  if (!file.Edition().isEmpty())
+    file.RequireEdition(TableReader(dataFolder + QStringLiteral("/market.dat"), kMarketLimits).Edition());
   const int code = file.Column("SecuCode", ColumnType::Integer);
   const int type = file.Column("hqtype", ColumnType::Integer);
   const int date = file.Column("hqdate", ColumnType::Integer);

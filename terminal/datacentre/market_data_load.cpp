@@ -78,19 +78,6 @@ SecurityRow ReadSecurity(const TableReader& file, const SecurityColumns& columns
   return read;
 }
 
-/// Folders made before there was one have none.
-QString EditionIn(const TableReader& file) {
-  constexpr std::size_t kMostBytes = 64;
-  const int column = file.Table().FindColumn("edition");
-  if (column < 0) return {};
-  const std::string text = file.Table().Utf8At(0, file.Column("edition", ColumnType::Text, true));
-  const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-  });
-  if (!isPlain || text.size() > kMostBytes) file.Refuse(0, QStringLiteral("数据版本标记无效"));
-  return QString::fromStdString(text);
-}
-
 }  // namespace
 
 void MarketData::Load(const QString& folder) {
@@ -140,7 +127,7 @@ MarketData::Market MarketData::ReadMarket(const QString& path) {
   if (!IsMarketDate(currentDate)) file.Refuse(0, QStringLiteral("日期%1无效").arg(currentDate));
   const int flag = file.IntegerAt(0, simulated);
   if (flag != 0 && flag != 1) file.Refuse(0, QStringLiteral("模拟标志%1应为0或1").arg(flag));
-  return {currentDate, flag == 1, EditionIn(file)};
+  return {currentDate, flag == 1, file.Edition()};
 }
 
 void MarketData::SetEdition(const QString& edition) {
@@ -217,9 +204,7 @@ void MarketData::LoadTradingDates(const QString& path) {
 std::vector<CodedQuote> MarketData::ReadQuotes(const QString& path, const QString& edition) const {
   const TableReader file(path, kSecuritiesLimits);
   // Quotes that others keep up to date need not name one.
-  const QString madeWith = EditionIn(file);
-  if (!madeWith.isEmpty() && !edition.isEmpty() && madeWith != edition)
-    file.Refuse(0, QStringLiteral("是随另一份数据生成的，与market.dat不符，请重新生成数据目录"));
+  file.RequireEdition(edition);
   const int code = file.Column("code_number", ColumnType::Integer);
   const int price = file.Column("price", ColumnType::Real);
   const int previousClose = file.Column("prev_close", ColumnType::Real);

@@ -2,6 +2,7 @@
 #include "table_reader.h"
 
 #include <QDir>
+#include <algorithm>
 #include <limits>
 
 namespace holdwise {
@@ -47,6 +48,23 @@ int TableReader::IntegerAt(int row, int column) const {
     Refuse(row, QStringLiteral("数值%1超出范围").arg(value));
   }
   return static_cast<int>(value);
+}
+
+QString TableReader::Edition() const {
+  constexpr std::size_t kMostBytes = 64;
+  if (table_.FindColumn("edition") < 0 || table_.IsEmpty()) return {};
+  const std::string text = table_.Utf8At(0, Column("edition", ColumnType::Text, true));
+  const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+  });
+  if (!isPlain || text.size() > kMostBytes) Refuse(0, QStringLiteral("数据版本标记无效"));
+  return QString::fromStdString(text);
+}
+
+void TableReader::RequireEdition(const QString& edition) const {
+  const QString madeWith = Edition();
+  if (madeWith.isEmpty() || edition.isEmpty() || madeWith == edition) return;
+  Refuse(0, QStringLiteral("是随另一份数据生成的，与market.dat不符，请重新生成数据目录"));
 }
 
 void TableReader::Refuse(int row, const QString& reason) const {

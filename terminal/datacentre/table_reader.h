@@ -23,6 +23,11 @@ class TableReader {
   [[nodiscard]] int IntegerAt(int row, int column) const;
   /// Always finite: the packet reader takes nothing else.
   [[nodiscard]] double RealAt(int row, int column) const { return table_.RealAt(row, column); }
+  /// The edition of the data that the file names: letters and digits, at most 64; empty when it names none, as files
+  /// made before there was one. Anything else: Error(Refused).
+  [[nodiscard]] QString Edition() const;
+  /// Error(Refused) when the file names another edition than `edition`. Of none, on either side, nothing is known.
+  void RequireEdition(const QString& edition) const;
   /// Throws Error(Refused) about a row.
   [[noreturn]] void Refuse(int row, const QString& reason) const;
 

@@ -19,6 +19,7 @@ constexpr std::int64_t kMaxFileBytes = 16LL << 20;
 struct Purchase {
   QString indexClose;
   QString date;
+  bool isClose = false;
 };
 
 Purchase PurchaseNow(const TDataCenter& dataCentre) {
@@ -30,7 +31,7 @@ Purchase PurchaseNow(const TDataCenter& dataCentre) {
 }
 
 Purchase PurchaseOn(int date, double indexClose) {
-  return {FormatFixed(indexClose, 2), QString::fromStdString(DateText(date))};
+  return {FormatFixed(indexClose, 2), QString::fromStdString(DateText(date)), true};
 }
 
 bool HasDay(const CsvPortfolio& portfolio) {
@@ -51,8 +52,8 @@ void InsertPortfolio(UserDataServices& database, const CsvPortfolio& portfolio, 
                 import_sql::InsertHolding({QString::number(id), QString::number(holding.codeNumber), holding.quantity,
                                            ShortestText(Cost(holding) / total), holding.price}));
   }
-  MustExecute(database,
-              import_sql::InsertPortfolio({QString::number(id), portfolio.name, purchase.indexClose, purchase.date}));
+  MustExecute(database, import_sql::InsertPortfolio({QString::number(id), portfolio.name, purchase.indexClose,
+                                                     purchase.date, purchase.isClose}));
 }
 
 std::vector<int> HeldStocks(const std::vector<CsvPortfolio>& portfolios) {
@@ -126,6 +127,9 @@ ImportResult Write(const std::vector<CsvPortfolio>& portfolios, const ImportServ
   int done = 0;
   const auto step = [&] { return !progress || progress(done++, total); };
 
+  if (services.database.InTransaction()) {
+    throw Error(ErrorCategory::Busy, "终端窗口里有一个提问还没有回答（例如是否删除组合），请先回答它，再导入一次");
+  }
   ImportResult result;
   TransactionScope transaction(services.database);
   for (const CsvPortfolio& portfolio : portfolios) {

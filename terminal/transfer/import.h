@@ -50,7 +50,7 @@ using ImportProgress = std::function<bool(int done, int total)>;
 /// becomes a saved portfolio of 2 to 10 holdings with weights by cost and unfinished figures, which are the plug-in's
 /// to calculate. Everything is written in one transaction. A file that breaks a rule is reported line by line in the
 /// result. A failing statement or commit throws the database's Error after the roll-back; Error(Refused) when the data
-/// centre has no date or no level of index 1, or when a transaction is already open. User-interface thread.
+/// centre has no date or no level of index 1; Error(Busy) when a transaction is already open. User-interface thread.
 [[nodiscard]] ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& services,
                                             const ImportProgress& progress = {});
 /// The same from a file; one that cannot be read is a problem of line 0.

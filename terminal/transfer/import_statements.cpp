@@ -16,9 +16,11 @@ QString InsertHolding(const Holding& holding) {
 
 QString InsertPortfolio(const Portfolio& portfolio) {
   return QStringLiteral(
-             "insert into alg_commain (ID,COMNAME,ZSCLOSEPRICE,MBSYL,FC,BETA,ISFINISHED,EDITDATE,SAVEFLAG)values(%1,"
-             "'%2',%3,0,0,0,0,'%4',1)")
-      .arg(portfolio.id, portfolio.name, portfolio.indexLevel, portfolio.date);
+             "insert into alg_commain (ID,COMNAME,ZSCLOSEPRICE,MBSYL,FC,BETA,ISFINISHED,EDITDATE,SAVEFLAG%5)values(%1,"
+             "'%2',%3,0,0,0,0,'%4',1%6)")
+      .arg(portfolio.id, portfolio.name, portfolio.indexLevel, portfolio.date,
+           portfolio.isLevelClose ? QStringLiteral(",INDEXISCLOSE") : QString(),
+           portfolio.isLevelClose ? QStringLiteral(",1") : QString());
 }
 
 }  // namespace holdwise::import_sql

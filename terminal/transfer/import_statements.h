@@ -18,6 +18,7 @@ struct Holding {
 /// A saved portfolio without figures: unfinished.
 struct Portfolio {
   QString id, name, indexLevel, date;
+  bool isLevelClose = false;  ///< the level is the market's close of that date
 };
 [[nodiscard]] QString InsertPortfolio(const Portfolio& portfolio);
 

@@ -32,6 +32,10 @@ void RemoveFile(const QString& path) {
     throw Error(ErrorCategory::Io, QStringLiteral("以前导出的文件“%1”不能删除。").arg(path).toStdString());
 }
 
+const QString& InForce(const ViewCatalogue::Input& input) {
+  return input.inForce.isEmpty() ? input.value : input.inForce;
+}
+
 /// Grid names and portfolio ids become parts of file names.
 QString FileNamePart(QString text) {
   for (QChar& character : text)
@@ -167,19 +171,26 @@ void ViewExporter::KeepInputs() {
 }
 
 void ViewExporter::RestoreInputs() {
-  const auto stands = [this](const ViewCatalogue::Input& former) {
+  const auto present = [this](const QString& name) {
     const auto inputs = views_.Inputs();
-    return std::any_of(inputs.begin(), inputs.end(), [&former](const ViewCatalogue::Input& one) {
-      return one.name == former.name && one.value == former.value;
-    });
+    const auto one = std::find_if(inputs.begin(), inputs.end(),
+                                  [&name](const ViewCatalogue::Input& input) { return input.name == name; });
+    return one == inputs.end() ? ViewCatalogue::Input() : *one;
   };
-  for (const auto& [frameId, former] : std::exchange(former_, {})) {
-    if (views_.Current() != frameId && !views_.Show(frameId)) continue;
-    if (stands(former)) continue;
-    // What had been typed need not be a value.
-    if (!views_.SetInput(former.name, former.value).isEmpty() && !former.inForce.isEmpty())
-      views_.SetInput(former.name, former.inForce);
-  }
+  const std::vector<FormerInput> former = std::exchange(former_, {});
+  const auto forEach = [&](const auto& restore) {
+    for (const auto& [frameId, input] : former)
+      if (views_.Current() == frameId || views_.Show(frameId)) restore(input);
+  };
+  forEach([&](const ViewCatalogue::Input& input) {
+    const ViewCatalogue::Input now = present(input.name);
+    const QString& wanted = InForce(input);
+    if (now.value != wanted || InForce(now) != wanted) views_.SetInput(input.name, wanted);
+  });
+  // What had been typed or chosen and not applied, once what was applied is in force again.
+  forEach([&](const ViewCatalogue::Input& input) {
+    if (present(input.name).value != input.value) views_.PutInput(input.name, input.value);
+  });
 }
 
 void ViewExporter::WritePicture(QWidget& picture, const QString& name, const QString& caption) {
@@ -244,8 +255,8 @@ void ViewExporter::WritePortfolio() {
 
 void ViewExporter::WriteInputs() {
   GridText table{kInputsName, {QStringLiteral("输入项"), QStringLiteral("控件"), QStringLiteral("值")}, {}, {}};
-  for (const auto& [control, value, caption, inForce] : views_.Inputs())
-    table.rows.push_back({caption.isEmpty() ? control : caption, control, inForce.isEmpty() ? value : inForce});
+  for (const ViewCatalogue::Input& input : views_.Inputs())
+    table.rows.push_back({input.caption.isEmpty() ? input.name : input.caption, input.name, InForce(input)});
   if (table.rows.empty()) return;
   gridNames_.insert(kInputsName);
   WriteGrid(QStringLiteral("%1-%2").arg(view_.frameId).arg(kInputsName), table);

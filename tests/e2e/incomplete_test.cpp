@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QThread>
+#include <functional>
 
 #include "incomplete_fixture.h"
 
@@ -116,6 +118,47 @@ TEST_F(Incomplete, ADamagedReferenceFileEndsTheCalculation) {
     file.write(whole);
     file.close();
     EXPECT_EQ(run({}).exitCode, 0);
+  }
+}
+
+/// Nothing else is blamed: neither what was not fetched because of it nor the other reference file.
+TEST_F(Incomplete, OnlyTheReferenceFileThatStoppedTheCalculationIsNamed) {
+  const QString program = Program("holdwise-market");
+  const auto cut = [](const QString& path) { return QFile::resize(path, QFileInfo(path).size() - 4); };
+  const auto remove = [](const QString& path) { return QFile::remove(path); };
+  const auto withBadPrice = [&](const QString& path) {
+    const QString csv = bench_.Write("gz.csv", "SECUCODE:text,ID:integer,PRICE:text\n600001,1,abc\n");
+    return e2e::Run(program, {"packet", "from-csv", csv, "--out", path}).exitCode == 0;
+  };
+  struct {
+    const char* file;
+    std::function<bool(const QString&)> damage;
+    const char* said;
+  } const cases[] = {{"GZ.dat", remove, "估值文件 GZ.dat 没有取得"},
+                     {"GZ.dat", withBadPrice, "估值文件 GZ.dat 不能使用："},
+                     {"InterestRate.Dat", remove, "利率文件 InterestRate.Dat 没有取得"},
+                     {"InterestRate.Dat", cut, "利率文件 InterestRate.Dat 不能使用："}};
+  const auto whole = WholeRisk();
+  for (const auto& [file, damage, said] : cases) {
+    const Bench work;
+    const auto run = [&](const QStringList& more) {
+      return RunTerminal(QStringList{"--data", bench_.data, "--work", work.Work(), "--export", bench_.File("out")} +
+                         more);
+    };
+    const QString path = bench_.data + "/QMTL/TZZH/" + file;
+    ASSERT_TRUE(QFile::copy(path, path + ".away"));
+    ASSERT_TRUE(damage(path));
+    const Outcome stopped = run(Import());
+    EXPECT_EQ(stopped.exitCode, 1);
+    const QStringList lines = stopped.err.split('\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 3) << stopped.err.toStdString();
+    EXPECT_TRUE(lines[1].startsWith("2 个组合的风险数据没有算完，所示的不是最新数值（" + QString(said))) << said;
+    EXPECT_EQ(lines[2], "乙、甲：没有计算");
+    QFile::remove(path);
+    ASSERT_TRUE(QFile::rename(path + ".away", path));
+    const Outcome healed = run({});
+    EXPECT_EQ(healed.exitCode, 0) << healed.err.toStdString();
+    EXPECT_EQ(Risk(), whole);
   }
 }
 

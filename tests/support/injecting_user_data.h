@@ -12,7 +12,7 @@ namespace holdwise::test {
 class FailurePlan {
  public:
   enum class Kind {
-    Throws,   ///< Error(Database)
+    Throws,   ///< an Error
     Refuses,  ///< Execute answers 0 and does nothing; the other calls throw
   };
   /// The call with that number (0 = the next one) fails, once.
@@ -38,9 +38,12 @@ class FailurePlan {
     if (IsDue(call)) Throw();
   }
   [[nodiscard]] Kind HowToFail() const { return kind_; }
-  [[noreturn]] static void Throw() { throw Error(ErrorCategory::Database, "injected failure"); }
+  /// Of the failures to come; Database before the first call.
+  void SetCategory(ErrorCategory category) { category_ = category; }
+  [[noreturn]] void Throw() const { throw Error(category_, "injected failure"); }
 
  private:
+  ErrorCategory category_ = ErrorCategory::Database;
   int remaining_ = -1;
   Kind kind_ = Kind::Throws;
   bool hasFailed_ = false;
@@ -67,7 +70,7 @@ class Injecting : public Base {
   int Execute(const QString& sql) override {
     if (!plan_.IsDue(sql)) return inner_.Execute(sql);
     if (plan_.HowToFail() == FailurePlan::Kind::Refuses) return 0;
-    FailurePlan::Throw();
+    plan_.Throw();
   }
   void StartTransaction() override {
     plan_.Pass(QStringLiteral("start"));
@@ -76,7 +79,7 @@ class Injecting : public Base {
   void Commit() override {
     if (plan_.IsDue(QStringLiteral("commit"))) {
       inner_.RollBack();
-      FailurePlan::Throw();
+      plan_.Throw();
     }
     inner_.Commit();
   }

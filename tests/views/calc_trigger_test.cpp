@@ -2,6 +2,7 @@
 #include <QTest>
 
 #include "calc_trigger_fixture.h"
+#include "common/frames/frame_parts.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
 #include "common/store/exchange_files.h"
@@ -159,7 +160,92 @@ TEST_F(Trigger, EveryCallBeforeTheDialogMayFail) {
   EXPECT_EQ(Unfinished(), QStringList());
 }
 
+/// What has come and is not stored for want of space, or because of a lock, is not what was tried in vain.
+TEST_F(Trigger, WhatCouldNotBeStoredIsTriedAgain) {
+  for (const ErrorCategory category : {ErrorCategory::Io, ErrorCategory::Busy}) {
+    Run("update alg_commain set ISFINISHED = 0, LACKING = 0 where ID < 3");
+    int shown = 0;
+    WhenShown([&] {
+      ++shown;
+      FinishBase();
+      FinishRates();
+      Plan().SetCategory(category);
+      Plan().FailCall(0);
+      FinishEstimates();
+      Plan().FailNothing();
+    });
+    EXPECT_TRUE(DownData());
+    EXPECT_EQ(Unfinished(), (QStringList{"1", "2"}));
+    WhenShown([&] {
+      ++shown;
+      FinishAll();
+    });
+    EXPECT_TRUE(DownData());
+    EXPECT_EQ(shown, 2);
+    EXPECT_EQ(Unfinished(), QStringList());
+    EXPECT_EQ(CalculationProblem(), QString());
+  }
+}
+
+TEST_F(Trigger, WhileSomebodyElseIsInATransactionTheDialogWaits) {
+  {
+    const TransactionScope question(Database());
+    EXPECT_FALSE(DownData());
+    EXPECT_TRUE(host_.DownFiles(QStringLiteral("DownBasicData")).empty());
+  }
+  WhenShown([&] { FinishAll(); });
+  EXPECT_TRUE(DownData());
+  EXPECT_EQ(Unfinished(), QStringList());
+}
+
 using MainFrame = Trigger;
+
+/// The editor has begun its transaction and asks whether to delete a portfolio, while the data folder is made again.
+TEST_F(MainFrame, TheCalculationComesWhenTheQuestionHasBeenAnswered) {
+  Run("delete from alg_commain where ID = 3");
+  Run("update alg_commain set ISFINISHED = 1, LACKING = 0");
+  TMainFrm frame;
+  const auto nodes = frame.dxTL().findItems(QStringLiteral("风险计量"), Qt::MatchRecursive | Qt::MatchExactly, 1);
+  ASSERT_EQ(nodes.size(), 1);
+  frame.dxTL().setCurrentItem(nodes.first());
+  QTest::qWait(1500);
+  {
+    const TransactionScope question(Database());
+    host_.dataCenter.dataEdition = QStringLiteral("b2");
+    frame.DataChanged();
+    QTest::qWait(2500);
+    EXPECT_TRUE(host_.DownFiles(QStringLiteral("DownBasicData")).empty());
+    EXPECT_FALSE(frame.IsSettled()) << "an export waits for it";
+  }
+  bool isShown = false;
+  WhenShown([&] {
+    isShown = true;
+    FinishAll();
+  });
+  ASSERT_TRUE(QTest::qWaitFor([&] { return isShown && !frmCalc2; }, 30000));
+  EXPECT_EQ(Unfinished(), QStringList());
+  EXPECT_EQ(CalculationProblem(), QString());
+}
+
+TEST_F(MainFrame, WhatAReferenceFileStoppedIsSaidOnThePage) {
+  Run("delete from alg_commain where ID = 3");
+  TMainFrm frame;
+  frame.resize(1200, 600);
+  WhenShown([&] {
+    FinishBase();
+    EstimateDown()->Fail(kEstimatesFile, 1);
+  });
+  const auto nodes = frame.dxTL().findItems(QStringLiteral("风险计量"), Qt::MatchRecursive | Qt::MatchExactly, 1);
+  ASSERT_EQ(nodes.size(), 1);
+  frame.dxTL().setCurrentItem(nodes.first());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !timer_.isActive() && !frmCalc2; }, 30000));
+  const QLabel& notice = frame.findChildren<TitleStrip*>().front()->Notice();
+  EXPECT_TRUE(notice.text().contains(QStringLiteral("2 个组合没有计算"))) << notice.text().toStdString();
+  EXPECT_FALSE(notice.text().contains(QStringLiteral("不完整"))) << notice.text().toStdString();
+  EXPECT_TRUE(notice.toolTip().contains(QStringLiteral("估值文件 GZ.dat 没有取得"))) << notice.toolTip().toStdString();
+  EXPECT_TRUE(notice.toolTip().contains(QStringLiteral("p2、p1：没有计算"))) << notice.toolTip().toStdString();
+  EXPECT_FALSE(notice.toolTip().contains(QStringLiteral("利率"))) << notice.toolTip().toStdString();
+}
 
 TEST_F(MainFrame, ReadsAndWritesTheExchangeFiles) {
   SaveZHFile();

@@ -300,6 +300,22 @@ TEST_F(StressView, InputsAreSetByName) {
   EXPECT_EQ(Shown(), QStringLiteral("所示：深证成指 0%"));
 }
 
+TEST_F(StressView, WhatIsPutIntoAnInputIsNotApplied) {
+  OpenWithTwo();
+  Apply(QStringLiteral("20"));
+  const auto before = Texts();
+  EXPECT_EQ(frame->PutInput(QStringLiteral("ComboBox11"), QStringLiteral("399001")), QString());
+  Receive(kShenzhen, Betas(1, 2));
+  EXPECT_EQ(frame->PutInput(QStringLiteral("Edit1"), QStringLiteral("-")), QString());
+  SendFrameMessage(*frame, FrameMessage::Init);
+  EXPECT_EQ(Texts(), before);
+  EXPECT_EQ(Shown(), QStringLiteral("所示：上证指数 20%"));
+  EXPECT_EQ(Choice("ComboBox11").currentIndex(), 1);
+  EXPECT_EQ(Entry().text(), QStringLiteral("-"));
+  EXPECT_NE(frame->PutInput(QStringLiteral("ComboBox11"), QStringLiteral("2")), QString());
+  EXPECT_NE(frame->PutInput(QStringLiteral("Edit2"), QStringLiteral("5")), QString());
+}
+
 TEST_F(StressView, AnInputThatCannotBeIsRefusedWithoutAQuestion) {
   OpenWithTwo();
   Apply(QStringLiteral("20"));

@@ -68,6 +68,10 @@ QString TViewFrame::SetInput(const QString& name, const QString& /*value*/) {
   return QStringLiteral("这个页面没有输入项“%1”。").arg(name);
 }
 
+QString TViewFrame::PutInput(const QString& name, const QString& value) {
+  return TViewFrame::SetInput(name, value);
+}
+
 bool TViewFrame::event(QEvent* event) {
   auto* message = dynamic_cast<FrameEvent*>(event);
   if (message == nullptr) return QWidget::event(event);

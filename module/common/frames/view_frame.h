@@ -19,6 +19,7 @@ struct ViewNotice {
   QString text;                              ///< of the view as a whole, short; empty for nothing
   QString hint;                              ///< the whole story of it, and what to do
   std::vector<IncompletePortfolio> lacking;  ///< what its figures lack beside what the stored ones lack
+  QString awaited = {};  ///< further story, of what comes with the calculation; not told when it could not be done
 
   /// Adds a line to the story, and "数据不完整" where there is no short text; nothing for an empty line.
   void Add(const QString& line);
@@ -72,6 +73,8 @@ class TViewFrame : public QWidget {
   /// Sets one as the user would, and applies it. @return what the user would be told when it is refused; empty when
   /// done
   virtual QString SetInput(const QString& name, const QString& value);
+  /// Puts into one what the user has typed or chosen there and not applied. @return as SetInput
+  virtual QString PutInput(const QString& name, const QString& value);
   /// Read after each message but FrameMessage::ChangeSkin, and when the view says that it has changed.
   [[nodiscard]] virtual ViewNotice Notice() const { return {}; }
   std::function<void()> OnNoticeChanged;

@@ -33,6 +33,43 @@ std::vector<IncompletePortfolio> SavedPortfoliosOf(const TLacks& lacks, Database
   return portfolios;
 }
 
+/// Do figures on that basis rest on it?
+bool IsUsed(Lack lack, const TFigureBasis& basis) {
+  switch (lack) {
+    case Lack::NoStatistics:
+    case Lack::OldStatistics:
+    case Lack::NewStatistics:
+    case Lack::OtherEdition:
+      return basis.stored >= StoredUsed::Closes;
+    case Lack::NotCalculated:
+    case Lack::NoReturn:
+    case Lack::OneReturn:
+    case Lack::NoWeights:
+      return basis.stored >= StoredUsed::Figures;
+    case Lack::NoDepositRate:
+      return basis.stored >= StoredUsed::FiguresWithRate;
+    case Lack::CorrectedIndex:
+      return basis.isIndexAtPurchaseUsed;
+    default:
+      return true;
+  }
+}
+
+/// Is it there once a portfolio has been calculated?
+bool ComesByCalculation(const MissingInput& input) {
+  return !IsUsed(input.lack, {StoredUsed::None, PricesUsed::None, true});
+}
+
+bool IsClose(const MissingInput& input) {
+  return input.lack == Lack::NoWeekClose || input.lack == Lack::NoMonthClose;
+}
+
+template <typename Unwanted>
+void TakeOut(std::vector<IncompletePortfolio>& portfolios, const Unwanted& unwanted) {
+  for (IncompletePortfolio& portfolio : portfolios) std::erase_if(portfolio.missing, unwanted);
+  std::erase_if(portfolios, [](const IncompletePortfolio& portfolio) { return portfolio.missing.empty(); });
+}
+
 TMissingCodes WithoutPreviousClose() {
   return g_UserValue ? g_UserValue->HoldingsWithoutPreviousClose() : TMissingCodes();
 }
@@ -77,8 +114,33 @@ std::vector<IncompletePortfolio> Together(std::vector<IncompletePortfolio> portf
   return portfolios;
 }
 
-std::vector<IncompletePortfolio> PortfoliosLackingStoredInputs(DatabaseStatements& database) {
-  return Together(IncompletePortfolios(database), DoubtfulPurchases(database));
+std::vector<IncompletePortfolio> PortfoliosLackingStoredInputs(const TFigureBasis& basis, DatabaseStatements& database,
+                                                               PortfolioSet set) {
+  std::vector<IncompletePortfolio> portfolios;
+  if (basis.stored != StoredUsed::None) portfolios = IncompletePortfolios(database, set);
+  if (set == PortfolioSet::Saved) portfolios = Together(std::move(portfolios), DoubtfulPurchases(database));
+  TakeOut(portfolios, [&basis](const MissingInput& input) { return !IsUsed(input.lack, basis); });
+  return portfolios;
+}
+
+QStringList TakeUncalculated(std::vector<IncompletePortfolio>& portfolios) {
+  QStringList names;
+  for (IncompletePortfolio& portfolio : portfolios) {
+    std::vector<MissingInput>& missing = portfolio.missing;
+    if (std::none_of(missing.begin(), missing.end(), ComesByCalculation)) continue;
+    names.append(portfolio.name);
+    std::erase_if(missing, [](const MissingInput& input) { return ComesByCalculation(input) || IsClose(input); });
+  }
+  TakeOut(portfolios, [](const MissingInput&) { return false; });
+  return names;
+}
+
+QString UncalculatedLine(const QStringList& names) {
+  constexpr qsizetype kMostNames = 20;
+  if (names.isEmpty()) return {};
+  QString line = names.first(std::min(kMostNames, names.size())).join(QStringLiteral("、"));
+  if (names.size() > kMostNames) line += QStringLiteral(" 等 %1 个组合").arg(names.size());
+  return line + QStringLiteral("：没有计算");
 }
 
 std::vector<IncompletePortfolio> WithThoseLackingPrices(std::vector<IncompletePortfolio> portfolios, PricesUsed used,

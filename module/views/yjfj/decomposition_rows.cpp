@@ -28,14 +28,9 @@ Market ReadMarket() {
           ModuleHost().DataCenter().IndexNowData(kCompositeIndex).currentPrice};
 }
 
-QStringList LinesOf(const Market& market) {
-  QStringList lines;
-  if (market.deviation == 0)
-    lines << QStringLiteral("没有上证指数的标准差，多样化增溢和净选择回报率按标准差 1 计算：请等待统计数据下载完成。");
-  if (market.level == 0)
-    lines << QStringLiteral("没有上证指数的当前点位，业绩分解不可信：请检查数据目录中的行情文件。");
-  return lines;
-}
+const QString kNoDeviation =
+    QStringLiteral("没有上证指数的标准差，多样化增溢和净选择回报率按标准差 1 计算：请等待统计数据下载完成。");
+const QString kNoLevel = QStringLiteral("没有上证指数的当前点位，业绩分解不可信：请检查数据目录中的行情文件。");
 
 RowInput InputOfRow(const TStringGrid& grid, int row, const Market& market) {
   RowInput input;
@@ -136,7 +131,8 @@ ViewNotice RefreshPortfolios(TStringGrid& grid) {
     if (input.indexAtPurchase == 0) portfolio.missing.push_back({Lack::NoBuyIndex, {}, {}, 0});
     if (!portfolio.missing.empty()) notice.lacking.push_back(std::move(portfolio));
   }
-  notice.hint = LinesOf(market).join(QLatin1Char('\n'));
+  if (market.deviation == 0) notice.awaited = kNoDeviation;
+  if (market.level == 0) notice.hint = kNoLevel;
   return notice;
 }
 

@@ -52,7 +52,10 @@ void TFrm_YJFJ::ReflashNowPrice() {
 
 ViewNotice TFrm_YJFJ::Notice() const {
   ViewNotice notice{{}, {}, notice_.lacking};
-  if (!rate_ && !list_->Grid().IsEmpty()) notice.Add(WithoutDepositRate());
+  QStringList awaited{notice_.awaited};
+  if (!rate_ && !list_->Grid().IsEmpty()) awaited.prepend(WithoutDepositRate());
+  awaited.removeAll(QString());
+  notice.awaited = awaited.join(QLatin1Char('\n'));
   notice.Add(notice_.hint);
   return notice;
 }

@@ -274,18 +274,26 @@ std::vector<ViewCatalogue::Input> TFrm_YLCS::Inputs() const {
       {Edit1->objectName(), Edit1->text(), QStringLiteral("预期涨跌幅(%)"), stress::PercentText(shown.move)}};
 }
 
-QString TFrm_YLCS::SetInput(const QString& name, const QString& value) {
+QString TFrm_YLCS::PutInput(const QString& name, const QString& value) {
   if (name == ComboBox11->objectName()) {
     const auto place = static_cast<int>(stress::IndexNumbers().indexOf(value));
     if (place < 0) return QStringLiteral("参考指数只能是 1、399001 或 399300，不能是“%1”。").arg(value);
     ComboBox11Change(place);
   } else if (name == Edit1->objectName()) {
-    if (!stress::IsMove(value)) return QStringLiteral("预期涨跌幅要是百分数，例如 -10 或 5.5，不能是“%1”。").arg(value);
     Edit1->setText(value);
-    isEdited_ = true;
   } else {
-    return TViewFrame::SetInput(name, value);
+    return TViewFrame::PutInput(name, value);
   }
+  isEdited_ = true;
+  return {};
+}
+
+QString TFrm_YLCS::SetInput(const QString& name, const QString& value) {
+  if (name == Edit1->objectName() && !stress::IsMove(value))
+    return QStringLiteral("预期涨跌幅要是百分数，例如 -10 或 5.5，不能是“%1”。").arg(value);
+  if (const QString refused = PutInput(name, value); !refused.isEmpty()) return refused;
+  // Choosing an index by itself leaves nothing typed.
+  isEdited_ = name == Edit1->objectName();
   const QString problem = Apply();
   if (problem.isEmpty()) return {};
   // It is told here, not on a page whose user has typed nothing.

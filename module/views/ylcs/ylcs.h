@@ -35,6 +35,8 @@ class TFrm_YLCS : public TViewFrame {
   /// "ComboBox11": the index ("1", "399001" or "399300"); setting it applies a move of 0. "Edit1": the move in percent.
   [[nodiscard]] std::vector<ViewCatalogue::Input> Inputs() const override;
   QString SetInput(const QString& name, const QString& value) override;
+  /// What is chosen or typed then counts as typed: the move in force stays.
+  QString PutInput(const QString& name, const QString& value) override;
   [[nodiscard]] ViewNotice Notice() const override;
 
  private:

@@ -82,7 +82,7 @@ ViewNotice TFrM_ZTPJ::Notice() const {
   if (list_->Grid().IsEmpty()) return {};
   ViewNotice notice = RiskTableNotice();
   notice.lacking = withoutReturn_;
-  if (!rate_) notice.Add(WithoutDepositRate());
+  if (!rate_) notice.awaited = WithoutDepositRate();
   return notice;
 }
 

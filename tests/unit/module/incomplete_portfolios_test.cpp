@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "common/store/incomplete_portfolios.h"
 
+#include "common/series/missing_prices.h"
 #include "engine_fixture.h"
+#include "mainframe/view_table.h"
 
 namespace holdwise {
 namespace {
@@ -218,6 +220,42 @@ TEST(IncompleteHint, StaysShort) {
   EXPECT_TRUE(LinesOf({{"1", "p", 0, {{Lack::NoPreviousClose, "600000", "甲", 0}}}})
                   .first()
                   .endsWith("甲(600000)没有昨收盘价"));
+}
+
+/// What none of a page's figures rests on is not said there.
+TEST_F(Incomplete, EachPageNamesWhatItsFiguresRestOn) {
+  AddDays(1, 20240529, 20240529);
+  AddDays(1600000, 20240529, 20240529);
+  Run("update alg_stockstatistic set CLOSEPRICE = 3010 where SECUCODE = 1");
+  Run("delete from alg_rmbinterestrate");
+  for (const int id : {1, 2, 3}) {
+    AddPortfolio(id, "20240529", id == 1 ? "1" : "0");
+    AddHolding(id, 1600000);
+  }
+  Run("update alg_commain set EDITDATE = '2024-05-30', KNOWNTO = 20240530 where ID = 2");
+  Run("update alg_commain set EDITDATE = '2024-05-29', ZSCLOSEPRICE = 3000, INDEXISCLOSE = 1 where ID = 3");
+  const QStringList rate{"p1：没有一年期定期存款利率，Alpha、夏普和特雷诺指数按无风险利率 0 计算"};
+  const QStringList later{"p2：买入日期 2024-05-30 晚于行情日期 2024-05-29，请换用较新的数据目录"};
+  const QStringList index{
+      "p3：2024-05-29 的上证指数收盘已更正为 3010.00，组合仍按买入时保存的 3000.00 计算；"
+      "要采用更正后的收盘，请删除组合后重新导入"};
+  for (const auto& [view, expected] : {std::pair(2001, later), std::pair(2002, rate + later), std::pair(2003, later),
+                                       std::pair(3001, rate + later), std::pair(3002, index + later)}) {
+    EXPECT_EQ(LinesOf(PortfoliosLackingStoredInputs(FindNode(view)->basis, Database())), expected) << view;
+  }
+  EXPECT_EQ(LinesOf(PortfoliosLackingStoredInputs(kWholeBasis, Database())), rate + index + later);
+}
+
+TEST_F(Incomplete, WhatAStoppedCalculationWouldHaveBroughtIsNotNamed) {
+  std::vector<IncompletePortfolio> portfolios{
+      {"1", "甲", 0, {{Lack::NoStatistics, "600000", {}, 0}, {Lack::NoWeekClose, "600000", {}, 0}}},
+      {"2", "乙", 0, {{Lack::NoDepositRate, {}, {}, 0}, {Lack::NoPrice, "600001", {}, 0}}},
+      {"3", "丙", 0, {{Lack::NoMonthClose, "600002", {}, 0}}}};
+  EXPECT_EQ(UncalculatedLine(TakeUncalculated(portfolios)), QStringLiteral("甲、乙：没有计算"));
+  EXPECT_EQ(LinesOf(portfolios), (QStringList{"乙：600001没有最新价", "丙：600002没有上月收盘价"}))
+      << "one that is calculated lacks what it lacks";
+  EXPECT_EQ(UncalculatedLine({}), QString());
+  EXPECT_TRUE(UncalculatedLine(QStringList(21, "p")).endsWith(QStringLiteral("p 等 21 个组合：没有计算")));
 }
 
 }  // namespace

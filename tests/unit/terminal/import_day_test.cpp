@@ -46,10 +46,28 @@ TEST_F(ImportDay, APortfolioStartsAtItsDayAndThatDaysIndexClose) {
                      "丙,600036,500,34,\n"),
             QStringList());
   // 3124.035 has no exact binary form: it is 3124.034999999999854… and rounds down.
-  EXPECT_EQ(Dump("select COMNAME,ZSCLOSEPRICE,EDITDATE,ISFINISHED,SAVEFLAG from alg_commain order by ID"),
-            QStringLiteral("甲|3088.87|2024-05-24|0|1\n"
-                           "乙|3124.03|2024-05-27|0|1\n"
-                           "丙|3111.02|2024-05-29|0|1"));
+  EXPECT_EQ(Dump("select COMNAME,ZSCLOSEPRICE,EDITDATE,ISFINISHED,SAVEFLAG,INDEXISCLOSE from alg_commain order by ID"),
+            QStringLiteral("甲|3088.87|2024-05-24|0|1|1\n"
+                           "乙|3124.03|2024-05-27|0|1|1\n"
+                           "丙|3111.02|2024-05-29|0|1|"));
+}
+
+/// A file of another build put into the folder.
+TEST_F(ImportDay, TheIndexOfAnotherEditionIsNotBoughtAt) {
+  const QByteArray rows = "甲,600000,1,8,2024-05-24\n甲,600036,1,34,2024-05-24\n";
+  const auto writeIndex = [this](const char* edition) {
+    folder_.Write(QString::fromUtf8(kIndexFile),
+                  MakeTable({"SecuCode:integer", "hqtype:integer", "hqdate:integer", "closeprice:real", "edition:text"},
+                            {{"1", "0", "20240524", "3088.87", QString::fromLatin1(edition)}}));
+  };
+  folder_.WriteMarket(20240529, false, QStringLiteral("a1"));
+  writeIndex("b2");
+  const QStringList problems = Problems(rows);
+  ASSERT_EQ(problems.size(), 1);
+  EXPECT_TRUE(problems[0].contains(QStringLiteral("allzs.dat")) && problems[0].contains(QStringLiteral("另一份数据")))
+      << problems[0].toStdString();
+  writeIndex("a1");
+  EXPECT_EQ(Problems(rows), QStringList());
 }
 
 TEST_F(ImportDay, AllHeadingsOfTheColumn) {

@@ -45,6 +45,19 @@ TEST_F(ImportTest, StatementsAreTheModulesOwn) {
   EXPECT_EQ(database_.plan.Calls(), expected);
 }
 
+/// Somebody is asked whether to delete a portfolio, which has begun its transaction.
+TEST_F(ImportTest, WhileAQuestionIsOpenItIsSaidWhatToDo) {
+  const TransactionScope question(database_);
+  try {
+    (void)Import(kGood);
+    FAIL();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Category(), ErrorCategory::Busy);
+    EXPECT_NE(std::string(error.what()).find("请先回答它，再导入一次"), std::string::npos) << error.what();
+  }
+  EXPECT_TRUE(database_.InTransaction());
+}
+
 TEST_F(ImportTest, StatisticsAreNotTouched) {
   temp_.Service().Execute(
       QStringLiteral("insert into alg_stockstatistic (secucode,hqtype,hqdate) values(1600000,0,20200102)"));

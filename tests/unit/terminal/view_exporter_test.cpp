@@ -74,6 +74,12 @@ class FakeViews : public ViewCatalogue {
       if (input.name == name) input.value = input.inForce = value;
     return {};
   }
+  QString PutInput(const QString& name, const QString& value) override {
+    set.append(name + '~' + value);
+    for (Input& input : inputs)
+      if (input.name == name) input.value = value;
+    return {};
+  }
   void DataChanged() override {}
   [[nodiscard]] QStringList Windows() const override { return windows; }
   [[nodiscard]] std::unique_ptr<CatalogueWindow> MakeWindow(const QString& name) override {
@@ -212,14 +218,15 @@ TEST(ViewExporterTest, TheInputsAreWrittenAsTheyAreInForceAndAreAfterwardsWhatTh
   EXPECT_EQ(ContentOf(folder.filePath("2-inputs.csv")),
             QString("输入项,控件,值\n参考指数,index,7\nmove,move,-10\nother,other,x\n").toUtf8());
   EXPECT_FALSE(QFile::exists(folder.filePath("1-inputs.csv"))) << "that view has none";
-  EXPECT_EQ(views.set, QStringList({"index=7", "move=-10", "index=1", "move=5"}));
+  EXPECT_EQ(views.set, QStringList({"index=7", "move=-10", "index=1", "move=4", "move~5"}));
+  EXPECT_EQ(views.inputs[1].inForce, "4");
   views.set.clear();
   ASSERT_EQ(Export(views, folder.path()), QStringList{"done|"});
   EXPECT_TRUE(views.set.isEmpty()) << "nothing was changed";
-  EXPECT_TRUE(ContentOf(folder.filePath("2-inputs.csv")).contains("move,move,5"));
+  EXPECT_TRUE(ContentOf(folder.filePath("2-inputs.csv")).contains("move,move,4"));
 }
 
-TEST(ViewExporterTest, WhatWasTypedAndIsNoValueGoesBackToTheOneInForce) {
+TEST(ViewExporterTest, WhatWasTypedOrChosenAndNotAppliedStaysSo) {
   const QTemporaryDir folder;
   FakeViews views;
   views.inputs = {{"move", "bad", {}, "4"}};
@@ -227,7 +234,11 @@ TEST(ViewExporterTest, WhatWasTypedAndIsNoValueGoesBackToTheOneInForce) {
   EXPECT_EQ(Export(views, folder.path()), QStringList{"done|"});
   EXPECT_TRUE(ContentOf(folder.filePath("2-inputs.csv")).contains("move,move,4")) << "what the figures rest on";
   ASSERT_EQ(Export(views, folder.path(), {{2, "move", "-10"}}), QStringList{"done|"});
-  EXPECT_EQ(views.set, QStringList({"move=-10", "move=bad", "move=4"}));
+  EXPECT_EQ(views.set, QStringList({"move=-10", "move=4", "move~bad"}));
+  views.inputs = {{"index", "7", {}, "1"}, {"move", "0", {}, "20"}};
+  views.set.clear();
+  ASSERT_EQ(Export(views, folder.path(), {{2, "move", "-10"}}), QStringList{"done|"});
+  EXPECT_EQ(views.set, QStringList({"move=-10", "index=1", "move=20", "index~7", "move~0"}));
 }
 
 TEST(ViewExporterTest, ARefusedInputLeavesOutItsViewWithItsOldTablesAndWritesTheOthers) {

@@ -84,6 +84,9 @@ class ViewCatalogue {
   /// Sets an input of the shown view as a user would, and applies it. @return what the user would be told when it is
   /// refused (a name that is none of Inputs() included); empty when it was taken
   virtual QString SetInput(const QString& name, const QString& value) = 0;
+  /// Puts into an input what a user has typed or chosen there and not applied; the figures shown stay. It may be any
+  /// text that has stood there. @return as SetInput; also when the input takes nothing that is not applied
+  virtual QString PutInput(const QString& name, const QString& value) = 0;
   /// Names of the windows that a user can open beside the views: letters and digits, in the order they are offered;
   /// empty before the item has been entered.
   [[nodiscard]] virtual QStringList Windows() const { return {}; }
