@@ -29,12 +29,12 @@ struct ViewInput {
 /// Visits every view of an address and writes what it shows into a folder: "<frame id>.png", each grid as
 /// "<frame id>-<grid>.csv", the grid that follows the selected portfolio as "<frame id>-<grid>-<portfolio>.csv" for
 /// each portfolio, a window that belongs to the views as "<window>.png" and "<window>-<grid>.csv", and what the figures
-/// of a view with inputs rest on as "<frame id>-inputs.csv". Of a simulated market "模拟行情.txt" says so beside them. Views whose inputs are set come first: others may follow what is chosen there.
-/// In the end the inputs are what they were: what was in force, and what had been typed or chosen there and not
-/// applied. Of an earlier export into the same folder the tables of those of its grids stay no longer whose view or
-/// portfolio is gone, nor anything of a view that was not written because an input was refused, nor that note when the
-/// market is none; other files are left alone. Works along with the event loop; the user's mouse and keys do not reach
-/// the window meanwhile.
+/// of a view with inputs rest on as "<frame id>-inputs.csv". Of a simulated market "模拟行情.txt" says so beside them.
+/// Views whose inputs are set come first: others may follow what is chosen there. In the end the inputs are what they
+/// were: what was in force, and what had been typed or chosen there and not applied. Of an earlier export into the same
+/// folder the tables of those of its grids stay no longer whose view or portfolio is gone, nor anything of a view that
+/// was not written because an input was refused, nor that note when the market is none; other files are left alone.
+/// Works along with the event loop; the user's mouse and keys do not reach the window meanwhile.
 class ViewExporter : public QObject {
  public:
   /// Longest time that one view or portfolio may take to settle without coming any further.
