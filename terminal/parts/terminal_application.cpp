@@ -77,6 +77,7 @@ bool TerminalApplication::notify(QObject* receiver, QEvent* event) {
     if (log_ != nullptr) {
       log_->WriteLog(QStringLiteral("事件处理出错（%1）：%2")
                          .arg(QString::fromLatin1(className), QString::fromUtf8(error.what())));
+      log_->TellFailure(QString::fromUtf8(error.what()));
     }
   } catch (...) {
     if (log_ != nullptr) log_->WriteLog(QStringLiteral("事件处理出错：未知异常"));

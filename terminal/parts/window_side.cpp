@@ -2,6 +2,7 @@
 #include "parts/window_side.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QFontMetrics>
 #include <QTimer>
 #include <utility>
@@ -39,9 +40,14 @@ WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
   window_.SetDatabase(process_.Asked().database);
   window_.SetBusState(false);
   messageBoxes_.SetWindow(&window_);
+  process_.Log().SetFailureListener([this](const QString& text) {
+    QMetaObject::invokeMethod(
+        &window_, [this, text] { window_.TellFailure(text); }, Qt::QueuedConnection);
+  });
 }
 
 WindowSide::~WindowSide() {
+  process_.Log().SetFailureListener({});
   if (!process_.Asked().IsBatch()) process_.Settings().setValue(kGeometrySetting, window_.saveGeometry());
 }
 
@@ -105,6 +111,28 @@ void WindowSide::ShowMarket(const MarketData& data, MarketConnection& connection
                    [this](MessageBus::State state) { window_.SetBusState(state == MessageBus::State::Connected); });
   QObject::connect(&connection, &MarketConnection::QuotesChanged, &window_,
                    [this](const QString& problem) { window_.SetQuotesProblem(problem); });
+}
+
+void WindowSide::FollowDatabaseFile() {
+  const QFileInfo file(process_.Asked().database);
+  if (!file.isFile()) return;
+  // The folder, not the file: that one changes with every statement.
+  workFolder_.addPath(file.absolutePath());
+  QObject::connect(&workFolder_, &QFileSystemWatcher::directoryChanged, &window_,
+                   [this, path = file.absoluteFilePath()] { LookForDatabaseFile(path); });
+}
+
+void WindowSide::LookForDatabaseFile(const QString& file) {
+  const bool isGone = !QFileInfo::exists(file);
+  if (std::exchange(isDatabaseGone_, isGone) == isGone) return;
+  window_.SetDatabase(isGone ? QStringLiteral("文件不在了：") + file : process_.Asked().database);
+  if (!isGone) return;
+  const QString text = QStringLiteral(
+                           "数据库文件 %1 被删除或移走了。请把它移回原处；没有了的，请正常退出终端再启动，"
+                           "退出时写下的组合会在启动时恢复。")
+                           .arg(file);
+  process_.Log().WriteLog(text);
+  window_.TellFailure(text);
 }
 
 }  // namespace holdwise

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QFileSystemWatcher>
 #include <functional>
 #include <memory>
 
@@ -45,9 +46,12 @@ class WindowSide {
   void ClearObstacle();
   /// Says in title and status bar which market is shown, and from now on whether its prices are the latest.
   void ShowMarket(const MarketData& data, MarketConnection& connection);
+  /// Says from now on when the file of the database is gone; of a database on a server nothing is known.
+  void FollowDatabaseFile();
 
  private:
   void ApplyTheme();
+  void LookForDatabaseFile(const QString& file);
 
   ProcessParts& process_;
   ThemeServices theme_;
@@ -55,6 +59,8 @@ class WindowSide {
   PrintedMessages printedMessages_;
   MainWindow window_;
   std::unique_ptr<QWidget> obstacle_;
+  QFileSystemWatcher workFolder_;
+  bool isDatabaseGone_ = false;
 };
 
 }  // namespace holdwise

@@ -33,6 +33,16 @@ void DebugLog::SetListener(std::function<void()> listener) {
   listener_ = std::move(listener);
 }
 
+void DebugLog::TellFailure(const QString& text) {
+  const MutexLock lock(listenerMutex_);
+  if (failureListener_) failureListener_(text);
+}
+
+void DebugLog::SetFailureListener(std::function<void(const QString&)> listener) {
+  const MutexLock lock(listenerMutex_);
+  failureListener_ = std::move(listener);
+}
+
 QStringList DebugLog::Lines() const {
   const MutexLock lock(mutex_);
   return lines_;

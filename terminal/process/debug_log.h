@@ -23,12 +23,15 @@ class DebugLog : public DebugServers {
 
   /// Any thread.
   void WriteLog(const QString& text) override;
+  void TellFailure(const QString& text) override;
 
   /// The lines in memory with their time, oldest first. Any thread.
   [[nodiscard]] QStringList Lines() const;
   /// Called after each line, on the thread that wrote it; must not write to the log. Empty: nobody. Any thread; when it
   /// returns, the earlier listener is not called any more.
   void SetListener(std::function<void()> listener);
+  /// The same for what TellFailure is called with.
+  void SetFailureListener(std::function<void(const QString&)> listener);
 
  private:
   void MakeRoom() HOLDWISE_REQUIRES(mutex_);
@@ -39,6 +42,7 @@ class DebugLog : public DebugServers {
   QStringList lines_ HOLDWISE_GUARDED_BY(mutex_);
   Mutex listenerMutex_;  ///< apart, so that a listener may read the lines
   std::function<void()> listener_ HOLDWISE_GUARDED_BY(listenerMutex_);
+  std::function<void(const QString&)> failureListener_ HOLDWISE_GUARDED_BY(listenerMutex_);
 };
 
 }  // namespace holdwise

@@ -21,6 +21,7 @@ namespace {
 constexpr QSize kFirstSize{1280, 800};
 constexpr QSize kWindowBorders{16, 48};
 constexpr int kTellMilliseconds = 8000;
+constexpr int kFailureMilliseconds = 60'000;
 
 QLabel* AddStatus(QStatusBar& bar) {
   auto* label = new QLabel(&bar);
@@ -161,6 +162,10 @@ void MainWindow::SetDatabase(const QString& text) {
 
 void MainWindow::Tell(const QString& text) {
   statusBar()->showMessage(text, kTellMilliseconds);
+}
+
+void MainWindow::TellFailure(const QString& text) {
+  statusBar()->showMessage(QStringLiteral("没有完成：%1").arg(text), kFailureMilliseconds);
 }
 
 void MainWindow::ShowProgress(int done, int total) {

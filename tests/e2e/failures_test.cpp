@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QThread>
 
 #include "terminal_process.h"
 
@@ -51,6 +52,21 @@ TEST(Options, AnUnknownAddressIsRefused) {
   const Outcome outcome = RunTerminal(bench.Arguments({"--address", "没有", "--export", bench.File("out")}));
   EXPECT_EQ(outcome.exitCode, 2);
   EXPECT_TRUE(outcome.err.contains("没有地址“没有”")) << outcome.err.toStdString();
+}
+
+TEST(Database, AFileThatIsDeletedWhileTheTerminalRunsIsSaid) {
+  const Bench bench;
+  RunningTerminal running(bench.Arguments({"--parameter", "Skip风险计量"}));
+  ASSERT_TRUE(running.WaitForWindow());
+  const auto isSaid = [&] {
+    QFile log(bench.Work() + "/log/terminal.log");
+    return log.open(QIODevice::ReadOnly) && log.readAll().contains("holdwise.fdb 被删除或移走了");
+  };
+  QThread::msleep(500);
+  EXPECT_FALSE(isSaid());
+  ASSERT_TRUE(QFile::remove(bench.Work() + "/holdwise.fdb"));
+  for (int time = 0; time < 100 && !isSaid(); ++time) QThread::msleep(100);
+  EXPECT_TRUE(isSaid());
 }
 
 class DataFolder : public testing::Test {

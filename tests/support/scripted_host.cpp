@@ -157,6 +157,16 @@ void ScriptedDebug::WriteLog(const QString& text) {
   lines_.push_back(text);
 }
 
+void ScriptedDebug::TellFailure(const QString& text) {
+  const std::lock_guard guard(lock_);
+  failures_.push_back(text);
+}
+
+std::vector<QString> ScriptedDebug::Failures() const {
+  const std::lock_guard guard(lock_);
+  return failures_;
+}
+
 std::vector<QString> ScriptedDebug::Lines() const {
   const std::lock_guard guard(lock_);
   return lines_;

@@ -83,10 +83,14 @@ class ScriptedDebug final : public DebugServers {
  public:
   void WriteLog(const QString& text) override;
   [[nodiscard]] std::vector<QString> Lines() const;
+  void TellFailure(const QString& text) override;
+  /// What the user was told.
+  [[nodiscard]] std::vector<QString> Failures() const;
 
  private:
   mutable std::mutex lock_;
   std::vector<QString> lines_;
+  std::vector<QString> failures_;
 };
 
 class ScriptedKeyCodes final : public KeyCodeServices {

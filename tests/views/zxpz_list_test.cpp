@@ -351,6 +351,28 @@ TEST_F(EditorList, RowsAndPanelsTakeTheThemesColours) {
   check();
 }
 
+/// The page says nothing of it: the host does.
+TEST_F(EditorList, WhatCouldNotBeWrittenIsToldToTheHost) {
+  OpenWithThree();
+  Inject();
+  std::size_t told = 0;
+  for (const auto& [category, isTold] : {std::pair(ErrorCategory::Io, true), std::pair(ErrorCategory::Busy, true),
+                                         std::pair(ErrorCategory::Database, false)}) {
+    injecting.plan.SetCategory(category);
+    for (const Link link : {kSave, kDelete}) {
+      bench.host.messageBoxes.calls.clear();
+      bench.host.messageBoxes.answers = {1};
+      injecting.plan.FailCall(0);
+      Press(link, 0);
+      ASSERT_TRUE(injecting.plan.HasFailed());
+      if (isTold) ++told;
+      EXPECT_EQ(bench.host.debug.Failures().size(), told);
+      EXPECT_TRUE(bench.host.messageBoxes.calls.empty());
+    }
+  }
+  EXPECT_EQ(bench.host.debug.Failures().front(), QStringLiteral("injected failure"));
+}
+
 TEST_F(EditorList, AFailingStatementReachesTheSenderAndNothingIsCleared) {
   OpenWithThree();
   Inject();

@@ -4,8 +4,17 @@
 #include <exception>
 
 #include "common/host/host_access.h"
+#include "holdwise/packet/error.h"
 
 namespace holdwise {
+namespace {
+
+/// No space, no file, no connection, a lock: what the user can do something about, or wait for.
+bool ConcernsUser(const Error& error) {
+  return error.Category() == ErrorCategory::Io || error.Category() == ErrorCategory::Busy;
+}
+
+}  // namespace
 
 void LogFailure(const QString& unit, const QString& routine, const QString& text) {
   ModuleHost().Debug().WriteLog(QStringLiteral("Holdwise.bpl->") + unit + QStringLiteral("->") + routine +
@@ -15,6 +24,10 @@ void LogFailure(const QString& unit, const QString& routine, const QString& text
 void LogCurrentException(const QString& unit, const QString& routine) {
   try {
     throw;
+  } catch (const Error& error) {
+    const QString text = QString::fromUtf8(error.what());
+    LogFailure(unit, routine, text);
+    if (ConcernsUser(error)) ModuleHost().Debug().TellFailure(text);
   } catch (const std::exception& error) {
     LogFailure(unit, routine, QString::fromUtf8(error.what()));
   } catch (...) {

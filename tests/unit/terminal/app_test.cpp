@@ -191,6 +191,20 @@ TEST(DebugLogTest, LinesCarryTheTimeAndStayOnOneLine) {
   EXPECT_EQ(log.Lines(), QStringList{"2024-05-31 09:30:00.005 first | second"});
 }
 
+TEST(DebugLogTest, FailuresGoToTheirListenerAndNotIntoTheLog) {
+  const QTemporaryDir folder;
+  FixedClock clock;
+  DebugLog log(folder.filePath("t.log"), clock);
+  log.TellFailure("nobody listens");
+  QStringList told;
+  log.SetFailureListener([&told](const QString& text) { told.append(text); });
+  log.TellFailure("磁盘空间不足");
+  log.SetFailureListener({});
+  log.TellFailure("nobody listens");
+  EXPECT_EQ(told, QStringList{"磁盘空间不足"});
+  EXPECT_TRUE(log.Lines().isEmpty());
+}
+
 TEST(DebugLogTest, MemoryAndFilesAreBounded) {
   const QTemporaryDir folder;
   FixedClock clock;

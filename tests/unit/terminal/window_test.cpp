@@ -115,6 +115,14 @@ TEST(MainWindowTest, TellsInTheStatusBarWhileTheQuotesAreNotFollowed) {
   EXPECT_EQ(told(), QStringList());
 }
 
+TEST(MainWindowTest, TellsInTheStatusBarWhatWasNotDone) {
+  RecordingLog log;
+  const ThemeServices theme(ThemeKind::Dark, log);
+  MainWindow window(theme, {});
+  window.TellFailure("磁盘空间不足");
+  EXPECT_EQ(window.statusBar()->currentMessage(), "没有完成：磁盘空间不足");
+}
+
 TEST(MainWindowTest, TellsInTheStatusBarWhatOfTheDataIsNotUsed) {
   RecordingLog log;
   const ThemeServices theme(ThemeKind::Dark, log);

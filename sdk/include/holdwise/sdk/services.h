@@ -25,6 +25,9 @@ class DebugServers {
   virtual ~DebugServers() = default;
   /// Adds a line with its time. Throws nothing: what cannot be written is not a reason to stop.
   virtual void WriteLog(const QString& text) = 0;
+  /// What the user has to know at once: something was not done because the disk is full, the database is locked or the
+  /// like. Not an addition to the log; a host shows it without asking for an answer, or ignores it. Throws nothing.
+  virtual void TellFailure(const QString& /*text*/) {}
 };
 
 /// The host's keyboard capture for its own quick entry. User-interface thread only.
