@@ -3,16 +3,9 @@
 
 #include <QTextBoundaryFinder>
 
+#include "holdwise/packet/characters.h"
+
 namespace holdwise::editor {
-namespace {
-
-qsizetype CharactersOf(const QString& text) {
-  qsizetype low = 0;
-  for (const QChar unit : text) low += unit.isLowSurrogate() ? 1 : 0;
-  return text.size() - low;
-}
-
-}  // namespace
 
 bool IsNameKey(QChar key) {
   constexpr char16_t kFirstBeyondAscii = 0x80;
@@ -23,7 +16,7 @@ bool IsNameKey(QChar key) {
 }
 
 void LimitName(QString& name, int& caret) {
-  while (CharactersOf(name) > kMostCharacters) {
+  while (!FitsAsName(name)) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, name);
     finder.setPosition(caret > 0 ? caret : name.size());
     const auto end = finder.position();
