@@ -9,6 +9,7 @@
 #include <optional>
 #include <string_view>
 
+#include "holdwise/packet/characters.h"
 #include "holdwise/packet/csv_reader.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/error.h"
@@ -57,9 +58,10 @@ bool IsNameCharacter(QChar c) {
 /// Why a name cannot be taken; empty when it can.
 QString NameProblem(const QString& name) {
   if (name.isEmpty()) return QStringLiteral("组合名称为空");
-  if (name.size() > kMaxNameLength) {
-    return QStringLiteral("组合名称有%1个字符，最多%2个").arg(name.size()).arg(kMaxNameLength);
+  if (CharactersOf(name) > kMostNameCharacters) {
+    return QStringLiteral("组合名称有%1个字符，最多%2个").arg(CharactersOf(name)).arg(kMostNameCharacters);
   }
+  if (!FitsAsName(name)) return QStringLiteral("组合名称中的附加符号太多");
   const auto bad = std::find_if_not(name.begin(), name.end(), IsNameCharacter);
   if (bad == name.end()) return {};
   return QStringLiteral("组合名称“%1”含有不允许的字符“%2”（只允许汉字、字母、数字和 ( ) - _）").arg(name, *bad);

@@ -34,7 +34,6 @@ struct CsvPortfolios {
 
 inline constexpr int kMinHoldings = 2;
 inline constexpr int kMaxHoldings = 10;
-inline constexpr int kMaxNameLength = 40;
 
 /// Reads and checks the whole text against the rules that need no database. Never throws for its content.
 [[nodiscard]] CsvPortfolios ParsePortfolioCsv(const QByteArray& csv, const CodeNumServices& codes);

@@ -127,6 +127,8 @@ TEST_F(PerformanceCopy, TheNameStaysWithinFortyCharactersAndLosesItsQuotes) {
   EXPECT_EQ(CopyToEditor(service, 1), QStringLiteral("𠮷").repeated(37) + QStringLiteral("-副本"));
   EXPECT_EQ(CopyToEditor(service, 1), QStringLiteral("𠮷").repeated(36) + QStringLiteral("-副本2"));
   EXPECT_EQ(CopyToEditor(service, 2), QStringLiteral("its-副本"));
+  bench.AddPortfolio(3, QStringLiteral("e\u0301").repeated(40), {{1600000, 1, 1, 1}});
+  EXPECT_EQ(CopyToEditor(service, 3), QStringLiteral("e\u0301").repeated(37) + QStringLiteral("-副本"));
   EXPECT_EQ(CopyToEditor(service, 99), QString());
   EXPECT_FALSE(service.InTransaction());
 }

@@ -15,6 +15,7 @@
 #include "theme/theme_table.h"
 #include "views/zxpz/editor_band.h"
 #include "views/zxpz/holdings_editor.h"
+#include "views/zxpz/stock_picker.h"
 
 namespace holdwise::test {
 namespace {
@@ -104,7 +105,7 @@ class ViewPictures : public PortfolioViewTest, public testing::WithParamInterfac
   }
   void Execute(const QString& statement) { bench.database.Service().Execute(statement); }
 
-  /// A portfolio half built, two that are not saved, and a picture under the mouse.
+  /// A portfolio half built, two that are not saved, the keyboard in the stock list.
   void FillEditor() {
     Execute(QStringLiteral("update alg_commain set SAVEFLAG = 0 where ID > 1"));
     SendFrameMessage(*frame, FrameMessage::Init);
@@ -113,6 +114,8 @@ class ViewPictures : public PortfolioViewTest, public testing::WithParamInterfac
     band.Holdings->SetRows(
         {{QStringLiteral("600000"), QStringLiteral("浦发银行"), QStringLiteral("10.00"), QStringLiteral("1000")},
          {QStringLiteral("600519"), QStringLiteral("贵州茅台"), QStringLiteral("1710.00"), {}}});
+    QApplication::setActiveWindow(&bench.host.system.workArea);
+    band.Picker->StringGrid2->setFocus();
   }
 
   static ResultSet TextsAndReals(const std::vector<std::string>& texts, const std::vector<std::string>& reals) {

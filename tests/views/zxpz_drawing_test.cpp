@@ -81,6 +81,22 @@ TEST_F(HoldingsPicture, AnEmptyGridHasNoBoxes) {
   EXPECT_EQ(picture.pixelColor(box.topLeft()), Theme("Qm_BGCorlor"));
 }
 
+TEST_F(Picker, WhereTheKeyboardIsCanBeSeen) {
+  const auto edge = [](QWidget& widget) { return widget.grab().toImage().pixelColor(widget.width() / 2, 0); };
+  for ([[maybe_unused]] const int theme : {1, 2}) {
+    for (QWidget* widget : std::initializer_list<QWidget*>{picker->StringGrid2, editor->StringGrid3,
+                                                           picker->RzComboBox1, picker->RzEdit3, picker->Search}) {
+      widget->setFocus();
+      EXPECT_EQ(edge(*widget), Theme("Grid_ClickTxtColor")) << widget->objectName().toStdString();
+      picker->btnAdd->setFocus();
+      EXPECT_NE(edge(*widget), Theme("Grid_ClickTxtColor")) << widget->objectName().toStdString();
+    }
+    host.theme.Switch();
+    picker->ApplyTheme();
+    editor->ApplyTheme();
+  }
+}
+
 TEST_F(Picker, TheListIsPaintedLikeTheHoldings) {
   const auto back = [this](int row) {
     return List().viewport()->grab().toImage().pixelColor(List().CellRect(0, row).topLeft() + QPoint(1, 1));

@@ -114,6 +114,17 @@ TEST_F(EditorName, AFullNameOfRareCharactersIsStored) {
   EXPECT_EQ(portfolios->Cells(kName, 0), QStringLiteral("𠮷").repeated(40));
 }
 
+TEST_F(EditorName, AFullNameOfMarkedLettersIsStored) {
+  OpenEditor();
+  Fill(QString(), TwoRows());
+  Name().setFocus();
+  Paste(QStringLiteral("e\u0301").repeated(45));
+  Confirm();
+  EXPECT_TRUE(Messages().empty());
+  EXPECT_EQ(portfolios->Cells(kName, 0), QStringLiteral("e\u0301").repeated(40));
+  EXPECT_EQ(Headers().size(), 1);
+}
+
 TEST(PortfolioName, WhatIsPutInGivesWayToWhatIsThere) {
   QString name = QStringLiteral("前") + QStringLiteral("新").repeated(5) + QStringLiteral("后").repeated(38);
   int caret = 6;
@@ -123,10 +134,15 @@ TEST(PortfolioName, WhatIsPutInGivesWayToWhatIsThere) {
 }
 
 TEST(PortfolioName, MarksGoWithTheirCharacter) {
-  QString name = QStringLiteral("a").repeated(39) + QStringLiteral("e\u0301");  // 40 characters, 41 for the column
+  const QString forty = QStringLiteral("a").repeated(39) + QStringLiteral("e\u0301");
+  QString name = forty;
   int caret = static_cast<int>(name.size());
   LimitName(name, caret);
-  EXPECT_EQ(name, QStringLiteral("a").repeated(39));
+  EXPECT_EQ(name, forty);
+  name += QStringLiteral("o\u0308");
+  caret = static_cast<int>(name.size());
+  LimitName(name, caret);
+  EXPECT_EQ(name, forty);
 }
 
 }  // namespace

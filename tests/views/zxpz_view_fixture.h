@@ -96,6 +96,14 @@ class EditorView : public PortfolioViewTest {
     return bench.host.keyCodes.calls.empty() || bench.host.keyCodes.calls.back();
   }
 
+  /// As the user left it: nothing written, nothing lost.
+  void ExpectUntouched(const QString& name, const std::vector<Edited>& rows, const QStringList& tables) {
+    EXPECT_EQ(Name().text(), name);
+    EXPECT_EQ(Holdings().Rows(), rows);
+    EXPECT_EQ(Tables(), tables);
+    EXPECT_EQ(downloads, 0);
+  }
+
   enum Link : int { kSave, kDelete, kModify };
   /// The middle of a picture: 20 pixels each, 2 pixels from the cell's edges and from each other.
   [[nodiscard]] QPoint LinkPlace(Link link, int row) const {

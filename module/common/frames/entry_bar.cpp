@@ -7,11 +7,11 @@
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 #include <utility>
 
 #include "common/frames/frame_parts.h"
+#include "common/grid/focus_mark.h"
 #include "common/host/event_guard.h"
 #include "common/host/host_access.h"
 #include "common/host/theme_colors.h"
@@ -49,22 +49,6 @@ void EntryField::keyPressEvent(QKeyEvent* event) {
   const bool isTaken = !types || Takes(character);
   if (isTaken && !isEnter) return QLineEdit::keyPressEvent(event);
   event->accept();
-}
-
-void EntryField::SetFocusFrame(const QColor& color) {
-  focusFrame_ = color;
-  update();
-}
-
-// The style's own frame of the focus is as dark as the selection it takes its colour from.
-void EntryField::paintEvent(QPaintEvent* event) {
-  constexpr double kRadius = 2;  // the style's
-  QLineEdit::paintEvent(event);
-  if (!hasFocus() || !focusFrame_.isValid()) return;
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(focusFrame_);
-  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
 }
 
 bool EntryField::Takes(QChar character) const {
@@ -176,7 +160,10 @@ void ApplyControlTheme(QWidget& control) {
   palette.setColor(QPalette::Highlight, colors.ColorOf(theme::kRowSelect));
   palette.setColor(QPalette::HighlightedText, colors.ColorOf(theme::kSelectedText));
   control.setPalette(palette);
-  if (auto* entry = qobject_cast<EntryField*>(&control)) entry->SetFocusFrame(colors.ColorOf(theme::kClickText));
+  // The style's own mark of the focus is as dark as the selection it takes its colour from.
+  if (isEntry || qobject_cast<QComboBox*>(&control) != nullptr) {
+    FocusMark::On(control).SetColor(colors.ColorOf(theme::kClickText));
+  }
 }
 
 }  // namespace holdwise

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-#include <QColor>
 #include <QLineEdit>
 #include <functional>
 #include <vector>
@@ -31,14 +30,10 @@ class EntryField : public QLineEdit {
   /// Any key, before that; true when it has been dealt with.
   std::function<bool(int key, Qt::KeyboardModifiers modifiers)> OnKeyDown;
 
-  /// Colour of the frame while the entry has the focus.
-  void SetFocusFrame(const QColor& color);
-
   /// Has the host leave the keyboard to the entry with the focus, if one has it: after somebody else has given it back.
   static void KeepKeyboard();
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
@@ -48,7 +43,6 @@ class EntryField : public QLineEdit {
   [[nodiscard]] bool Takes(QChar character) const;
 
   QString unit_;
-  QColor focusFrame_;
 };
 
 /// A row of labels, entries, drop-downs and buttons in the theme's colours. While one of its entries has the focus the

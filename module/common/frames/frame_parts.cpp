@@ -21,6 +21,10 @@ QVBoxLayout* StackedIn(QWidget& panel) {
   return layout;
 }
 
+void SetTabOrderOf(const std::vector<QWidget*>& widgets) {
+  for (std::size_t next = 1; next < widgets.size(); ++next) QWidget::setTabOrder(widgets[next - 1], widgets[next]);
+}
+
 void SetPanelColor(QWidget& panel, const QColor& color) {
   QPalette palette = panel.palette();
   palette.setColor(QPalette::Window, color);

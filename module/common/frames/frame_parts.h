@@ -18,6 +18,9 @@ namespace holdwise {
 /// Gives a panel a vertical layout without margins and gaps.
 QVBoxLayout* StackedIn(QWidget& panel);
 
+/// Has Tab visit the widgets in that order.
+void SetTabOrderOf(const std::vector<QWidget*>& widgets);
+
 /// Fills a panel with a colour; its children keep theirs.
 void SetPanelColor(QWidget& panel, const QColor& color);
 void SetTextColor(QWidget& label, const QColor& color);

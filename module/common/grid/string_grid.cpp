@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "common/grid/cell_geometry.h"
+#include "common/grid/focus_mark.h"
 #include "common/host/event_guard.h"
 #include "common/host/font.h"
 #include "grid_model.h"
@@ -178,6 +179,8 @@ void TStringGrid::SetColors(const GridColors& colors) {
   // A label on the cell area takes its colour from the text of that area.
   for (const auto role : {QPalette::WindowText, QPalette::Text}) area.setColor(role, colors.unselectedText);
   setPalette(area);
+  // Only where Tab leads to is it worth knowing where one is.
+  if (focusPolicy() & Qt::TabFocus) FocusMark::On(*this).SetColor(colors.focusFrame);
   viewport()->update();
 }
 

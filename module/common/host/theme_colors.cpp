@@ -12,6 +12,7 @@ GridColors ReadGridColors(const IColorSet& colors) {
   read.unselectedText = colors.ColorOf(theme::kUnselectedText);
   read.titleText = colors.ColorOf(theme::kGridTitleText);
   read.background = colors.ColorOf(theme::kBackground);
+  read.focusFrame = colors.ColorOf(theme::kClickText);
   return read;
 }
 

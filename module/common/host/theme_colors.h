@@ -53,6 +53,7 @@ struct GridColors {
   QColor unselectedText;
   QColor titleText;
   QColor background;
+  QColor focusFrame;
 
   bool operator==(const GridColors&) const = default;
 };

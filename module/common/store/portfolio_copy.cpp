@@ -2,22 +2,18 @@
 #include "common/store/portfolio_copy.h"
 
 #include "common/store/statements.h"
+#include "holdwise/packet/characters.h"
 
 namespace holdwise {
 namespace {
-
-constexpr int kMostCharacters = 40;
-
-QString Shortened(const QString& name, qsizetype characters) {
-  const auto ucs4 = name.toUcs4();
-  return QString::fromUcs4(reinterpret_cast<const char32_t*>(ucs4.constData()), std::min(characters, ucs4.size()));
-}
 
 QString FreeName(DatabaseStatements& database, const QString& name) {
   const QString base = QString(name).remove(QLatin1Char('\''));
   for (int number = 1;; ++number) {
     const QString ending = QStringLiteral("-副本") + (number == 1 ? QString() : QString::number(number));
-    const QString candidate = Shortened(base, kMostCharacters - ending.size()) + ending;
+    qsizetype kept = kMostNameCharacters - CharactersOf(ending);
+    while (!FitsAsName(FirstCharacters(base, kept) + ending)) --kept;
+    const QString candidate = FirstCharacters(base, kept) + ending;
     if (database.Count(sql::CountOfName(candidate)) == 0) return candidate;
   }
 }

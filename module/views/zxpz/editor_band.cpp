@@ -10,6 +10,7 @@
 #include "common/frames/frame_parts.h"
 #include "common/host/event_guard.h"
 #include "holdings_editor.h"
+#include "holdwise/packet/characters.h"
 #include "portfolio_name.h"
 #include "stock_picker.h"
 
@@ -29,7 +30,8 @@ EditorBand::EditorBand(QWidget* parent) : FramePart(parent), bar_(new EntryBar(k
   setFixedHeight(kHeight);
   bar_->AddLabel(QStringLiteral("请输入组合名称："));
   RzEdit1 = &bar_->AddEntry(QStringLiteral("RzEdit1"), {}, kNameWidth);
-  RzEdit1->setMaxLength(2 * editor::kMostCharacters + 1);
+  // The limit takes away character by character: a whole document that is pasted would take its time.
+  RzEdit1->setMaxLength(2 * static_cast<int>(kMostNamePoints) + 1);
   RzEdit1->setValidator(new editor::NameLimit(RzEdit1));
   RzEdit1->OnKeyPress = [this](QChar key) { return RzEdit1KeyPress(key); };
   btnOK = &bar_->AddButton(QStringLiteral("btnOK"), QStringLiteral("确 定"), [this] { Confirm(); });
@@ -70,15 +72,10 @@ void EditorBand::FocusName() {
 }
 
 std::vector<QWidget*> EditorBand::TabOrder() const {
-  return {RzEdit1,
-          Picker->RzComboBox1,
-          Picker->Search,
-          Picker->RzEdit3,
-          Picker->StringGrid2,
-          Picker->btnAdd,
-          Holdings->StringGrid3,
-          Holdings->btnDel,
-          btnOK};
+  std::vector<QWidget*> order = {RzEdit1};
+  for (QWidget* widget : Picker->TabOrder()) order.push_back(widget);
+  order.insert(order.end(), {Holdings->StringGrid3, Holdings->btnDel, btnOK});
+  return order;
 }
 
 void EditorBand::ApplyTheme() {

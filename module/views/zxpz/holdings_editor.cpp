@@ -20,6 +20,7 @@
 #include "common/host/messages.h"
 #include "common/host/theme_colors.h"
 #include "edit_rules.h"
+#include "editor_layout.h"
 #include "host_stocks.h"
 #include "pasted_holdings.h"
 
@@ -35,10 +36,13 @@ constexpr unsigned kEditorColor = 15269887;  // given: red in the lowest byte, t
 constexpr int kInkShade = 1000;              // percent; in both themes the box is as light as paper
 
 const ColumnTable& HoldingTable() {
-  static const ColumnTable table = {{.title = QStringLiteral("股票代码")},
-                                    {.title = QStringLiteral("股票名称")},
-                                    {.title = QStringLiteral("买入价(元)")},
-                                    {.title = QStringLiteral("数量(股)")}};
+  static const ColumnTable table = [] {
+    ColumnTable columns;
+    for (const QString& title : editor::CaptionsOf(editor::TitleMode::OneLine).holdings) {
+      columns.push_back({.title = title});
+    }
+    return columns;
+  }();
   return table;
 }
 

@@ -4,14 +4,10 @@
 #include <QTextBoundaryFinder>
 #include <algorithm>
 
+#include "holdwise/packet/characters.h"
+
 namespace holdwise::editor {
 namespace {
-
-qsizetype CharactersOf(const QString& text) {
-  qsizetype low = 0;
-  for (const QChar unit : text) low += unit.isLowSurrogate() ? 1 : 0;
-  return text.size() - low;
-}
 
 /// Pasted, they would make a name that cannot be told from another one or read back from a file.
 bool IsInvisible(char32_t character) {
@@ -39,7 +35,7 @@ bool IsNameKey(QChar key) {
 }
 
 void LimitName(QString& name, int& caret) {
-  while (CharactersOf(name) > kMostCharacters) {
+  while (!FitsAsName(name)) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, name);
     finder.setPosition(caret > 0 ? caret : name.size());
     const auto end = finder.position();

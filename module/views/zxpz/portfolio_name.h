@@ -7,13 +7,10 @@
 /// thread.
 namespace holdwise::editor {
 
-/// What the name's column holds, characters as a person counts them: one outside the basic plane is one.
-inline constexpr int kMostCharacters = 40;
-
 /// Does a key with this character (backspace included) get into the name? Enter does not.
 [[nodiscard]] bool IsNameKey(QChar key);
-/// Takes away what is beyond the limit, from what stands left of the caret, where it has just been put in; marks that
-/// belong to a character go with it. `caret` counts UTF-16 units and follows.
+/// Takes away what is beyond the limit of a name (FitsAsName), from what stands left of the caret, where it has just
+/// been put in; marks that belong to a character go with it. `caret` counts UTF-16 units and follows.
 void LimitName(QString& name, int& caret);
 /// Why the name cannot be stored; empty when it can. Statements take it as it stands: a single quote would break them.
 /// Characters that nobody sees are refused too.

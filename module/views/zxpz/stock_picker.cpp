@@ -99,10 +99,11 @@ void StockPicker::InitLayout() {
   addRow({Search}, *Search);
   layout->addWidget(StringGrid2, 1);
   addRow({RzEdit3, SpeedButton1, btnAdd}, *RzEdit3);
-  setTabOrder(RzComboBox1, Search);
-  setTabOrder(Search, RzEdit3);
-  setTabOrder(RzEdit3, StringGrid2);
-  setTabOrder(StringGrid2, btnAdd);
+  SetTabOrderOf(TabOrder());
+}
+
+std::vector<QWidget*> StockPicker::TabOrder() const {
+  return {RzComboBox1, Search, RzEdit3, StringGrid2, btnAdd};
 }
 
 void StockPicker::InitList() {

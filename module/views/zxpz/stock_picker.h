@@ -57,6 +57,9 @@ class StockPicker : public FramePart {
   static void RzEdit3Enter();
   static void RzEdit3Exit();
 
+  /// Widgets in the order in which Tab visits them.
+  [[nodiscard]] std::vector<QWidget*> TabOrder() const;
+
   [[nodiscard]] const RowPicks& PickedStocks() const noexcept { return picks_.Rows(); }
 
   void ApplyTheme() override;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "common/frames/entry_bar.h"
+#include "common/frames/frame_parts.h"
 #include "common/helpers/date_text.h"
 #include "common/host/event_guard.h"
 #include "common/host/host_access.h"
@@ -56,12 +57,9 @@ void TFrm_ZXPZ::InitAppear() {
   portfolios_->OnSave = [this](int row) { SavePortfolio(row); };
   portfolios_->OnDelete = [this](int row) { DeletePortfolio(row); };
   portfolios_->OnModify = [this](int row) { ModifyPortfolio(row); };
-  QWidget* before = nullptr;
-  for (QWidget* next : editor_->TabOrder()) {
-    if (before != nullptr) setTabOrder(before, next);
-    before = next;
-  }
-  setTabOrder(before, &portfolios_->List());
+  std::vector<QWidget*> tabOrder = editor_->TabOrder();
+  tabOrder.push_back(&portfolios_->List());
+  SetTabOrderOf(tabOrder);
 }
 
 void TFrm_ZXPZ::SetLabelCaption(editor::TitleMode mode) {

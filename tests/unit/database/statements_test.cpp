@@ -223,20 +223,22 @@ TEST_F(Statements, UpdatedValuesAreCheckedToo) {
   Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
   EXPECT_EQ(ErrorOf(QStringLiteral("update alg_commain set SAVEFLAG = 1.5 where ID = 1")).first,
             ErrorCategory::Refused);
-  EXPECT_EQ(ErrorOf(QStringLiteral("update alg_commain set COMNAME = '%1' where ID = 1").arg(QString(41, u'长'))).first,
-            ErrorCategory::Refused);
+  EXPECT_EQ(
+      ErrorOf(QStringLiteral("update alg_commain set COMNAME = '%1' where ID = 1").arg(QString(161, u'长'))).first,
+      ErrorCategory::Refused);
   EXPECT_EQ(Service().Execute(QStringLiteral("update alg_commain set SAVEFLAG = -3 where ID = 1")), 1);
   EXPECT_EQ(Service().Count(QStringLiteral("select SAVEFLAG from alg_commain where ID = 1")), -3);
 }
 
 TEST_F(Statements, TextsFitByCharactersNotBytes) {
-  const QString forty(40, u'长');
-  EXPECT_EQ(Service().Execute(InsertPortfolio(1, forty)), 1);
-  EXPECT_EQ(Service().Scalar(QStringLiteral("select COMNAME from alg_commain")).ToText(), forty);
-  const auto [category, text] = ErrorOf(InsertPortfolio(2, forty + u'x'));
+  const QString longest(160, u'长');
+  EXPECT_EQ(Service().Execute(InsertPortfolio(1, longest)), 1);
+  EXPECT_EQ(Service().Scalar(QStringLiteral("select COMNAME from alg_commain")).ToText(), longest);
+  const auto [category, text] = ErrorOf(InsertPortfolio(2, longest + u'x'));
   EXPECT_EQ(category, ErrorCategory::Refused);
-  EXPECT_TRUE(text.contains(QStringLiteral("40")));
-  EXPECT_EQ(Service().Count(QStringLiteral("select count(COMNAME) from alg_commain where COMNAME='%1x'").arg(forty)), 0)
+  EXPECT_TRUE(text.contains(QStringLiteral("160")));
+  EXPECT_EQ(Service().Count(QStringLiteral("select count(COMNAME) from alg_commain where COMNAME='%1x'").arg(longest)),
+            0)
       << "a longer text equals none";
   const QString half = InsertPortfolio(3, QString(QChar(0xD83D)));
   EXPECT_EQ(ErrorOf(half).first, ErrorCategory::Refused) << "half a character";

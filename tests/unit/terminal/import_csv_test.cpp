@@ -78,6 +78,8 @@ TEST_F(ImportCsv, EachKindOfBadLine) {
   ExpectBadLine(QStringLiteral("\"a,b\",600000,100,8"), "“,”");
   ExpectBadLine(QStringLiteral("a.b,600000,100,8"), "“.”");
   ExpectBadLine(QString(41, u'长') + QStringLiteral(",600000,100,8"), "41个字符");
+  ExpectBadLine(QStringLiteral("e\u0301").repeated(41) + QStringLiteral(",600000,100,8"), "41个字符");
+  ExpectBadLine(QLatin1Char('a') + QString(160, QChar(0x301)) + QStringLiteral(",600000,100,8"), "附加符号太多");
   ExpectBadLine(QStringLiteral("甲,,100,8"), "股票代码为空");
   ExpectBadLine(QStringLiteral("甲,1,100,8"), "不足六位");
   ExpectBadLine(QStringLiteral("甲,00001,100,8"), "不足六位");
