@@ -115,6 +115,31 @@ class Allocation : public testing::Test {
     }
   }
 
+  /// With keys, at the usual capital of 50; the second time is answered that there is such a portfolio already.
+  void SaveTheFirstCandidateTwice() const {
+    const Screen screen;
+    ASSERT_TRUE(screen.IsThere());
+    RunningTerminal running(bench_.Arguments({"--address", "投资组合"}), screen.Environment());
+    ASSERT_TRUE(running.WaitForWindow());
+    ASSERT_TRUE(screen.Enter(QStringLiteral("Holdwise")));
+    QThread::sleep(1);
+    screen.Click(300, 436);  // the first candidate
+    const auto answer = [&] {
+      ASSERT_TRUE(screen.Enter(QStringLiteral("提示")));
+      screen.Keys({"Return"});
+    };
+    screen.Keys({"F4"});
+    answer();
+    ASSERT_TRUE(screen.IsGone(QStringLiteral("提示")));
+    ASSERT_TRUE(screen.Enter(QStringLiteral("Holdwise")));
+    screen.Keys({"F4"});
+    answer();
+    QThread::msleep(500);
+    answer();  // that there is such a portfolio already
+    ASSERT_TRUE(screen.IsGone(QStringLiteral("提示")));
+    EXPECT_GE(running.Signal(SIGTERM), 0);
+  }
+
   Bench bench_;
 };
 
@@ -193,29 +218,7 @@ TEST_F(Allocation, ARunningTerminalHasItsCapitalBackAfterwards) {
 TEST_F(Allocation, ASavedProposalIsFollowedAndSavingItTwiceIsRefused) {
   for (const char* program : {"Xvfb", "xdotool"})
     if (QStandardPaths::findExecutable(program).isEmpty()) GTEST_SKIP() << program << " is missing";
-  const Screen screen;
-  ASSERT_TRUE(screen.IsThere());
-  {
-    RunningTerminal running(bench_.Arguments({"--address", "投资组合"}), screen.Environment());
-    ASSERT_TRUE(running.WaitForWindow());
-    ASSERT_TRUE(screen.Enter(QStringLiteral("Holdwise")));
-    QThread::sleep(1);
-    screen.Click(300, 436);  // the first candidate
-    const auto answer = [&] {
-      ASSERT_TRUE(screen.Enter(QStringLiteral("提示")));
-      screen.Keys({"Return"});
-    };
-    screen.Keys({"F4"});
-    answer();
-    ASSERT_TRUE(screen.IsGone(QStringLiteral("提示")));
-    ASSERT_TRUE(screen.Enter(QStringLiteral("Holdwise")));
-    screen.Keys({"F4"});
-    answer();
-    QThread::msleep(500);
-    answer();  // that there is such a portfolio already
-    ASSERT_TRUE(screen.IsGone(QStringLiteral("提示")));
-    EXPECT_GE(running.Signal(SIGTERM), 0);
-  }
+  ASSERT_NO_FATAL_FAILURE(SaveTheFirstCandidateTwice());
   const Outcome outcome = Export({});
   EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
   const Rows list = Read("2001-strngrd");
@@ -231,6 +234,58 @@ TEST_F(Allocation, ASavedProposalIsFollowedAndSavingItTwiceIsRefused) {
   ASSERT_EQ(risk.size(), 2U);
   EXPECT_NE(risk[1][4].toDouble(), 0) << "the statistics have run: beta is neither nothing nor the proposal's";
   EXPECT_NE(risk[1][4].toDouble(), 0.25);
+}
+
+/// The producer's own proposals, of real bars, or of a simulated market where there are none.
+class ProducedAllocation : public Allocation {
+ protected:
+  void SetUp() override {
+    const QString real = qEnvironmentVariable("HOLDWISE_MARKET_DATA");
+    const QString source = real.isEmpty() ? bench_.File("market") : real;
+    const QString program = Program("holdwise-market");
+    if (real.isEmpty()) {
+      const Outcome made = e2e::Run(program, {"simulate", "--securities", "60", "--days", "300", "--out", source});
+      ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
+    }
+    bench_.data = bench_.File("produced");
+    QStringList arguments{"build", "--out", bench_.data, "--bars", source + "/bars", "--indices", source + "/indices"};
+    arguments << "--securities" << source + "/securities.csv";
+    if (real.isEmpty()) arguments << "--simulated";
+    const Outcome built = e2e::Run(program, arguments);
+    ASSERT_EQ(built.exitCode, 0) << built.err.toStdString();
+  }
+  [[nodiscard]] ResultSet Produced(const QString& name) const {
+    return ReadPacketFile(bench_.data + "/QMTL/TZZH/" + name);
+  }
+};
+
+TEST_F(ProducedAllocation, TheStatisticsOfASavedProposalAreTheProducers) {
+  for (const char* program : {"Xvfb", "xdotool"})
+    if (QStandardPaths::findExecutable(program).isEmpty()) GTEST_SKIP() << program << " is missing";
+  ASSERT_NO_FATAL_FAILURE(SaveTheFirstCandidateTwice());
+  const Outcome outcome = Export({});
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+
+  const ResultSet limits = Produced("ZNPZ.dat");
+  int row = 0;
+  while (row + 1 < limits.RowCount() && limits.RealAt(row, limits.Column("StockMoney")) < 50) ++row;
+  const QString count = limits.TextAt(row, limits.Column("StockCount"));
+  const ResultSet list = Produced("zh_" + count + ".dat");
+  const QString today = QDate::currentDate().toString("yyyyMMdd");
+  const QString name = list.TextAt(0, list.Column("ZHFG")) + today + '_' + count + "_1";
+  for (const char* view : {"2001-strngrd", "3001-strngrd"}) {
+    const Rows rows = Read(view);
+    ASSERT_EQ(rows.size(), 2U) << view << ": once";
+    EXPECT_EQ(rows[1][0], name) << view;
+  }
+  // The terminal leaves what is stored, with all digits, when it ends.
+  const ResultSet stored = ReadPacketFile(bench_.Work() + "/TZZHMerge.dat");
+  ASSERT_EQ(stored.RowCount(), 1);
+  EXPECT_EQ(stored.TextAt(0, stored.Column("COMNAME")), name);
+  for (const char* figure : {"FC", "BETA"}) {
+    const double wanted = list.RealAt(0, list.Column(figure));
+    EXPECT_NEAR(stored.TextAt(0, stored.Column(figure)).toDouble() / wanted, 1, 1e-9) << figure << ' ' << wanted;
+  }
 }
 
 }  // namespace
