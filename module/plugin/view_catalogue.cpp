@@ -62,10 +62,11 @@ QString HoldwiseViewCatalogue::Shortcoming() const {
     return QStringLiteral("%1 个组合的风险数据没有算完，所示的不是最新数值（%2）。")
         .arg(QString::number(count), problem.isEmpty() ? QStringLiteral("原因见日志") : problem);
   }
-  if (g_AllStockData->LacksCurrentTable() && Database().Count(sql::kCountSavedPortfolios) > 0)
+  if (g_AllStockData->LacksCurrentTable() && Database().Count(sql::kCountSavedPortfolios) > 0) {
     return QStringLiteral("风险文件%1，成分股的风险系数没有显示，压力测试按 0 计算（原因见日志）。")
         .arg(g_AllStockData->IsCurrentFileOfOtherEdition() ? QStringLiteral("是随另一份数据生成的")
                                                            : QStringLiteral("没有取得"));
+  }
   return {};
 }
 

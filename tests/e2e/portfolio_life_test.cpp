@@ -6,7 +6,6 @@
 
 #include <QFile>
 #include <QStandardPaths>
-#include <QThread>
 #include <cmath>
 #include <csignal>
 #include <numeric>

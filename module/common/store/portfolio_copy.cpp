@@ -13,7 +13,7 @@ QString FreeName(DatabaseStatements& database, const QString& name) {
     const QString ending = QStringLiteral("-副本") + (number == 1 ? QString() : QString::number(number));
     qsizetype kept = kMostNameCharacters - CharactersOf(ending);
     while (!FitsAsName(FirstCharacters(base, kept) + ending)) --kept;
-    const QString candidate = FirstCharacters(base, kept) + ending;
+    QString candidate = FirstCharacters(base, kept) + ending;
     if (database.Count(sql::CountOfName(candidate)) == 0) return candidate;
   }
 }
