@@ -3,6 +3,7 @@
 #include <QUtf8StringView>
 #include <algorithm>
 
+#include "holdwise/packet/characters.h"
 #include "holdwise/packet/csv_result_set.h"
 #include "holdwise/packet/number_text.h"
 #include "properties.h"
@@ -31,7 +32,7 @@ class AllStocks final : public CodeNumServices {
 };
 
 void CheckPortfolio(const CsvPortfolio& portfolio) {
-  Require(!portfolio.name.isEmpty() && portfolio.name.size() <= kMaxNameLength, "a portfolio has a name");
+  Require(!portfolio.name.isEmpty() && FitsAsName(portfolio.name), "a portfolio has a name");
   Require(!portfolio.name.contains(QLatin1Char('\'')), "a name can stand in a statement");
   Require(portfolio.rows >= kMinHoldings && portfolio.rows <= kMaxHoldings, "a portfolio has a portfolio's size");
   Require(portfolio.rows == static_cast<int>(portfolio.holdings.size()), "no holding is lost");
