@@ -2,6 +2,7 @@
 #include "views/zxpz/stock_picker.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
