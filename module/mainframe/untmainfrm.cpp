@@ -131,6 +131,8 @@ void TMainFrm::BuildPanels() {
   bar->addStretch();
   bar->addWidget(Label1);
   RzPanel4 = new QWidget(RzPanel1);
+  // A page may be as narrow as another one is: none of those that are not shown keeps it from that.
+  RzPanel4->setMinimumSize(1, 1);
   views_ = new QStackedLayout(RzPanel4);
   failure_ = new QLabel;
   failure_->setFont(DesignFont(15));

@@ -227,8 +227,8 @@ def check_files(binaries, data, market, with_estimates, checker):
     one_year = [r["INTEREST"] for r in rates if (r["DEPOSITTYPE"], r["TERM"]) == ("定期存款整存整取", "一年")]
     checker.same("one-year rates", [float(rate) for rate in one_year], [float(market.one_year)])
     names, rows = packet(binaries, folder / "GZ.dat")
-    checker.same("GZ columns", names, ["SECUCODE", "ID", "PRICE"])
-    checker.same("GZ rows", [tuple(r.values()) for r in rows],
+    checker.same("GZ columns", names, ["SECUCODE", "ID", "PRICE", "edition"])
+    checker.same("GZ rows", [(r["SECUCODE"], r["ID"], r["PRICE"]) for r in rows],
                  [(code, str(i + 1), price) for i, (code, price) in enumerate(ESTIMATES)] if with_estimates else [])
     return tables["SH"]
 

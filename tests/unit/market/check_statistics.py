@@ -93,14 +93,14 @@ def main():
     values, worst = 0, 0.0
     for code in codes:
         names, rows = columns_of(os.path.join(data, "QMTL/TZZH/Day250/股票", f"{code}.dat"))
-        if names != ORDER:
+        if names != ORDER + ["edition"]:
             sys.exit(f"{code}: columns {names}")
         wanted = expected_rows(int("1" + code), read_bars(os.path.join(bars_folder, f"{code}.csv"), last), indices[1],
                                window, dates)
         difference, count = compare(code, rows, wanted)
         worst, values = max(worst, difference), values + count
     names, rows = columns_of(os.path.join(data, "QMTL/TZZH/Day250/指数/allzs.dat"))
-    if names != ORDER:
+    if names != ORDER + ["edition"]:
         sys.exit(f"indices: columns {names}")
     wanted = [row for code, bars in indices.items() for row in expected_rows(code, bars, bars, window)]
     difference, count = compare("indices", rows, wanted)
