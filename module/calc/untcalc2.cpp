@@ -242,7 +242,7 @@ void TfrmCalc2::ReceiveReference(Reference reference, const QString& path, const
   try {
     const ResultSet file = mode == kFromStream ? DecodePacket(stream, limits) : ReadPacketFile(path, limits);
     if (NamesOtherEdition(file, data_.edition)) {
-      throw Error(ErrorCategory::Refused, "是随另一份数据生成的，请重新生成数据目录");
+      throw Error(ErrorCategory::Refused, "是随另一份数据生成的，请重新启动终端，或重新生成数据目录");
     }
     // Only repaints inside the transaction: events let in there would find the database in the middle of it.
     replace(Database(), file, [this] { rzprgrsbr1->repaint(); });
