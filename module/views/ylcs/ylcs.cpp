@@ -291,7 +291,7 @@ QString TFrm_YLCS::PutInput(const QString& name, const QString& value) {
 QString TFrm_YLCS::SetInput(const QString& name, const QString& value) {
   if (name == Edit1->objectName() && !stress::IsMove(value))
     return QStringLiteral("预期涨跌幅要是百分数，例如 -10 或 5.5，不能是“%1”。").arg(value);
-  if (const QString refused = PutInput(name, value); !refused.isEmpty()) return refused;
+  if (QString refused = PutInput(name, value); !refused.isEmpty()) return refused;
   // Choosing an index by itself leaves nothing typed.
   isEdited_ = name == Edit1->objectName();
   const QString problem = Apply();

@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QPointer>
+#include <QPushButton>
 #include <QScopeGuard>
 #include <QThread>
 #include <numeric>
