@@ -2,6 +2,7 @@
 #include "views/znstocklist/znstocklist.h"
 
 #include <QGuiApplication>
+#include <QShowEvent>
 #include <QVBoxLayout>
 #include <QWindow>
 
