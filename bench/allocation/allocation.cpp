@@ -17,6 +17,7 @@
 #include "files/down_file_role.h"
 #include "files/local_folder_source.h"
 #include "holdwise/packet/packet_file.h"
+#include "offscreen.h"
 #include "scripted_host.h"
 #include "temp_database.h"
 #include "views/znpz/capital_slider_painter.h"
@@ -144,9 +145,5 @@ BENCHMARK(BM_PaintSlider)
 }  // namespace holdwise
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
+  return holdwise::bench::RunOffscreen(argc, argv);
 }

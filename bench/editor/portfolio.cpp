@@ -4,7 +4,6 @@
 // the view for the first time costs with as many shares as the two markets have: made, shown and painted.
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <chrono>
@@ -17,6 +16,7 @@
 #include "common/store/statements.h"
 #include "holdwise/packet/number_text.h"
 #include "injecting_user_data.h"
+#include "offscreen.h"
 #include "scripted_host.h"
 #include "temp_database.h"
 #include "views/zxpz/editor_band.h"
@@ -137,9 +137,5 @@ BENCHMARK(BM_OpenView)->Unit(benchmark::kMillisecond)->UseRealTime();
 }  // namespace holdwise
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  QApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
+  return holdwise::bench::RunOffscreen(argc, argv);
 }

@@ -16,6 +16,7 @@
 #include "common/frames/entry_bar.h"
 #include "common/host/host_access.h"
 #include "holdwise/packet/number_text.h"
+#include "offscreen.h"
 #include "scripted_host.h"
 #include "views/zxpz/holdings_editor.h"
 #include "views/zxpz/stock_picker.h"
@@ -127,9 +128,5 @@ BENCHMARK(BM_ComposeCharacter)->ArgName("paint")->Arg(0)->Arg(1)->UseManualTime(
 }  // namespace holdwise
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  QApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
+  return holdwise::bench::RunOffscreen(argc, argv);
 }

@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include "common/charts/step_chart_painter.h"
+#include "offscreen.h"
 #include "view_page.h"
 #include "views/yjfj/yjfj.h"
 #include "views/ztpj/ztpj.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // One price message to the performance view: every live cell of the list and of the shown holdings is computed and
 // written anew.
+#include "offscreen.h"
 #include "view_page.h"
 #include "views/zhbx/zhbx.h"
 

@@ -3,7 +3,6 @@
 // every security of the market once or more. The database is a real embedded one.
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
 #include <map>
 
 #include "common/host/host_access.h"
@@ -11,6 +10,7 @@
 #include "common/store/database.h"
 #include "common/store/statement_advice.h"
 #include "holdwise/packet/number_text.h"
+#include "offscreen.h"
 #include "portfolios.h"
 #include "scripted_host.h"
 #include "temp_database.h"
@@ -187,9 +187,5 @@ BENCHMARK(UserValues)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
 }  // namespace holdwise
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
+  return holdwise::bench::RunOffscreen(argc, argv);
 }

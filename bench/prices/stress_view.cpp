@@ -3,6 +3,7 @@
 // is read and filled anew and the holdings of the first portfolio are shown. Moves differ from one to the next, so no
 // cell keeps its text. The time is that of the application, without painting; a second figure is with the picture.
 #include "holdwise/packet/packet_file.h"
+#include "offscreen.h"
 #include "view_page.h"
 #include "views/ylcs/ylcs.h"
 

@@ -2,7 +2,6 @@
 #pragma once
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
 #include <QStringList>
 #include <memory>
 #include <utility>
@@ -95,15 +94,6 @@ void MeasureRefresh(ViewPage<View>& page, benchmark::State& state) {
     state.ResumeTiming();
     page.Refresh();
   }
-}
-
-/// The whole of main(): the benchmarks on widgets that nobody sees.
-inline int RunOffscreen(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
 }
 
 }  // namespace holdwise::bench

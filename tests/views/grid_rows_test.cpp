@@ -339,13 +339,16 @@ TEST_F(GridCopy, AnEmptyGridLeavesTheClipboardAlone) {
   menu->close();
 }
 
-TEST_F(GridCopy, ACellMayBeCopiedAsItIsShown) {
-  grid.OnCopyCell = [this](const GridCell& cell) {
-    return cell.column == 1 ? QStringLiteral("%1!").arg(cell.row) : grid.Cells(cell.column, cell.row);
-  };
+TEST_F(GridCopy, FractionsAreCopiedInPercentWhereTheTitleSaysSo) {
+  grid.SetCells(1, 0, QStringLiteral("0.12345"));
+  grid.SetColumnPercent(1, true);
   Key(Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(Copied(), QStringLiteral("甲\t乙\n0\t0!\n1\t1!\n"));
-  EXPECT_EQ(grid.ToGridText().rows, (std::vector<QStringList>{{"0", "0!"}, {"1", "1!"}})) << "an export has the same";
+  EXPECT_EQ(Copied(), QStringLiteral("甲\t乙\n0\t12.35\n1\t0.00\n"));
+  EXPECT_EQ(grid.ToGridText().rows, (std::vector<QStringList>{{"0", "12.35"}, {"1", "0.00"}}))
+      << "an export has the same";
+  EXPECT_EQ(grid.Cells(1, 0), QStringLiteral("0.12345"));
+  grid.SetColumnPercent(1, false);
+  EXPECT_EQ(grid.ToGridText().rows.front(), QStringList({"0", "0.12345"}));
 }
 
 TEST_F(GridCopy, OnlyTheRowsThatAreShown) {

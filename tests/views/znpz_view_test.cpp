@@ -182,9 +182,10 @@ TEST_F(AllocationView, WhatRoundingLeavesIsSaidAndExported) {
 
 TEST_F(AllocationView, WeightsAreDrawnAndCopiedInPercent) {
   OpenAll();
-  EXPECT_EQ(holdings->OnCopyCell({kWeight, 0}), "75.00");
+  const QStringList copied = holdings->ToGridText().rows.front();
+  EXPECT_EQ(copied[kWeight], "75.00");
   EXPECT_EQ(holdings->Cells(kWeight, 0), "0.75");
-  EXPECT_EQ(holdings->OnCopyCell({kCode, 0}), "000001");
+  EXPECT_EQ(copied[kCode], "000001");
 }
 
 TEST_F(AllocationView, WhatIsShownRestsOnTheCapitalThatWasApplied) {

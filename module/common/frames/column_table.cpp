@@ -41,6 +41,7 @@ void ApplyColumns(const ColumnTable& table, TStringGrid& grid) {
     if (column.isHidden) hidden.push_back(place);
     grid.SetColumnAlignment(place, column.isLeft ? Qt::AlignLeft : Qt::AlignHCenter);
     grid.SetColumnDecimals(place, column.decimals);
+    grid.SetColumnPercent(place, column.isPercent);
   }
   grid.SetHiddenColumns(hidden);
 }

@@ -146,8 +146,18 @@ void TStringGrid::SetColumnDecimals(int column, int decimals) {
   if (decimals != kWholeText) decimals_.emplace(column, decimals);
 }
 
+void TStringGrid::SetColumnPercent(int column, bool isOn) {
+  isOn ? static_cast<void>(percents_.insert(column)) : static_cast<void>(percents_.erase(column));
+}
+
+QString TStringGrid::TextInItsUnit(const GridCell& cell) const {
+  constexpr int kDecimals = 2;
+  const QString& text = Cells(cell.column, cell.row);
+  return percents_.count(cell.column) == 0 ? text : FormatFixed(RealOr(text) * 100, kDecimals);
+}
+
 QString TStringGrid::DrawnText(const GridCell& cell) const {
-  QString text = Cells(cell.column, cell.row).trimmed();
+  QString text = TextInItsUnit(cell).trimmed();
   const auto decimals = decimals_.find(cell.column);
   if (decimals == decimals_.end()) return text;
   const auto number = ParseReal(text);
@@ -233,7 +243,7 @@ int TStringGrid::TextWidth(const GridCell& cell) const {
 
 QString TStringGrid::ClippedText(const GridCell& cell) const {
   const int width = ShownPart(CellRect(cell.column, cell.row)).width();
-  const QString& text = Cells(cell.column, cell.row);
+  const QString text = TextInItsUnit(cell);
   const bool losesDigits = RealOr(text) != RealOr(DrawnText(cell));
   return losesDigits || IsClipped(TextWidth(cell), width) ? text : QString();
 }

@@ -3,6 +3,7 @@
 #include <QTableView>
 #include <functional>
 #include <map>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -114,6 +115,9 @@ class TStringGrid : public QTableView {
   /// Numbers of the column are drawn with that many decimals (0 to 12), its other texts as they stand; the cells keep
   /// their texts. kWholeText takes the limit away.
   void SetColumnDecimals(int column, int decimals);
+  /// The column's fractions are drawn, copied and given to a host in percent with two decimals, what is no number as 0:
+  /// its title says percent. The cells keep their texts.
+  void SetColumnPercent(int column, bool isOn);
   /// What has to be known of a cell's figure: a small mark in its corner, the remark under the mouse. The cell keeps
   /// its text. Empty takes it away, as ClearStrnGrd does from every cell.
   void SetRemark(const GridCell& cell, const QString& remark);
@@ -146,15 +150,12 @@ class TStringGrid : public QTableView {
   /// Shows a text as it stands at the mouse pointer, until the mouse moves on; the empty text takes a shown one away.
   void ShowHint(const QString& text);
 
-  /// All texts with the titles, those of OnCopyCell where it is set; no rows while the grid is empty.
+  /// All texts with the titles, in the unit that the titles say; no rows while the grid is empty.
   [[nodiscard]] GridText ToGridText() const;
   [[nodiscard]] GridModel& Model() const { return *model_; }
   /// Puts the shown columns of the shown rows with their titles on the clipboard, tab-separated. An empty grid leaves
   /// the clipboard alone.
   void CopyTable() const;
-  /// What a copy and ToGridText have for a cell whose own text is not in the unit that its title says; the cell's own
-  /// when not set.
-  std::function<QString(const GridCell& cell)> OnCopyCell;
   /// Adds entries to the context menu that is about to be shown; the menu goes when it closes.
   std::function<void(QMenu& menu)> OnContextMenu;
 
@@ -185,6 +186,8 @@ class TStringGrid : public QTableView {
   /// A row's texts as they leave the grid.
   [[nodiscard]] QStringList TextsOf(int row) const;
   [[nodiscard]] QString DrawnText(const GridCell& cell) const;
+  /// The cell's own text, but of a fraction whose title says percent the percents.
+  [[nodiscard]] QString TextInItsUnit(const GridCell& cell) const;
   void Guarded(const std::function<void()>& body) const;
   [[nodiscard]] int RowForKey(int key) const;
   void MakeCurrent(int column, int row);
@@ -197,6 +200,7 @@ class TStringGrid : public QTableView {
   QStringList titles_;
   std::vector<int> leftColumns_;
   std::map<int, int> decimals_;                     ///< by column
+  std::set<int> percents_;                          ///< columns of fractions that are drawn in percent
   std::map<std::pair<int, int>, QString> remarks_;  ///< by column and row
   int rowHeight_ = kDefaultRowHeight;
   bool isRangeSelect_ = false;

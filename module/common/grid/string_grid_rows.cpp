@@ -93,9 +93,7 @@ void TStringGrid::MakeCurrent(int column, int row) {
 
 QStringList TStringGrid::TextsOf(int row) const {
   QStringList texts;
-  for (int column = 0; column < ColCount(); ++column) {
-    texts << (OnCopyCell ? OnCopyCell({column, row}) : Cells(column, row));
-  }
+  for (int column = 0; column < ColCount(); ++column) texts << TextInItsUnit({column, row});
   return texts;
 }
 

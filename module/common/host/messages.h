@@ -7,8 +7,10 @@
 namespace holdwise {
 
 /// A notice with a button to take note of it.
-void Tell(const QString& text);
+void Tell(const QString& text, const QString& caption = QStringLiteral("提示"));
 /// A question with OK and Cancel. @return was it OK?
 [[nodiscard]] bool Agrees(const QString& question);
+/// A notice that may be cancelled. @return was it OK?
+[[nodiscard]] bool AgreesToNotice(const QString& notice);
 
 }  // namespace holdwise

@@ -27,7 +27,7 @@ const ColumnTable& PartTable() {
       {.title = QStringLiteral("代码"), .isLink = true},
       {.title = QStringLiteral("名称"), .isLink = true},
       {.title = QStringLiteral("数量(股)")},
-      {.title = QStringLiteral("比例(%)"), .takesRest = true},
+      {.title = QStringLiteral("比例(%)"), .takesRest = true, .isPercent = true},
       {.isHidden = true},
       {.isHidden = true},
       {.isHidden = true},

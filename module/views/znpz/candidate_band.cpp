@@ -9,7 +9,6 @@
 #include "common/frames/holdings_panel.h"
 #include "common/host/host_access.h"
 #include "common/host/theme_colors.h"
-#include "holdwise/packet/number_text.h"
 
 namespace holdwise {
 namespace {
@@ -51,16 +50,6 @@ CandidateBand::CandidateBand(QWidget* parent)
   TStringGrid& parts = holdings_->Grid();
   holdings_->SetTitles(allocation::PartCaptions());
   parts.SetTitles(allocation::PartTitles());
-  parts.OnDrawCell = [&parts](QPainter& painter, const GridCellPaint& cell) {
-    if (cell.column != allocation::kWeight) return parts.DrawDefaultCell(painter, cell);
-    PaintCellBackground(painter, cell, parts.Colors());
-    PaintCellText(painter, cell, parts.Colors(), FormatFixed(RealOr(parts.Cells(cell.column, cell.row)) * 100, 2),
-                  parts.ColumnAlignment(cell.column));
-  };
-  parts.OnCopyCell = [&parts](const GridCell& cell) {
-    const QString& text = parts.Cells(cell.column, cell.row);
-    return cell.column == allocation::kWeight ? FormatFixed(RealOr(text) * 100, 2) : text;
-  };
 }
 
 void CandidateBand::BuildCandidates() {

@@ -21,6 +21,7 @@
 #include "common/host/download_role.h"
 #include "common/host/event_guard.h"
 #include "common/host/host_access.h"
+#include "common/host/messages.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
 #include "holdwise/packet/number_text.h"
@@ -35,17 +36,9 @@ namespace {
 using namespace allocation;
 
 const QString kUnit = QStringLiteral("Znpz");
-constexpr int kOk = 1;
-constexpr int kOkButton = 0;
-constexpr int kOkAndCancel = 1;
-constexpr int kNoticeStyle = 128;
-constexpr unsigned long kPause = 100;  // ms
-
-int Ask(const QString& text, const QString& caption, int buttons) {
-  return ModuleHost().MessageBoxes().Vex_MessageBox(text, caption, buttons, kNoticeStyle);
-}
-
-constexpr double kMostWeight = 1.0001;  // all together; four decimals a weight
+const QString kShortfall = QStringLiteral("投资组合");  ///< the caption of what the capital does not suffice for
+constexpr unsigned long kPause = 100;                   // ms
+constexpr double kMostWeight = 1.0001;                  // all together; four decimals a weight
 
 double SumOf(const std::vector<Part>& parts) {
   return std::accumulate(parts.begin(), parts.end(), 0.0,
@@ -313,8 +306,7 @@ void TFrm_ZNPZ::ReciveComposition() {
   const bool tells = !shown.unaffordable.isEmpty() && !candidates.IsEmpty() && !isFirstComposition_;
   isFirstComposition_ = false;
   if (tells) {
-    Ask(QStringLiteral("您的资金量无法配置当前组合:") + ShortfallText(shown.unaffordable), QStringLiteral("投资组合"),
-        kOkButton);
+    Tell(QStringLiteral("您的资金量无法配置当前组合:") + ShortfallText(shown.unaffordable), kShortfall);
     if (alive.isNull()) return;
   }
   // While the box was open another candidate may have been asked for.
@@ -341,7 +333,7 @@ void TFrm_ZNPZ::CtrlReciveFile2(const QString& fileName, const QByteArray& strea
 bool TFrm_ZNPZ::IsUnaffordable() {
   const QStringList names = UnaffordableIn(lower_->Holdings().Grid());
   if (names.isEmpty()) return false;
-  Ask(QStringLiteral("您的资金量无法配置当前组合") + ShortfallText(names), QStringLiteral("投资组合"), kOkButton);
+  Tell(QStringLiteral("您的资金量无法配置当前组合") + ShortfallText(names), kShortfall);
   return true;
 }
 
@@ -349,8 +341,8 @@ void TFrm_ZNPZ::SaveProposal(int row) {
   if (!isFileReceived_ || IsUnaffordable()) return;
   const QPointer<TFrm_ZNPZ> alive(this);
   const int asked = request_;
-  const int answer = Ask(QStringLiteral("是否保存当前智能配置组合?"), QStringLiteral("提示"), kOkAndCancel);
-  if (alive.isNull() || answer != kOk) return;
+  const bool isAgreed = AgreesToNotice(QStringLiteral("是否保存当前智能配置组合?"));
+  if (alive.isNull() || !isAgreed) return;
   // Other data may have come meanwhile, and with them other candidates and holdings.
   if (asked != request_)
     return lower_->Holdings().SetNotice(QStringLiteral("没有保存"),
@@ -388,10 +380,7 @@ void TFrm_ZNPZ::Store(int row) {
     throw;
   }
   if (result == SaveResult::Failed) return failed();
-  if (result == SaveResult::NameTaken) {
-    Ask(QStringLiteral("组合表现已经存在该组合"), QStringLiteral("提示"), kOkButton);
-    return;
-  }
+  if (result == SaveResult::NameTaken) return Tell(QStringLiteral("组合表现已经存在该组合"));
   say(QStringLiteral("已保存"),
       QStringLiteral("已保存为“%1”，可在“组合表现”中查看。")
           .arg(PortfolioName(proposal.style, proposal.today, proposal.stockCount, proposal.number)));

@@ -38,6 +38,7 @@ const ColumnTable& DetailTable() {
     columns[kSecurityName].extra = 6;
     columns[kWeight].extra = -6;
     columns[kWeight].takesRest = true;
+    columns[kWeight].isPercent = true;
     columns.push_back({.isHidden = true});
     return columns;
   }();

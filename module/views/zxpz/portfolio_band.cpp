@@ -9,7 +9,6 @@
 #include "common/grid/operation_picture.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
-#include "holdwise/packet/number_text.h"
 #include "portfolio_rows.h"
 
 namespace holdwise {
@@ -81,12 +80,9 @@ void PortfolioBand::BuildDetails() {
   detailPanel_->setMinimumWidth(kLeastDetailWidth);
   detailPanel_->resize(kDetailWidth, height());
   details_->OnClientWidthChanged = [this](int) { detailHeader_->FitColumns(); };
-  details_->OnDrawCell = [this](QPainter& painter, const GridCellPaint& cell) { StringGrid1DrawCell(painter, cell); };
-  details_->OnCopyCell = [this](const GridCell& cell) { return ShownText(cell); };
   details_->OnMouseMove = [this](const QPoint& position) {
     const GridCell cell = details_->MouseToCell(position);
-    const bool isWhole = cell.IsNone() || cell.column == editor::kWeight;
-    details_->ShowHint(isWhole ? QString() : details_->ClippedText(cell));
+    details_->ShowHint(cell.IsNone() ? QString() : details_->ClippedText(cell));
   };
 }
 
@@ -112,17 +108,6 @@ void PortfolioBand::ShowDetails(int row) {
   const auto id = Database().Count(sql::PortfolioByName(List().Cells(editor::kName, row)));
   if (id < 0) return;
   editor::ShowDetails(Database().Query(sql::HoldingsOf(QString::number(id))), *details_);
-}
-
-QString PortfolioBand::ShownText(const GridCell& cell) const {
-  const QString& text = details_->Cells(cell.column, cell.row);
-  return cell.column == editor::kWeight ? FormatFixed(RealOr(text) * 100, 2) : text;
-}
-
-void PortfolioBand::StringGrid1DrawCell(QPainter& painter, const GridCellPaint& cell) const {
-  PaintCellBackground(painter, cell, details_->Colors());
-  PaintCellText(painter, cell, details_->Colors(), ShownText({cell.column, cell.row}),
-                details_->ColumnAlignment(cell.column));
 }
 
 // What a picture does, without the mouse.

@@ -44,9 +44,6 @@ class PortfolioBand : public FramePart {
  private:
   void BuildDetails();
   void ShowDetails(int row);
-  /// The text of a cell of the details as it is drawn.
-  [[nodiscard]] QString ShownText(const GridCell& cell) const;
-  void StringGrid1DrawCell(QPainter& painter, const GridCellPaint& cell) const;
   void ListKeyDown(int key, Qt::KeyboardModifiers modifiers);
 
   QSplitter* Splitter1;
