@@ -6,6 +6,7 @@
 #include "common/host/debug_log.h"
 #include "common/host/download_role.h"
 #include "common/host/host_access.h"
+#include "common/host/remote_files.h"
 
 namespace holdwise {
 namespace {
@@ -35,7 +36,7 @@ void THoldwiseAddrItem::RequestSmartAllocation() {
   FInfoDown->OnReciveAFile = [this](const QString&, int) { catalogue_.SetDownloadPending(false); };
   FInfoDown->OnReciveAFileFail = [this](const QString&, int) { catalogue_.SetDownloadPending(false); };
   catalogue_.SetDownloadPending(true);
-  FInfoDown->Request(QStringLiteral("QMTL\\TZZH\\ZNPZ.dat"));
+  FInfoDown->Request(remote_files::kCapitalTable);
 }
 
 void THoldwiseAddrItem::MakeFrames() {

@@ -49,10 +49,7 @@ void HoldingsPanel::Clear() {
 
 void HoldingsPanel::MouseMove(const QPoint& position) {
   links_.MouseMove(position);
-  const GridCell cell = grid_->MouseToCell(position);
-  if (cell.IsNone()) return grid_->ShowHint({});
-  if (const QString remark = grid_->RemarkOf(cell); !remark.isEmpty()) return grid_->ShowHint(remark);
-  grid_->ShowHint(OnHint ? OnHint(cell, position) : grid_->ClippedText(cell));
+  grid_->ShowHintAt(position, OnHint);
 }
 
 void HoldingsPanel::ApplyTheme() {

@@ -35,7 +35,7 @@ class HoldingsPanel : public FramePart {
 
   /// Hint for the cell under the mouse, instead of the whole of a text that is cut off; empty for none. A remark of the
   /// grid on the cell goes before it.
-  std::function<QString(const GridCell& cell, const QPoint& position)> OnHint;
+  TStringGrid::Hint OnHint;
 
   void ApplyTheme() override;
   void Fit() override;

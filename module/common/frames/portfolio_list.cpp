@@ -16,7 +16,7 @@ PortfolioList::PortfolioList(const Design& design, QWidget* parent)
       keyColumn_(design.keyColumn),
       grid_(new TStringGrid(design.unit, QStringLiteral("strngrd"), this)),
       header_(new HeaderStrip(*grid_, design.columns, this)) {
-  setFixedHeight(kHeight);
+  if (design.height > 0) setFixedHeight(design.height);
   grid_->SetEmptyText(design.emptyText);
   grid_->SetWholeRows(true);
   auto* layout = StackedIn(*this);
@@ -76,11 +76,7 @@ void PortfolioList::Show(int row) {
 
 void PortfolioList::MouseMove(const QPoint& position) {
   const QString hintOfButton = buttons_ == nullptr ? QString() : buttons_->MouseMove(position);
-  const GridCell cell = grid_->MouseToCell(position);
-  if (cell.IsNone()) return grid_->ShowHint({});
-  if (!hintOfButton.isEmpty()) return grid_->ShowHint(hintOfButton);
-  if (const QString remark = grid_->RemarkOf(cell); !remark.isEmpty()) return grid_->ShowHint(remark);
-  grid_->ShowHint(OnHint ? OnHint(cell, position) : grid_->ClippedText(cell));
+  hintOfButton.isEmpty() ? grid_->ShowHintAt(position, OnHint) : grid_->ShowHint(hintOfButton);
 }
 
 void PortfolioList::ApplyTheme() {

@@ -13,17 +13,19 @@ class CellButtons;
 class HeaderStrip;
 
 /// A grid of portfolios with its header strip: reads them from the database, keeps one selected and says which. A
-/// failing statement throws out of the calls. User-interface thread only.
+/// failing statement throws out of the calls. Without a statement whoever owns the list fills its grid and does not
+/// call ReflashData. User-interface thread only.
 class PortfolioList : public FramePart {
  public:
+  static constexpr int kHeight = 201;
   struct Design {
     QString unit;       ///< named in the debug log
-    QString statement;  ///< selects the portfolios that are listed
+    QString statement;  ///< selects the portfolios that are listed; may be empty
     ColumnTable columns;
-    int keyColumn = 0;  ///< the portfolio's id
-    QString emptyText;  ///< shown while no portfolio is listed
+    int keyColumn = 0;     ///< the portfolio's id
+    QString emptyText;     ///< shown while no portfolio is listed
+    int height = kHeight;  ///< of the whole part, pixels; 0: as high as its place
   };
-  static constexpr int kHeight = 201;  ///< of the whole part, pixels
 
   PortfolioList(const Design& design, QWidget* parent);
 
@@ -37,7 +39,7 @@ class PortfolioList : public FramePart {
   std::function<void(int row)> OnShow;
   /// Hint for the cell under the mouse, instead of the whole of a text that is cut off; empty for none. A remark of the
   /// grid on the cell goes before it.
-  std::function<QString(const GridCell& cell, const QPoint& position)> OnHint;
+  TStringGrid::Hint OnHint;
 
   /// Other captions over the shown columns, as HeaderStrip takes them.
   void SetTitles(const QStringList& titles);

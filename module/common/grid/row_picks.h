@@ -23,7 +23,6 @@ class RowPicks {
       ids_.insert(place, id);
     }
   }
-  void Clear() noexcept { ids_.clear(); }
 
  private:
   std::vector<RowId> ids_;

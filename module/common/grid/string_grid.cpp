@@ -261,6 +261,14 @@ void TStringGrid::ShowHint(const QString& text) {
   }
 }
 
+void TStringGrid::ShowHintAt(const QPoint& position, const Hint& other) {
+  const GridCell cell = MouseToCell(position);
+  if (cell.IsNone()) return ShowHint({});
+  const QString remark = RemarkOf(cell);
+  if (!remark.isEmpty()) return ShowHint(remark);
+  ShowHint(other ? other(cell, position) : ClippedText(cell));
+}
+
 void TStringGrid::Guarded(const std::function<void()>& body) const {
   GuardEvent(unit_, objectName(), body);
 }
@@ -289,7 +297,7 @@ void TStringGrid::mouseMoveEvent(QMouseEvent* event) {
     // A press that has opened an entry over its cell has given the focus away.
     const bool drags = isDragging_ && event->buttons().testFlag(Qt::LeftButton) && hasFocus();
     if (drags && !cell.IsNone() && cell.row != Row()) GoTo(cell.column, cell.row, true);
-    if (OnMouseMove) OnMouseMove(event->pos());
+    OnMouseMove ? OnMouseMove(event->pos()) : ShowHintAt(event->pos());
   });
 }
 

@@ -149,6 +149,10 @@ class TStringGrid : public QTableView {
   void SetHandCursor(bool hand);
   /// Shows a text as it stands at the mouse pointer, until the mouse moves on; the empty text takes a shown one away.
   void ShowHint(const QString& text);
+  using Hint = std::function<QString(const GridCell& cell, const QPoint& position)>;
+  /// Shows what the cell at a viewport position has to say: its remark, else the hint of `other`, or, without one, the
+  /// whole of a text that is cut off.
+  void ShowHintAt(const QPoint& position, const Hint& other = {});
 
   /// All texts with the titles, in the unit that the titles say; no rows while the grid is empty.
   [[nodiscard]] GridText ToGridText() const;
@@ -162,6 +166,7 @@ class TStringGrid : public QTableView {
   /// Mouse events, positions in viewport pixels. OnMouseDown comes after the row under the mouse has become current; a
   /// double click is two presses and then, with the left button, OnDoubleClick.
   std::function<void(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, const QPoint& position)> OnMouseDown;
+  /// In the place of ShowHintAt.
   std::function<void(const QPoint& position)> OnMouseMove;
   std::function<void(const QPoint& position)> OnMouseUp;
   std::function<void(const QPoint& position)> OnDoubleClick;

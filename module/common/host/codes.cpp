@@ -2,6 +2,7 @@
 #include "common/host/codes.h"
 
 #include "common/host/host_access.h"
+#include "holdwise/packet/number_text.h"
 
 namespace holdwise {
 
@@ -15,6 +16,10 @@ QString GetCodeNum(const QString& code) {
   const CodeNumServices& services = ModuleHost().CodeNums();
   if (services.IsFundOrBond(six) && services.IsKnownSecurity(six)) return code;
   return services.IsIndex(six) ? code : QStringLiteral("1") + six;
+}
+
+int CodeNumberOf(const QString& code) {
+  return static_cast<int>(IntegerOr(GetCodeNum(code)));
 }
 
 }  // namespace holdwise

@@ -10,5 +10,7 @@ namespace holdwise {
 /// The host's code number of a code: "1" and its six digits, except that a code the host knows as fund or bond, an
 /// index and the empty text stay as they are. Needs the module's host.
 [[nodiscard]] QString GetCodeNum(const QString& code);
+/// The same as a number, as the data centre takes it; 0 for what is no number.
+[[nodiscard]] int CodeNumberOf(const QString& code);
 
 }  // namespace holdwise

@@ -2,6 +2,7 @@
 #include "common/host/download_role.h"
 
 #include "common/host/host_access.h"
+#include "holdwise/packet/packet_file.h"
 
 namespace holdwise {
 namespace {
@@ -39,6 +40,11 @@ std::unique_ptr<TDSBAsynDownFileRole> MakeStreamDownload(const QString& componen
   settings.isStream = true;
   settings.defaultPath = QStringLiteral("\\\\");
   return MakeRole(settings);
+}
+
+ResultSet ReadReceived(const TDSBAsynDownFileRole& role, const QString& fileName, const QByteArray& stream, int mode,
+                       const PacketLimits& limits) {
+  return mode == 1 ? DecodePacket(stream, limits) : ReadPacketFile(role.LocalPath(fileName), limits);
 }
 
 }  // namespace holdwise

@@ -3,6 +3,8 @@
 #include <QString>
 #include <memory>
 
+#include "holdwise/packet/packet_file.h"
+#include "holdwise/packet/result_set.h"
 #include "holdwise/sdk/download.h"
 
 namespace holdwise {
@@ -13,5 +15,10 @@ namespace holdwise {
 [[nodiscard]] std::unique_ptr<TDSBAsynDownFileRole> MakeFileDownload(const QString& name);
 /// Contents arrive in memory.
 [[nodiscard]] std::unique_ptr<TDSBAsynDownFileRole> MakeStreamDownload(const QString& componentName);
+
+/// The table that a download brought. `mode` 1: it is `stream`; 0: it is the local copy of the file. Throws what
+/// reading a packet throws.
+[[nodiscard]] ResultSet ReadReceived(const TDSBAsynDownFileRole& role, const QString& fileName,
+                                     const QByteArray& stream, int mode, const PacketLimits& limits);
 
 }  // namespace holdwise

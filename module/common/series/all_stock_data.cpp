@@ -32,6 +32,11 @@ const QStringList& IndexNames() {
   return names;
 }
 
+std::optional<double> BetaOf(const TTextGrid& table, QStringView code) {
+  const int row = table.RowOf(code);
+  return row < 0 ? std::nullopt : ParseReal(table.Cells(risk_table::kBeta, row));
+}
+
 TAllStockData::TAllStockData()
     : deviations_(std::make_shared<TNameValueList>()),
       role_(MakeFileDownload(QStringLiteral("FInfoAsynDownFileRole"))) {

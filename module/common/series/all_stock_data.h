@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <array>
 #include <memory>
+#include <optional>
 
 #include "common/helpers/name_value_list.h"
 #include "common/helpers/text_grid.h"
@@ -15,6 +16,13 @@ namespace holdwise {
 enum TZS_TYPE { SH_T, SZ_T, HS_T };
 /// Their names, in that order: "上证指数", "深证成指", "沪深300".
 [[nodiscard]] const QStringList& IndexNames();
+
+/// The first columns of a risk table; those behind them are as the file has them.
+namespace risk_table {
+enum Column : int { kCode, kBeta, kAlpha, kTreynor, kSharpe };
+}
+/// None for a security that the table does not have, or whose figure is no number. `code`: six digits.
+[[nodiscard]] std::optional<double> BetaOf(const TTextGrid& table, QStringView code);
 
 /// Risk figures of every security against each of three indices, from downloaded files, and the standard deviation of
 /// every security's daily returns, from the database. User-interface thread only.
@@ -43,8 +51,8 @@ class TAllStockData : public QObject {
   /// again. Nothing when the edition is the same, or the host knows none.
   void ForgetOtherEdition();
 
-  /// The current table, Shanghai Composite's at first. Columns: 0 six-digit code, 1 beta, 2 alpha, 3 Treynor, 4 Sharpe,
-  /// then as the file has them. Owned by this object, which outlives no view; its content changes when a file comes.
+  /// The current table, Shanghai Composite's at first; its columns are risk_table's. Owned by this object, which
+  /// outlives no view; its content changes when a file comes.
   [[nodiscard]] const TTextGrid& GetCurStringGrid() const { return grids_[static_cast<std::size_t>(type_)]; }
   /// Is a file on its way?
   [[nodiscard]] bool IsDownloading() const { return !underWay_.isEmpty(); }

@@ -20,12 +20,6 @@
 namespace holdwise {
 namespace {
 
-std::optional<double> BetaOf(const TTextGrid* grid, QStringView sixDigits) {
-  const int row = grid == nullptr ? -1 : grid->RowOf(sixDigits);
-  if (row < 0) return std::nullopt;
-  return ParseReal(grid->Cells(1, row));
-}
-
 double CloseOf(const TNameValueList& closes, QStringView sixDigits) {
   const QString text = closes.ValueOf(sixDigits);
   const auto close = ParseReal(text);
@@ -118,7 +112,7 @@ class TExpectValue::Recomputation {
   bool WorkOut(Stock& stock, QStringView sixDigits) {
     const bool isKnown = stock.inputs == owner_.inputs_;
     if (!isKnown) {
-      const auto beta = BetaOf(owner_.grid_, sixDigits);
+      const auto beta = owner_.grid_ == nullptr ? std::nullopt : BetaOf(*owner_.grid_, sixDigits);
       stock.hasBeta = beta.has_value();
       stock.beta = beta.value_or(0);
     }

@@ -58,7 +58,7 @@ void TStockClosePrice::TakeFromDataCenter(const QStringList& codes) {
   auto prices = std::make_shared<TNameValueList>(*prices_);
   for (const QString& code : codes) {
     // A list may give six digits; the data centre wants the code number.
-    const int codeNumber = static_cast<int>(IntegerOr(GetCodeNum(code)));
+    const int codeNumber = CodeNumberOf(code);
     prices->Set(code, FormatFixed(dataCenter.StockNowData(codeNumber).currentPrice, 2));
   }
   prices_ = std::move(prices);

@@ -12,10 +12,6 @@
 namespace holdwise::risk {
 namespace {
 
-// Columns of the index-risk table.
-constexpr int kTableBeta = 1;
-constexpr int kTableAlpha = 2;
-
 void ShowFigures(const QString& code, int row, TStringGrid& grid) {
   const TTextGrid& table = g_AllStockData->GetCurStringGrid();
   const int found = table.RowOf(GetCodeCNum(code));
@@ -23,8 +19,8 @@ void ShowFigures(const QString& code, int row, TStringGrid& grid) {
   if (found >= 0) deviation = TextsOfDeviation(RealOr(g_AllStockData->GetBZCStringList()->ValueOf(code)));
   grid.SetCells(kSecurityVariance, row, deviation.variance);
   grid.SetCells(kSecurityDeviation, row, deviation.deviation);
-  grid.SetCells(kSecurityAlpha, row, table.Cells(kTableAlpha, found));
-  grid.SetCells(kSecurityBeta, row, table.Cells(kTableBeta, found));
+  grid.SetCells(kSecurityAlpha, row, table.Cells(risk_table::kAlpha, found));
+  grid.SetCells(kSecurityBeta, row, table.Cells(risk_table::kBeta, found));
 }
 
 }  // namespace

@@ -13,15 +13,13 @@
 namespace holdwise::stress {
 
 std::optional<Bound> BoundOf(double move, DatabaseStatements& database) {
-  constexpr int kTableBeta = 1;
   const TTextGrid& table = g_AllStockData->GetCurStringGrid();
   const ResultSet holdings = database.Query(sql::kSavedHoldings);
   const int codeColumn = holdings.Column("SECUCODE");
   std::optional<Bound> bound;
   for (int row = 0; row < holdings.RowCount(); ++row) {
     const QString code = SixDigitCode(holdings, row, codeColumn).View().toString();
-    const int found = table.RowOf(code);
-    const double beta = found < 0 ? 0 : RealOr(table.Cells(kTableBeta, found));
+    const double beta = BetaOf(table, code).value_or(0);
     if (beta * move >= 0) continue;
     if (!bound || std::abs(beta) > std::abs(bound->beta)) bound = Bound{code, beta, -1 / beta};
   }

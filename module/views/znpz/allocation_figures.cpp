@@ -16,12 +16,20 @@ constexpr std::int64_t kLot = 100;
 
 }  // namespace
 
+double AmountOf(double weight, double capital) {
+  return weight * capital * kYuan;
+}
+
+double LotCost(double price) {
+  return price * static_cast<double>(kLot);
+}
+
 std::int64_t QuantityOf(double weight, double capital, double price) {
   // Three roundings of the processor must not cost a lot where the quotient is a whole number.
   constexpr int kExact = 14;
   constexpr double kMost = 1e15;
   if (price == 0) return 0;
-  const double shares = RoundToDigits(weight * capital * kYuan / price, kExact);
+  const double shares = RoundToDigits(AmountOf(weight, capital) / price, kExact);
   const auto raw = static_cast<std::int64_t>(std::clamp(shares, -kMost, kMost));
   return raw - raw % kLot;
 }

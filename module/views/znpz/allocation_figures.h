@@ -9,6 +9,10 @@
 /// yuan, weights fractions of the capital.
 namespace holdwise::allocation {
 
+/// Yuan for a holding: weight x capital.
+[[nodiscard]] double AmountOf(double weight, double capital);
+/// Yuan for one lot at a price.
+[[nodiscard]] double LotCost(double price);
 /// Whole lots of 100 shares for weight x capital, the odd shares dropped; 0 for a price of 0.
 [[nodiscard]] std::int64_t QuantityOf(double weight, double capital, double price);
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "common/host/remote_files.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/table_limits.h"
 
@@ -26,7 +27,7 @@ QString Quoted(const QString& name) {
 }  // namespace
 
 QString CandidateListFile(int stockCount) {
-  return kFolder + QStringLiteral("zh_") + QString::number(stockCount) + QStringLiteral(".dat");
+  return remote_files::kFolder + QStringLiteral("zh_") + QString::number(stockCount) + QStringLiteral(".dat");
 }
 
 bool IsComposition(const QString& name) {

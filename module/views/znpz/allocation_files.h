@@ -10,9 +10,6 @@
 /// column or holds a value that cannot be is Error(NotFound) or Error(Refused).
 namespace holdwise::allocation {
 
-inline const QString kFolder = QStringLiteral("QMTL\\TZZH\\");
-inline const QString kCapitalTableFile = kFolder + QStringLiteral("ZNPZ.dat");
-inline const QString kStockPoolFile = kFolder + QStringLiteral("StockPool.dat");
 [[nodiscard]] QString CandidateListFile(int stockCount);
 
 /// Does the name belong to a composition? Then there is another "_" behind the first one. A name with a single "_" is

@@ -14,8 +14,7 @@ namespace {
 
 constexpr int kMoneyDecimals = 2;
 constexpr int kErrorDecimals = 6;
-constexpr double kYuan = 10'000;
-constexpr int kLot = 100;
+constexpr double kMostWeight = 1.0001;  // all together; four decimals a weight
 
 QString Percent(double fraction) {
   return FormatFixed(fraction * 100, 2);
@@ -34,12 +33,12 @@ void RemarkOnMissing(double capital, TStringGrid& grid) {
     if (IntegerOr(grid.Cells(kQuantity, row)) != 0) continue;
     const QString& name = grid.Cells(kSecurityName, row);
     const double price = RealOr(grid.Cells(kPrice, row));
-    const double share = RealOr(grid.Cells(kWeight, row)) * capital * kYuan;
-    grid.SetRemark({kQuantity, row},
-                   price == 0
-                       ? QStringLiteral("%1：没有取得价格，算不出数量。行情恢复后请再按“配 置”。").arg(name)
-                       : QStringLiteral("%1：分到 %2 元，不够买一手（100 股，%3 元）。请增加资金量。")
-                             .arg(name, FormatFixed(share, kMoneyDecimals), FormatFixed(price * kLot, kMoneyDecimals)));
+    const double share = AmountOf(RealOr(grid.Cells(kWeight, row)), capital);
+    grid.SetRemark(
+        {kQuantity, row},
+        price == 0 ? QStringLiteral("%1：没有取得价格，算不出数量。行情恢复后请再按“配 置”。").arg(name)
+                   : QStringLiteral("%1：分到 %2 元，不够买一手（100 股，%3 元）。请增加资金量。")
+                         .arg(name, FormatFixed(share, kMoneyDecimals), FormatFixed(LotCost(price), kMoneyDecimals)));
   }
 }
 
@@ -63,8 +62,7 @@ void ShowCandidates(const std::vector<Candidate>& candidates, TStringGrid& grid)
 double PriceOf(const QString& code) {
   const double fetched = RealOr(g_StockClosePrice->Prices()->ValueOf(code));
   if (fetched != 0) return fetched;
-  const auto codeNumber = static_cast<int>(IntegerOr(GetCodeNum(code)));
-  return ModuleHost().DataCenter().StockNowData(codeNumber).currentPrice;
+  return ModuleHost().DataCenter().StockNowData(CodeNumberOf(code)).currentPrice;
 }
 
 PartsShown ShowParts(const std::vector<Part>& parts, double capital, TStringGrid& grid) {
@@ -87,6 +85,7 @@ PartsShown ShowParts(const std::vector<Part>& parts, double capital, TStringGrid
       grid.SetCells(kWeightError, row, FormatFixed(WeightErrorOf(one, capital), kErrorDecimals));
       if (one.quantity == 0) shown.unaffordable << name;
       if (price == 0) shown.unpriced << name;
+      shown.weightSum += part.weight;
       bought.push_back(one);
       ++row;
     }
@@ -110,9 +109,19 @@ QString HintOfPart(const TStringGrid& grid, int row, double capital) {
            Percent(weight), Percent(error));
 }
 
-QString RoundingText(const Rounding& rounding) {
-  return QStringLiteral("剩余 %1 元，最大误差 %2%")
-      .arg(FormatFixed(rounding.leftOver, kMoneyDecimals), Percent(rounding.largestError));
+PartsNotice NoticeOf(const PartsShown& shown) {
+  if (!shown.unpriced.isEmpty()) {
+    const QString lacking = QStringLiteral("%1没有价格，数量按 0 计").arg(ShortfallText(shown.unpriced));
+    return {QStringLiteral("%1 只股票没有价格").arg(shown.unpriced.size()), lacking, lacking};
+  }
+  if (shown.weightSum > kMostWeight) {
+    const QString sum = QStringLiteral("比例之和是 %1%，超过 100%").arg(Percent(shown.weightSum));
+    return {sum, QStringLiteral("照此买入要用的钱比资金量多，请更新数据目录。"), sum};
+  }
+  return {QStringLiteral("剩余 %1 元，最大误差 %2%")
+              .arg(FormatFixed(shown.rounding.leftOver, kMoneyDecimals), Percent(shown.rounding.largestError)),
+          QStringLiteral("按整手（100 股）取整后没有用完的资金，以及实际比例与目标比例之差的最大值（百分点）。"),
+          {}};
 }
 
 QStringList UnaffordableIn(const TStringGrid& grid) {

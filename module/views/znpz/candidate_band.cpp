@@ -28,11 +28,16 @@ CandidateBand::CandidateBand(QWidget* parent)
       Splitter1(new QSplitter(Qt::Horizontal, this)),
       left_(new QWidget(Splitter1)),
       title_(new TitleStrip({}, DesignFont(kTitlePixels, true), kTitlePlace, left_)),
-      candidates_(new TStringGrid(kUnit, QStringLiteral("strngrd"), left_)),
-      header_(new HeaderStrip(*candidates_, allocation::CandidateTable(), left_)),
+      candidates_(new PortfolioList({.unit = kUnit,
+                                     .statement = {},
+                                     .columns = allocation::CandidateTable(),
+                                     .keyColumn = allocation::kNumber,
+                                     .emptyText = {},
+                                     .height = 0},
+                                    left_)),
       holdings_(new HoldingsPanel(
           {.unit = kUnit, .columns = allocation::PartTable(), .caption = QStringLiteral("成分股")}, Splitter1)),
-      save_(*candidates_, allocation::kOperation,
+      save_(candidates_->Grid(), allocation::kOperation,
             {{.normal = QPixmap(kPictureSize),
               .pressed = QPixmap(kPictureSize),
               .hint = QStringLiteral("保存（F4）"),
@@ -46,42 +51,21 @@ CandidateBand::CandidateBand(QWidget* parent)
   Splitter1->setStretchFactor(1, kHoldingsShare);
   Splitter1->setSizes({kCandidatesShare * kLeastWidth, kHoldingsShare * kLeastWidth});
   StackedIn(*this)->addWidget(Splitter1);
-  BuildCandidates();
+  auto* rows = StackedIn(*left_);
+  rows->addWidget(title_);
+  rows->addWidget(candidates_, 1);
+  candidates_->SetTitles(allocation::CandidateCaptions());
+  candidates_->SetButtons(save_);
+  TStringGrid& list = candidates_->Grid();
+  list.SetWholeRows(false);
+  list.setFocusPolicy(Qt::StrongFocus);
+  list.OnKeyDown = [this, &list](int key, Qt::KeyboardModifiers modifiers) {
+    const bool saves = key == Qt::Key_F4 && modifiers == Qt::NoModifier && !list.IsEmpty();
+    if (saves && OnSave) OnSave(list.Row());
+  };
   TStringGrid& parts = holdings_->Grid();
   holdings_->SetTitles(allocation::PartCaptions());
   parts.SetTitles(allocation::PartTitles());
-}
-
-void CandidateBand::BuildCandidates() {
-  auto* rows = StackedIn(*left_);
-  rows->addWidget(title_);
-  rows->addWidget(header_);
-  rows->addWidget(candidates_, 1);
-  header_->SetTitles(allocation::CandidateCaptions());
-  candidates_->setFocusPolicy(Qt::StrongFocus);
-  candidates_->OnSelectCell = [this](int, int row) { return !OnSelect || OnSelect(row); };
-  candidates_->OnClientWidthChanged = [this](int) { header_->FitColumns(); };
-  candidates_->OnMouseMove = [this](const QPoint& position) { MouseMove(position); };
-  candidates_->OnMouseDown = [this](Qt::MouseButton button, Qt::KeyboardModifiers, const QPoint& position) {
-    if (candidates_->IsEmpty()) return;
-    MouseMove(position);  // rows may have changed under a resting mouse
-    save_.MouseDown(button);
-  };
-  candidates_->OnMouseUp = [this](const QPoint& position) { save_.MouseUp(position); };
-  candidates_->OnDrawCell = [this](QPainter& painter, const GridCellPaint& cell) {
-    candidates_->DrawDefaultCell(painter, cell);
-    save_.Draw(painter, cell);
-  };
-  candidates_->OnKeyDown = [this](int key, Qt::KeyboardModifiers modifiers) {
-    const bool saves = key == Qt::Key_F4 && modifiers == Qt::NoModifier && !candidates_->IsEmpty();
-    if (saves && OnSave) OnSave(candidates_->Row());
-  };
-}
-
-void CandidateBand::MouseMove(const QPoint& position) {
-  const QString hint = save_.MouseMove(position);
-  const GridCell cell = candidates_->MouseToCell(position);
-  candidates_->ShowHint(hint.isEmpty() && !cell.IsNone() ? candidates_->ClippedText(cell) : hint);
 }
 
 void CandidateBand::SetCaption(const QString& caption) {
@@ -93,32 +77,28 @@ void CandidateBand::ApplyTheme() {
   SetPanelColor(*this, ThemeBackground());
   SetPanelColor(*Splitter1, ThemeBackground());
   title_->ApplyTheme();
-  header_->ApplyTheme();
+  candidates_->ApplyTheme();
   holdings_->ApplyTheme();
   save_.SetPictures(0, pictures.PictureOf(theme::kSavePicture, kPictureSize),
                     pictures.PictureOf(theme::kSaveHoverPicture, kPictureSize));
-  candidates_->viewport()->update();
+  candidates_->Grid().viewport()->update();
 }
 
 void CandidateBand::Fit() {
-  header_->FitColumns();
+  candidates_->Fit();
   holdings_->Fit();
 }
 
 std::vector<const TStringGrid*> CandidateBand::Grids() const {
-  return {candidates_, &holdings_->Grid()};
+  return {&candidates_->Grid(), &holdings_->Grid()};
 }
 
 QStringList CandidateBand::PortfolioIds() const {
-  QStringList numbers;
-  if (candidates_->IsEmpty()) return numbers;
-  for (int row = 0; row < candidates_->RowCount(); ++row) numbers << candidates_->Cells(allocation::kNumber, row);
-  return numbers;
+  return candidates_->PortfolioIds();
 }
 
 bool CandidateBand::SelectPortfolio(const QString& portfolioId) {
-  const auto row = PortfolioIds().indexOf(portfolioId);
-  return row >= 0 && candidates_->SelectCell(0, static_cast<int>(row));
+  return candidates_->SelectPortfolio(portfolioId);
 }
 
 QString CandidateBand::HoldingsGridName() const {

@@ -4,12 +4,12 @@
 
 #include "common/frames/cell_buttons.h"
 #include "common/frames/frame_part.h"
+#include "common/frames/portfolio_list.h"
 
 class QSplitter;
 
 namespace holdwise {
 
-class HeaderStrip;
 class HoldingsPanel;
 class TitleStrip;
 
@@ -21,10 +21,8 @@ class CandidateBand : public FramePart {
 
   /// The picture of a row, or F4 in the list.
   std::function<void(int row)> OnSave;
-  /// The candidate of a row is about to become current; false refuses.
-  std::function<bool(int row)> OnSelect;
 
-  [[nodiscard]] TStringGrid& Candidates() const { return *candidates_; }
+  [[nodiscard]] PortfolioList& Candidates() const { return *candidates_; }
   [[nodiscard]] HoldingsPanel& Holdings() const { return *holdings_; }
   /// Replaces the caption over the candidates.
   void SetCaption(const QString& caption);
@@ -38,14 +36,10 @@ class CandidateBand : public FramePart {
   [[nodiscard]] QString HoldingsGridName() const override;
 
  private:
-  void BuildCandidates();
-  void MouseMove(const QPoint& position);
-
   QSplitter* Splitter1;
   QWidget* left_;
   TitleStrip* title_;
-  TStringGrid* candidates_;
-  HeaderStrip* header_;
+  PortfolioList* candidates_;
   HoldingsPanel* holdings_;
   CellButtons save_;
 };

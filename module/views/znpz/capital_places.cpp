@@ -28,17 +28,6 @@ struct Step {
 // The last two never count, as the bars end before them: intended.
 constexpr std::array<Step, 5> kSteps = {{{100, 20}, {120, 30}, {150, 50}, {200, 100}, {300, 100}}};
 
-bool IsLast(int bar) {
-  return bar == kBars - 1;
-}
-
-/// The bar without the gap behind it.
-TRect Shown(int bar, const CapitalPlaces& places) {
-  TRect rect = places.bars[static_cast<std::size_t>(bar)];
-  if (!IsLast(bar)) rect.right -= kGap;
-  return rect;
-}
-
 double CapitalIn(int bar, int x, const CapitalPlaces& places) {
   const auto rectOf = [&](int one) -> const TRect& { return places.bars[static_cast<std::size_t>(one)]; };
   if (bar >= kLastEven) {
@@ -73,6 +62,12 @@ CapitalPlaces CalcRect(int frameWidth) {
   return places;
 }
 
+TRect ShownBar(int bar, const CapitalPlaces& places) {
+  TRect rect = places.bars[static_cast<std::size_t>(bar)];
+  if (bar < kBars - 1) rect.right -= kGap;
+  return rect;
+}
+
 CapitalRange CalcRange(double capital, const CapitalPlaces& places) {
   int index = 0;
   double fraction = 0;
@@ -101,7 +96,7 @@ CapitalRange CalcRange(double capital, const CapitalPlaces& places) {
 
 std::optional<double> CapitalAt(const QPoint& point, const CapitalPlaces& places) {
   for (int bar = 0; bar < kBars; ++bar) {
-    if (PTInRect_(Shown(bar, places), point)) return CapitalIn(bar, point.x(), places);
+    if (PTInRect_(ShownBar(bar, places), point)) return CapitalIn(bar, point.x(), places);
   }
   return std::nullopt;
 }
@@ -110,7 +105,7 @@ double CapitalAtX(int x, const CapitalPlaces& places) {
   const int first = places.bars.front().left;
   const int width = places.bars.front().right - first;
   const int bar = std::clamp((x - first) / width, 0, kBars - 1);
-  const TRect rect = Shown(bar, places);
+  const TRect rect = ShownBar(bar, places);
   return CapitalIn(bar, std::clamp(x, rect.left, rect.right), places);
 }
 

@@ -23,6 +23,9 @@ struct CapitalPlaces {
 /// For a frame of that width. Below 300 pixels the places are those for 300, and cut off.
 [[nodiscard]] CapitalPlaces CalcRect(int frameWidth);
 
+/// A bar (from 0) without the gap behind it, as it is shown and pointed at.
+[[nodiscard]] TRect ShownBar(int bar, const CapitalPlaces& places);
+
 struct CapitalRange {
   int index = 0;  ///< of the bar, from 1
   TRect current;  ///< the bar up to the place of the capital, which is its right edge

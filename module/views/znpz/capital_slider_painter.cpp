@@ -17,13 +17,11 @@ constexpr int kThumbHeight = 11;
 constexpr int kThumbGap = 2;  // below the base line
 constexpr int kCaptionPixels = 15;
 constexpr int kCaptionBottom = 48;
-constexpr int kBarGap = 2;
 
 void PaintRamp(QPainter& painter, const CapitalRange& range, const CapitalPlaces& places,
                const CapitalSliderPalette& palette) {
   for (int bar = 0; bar < kBars; ++bar) {
-    TRect rect = places.bars[static_cast<std::size_t>(bar)];
-    if (bar < kBars - 1) rect.right -= kBarGap;
+    const TRect rect = ShownBar(bar, places);
     const bool isFilled = bar + 1 < range.index;
     GradientFillCanvas(painter, isFilled ? palette.filledEnd : palette.rampEnd,
                        isFilled ? palette.filledStart : palette.rampStart, rect, gdVertical);

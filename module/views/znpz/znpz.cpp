@@ -4,9 +4,7 @@
 #include <QFile>
 #include <QPointer>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QThread>
-#include <numeric>
 #include <utility>
 
 #include "allocation_files.h"
@@ -22,10 +20,10 @@
 #include "common/host/event_guard.h"
 #include "common/host/host_access.h"
 #include "common/host/messages.h"
+#include "common/host/remote_files.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
 #include "holdwise/packet/number_text.h"
-#include "holdwise/packet/packet_file.h"
 #include "holdwise/packet/table_limits.h"
 #include "proposal_writer.h"
 #include "stock_count.h"
@@ -38,13 +36,6 @@ using namespace allocation;
 const QString kUnit = QStringLiteral("Znpz");
 const QString kShortfall = QStringLiteral("投资组合");  ///< the caption of what the capital does not suffice for
 constexpr unsigned long kPause = 100;                   // ms
-constexpr double kMostWeight = 1.0001;                  // all together; four decimals a weight
-
-double SumOf(const std::vector<Part>& parts) {
-  return std::accumulate(parts.begin(), parts.end(), 0.0,
-                         [](double sum, const Part& part) { return sum + part.weight; });
-}
-
 /// A remote name without its folder.
 QString PlainName(const QString& fileName) {
   return fileName.section(QLatin1Char('\\'), -1);
@@ -89,14 +80,14 @@ void TFrm_ZNPZ::InitAppear() {
     const QString amount = QStringLiteral("%1 万元").arg(ShortestText(capital));
     return count == 0 ? amount : QStringLiteral("%1：%2 只股票").arg(amount).arg(count);
   };
-  lower_->OnSelect = [this](int row) { return strngrdSelectCell(row); };
+  lower_->Candidates().OnShow = [this](int row) { strngrdSelectCell(row); };
   lower_->OnSave = [this](int row) { SaveProposal(row); };
   TStringGrid& parts = lower_->Holdings().Grid();
   lower_->Holdings().OnHint = [this, &parts](const GridCell& cell, const QPoint& /*position*/) {
     const bool isOfRounding = cell.column == kQuantity || cell.column == kWeight;
     return isOfRounding && !parts.IsEmpty() ? HintOfPart(parts, cell.row, capital_) : parts.ClippedText(cell);
   };
-  setTabOrder(upper_->btnSetting, &lower_->Candidates());
+  setTabOrder(upper_->btnSetting, &lower_->Candidates().Grid());
 }
 
 void TFrm_ZNPZ::BuildDownloads() {
@@ -120,12 +111,12 @@ void TFrm_ZNPZ::BuildDownloads() {
 void TFrm_ZNPZ::RequestPool() {
   edition_ = ModuleHost().DataCenter().DataEdition();
   ++pending_;
-  role2_->Request(kStockPoolFile);
+  role2_->Request(remote_files::kStockPool);
 }
 
 void TFrm_ZNPZ::DoInit_() {
   const bool isOther = edition_ != ModuleHost().DataCenter().DataEdition();
-  if (pending_ > 0 || !(isOther || isListMissing_)) return;
+  if (pending_ > 0 || (!isOther && listProblem_.isEmpty())) return;
   if (isOther) {
     g_StockClosePrice->Forget();
     RequestPool();
@@ -134,23 +125,18 @@ void TFrm_ZNPZ::DoInit_() {
 }
 
 int TFrm_ZNPZ::CalcFileNum(double capital) {
-  int count = 0;
-  isTableDamaged_ = true;
+  isTableDamaged_ = false;
   try {
-    const QString path = role1_->LocalPath(kCapitalTableFile);
+    const QString path = role1_->LocalPath(remote_files::kCapitalTable);
     usesFixedTable_ = !QFile::exists(path);
-    if (usesFixedTable_) {
-      isTableDamaged_ = false;
-      return FixedStockCount(capital);
-    }
-    if (capitalTable_.isEmpty()) capitalTable_ = CapitalTableIn(ReadAllocationFile(path));
-    count = StockCountBy(capitalTable_, capital);
-    isTableDamaged_ = false;
+    if (!usesFixedTable_ && capitalTable_.isEmpty()) capitalTable_ = CapitalTableIn(ReadAllocationFile(path));
+    return KnownStockCount(capital);
   } catch (...) {
+    isTableDamaged_ = true;
     // The unit is spelled so in this line: intended.
     LogCurrentException(QStringLiteral("ZNZP"), QStringLiteral("CalcFileNum"));
   }
-  return count;
+  return 0;
 }
 
 int TFrm_ZNPZ::KnownStockCount(double capital) const {
@@ -162,16 +148,14 @@ void TFrm_ZNPZ::Label1Click() {
   capital_ = RealOr(capitalText_);
   problems_.clear();
   listProblem_.clear();
-  isListMissing_ = false;
   awaitedList_.clear();
   awaitedComposition_.clear();
   isFileReceived_ = false;
   ++request_;
-  TStringGrid& candidates = lower_->Candidates();
+  TStringGrid& candidates = lower_->Candidates().Grid();
   ClearStrnGrd(candidates);
   if (capital_ <= 0) {
-    lower_->Holdings().Clear();
-    lower_->Holdings().SetNotice({}, {});
+    ClearHoldings({});
     stockCount_ = 0;
     candidates.SetEmptyText(QStringLiteral("请输入资金量（万元），再按“配 置”"));
   } else {
@@ -191,24 +175,18 @@ void TFrm_ZNPZ::ShowCaption() {
                        : QStringLiteral("候选组合（%1 万元，%2 只股票）").arg(ShortestText(capital_)).arg(stockCount_));
 }
 
-bool TFrm_ZNPZ::strngrdSelectCell(int row) {
-  TStringGrid& candidates = lower_->Candidates();
-  if (row == candidates.Row() && !isForcedReselect_) return true;
-  lower_->Holdings().Clear();
-  lower_->Holdings().SetNotice({}, {});
-  isFileReceived_ = false;
+void TFrm_ZNPZ::strngrdSelectCell(int row) {
+  if (row < 0) return;
+  ClearHoldings(QStringLiteral("正在取得成分股…"));
   ++request_;
-  const QString& name = candidates.Cells(kFileName, row);
-  awaitedComposition_ = kFolder + name;
+  const QString& name = lower_->Candidates().Grid().Cells(kFileName, row);
+  awaitedComposition_ = remote_files::kFolder + name;
   if (const QString problem = ProblemOfFileName(name); !problem.isEmpty()) {
     LogFailure(kUnit, QStringLiteral("strngrdSelectCell"), problem);
-    ShowMissing(awaitedComposition_, problem);
-    return true;
+    return ShowMissing(awaitedComposition_, problem);
   }
-  lower_->Holdings().Grid().SetEmptyText(QStringLiteral("正在取得成分股…"));
   ++pending_;
   role1_->Request(awaitedComposition_);
-  return true;
 }
 
 void TFrm_ZNPZ::Handle(const QString& routine, const QString& fileName, const QByteArray& content, Handler handler) {
@@ -226,25 +204,31 @@ void TFrm_ZNPZ::FileFailed(const QString& fileName, int errorCode) {
 
 void TFrm_ZNPZ::ShowMissing(const QString& fileName, const QString& problem) {
   const QString advice = QStringLiteral("请更新数据目录，再按“配 置”。");
-  HoldingsPanel& holdings = lower_->Holdings();
   if (fileName == awaitedList_) {
     awaitedList_.clear();
-    isListMissing_ = true;
-    isFileReceived_ = false;
     listProblem_ = problem;
     if (stockCount_ == 0) listProblem_ = QStringLiteral("资金量表 ZNPZ.dat 没有给出这个资金量的股票数");
     if (isTableDamaged_) listProblem_ = QStringLiteral("资金量表 ZNPZ.dat 不能读取（原因见日志）");
-    lower_->Candidates().SetEmptyText(QStringLiteral("没有候选组合：%1。\n%2").arg(listProblem_, advice));
-    holdings.Clear();
-    holdings.SetNotice({}, {});
-    holdings.Grid().SetEmptyText({});
+    lower_->Candidates().Grid().SetEmptyText(QStringLiteral("没有候选组合：%1。\n%2").arg(listProblem_, advice));
+    ClearHoldings({});
   } else if (fileName == awaitedComposition_) {
     awaitedComposition_.clear();
-    problems_ << QStringLiteral("智能配置的组合 %1：%2")
-                     .arg(lower_->Candidates().Cells(kNumber, lower_->Candidates().Row()), problem);
-    holdings.Clear();
-    holdings.Grid().SetEmptyText(QStringLiteral("没有成分股：%1。\n%2").arg(problem, advice));
+    AddProblem(problem);
+    ClearHoldings(QStringLiteral("没有成分股：%1。\n%2").arg(problem, advice));
   }
+}
+
+void TFrm_ZNPZ::ClearHoldings(const QString& emptyText) {
+  HoldingsPanel& holdings = lower_->Holdings();
+  holdings.Clear();
+  holdings.SetNotice({}, {});
+  holdings.Grid().SetEmptyText(emptyText);
+  isFileReceived_ = false;
+}
+
+void TFrm_ZNPZ::AddProblem(const QString& problem) {
+  const TStringGrid& candidates = lower_->Candidates().Grid();
+  problems_ << QStringLiteral("智能配置的组合 %1：%2").arg(candidates.Cells(kNumber, candidates.Row()), problem);
 }
 
 // A list or a composition that something else has been asked for since is not shown: holdings of another candidate
@@ -265,20 +249,17 @@ void TFrm_ZNPZ::InfoAsynDownFileRole1ReciveAFile(const QString& fileName, const 
 void TFrm_ZNPZ::ReciveCandidates() {
   const std::vector<Candidate> candidates = CandidatesIn(ClientDataSet1);
   awaitedList_.clear();
-  TStringGrid& grid = lower_->Candidates();
+  PortfolioList& list = lower_->Candidates();
+  TStringGrid& grid = list.Grid();
   ShowCandidates(candidates, grid);
   if (candidates.empty()) {
     grid.SetEmptyText(QStringLiteral("这个资金量没有候选组合，请换一个资金量，再按“配 置”"));
-    lower_->Holdings().Clear();
-    lower_->Holdings().Grid().SetEmptyText({});
-    isFileReceived_ = false;
-    return;
+    return ClearHoldings({});
   }
   isFirstComposition_ = true;
   QThread::msleep(kPause);  // on the interface thread: intended
-  isForcedReselect_ = true;
-  const auto reset = qScopeGuard([this] { isForcedReselect_ = false; });
-  grid.SelectCell(0, 0);
+  // A list that stood already may have another row current.
+  grid.Row() == 0 ? list.Reload(0) : static_cast<void>(grid.SelectCell(0, 0));
 }
 
 void TFrm_ZNPZ::ReciveComposition() {
@@ -288,21 +269,10 @@ void TFrm_ZNPZ::ReciveComposition() {
   const QString file = std::exchange(awaitedComposition_, {});
   HoldingsPanel& holdings = lower_->Holdings();
   const PartsShown shown = ShowParts(parts, capital_, holdings.Grid());
-  const TStringGrid& candidates = lower_->Candidates();
-  QString notice = RoundingText(shown.rounding);
-  if (!shown.unpriced.isEmpty()) {
-    const QString lacking = QStringLiteral("%1没有价格，数量按 0 计").arg(ShortfallText(shown.unpriced));
-    problems_ << QStringLiteral("智能配置的组合 %1：%2").arg(candidates.Cells(kNumber, candidates.Row()), lacking);
-    notice = QStringLiteral("%1 只股票没有价格").arg(shown.unpriced.size());
-    holdings.SetNotice(notice, lacking);
-  } else if (SumOf(parts) > kMostWeight) {
-    const QString sum = QStringLiteral("比例之和是 %1%，超过 100%").arg(FormatFixed(SumOf(parts) * 100, 2));
-    problems_ << QStringLiteral("智能配置的组合 %1：%2").arg(candidates.Cells(kNumber, candidates.Row()), sum);
-    holdings.SetNotice(sum, QStringLiteral("照此买入要用的钱比资金量多，请更新数据目录。"));
-  } else {
-    holdings.SetNotice(
-        notice, QStringLiteral("按整手（100 股）取整后没有用完的资金，以及实际比例与目标比例之差的最大值（百分点）。"));
-  }
+  const TStringGrid& candidates = lower_->Candidates().Grid();
+  const PartsNotice notice = NoticeOf(shown);
+  holdings.SetNotice(notice.text, notice.hint);
+  if (!notice.problem.isEmpty()) AddProblem(notice.problem);
   const bool tells = !shown.unaffordable.isEmpty() && !candidates.IsEmpty() && !isFirstComposition_;
   isFirstComposition_ = false;
   if (tells) {
@@ -311,7 +281,7 @@ void TFrm_ZNPZ::ReciveComposition() {
   }
   // While the box was open another candidate may have been asked for.
   isFileReceived_ = awaitedComposition_.isEmpty() && !candidates.IsEmpty() &&
-                    file == kFolder + candidates.Cells(kFileName, candidates.Row());
+                    file == remote_files::kFolder + candidates.Cells(kFileName, candidates.Row());
 }
 
 void TFrm_ZNPZ::InfoAsynDownFileRole2ReciveAFile(const QString& fileName, const QByteArray& /*content*/) {
@@ -323,8 +293,7 @@ void TFrm_ZNPZ::InfoAsynDownFileRole2ReciveStearm(const QString& fileName, const
 }
 
 void TFrm_ZNPZ::CtrlReciveFile2(const QString& fileName, const QByteArray& stream, int mode) {
-  ClientDataSet1 = mode == 1 ? DecodePacket(stream, kSecuritiesLimits)
-                             : ReadPacketFile(role2_->LocalPath(fileName), kSecuritiesLimits);
+  ClientDataSet1 = ReadReceived(*role2_, fileName, stream, mode, kSecuritiesLimits);
   QStringList codes = CodesIn(ClientDataSet1);
   g_StockClosePrice->GetDayClosePriceStrList(codes);
   ReflashData();
@@ -352,7 +321,7 @@ void TFrm_ZNPZ::SaveProposal(int row) {
 
 void TFrm_ZNPZ::Store(int row) {
   const QPointer<TFrm_ZNPZ> alive(this);
-  const TStringGrid& list = lower_->Candidates();
+  const TStringGrid& list = lower_->Candidates().Grid();
   const TStringGrid& parts = lower_->Holdings().Grid();
   Proposal proposal{list.Cells(kNumber, row),
                     list.Cells(kStyle, row),

@@ -34,14 +34,14 @@ class TFrm_ZNPZ : public TViewFrame {
   void InitAppear();
   void BuildDownloads();
   void RequestPool();
-  /// Number of stocks for the capital. A failure is logged and leaves the number reached so far.
+  /// Number of stocks for the capital; 0 after a failure, which is logged.
   int CalcFileNum(double capital);
   /// What is known of that without reading anything; 0 for nothing.
   [[nodiscard]] int KnownStockCount(double capital) const;
   /// Starts an allocation.
   void Label1Click();
   void ReflashData() { Label1Click(); }
-  bool strngrdSelectCell(int row);
+  void strngrdSelectCell(int row);
 
   using Handler = void (TFrm_ZNPZ::*)(const QString& fileName, const QByteArray& content);
   /// Runs the handler of a download's event; what it throws ends as a line in the debug log.
@@ -57,6 +57,10 @@ class TFrm_ZNPZ : public TViewFrame {
   void ReciveComposition();
   /// Takes note of a file that is not there or not right, where it is missed.
   void ShowMissing(const QString& fileName, const QString& problem);
+  /// No holdings are shown, and why.
+  void ClearHoldings(const QString& emptyText);
+  /// Takes note of what is wrong with the selected candidate.
+  void AddProblem(const QString& problem);
   void ShowCaption();
 
   void SaveProposal(int row);
@@ -77,17 +81,15 @@ class TFrm_ZNPZ : public TViewFrame {
   bool usesFixedTable_ = false;
   QString awaitedList_;  ///< remote name of the list or composition that is to be shown; empty for none
   QString awaitedComposition_;
-  bool isForcedReselect_ = false;
   bool isFirstComposition_ = false;
   bool isFileReceived_ = false;  ///< the composition of the selected candidate is shown
   int request_ = 0;              ///< grows with each list or composition that is asked for
   bool isTableDamaged_ = false;  ///< the capital table could not be read
   bool isAsked_ = false;         ///< somebody has asked for proposals, not only opened the view
-  bool isListMissing_ = false;
-  int pending_ = 0;  ///< downloads under way
-  QString edition_;  ///< of the data that the proposals come from
-  QString listProblem_;
-  QStringList problems_;  ///< of the compositions shown since the capital was applied
+  int pending_ = 0;              ///< downloads under way
+  QString edition_;              ///< of the data that the proposals come from
+  QString listProblem_;          ///< why the proposals did not come; empty: they did, or may still come
+  QStringList problems_;         ///< of the compositions shown since the capital was applied
   /// Last members: they go first, and with them their events.
   std::unique_ptr<TDSBAsynDownFileRole> role1_;
   std::unique_ptr<TDSBAsynDownFileRole> role2_;

@@ -11,7 +11,7 @@
 #include "common/grid/string_grid.h"
 #include "common/host/download_role.h"
 #include "common/host/event_guard.h"
-#include "holdwise/packet/packet_file.h"
+#include "common/host/remote_files.h"
 #include "holdwise/packet/table_limits.h"
 #include "pool_rows.h"
 
@@ -19,7 +19,6 @@ namespace holdwise {
 namespace {
 
 const QString kUnit = QStringLiteral("Znstocklist");
-const QString kStockPoolFile = QStringLiteral("QMTL\\TZZH\\StockPool.dat");
 constexpr QSize kFormSize{760, 480};
 constexpr QSize kSmallestSize{520, 240};
 
@@ -32,7 +31,7 @@ TForm_Stock::TForm_Stock() {
   MakeSkin();
   BuildDownload();
   isPending_ = true;
-  InfoAsynDownFileRole1->Request(kStockPoolFile);
+  InfoAsynDownFileRole1->Request(remote_files::kStockPool);
 }
 
 TForm_Stock::~TForm_Stock() = default;
@@ -48,10 +47,6 @@ void TForm_Stock::BuildForm() {
   strngrd->setFocusPolicy(Qt::StrongFocus);
   strngrd->OnSelectCell = [this](int, int row) { return strngrdSelectCell(row); };
   strngrd->OnClientWidthChanged = [this](int) { header_->FitColumns(); };
-  strngrd->OnMouseMove = [this](const QPoint& position) {
-    const GridCell cell = strngrd->MouseToCell(position);
-    strngrd->ShowHint(cell.IsNone() ? QString() : strngrd->ClippedText(cell));
-  };
   auto* rows = StackedIn(*this);
   rows->addWidget(header_);
   rows->addWidget(strngrd, 1);
@@ -87,8 +82,7 @@ void TForm_Stock::InfoAsynDownFileRole1ReciveStearm(const QString& fileName, con
 }
 
 void TForm_Stock::CtrlReciveFile(const QString& fileName, const QByteArray& stream, int mode) {
-  ClientDataSet1 = mode == 1 ? DecodePacket(stream, kSecuritiesLimits)
-                             : ReadPacketFile(InfoAsynDownFileRole1->LocalPath(fileName), kSecuritiesLimits);
+  ClientDataSet1 = ReadReceived(*InfoAsynDownFileRole1, fileName, stream, mode, kSecuritiesLimits);
   pool::ShowPool(ClientDataSet1, *strngrd);
   if (ClientDataSet1.IsEmpty()) strngrd->SetEmptyText(QStringLiteral("股票池中没有股票"));
 }

@@ -13,18 +13,13 @@
 namespace holdwise::evaluation {
 namespace {
 
-// Columns of the index-risk table.
-constexpr int kTableBeta = 1;
-constexpr int kTableTreynor = 3;
-constexpr int kTableSharpe = 4;
-
 void ShowFigures(const QString& code, int row, TStringGrid& grid) {
   const TTextGrid& table = g_AllStockData->GetCurStringGrid();
   const int found = table.RowOf(code);
   if (found < 0) return;
-  grid.SetCells(kSecuritySharpe, row, FigureText(RealOr(table.Cells(kTableSharpe, found))));
-  grid.SetCells(kSecurityTreynor, row, FigureText(RealOr(table.Cells(kTableTreynor, found))));
-  grid.SetCells(kSecurityBeta, row, FigureText(RealOr(table.Cells(kTableBeta, found))));
+  grid.SetCells(kSecuritySharpe, row, FigureText(RealOr(table.Cells(risk_table::kSharpe, found))));
+  grid.SetCells(kSecurityTreynor, row, FigureText(RealOr(table.Cells(risk_table::kTreynor, found))));
+  grid.SetCells(kSecurityBeta, row, FigureText(RealOr(table.Cells(risk_table::kBeta, found))));
 }
 
 }  // namespace

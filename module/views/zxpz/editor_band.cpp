@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "editor_band.h"
 
-#include <QComboBox>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QShortcut>

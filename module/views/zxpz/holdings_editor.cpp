@@ -136,10 +136,6 @@ void HoldingsEditor::InitGrid() {
   StringGrid3->OnDrawCell = [this](QPainter& painter, const GridCellPaint& cell) {
     StringGrid3DrawCell(painter, cell);
   };
-  StringGrid3->OnMouseMove = [this](const QPoint& position) {
-    const GridCell cell = StringGrid3->MouseToCell(position);
-    StringGrid3->ShowHint(cell.IsNone() ? QString() : StringGrid3->ClippedText(cell));
-  };
   StringGrid3->OnClientWidthChanged = [this](int) { Fit(); };
   StringGrid3->OnContextMenu = [this](QMenu& menu) {
     connect(menu.addAction(QStringLiteral("粘贴持仓")), &QAction::triggered, this,
@@ -181,7 +177,6 @@ void HoldingsEditor::SetRows(const std::vector<HoldingRow>& rows) {
   ClearStrnGrd(*StringGrid3);
   for (const HoldingRow& row : rows) AddRow(row);
   StringGrid3->SelectCell(kHoldingCode, 0);
-  StringGrid3->BringIntoView(0);
   CalGridWidth();
 }
 

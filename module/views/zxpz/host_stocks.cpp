@@ -3,6 +3,7 @@
 
 #include "common/host/codes.h"
 #include "common/host/host_access.h"
+#include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise {
@@ -17,9 +18,14 @@ std::optional<KnownStock> FindStock(const QString& sixDigits) {
 
 QString CurrentPriceText(const QString& sixDigits) {
   constexpr int kDecimals = 2;
-  const auto number = static_cast<int>(IntegerOr(GetCodeNum(sixDigits)));
-  const auto price = static_cast<float>(ModuleHost().DataCenter().StockNowData(number).currentPrice);
+  const auto price = static_cast<float>(ModuleHost().DataCenter().StockNowData(CodeNumberOf(sixDigits)).currentPrice);
   return FormatFixed(price, kDecimals);
+}
+
+QString IndexCloseText() {
+  constexpr int kDecimals = 2;
+  return FormatFixed(static_cast<float>(ModuleHost().DataCenter().IndexNowData(kCompositeIndex).currentPrice),
+                     kDecimals);
 }
 
 }  // namespace holdwise

@@ -14,4 +14,7 @@ namespace holdwise {
 /// The stock's current price in yuan, taken in single precision, two decimals; "0.00" while it is unknown.
 [[nodiscard]] QString CurrentPriceText(const QString& sixDigits);
 
+/// The level of the composite index as it is stored with a portfolio, in the same form.
+[[nodiscard]] QString IndexCloseText();
+
 }  // namespace holdwise

@@ -3,7 +3,6 @@
 
 #include <QRegularExpression>
 #include <algorithm>
-#include <array>
 #include <string>
 
 #include "holdwise/packet/csv_reader.h"

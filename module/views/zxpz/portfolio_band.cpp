@@ -33,7 +33,8 @@ PortfolioBand::PortfolioBand(QWidget* parent)
                                .statement = sql::kUnsavedPortfolios,
                                .columns = editor::PortfolioTable(),
                                .keyColumn = editor::kNumber,
-                               .emptyText = QStringLiteral("暂无未保存的组合，请在上方选股建立")},
+                               .emptyText = QStringLiteral("暂无未保存的组合，请在上方选股建立"),
+                               .height = 0},
                               Splitter1)),
       detailPanel_(new QWidget(Splitter1)),
       details_(new TStringGrid(kUnit, QStringLiteral("StringGrid1"), detailPanel_)),
@@ -60,8 +61,7 @@ PortfolioBand::PortfolioBand(QWidget* parent)
   StackedIn(*this)->addWidget(Splitter1);
   BuildDetails();
 
-  list_->setMinimumSize(kLeastListWidth, 0);
-  list_->setMaximumHeight(QWIDGETSIZE_MAX);
+  list_->setMinimumWidth(kLeastListWidth);
   Splitter1->setStretchFactor(0, 1);
   Splitter1->setStretchFactor(1, 0);
   Splitter1->setSizes({kLeastListWidth, kDetailWidth});
@@ -80,10 +80,6 @@ void PortfolioBand::BuildDetails() {
   detailPanel_->setMinimumWidth(kLeastDetailWidth);
   detailPanel_->resize(kDetailWidth, height());
   details_->OnClientWidthChanged = [this](int) { detailHeader_->FitColumns(); };
-  details_->OnMouseMove = [this](const QPoint& position) {
-    const GridCell cell = details_->MouseToCell(position);
-    details_->ShowHint(cell.IsNone() ? QString() : details_->ClippedText(cell));
-  };
 }
 
 TStringGrid& PortfolioBand::List() const {

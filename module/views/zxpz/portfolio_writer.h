@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <cstdint>
-#include <memory>
 
 #include "holdwise/sdk/database.h"
 #include "portfolio_draft.h"

@@ -126,10 +126,6 @@ void StockPicker::InitList() {
     shown.isSelected = picks_.StandsOut(cell);
     StringGrid2->DrawDefaultCell(painter, shown);
   };
-  StringGrid2->OnMouseMove = [this](const QPoint& position) {
-    const GridCell cell = StringGrid2->MouseToCell(position);
-    StringGrid2->ShowHint(cell.IsNone() ? QString() : StringGrid2->ClippedText(cell));
-  };
   StringGrid2->OnClientWidthChanged = [this](int) { Fit(); };
 }
 
@@ -205,7 +201,6 @@ void StockPicker::ShowStocks(const std::vector<HoldingRow>& stocks) {
     const HoldingRow& stock = stocks[static_cast<std::size_t>(row)];
     StringGrid2->SetCells(kCode, row, stock.code);
     StringGrid2->SetCells(kName, row, stock.name);
-    searchForms_.push_back(SearchForm(stock.name));
   }
 }
 
@@ -213,6 +208,9 @@ void StockPicker::RzEdit3Change() {
   if (StringGrid2->IsEmpty()) return StringGrid2->SetEmptyText({});
   const QString digits = RzEdit3->text();
   const QString searched = SearchForm(Search->text());
+  if (!searched.isEmpty() && searchForms_.empty())
+    for (int row = 0; row < StringGrid2->RowCount(); ++row)
+      searchForms_.push_back(SearchForm(StringGrid2->Cells(kName, row)));
   StringGrid2->ShowRows([&](int row) {
     const QString& code = StringGrid2->Cells(kCode, row);
     if (!code.startsWith(digits)) return false;

@@ -17,7 +17,7 @@
 #include "editor_band.h"
 #include "editor_layout.h"
 #include "holdings_editor.h"
-#include "holdwise/packet/number_text.h"
+#include "host_stocks.h"
 #include "portfolio_band.h"
 #include "portfolio_name.h"
 #include "portfolio_rows.h"
@@ -32,11 +32,6 @@ const QString kConfirm = QStringLiteral("确 定");
 const QString kModify = QStringLiteral("修 改");
 constexpr int kLeastOneLineWidth = 500;
 constexpr std::size_t kLeastHoldings = 2;
-
-/// Close of index 1 as it is stored with a portfolio.
-QString IndexClose() {
-  return FormatFixed(static_cast<float>(ModuleHost().DataCenter().IndexNowData(1).currentPrice), 2);
-}
 
 }  // namespace
 
@@ -119,7 +114,7 @@ void TFrm_ZXPZ::Label1Click() {
   holdings.FInplaceEditExit();
   holdings.UpdateEditor();
   EntryField::KeepKeyboard();
-  const editor::PortfolioDraft draft{editor_->RzEdit1->text().trimmed(), IndexClose(), holdings.Rows()};
+  const editor::PortfolioDraft draft{editor_->RzEdit1->text().trimmed(), IndexCloseText(), holdings.Rows()};
   // Two are enough, whatever the text says: intended.
   if (draft.holdings.size() < kLeastHoldings) return Tell(QStringLiteral("组合记录数应大于2"));
   if (!IsNameFit(draft.name)) return;
