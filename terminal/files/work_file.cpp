@@ -19,13 +19,17 @@ constexpr QFileDevice::Permissions kOwnerOnly = QFileDevice::ReadOwner | QFileDe
 int EnterFolder(const QString& root, const QString& folder) {
   const QFileInfo info(folder);
   if (!info.exists() && !info.isSymLink()) {
-    if (!QDir().mkdir(folder)) return Code::kUnwritable;
-    QFile::setPermissions(folder, kOwnerOnly | QFileDevice::ExeOwner);
-    return Code::kOk;
+    if (QDir().mkdir(folder)) {
+      QFile::setPermissions(folder, kOwnerOnly | QFileDevice::ExeOwner);
+      return Code::kOk;
+    }
+    // Another download may have made it meanwhile.
+    if (!QFileInfo(folder).isDir()) return Code::kUnwritable;
   }
-  const QString real = info.canonicalFilePath();
+  const QFileInfo found(folder);
+  const QString real = found.canonicalFilePath();
   if (real.isEmpty() || !(real + QLatin1Char('/')).startsWith(root + QLatin1Char('/'))) return Code::kRefused;
-  return info.isDir() ? Code::kOk : Code::kUnwritable;
+  return found.isDir() ? Code::kOk : Code::kUnwritable;
 }
 
 }  // namespace

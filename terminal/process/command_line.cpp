@@ -103,7 +103,8 @@ QString StressProblem(const Command& command) {
 QString CapitalProblem(const Command& command) {
   if (command.capital.isEmpty()) return {};
   if (!IsCapital(command.capital))
-    return QStringLiteral("--capital 要是大于 0 的数（万元），例如 50 或 12.5，不能是“%1”。").arg(command.capital);
+    return QStringLiteral("--capital 要是大于 0、小于 100000 的数（万元），例如 50 或 12.5，不能是“%1”。")
+        .arg(command.capital);
   if (command.exportFolder.isEmpty()) return QStringLiteral("--capital 只用于导出，请同时用 --export 指定目录。");
   return {};
 }

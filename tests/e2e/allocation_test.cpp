@@ -198,8 +198,8 @@ TEST_F(Allocation, ABadAmountIsRefusedAtOnce) {
   for (const char* bad : {"zehn", "0", "-5", "1e3", "100000", "1.2.3"}) {
     const Outcome outcome = Export({"--capital", bad});
     EXPECT_EQ(outcome.exitCode, 2) << bad;
-    EXPECT_TRUE(
-        outcome.err.contains(QString("--capital 要是大于 0 的数（万元），例如 50 或 12.5，不能是“%1”").arg(bad)))
+    EXPECT_TRUE(outcome.err.contains(
+        QString("--capital 要是大于 0、小于 100000 的数（万元），例如 50 或 12.5，不能是“%1”").arg(bad)))
         << outcome.err.toStdString();
   }
   EXPECT_FALSE(QFile::exists(bench_.File("out")));

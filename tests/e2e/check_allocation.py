@@ -24,7 +24,7 @@ from exported_views import build_data, check_dates, compare, read_csv  # noqa: E
 CAPITALS, ENOUGH = ["1", "5", "50", "120", "300"], 5
 LIST_TITLES = ["序号", "组合风格", "目标收益率(%)", "方差", "Beta系数", "操作", "#6"]
 PART_TITLES = ["代码", "名称", "数量(股)", "比例(%)"]
-ALL_PART_TITLES = PART_TITLES + ["价格(元)", "比例误差", "剩余资金(元)", "最大比例误差"]
+ALL_PART_TITLES = PART_TITLES + ["价格(元)", "比例误差(%)", "剩余资金(元)", "最大比例误差(%)"]
 SHORTFALL = re.compile("您的资金量无法配置当前组合:(.*)")
 
 
@@ -80,8 +80,8 @@ def lots(weight, capital, price):
 
 
 def near(where, text, exact, problems):
-    """A share with six decimals, rounded; nothing is said of a tie."""
-    if not re.fullmatch(r"-?\d+\.\d{6}", text) or abs(Fraction(text) - exact) > Fraction(500_001, 10**12):
+    """A share in percent with four decimals, rounded; nothing is said of a tie."""
+    if not re.fullmatch(r"-?\d+\.\d{4}", text) or abs(Fraction(text) / 100 - exact) > Fraction(500_001, 10**12):
         problems.append(f"{where}: shown {text!r}, computed {float(exact)!r}")
 
 

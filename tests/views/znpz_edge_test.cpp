@@ -79,20 +79,15 @@ TEST_F(AllocationEdges, ADamagedListIsLoggedAndSaid) {
 }
 
 TEST_F(AllocationEdges, FilesMadeWithOtherDataAreRefused) {
-  const auto madeWith = [](const char* edition, const QByteArray& file) {
-    ResultSet table = DecodePacket(file);
-    const int column = table.AddColumn("edition", ColumnType::Text);
-    for (int row = 0; row < table.RowCount(); ++row) table.SetText(row, column, edition);
-    return EncodePacket(table);
-  };
   const QByteArray composition = files[kRemote + "zh_5_1.dat"];
   bench.host.dataCenter.dataEdition = "one";
-  files[kRemote + "zh_5.dat"] = madeWith("two", TwoCandidates());
+  files[kRemote + "zh_5.dat"] = MadeWith("two", TwoCandidates());
   OpenAll();
   EXPECT_TRUE(portfolios->IsEmpty());
-  EXPECT_TRUE(EmptyText(*portfolios).contains("zh_5.dat 是随另一份数据生成的"));
-  files[kRemote + "zh_5.dat"] = madeWith("one", TwoCandidates());
-  files[kRemote + "zh_5_1.dat"] = madeWith("two", composition);
+  EXPECT_EQ(EmptyText(*portfolios),
+            "没有候选组合：文件 zh_5.dat 是随另一份数据生成的。\n请重新启动终端；仍然如此时，请重新生成数据目录。");
+  files[kRemote + "zh_5.dat"] = MadeWith("one", TwoCandidates());
+  files[kRemote + "zh_5_1.dat"] = MadeWith("two", composition);
   Configure();
   Serve();
   EXPECT_EQ(portfolios->RowCount(), 2);
@@ -100,7 +95,7 @@ TEST_F(AllocationEdges, FilesMadeWithOtherDataAreRefused) {
   EXPECT_TRUE(EmptyText(*holdings).contains("zh_5_1.dat 是随另一份数据生成的"));
   PressSave(0);
   EXPECT_TRUE(Boxes().empty());
-  files[kRemote + "zh_5_1.dat"] = madeWith("one", composition);
+  files[kRemote + "zh_5_1.dat"] = MadeWith("one", composition);
   Configure();
   Serve();
   EXPECT_EQ(holdings->RowCount(), 2);
@@ -165,6 +160,33 @@ TEST_F(AllocationEdges, ADamagedCompositionIsLoggedAndSaid) {
   }
 }
 
+TEST_F(AllocationEdges, AListIsNotMixedWithHoldingsOfOtherProposals) {
+  const auto proposals = [](const char* text, const QByteArray& file) { return Naming("proposals", text, file); };
+  const QByteArray first = files[kRemote + "zh_5_1.dat"];
+  const QByteArray second = files[kRemote + "zh_5_2.dat"];
+  files[kRemote + "zh_5.dat"] = proposals("one", TwoCandidates());
+  files[kRemote + "zh_5_1.dat"] = proposals("one", first);
+  OpenAll();
+  EXPECT_EQ(holdings->RowCount(), 2);
+  for (const char* made : {"two", ""}) {
+    files[kRemote + "zh_5_2.dat"] = proposals(made, second);
+    Click(*portfolios, kStyle, 1);
+    Serve();
+    EXPECT_TRUE(holdings->IsEmpty()) << made;
+    EXPECT_EQ(EmptyText(*holdings), "没有成分股：候选组合已经重新生成。\n请再按“配 置”。");
+    EXPECT_TRUE(frame->Notice().hint.contains("智能配置的组合 2：候选组合已经重新生成"));
+    PressSave(1);
+    EXPECT_TRUE(Boxes().empty());
+    Click(*portfolios, kStyle, 0);
+    Serve();
+  }
+  files[kRemote + "zh_5.dat"] = proposals("two", TwoCandidates());
+  files[kRemote + "zh_5_1.dat"] = proposals("two", first);
+  Configure();
+  Serve();
+  EXPECT_EQ(holdings->RowCount(), 2);
+}
+
 TEST_F(AllocationEdges, AHostileFileNameIsRefusedAndTheViewStaysUsable) {
   const QString nul = QStringLiteral("zh_5_1") + QChar(0) + ".dat";
   const QStringList names{"..",
@@ -191,6 +213,7 @@ TEST_F(AllocationEdges, AHostileFileNameIsRefusedAndTheViewStaysUsable) {
     EXPECT_TRUE(LastLog().startsWith("Holdwise.bpl->Znpz->strngrdSelectCell 发生错误!错误信息:")) << row;
     EXPECT_TRUE(holdings->IsEmpty());
     EXPECT_FALSE(EmptyText(*holdings).isEmpty()) << row;
+    EXPECT_TRUE(frame->Notice().hint.contains(QStringLiteral("智能配置的组合 %1：").arg(row + 1))) << row;
     PressSave(row);
     EXPECT_TRUE(frame->IsSettled());
   }

@@ -71,6 +71,18 @@ inline QByteArray CapitalTable(const std::vector<std::pair<int, double>>& limits
   return EncodePacket(table);
 }
 
+/// The same file with a text column more, the same in all rows.
+inline QByteArray Naming(const char* column, const char* text, const QByteArray& file) {
+  ResultSet table = DecodePacket(file);
+  const int added = table.AddColumn(column, ColumnType::Text);
+  for (int row = 0; row < table.RowCount(); ++row) table.SetText(row, added, text);
+  return EncodePacket(table);
+}
+/// The same file, naming the edition of the data it was made with.
+inline QByteArray MadeWith(const char* edition, const QByteArray& file) {
+  return Naming("edition", edition, file);
+}
+
 inline QByteArray PoolFile(const std::vector<std::pair<const char*, double>>& estimates) {
   ResultSet table;
   const int code = table.AddColumn("SecuCode", ColumnType::Text);

@@ -108,6 +108,16 @@ TEST_F(AllocationView, ACapitalTableThatComesLaterIsTakenThen) {
   EXPECT_EQ(Asked().last(), kRemote + "zh_7.dat");
 }
 
+TEST_F(AllocationView, ACapitalTableThatOtherDataHaveLeftIsNotUsed) {
+  bench.host.dataCenter.dataEdition = "one";
+  PutFile("ZNPZ.dat", MadeWith("two", CapitalTable({{3, 1000}})));
+  OpenAll();
+  EXPECT_EQ(Asked().first(), kRemote + "zh_5.dat") << "the fixed table's count for 50";
+  PutFile("ZNPZ.dat", MadeWith("one", CapitalTable({{7, 1000}})));
+  Apply("50");
+  EXPECT_EQ(Asked().last(), kRemote + "zh_7.dat");
+}
+
 TEST_F(AllocationView, ADamagedCapitalTableIsLoggedAndSaid) {
   PutFile("ZNPZ.dat", "no packet");
   OpenAll();
@@ -170,11 +180,11 @@ TEST_F(AllocationView, WhatRoundingLeavesIsSaidAndExported) {
   // 31,200 at 12 = 374,400 and 12,500 at 10 = 125,000 of 500,000: 600 are left, 0.7488 instead of 0.75.
   EXPECT_EQ(Notice().text(), "剩余 600.00 元，最大误差 0.12%");
   const GridText table = holdings->ToGridText();
-  EXPECT_EQ(table.titles, QStringList({"代码", "名称", "数量(股)", "比例(%)", "价格(元)", "比例误差", "剩余资金(元)",
-                                       "最大比例误差"}));
+  EXPECT_EQ(table.titles, QStringList({"代码", "名称", "数量(股)", "比例(%)", "价格(元)", "比例误差(%)", "剩余资金(元)",
+                                       "最大比例误差(%)"}));
   EXPECT_EQ(table.hidden, std::vector<bool>({false, false, false, false, true, true, true, true}));
-  EXPECT_EQ(table.rows[0].mid(4), QStringList({"12.00", "-0.001200", "600.00", "0.001200"}));
-  EXPECT_EQ(table.rows[1].mid(4), QStringList({"10.00", "0.000000", "600.00", "0.001200"}));
+  EXPECT_EQ(table.rows[0].mid(4), QStringList({"12.00", "-0.1200", "600.00", "0.1200"}));
+  EXPECT_EQ(table.rows[1].mid(4), QStringList({"10.00", "0.0000", "600.00", "0.1200"}));
   QTest::mouseMove(holdings->viewport(), holdings->CellRect(kQuantity, 0).center());
   EXPECT_EQ(QToolTip::text(),
             "31200 股 × 12.00 元 = 374400.00 元，占 50 万元的 74.88%；目标 75.00%，误差 -0.12 个百分点");
@@ -201,7 +211,8 @@ TEST_F(AllocationView, WhatIsShownRestsOnTheCapitalThatWasApplied) {
 TEST_F(AllocationView, AHostSetsTheCapitalAsAPersonWould) {
   OpenAll();
   for (const char* text : {"", "0", "-5", "zehn", "1e3", "100000", "50 "}) {
-    EXPECT_TRUE(frame->SetInput("Edit1", QString::fromUtf8(text)).startsWith("资金量要是大于 0 的数")) << text;
+    EXPECT_TRUE(frame->SetInput("Edit1", QString::fromUtf8(text)).startsWith("资金量要是大于 0、小于 100000 的数"))
+        << text;
   }
   EXPECT_EQ(Entry().text(), "50");
   EXPECT_EQ(frame->SetInput("Edit1", "12.5"), QString());

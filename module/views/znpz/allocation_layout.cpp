@@ -42,8 +42,8 @@ QStringList PartCaptions() {
 }
 
 QStringList PartTitles() {
-  return TitlesOf(PartTable()) + QStringList{QStringLiteral("价格(元)"), QStringLiteral("比例误差"),
-                                             QStringLiteral("剩余资金(元)"), QStringLiteral("最大比例误差")};
+  return TitlesOf(PartTable()) + QStringList{QStringLiteral("价格(元)"), QStringLiteral("比例误差(%)"),
+                                             QStringLiteral("剩余资金(元)"), QStringLiteral("最大比例误差(%)")};
 }
 
 }  // namespace holdwise::allocation

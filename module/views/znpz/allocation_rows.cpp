@@ -13,7 +13,7 @@ namespace holdwise::allocation {
 namespace {
 
 constexpr int kMoneyDecimals = 2;
-constexpr int kErrorDecimals = 6;
+constexpr int kErrorDecimals = 4;
 constexpr double kMostWeight = 1.0001;  // all together; four decimals a weight
 
 QString Percent(double fraction) {
@@ -23,7 +23,7 @@ QString Percent(double fraction) {
 void ShowRounding(const Rounding& rounding, TStringGrid& grid) {
   for (int row = 0; row < grid.RowCount(); ++row) {
     grid.SetCells(kLeftOver, row, FormatFixed(rounding.leftOver, kMoneyDecimals));
-    grid.SetCells(kLargestError, row, FormatFixed(rounding.largestError, kErrorDecimals));
+    grid.SetCells(kLargestError, row, FormatFixed(rounding.largestError * 100, kErrorDecimals));
   }
 }
 
@@ -82,7 +82,7 @@ PartsShown ShowParts(const std::vector<Part>& parts, double capital, TStringGrid
       grid.SetCells(kQuantity, row, QString::number(one.quantity));
       grid.SetCells(kWeight, row, part.weightText);
       grid.SetCells(kPrice, row, FormatFixed(price, kMoneyDecimals));
-      grid.SetCells(kWeightError, row, FormatFixed(WeightErrorOf(one, capital), kErrorDecimals));
+      grid.SetCells(kWeightError, row, FormatFixed(WeightErrorOf(one, capital) * 100, kErrorDecimals));
       if (one.quantity == 0) shown.unaffordable << name;
       if (price == 0) shown.unpriced << name;
       shown.weightSum += part.weight;
@@ -100,7 +100,7 @@ PartsShown ShowParts(const std::vector<Part>& parts, double capital, TStringGrid
 
 QString HintOfPart(const TStringGrid& grid, int row, double capital) {
   const double price = RealOr(grid.Cells(kPrice, row));
-  const double error = RealOr(grid.Cells(kWeightError, row));
+  const double error = RealOr(grid.Cells(kWeightError, row)) / 100;
   const double weight = RealOr(grid.Cells(kWeight, row));
   if (price == 0) return {};
   const QString cost = FormatFixed(static_cast<double>(IntegerOr(grid.Cells(kQuantity, row))) * price, kMoneyDecimals);

@@ -35,7 +35,10 @@ using namespace allocation;
 
 const QString kUnit = QStringLiteral("Znpz");
 const QString kShortfall = QStringLiteral("投资组合");  ///< the caption of what the capital does not suffice for
-constexpr unsigned long kPause = 100;                   // ms
+const QString kUpdateData = QStringLiteral("请更新数据目录，再按“配 置”。");
+const QString kAskAgain = QStringLiteral("请再按“配 置”。");
+const QString kStartAgain = QStringLiteral("请重新启动终端；仍然如此时，请重新生成数据目录。");
+constexpr unsigned long kPause = 100;  // ms
 /// A remote name without its folder.
 QString PlainName(const QString& fileName) {
   return fileName.section(QLatin1Char('\\'), -1);
@@ -129,7 +132,12 @@ int TFrm_ZNPZ::CalcFileNum(double capital) {
   try {
     const QString path = role1_->LocalPath(remote_files::kCapitalTable);
     usesFixedTable_ = !QFile::exists(path);
-    if (!usesFixedTable_ && capitalTable_.isEmpty()) capitalTable_ = CapitalTableIn(ReadAllocationFile(path));
+    if (!usesFixedTable_ && capitalTable_.isEmpty()) {
+      const ResultSet table = ReadAllocationFile(path);
+      // One that an earlier start has left, of other data: that of these data is still on its way.
+      usesFixedTable_ = NamesOtherEdition(table, ModuleHost().DataCenter().DataEdition());
+      if (!usesFixedTable_) capitalTable_ = CapitalTableIn(table);
+    }
     return KnownStockCount(capital);
   } catch (...) {
     isTableDamaged_ = true;
@@ -181,9 +189,10 @@ void TFrm_ZNPZ::strngrdSelectCell(int row) {
   ++request_;
   const QString& name = lower_->Candidates().Grid().Cells(kFileName, row);
   awaitedComposition_ = remote_files::kFolder + name;
+  awaitedRow_ = row;
   if (const QString problem = ProblemOfFileName(name); !problem.isEmpty()) {
     LogFailure(kUnit, QStringLiteral("strngrdSelectCell"), problem);
-    return ShowMissing(awaitedComposition_, problem);
+    return ShowMissing(awaitedComposition_, problem, kUpdateData);
   }
   ++pending_;
   role1_->Request(awaitedComposition_);
@@ -194,16 +203,17 @@ void TFrm_ZNPZ::Handle(const QString& routine, const QString& fileName, const QB
   const bool isDone = GuardEvent(kUnit, routine, [&] { (this->*handler)(fileName, content); });
   if (alive.isNull()) return;
   if (pending_ > 0) --pending_;
-  if (!isDone) ShowMissing(fileName, QStringLiteral("文件 %1 不能读取（原因见日志）").arg(PlainName(fileName)));
+  if (!isDone)
+    ShowMissing(fileName, QStringLiteral("文件 %1 不能读取（原因见日志）").arg(PlainName(fileName)), kUpdateData);
 }
 
 void TFrm_ZNPZ::FileFailed(const QString& fileName, int errorCode) {
   if (pending_ > 0) --pending_;
-  ShowMissing(fileName, QStringLiteral("没有取得文件 %1（%2）").arg(PlainName(fileName), ReasonOf(errorCode)));
+  ShowMissing(fileName, QStringLiteral("没有取得文件 %1（%2）").arg(PlainName(fileName), ReasonOf(errorCode)),
+              kUpdateData);
 }
 
-void TFrm_ZNPZ::ShowMissing(const QString& fileName, const QString& problem) {
-  const QString advice = QStringLiteral("请更新数据目录，再按“配 置”。");
+void TFrm_ZNPZ::ShowMissing(const QString& fileName, const QString& problem, const QString& advice) {
   if (fileName == awaitedList_) {
     awaitedList_.clear();
     listProblem_ = problem;
@@ -213,7 +223,7 @@ void TFrm_ZNPZ::ShowMissing(const QString& fileName, const QString& problem) {
     ClearHoldings({});
   } else if (fileName == awaitedComposition_) {
     awaitedComposition_.clear();
-    AddProblem(problem);
+    AddProblem(awaitedRow_, problem);
     ClearHoldings(QStringLiteral("没有成分股：%1。\n%2").arg(problem, advice));
   }
 }
@@ -226,9 +236,10 @@ void TFrm_ZNPZ::ClearHoldings(const QString& emptyText) {
   isFileReceived_ = false;
 }
 
-void TFrm_ZNPZ::AddProblem(const QString& problem) {
-  const TStringGrid& candidates = lower_->Candidates().Grid();
-  problems_ << QStringLiteral("智能配置的组合 %1：%2").arg(candidates.Cells(kNumber, candidates.Row()), problem);
+void TFrm_ZNPZ::AddProblem(int row, const QString& problem) {
+  const QString line =
+      QStringLiteral("智能配置的组合 %1：%2").arg(lower_->Candidates().Grid().Cells(kNumber, row), problem);
+  if (!problems_.contains(line)) problems_ << line;
 }
 
 // A list or a composition that something else has been asked for since is not shown: holdings of another candidate
@@ -241,7 +252,9 @@ void TFrm_ZNPZ::InfoAsynDownFileRole1ReciveAFile(const QString& fileName, const 
   if (isLoaded) ClientDataSet1 = read(role1_->LocalPath(fileName));
   // Its weights and limits follow from other prices than those that are shown.
   if (isLoaded && NamesOtherEdition(ClientDataSet1, ModuleHost().DataCenter().DataEdition()))
-    return ShowMissing(fileName, QStringLiteral("文件 %1 是随另一份数据生成的").arg(PlainName(fileName)));
+    return ShowMissing(fileName, QStringLiteral("文件 %1 是随另一份数据生成的").arg(PlainName(fileName)), kStartAgain);
+  if (isComposition && ProposalsOf(ClientDataSet1) != proposals_)
+    return ShowMissing(fileName, QStringLiteral("候选组合已经重新生成"), kAskAgain);
   // A name without "_" is not loaded, and the list is filled from what was: intended.
   isComposition ? ReciveComposition() : ReciveCandidates();
 }
@@ -249,6 +262,7 @@ void TFrm_ZNPZ::InfoAsynDownFileRole1ReciveAFile(const QString& fileName, const 
 void TFrm_ZNPZ::ReciveCandidates() {
   const std::vector<Candidate> candidates = CandidatesIn(ClientDataSet1);
   awaitedList_.clear();
+  proposals_ = ProposalsOf(ClientDataSet1);
   PortfolioList& list = lower_->Candidates();
   TStringGrid& grid = list.Grid();
   ShowCandidates(candidates, grid);
@@ -265,14 +279,14 @@ void TFrm_ZNPZ::ReciveCandidates() {
 void TFrm_ZNPZ::ReciveComposition() {
   const QPointer<TFrm_ZNPZ> alive(this);
   const std::vector<Part> parts = PartsIn(ClientDataSet1);
-  if (parts.empty()) return ShowMissing(awaitedComposition_, QStringLiteral("这个候选组合没有成分股"));
+  if (parts.empty()) return ShowMissing(awaitedComposition_, QStringLiteral("这个候选组合没有成分股"), kUpdateData);
   const QString file = std::exchange(awaitedComposition_, {});
   HoldingsPanel& holdings = lower_->Holdings();
   const PartsShown shown = ShowParts(parts, capital_, holdings.Grid());
   const TStringGrid& candidates = lower_->Candidates().Grid();
   const PartsNotice notice = NoticeOf(shown);
   holdings.SetNotice(notice.text, notice.hint);
-  if (!notice.problem.isEmpty()) AddProblem(notice.problem);
+  if (!notice.problem.isEmpty()) AddProblem(awaitedRow_, notice.problem);
   const bool tells = !shown.unaffordable.isEmpty() && !candidates.IsEmpty() && !isFirstComposition_;
   isFirstComposition_ = false;
   if (tells) {
@@ -371,7 +385,7 @@ std::vector<ViewCatalogue::Input> TFrm_ZNPZ::Inputs() const {
 QString TFrm_ZNPZ::SetInput(const QString& name, const QString& value) {
   if (name != upper_->Edit1->objectName()) return TViewFrame::SetInput(name, value);
   if (!IsCapital(value))
-    return QStringLiteral("资金量要是大于 0 的数（万元），例如 50 或 12.5，不能是“%1”。").arg(value);
+    return QStringLiteral("资金量要是大于 0、小于 100000 的数（万元），例如 50 或 12.5，不能是“%1”。").arg(value);
   upper_->Edit1->setText(value);
   isAsked_ = true;
   Label1Click();

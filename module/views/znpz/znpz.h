@@ -56,11 +56,11 @@ class TFrm_ZNPZ : public TViewFrame {
   void ReciveCandidates();
   void ReciveComposition();
   /// Takes note of a file that is not there or not right, where it is missed.
-  void ShowMissing(const QString& fileName, const QString& problem);
+  void ShowMissing(const QString& fileName, const QString& problem, const QString& advice);
   /// No holdings are shown, and why.
   void ClearHoldings(const QString& emptyText);
-  /// Takes note of what is wrong with the selected candidate.
-  void AddProblem(const QString& problem);
+  /// Takes note of what is wrong with the candidate of a row.
+  void AddProblem(int row, const QString& problem);
   void ShowCaption();
 
   void SaveProposal(int row);
@@ -81,6 +81,7 @@ class TFrm_ZNPZ : public TViewFrame {
   bool usesFixedTable_ = false;
   QString awaitedList_;  ///< remote name of the list or composition that is to be shown; empty for none
   QString awaitedComposition_;
+  int awaitedRow_ = 0;  ///< of the candidate whose composition was asked for last
   bool isFirstComposition_ = false;
   bool isFileReceived_ = false;  ///< the composition of the selected candidate is shown
   int request_ = 0;              ///< grows with each list or composition that is asked for
@@ -88,6 +89,7 @@ class TFrm_ZNPZ : public TViewFrame {
   bool isAsked_ = false;         ///< somebody has asked for proposals, not only opened the view
   int pending_ = 0;              ///< downloads under way
   QString edition_;              ///< of the data that the proposals come from
+  QString proposals_;            ///< fingerprint of those that the list is one file of
   QString listProblem_;          ///< why the proposals did not come; empty: they did, or may still come
   QStringList problems_;         ///< of the compositions shown since the capital was applied
   /// Last members: they go first, and with them their events.
