@@ -14,10 +14,6 @@ std::int64_t Cents(double price) {
   return std::llround(price * 100);
 }
 
-bool IsStar(std::string_view code) {
-  return code.starts_with("688") || code.starts_with("689");
-}
-
 bool IsSpeciallyTreated(const std::string& name) {
   return name.find("ST") != std::string::npos || name.find("ＳＴ") != std::string::npos ||
          name.find("退") != std::string::npos;

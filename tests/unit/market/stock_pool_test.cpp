@@ -147,6 +147,7 @@ TEST(StockPool, KnowsTheLeastOrder) {
   EXPECT_EQ(LeastShares("689009"), 200);
   EXPECT_DOUBLE_EQ(HighestNextPrice("600000", 9.95), 10.95);
   EXPECT_DOUBLE_EQ(HighestNextPrice("300750", 9.95), 11.94);
+  EXPECT_DOUBLE_EQ(HighestNextPrice("689009", 9.95), 11.94);
 }
 
 }  // namespace
