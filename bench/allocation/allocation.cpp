@@ -26,41 +26,13 @@
 namespace holdwise {
 namespace {
 
-/// The scripted host, but files come from a folder.
-class FolderHost final : public Host {
- public:
-  AddressServices& Addresses() override { return inner.Addresses(); }
-  CodeNumServices& CodeNums() override { return inner.CodeNums(); }
-  PlugSystemInfo& System() override { return inner.System(); }
-  UserDataServices& UserData() override { return inner.UserData(); }
-  DebugServers& Debug() override { return inner.Debug(); }
-  KeyCodeServices& KeyCodes() override { return inner.KeyCodes(); }
-  TDataCenter& DataCenter() override { return inner.DataCenter(); }
-  ColorThemeServices& ColorTheme() override { return inner.ColorTheme(); }
-  MessageBoxService& MessageBoxes() override { return inner.MessageBoxes(); }
-  ClockService& Clock() override { return inner.Clock(); }
-  [[nodiscard]] QString SysWorkDataPath() const override { return inner.SysWorkDataPath(); }
-  std::unique_ptr<TDSBAsynDataDownRole> MakeDataDownRole() override { return inner.MakeDataDownRole(); }
-  std::unique_ptr<TDSBAsynDownFileRole> MakeDownFileRole() override {
-    return std::make_unique<DownFileRole>(source_, inner.SysWorkDataPath());
-  }
-  std::unique_ptr<TFrmQMTitle> MakeTitleFrame() override { return inner.MakeTitleFrame(); }
-
-  void Write(const QString& name, const ResultSet& table) const {
-    const QString folder = data_.path() + QStringLiteral("/QMTL/TZZH/");
-    QDir().mkpath(folder);
-    WritePacketFile(folder + name, table, Durability::Replaceable);
-  }
-
-  ScriptedHost inner;
-
- private:
-  QTemporaryDir data_;
-  LocalFolderSource source_{data_.path()};
-};
-
 /// Ten candidates of five stocks each.
-void WriteProposals(const FolderHost& host) {
+void WriteProposals(const QString& dataFolder) {
+  const QString folder = dataFolder + QStringLiteral("/QMTL/TZZH/");
+  QDir().mkpath(folder);
+  const auto write = [&folder](const QString& name, const ResultSet& table) {
+    WritePacketFile(folder + name, table, Durability::Replaceable);
+  };
   ResultSet list;
   const int style = list.AddColumn("ZHFG", ColumnType::Text);
   const int file = list.AddColumn("FILENAME", ColumnType::Text);
@@ -78,18 +50,21 @@ void WriteProposals(const FolderHost& host) {
     list.SetText(row, style, QStringLiteral("稳健型"));
     list.SetText(row, file, QStringLiteral("zh_5_%1.dat").arg(row));
     for (int column = file + 1; column < list.ColumnCount(); ++column) list.SetReal(row, column, 0.01 * column);
-    host.Write(QStringLiteral("zh_5_%1.dat").arg(row), parts);
+    write(QStringLiteral("zh_5_%1.dat").arg(row), parts);
   }
-  host.Write(QStringLiteral("zh_5.dat"), list);
+  write(QStringLiteral("zh_5.dat"), list);
 }
 
 void BM_ShowCandidates(benchmark::State& state) {
   test::TempDatabase database;
-  FolderHost host;
-  host.inner.SetUserData(database.Service());
+  const QTemporaryDir data;
+  LocalFolderSource source(data.path());
+  ScriptedHost host;
+  host.makeDownFileRole = [&] { return std::make_unique<DownFileRole>(source, host.SysWorkDataPath()); };
+  host.SetUserData(database.Service());
   for (int stock = 0; stock < 5; ++stock)
-    host.inner.codeNums.Add({QString::number(600000 + stock), QStringLiteral("股票"), {}, 1, {10, 10}});
-  WriteProposals(host);
+    host.codeNums.Add({QString::number(600000 + stock), QStringLiteral("股票"), {}, 1, {10, 10}});
+  WriteProposals(data.path());
   SetModuleHost(&host);
   FDBServer = &database.Service();
   CreateSharedObjects();

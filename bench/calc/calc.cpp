@@ -63,32 +63,6 @@ ResultSet BaseDataRows(const std::vector<int>& indices = {kFirstStock}) {
   return table;
 }
 
-/// A scripted host whose downloads come from a folder.
-class FolderHost final : public Host {
- public:
-  FolderHost(ScriptedHost& host, const QString& folder) : host_(host), source_(folder) {}
-  AddressServices& Addresses() override { return host_.Addresses(); }
-  CodeNumServices& CodeNums() override { return host_.CodeNums(); }
-  PlugSystemInfo& System() override { return host_.System(); }
-  UserDataServices& UserData() override { return host_.UserData(); }
-  DebugServers& Debug() override { return host_.Debug(); }
-  KeyCodeServices& KeyCodes() override { return host_.KeyCodes(); }
-  TDataCenter& DataCenter() override { return host_.DataCenter(); }
-  ColorThemeServices& ColorTheme() override { return host_.ColorTheme(); }
-  MessageBoxService& MessageBoxes() override { return host_.MessageBoxes(); }
-  ClockService& Clock() override { return host_.Clock(); }
-  QString SysWorkDataPath() const override { return host_.SysWorkDataPath(); }
-  std::unique_ptr<TDSBAsynDataDownRole> MakeDataDownRole() override { return host_.MakeDataDownRole(); }
-  std::unique_ptr<TDSBAsynDownFileRole> MakeDownFileRole() override {
-    return std::make_unique<DownFileRole>(source_, SysWorkDataPath());
-  }
-  std::unique_ptr<TFrmQMTitle> MakeTitleFrame() override { return host_.MakeTitleFrame(); }
-
- private:
-  ScriptedHost& host_;
-  LocalFolderSource source_;
-};
-
 /// A module on a database with saved, unfinished portfolios of ten holdings each.
 class Module {
  public:
@@ -244,8 +218,8 @@ void WholeDialog(benchmark::State& state) {
   Module module(static_cast<int>(state.range(0)), securities);
   const QTemporaryDir folder;
   WriteFolder(QDir(folder.path()), securities);
-  FolderHost host(module.host, folder.path());
-  SetModuleHost(&host);
+  LocalFolderSource source(folder.path());
+  module.host.makeDownFileRole = [&] { return std::make_unique<DownFileRole>(source, module.host.SysWorkDataPath()); };
   double longest = 0;
   for ([[maybe_unused]] auto turn : state) {
     PaintWatch watch;

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-#include <QDate>
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <vector>
 
 #include "database/engine/firebird_client.h"
+#include "holdwise/packet/dates.h"
 #include "temp_database.h"
 
 /// The yardstick of the benchmarks that fill the statistics: a hand-written loop over one prepared statement.
@@ -21,18 +21,16 @@ using Row = std::array<double, kColumns>;
 inline constexpr int kDays = 250;
 inline constexpr int kWeeks = 52;
 
-inline int DayNumber(const QDate& day) {
-  return day.year() * 10000 + day.month() * 100 + day.day();
-}
-
 /// The working days, Fridays and months' last working days that end with the last day of 2025, the latest last.
 inline std::vector<int> DaysOf(int type, int count) {
   std::vector<int> days;
-  for (QDate day(2025, 12, 31); static_cast<int>(days.size()) < count; day = day.addDays(-1)) {
-    const bool isWorking = day.dayOfWeek() <= Qt::Friday;
-    const QDate nextWorking = day.addDays(day.dayOfWeek() == Qt::Friday ? 3 : 1);
-    const bool isTaken = type == 0 || (type == 1 ? day.dayOfWeek() == Qt::Friday : nextWorking.month() != day.month());
-    if (isWorking && isTaken) days.push_back(DayNumber(day));
+  int nextWorking = 20260101;
+  for (int number = DayNumber(20251231); static_cast<int>(days.size()) < count; --number) {
+    const int day = DateOfDayNumber(number);
+    if (!IsWeekday(day)) continue;
+    const auto isLastOf = [&](int (*period)(int)) { return period(nextWorking) != period(day); };
+    if (type == 0 || (type == 1 ? isLastOf(WeekNumber) : isLastOf(MonthNumber))) days.push_back(day);
+    nextWorking = day;
   }
   std::reverse(days.begin(), days.end());
   return days;

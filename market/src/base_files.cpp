@@ -35,8 +35,12 @@ QByteArray DigestOf(const ResultSet& table) {
 
 }  // namespace
 
-BaseFile::BaseFile(QString fileName, ResultSet rows, const PacketLimits& fileLimits)
-    : name(std::move(fileName)), table(std::move(rows)), digest(DigestOf(table)), limits(&fileLimits) {}
+BaseFile::BaseFile(QString fileName, std::function<ResultSet()> makeTable, const PacketLimits& fileLimits)
+    : name(std::move(fileName)), make(std::move(makeTable)), limits(&fileLimits) {
+  const ResultSet table = make();
+  digest = DigestOf(table);
+  rows = table.RowCount();
+}
 
 void BaseFiles::Add(BaseFile file) {
   digests_.emplace(file.name, file.digest);
@@ -49,13 +53,13 @@ QString BaseFiles::Edition() const {
   return QString::fromLatin1(hash.result().toHex());
 }
 
-void BaseFiles::Write(const QString& folder, unsigned threads) {
-  const QString edition = Edition();
+void BaseFiles::Write(const QString& folder, const QString& edition, unsigned threads) {
   ParallelFor(files_.size(), threads, [&](std::size_t i) {
     BaseFile& file = files_[i];
-    NameEdition(file.table, edition);
-    WritePacketFile(folder + u'/' + file.name, file.table, Durability::Replaceable, *file.limits);
-    file.table = {};
+    ResultSet table = file.make();
+    file.make = nullptr;
+    NameEdition(table, edition);
+    WritePacketFile(folder + u'/' + file.name, table, Durability::Replaceable, *file.limits);
   });
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 #include <QByteArray>
 #include <QString>
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -9,15 +10,18 @@
 
 namespace holdwise {
 
-/// A file of what the plug-in stores in its database.
+/// A file of what the plug-in stores in its database. It keeps what its table is made of: the tables of all of them,
+/// which wait for the last one, would be too much.
 struct BaseFile {
   BaseFile() = default;
-  /// `fileLimits` must live longer.
-  BaseFile(QString fileName, ResultSet rows, const PacketLimits& fileLimits);
+  /// `makeTable` gives the same table on every call, from any thread; it is called here too. `fileLimits` must live
+  /// longer.
+  BaseFile(QString fileName, std::function<ResultSet()> makeTable, const PacketLimits& fileLimits);
 
   QString name;  ///< inside the data folder
-  ResultSet table;
+  std::function<ResultSet()> make;
   QByteArray digest;  ///< of the columns' names and types and of the values; null counts as 0 or an empty text
+  int rows = 0;
   const PacketLimits* limits = nullptr;
 };
 
@@ -27,8 +31,10 @@ class BaseFiles {
   void Add(BaseFile file);
   /// The fingerprint of what has been added, in whatever order.
   [[nodiscard]] QString Edition() const;
-  /// Writes them into a folder that has their folders, and lets go of their tables. Once. Throws what writing throws.
-  void Write(const QString& folder, unsigned threads);
+  /// Writes them into a folder that has their folders, and lets go of what their tables are made of. Once. Throws what
+  /// writing throws.
+  /// @param edition that of all of them
+  void Write(const QString& folder, const QString& edition, unsigned threads);
 
  private:
   std::vector<BaseFile> files_;

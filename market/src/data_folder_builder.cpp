@@ -40,6 +40,12 @@ QString RiskFolder() {
   return QStringLiteral("QMTL/TZZH/风险计量/");
 }
 
+ResultSet StatisticsTable(std::span<const SecurityStatistics> securities) {
+  ResultSet table = MakeStatisticsTable();
+  for (const SecurityStatistics& security : securities) AppendStatistics(table, security);
+  return table;
+}
+
 // File names in the order of kIndexNumbers.
 constexpr const char* kRiskFiles[] = {"SH.dat", "SZ.dat", "HS.dat"};
 using RiskOfIndices = std::array<Figures, std::size(kRiskFiles)>;
@@ -78,8 +84,7 @@ class DataFolderBuild {
 
   void Report(const std::vector<Rejection>& rejections);
   void Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const;
-  [[nodiscard]] QString Edition() const;
-  [[nodiscard]] unsigned Threads() const { return options_.threads != 0 ? options_.threads : UsualThreadCount(); }
+  void WriteNamed(const QString& name, ResultSet table, const PacketLimits& limits) const;
   [[nodiscard]] std::unordered_set<int> KnownStocks() const;
   [[nodiscard]] QuoteRow ClosingQuote(const std::vector<Bar>& bars) const;
 
@@ -92,12 +97,12 @@ class DataFolderBuild {
   Window window_;
   std::map<int, BarFile> indices_;
   std::array<MarketReturns, kIndexCount> indexReturns_;  // in the order of kIndexNumbers
-  double riskFreePerDay_ = 0;
-  double riskFreePerYear_ = 0;
+  DepositRates rates_;
   std::vector<EstimateValue> estimates_;
-  std::vector<StockFacts> stocks_;  // those that have bars
+  std::vector<StockFacts> stocks_;  // those that have bars, if proposals are wanted
   std::map<int, QuoteRow> quotes_;  // by code number
   BaseFiles baseFiles_;
+  QString edition_;  // known when all stocks are
 };
 
 BuildSummary DataFolderBuild::Run() {
@@ -115,7 +120,7 @@ BuildSummary DataFolderBuild::Run() {
   WriteEstimates();
   WriteIndices();
   WriteStocks();
-  baseFiles_.Write(swap_.NewFolder(), Threads());
+  baseFiles_.Write(swap_.NewFolder(), edition_, ThreadsOr(options_.threads));
   WriteQuotes();
   WriteProposals();
   WriteMarket();
@@ -166,24 +171,21 @@ void DataFolderBuild::ReadDates() {
 void DataFolderBuild::WriteReferences() {
   std::vector<Rejection> rejections;
   securities_ = ReadSecurities(options_.securitiesFile, rejections);
-  const DepositRates rates = options_.ratesFile.isEmpty()
-                                 ? BenchmarkRates(summary_.currentDate)
-                                 : ReadDepositRates(options_.ratesFile, summary_.currentDate, rejections);
+  rates_ = options_.ratesFile.isEmpty() ? BenchmarkRates(summary_.currentDate)
+                                        : ReadDepositRates(options_.ratesFile, summary_.currentDate, rejections);
   Report(rejections);
   if (securities_.empty()) {
     throw Error(ErrorCategory::Refused, "证券表没有可用的行：" + options_.securitiesFile.toStdString());
   }
-  if (!options_.ratesFile.isEmpty() && rates.effectiveDate == 0) {
+  if (!options_.ratesFile.isEmpty() && rates_.effectiveDate == 0) {
     throw Error(ErrorCategory::Refused,
                 "没有在 " + DateText(summary_.currentDate) + " 或之前生效的利率：" + options_.ratesFile.toStdString());
   }
-  riskFreePerDay_ = RiskFreePerDay(rates);
-  riskFreePerYear_ = RiskFreePerYear(rates);
   summary_.securities = static_cast<int>(securities_.size());
   Write(QStringLiteral("securities.dat"), SecuritiesTable(securities_), kSecuritiesLimits);
   Write(QStringLiteral("trading_dates.dat"), TradingDatesTable(tradingDates_), kTradingDatesLimits);
-  baseFiles_.Add({QStringLiteral("QMTL/TZZH/InterestRate.Dat"), InterestRateTable(rates, summary_.currentDate),
-                  kInterestRateLimits});
+  baseFiles_.Add({QStringLiteral("QMTL/TZZH/InterestRate.Dat"),
+                  [this] { return InterestRateTable(rates_, summary_.currentDate); }, kInterestRateLimits});
 }
 
 void DataFolderBuild::WriteEstimates() {
@@ -192,20 +194,23 @@ void DataFolderBuild::WriteEstimates() {
     estimates_ = ReadEstimates(options_.estimatesFile, KnownStocks(), rejections);
     Report(rejections);
   }
-  baseFiles_.Add({QStringLiteral("QMTL/TZZH/GZ.dat"), EstimateTable(estimates_), kSecuritiesLimits});
+  baseFiles_.Add({QStringLiteral("QMTL/TZZH/GZ.dat"), [this] { return EstimateTable(estimates_); }, kSecuritiesLimits});
 }
 
 void DataFolderBuild::WriteIndices() {
-  ResultSet table = MakeStatisticsTable();
+  std::vector<SecurityStatistics> statistics;
   for (std::size_t i = 0; i < std::size(kIndexNumbers); ++i) {
     const int number = kIndexNumbers[i];
     const std::vector<Bar>& bars = indices_.at(number).bars;
     indexReturns_[i] = ReturnsOf(bars, window_);
-    AppendStatistics(table, {number, bars, {}}, indexReturns_[i], window_, riskFreePerDay_);
+    statistics.push_back(ComputeStatistics({number, bars, {}}, indexReturns_[i], window_, RiskFreePerDay(rates_)));
     quotes_[number] = ClosingQuote(bars);
   }
-  summary_.rows += table.RowCount();
-  baseFiles_.Add({StatisticsFolder() + QStringLiteral("指数/allzs.dat"), std::move(table), kIndexSeriesLimits});
+  BaseFile file(
+      StatisticsFolder() + QStringLiteral("指数/allzs.dat"),
+      [statistics = std::move(statistics)] { return StatisticsTable(statistics); }, kIndexSeriesLimits);
+  summary_.rows += file.rows;
+  baseFiles_.Add(std::move(file));
 }
 
 void DataFolderBuild::WriteStocks() {
@@ -225,7 +230,7 @@ void DataFolderBuild::WriteStocks() {
     Mutex mutex;
     int done HOLDWISE_GUARDED_BY(mutex) = 0;
   } progress;
-  ParallelFor(files.size(), Threads(), [&](std::size_t i) {
+  ParallelFor(files.size(), ThreadsOr(options_.threads), [&](std::size_t i) {
     results[i] = ReadStock(files[i]);
     const MutexLock lock(progress.mutex);
     ++progress.done;
@@ -235,27 +240,25 @@ void DataFolderBuild::WriteStocks() {
     Report(results[i].rejections);
     if (!results[i].isUsable) continue;
     ++summary_.series;
-    summary_.rows += results[i].file.table.RowCount();
+    summary_.rows += results[i].file.rows;
     baseFiles_.Add(std::move(results[i].file));
     quotes_[CodeNumberOfStock(files[i].code)] = results[i].quote;
-    stocks_.push_back(std::move(results[i].facts));
+    if (options_.proposals.areWanted) stocks_.push_back(std::move(results[i].facts));
   }
   if (summary_.series == 0) {
     throw Error(ErrorCategory::Refused, "没有可用的证券行情：" + options_.barsFolder.toStdString());
   }
+  edition_ = baseFiles_.Edition();
   WriteRisk(files, results);
 }
 
 void DataFolderBuild::WriteRisk(const std::vector<StockFile>& files, const std::vector<StockResult>& results) const {
-  const QString edition = Edition();
   for (std::size_t index = 0; index < std::size(kRiskFiles); ++index) {
     std::vector<RiskRow> rows;
     for (std::size_t i = 0; i < files.size(); ++i) {
       if (results[i].hasDays) rows.push_back({files[i].code, results[i].risk[index]});
     }
-    ResultSet table = RiskTable(rows);
-    NameEdition(table, edition);
-    Write(RiskFolder() + QString::fromUtf8(kRiskFiles[index]), table, kSecuritiesLimits);
+    WriteNamed(RiskFolder() + QString::fromUtf8(kRiskFiles[index]), RiskTable(rows), kSecuritiesLimits);
   }
 }
 
@@ -277,20 +280,27 @@ DataFolderBuild::StockResult DataFolderBuild::ReadStock(const StockFile& stock) 
     result.rejections.push_back({stock.path, 0, QStringLiteral("没有可用的行")});
     return result;
   }
-  ResultSet table = MakeStatisticsTable();
-  const DailyFigures daily = AppendStatistics(table, {CodeNumberOfStock(stock.code), file.bars, tradingDates_},
-                                              indexReturns_.front(), window_, riskFreePerDay_);
-  result.file = {StockName(stock.code), std::move(table), kStockSeriesLimits};
   result.isUsable = true;
   result.quote = ClosingQuote(file.bars);
-  result.hasDays = !daily.series.empty();
-  result.facts.code = stock.code;
-  result.facts.turnover = MeanTurnover(file, tradingDates_);
-  result.facts.returns = AlignReturns(daily.series, indexReturns_.front().front());
-  result.risk.front() = daily.figures;
+  const double riskFree = RiskFreePerDay(rates_);
+  SecurityStatistics statistics = ComputeStatistics({CodeNumberOfStock(stock.code), file.bars, tradingDates_},
+                                                    indexReturns_.front(), window_, riskFree);
+  const auto& [days, figures] = statistics.ofTypes.front();
+  result.hasDays = !days.empty();
+  result.risk.front() = figures;
   for (std::size_t i = 1; i < indexReturns_.size(); ++i) {
-    result.risk[i] = ComputeFigures(daily.series, indexReturns_[i].front(), riskFreePerDay_);
+    result.risk[i] = ComputeFigures(days, indexReturns_[i].front(), riskFree);
   }
+  if (options_.proposals.areWanted) {
+    result.facts.code = stock.code;
+    result.facts.turnover = MeanTurnover(file, tradingDates_);
+    result.facts.returns = AlignReturns(days, indexReturns_.front().front());
+  }
+  result.file = {StockName(stock.code),
+                 [statistics = std::move(statistics)] {
+                   return StatisticsTable({&statistics, 1});
+                 },
+                 kStockSeriesLimits};
   return result;
 }
 
@@ -315,8 +325,7 @@ void DataFolderBuild::WriteQuotes() {
     table.SetReal(row, previousCloseColumn, quote.previousClose);
     if (quote.isSuspended && !IsIndexNumber(codeNumber)) ++summary_.suspended;
   }
-  NameEdition(table, Edition());
-  Write(QStringLiteral("quotes.dat"), table, kSecuritiesLimits);
+  WriteNamed(QStringLiteral("quotes.dat"), std::move(table), kSecuritiesLimits);
 }
 
 void DataFolderBuild::WriteProposals() {
@@ -326,19 +335,16 @@ void DataFolderBuild::WriteProposals() {
   for (StockFacts& stock : stocks_) {
     CompleteFacts(stock, *securities.at(stock.code), quotes_.at(CodeNumberOfStock(stock.code)));
   }
-  const ReferenceFigures reference{indexReturns_.front().front(), riskFreePerYear_, summary_.currentDate};
-  ProposalFiles files = MakeProposalFiles(std::move(stocks_), reference, estimates_, options_.proposals, Threads());
+  const ReferenceFigures reference{indexReturns_.front().front(), RiskFreePerYear(rates_), summary_.currentDate};
+  ProposalFiles files =
+      MakeProposalFiles(std::move(stocks_), reference, estimates_, options_.proposals, ThreadsOr(options_.threads));
   summary_.proposals = files.candidates;
   summary_.remarks = std::move(files.remarks);
-  const QString edition = Edition();
-  for (auto& [name, table] : files.tables) {
-    NameEdition(table, edition);
-    Write(name, table, kProposalLimits);
-  }
+  for (auto& [name, table] : files.tables) WriteNamed(name, std::move(table), kProposalLimits);
 }
 
 void DataFolderBuild::WriteMarket() {
-  Write(QString::fromUtf8(kMarketFile), MarketTable(summary_.currentDate, options_.isSimulated, Edition()),
+  Write(QString::fromUtf8(kMarketFile), MarketTable(summary_.currentDate, options_.isSimulated, edition_),
         kMarketLimits);
 }
 
@@ -358,8 +364,9 @@ void DataFolderBuild::Write(const QString& name, const ResultSet& table, const P
   WritePacketFile(swap_.NewFolder() + u'/' + name, table, Durability::Replaceable, limits);
 }
 
-QString DataFolderBuild::Edition() const {
-  return baseFiles_.Edition();
+void DataFolderBuild::WriteNamed(const QString& name, ResultSet table, const PacketLimits& limits) const {
+  NameEdition(table, edition_);
+  Write(name, table, limits);
 }
 
 std::unordered_set<int> DataFolderBuild::KnownStocks() const {

@@ -54,16 +54,30 @@ MarketReturns ReturnsOf(std::span<const Bar> indexBars, Window window) {
   return market;
 }
 
-Figures ComputeFigures(const PeriodSeries& series, const IndexReturns& index, double riskFree) {
+AlignedReturns AlignReturns(const PeriodSeries& series, const IndexReturns& index) {
+  AlignedReturns aligned;
   auto row = std::find_if(series.begin(), series.end(), HasReturn);
-  if (row == series.end()) return {};
+  if (row == series.end()) return aligned;
   const auto first = std::lower_bound(index.periods.begin(), index.periods.end(), row->period);
-  Sums sums;
-  for (auto i = static_cast<std::size_t>(first - index.periods.begin()); i < index.periods.size(); ++i) {
-    while (row != series.end() && row->period < index.periods[i]) ++row;
-    const bool hasRow = row != series.end() && row->period == index.periods[i];
-    sums.Add(index.returns[i], hasRow ? row->periodReturn : 0);
+  aligned.first = static_cast<int>(first - index.periods.begin());
+  aligned.values.reserve(static_cast<std::size_t>(index.periods.end() - first));
+  for (auto period = first; period != index.periods.end(); ++period) {
+    while (row != series.end() && row->period < *period) ++row;
+    const bool hasRow = row != series.end() && row->period == *period;
+    aligned.values.push_back(hasRow ? row->periodReturn : 0);
+    if (hasRow) ++aligned.traded;
   }
+  return aligned;
+}
+
+Figures ComputeFigures(const PeriodSeries& series, const IndexReturns& index, double riskFree) {
+  const std::vector<double> own = AlignReturns(series, index).values;
+  return FiguresOf(own, std::span(index.returns).last(own.size()), riskFree);
+}
+
+Figures FiguresOf(std::span<const double> own, std::span<const double> market, double riskFree) {
+  Sums sums;
+  for (std::size_t i = 0; i < own.size(); ++i) sums.Add(market[i], own[i]);
   Figures figures;
   if (sums.count == 0) return figures;
   const long double variance = sums.count > 1 ? sums.square / (sums.count - 1) : 0;

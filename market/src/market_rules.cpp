@@ -34,14 +34,18 @@ bool IsAShare(std::string_view sixDigits) noexcept {
   return board == "60" || board == "68" || board == "00" || board == "30";
 }
 
+bool IsStar(std::string_view sixDigits) noexcept {
+  return sixDigits.starts_with("688") || sixDigits.starts_with("689");
+}
+
 int PriceLimitPercent(std::string_view sixDigits) noexcept {
-  const std::string_view board = sixDigits.substr(0, 3);
-  return board == "300" || board == "301" || board == "688" ? 20 : 10;
+  const bool isChiNext = sixDigits.starts_with("300") || sixDigits.starts_with("301");
+  return isChiNext || IsStar(sixDigits) ? 20 : 10;
 }
 
 int PriceLimitPercent(int codeNumber) noexcept {
   const int board = codeNumber / 1000;
-  return board == 1300 || board == 1301 || board == 1688 ? 20 : 10;
+  return board == 1300 || board == 1301 || board == 1688 || board == 1689 ? 20 : 10;
 }
 
 PriceLimits LimitsAround(std::int64_t previousClose, int percent) noexcept {

@@ -40,9 +40,9 @@ void ParallelFor(std::size_t count, unsigned threads, const Work& work) {
   if (first.failure) std::rethrow_exception(first.failure);
 }
 
-/// As many as the machine runs at once, at least two.
-inline unsigned UsualThreadCount() {
-  return std::max(2U, std::thread::hardware_concurrency());
+/// Where none are wanted (0), as many as the machine runs at once, at least two.
+inline unsigned ThreadsOr(unsigned wanted) {
+  return wanted != 0 ? wanted : std::max(2U, std::thread::hardware_concurrency());
 }
 
 }  // namespace holdwise

@@ -292,7 +292,7 @@ void WriteSimulatedMarket(const SimulationOptions& options, const std::function<
     Mutex mutex;
     int done HOLDWISE_GUARDED_BY(mutex) = 0;
   } progress;
-  ParallelFor(securities.size(), options.threads != 0 ? options.threads : UsualThreadCount(), [&](std::size_t i) {
+  ParallelFor(securities.size(), ThreadsOr(options.threads), [&](std::size_t i) {
     const SimulatedSecurity& security = securities[i];
     const auto number = static_cast<std::uint64_t>(CodeNumberOfStock(security.code));
     const StockBars bars = MakeStock(security, factors, SubSeed(options.seed, number));

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "holdwise/market/statistics.h"
 
-#include <utility>
-
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise {
@@ -26,31 +24,24 @@ enum StatisticsColumn {
   kEndDate
 };
 
-/// What all rows of one series share.
-struct SeriesHead {
-  int code = 0;
-  PeriodType type = PeriodType::Day;
-  Window window;
-  Figures figures;
-};
-
-void AppendSeries(ResultSet& table, const PeriodSeries& series, const SeriesHead& head) {
+void AppendSeries(ResultSet& table, const SecurityStatistics& security, std::size_t type) {
+  const auto& [series, figures] = security.ofTypes[type];
   const int count = static_cast<int>(series.size());
   for (int i = 0; i < count; ++i) {
     const PeriodRow& period = series[static_cast<std::size_t>(i)];
     const int row = table.AppendRow();
-    table.SetInteger(row, kCode, head.code);
+    table.SetInteger(row, kCode, security.code);
     table.SetReal(row, kClosePrice, period.close);
-    table.SetInteger(row, kType, static_cast<int>(head.type));
+    table.SetInteger(row, kType, static_cast<int>(kPeriodTypes[type]));
     table.SetInteger(row, kRowId, i + 1);
     table.SetReal(row, kReturn, period.periodReturn);
-    table.SetReal(row, kMeanReturn, head.figures.meanReturn);
+    table.SetReal(row, kMeanReturn, figures.meanReturn);
     table.SetInteger(row, kDate, period.date);
     table.SetReal(row, kOldClosePrice, period.previousClose);
-    table.SetReal(row, kDeviation, head.figures.deviation);
+    table.SetReal(row, kDeviation, figures.deviation);
     table.SetInteger(row, kIsLastDay, i + 1 == count ? 1 : 0);
-    table.SetInteger(row, kStartDate, head.window.startDate);
-    table.SetInteger(row, kEndDate, head.window.endDate);
+    table.SetInteger(row, kStartDate, security.window.startDate);
+    table.SetInteger(row, kEndDate, security.window.endDate);
   }
 }
 
@@ -73,19 +64,26 @@ ResultSet MakeStatisticsTable() {
   return table;
 }
 
-DailyFigures AppendStatistics(ResultSet& table, const SecurityBars& security, const MarketReturns& market,
-                              Window window, double riskFreePerDay) {
+SecurityStatistics ComputeStatistics(const SecurityBars& security, const MarketReturns& market, Window window,
+                                     double riskFreePerDay) {
   const std::vector<Bar> standing = StandingBars(security.bars, security.tradingDates);
-  DailyFigures daily;
+  SecurityStatistics statistics{security.code, window, {}};
   for (std::size_t i = 0; i < std::size(kPeriodTypes); ++i) {
     const PeriodType type = kPeriodTypes[i];
-    PeriodSeries series = ComputeSeries(type == PeriodType::Day ? security.bars : standing, type, window);
+    auto& [series, figures] = statistics.ofTypes[i];
+    series = ComputeSeries(type == PeriodType::Day ? security.bars : standing, type, window);
+    series.shrink_to_fit();  // those of thousands of securities are kept
     // A rate a day, whatever the period: the rows hold mean and deviation, which do not depend on it.
-    const Figures figures = ComputeFigures(series, market[i], riskFreePerDay);
-    AppendSeries(table, series, {security.code, type, window, figures});
-    if (type == PeriodType::Day) daily = {std::move(series), figures};
+    figures = ComputeFigures(series, market[i], riskFreePerDay);
   }
-  return daily;
+  return statistics;
+}
+
+void AppendStatistics(ResultSet& table, const SecurityStatistics& security) {
+  std::size_t rows = 0;
+  for (const SeriesFigures& ofType : security.ofTypes) rows += ofType.series.size();
+  table.Reserve(table.RowCount() + static_cast<int>(rows));
+  for (std::size_t type = 0; type < security.ofTypes.size(); ++type) AppendSeries(table, security, type);
 }
 
 ResultSet RiskTable(const std::vector<RiskRow>& rows) {

@@ -264,6 +264,7 @@ std::unique_ptr<TDSBAsynDataDownRole> ScriptedHost::MakeDataDownRole() {
 }
 
 std::unique_ptr<TDSBAsynDownFileRole> ScriptedHost::MakeDownFileRole() {
+  if (makeDownFileRole) return makeDownFileRole();
   downFiles_.push_back(std::make_shared<ScriptedDownFile>(SysWorkDataPath()));
   return std::make_unique<ScriptedDownFileRole>(downFiles_.back());
 }

@@ -245,6 +245,8 @@ class ScriptedHost final : public Host {
   ScriptedTheme theme;
   ScriptedMessageBoxes messageBoxes;
   ScriptedClock clock;
+  /// Makes the download roles instead, if set; DownFiles does not know these.
+  std::function<std::unique_ptr<TDSBAsynDownFileRole>()> makeDownFileRole;
   /// Title frames made and still alive.
   std::vector<QPointer<ScriptedTitleFrame>> titleFrames;
 

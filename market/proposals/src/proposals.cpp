@@ -64,7 +64,7 @@ class Proposer {
 // Covariances are those of the days that all stocks have in common, each beta that of the stock's own days.
 void Proposer::MakeUniverse() {
   int firstDay = 0;
-  for (const StockFacts& stock : stocks_) firstDay = std::max(firstDay, stock.returns.firstDay);
+  for (const StockFacts& stock : stocks_) firstDay = std::max(firstDay, stock.returns.first);
   const auto days = static_cast<Eigen::Index>(index_.returns.size()) - firstDay;
   Eigen::MatrixXd returns(days, static_cast<Eigen::Index>(stocks_.size()));
   universe_.betas.resize(returns.cols());
@@ -113,7 +113,7 @@ std::optional<Proposal> Proposer::Propose(int count, const Style& style) const {
   const std::optional<Selection> selection = SelectStocks(universe_, rules);
   if (!selection) return std::nullopt;
   std::vector<int> industries;
-  std::vector<const DayReturns*> returns;
+  std::vector<const AlignedReturns*> returns;
   for (const int place : selection->places) {
     industries.push_back(universe_.industries[static_cast<std::size_t>(place)]);
     returns.push_back(&stocks_[static_cast<std::size_t>(place)].returns);
@@ -192,23 +192,22 @@ void CheckProposalOptions(const ProposalOptions& options) {
   CheckRange("--premium", options.premium, 0, 30);
 }
 
-Figures PortfolioFigures(const std::vector<ProposedHolding>& holdings, const std::vector<const DayReturns*>& stocks,
+Figures PortfolioFigures(const std::vector<ProposedHolding>& holdings, const std::vector<const AlignedReturns*>& stocks,
                          const IndexReturns& index) {
-  PeriodSeries series;
-  for (std::size_t day = 0; day < index.periods.size(); ++day) {
+  std::vector<double> returns;
+  for (std::size_t day = 0; day < index.returns.size(); ++day) {
     double counting = 0;
     double change = 0;
     for (std::size_t i = 0; i < holdings.size(); ++i) {
-      const auto first = static_cast<std::size_t>(stocks[i]->firstDay);
+      const auto first = static_cast<std::size_t>(stocks[i]->first);
       if (day < first || stocks[i]->values.empty()) continue;
       counting += holdings[i].units;
       change += holdings[i].units * stocks[i]->values[day - first];
     }
-    if (counting == 0) continue;
-    const double dayReturn = change / counting;
-    series.push_back({index.periods[day], index.periods[day], 1 + dayReturn, 1, dayReturn});
+    // Each counts from its first day to the last: no day behind the first one here is left out.
+    if (counting != 0) returns.push_back(change / counting);
   }
-  return ComputeFigures(series, index);
+  return FiguresOf(returns, std::span(index.returns).last(returns.size()));
 }
 
 std::vector<double> PlannedCapitals(const std::vector<StockFacts>& stocks) {

@@ -14,10 +14,6 @@ std::int64_t Cents(double price) {
   return std::llround(price * 100);
 }
 
-bool IsStar(std::string_view code) {
-  return code.starts_with("688") || code.starts_with("689");
-}
-
 bool IsSpeciallyTreated(const std::string& name) {
   return name.find("ST") != std::string::npos || name.find("ＳＴ") != std::string::npos ||
          name.find("退") != std::string::npos;
@@ -30,7 +26,7 @@ bool IsLimitLocked(const StockFacts& stock) {
 }
 
 // The last days are those that all stocks of the pool have in common.
-bool NeverMoves(const DayReturns& returns, int days) {
+bool NeverMoves(const AlignedReturns& returns, int days) {
   const auto count = std::min(returns.values.size(), static_cast<std::size_t>(days));
   const double last = returns.values.back();
   return std::all_of(returns.values.end() - static_cast<std::ptrdiff_t>(count), returns.values.end(),
@@ -49,23 +45,6 @@ std::optional<PoolExclusion> Exclusion(const StockFacts& stock, const PoolRules&
 }
 
 }  // namespace
-
-DayReturns AlignReturns(const PeriodSeries& series, const IndexReturns& index) {
-  const auto hasReturn = [](const PeriodRow& row) { return row.previousClose > 0; };
-  DayReturns aligned;
-  auto row = std::find_if(series.begin(), series.end(), hasReturn);
-  if (row == series.end()) return aligned;
-  const auto first = std::lower_bound(index.periods.begin(), index.periods.end(), row->period);
-  aligned.firstDay = static_cast<int>(first - index.periods.begin());
-  aligned.values.reserve(static_cast<std::size_t>(index.periods.end() - first));
-  for (auto day = first; day != index.periods.end(); ++day) {
-    while (row != series.end() && row->period < *day) ++row;
-    const bool hasRow = row != series.end() && row->period == *day;
-    aligned.values.push_back(hasRow ? row->periodReturn : 0);
-    if (hasRow) ++aligned.traded;
-  }
-  return aligned;
-}
 
 double MeanTurnover(const BarFile& file, std::span<const int> tradingDates) {
   const std::size_t days = std::min<std::size_t>(kTurnoverDays, tradingDates.size());

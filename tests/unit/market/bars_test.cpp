@@ -254,13 +254,14 @@ TEST(Statistics, APriceThatStandsStillHasItsWeeksAndMonths) {
 }
 
 TEST(Statistics, DaysHaveRowsForBarsOnlyWeeksAndMonthsAlsoForAStandingPrice) {
-  ResultSet table = MakeStatisticsTable();
   const Bar bars[] = {{20240130, 10}, {20240213, 12}};
   const int tradingDates[] = {20240129, 20240130, 20240131, 20240201, 20240208, 20240213, 20240214};
   const Window window{20240130, 20240214};
   const MarketReturns market = ReturnsOf(std::vector<Bar>{{20240130, 1}, {20240208, 1}, {20240214, 1}}, window);
-  const DailyFigures daily = AppendStatistics(table, {1600000, bars, tradingDates}, market, window, 0);
-  EXPECT_EQ(RowsText(daily.series), "20240130:10:0 20240213:12:10 ");
+  const SecurityStatistics statistics = ComputeStatistics({1600000, bars, tradingDates}, market, window, 0);
+  EXPECT_EQ(RowsText(statistics.ofTypes.front().series), "20240130:10:0 20240213:12:10 ");
+  ResultSet table = MakeStatisticsTable();
+  AppendStatistics(table, statistics);
   std::string rows;
   for (int row = 0; row < table.RowCount(); ++row) {
     for (const char* name : {"SecuCode", "hqtype", "rowid", "hqdate", "closeprice", "oldcloseprice", "islastday"}) {
@@ -317,7 +318,7 @@ TEST(Statistics, TableHasTheColumnsInOrderAndMarksTheLastRow) {
             "SecuCode closeprice hqtype rowid ggqjsyl pjsyl hqdate oldcloseprice sylbzc islastday startdate enddate ");
   const Bar bars[] = {{20240130, 10}, {20240131, 11}, {20240201, 12}};
   const Window window{20240130, 20240201};
-  AppendStatistics(table, {399001, bars, {}}, ReturnsOf(bars, window), window, 0);
+  AppendStatistics(table, ComputeStatistics({399001, bars, {}}, ReturnsOf(bars, window), window, 0));
   std::string rows;
   for (int row = 0; row < table.RowCount(); ++row) {
     for (const char* name : {"SecuCode", "hqtype", "rowid", "hqdate", "islastday", "startdate", "enddate"}) {

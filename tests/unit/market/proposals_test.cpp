@@ -191,8 +191,8 @@ TEST(Proposals, CanBeBoughtFromTheLimitBeforeOnAlsoAtTheNextDaysHighestPrice) {
 TEST(Proposals, FiguresAreThoseOfThePortfoliosProcedure) {
   // The second stock counts from the third day on; until then the first is all. Weights 0.25 and 0.75.
   const IndexReturns index{{1, 2, 3, 4}, {0.01, -0.01, 0.02, 0.02}};
-  const DayReturns first{0, {0.02, 0, 0.04, -0.04}, 4};
-  const DayReturns second{2, {0, 0.04}, 2};
+  const AlignedReturns first{0, {0.02, 0, 0.04, -0.04}, 4};
+  const AlignedReturns second{2, {0, 0.04}, 2};
   // Returns 0.02, 0, 0.01, 0.02: mean 0.0125; centred 0.0075, -0.0125, -0.0025, 0.0075; squares 0.000275. The index's
   // mean is 0.01; centred 0, -0.02, 0.01, 0.01, squares 0.0006; products 0.00025 - 0.000025 + 0.000075 = 0.0003.
   const Figures figures = PortfolioFigures({{"600000", 2500}, {"600001", 7500}}, {&first, &second}, index);

@@ -130,9 +130,9 @@ TEST(StockPool, ReturnsAreThoseOfTheIndexDays) {
     return PeriodRow{date, date, 10, previousClose, value};
   };
   // First bar on the 3rd, first return on the 4th; a bar on a day that is none of the index; none on the 5th.
-  const DayReturns returns = AlignReturns(
+  const AlignedReturns returns = AlignReturns(
       {row(20240103, 0, 0), row(20240104, 10, 0.02), row(20240106, 10, 9), row(20240108, 10, 0.04)}, index);
-  EXPECT_EQ(returns.firstDay, 2);
+  EXPECT_EQ(returns.first, 2);
   EXPECT_EQ(returns.values, (std::vector<double>{0.02, 0, 0.04}));
   EXPECT_EQ(returns.traded, 2);
   EXPECT_TRUE(AlignReturns({}, index).values.empty());
@@ -147,6 +147,7 @@ TEST(StockPool, KnowsTheLeastOrder) {
   EXPECT_EQ(LeastShares("689009"), 200);
   EXPECT_DOUBLE_EQ(HighestNextPrice("600000", 9.95), 10.95);
   EXPECT_DOUBLE_EQ(HighestNextPrice("300750", 9.95), 11.94);
+  EXPECT_DOUBLE_EQ(HighestNextPrice("689009", 9.95), 11.94);
 }
 
 }  // namespace

@@ -22,6 +22,15 @@ struct IndexReturns {
 using MarketReturns = std::array<IndexReturns, std::size(kPeriodTypes)>;
 [[nodiscard]] MarketReturns ReturnsOf(std::span<const Bar> indexBars, Window window);
 
+/// A security's returns in the periods of an index that count for it.
+struct AlignedReturns {
+  int first = 0;               ///< place in the index's periods of the first one that counts
+  std::vector<double> values;  ///< from that one to the index's last, fractions; 0 in a period without a row
+  int traded = 0;              ///< periods with a row among them
+};
+/// What counts is said at ComputeFigures. Nothing: empty.
+[[nodiscard]] AlignedReturns AlignReturns(const PeriodSeries& series, const IndexReturns& index);
+
 struct Figures {
   int count = 0;          ///< periods that count
   double meanReturn = 0;  ///< PJSYL
@@ -52,5 +61,9 @@ struct Figures {
 /// index's sample variance; their divisors n - 1 cancel out. With n below 2 variance and beta are 0, with n = 0
 /// everything is. A zero divisor gives 0.
 [[nodiscard]] Figures ComputeFigures(const PeriodSeries& series, const IndexReturns& index, double riskFree = 0);
+/// The same of returns that are aligned already.
+/// @param own r(1..n)
+/// @param market m(1..n), as many
+[[nodiscard]] Figures FiguresOf(std::span<const double> own, std::span<const double> market, double riskFree = 0);
 
 }  // namespace holdwise

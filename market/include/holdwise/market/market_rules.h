@@ -16,7 +16,9 @@ namespace holdwise {
 [[nodiscard]] int MarketOfStock(std::string_view sixDigits) noexcept;
 /// A-shares are the listed shares quoted in yuan; B-shares (900xxx, 200xxx), funds and bonds are not.
 [[nodiscard]] bool IsAShare(std::string_view sixDigits) noexcept;
-/// Daily price limit as a whole percentage of the previous close: 20 for ChiNext (300, 301) and STAR (688), else 10.
+/// Of the STAR market: 688, and 689 for depositary receipts.
+[[nodiscard]] bool IsStar(std::string_view sixDigits) noexcept;
+/// Daily price limit as a whole percentage of the previous close: 20 for ChiNext (300, 301) and STAR, else 10.
 [[nodiscard]] int PriceLimitPercent(std::string_view sixDigits) noexcept;
 /// The same by code number (1600000 for 600000). For anything that is no stock's code number: 10.
 [[nodiscard]] int PriceLimitPercent(int codeNumber) noexcept;

@@ -58,7 +58,7 @@ struct Proposals {
 /// holdings that count on a day are scaled to 1. No holdings, or no days: all 0.
 /// @param stocks those of the holdings, in their order
 [[nodiscard]] Figures PortfolioFigures(const std::vector<ProposedHolding>& holdings,
-                                       const std::vector<const DayReturns*>& stocks, const IndexReturns& index);
+                                       const std::vector<const AlignedReturns*>& stocks, const IndexReturns& index);
 
 /// Least capital, in whole ten-thousands of yuan, at which portfolios of 2 to 10 stocks are planned, and behind it the
 /// last limit of all: the usual table, raised where prices are so high that at equal weights one lot of half the

@@ -12,15 +12,6 @@
 /// Which stocks portfolios are proposed of. Pure and thread-safe.
 namespace holdwise {
 
-/// A stock's returns on the days of the composite index.
-struct DayReturns {
-  int firstDay = 0;            ///< place in the index's days of the first one that counts for the stock
-  std::vector<double> values;  ///< from that day to the index's last, fractions; 0 on a day without a bar
-  int traded = 0;              ///< days with a bar and a return among them
-};
-/// The days that count, as ComputeFigures counts them. None: empty.
-[[nodiscard]] DayReturns AlignReturns(const PeriodSeries& series, const IndexReturns& index);
-
 /// Yuan a day: mean of close x volume over the last kTurnoverDays of `tradingDates` (ascending), a day without a bar
 /// counting 0. Without volumes 0.
 [[nodiscard]] double MeanTurnover(const BarFile& file, std::span<const int> tradingDates);
@@ -34,8 +25,8 @@ struct StockFacts {
   double price = 0;          ///< yuan
   double previousClose = 0;  ///< 0 = none
   bool isSuspended = false;
-  double turnover = 0;  ///< as MeanTurnover
-  DayReturns returns;
+  double turnover = 0;     ///< as MeanTurnover
+  AlignedReturns returns;  ///< on the composite index's days
 };
 
 /// Adds what is not in the bars.
