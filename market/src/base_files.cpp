@@ -1,40 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "base_files.h"
 
-#include <QCryptographicHash>
-#include <span>
 #include <utility>
 
+#include "fingerprint.h"
 #include "holdwise/market/reference_tables.h"
 #include "parallel_for.h"
 
 namespace holdwise {
-namespace {
-
-QByteArray DigestOf(const ResultSet& table) {
-  QCryptographicHash hash(QCryptographicHash::Blake2b_256);
-  const auto add = [&hash](const auto& numbers) {
-    const auto bytes = std::as_bytes(std::span(numbers));
-    hash.addData(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
-  };
-  for (int column = 0; column < table.ColumnCount(); ++column) {
-    const ColumnType type = table.TypeOf(column);
-    hash.addData(QByteArray::fromStdString(table.ColumnName(column)) + '\0' +
-                 QByteArray::number(static_cast<int>(type)));
-    if (type == ColumnType::Real) {
-      add(table.Reals(column));
-    } else if (type != ColumnType::Text) {
-      add(table.Integers(column));
-    } else {
-      for (int row = 0; row < table.RowCount(); ++row)
-        hash.addData(QByteArray::fromStdString(table.Utf8At(row, column)) + '\0');
-    }
-  }
-  return hash.result();
-}
-
-}  // namespace
-
 BaseFile::BaseFile(QString fileName, std::function<ResultSet()> makeTable, const PacketLimits& fileLimits)
     : name(std::move(fileName)), make(std::move(makeTable)), limits(&fileLimits) {
   const ResultSet table = make();
@@ -48,9 +21,7 @@ void BaseFiles::Add(BaseFile file) {
 }
 
 QString BaseFiles::Edition() const {
-  QCryptographicHash hash(QCryptographicHash::Sha256);
-  for (const auto& [name, digest] : digests_) hash.addData(name.toUtf8() + '\0' + digest);
-  return QString::fromLatin1(hash.result().toHex());
+  return FingerprintOf(digests_);
 }
 
 void BaseFiles::Write(const QString& folder, const QString& edition, unsigned threads) {

@@ -20,7 +20,7 @@ struct BaseFile {
 
   QString name;  ///< inside the data folder
   std::function<ResultSet()> make;
-  QByteArray digest;  ///< of the columns' names and types and of the values; null counts as 0 or an empty text
+  QByteArray digest;  ///< of the table
   int rows = 0;
   const PacketLimits* limits = nullptr;
 };

@@ -10,6 +10,7 @@
 
 #include "bar_folder.h"
 #include "base_files.h"
+#include "fingerprint.h"
 #include "holdwise/market/bar_reader.h"
 #include "holdwise/market/folder_swap.h"
 #include "holdwise/market/market_rules.h"
@@ -340,7 +341,13 @@ void DataFolderBuild::WriteProposals() {
       MakeProposalFiles(std::move(stocks_), reference, estimates_, options_.proposals, ThreadsOr(options_.threads));
   summary_.proposals = files.candidates;
   summary_.remarks = std::move(files.remarks);
-  for (auto& [name, table] : files.tables) WriteNamed(name, std::move(table), kProposalLimits);
+  std::map<QString, QByteArray> digests;
+  for (const auto& [name, table] : files.tables) digests.emplace(name, DigestOf(table));
+  const QString proposals = FingerprintOf(digests);
+  for (auto& [name, table] : files.tables) {
+    NameProposals(table, proposals);
+    WriteNamed(name, std::move(table), kProposalLimits);
+  }
 }
 
 void DataFolderBuild::WriteMarket() {

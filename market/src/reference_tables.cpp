@@ -6,6 +6,14 @@
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise {
+namespace {
+
+void NameInFirstRow(ResultSet& table, const char* name, const QString& text) {
+  const int column = table.AddColumn(name, ColumnType::Text);
+  if (!table.IsEmpty()) table.SetText(0, column, text);
+}
+
+}  // namespace
 
 ResultSet SecuritiesTable(const std::vector<Security>& securities) {
   ResultSet table;
@@ -37,8 +45,11 @@ ResultSet TradingDatesTable(const std::vector<int>& dates) {
 }
 
 void NameEdition(ResultSet& table, const QString& edition) {
-  const int column = table.AddColumn("edition", ColumnType::Text);
-  if (!table.IsEmpty()) table.SetText(0, column, edition);
+  NameInFirstRow(table, "edition", edition);
+}
+
+void NameProposals(ResultSet& table, const QString& proposals) {
+  NameInFirstRow(table, "proposals", proposals);
 }
 
 ResultSet InterestRateTable(const DepositRates& rates, int madeOn) {

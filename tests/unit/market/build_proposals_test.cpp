@@ -96,6 +96,30 @@ TEST_F(BuildProposals, NameTheEdition) {
   }
 }
 
+TEST_F(BuildProposals, NameOneFingerprintThatOtherOptionsChange) {
+  const auto fingerprints = [this] {
+    QStringList texts;
+    for (const QString& name : ProposalNames() + QStringList{QStringLiteral("StockPool.dat")}) {
+      const ResultSet table = Table(kFolder + name);
+      texts << table.TextAt(0, table.Column("proposals"));
+    }
+    texts.removeDuplicates();
+    return texts;
+  };
+  ASSERT_EQ(Run().error, "");
+  const QStringList first = fingerprints();
+  const QString edition = Table(QStringLiteral("market.dat")).TextAt(0, 3);
+  ASSERT_EQ(first.size(), 1);
+  EXPECT_EQ(first.front().size(), 64);
+  ASSERT_EQ(Run().error, "");
+  EXPECT_EQ(fingerprints(), first) << "the same options";
+  options_.proposals.premium = 10;
+  ASSERT_EQ(Run().error, "");
+  ASSERT_EQ(fingerprints().size(), 1);
+  EXPECT_NE(fingerprints(), first);
+  EXPECT_EQ(Table(QStringLiteral("market.dat")).TextAt(0, 3), edition) << "the data are the same";
+}
+
 TEST_F(BuildProposals, AreTheSameBytesOnOneThreadAndOnMany) {
   options_.threads = 1;
   ASSERT_EQ(Run().error, "");

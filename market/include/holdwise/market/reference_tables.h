@@ -17,6 +17,8 @@ namespace holdwise {
 /// Adds a text column "edition" that holds `edition` in the first row and null in the others: the data that the file
 /// was made with. Nothing to name in a table without rows.
 void NameEdition(ResultSet& table, const QString& edition);
+/// The same with "proposals": the fingerprint of the proposals that the file is one of.
+void NameProposals(ResultSet& table, const QString& proposals);
 /// No values: a table without rows, which readers take as "nothing new".
 [[nodiscard]] ResultSet EstimateTable(const std::vector<EstimateValue>& values);
 
