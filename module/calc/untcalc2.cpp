@@ -320,9 +320,7 @@ void TfrmCalc2::Decisive(const std::function<void()>& step) {
 }
 
 bool TfrmCalc2::NoteWhetherItPasses(const std::exception& error) {
-  const auto* known = dynamic_cast<const Error*>(&error);
-  const bool passes =
-      known != nullptr && (known->Category() == ErrorCategory::Busy || known->Category() == ErrorCategory::Io);
+  const bool passes = IsPassing(error);
   isWorthAnotherTry_ = isWorthAnotherTry_ || passes;
   return passes;
 }

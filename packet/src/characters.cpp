@@ -27,6 +27,12 @@ QString FirstCharacters(const QString& text, qsizetype count) {
   return text.left(end);
 }
 
+bool IsNameCharacter(QChar character) {
+  const char16_t u = character.unicode();
+  return u >= 0x80 || (u >= u'0' && u <= u'9') || (u >= u'A' && u <= u'Z') || (u >= u'a' && u <= u'z') || u == u'(' ||
+         u == u')' || u == u'-' || u == u'_';
+}
+
 bool FitsAsName(const QString& name) {
   return CharactersOf(name) <= kMostNameCharacters && PointsOf(name) <= kMostNamePoints;
 }

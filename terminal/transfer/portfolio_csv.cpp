@@ -49,12 +49,6 @@ int ColumnOf(const QString& heading) {
   return kHeadings.value(Normalised(heading), -1);
 }
 
-bool IsNameCharacter(QChar c) {
-  const char16_t u = c.unicode();
-  return u >= 0x80 || (u >= u'0' && u <= u'9') || (u >= u'A' && u <= u'Z') || (u >= u'a' && u <= u'z') || u == u'(' ||
-         u == u')' || u == u'-' || u == u'_';
-}
-
 /// Why a name cannot be taken; empty when it can.
 QString NameProblem(const QString& name) {
   if (name.isEmpty()) return QStringLiteral("组合名称为空");

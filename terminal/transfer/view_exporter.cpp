@@ -167,7 +167,7 @@ void ViewExporter::SetInputs() {
 
 void ViewExporter::KeepInputs() {
   if (!former_.empty() && former_.back().frameId == view_.frameId) return;
-  for (const ViewCatalogue::Input& input : views_.Inputs()) former_.push_back({view_.frameId, input});
+  if (auto inputs = views_.Inputs(); !inputs.empty()) former_.push_back({view_.frameId, std::move(inputs)});
 }
 
 void ViewExporter::RestoreInputs() {
@@ -177,20 +177,17 @@ void ViewExporter::RestoreInputs() {
                                   [&name](const ViewCatalogue::Input& input) { return input.name == name; });
     return one == inputs.end() ? ViewCatalogue::Input() : *one;
   };
-  const std::vector<FormerInput> former = std::exchange(former_, {});
-  const auto forEach = [&](const auto& restore) {
-    for (const auto& [frameId, input] : former)
-      if (views_.Current() == frameId || views_.Show(frameId)) restore(input);
-  };
-  forEach([&](const ViewCatalogue::Input& input) {
-    const ViewCatalogue::Input now = present(input.name);
-    const QString& wanted = InForce(input);
-    if (now.value != wanted || InForce(now) != wanted) views_.SetInput(input.name, wanted);
-  });
-  // What had been typed or chosen and not applied, once what was applied is in force again.
-  forEach([&](const ViewCatalogue::Input& input) {
-    if (present(input.name).value != input.value) views_.PutInput(input.name, input.value);
-  });
+  for (const auto& [frameId, inputs] : std::exchange(former_, {})) {
+    if (views_.Current() != frameId && !views_.Show(frameId)) continue;
+    for (const ViewCatalogue::Input& input : inputs) {
+      const ViewCatalogue::Input now = present(input.name);
+      const QString& wanted = InForce(input);
+      if (now.value != wanted || InForce(now) != wanted) views_.SetInput(input.name, wanted);
+    }
+    // What had been typed or chosen and not applied, once what was applied is in force again.
+    for (const ViewCatalogue::Input& input : inputs)
+      if (present(input.name).value != input.value) views_.PutInput(input.name, input.value);
+  }
 }
 
 void ViewExporter::WritePicture(QWidget& picture, const QString& name, const QString& caption) {

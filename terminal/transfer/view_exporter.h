@@ -83,13 +83,13 @@ class ViewExporter : public QObject {
   QString folder_;
   std::vector<ViewCatalogue::View> left_;  ///< views to visit, the next one last
   std::vector<ViewInput> inputs_;          ///< those not yet set
-  struct FormerInput {
+  struct FormerInputs {
     int frameId = 0;
-    ViewCatalogue::Input input;
+    std::vector<ViewCatalogue::Input> inputs;
   };
-  std::vector<FormerInput> former_;  ///< of the views whose inputs are set, as they were
-  QStringList problems_;             ///< that do not end the export
-  QStringList notWritten_;           ///< pictures of views whose input was refused
+  std::vector<FormerInputs> former_;  ///< of the views whose inputs are set, as they were
+  QStringList problems_;              ///< that do not end the export
+  QStringList notWritten_;            ///< pictures of views whose input was refused
   bool isSimulated_ = false;
   ViewCatalogue::View view_;
   int shownBefore_ = 0;

@@ -6,7 +6,6 @@
 #include <QDate>
 #include <QDir>
 #include <QFile>
-#include <QStandardPaths>
 #include <csignal>
 
 #include "holdwise/packet/packet_file.h"
@@ -216,8 +215,8 @@ TEST_F(Allocation, ARunningTerminalHasItsCapitalBackAfterwards) {
 }
 
 TEST_F(Allocation, ASavedProposalIsFollowedAndSavingItTwiceIsRefused) {
-  for (const char* program : {"Xvfb", "xdotool"})
-    if (QStandardPaths::findExecutable(program).isEmpty()) GTEST_SKIP() << program << " is missing";
+  if (const QString program = MissingProgram(); !program.isEmpty())
+    GTEST_SKIP() << program.toStdString() << " is missing";
   ASSERT_NO_FATAL_FAILURE(SaveTheFirstCandidateTwice());
   const Outcome outcome = Export({});
   EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
@@ -260,8 +259,8 @@ class ProducedAllocation : public Allocation {
 };
 
 TEST_F(ProducedAllocation, TheStatisticsOfASavedProposalAreTheProducers) {
-  for (const char* program : {"Xvfb", "xdotool"})
-    if (QStandardPaths::findExecutable(program).isEmpty()) GTEST_SKIP() << program << " is missing";
+  if (const QString program = MissingProgram(); !program.isEmpty())
+    GTEST_SKIP() << program.toStdString() << " is missing";
   ASSERT_NO_FATAL_FAILURE(SaveTheFirstCandidateTwice());
   const Outcome outcome = Export({});
   EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();

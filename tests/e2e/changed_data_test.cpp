@@ -87,20 +87,16 @@ TEST_F(OtherData, FilesOfAnotherBuildAreNotCalculatedWith) {
                      {"InterestRate.Dat", "利率文件 InterestRate.Dat 不能使用：是随另一份数据生成的", true}};
   for (const auto& [name, said, isOfAll] : files) {
     const Bench work;
-    const auto run = [&](const QStringList& more) {
-      return RunTerminal(QStringList{"--data", bench_.data, "--work", work.Work(), "--export", bench_.File("out")} +
-                         more);
-    };
     const QString path = bench_.data + "/QMTL/TZZH/" + name;
     ASSERT_TRUE(QFile::rename(path, path + ".away"));
     ASSERT_TRUE(QFile::copy(other + "/QMTL/TZZH/" + name, path));
-    const Outcome mixed = run(Incomplete::Import());
+    const Outcome mixed = ExportIn(work, Incomplete::Import());
     EXPECT_EQ(mixed.exitCode, 1) << name;
     EXPECT_TRUE(mixed.err.contains(said)) << mixed.err.toStdString();
     EXPECT_EQ(mixed.err.contains("乙"), isOfAll) << mixed.err.toStdString();
     ASSERT_TRUE(QFile::remove(path));
     ASSERT_TRUE(QFile::rename(path + ".away", path));
-    const Outcome healed = run({});
+    const Outcome healed = ExportIn(work);
     EXPECT_EQ(healed.exitCode, 0) << name << healed.err.toStdString();
     EXPECT_EQ(Risk(), whole) << name;
   }
@@ -129,11 +125,7 @@ TEST_F(Incomplete, AnExportWithoutTheDataFolderIsSaid) {
   EXPECT_EQ(gone.exitCode, 1);
   EXPECT_TRUE(gone.err.contains("行情没有更新") && gone.err.contains("不在了")) << gone.err.toStdString();
   ASSERT_TRUE(QFile::rename(bench_.data + ".away", bench_.data));
-  Outcome back;
-  for (int time = 0; time < 20 && back.exitCode != 0; ++time) {
-    QThread::msleep(1000);
-    back = Export();
-  }
+  const Outcome back = ExportWhenWhole(bench_);
   EXPECT_EQ(back.exitCode, 0) << back.err.toStdString();
 }
 

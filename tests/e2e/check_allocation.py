@@ -8,17 +8,15 @@ with a CBOR and a zstd library and the prices from the CSVs. Usage:
     check_allocation.py --bin DIR --market-data DIR --date YYYY-MM-DD [--date ...]
 """
 import csv
-import os
 import pathlib
 import re
-import subprocess
 import sys
 from decimal import ROUND_HALF_UP, Decimal
 from fractions import Fraction
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "unit" / "market"))
 from check_statistics import columns_of  # noqa: E402
-from exported_views import build_data, check_dates, compare, read_csv  # noqa: E402
+from exported_views import build_data, check_dates, compare, import_and_export, read_csv  # noqa: E402
 
 # Ten thousand yuan buy one stock of many not even once; from ENOUGH on the producer promises a lot of every stock.
 CAPITALS, ENOUGH = ["1", "5", "50", "120", "300"], 5
@@ -106,19 +104,9 @@ def check_parts(where, out, number, holdings, capital, market, problems):
     return cells, [market.names[code] for code, _, _, quantity in parts if quantity == 0]
 
 
-def export(binaries, folder, out, capital):
-    """What was said on standard error."""
-    done = subprocess.run([binaries / "holdwise-terminal", "--data", folder / "data", "--work", folder / "work", "--export",
-                           out, "--capital", capital], capture_output=True, text=True, timeout=120, check=False,
-                          env={"QT_QPA_PLATFORM": "offscreen", **os.environ})
-    if done.returncode != 0:
-        sys.exit(f"--capital {capital} ended with {done.returncode}\n{done.stdout}\n{done.stderr}")
-    return done.stderr
-
-
 def check_capital(binaries, folder, market, text, where, problems):
     data, capital, out = folder / "data" / "QMTL" / "TZZH", Decimal(text), folder / f"out-{text}"
-    said = export(binaries, folder, out, text)
+    said = import_and_export(binaries, folder / "data", folder, {}, out, "--capital", text)
     count = stock_count(data, capital)
     candidates = columns_of(data / f"zh_{count}.dat")[1]
     titles, rows = read_csv(out / "1001-strngrd.csv")

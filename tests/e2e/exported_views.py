@@ -29,10 +29,11 @@ def arguments():
 
 
 def run(*command, named=()):
-    """Ends with 0, or with 1 and each of `named` on standard error."""
+    """Ends with 0, or with 1 and each of `named` on standard error; returns what was said there."""
     done = subprocess.run([str(c) for c in command], capture_output=True, text=True, timeout=120)
     if done.returncode != (1 if named else 0) or any(text not in done.stderr for text in named):
         sys.exit(f"{command[0]} ended with {done.returncode}\n{done.stdout}\n{done.stderr}")
+    return done.stderr
 
 
 def build_data(binaries, market_data, bars, day, data, *options):
@@ -43,7 +44,8 @@ def build_data(binaries, market_data, bars, day, data, *options):
 
 def import_and_export(binaries, data, folder, portfolios, out, *options, lacking=(), days=None):
     """Imports `portfolios` (none: imports nothing) into the work-data folder `folder`/work and exports the views; `days`
-    are their days of purchase by name. The terminal has to name the stocks of `lacking` as being without statistics."""
+    are their days of purchase by name. The terminal has to name the stocks of `lacking` as being without statistics.
+    Returns what it said on standard error."""
     if portfolios:
         options = ["--import", folder / "portfolios.csv", *options]
         with open(folder / "portfolios.csv", "w", encoding="utf-8", newline="") as file:
@@ -52,8 +54,8 @@ def import_and_export(binaries, data, folder, portfolios, out, *options, lacking
             writer.writerows([name, *row] + ([days[name]] if days else [])
                              for name, rows in portfolios.items() for row in rows)
     os.environ.setdefault("QT_QPA_PLATFORM", "offscreen")
-    run(binaries / "holdwise-terminal", "--data", data, "--work", folder / "work", *options, "--export", out,
-        named=[f"{code})没有统计数据" for code in lacking])
+    return run(binaries / "holdwise-terminal", "--data", data, "--work", folder / "work", *options, "--export", out,
+               named=[f"{code})没有统计数据" for code in lacking])
 
 
 def export(binaries, market_data, bars, day, folder, *options, lacking=()):

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QThread>
 
 #include "terminal_process.h"
 
@@ -18,8 +19,20 @@ class Incomplete : public testing::Test {
   [[nodiscard]] QString PathOf(const char* name) const { return bench_.data + "/QMTL/TZZH/Day250/" + name; }
   void TakeAway(const char* name) { ASSERT_TRUE(QFile::rename(PathOf(name), PathOf(name) + ".away")); }
   void PutBack(const char* name) { ASSERT_TRUE(QFile::rename(PathOf(name) + ".away", PathOf(name))); }
-  [[nodiscard]] Outcome Export(const QStringList& more = {}) const {
-    return RunTerminal(bench_.Arguments(QStringList{"--export", bench_.File("out")} + more));
+  /// Of the data folder on that work folder, into `out` of this bench.
+  [[nodiscard]] Outcome ExportIn(const Bench& work, const QStringList& more = {}) const {
+    return RunTerminal(QStringList{"--data", bench_.data, "--work", work.Work(), "--export", bench_.File("out")} +
+                       more);
+  }
+  [[nodiscard]] Outcome Export(const QStringList& more = {}) const { return ExportIn(bench_, more); }
+  /// What a terminal that runs on that work folder exports once its figures are whole again.
+  [[nodiscard]] Outcome ExportWhenWhole(const Bench& work) const {
+    Outcome outcome = ExportIn(work);
+    for (int time = 0; time < 20 && outcome.exitCode != 0; ++time) {
+      QThread::msleep(1000);
+      outcome = ExportIn(work);
+    }
+    return outcome;
   }
   [[nodiscard]] QStringList Import() const { return {"--import", bench_.Write("p.csv", TwoPortfolios())}; }
   [[nodiscard]] std::vector<QStringList> Risk() const { return ReadCsv(bench_.File("out/2002-strngrd.csv")); }

@@ -3,7 +3,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QThread>
 #include <functional>
 
 #include "incomplete_fixture.h"
@@ -48,20 +47,12 @@ TEST_F(Incomplete, AFileThatComesBackWhileTheTerminalRunsIsTakenUp) {
     bench_.data = work.File("data");
     CopyFolder(SharedMarket().Data(), bench_.data);
     TakeAway(name);
-    const QStringList common{"--data", bench_.data, "--work", work.Work()};
-    RunningTerminal running(common + QStringList{"--parameter", "Skip风险计量"});
+    RunningTerminal running({"--data", bench_.data, "--work", work.Work(), "--parameter", "Skip风险计量"});
     ASSERT_TRUE(running.WaitForWindow());
-    const auto handOver = [&](const QStringList& more) {
-      return RunTerminal(common + QStringList{"--export", bench_.File("out")} + more);
-    };
-    EXPECT_EQ(handOver(Import()).exitCode, 1);
-    EXPECT_EQ(handOver({}).exitCode, 1) << "nothing has come back yet";
+    EXPECT_EQ(ExportIn(work, Import()).exitCode, 1);
+    EXPECT_EQ(ExportIn(work).exitCode, 1) << "nothing has come back yet";
     PutBack(name);
-    Outcome healed;
-    for (int time = 0; time < 20 && healed.exitCode != 0; ++time) {
-      QThread::msleep(1000);
-      healed = handOver({});
-    }
+    const Outcome healed = ExportWhenWhole(work);
     EXPECT_EQ(healed.exitCode, 0) << healed.err.toStdString();
     EXPECT_EQ(Risk(), WholeRisk());
     EXPECT_EQ(running.Process().state(), QProcess::Running);
@@ -141,14 +132,10 @@ TEST_F(Incomplete, OnlyTheReferenceFileThatStoppedTheCalculationIsNamed) {
   const auto whole = WholeRisk();
   for (const auto& [file, damage, said] : cases) {
     const Bench work;
-    const auto run = [&](const QStringList& more) {
-      return RunTerminal(QStringList{"--data", bench_.data, "--work", work.Work(), "--export", bench_.File("out")} +
-                         more);
-    };
     const QString path = bench_.data + "/QMTL/TZZH/" + file;
     ASSERT_TRUE(QFile::copy(path, path + ".away"));
     ASSERT_TRUE(damage(path));
-    const Outcome stopped = run(Import());
+    const Outcome stopped = ExportIn(work, Import());
     EXPECT_EQ(stopped.exitCode, 1);
     const QStringList lines = stopped.err.split('\n', Qt::SkipEmptyParts);
     ASSERT_EQ(lines.size(), 4) << stopped.err.toStdString();  // what was imported, where to, and these two
@@ -156,7 +143,7 @@ TEST_F(Incomplete, OnlyTheReferenceFileThatStoppedTheCalculationIsNamed) {
     EXPECT_EQ(lines[3], "乙、甲：没有计算");
     QFile::remove(path);
     ASSERT_TRUE(QFile::rename(path + ".away", path));
-    const Outcome healed = run({});
+    const Outcome healed = ExportIn(work);
     EXPECT_EQ(healed.exitCode, 0) << healed.err.toStdString();
     EXPECT_EQ(Risk(), whole);
   }

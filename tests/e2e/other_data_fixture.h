@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-#include <QThread>
-
 #include "incomplete_fixture.h"
 
 namespace holdwise::e2e {
@@ -17,15 +15,6 @@ class OtherData : public Incomplete {
   }
   /// Bought on a day that every folder here has reached.
   [[nodiscard]] QStringList Import() const { return {"--import", bench_.Write("p.csv", TwoPortfolios("2024-05-20"))}; }
-  /// What a running terminal exports once its figures are whole again.
-  [[nodiscard]] Outcome ExportWhenWhole() const {
-    Outcome outcome = Export();
-    for (int time = 0; time < 20 && outcome.exitCode != 0; ++time) {
-      QThread::msleep(1000);
-      outcome = Export();
-    }
-    return outcome;
-  }
 
   const Market market_;
 };

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <tuple>
-
 #include "other_data_fixture.h"
 
 namespace holdwise::e2e {
@@ -77,25 +75,21 @@ TEST_F(OtherData, CorrectedBarsAreTakenUpWhileTheTerminalRuns) {
 TEST_F(OtherData, ImportedWhileTheFolderHasAnotherDateIsSaidUntilTheRestart) {
   for (const auto& [first, second] : {std::pair("2024-05-24", "2024-05-31"), std::pair("2024-05-31", "2024-05-24")}) {
     const Bench work;
-    const auto run = [&](const QStringList& more) {
-      return RunTerminal(QStringList{"--data", bench_.data, "--work", work.Work(), "--export", bench_.File("out")} +
-                         more);
-    };
     Build(first);
     {
       RunningTerminal running({"--data", bench_.data, "--work", work.Work()});
       ASSERT_TRUE(running.WaitForWindow());
       Build(second);
-      const Outcome imported = run(Import());
+      const Outcome imported = ExportIn(work, Import());
       EXPECT_EQ(imported.exitCode, 1);
       // Nothing of the other folder is calculated with.
       for (const char* said : {"重新启动终端后生效", "InterestRate.Dat 不能使用：是随另一份数据生成的，请重新启动终端",
                                "乙、甲：没有计算"}) {
         EXPECT_TRUE(imported.err.contains(said)) << imported.err.toStdString();
       }
-      EXPECT_EQ(run({}).exitCode, 1) << "nothing has changed";
+      EXPECT_EQ(ExportIn(work).exitCode, 1) << "nothing has changed";
     }
-    const Outcome restarted = run({});
+    const Outcome restarted = ExportIn(work);
     EXPECT_EQ(restarted.exitCode, 0) << restarted.err.toStdString();
     EXPECT_EQ(Risk(), WholeRisk(bench_.data));
   }
@@ -109,7 +103,7 @@ TEST_F(OtherData, AnOlderFolderThatIsReplacedAgainIsHealedWithoutARestart) {
   Build("2024-05-24");
   EXPECT_EQ(Export(Import()).exitCode, 1);
   Build("2024-05-31");
-  const Outcome healed = ExportWhenWhole();
+  const Outcome healed = ExportWhenWhole(bench_);
   EXPECT_EQ(healed.exitCode, 0) << healed.err.toStdString();
   EXPECT_EQ(Risk(), WholeRisk(bench_.data));
 }

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
-#include <QStandardPaths>
 #include <cmath>
 #include <csignal>
 #include <numeric>
@@ -120,8 +119,8 @@ class PortfolioLife : public testing::Test {
 };
 
 TEST_F(PortfolioLife, TypedChangedSavedFollowedAndReadBack) {
-  for (const char* program : {"Xvfb", "xdotool"})
-    if (QStandardPaths::findExecutable(program).isEmpty()) GTEST_SKIP() << program << " is missing";
+  if (const QString program = MissingProgram(); !program.isEmpty())
+    GTEST_SKIP() << program.toStdString() << " is missing";
   ASSERT_TRUE(screen_.IsThere());
   {
     RunningTerminal running(bench_.Arguments({"--address", "投资组合", "--parameter", "Skip自选配置"}),

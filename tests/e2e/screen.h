@@ -1,11 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QElapsedTimer>
+#include <QStandardPaths>
 #include <QThread>
 
 #include "terminal_process.h"
 
 namespace holdwise::e2e {
+
+/// Which of the programs that Screen needs is not installed; empty when all are.
+inline QString MissingProgram() {
+  for (const char* program : {"Xvfb", "xdotool"})
+    if (QStandardPaths::findExecutable(program).isEmpty()) return program;
+  return {};
+}
 
 /// A screen that nobody sees, and hands for its keyboard and mouse.
 class Screen {

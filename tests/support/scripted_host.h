@@ -96,6 +96,8 @@ class ScriptedDebug final : public DebugServers {
 class ScriptedKeyCodes final : public KeyCodeServices {
  public:
   void SetCaptureEnabled(bool enabled) override { calls.push_back(enabled); }
+  /// Whether the host has the keyboard now.
+  [[nodiscard]] bool IsCaptureOn() const { return calls.empty() || calls.back(); }
   std::vector<bool> calls;
 };
 

@@ -43,4 +43,15 @@ FirebirdUserData& TempDatabase::Open() {
   return *service_;
 }
 
+QStringList TempDatabase::Lines(const QString& query, QChar separator) {
+  const ResultSet rows = Service().Query(query);
+  QStringList lines;
+  for (int row = 0; row < rows.RowCount(); ++row) {
+    QStringList cells;
+    for (int column = 0; column < rows.ColumnCount(); ++column) cells << rows.TextAt(row, column);
+    lines << cells.join(separator);
+  }
+  return lines;
+}
+
 }  // namespace holdwise::test

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QStringList>
 #include <QTemporaryDir>
 #include <memory>
 
@@ -24,6 +25,8 @@ class TempDatabase {
   /// Detaches, and opens the same file again.
   void Close() { service_.reset(); }
   FirebirdUserData& Open();
+  /// A query as lines, one a row: its cells as texts, `separator` between them.
+  [[nodiscard]] QStringList Lines(const QString& query, QChar separator = u' ');
 
   /// The folder of the engine's lock files, one a process.
   [[nodiscard]] static QString LockFolder();

@@ -103,6 +103,12 @@ class CalcDialog : public EngineTest {
     Base()->ReceiveStream(StockFile("600000"), BaseData({{"0", "20240528", "0.03"}, {"0", "20240529", "-0.01"}}));
     Base()->ReceiveStream(kIndexFile, IndexData());
   }
+  /// As FinishBase, but without 000001's file, if it is asked for at all.
+  void FinishBaseBut000001() {
+    if (Base()->Requests().back() == StockFile("000001")) Base()->Fail(StockFile("000001"), 1);
+    Base()->ReceiveStream(StockFile("600000"), BaseData({{"0", "20240528", "0.03"}, {"0", "20240529", "-0.01"}}));
+    Base()->ReceiveStream(kIndexFile, IndexData());
+  }
   void FinishRates() { RateDown()->ReceiveStream(kRatesFile, RateData("1.5")); }
   void FinishEstimates() { EstimateDown()->ReceiveStream(kEstimatesFile, EstimateData({{"600000", "1", "9.5"}})); }
   void FinishAll() {

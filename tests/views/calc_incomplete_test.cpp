@@ -18,9 +18,7 @@ TEST_F(Trigger, WhatStaysIncompleteBringsTheDialogUpOnceUntilDataComesBack) {
       if (hasStock) {
         FinishBase();
       } else {
-        Base()->Fail(StockFile("000001"), 1);
-        Base()->ReceiveStream(StockFile("600000"), BaseData({{"0", "20240528", "0.03"}, {"0", "20240529", "-0.01"}}));
-        Base()->ReceiveStream(kIndexFile, IndexData());
+        FinishBaseBut000001();
       }
       FinishRates();
       FinishEstimates();
@@ -95,9 +93,7 @@ TEST_F(Trigger, AnotherEditionOfTheDataIsCalculatedOnce) {
     WhenShown([&] {
       ++shown;
       if (hasStock) return FinishAll();
-      Base()->Fail(StockFile("000001"), 1);
-      Base()->ReceiveStream(StockFile("600000"), BaseData({{"0", "20240528", "0.03"}, {"0", "20240529", "-0.01"}}));
-      Base()->ReceiveStream(kIndexFile, IndexData());
+      FinishBaseBut000001();
       FinishRates();
       FinishEstimates();
     });

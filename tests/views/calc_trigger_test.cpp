@@ -91,9 +91,7 @@ TEST_F(Trigger, WhatIsMarkedUnfinishedAgainBringsTheDialogUp) {
   const auto trigger = [&] {
     WhenShown([&] {
       ++shown;
-      if (Base()->Requests().back() == StockFile("000001")) Base()->Fail(StockFile("000001"), 1);
-      Base()->ReceiveStream(StockFile("600000"), BaseData({{"0", "20240528", "0.03"}, {"0", "20240529", "-0.01"}}));
-      Base()->ReceiveStream(kIndexFile, IndexData());
+      FinishBaseBut000001();
       FinishRates();
       FinishEstimates();
     });

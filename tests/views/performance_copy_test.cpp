@@ -17,18 +17,8 @@ namespace {
 class PerformanceCopy : public PerformanceView {
  protected:
   ~PerformanceCopy() override { bench.CloseMainFrame(); }  // it stands on `injecting`
-  QStringList Rows(const QString& select) {
-    QStringList lines;
-    const ResultSet rows = bench.database.Service().Query(select);
-    for (int row = 0; row < rows.RowCount(); ++row) {
-      QStringList cells;
-      for (int column = 0; column < rows.ColumnCount(); ++column) cells << rows.TextAt(row, column);
-      lines << cells.join(QLatin1Char(' '));
-    }
-    return lines;
-  }
   QStringList Headers() {
-    return Rows(QStringLiteral(
+    return bench.database.Lines(QStringLiteral(
         "select COMNAME,ZHFG,ZSCLOSEPRICE,MBSYL,FC,BETA,ISFINISHED,EDITDATE,SAVEFLAG from alg_commain order by ID"));
   }
   void Prepare() {
@@ -69,8 +59,10 @@ TEST_F(PerformanceCopy, TheEntryMakesAnUnsavedCopyAndSaysItsName) {
       {QStringLiteral("组合“进取”已复制为“进取-副本”，请到“自选配置”中修改。"), QStringLiteral("提示"), 0, 128}};
   EXPECT_EQ(bench.host.messageBoxes.calls, said);
   EXPECT_EQ(Headers(), before + QStringList{QStringLiteral("进取-副本 成长 3000.5 0 0 0 0 2024-05-22 0")});
-  EXPECT_EQ(Rows(QStringLiteral("select SecuCode,PZSL,PZBL,BUYPRICE from alg_comdetail where MAINID = 11 order by ID")),
-            Rows(QStringLiteral("select SecuCode,PZSL,PZBL,BUYPRICE from alg_comdetail where MAINID = 2 order by ID")));
+  EXPECT_EQ(bench.database.Lines(
+                QStringLiteral("select SecuCode,PZSL,PZBL,BUYPRICE from alg_comdetail where MAINID = 11 order by ID")),
+            bench.database.Lines(
+                QStringLiteral("select SecuCode,PZSL,PZBL,BUYPRICE from alg_comdetail where MAINID = 2 order by ID")));
   EXPECT_EQ(portfolios->RowCount(), 2) << "the saved ones";
 }
 
@@ -79,7 +71,7 @@ TEST_F(PerformanceCopy, EachCopyHasANameOfItsOwn) {
   Open();
   ASSERT_TRUE(Choose(1, kEntry));
   ASSERT_TRUE(Choose(1, kEntry));
-  EXPECT_EQ(Rows(QStringLiteral("select COMNAME from alg_commain where SAVEFLAG = 0 order by ID")),
+  EXPECT_EQ(bench.database.Lines(QStringLiteral("select COMNAME from alg_commain where SAVEFLAG = 0 order by ID")),
             List({"稳健-副本", "稳健-副本2"}));
 }
 
@@ -109,7 +101,7 @@ TEST_F(PerformanceCopy, AFailingStatementIsSaidAndNothingIsStored) {
       EXPECT_TRUE(injecting.plan.HasFailed()) << number;
       EXPECT_TRUE(bench.host.messageBoxes.calls.back().text.startsWith(QStringLiteral("组合“进取”没有复制：")));
       EXPECT_EQ(Headers(), before) << number;
-      EXPECT_EQ(Rows(QStringLiteral("select count(*) from alg_comdetail")), List({"4"})) << number;
+      EXPECT_EQ(bench.database.Lines(QStringLiteral("select count(*) from alg_comdetail")), List({"4"})) << number;
       EXPECT_FALSE(injecting.InTransaction());
     }
   }

@@ -7,6 +7,7 @@
 #include "common/frames/frame_parts.h"
 #include "common/grid/string_grid.h"
 #include "view_bench.h"
+#include "view_tools.h"
 
 namespace holdwise::test {
 
@@ -50,6 +51,10 @@ class PortfolioViewTest : public testing::Test {
   void AddTwo() {
     bench.AddPortfolio(1, QStringLiteral("稳健"), {{1600000, 200, 1, 9.5}});
     bench.AddPortfolio(2, QStringLiteral("进取"), ThreeHoldings());
+  }
+  void ClearPortfolios() {
+    bench.database.Service().Execute(QStringLiteral("delete from alg_comdetail"));
+    bench.database.Service().Execute(QStringLiteral("delete from alg_commain"));
   }
   [[nodiscard]] QString Title() const { return frame->findChild<TitleStrip*>()->Caption().text(); }
   [[nodiscard]] QColor Color(const char* key) const { return bench.host.theme.ColorOf(QString::fromLatin1(key)); }

@@ -42,10 +42,6 @@ class StressView : public PortfolioViewTest {
     QApplication::setActiveWindow(&bench.host.system.workArea);
     Receive(kShanghai, Betas());
   }
-  void ClearPortfolios() {
-    bench.database.Service().Execute(QStringLiteral("delete from alg_comdetail"));
-    bench.database.Service().Execute(QStringLiteral("delete from alg_commain"));
-  }
   [[nodiscard]] std::shared_ptr<ScriptedDownFile> Download() const {
     return bench.host.DownFile(QStringLiteral("FInfoAsynDownFileRole"));
   }
@@ -60,13 +56,7 @@ class StressView : public PortfolioViewTest {
   [[nodiscard]] QPushButton& Button(const char* name) const {
     return *frame->findChild<QPushButton*>(QString::fromLatin1(name));
   }
-  /// Replaces what stands in the entry, key by key.
-  void Type(const QString& text) const {
-    Entry().setFocus();
-    Entry().selectAll();
-    QTest::keyClick(&Entry(), Qt::Key_Backspace);
-    QTest::keyClicks(&Entry(), text);
-  }
+  void Type(const QString& text) const { Retype(Entry(), text); }
   void Apply(const QString& text) const {
     Type(text);
     QTest::keyClick(&Entry(), Qt::Key_Return);

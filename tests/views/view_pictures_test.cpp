@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "allocation_tables.h"
 #include "holdwise/packet/packet_file.h"
 #include "portfolio_view_fixture.h"
 #include "theme/theme_pictures.h"
@@ -118,35 +119,17 @@ class ViewPictures : public PortfolioViewTest, public testing::WithParamInterfac
     band.Picker->StringGrid2->setFocus();
   }
 
-  static ResultSet TextsAndReals(const std::vector<std::string>& texts, const std::vector<std::string>& reals) {
-    ResultSet table;
-    for (const std::string& name : texts) table.AddColumn(name, ColumnType::Text);
-    for (const std::string& name : reals) table.AddColumn(name, ColumnType::Real);
-    return table;
-  }
   static QByteArray Candidates() {
-    ResultSet table = TextsAndReals({"ZHFG", "FILENAME"}, {"MBSYL", "FC", "BETA"});
-    int row = 0;
+    std::vector<CandidateLine> lines;
     for (const char* style : {"稳健型", "平衡型", "进取型", "分散型", "红利型"}) {
-      table.AppendRow();
-      table.SetText(row, 0, style);
-      table.SetText(row, 1, QStringLiteral("zh_5_%1.dat").arg(row + 1));
-      table.SetReal(row, 2, 0.0612 + 0.0213 * row);
-      table.SetReal(row, 3, 0.000081 + 0.000047 * row);
-      table.SetReal(row, 4, 0.6125 + 0.17 * row);
-      ++row;
+      const auto row = static_cast<int>(lines.size());
+      lines.push_back({style, 0.0612 + 0.0213 * row, 0.000081 + 0.000047 * row, 0.6125 + 0.17 * row,
+                       QStringLiteral("zh_5_%1.dat").arg(row + 1)});
     }
-    return EncodePacket(table);
+    return CandidateList(lines);
   }
   static QByteArray Parts() {
-    ResultSet table = TextsAndReals({"SecuCode"}, {"PZBL"});
-    for (const auto& [code, weight] :
-         {std::pair{"600000", 0.3125}, {"000001", 0.27}, {"600519", 0.2375}, {"000002", 0.18}}) {
-      const int row = table.AppendRow();
-      table.SetText(row, 0, code);
-      table.SetReal(row, 1, weight);
-    }
-    return EncodePacket(table);
+    return CompositionFile({{"600000", 0.3125}, {"000001", 0.27}, {"600519", 0.2375}, {"000002", 0.18}});
   }
   /// A candidate's holdings, one of which the capital does not buy, and the slider with the focus.
   void FillAllocation() {

@@ -7,15 +7,7 @@ namespace {
 
 using namespace allocation;
 
-class AllocationEdges : public AllocationView {
- protected:
-  /// What stands in the middle of an empty grid.
-  [[nodiscard]] static QString EmptyText(const TStringGrid& grid) {
-    for (const QLabel* label : grid.viewport()->findChildren<QLabel*>())
-      if (label->isVisible()) return label->text();
-    return {};
-  }
-};
+class AllocationEdges : public AllocationView {};
 
 TEST_F(AllocationEdges, WithoutFilesThePageSaysWhatToDo) {
   files.clear();

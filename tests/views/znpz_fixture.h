@@ -8,10 +8,10 @@
 #include <QToolTip>
 #include <map>
 
+#include "allocation_tables.h"
 #include "common/frames/entry_bar.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
-#include "holdwise/packet/packet_file.h"
 #include "injecting_user_data.h"
 #include "portfolio_view_fixture.h"
 #include "views/znpz/allocation_layout.h"
@@ -21,81 +21,6 @@
 namespace holdwise::test {
 
 inline const QString kRemote = QStringLiteral("QMTL\\TZZH\\");
-
-/// One line of a candidate list.
-struct CandidateLine {
-  const char* style;
-  double target;
-  double variance;
-  double beta;
-  QString file;
-};
-inline QByteArray CandidateList(const std::vector<CandidateLine>& lines) {
-  ResultSet table;
-  const int style = table.AddColumn("ZHFG", ColumnType::Text);
-  for (const char* name : {"MBSYL", "FC", "BETA"}) table.AddColumn(name, ColumnType::Real);
-  const int file = table.AddColumn("FILENAME", ColumnType::Text);
-  for (const CandidateLine& line : lines) {
-    const int row = table.AppendRow();
-    table.SetText(row, style, line.style);
-    table.SetReal(row, style + 1, line.target);
-    table.SetReal(row, style + 2, line.variance);
-    table.SetReal(row, style + 3, line.beta);
-    table.SetText(row, file, line.file);
-  }
-  return EncodePacket(table);
-}
-
-using WeightedCodes = std::vector<std::pair<const char*, double>>;
-inline QByteArray CompositionFile(const WeightedCodes& parts) {
-  ResultSet table;
-  const int code = table.AddColumn("SecuCode", ColumnType::Text);
-  const int weight = table.AddColumn("PZBL", ColumnType::Real);
-  for (const auto& [text, value] : parts) {
-    const int row = table.AppendRow();
-    table.SetText(row, code, text);
-    table.SetReal(row, weight, value);
-  }
-  return EncodePacket(table);
-}
-
-inline QByteArray CapitalTable(const std::vector<std::pair<int, double>>& limits) {
-  ResultSet table;
-  const int count = table.AddColumn("StockCount", ColumnType::Integer);
-  const int money = table.AddColumn("StockMoney", ColumnType::Real);
-  for (const auto& [stocks, limit] : limits) {
-    const int row = table.AppendRow();
-    table.SetInteger(row, count, stocks);
-    table.SetReal(row, money, limit);
-  }
-  return EncodePacket(table);
-}
-
-/// The same file with a text column more, the same in all rows.
-inline QByteArray Naming(const char* column, const char* text, const QByteArray& file) {
-  ResultSet table = DecodePacket(file);
-  const int added = table.AddColumn(column, ColumnType::Text);
-  for (int row = 0; row < table.RowCount(); ++row) table.SetText(row, added, text);
-  return EncodePacket(table);
-}
-/// The same file, naming the edition of the data it was made with.
-inline QByteArray MadeWith(const char* edition, const QByteArray& file) {
-  return Naming("edition", edition, file);
-}
-
-inline QByteArray PoolFile(const std::vector<std::pair<const char*, double>>& estimates) {
-  ResultSet table;
-  const int code = table.AddColumn("SecuCode", ColumnType::Text);
-  const int date = table.AddColumn("CTIme", ColumnType::Text);
-  const int price = table.AddColumn("PRICE", ColumnType::Real);
-  for (const auto& [text, estimate] : estimates) {
-    const int row = table.AppendRow();
-    table.SetText(row, code, text);
-    table.SetText(row, date, "2024-05-29");
-    table.SetReal(row, price, estimate);
-  }
-  return EncodePacket(table);
-}
 
 /// The smart allocation in a main frame, whose first view it is. The machine's date is 2024-06-03, the market's
 /// 2024-05-29; the market is closed. Prices: 600000 10.00, 000001 12.00, 600519 1710.00, 000002 8.00.
@@ -173,13 +98,7 @@ class AllocationView : public PortfolioViewTest {
   [[nodiscard]] EntryField& Entry() const { return *frame->findChild<EntryField*>(QStringLiteral("Edit1")); }
   [[nodiscard]] QPushButton& Button() const { return *frame->findChild<QPushButton*>(QStringLiteral("btnSetting")); }
   [[nodiscard]] CapitalSlider& Slider() const { return *frame->findChild<CapitalSlider*>(QStringLiteral("Slider")); }
-  /// Replaces what stands in the entry, key by key.
-  void Type(const QString& text) const {
-    Entry().setFocus();
-    Entry().selectAll();
-    QTest::keyClick(&Entry(), Qt::Key_Backspace);
-    QTest::keyClicks(&Entry(), text);
-  }
+  void Type(const QString& text) const { Retype(Entry(), text); }
   void Configure() const { QTest::mouseClick(&Button(), Qt::LeftButton); }
   /// Types a capital, presses the button, answers what is asked for.
   void Apply(const QString& text) {
@@ -197,16 +116,6 @@ class AllocationView : public PortfolioViewTest {
   [[nodiscard]] const std::vector<Call>& Boxes() const { return bench.host.messageBoxes.calls; }
   [[nodiscard]] QString LastLog() const {
     return bench.host.debug.Lines().empty() ? QString() : bench.host.debug.Lines().back();
-  }
-  [[nodiscard]] QStringList Stored(const QString& select) {
-    QStringList lines;
-    const ResultSet rows = bench.database.Service().Query(select);
-    for (int row = 0; row < rows.RowCount(); ++row) {
-      QStringList cells;
-      for (int column = 0; column < rows.ColumnCount(); ++column) cells << rows.TextAt(row, column);
-      lines << cells.join(' ');
-    }
-    return lines;
   }
   /// The notice over the holdings.
   [[nodiscard]] QLabel& Notice() const {

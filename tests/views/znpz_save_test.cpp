@@ -25,11 +25,11 @@ class AllocationSaving : public AllocationView {
     return calls.mid(0, end + 1);
   }
   [[nodiscard]] QStringList Headers() {
-    return Stored(
+    return bench.database.Lines(
         "select COMNAME,ZHFG,MBSYL,FC,BETA,ZSCLOSEPRICE,ISFINISHED,EDITDATE,SAVEFLAG from alg_commain order by ID");
   }
   [[nodiscard]] QStringList Holdings() {
-    return Stored("select SecuCode,PZSL,PZBL,BUYPRICE from alg_comdetail order by ID");
+    return bench.database.Lines("select SecuCode,PZSL,PZBL,BUYPRICE from alg_comdetail order by ID");
   }
   [[nodiscard]] QStringList Tables() { return Headers() + Holdings(); }
 
@@ -55,7 +55,7 @@ TEST_F(AllocationSaving, TheShownCandidateIsStoredAsItStands) {
 TEST_F(AllocationSaving, TheStatementsStandAsTheyAreAsked) {
   OpenToSave();
   PressSave(0);
-  const QString id = Stored("select ID from alg_commain").front();
+  const QString id = bench.database.Lines("select ID from alg_commain").front();
   EXPECT_EQ(
       Calls(),
       QStringList(
@@ -103,8 +103,8 @@ TEST_F(AllocationSaving, EveryRefusedInsertionIsTakenBack) {
   }
   PressSave(0);
   EXPECT_EQ(Headers().size(), 1) << "the view stays usable";
-  EXPECT_EQ(Stored("select gen_id(ALG_ROWID_MAIN,0) from rdb$database").front(),
-            Stored("select ID from alg_commain").front())
+  EXPECT_EQ(bench.database.Lines("select gen_id(ALG_ROWID_MAIN,0) from rdb$database").front(),
+            bench.database.Lines("select ID from alg_commain").front())
       << "values of the generator are not given back";
 }
 
@@ -208,7 +208,7 @@ TEST_F(AllocationSaving, AnEmptyStyleIsABlank) {
   files[kRemote + "zh_5.dat"] = CandidateList({{"", 0.1, 0.1, 1, "zh_5_1.dat"}});
   OpenToSave();
   PressSave(0);
-  EXPECT_EQ(Stored("select char_length(ZHFG),COMNAME from alg_commain"), QStringList("1 20240603_5_1"));
+  EXPECT_EQ(bench.database.Lines("select char_length(ZHFG),COMNAME from alg_commain"), QStringList("1 20240603_5_1"));
 }
 
 TEST_F(AllocationSaving, TheViewMayGoWhileItAsks) {

@@ -4,7 +4,6 @@
 #include <QImage>
 #include <QPainter>
 
-#include "common/grid/cell_geometry.h"
 #include "holdwise/packet/number_text.h"
 #include "views/znpz/capital_slider_painter.h"
 #include "znpz_fixture.h"

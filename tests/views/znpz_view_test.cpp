@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // The smart allocation, from what it asks for to what its grids show. Quantities are worked out by hand.
-#include "holdwise/packet/number_text.h"
 #include "znpz_fixture.h"
 
 namespace holdwise::test {

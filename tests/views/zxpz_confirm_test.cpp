@@ -49,7 +49,7 @@ TEST_F(EditorConfirm, AnEmptyNameIsAskedFor) {
   Confirm();
   EXPECT_EQ(Messages(), std::vector<Call>{Notice("组合名称不能为空，请输入名称")});
   EXPECT_TRUE(Name().hasFocus());
-  EXPECT_FALSE(IsCaptureOn());
+  EXPECT_FALSE(bench.host.keyCodes.IsCaptureOn());
   ExpectUntouched(QStringLiteral("   "), TwoRows(), tables);
 }
 
@@ -63,7 +63,7 @@ TEST_F(EditorConfirm, ANameOfTheListIsRefusedAndSelected) {
     EXPECT_EQ(Messages(), std::vector<Call>{Notice("组合名称重复，请重新输入名称")});
     EXPECT_TRUE(Name().hasFocus());
     EXPECT_EQ(Name().selectedText(), Name().text());
-    EXPECT_FALSE(IsCaptureOn());
+    EXPECT_FALSE(bench.host.keyCodes.IsCaptureOn());
     ExpectUntouched(QString::fromUtf8(name), TwoRows(), tables);
   }
 }
@@ -96,7 +96,7 @@ TEST_F(EditorConfirm, TheFirstPriceOrQuantityOfZeroIsOpened) {
     Confirm();
     EXPECT_EQ(Messages(), std::vector<Call>{Notice(one.text)});
     EXPECT_TRUE(IsEdited(one.column, one.row)) << one.text << one.row;
-    EXPECT_FALSE(IsCaptureOn());
+    EXPECT_FALSE(bench.host.keyCodes.IsCaptureOn());
     ExpectUntouched(QStringLiteral("新"), one.rows, tables);
   }
 }
@@ -114,8 +114,9 @@ TEST_F(EditorConfirm, TwoHoldingsMakeAPortfolio) {
   const auto id = bench.database.Service().Count(QStringLiteral("select ID from alg_commain where COMNAME = '两只'"));
   EXPECT_TRUE(Headers().contains(QStringLiteral("%1 两只 3111.02 2024-06-03 0").arg(id)));
   EXPECT_EQ(HoldingsOf(static_cast<int>(id)), List({"1600000 100 10", "1000001 200 12.5"}));
-  EXPECT_EQ(Rows(QStringLiteral("select PZBL from alg_comdetail where MAINID = %1 order by ID").arg(id)),
-            List({"0.2857142857142857", "0.7142857142857143"}))
+  EXPECT_EQ(
+      bench.database.Lines(QStringLiteral("select PZBL from alg_comdetail where MAINID = %1 order by ID").arg(id)),
+      List({"0.2857142857142857", "0.7142857142857143"}))
       << "1000 and 2500 of 3500, as Python writes them";
 }
 
@@ -178,7 +179,7 @@ TEST_F(EditorConfirm, WhatStandsInTheOpenEditBoxCounts) {
   QTest::keyClicks(Holdings().FInplaceEdit, QStringLiteral("300"));
   QTest::keyClick(Holdings().FInplaceEdit, Qt::Key_Return, Qt::ControlModifier);
   EXPECT_TRUE(Messages().empty());
-  EXPECT_EQ(Rows(QStringLiteral("select PZSL from alg_comdetail order by ID")), List({"100", "300"}));
+  EXPECT_EQ(bench.database.Lines(QStringLiteral("select PZSL from alg_comdetail order by ID")), List({"100", "300"}));
 }
 
 TEST_F(EditorConfirm, ASavedPortfolioHasItsNameToo) {
@@ -188,7 +189,7 @@ TEST_F(EditorConfirm, ASavedPortfolioHasItsNameToo) {
   Confirm();
   EXPECT_EQ(Messages(), std::vector<Call>{Notice("组合表现已存在该组合名称")});
   EXPECT_TRUE(Name().hasFocus());
-  EXPECT_FALSE(IsCaptureOn());
+  EXPECT_FALSE(bench.host.keyCodes.IsCaptureOn());
   ExpectUntouched(QStringLiteral("已保存"), TwoRows(), tables);
 }
 
@@ -227,7 +228,7 @@ TEST_F(EditorConfirm, AQuoteInTheNameIsSaidAndNothingTypedIsLost) {
   ASSERT_EQ(Messages().size(), 1U);
   EXPECT_TRUE(Messages().front().text.contains(QStringLiteral("单引号")));
   EXPECT_TRUE(Name().hasFocus());
-  EXPECT_FALSE(IsCaptureOn());
+  EXPECT_FALSE(bench.host.keyCodes.IsCaptureOn());
   ExpectUntouched(QStringLiteral("老王's组合"), TwoRows(), tables);
 }
 
@@ -286,7 +287,7 @@ TEST_F(EditorConfirm, AConfirmedPortfolioLeavesTheNameItsKeyboard) {
   QTest::keyClick(&Name(), Qt::Key_Return, Qt::ControlModifier);
   EXPECT_EQ(Headers().size(), 1);
   EXPECT_TRUE(Name().hasFocus());
-  EXPECT_FALSE(IsCaptureOn());
+  EXPECT_FALSE(bench.host.keyCodes.IsCaptureOn());
 }
 
 TEST_F(EditorConfirm, TheMainFrameMayGoWhileAMessageWaits) {

@@ -82,7 +82,7 @@ TEST_F(EditKeys, EnterOnTheLastQuantityClosesTheBox) {
   EXPECT_EQ(editor->Rows()[1].quantity, QStringLiteral("700"));
   EXPECT_TRUE(Edit().isHidden());
   EXPECT_TRUE(Grid().hasFocus());
-  EXPECT_TRUE(HostCaptures());
+  EXPECT_TRUE(host.keyCodes.IsCaptureOn());
 }
 
 TEST_F(EditKeys, AWholePortfolioIsFilledByKeyboard) {

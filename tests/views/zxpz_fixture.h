@@ -104,8 +104,6 @@ class EditorTest : public testing::Test {
     }
     return texts;
   }
-  /// Whether the host has the keyboard now.
-  [[nodiscard]] bool HostCaptures() const { return host.keyCodes.calls.empty() || host.keyCodes.calls.back(); }
 
   ScriptedHost host;
   std::unique_ptr<HoldingsEditor> editor;

@@ -97,7 +97,7 @@ TEST_F(Holdings, ClosingWritesNothing) {
   EXPECT_EQ(Edit().text(), QString());
   EXPECT_TRUE(editor->EditedCell().IsNone());
   EXPECT_TRUE(Grid().hasFocus()) << "the keyboard goes on in the grid";
-  EXPECT_TRUE(HostCaptures());
+  EXPECT_TRUE(host.keyCodes.IsCaptureOn());
 }
 
 TEST_F(Holdings, WhatWasTypedStaysWhenTheFocusGoesElsewhere) {
@@ -132,13 +132,13 @@ TEST_F(Holdings, AClickOnPriceOrQuantityOpensTheBoxAndOneElsewhereClosesIt) {
   Fill(3);
   Click(kPrice, 1);
   EXPECT_EQ(editor->EditedCell(), (GridCell{kPrice, 1}));
-  EXPECT_FALSE(HostCaptures());
+  EXPECT_FALSE(host.keyCodes.IsCaptureOn());
   Type(QStringLiteral("3.5"));
   Click(kHoldingName, 2);
   EXPECT_TRUE(Edit().isHidden());
   EXPECT_EQ(editor->Rows()[1].price, QStringLiteral("3.5"));
   EXPECT_EQ(Grid().Row(), 2);
-  EXPECT_TRUE(HostCaptures());
+  EXPECT_TRUE(host.keyCodes.IsCaptureOn());
   Click(kQuantity, 0, Qt::ControlModifier);
   EXPECT_EQ(editor->EditedCell(), (GridCell{kQuantity, 0})) << "also with Ctrl";
   QTest::mouseClick(Grid().viewport(), Qt::LeftButton, {}, QPoint(10, 3 * 26 + 10));
@@ -296,11 +296,11 @@ TEST_F(Holdings, TheHostHasTheKeyboardExactlyWhileTheBoxHasNot) {
   Click(kQuantity, 2);
   EXPECT_EQ(host.keyCodes.calls, (Captures{false, true, false})) << "the click goes to the grid first";
   editor->btnDel->setFocus();
-  EXPECT_TRUE(HostCaptures());
+  EXPECT_TRUE(host.keyCodes.IsCaptureOn());
   Edit().setFocus();
-  EXPECT_FALSE(HostCaptures());
+  EXPECT_FALSE(host.keyCodes.IsCaptureOn());
   editor->UpdateEditor();
-  EXPECT_TRUE(HostCaptures());
+  EXPECT_TRUE(host.keyCodes.IsCaptureOn());
 }
 
 // Widths and titles.

@@ -208,7 +208,7 @@ TEST_F(EditorLinks, TheListKeepsTheFocusAndTheHostTheKeyboardWhateverIsSaid) {
   const auto expect = [this](const Call& call) {
     EXPECT_EQ(Messages(), std::vector<Call>{call});
     EXPECT_TRUE(portfolios->hasFocus()) << call.text.toStdString();
-    EXPECT_TRUE(IsCaptureOn()) << call.text.toStdString();
+    EXPECT_TRUE(bench.host.keyCodes.IsCaptureOn()) << call.text.toStdString();
     bench.host.messageBoxes.calls.clear();
   };
   Run(QStringLiteral("update alg_commain set ISFINISHED = 0 where ID = 1"));
@@ -244,8 +244,7 @@ TEST_F(EditorLinks, TheMainFrameMayGoWhileAQuestionWaits) {
     EXPECT_TRUE(QFile::exists(bench.host.SysWorkDataPath() + QStringLiteral("TZZHMerge.dat")));
     QFile::remove(bench.host.SysWorkDataPath() + QStringLiteral("TZZHMerge.dat"));
     bench.host.messageBoxes.whileAsking = nullptr;
-    Run(QStringLiteral("delete from alg_commain"));
-    Run(QStringLiteral("delete from alg_comdetail"));
+    ClearPortfolios();
   }
 }
 

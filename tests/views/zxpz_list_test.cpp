@@ -242,8 +242,7 @@ TEST_F(EditorList, TheBandsKeepTheirDesignSizes) {
     EXPECT_GE(portfolios->ColWidth(kOperation), 68) << "the three pictures, at " << width;
     EXPECT_EQ(portfolios->CellRect(kOperation, 0).right() + 1, portfolios->ClientWidth()) << width;
     bench.CloseMainFrame();
-    Run(QStringLiteral("delete from alg_commain"));
-    Run(QStringLiteral("delete from alg_comdetail"));
+    ClearPortfolios();
   }
 }
 
@@ -282,8 +281,7 @@ TEST_F(EditorList, NothingOfTheUpperBandOverlapsOrIsCutOff) {
       }
     }
     bench.CloseMainFrame();
-    Run(QStringLiteral("delete from alg_commain"));
-    Run(QStringLiteral("delete from alg_comdetail"));
+    ClearPortfolios();
   }
 }
 

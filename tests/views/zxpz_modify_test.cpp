@@ -77,8 +77,7 @@ TEST_F(EditorModify, AModificationMayShareANameWhenTheUserAgrees) {
     EXPECT_FALSE(IsModifying());
     EXPECT_TRUE(Headers().contains(QStringLiteral("1 %1 3111.02 2024-05-29 0").arg(QString::fromUtf8(name))));
     bench.CloseMainFrame();
-    Run(QStringLiteral("delete from alg_commain"));
-    Run(QStringLiteral("delete from alg_comdetail"));
+    ClearPortfolios();
   }
 }
 
@@ -94,7 +93,7 @@ TEST_F(EditorModify, AModificationKeepsAllThatWasTypedWhenTheUserWantsNoSharedNa
   ExpectUntouched(QStringLiteral("进取"), TwoRows(), tables);
   EXPECT_TRUE(Name().hasFocus());
   EXPECT_EQ(Name().selectedText(), QStringLiteral("进取"));
-  EXPECT_FALSE(IsCaptureOn());
+  EXPECT_FALSE(bench.host.keyCodes.IsCaptureOn());
   EXPECT_FALSE(bench.database.Service().InTransaction());
 }
 
@@ -110,8 +109,7 @@ TEST_F(EditorModify, TheMainFrameMayGoWhileASharedNameIsAskedAbout) {
     EXPECT_EQ(bench.mainFrame, nullptr);
     EXPECT_EQ(Tables(), tables) << answer;
     bench.host.messageBoxes.whileAsking = nullptr;
-    Run(QStringLiteral("delete from alg_commain"));
-    Run(QStringLiteral("delete from alg_comdetail"));
+    ClearPortfolios();
   }
 }
 
@@ -137,7 +135,7 @@ TEST_F(EditorModify, ARefusalLeavesTheFocusAndTheKeyboardWhereTheyAre) {
       EXPECT_EQ(Messages(), std::vector<Call>{Notice(refused.text)});
       EXPECT_TRUE(focused->hasFocus()) << refused.text;
       const bool isEntry = qobject_cast<QLineEdit*>(focused) != nullptr;
-      EXPECT_EQ(IsCaptureOn(), !isEntry) << refused.text << focused->objectName().toStdString();
+      EXPECT_EQ(bench.host.keyCodes.IsCaptureOn(), !isEntry) << refused.text << focused->objectName().toStdString();
     }
   }
 }

@@ -69,11 +69,11 @@ TEST_F(EditorName, EnterGoesToTheStockListsFirstShownRow) {
 TEST_F(EditorName, TheHostLeavesTheKeyboardToIt) {
   OpenEditor();
   Ok().setFocus();
-  EXPECT_TRUE(IsCaptureOn());
+  EXPECT_TRUE(bench.host.keyCodes.IsCaptureOn());
   Name().setFocus();
-  EXPECT_FALSE(IsCaptureOn());
+  EXPECT_FALSE(bench.host.keyCodes.IsCaptureOn());
   Ok().setFocus();
-  EXPECT_TRUE(IsCaptureOn());
+  EXPECT_TRUE(bench.host.keyCodes.IsCaptureOn());
 }
 
 TEST_F(EditorName, ComposedNamesComeWhole) {

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "common/frames/entry_bar.h"
+#include "view_tools.h"
 #include "views/zxpz/stock_keypad.h"
 #include "views/zxpz/stock_picker.h"
 #include "zxpz_fixture.h"
@@ -54,12 +55,7 @@ class Picker : public EditorTest {
   void ClickStock(const char* code, Qt::KeyboardModifiers modifiers = {}) const {
     QTest::mouseClick(List().viewport(), Qt::LeftButton, modifiers, List().CellRect(1, RowOf(code)).center());
   }
-  void TypeCode(const char* digits) const {
-    Code().setFocus();
-    Code().selectAll();
-    QTest::keyClick(&Code(), Qt::Key_Backspace);
-    QTest::keyClicks(&Code(), QString::fromLatin1(digits));
-  }
+  void TypeCode(const char* digits) const { Retype(Code(), QString::fromLatin1(digits)); }
   /// What a Chinese input method does: composes, then commits.
   void Compose(const QString& letters, const QString& characters) const {
     QInputMethodEvent compose(letters, {});

@@ -214,11 +214,11 @@ TEST_F(Picker, TheHostLeavesTheKeyboardToAFocusedField) {
   }
   Code().setFocus();
   Key(Qt::Key_Down);
-  EXPECT_TRUE(HostCaptures()) << "the arrow has left the field";
+  EXPECT_TRUE(host.keyCodes.IsCaptureOn()) << "the arrow has left the field";
   StockPicker::RzEdit3Enter();
-  EXPECT_FALSE(HostCaptures());
+  EXPECT_FALSE(host.keyCodes.IsCaptureOn());
   StockPicker::RzEdit3Exit();
-  EXPECT_TRUE(HostCaptures());
+  EXPECT_TRUE(host.keyCodes.IsCaptureOn());
 }
 
 // The keypad.
@@ -258,7 +258,7 @@ TEST_F(Picker, SixHundredAndThreeNoughtsReplaceTheText) {
     EXPECT_TRUE(Code().hasFocus());
     EXPECT_EQ(Code().cursorPosition(), 3);
     EXPECT_EQ(Code().selectedText(), QString());
-    EXPECT_FALSE(HostCaptures()) << "the field has the keyboard";
+    EXPECT_FALSE(host.keyCodes.IsCaptureOn()) << "the field has the keyboard";
   }
   EXPECT_EQ(Shown(), QStringList({"000001", "000002"}));
   PressKey(QStringLiteral("2"));

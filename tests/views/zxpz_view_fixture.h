@@ -50,25 +50,17 @@ class EditorView : public PortfolioViewTest {
     OpenEditor(width);
   }
   void Run(const QString& statement) { bench.database.Service().Execute(statement); }
-  [[nodiscard]] QStringList Rows(const QString& select) {
-    QStringList lines;
-    const ResultSet rows = bench.database.Service().Query(select);
-    for (int row = 0; row < rows.RowCount(); ++row) {
-      QStringList cells;
-      for (int column = 0; column < rows.ColumnCount(); ++column) cells << rows.TextAt(row, column);
-      lines << cells.join(QLatin1Char(' '));
-    }
-    return lines;
-  }
   [[nodiscard]] QStringList Headers() {
-    return Rows(QStringLiteral("select ID,COMNAME,ZSCLOSEPRICE,EDITDATE,SAVEFLAG from alg_commain order by ID"));
+    return bench.database.Lines(
+        QStringLiteral("select ID,COMNAME,ZSCLOSEPRICE,EDITDATE,SAVEFLAG from alg_commain order by ID"));
   }
   [[nodiscard]] QStringList HoldingsOf(int id) {
-    return Rows(
+    return bench.database.Lines(
         QStringLiteral("select SecuCode,PZSL,BUYPRICE from alg_comdetail where MAINID = %1 order by ID").arg(id));
   }
   [[nodiscard]] QStringList Tables() {
-    return Headers() + Rows(QStringLiteral("select MAINID,SecuCode,PZSL,BUYPRICE from alg_comdetail order by ID"));
+    return Headers() +
+           bench.database.Lines(QStringLiteral("select MAINID,SecuCode,PZSL,BUYPRICE from alg_comdetail order by ID"));
   }
 
   [[nodiscard]] EditorBand& Band() const {
@@ -92,9 +84,6 @@ class EditorView : public PortfolioViewTest {
   [[nodiscard]] const std::vector<Call>& Messages() const { return bench.host.messageBoxes.calls; }
   static Call Notice(const char* text) { return {QString::fromUtf8(text), QStringLiteral("提示"), 0, 128}; }
   static Call Question() { return {QStringLiteral("确认删除当前组合?"), QStringLiteral("询问"), 1, 32}; }
-  [[nodiscard]] bool IsCaptureOn() const {
-    return bench.host.keyCodes.calls.empty() || bench.host.keyCodes.calls.back();
-  }
 
   /// As the user left it: nothing written, nothing lost.
   void ExpectUntouched(const QString& name, const std::vector<Edited>& rows, const QStringList& tables) {

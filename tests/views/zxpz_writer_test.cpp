@@ -40,22 +40,12 @@ class EditorWriter : public testing::Test {
              {QStringLiteral("600000"), {}, QStringLiteral("9.9"), QStringLiteral("500")},
              {QStringLiteral("000001"), {}, QStringLiteral("8.01"), QStringLiteral("200")}}};
   }
-  QStringList Rows(const QString& select) {
-    QStringList lines;
-    const ResultSet rows = real.Service().Query(select);
-    for (int row = 0; row < rows.RowCount(); ++row) {
-      QStringList cells;
-      for (int column = 0; column < rows.ColumnCount(); ++column) cells << rows.TextAt(row, column);
-      lines << cells.join(QLatin1Char(' '));
-    }
-    return lines;
-  }
   QStringList Headers() {
-    return Rows(QStringLiteral(
+    return real.Lines(QStringLiteral(
         "select ID,COMNAME,ZSCLOSEPRICE,MBSYL,FC,BETA,ISFINISHED,EDITDATE,SAVEFLAG from alg_commain order by ID"));
   }
   QStringList Holdings() {
-    return Rows(QStringLiteral("select MAINID,SecuCode,PZSL,BUYPRICE from alg_comdetail order by ID"));
+    return real.Lines(QStringLiteral("select MAINID,SecuCode,PZSL,BUYPRICE from alg_comdetail order by ID"));
   }
   QStringList Tables() { return Headers() + Holdings(); }
   std::int64_t IdOf(const char* name) { return real.Service().Count(sql::IdOfName(QString::fromUtf8(name))); }
@@ -96,7 +86,7 @@ TEST_F(EditorWriter, ANewPortfolioIsUnsavedUnfinishedAndBoughtToday) {
   const auto id = QString::number(IdOf("稳健"));
   EXPECT_EQ(Headers(), QStringList{id + QStringLiteral(" 稳健 3111.02 0 0 0 0 2024-06-03 0")});
   EXPECT_EQ(Holdings(), (QStringList{id + QStringLiteral(" 1600000 100 10.5"), id + QStringLiteral(" 1000001 200 8")}));
-  const double sum = RealOr(Rows(QStringLiteral("select sum(PZBL) from alg_comdetail")).value(0));
+  const double sum = RealOr(real.Lines(QStringLiteral("select sum(PZBL) from alg_comdetail")).value(0));
   EXPECT_NEAR(sum, 1, 1e-12);
 }
 

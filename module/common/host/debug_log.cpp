@@ -1,20 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "common/host/debug_log.h"
 
-#include <exception>
-
 #include "common/host/host_access.h"
 #include "holdwise/packet/error.h"
 
 namespace holdwise {
-namespace {
 
-/// No space, no file, no connection, a lock: what the user can do something about, or wait for.
-bool ConcernsUser(const Error& error) {
-  return error.Category() == ErrorCategory::Io || error.Category() == ErrorCategory::Busy;
+bool IsPassing(const std::exception& error) {
+  const auto* known = dynamic_cast<const Error*>(&error);
+  return known != nullptr && (known->Category() == ErrorCategory::Io || known->Category() == ErrorCategory::Busy);
 }
-
-}  // namespace
 
 void LogFailure(const QString& unit, const QString& routine, const QString& text) {
   ModuleHost().Debug().WriteLog(QStringLiteral("Holdwise.bpl->") + unit + QStringLiteral("->") + routine +
@@ -24,12 +19,10 @@ void LogFailure(const QString& unit, const QString& routine, const QString& text
 void LogCurrentException(const QString& unit, const QString& routine) {
   try {
     throw;
-  } catch (const Error& error) {
+  } catch (const std::exception& error) {
     const QString text = QString::fromUtf8(error.what());
     LogFailure(unit, routine, text);
-    if (ConcernsUser(error)) ModuleHost().Debug().TellFailure(text);
-  } catch (const std::exception& error) {
-    LogFailure(unit, routine, QString::fromUtf8(error.what()));
+    if (IsPassing(error)) ModuleHost().Debug().TellFailure(text);
   } catch (...) {
     LogFailure(unit, routine, QStringLiteral("unknown exception"));
   }

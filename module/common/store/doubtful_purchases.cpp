@@ -23,8 +23,7 @@ std::vector<IncompletePortfolio> DoubtfulPurchases(DatabaseStatements& database)
   for (int row = 0; row < rows.RowCount(); ++row) {
     IncompletePortfolio portfolio{rows.TextAt(row, rows.Column("ID")), rows.TextAt(row, rows.Column("COMNAME")), 0, {}};
     const QString day = rows.TextAt(row, rows.Column("EDITDATE"));
-    // The texts of both have one form, in which the later date is the greater text.
-    if (day > today && rows.TextAt(row, rows.Column("KNOWNTO")) > QString(today).remove(u'-'))
+    if (!rows.IsNull(row, rows.Column("BOUGHTLATER")))
       portfolio.missing.push_back({Lack::BoughtLater, {}, {}, 0, day + QStringLiteral(" 晚于行情日期 ") + today});
     if (const int close = rows.Column("MARKETCLOSE"); !rows.IsNull(row, close)) {
       portfolio.missing.push_back(

@@ -43,8 +43,9 @@ std::optional<int> NumberIn(const ResultSet& rows, int row, int column) {
   return static_cast<int>(rows.IntegerAt(row, column));
 }
 
-DailyRowsByCode ReadDailyRows(DatabaseStatements& database) {
-  const ResultSet rows = database.Query(sql::DailyRowsSince(database.Scalar(sql::kIndexFirstDay).integer,
+DailyRowsByCode ReadDailyRows(DatabaseStatements& database, PortfolioSet portfolios) {
+  const ResultSet rows = database.Query(sql::DailyRowsSince(portfolios == PortfolioSet::Saved,
+                                                            database.Scalar(sql::kIndexFirstDay).integer,
                                                             database.Scalar(sql::kIndexLastButOne).integer));
   const int code = rows.Column("SECUCODE");
   const int end = rows.Column("WINDOWEND");
@@ -204,7 +205,7 @@ std::vector<IncompletePortfolio> IncompletePortfolios(DatabaseStatements& databa
   const int id = rows.Column("ID");
   const int name = rows.Column("COMNAME");
   const int date = rows.Column("CALCDATE");
-  const DailyRowsByCode daily = ReadDailyRows(database);
+  const DailyRowsByCode daily = ReadDailyRows(database, set);
   const QHash<QString, Holdings> holdings = ReadHoldings(database, set);
   const PresentData present = ReadPresentData(database);
   std::vector<IncompletePortfolio> portfolios;

@@ -12,8 +12,10 @@ QString FreeName(DatabaseStatements& database, const QString& name) {
   for (int number = 1;; ++number) {
     const QString ending = QStringLiteral("-副本") + (number == 1 ? QString() : QString::number(number));
     qsizetype kept = kMostNameCharacters - CharactersOf(ending);
-    while (!FitsAsName(FirstCharacters(base, kept) + ending)) --kept;
-    QString candidate = FirstCharacters(base, kept) + ending;
+    QString candidate;
+    do {
+      candidate = FirstCharacters(base, kept--) + ending;
+    } while (!FitsAsName(candidate));
     if (database.Count(sql::CountOfName(candidate)) == 0) return candidate;
   }
 }

@@ -11,6 +11,11 @@ QString Quoted(const QString& text) {
   return QLatin1Char('\'') + text + QLatin1Char('\'');
 }
 
+/// Between SAVEFLAG and 1.
+QString Comparison(bool areSaved) {
+  return areSaved ? QStringLiteral("=") : QStringLiteral("<>");
+}
+
 }  // namespace
 
 QString PortfolioByName(const QString& name) {
@@ -169,28 +174,30 @@ QString IncompletePortfolios(bool areSaved) {
              "select ID,COMNAME,CALCDATE from alg_commain where SAVEFLAG %1 1 and (ISFINISHED = 0 or CALCDATE is null "
              "or LACKING > 0 or CALCDATE < (select first 1 HQDATE from alg_stockstatistic where SECUCODE = 1 and "
              "HQTYPE = 0 order by HQDATE desc)) order by ID desc")
-      .arg(areSaved ? QStringLiteral("=") : QStringLiteral("<>"));
+      .arg(Comparison(areSaved));
 }
 
-QString DailyRowsSince(std::int64_t firstDay, std::int64_t lastButOne) {
+QString DailyRowsSince(bool areSaved, std::int64_t firstDay, std::int64_t lastButOne) {
   const QString hasReturn = QStringLiteral(
       "(select first 1 1 from alg_stockstatistic r where r.SECUCODE = c.SECUCODE and r.HQTYPE = 0 and r.HQDATE >= %1%2 "
       "and (r.OLDCLOSEPRICE <> 0 or r.GGQJSYL <> 0))");
   return QStringLiteral(
              "select c.SECUCODE,(select first 1 coalesce(nullif(s.ENDDATE, 0), s.HQDATE) from alg_stockstatistic s "
              "where s.SECUCODE = c.SECUCODE and s.HQTYPE = 0 order by s.HQDATE desc) as WINDOWEND,%1 as HASRETURN,%2 "
-             "as HASTWODAYS from (select d.SECUCODE from alg_comdetail d union select 1 from rdb$database) c")
+             "as HASTWODAYS from (select d.SECUCODE from alg_comdetail d, alg_commain m where d.MAINID = m.ID and "
+             "m.SAVEFLAG %3 1 union select 1 from rdb$database) c")
       .arg(hasReturn.arg(firstDay).arg(QString()),
-           hasReturn.arg(firstDay).arg(QStringLiteral(" and r.HQDATE <= %1").arg(lastButOne)));
+           hasReturn.arg(firstDay).arg(QStringLiteral(" and r.HQDATE <= %1").arg(lastButOne)), Comparison(areSaved));
 }
 
 QString DoubtfulPurchases(const QString& today) {
   return QStringLiteral(
-             "select m.ID,m.COMNAME,m.EDITDATE,m.KNOWNTO,m.ZSCLOSEPRICE,s.CLOSEPRICE as MARKETCLOSE from alg_commain m "
+             "select * from (select m.ID,m.COMNAME,m.EDITDATE,m.ZSCLOSEPRICE,s.CLOSEPRICE as MARKETCLOSE,"
+             "iif(m.EDITDATE like '____-__-__' and m.EDITDATE > %1 and m.KNOWNTO > cast(replace(%1, '-', '') as "
+             "integer), 1, null) as BOUGHTLATER from alg_commain m "
              "left join alg_stockstatistic s on s.SECUCODE = 1 and s.HQTYPE = 0 and s.HQDATE = iif(m.INDEXISCLOSE = 1, "
              "cast(replace(m.EDITDATE, '-', '') as integer), 0) and abs(s.CLOSEPRICE - m.ZSCLOSEPRICE) >= 0.0051 where "
-             "m.SAVEFLAG = 1 and (s.CLOSEPRICE is not null or m.EDITDATE like '____-__-__' and m.EDITDATE > %1 and "
-             "m.KNOWNTO > cast(replace(%1, '-', '') as integer)) order by m.ID desc")
+             "m.SAVEFLAG = 1) where BOUGHTLATER is not null or MARKETCLOSE is not null order by ID desc")
       .arg(Quoted(today));
 }
 

@@ -102,7 +102,8 @@ inline const QString kDeviations =
 inline const QString kSavedHoldings = QStringLiteral(
     "select * from alg_comdetail where MainID in (select ID from alg_commain where SAVEFLAG = 1) order by MainID");
 inline const QString kUnsavedHoldings = QStringLiteral(
-    "select * from alg_comdetail where MainID in (select ID from alg_commain where SAVEFLAG <> 1) order by MainID");
+    "select d.* from alg_commain m left join alg_comdetail d on d.MAINID = m.ID where m.SAVEFLAG <> 1 and d.MAINID is "
+    "not null order by m.ID");
 /// Closes of an index (1, 399001, 399300) and the closes before them, latest day first.
 [[nodiscard]] QString IndexCloses(int indexNumber);
 [[nodiscard]] QString IndexOldCloses(int indexNumber);
@@ -127,13 +128,13 @@ inline const QString kIndexFirstDay = QStringLiteral(
 inline const QString kIndexLastButOne = QStringLiteral(
     "select first 1 skip 1 HQDATE from alg_stockstatistic where SECUCODE = 1 and HQTYPE = 0 and (OLDCLOSEPRICE <> 0 or "
     "GGQJSYL <> 0) order by HQDATE desc");
-/// Of the index and of the securities held in portfolios: the end of their daily rows (WINDOWEND, null without
-/// rows), whether there is a return on the first day or later (HASRETURN, null without), and whether there is one not
-/// later than the last day but one (HASTWODAYS, null without).
-[[nodiscard]] QString DailyRowsSince(std::int64_t firstDay, std::int64_t lastButOne);
-/// Of saved portfolios, latest first: those bought after `today` ("YYYY-MM-DD") on data that reached further (KNOWNTO),
-/// and those whose index level was the close of the day of purchase while the market's close of that day (MARKETCLOSE,
-/// else null) is another one by now.
+/// Of the index and of the securities held in the saved portfolios or in the others: the end of their daily rows
+/// (WINDOWEND, null without rows), whether there is a return on the first day or later (HASRETURN, null without), and
+/// whether there is one not later than the last day but one (HASTWODAYS, null without).
+[[nodiscard]] QString DailyRowsSince(bool areSaved, std::int64_t firstDay, std::int64_t lastButOne);
+/// Of saved portfolios, latest first: those bought after `today` ("YYYY-MM-DD") on data that reached further
+/// (BOUGHTLATER, else null), and those whose index level was the close of the day of purchase while the market's close
+/// of that day (MARKETCLOSE, else null) is another one by now.
 [[nodiscard]] QString DoubtfulPurchases(const QString& today);
 /// `today` is the host's current date, "YYYY-MM-DD".
 [[nodiscard]] QString FirstCalculation(const QString& today);

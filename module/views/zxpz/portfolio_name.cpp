@@ -27,11 +27,7 @@ bool IsInvisible(char32_t character) {
 }  // namespace
 
 bool IsNameKey(QChar key) {
-  constexpr char16_t kFirstBeyondAscii = 0x80;
-  static const QString kMarks = QStringLiteral("\b()-_");
-  const bool isLetter = (key >= u'A' && key <= u'Z') || (key >= u'a' && key <= u'z');
-  const bool isDigit = key >= u'0' && key <= u'9';
-  return isLetter || isDigit || kMarks.contains(key) || key.unicode() >= kFirstBeyondAscii;
+  return key == u'\b' || IsNameCharacter(key);
 }
 
 void LimitName(QString& name, int& caret) {

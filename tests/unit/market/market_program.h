@@ -37,6 +37,13 @@ inline Result RunProgram(const QStringList& arguments) {
   return Execute(Program(), arguments);
 }
 
+/// The system's own has the packages that `setup` installs.
+inline const QString kPython = QStringLiteral("/usr/bin/python3");
+
+inline QString Script(const char* name) {
+  return qEnvironmentVariable("HOLDWISE_SOURCE") + QStringLiteral("/tests/unit/market/") + QString::fromUtf8(name);
+}
+
 inline QStringList SimulateArguments(const QString& out, int securities, int days, int seed) {
   return {QStringLiteral("simulate"), QStringLiteral("--securities"), QString::number(securities),
           QStringLiteral("--days"),   QString::number(days),          QStringLiteral("--seed"),

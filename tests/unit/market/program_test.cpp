@@ -301,16 +301,12 @@ TEST_P(RealData, EqualsAnIndependentCalculation) {
   const Result built = RunProgram(arguments);
   ASSERT_EQ(built.exitCode, 0) << built.error.constData();
 
-  QStringList check{qEnvironmentVariable("HOLDWISE_SOURCE") + QStringLiteral("/tests/unit/market/check_statistics.py"),
-                    source + QStringLiteral("/bars"),
-                    source + QStringLiteral("/indices"),
-                    out,
-                    date,
-                    QStringLiteral("250")};
+  QStringList check{
+      Script("check_statistics.py"), source + QStringLiteral("/bars"), source + QStringLiteral("/indices"), out, date,
+      QStringLiteral("250")};
   for (const char* code : {"600519", "000001", "300750", "600036", "601318", "000002", "600900"})
     check << QString::fromUtf8(code);
-  // The system's own interpreter has the packages that `setup` installs.
-  const Result checked = Execute(QStringLiteral("/usr/bin/python3"), check);
+  const Result checked = Execute(kPython, check);
   EXPECT_EQ(checked.exitCode, 0) << checked.error.constData();
   EXPECT_TRUE(checked.out.contains(" values, worst relative difference ")) << checked.out.constData();
   RecordProperty("check", checked.out.trimmed().toStdString());
@@ -320,21 +316,19 @@ INSTANTIATE_TEST_SUITE_P(Dates, RealData, testing::Values("-", "2025-01-03", "20
 
 // Means, deviations and risk figures of 200 made-up stocks with holes and late listings against numpy.
 TEST(Figures, OfMadeUpStocksAreNumpys) {
-  const QString scripts = qEnvironmentVariable("HOLDWISE_SOURCE") + QStringLiteral("/tests/unit/market/");
-  const QString python = QStringLiteral("/usr/bin/python3");  // the system's own has the packages that `setup` installs
   for (const auto& [seed, days] : {std::pair("1", "250"), std::pair("2", "250"), std::pair("3", "20")}) {
     const MarketFiles files;
     const QString source = files.Path(QStringLiteral("source"));
-    const Result made = Execute(python, {scripts + QStringLiteral("made_up_market.py"), QStringLiteral("write"), source,
-                                         QString::fromUtf8(seed), QStringLiteral("200")});
+    const Result made = Execute(kPython, {Script("made_up_market.py"), QStringLiteral("write"), source,
+                                          QString::fromUtf8(seed), QStringLiteral("200")});
     ASSERT_EQ(made.exitCode, 0) << made.error.constData();
     QStringList arguments = BuildArguments(source, files.Path(QStringLiteral("out")));
     arguments << QStringLiteral("--rates") << source + QStringLiteral("/rates.csv") << QStringLiteral("--days")
               << QString::fromUtf8(days);
     const Result built = RunProgram(arguments);
     ASSERT_EQ(built.exitCode, 0) << built.error.constData();
-    const Result checked = Execute(python, {scripts + QStringLiteral("check_figures.py"), source,
-                                            files.Path(QStringLiteral("out")), QString::fromUtf8(days)});
+    const Result checked = Execute(
+        kPython, {Script("check_figures.py"), source, files.Path(QStringLiteral("out")), QString::fromUtf8(days)});
     EXPECT_EQ(checked.exitCode, 0) << checked.error.constData();
     EXPECT_TRUE(checked.out.contains(" values, worst relative difference ")) << checked.out.constData();
     RecordProperty("check", checked.out.trimmed().toStdString());

@@ -11,12 +11,6 @@ namespace {
 
 using test::MarketFiles;
 
-const QString kPython = QStringLiteral("/usr/bin/python3");  // the system's own has the packages that `setup` installs
-
-QString Script(const char* name) {
-  return qEnvironmentVariable("HOLDWISE_SOURCE") + QStringLiteral("/tests/unit/market/") + QString::fromUtf8(name);
-}
-
 struct Expected {
   QString date = QStringLiteral("-");
   int leastReturns = 200;

@@ -3,9 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <QProcess>
 #include <limits>
 #include <sstream>
+
+#include "market_program.h"
 
 namespace holdwise {
 namespace {
@@ -166,13 +167,10 @@ QuadraticProgram Read(std::istream& in, double& objective) {
 
 // Long only, sum 1, upper bounds, caps of groups and now and then a floor under the return: 2 to 60 assets.
 TEST(QuadraticProgram, FiftyRandomOnesAreThoseOfAnotherSolver) {
-  QProcess python;
-  const QString script =
-      qEnvironmentVariable("HOLDWISE_SOURCE") + QStringLiteral("/tests/unit/market/quadratic_problems.py");
-  python.start(QStringLiteral("/usr/bin/python3"), {script, QStringLiteral("50"), QStringLiteral("1")});
-  ASSERT_TRUE(python.waitForFinished(60000));
-  ASSERT_EQ(python.exitCode(), 0) << python.readAllStandardError().constData();
-  std::istringstream in(python.readAllStandardOutput().toStdString());
+  const Result problems =
+      Execute(kPython, {Script("quadratic_problems.py"), QStringLiteral("50"), QStringLiteral("1")});
+  ASSERT_EQ(problems.exitCode, 0) << problems.error.constData();
+  std::istringstream in(problems.out.toStdString());
   int atABound = 0;
   for (int problem = 0; problem < 50; ++problem) {
     double objective = 0;

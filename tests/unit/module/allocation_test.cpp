@@ -2,9 +2,9 @@
 // The smart allocation's arithmetic, files and sorting. Expected values are worked out by hand.
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QTemporaryDir>
 
+#include "allocation_tables.h"
 #include "common/grid/string_grid.h"
 #include "holdwise/packet/packet_file.h"
 #include "views/znpz/allocation_figures.h"
@@ -154,16 +154,8 @@ TEST(AllocationFiles, OnlyPlainCompositionNamesAreAskedFor) {
   }
 }
 
-ResultSet Composition(const std::vector<std::pair<const char*, double>>& parts) {
-  ResultSet table;
-  const int code = table.AddColumn("SecuCode", ColumnType::Text);
-  const int weight = table.AddColumn("PZBL", ColumnType::Real);
-  for (const auto& [text, value] : parts) {
-    const int row = table.AppendRow();
-    table.SetText(row, code, text);
-    table.SetReal(row, weight, value);
-  }
-  return table;
+ResultSet Composition(const test::WeightedCodes& parts) {
+  return DecodePacket(test::CompositionFile(parts));
 }
 
 TEST(AllocationFiles, ACompositionsPartsStandInItsOrder) {
@@ -185,15 +177,7 @@ TEST(AllocationFiles, ACompositionThatCannotBeIsRefused) {
 }
 
 TEST(AllocationFiles, ACapitalTablesEntriesAreItsTexts) {
-  ResultSet table;
-  const int count = table.AddColumn("StockCount", ColumnType::Integer);
-  const int money = table.AddColumn("StockMoney", ColumnType::Real);
-  for (const auto& [stocks, limit] : {std::pair{2, 10.0}, std::pair{3, 20.5}}) {
-    const int row = table.AppendRow();
-    table.SetInteger(row, count, stocks);
-    table.SetReal(row, money, limit);
-  }
-  EXPECT_EQ(CapitalTableIn(table), QStringList({"2,10", "3,20.5"}));
+  EXPECT_EQ(CapitalTableIn(DecodePacket(test::CapitalTable({{2, 10}, {3, 20.5}}))), QStringList({"2,10", "3,20.5"}));
 }
 
 TEST(AllocationFiles, AFileLargerThanSuchAFileEverIsIsRefused) {

@@ -33,6 +33,16 @@ TEST(Characters, TheFirstOnesKeepTheirMarks) {
   EXPECT_EQ(FirstCharacters(text, 9), text);
 }
 
+TEST(Characters, OfANameAreLettersDigitsFourMarksAndWhatIsBeyondAscii) {
+  for (int unit = 0; unit < 0x80; ++unit) {
+    const bool isAllowed =
+        QStringLiteral("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz()-_").contains(QChar(unit));
+    EXPECT_EQ(IsNameCharacter(QChar(unit)), isAllowed) << unit;
+  }
+  for (const char16_t unit : {u'\u0080', u'é', u'稳', u'（', u'\uFFFF'})
+    EXPECT_TRUE(IsNameCharacter(unit)) << static_cast<int>(unit);
+}
+
 TEST(Characters, ANameHasFortyAndItsColumnHoldsThem) {
   const QString marked = QStringLiteral("e\u0301");
   EXPECT_TRUE(FitsAsName(marked.repeated(40)));

@@ -32,16 +32,7 @@ class ImportTest : public testing::Test {
     return ImportPortfolios(csv, Services(), progress);
   }
   /// A whole table as text, one line a row.
-  QString Dump(const char* sql) {
-    const ResultSet rows = temp_.Service().Query(QString::fromLatin1(sql));
-    QStringList lines;
-    for (int row = 0; row < rows.RowCount(); ++row) {
-      QStringList cells;
-      for (int column = 0; column < rows.ColumnCount(); ++column) cells += rows.TextAt(row, column);
-      lines += cells.join(QLatin1Char('|'));
-    }
-    return lines.join(QLatin1Char('\n'));
-  }
+  QString Dump(const char* sql) { return temp_.Lines(QString::fromLatin1(sql), u'|').join(u'\n'); }
   QString Everything() {
     return Dump("select * from alg_commain order by ID") + QLatin1Char('#') +
            Dump("select * from alg_comdetail order by ID") + QLatin1Char('#') +

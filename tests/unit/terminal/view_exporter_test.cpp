@@ -21,7 +21,6 @@ TEST(GridCsv, HeadsUntitledColumnsWithTheirNumber) {
   EXPECT_EQ(GridToCsv(grid), QString("名称,#1,\"a,b\"\n\"x\"\"y\",1,\"\"\nz,2,3\n").toUtf8());
 }
 
-/// Two views; the second has a grid that follows the portfolio. Each wait settles at the fourth question.
 class FakeWindow : public CatalogueWindow {
  public:
   explicit FakeWindow(int looks) : looks_(looks) { frame_.resize(10, 10); }
@@ -37,6 +36,7 @@ class FakeWindow : public CatalogueWindow {
   QWidget frame_;
 };
 
+/// Two views; the second has a grid that follows the portfolio. Each wait settles at the fourth question.
 class FakeViews : public ViewCatalogue {
  public:
   [[nodiscard]] std::vector<View> List() const override { return {{1, "one"}, {2, "two"}}; }

@@ -14,6 +14,8 @@ inline constexpr qsizetype kMostNamePoints = 160;
 [[nodiscard]] qsizetype CharactersOf(const QString& text);
 /// So many characters from the beginning; the whole text when it has no more, none for a count below 1.
 [[nodiscard]] QString FirstCharacters(const QString& text, qsizetype count);
+/// May the unit of UTF-16 stand in a name: digits, Latin letters, ( ) - _ and whatever is beyond ASCII?
+[[nodiscard]] bool IsNameCharacter(QChar character);
 /// Is the name short enough in characters and for its column?
 [[nodiscard]] bool FitsAsName(const QString& name);
 
