@@ -9,6 +9,7 @@
 #include <future>
 #include <optional>
 
+#include "database/database_identity.h"
 #include "database/firebird_process.h"
 #include "database/firebird_user_data.h"
 #include "holdwise/packet/error.h"
@@ -59,7 +60,9 @@ std::unique_ptr<UserDataServices> OpenDatabase(const Options& options) {
   const DatabaseTarget target = DatabaseTarget::FromText(options.database);
   for (int attempt = 1;; ++attempt) {
     try {
-      return FirebirdUserData::Open(target, options.workFolder + QStringLiteral("/lock"));
+      auto database = FirebirdUserData::Open(target, options.workFolder + QStringLiteral("/lock"));
+      GiveIdentity(*database);
+      return database;
     } catch (const Error& error) {
       if (error.Category() != ErrorCategory::Busy || attempt == kBusyAttempts || signal_guard::Requested()) throw;
     }
