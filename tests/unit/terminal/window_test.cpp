@@ -1,17 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QMainWindow>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 #include "scripted_host.h"
 #include "theme/theme_services.h"
+#include "window/dialogs.h"
 #include "window/main_window.h"
 #include "window/message_boxes.h"
 #include "window/quick_entry.h"
@@ -26,6 +32,42 @@ class RecordingLog : public DebugServers {
   void WriteLog(const QString& text) override { lines.append(text); }
   QStringList lines;
 };
+
+// --- dialogs ---
+
+/// In the dialog that comes up: chooses the folder in the list, presses Delete, agrees to what is asked, and leaves.
+void PressDeleteInTheDialog(const QString& shown, const QString& chosen) {
+  QTimer::singleShot(0, qApp, [shown, chosen] {
+    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    dialog->setDirectory(shown);
+    auto* list = dialog->findChild<QListView*>("listView");
+    ASSERT_NE(list, nullptr);
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+      return list->model()->match(list->model()->index(0, 0, list->rootIndex()), Qt::DisplayRole, chosen).size() == 1;
+    }));
+    list->setCurrentIndex(
+        list->model()->match(list->model()->index(0, 0, list->rootIndex()), Qt::DisplayRole, chosen).constFirst());
+    list->setFocus();
+    QTimer::singleShot(200, dialog, [] {
+      if (auto* question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+        question->button(QMessageBox::Yes)->click();
+    });
+    QTest::keyClick(list, Qt::Key_Delete);
+    QTest::qWait(400);
+    dialog->reject();
+  });
+}
+
+TEST(DialogsTest, TheDeleteKeyTakesNothingAway) {
+  for (const auto& ask : {AskForFile, AskForFolder}) {
+    const QTemporaryDir folder;
+    ASSERT_TRUE(QDir(folder.path()).mkpath("work/log"));
+    PressDeleteInTheDialog(folder.path(), "work");
+    EXPECT_EQ(ask(nullptr), QString());
+    EXPECT_TRUE(QDir(folder.filePath("work/log")).exists());
+  }
+}
 
 // --- widgets ---
 
