@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QFileInfo>
 #include <QFont>
@@ -146,7 +147,10 @@ int Main(int argc, char** argv) {
   KeepSessionBusFromStarting();
   PrepareFirebirdProcess(options.workFolder + QStringLiteral("/lock"));
   const int exitCode = RunTerminal(argc, argv, options);
-  ShutdownFirebird();
+  if (!ShutdownFirebird()) {
+    std::fflush(nullptr);
+    _exit(exitCode);
+  }
   return exitCode;
 }
 
