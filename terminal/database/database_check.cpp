@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <ibase.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <array>
@@ -105,6 +106,6 @@ int main(int argc, char** argv) {
   }
   const int result = holdwise::firebird::Check(QString::fromLocal8Bit(argv[1]), QString::fromLocal8Bit(argv[2]));
   std::fflush(stdout);
-  holdwise::ShutdownFirebird();
+  if (!holdwise::ShutdownFirebird()) ::_exit(result);
   return result;
 }

@@ -211,8 +211,8 @@ std::shared_ptr<Connection> OpenFile(const QString& file, const QString& lockFol
     if (error.Category() != ErrorCategory::Busy) throw;
     throw firebird::HeldByAnother(file);
   }
-  return std::make_shared<Connection>(std::move(attachment),
-                                      Connection::Place{.folder = folder, .markerFile = firebird::MarkerOf(file)});
+  return std::make_shared<Connection>(
+      std::move(attachment), Connection::Place{.folder = folder, .markerFile = firebird::MarkerOf(file), .file = file});
 }
 
 }  // namespace
