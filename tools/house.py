@@ -32,16 +32,17 @@ TERMINAL = {
     "database/statements": [],
     "database/engine": ["database/statements"],
     "database": ["database/engine"],
+    "backup": [],
     "files": [],
     "datacentre": [],
     "bus": ["datacentre"],
     "process": ["theme"],
     "window": ["process", "theme"],
     "pages": ["datacentre", "process", "theme"],
-    "transfer": ["process"],
+    "transfer": ["process", "backup"],
     "plugins": ["bus", "files", "datacentre", "pages", "window", "theme"],
     "parts": ["plugins"],
-    "app": ["parts", "transfer", "database"],
+    "app": ["parts", "transfer", "database", "backup"],
 }
 ROOMS = {"module": MODULE, "terminal": TERMINAL}
 # The one way from the terminal to the producer: the quote service inside the terminal's process.

@@ -3,7 +3,6 @@
 
 #include <iconv.h>
 
-#include <QUtf8StringView>
 #include <bit>
 #include <cerrno>
 #include <cstdint>
@@ -11,6 +10,7 @@
 
 #include "holdwise/packet/error.h"
 #include "read_file.h"
+#include "text_encoding.h"
 
 namespace holdwise {
 namespace {
@@ -50,7 +50,15 @@ class Converter {
 }  // namespace
 
 QByteArray ToUtf8Text(const QByteArray& bytes) {
-  QByteArray text = QUtf8StringView(bytes).isValidUtf8() ? bytes : Converter().Convert(bytes);
+  const EncodingFound found = FindEncoding(bytes);
+  const auto refuse = [&found](const char* what) {
+    const std::string place = found.badByte == 0 ? "" : "（第 " + std::to_string(found.badByte) + " 个字节）";
+    throw Error(ErrorCategory::Corrupt, what + place + "，请在表格软件里另存为“CSV UTF-8”再用");
+  };
+  if (found.encoding == TextEncoding::Damaged) refuse("文本是 UTF-8，但有的字符不完整");
+  if (found.encoding == TextEncoding::Unknown) refuse("文本既不是 UTF-8 也不是 GB18030");
+  if (found.encoding == TextEncoding::Ambiguous) refuse("看不出文本是 UTF-8 还是 GB18030");
+  QByteArray text = found.encoding == TextEncoding::Utf8 ? bytes : Converter().Convert(bytes);
   if (text.startsWith("\xEF\xBB\xBF")) text.remove(0, 3);
   return text;
 }

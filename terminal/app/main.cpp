@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QFileInfo>
 #include <QFont>
@@ -9,6 +10,7 @@
 #include <future>
 #include <optional>
 
+#include "database/database_identity.h"
 #include "database/firebird_process.h"
 #include "database/firebird_user_data.h"
 #include "holdwise/packet/error.h"
@@ -35,12 +37,28 @@ bool HasDisplay() {
          !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
+int SayStopped(const Options& options, std::int64_t process) {
+  PrintError(QStringLiteral("工作目录“%1”的终端（进程 %2）被暂停了，没有回答，命令没有执行。"
+                            "请用 kill -CONT %2 让它继续，或结束它，然后再试一次。")
+                 .arg(options.workFolder)
+                 .arg(process));
+  return 1;
+}
+
 /// Becomes the work folder's terminal or has the running one carry out the command; then its exit code.
 std::optional<int> LockOrHandOver(WorkFolderLock& lock, const Options& options) {
   if (lock.Acquire()) return std::nullopt;
+  StoppedProcessWatch watch;
+  bool isStopped = false;
+  const auto givenUp = [&] {
+    isStopped = watch.IsOver(lock.Holder());
+    return isStopped || signal_guard::Requested();
+  };
   // Nobody answers while the other one starts or ends: either it will answer soon or its lock becomes free.
-  for (int attempt = 0; attempt < kRetries && !signal_guard::Requested(); ++attempt) {
-    if (const auto answer = HandOver(options.workFolder, options.command, signal_guard::Requested)) {
+  for (int attempt = 0; attempt < kRetries && !givenUp(); ++attempt) {
+    const auto answer = HandOver(options.workFolder, options.command, givenUp);
+    if (isStopped) break;
+    if (answer) {
       if (!answer->text.isEmpty())
         std::fprintf(answer->exitCode == 0 ? stdout : stderr, "%s\n", answer->text.toUtf8().constData());
       return answer->exitCode;
@@ -48,6 +66,7 @@ std::optional<int> LockOrHandOver(WorkFolderLock& lock, const Options& options) 
     if (lock.Acquire()) return std::nullopt;
     QThread::msleep(kRetryMilliseconds);
   }
+  if (isStopped) return SayStopped(options, lock.Holder());
   PrintError(QStringLiteral("工作目录“%1”正由另一个终端使用，它没有回答。").arg(options.workFolder));
   return 1;
 }
@@ -59,7 +78,9 @@ std::unique_ptr<UserDataServices> OpenDatabase(const Options& options) {
   const DatabaseTarget target = DatabaseTarget::FromText(options.database);
   for (int attempt = 1;; ++attempt) {
     try {
-      return FirebirdUserData::Open(target, options.workFolder + QStringLiteral("/lock"));
+      auto database = FirebirdUserData::Open(target, options.workFolder + QStringLiteral("/lock"));
+      GiveIdentity(*database);
+      return database;
     } catch (const Error& error) {
       if (error.Category() != ErrorCategory::Busy || attempt == kBusyAttempts || signal_guard::Requested()) throw;
     }
@@ -129,7 +150,10 @@ int Main(int argc, char** argv) {
   KeepSessionBusFromStarting();
   PrepareFirebirdProcess(options.workFolder + QStringLiteral("/lock"));
   const int exitCode = RunTerminal(argc, argv, options);
-  ShutdownFirebird();
+  if (!ShutdownFirebird()) {
+    std::fflush(nullptr);
+    _exit(exitCode);
+  }
   return exitCode;
 }
 

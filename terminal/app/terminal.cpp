@@ -128,7 +128,7 @@ void Terminal::EnterFirstPage() {
 void Terminal::GoOn() {
   if (!isReady_ || std::exchange(hasGoneOn_, true)) return;
   market_->Connection().Connect();
-  window_.FollowDatabaseFile();
+  window_.FollowPlaces({});
   commands_->RunFirst();
 }
 

@@ -2,9 +2,10 @@
 #include "parts/window_side.h"
 
 #include <QApplication>
-#include <QFileInfo>
+#include <QDialog>
 #include <QFontMetrics>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <utility>
 
 #include "pages/notice_page.h"
@@ -41,6 +42,7 @@ WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
   window_.SetBusState(false);
   messageBoxes_.SetWindow(&window_);
   process_.Log().SetFailureListener([this](const QString& text) {
+    PrintError(text);
     QMetaObject::invokeMethod(
         &window_, [this, text] { window_.TellFailure(text); }, Qt::QueuedConnection);
   });
@@ -48,6 +50,7 @@ WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
 
 WindowSide::~WindowSide() {
   process_.Log().SetFailureListener({});
+  if (places_ && !places_->Problem().isEmpty()) return;  // settings would make the folder anew
   if (!process_.Asked().IsBatch()) process_.Settings().setValue(kGeometrySetting, window_.saveGeometry());
 }
 
@@ -90,11 +93,35 @@ void WindowSide::ShowObstacle(const QString& title, const QString& text, const Q
     advice += QStringLiteral("\n\n下面两条命令生成一份模拟行情；自己的日线数据也用第二条命令转换。");
   PrintError(title + QStringLiteral("：") + advice + (commands.isEmpty() ? QString() : QLatin1Char('\n') + commands));
   if (process_.Asked().IsBatch()) return;
-  obstacle_ = std::make_unique<NoticePage>(title, advice, commands, [this, again = std::move(tryAgain)] {
-    // Leaves the button's own handler first: what follows removes the page.
-    QTimer::singleShot(0, &window_, again);
-  });
+  NoticeChoice again{QStringLiteral("重新检查"), [this, act = std::move(tryAgain)] {
+                       // Leaves the button's own handler first: what follows removes the page.
+                       QTimer::singleShot(0, &window_, act);
+                     }};
+  obstacle_ = std::make_unique<NoticePage>(title, advice, commands, std::vector<NoticeChoice>{std::move(again)});
   window_.Area().ShowFrame(obstacle_.get());
+}
+
+int WindowSide::Choose(const QString& title, const QString& text, const QStringList& choices) {
+  process_.Log().WriteLog(title + QStringLiteral("：") + text);
+  PrintError(title + QStringLiteral("：") + text);
+  if (process_.Asked().IsBatch()) return kNothingChosen;
+  window_.show();
+  // A dialog and not a page of the window: nothing else may be used until it is answered.
+  QDialog dialog(&window_);
+  dialog.setWindowTitle(title);
+  int chosen = kNothingChosen;
+  std::vector<NoticeChoice> buttons;
+  for (int number = 0; number < choices.size(); ++number) {
+    buttons.push_back({choices[number], [&dialog, &chosen, number] {
+                         chosen = number;
+                         dialog.accept();
+                       }});
+  }
+  auto* layout = new QVBoxLayout(&dialog);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(new NoticePage(title, text, QString(), std::move(buttons)));
+  dialog.exec();
+  return chosen;
 }
 
 void WindowSide::ClearObstacle() {
@@ -113,26 +140,28 @@ void WindowSide::ShowMarket(const MarketData& data, MarketConnection& connection
                    [this](const QString& problem) { window_.SetQuotesProblem(problem); });
 }
 
-void WindowSide::FollowDatabaseFile() {
-  const QFileInfo file(process_.Asked().database);
-  if (!file.isFile()) return;
-  // The folder, not the file: that one changes with every statement.
-  workFolder_.addPath(file.absolutePath());
-  QObject::connect(&workFolder_, &QFileSystemWatcher::directoryChanged, &window_,
-                   [this, path = file.absoluteFilePath()] { LookForDatabaseFile(path); });
-}
-
-void WindowSide::LookForDatabaseFile(const QString& file) {
-  const bool isGone = !QFileInfo::exists(file);
-  if (std::exchange(isDatabaseGone_, isGone) == isGone) return;
-  window_.SetDatabase(isGone ? QStringLiteral("文件不在了：") + file : process_.Asked().database);
-  if (!isGone) return;
-  const QString text = QStringLiteral(
-                           "数据库文件 %1 被删除或移走了。请把它移回原处；没有了的，请正常退出终端再启动，"
-                           "退出时写下的组合会在启动时恢复。")
-                           .arg(file);
-  process_.Log().WriteLog(text);
-  window_.TellFailure(text);
+void WindowSide::FollowPlaces(std::function<void()> saveElsewhere) {
+  const QString database = process_.Asked().database;
+  places_.emplace(process_.Asked().workFolder, database);
+  places_->OnGone = [this, database, save = std::move(saveElsewhere)](const QString& text) {
+    process_.Log().WriteLog(text);
+    PrintError(text);
+    window_.SetDatabase(QStringLiteral("不在原处：") + database);
+    window_.TellFailure(text);
+    if (process_.Asked().IsBatch()) return;
+    notice_ = std::make_unique<UrgentNotice>(&window_, QStringLiteral("数据的位置不在了"), text,
+                                             QStringLiteral("另存全部组合(&S)…"), save);
+    notice_->show();
+    notice_->raise();
+  };
+  places_->OnBack = [this, database] {
+    const QString text = QStringLiteral("工作目录和数据库文件又在原处了。");
+    process_.Log().WriteLog(text);
+    notice_.reset();
+    window_.SetDatabase(database);
+    window_.Tell(text);
+  };
+  places_->Start();
 }
 
 }  // namespace holdwise

@@ -23,6 +23,17 @@ QString Absolute(const QString& path) {
 constexpr const char* kValueOptions[] = {"data",      "work",   "db",     "bus",    "theme",        "address",
                                          "parameter", "import", "export", "stress", "stress-index", "capital"};
 
+/// A command's texts by the names they have when it is handed over.
+struct Member {
+  const char* key;
+  QString Command::*text;
+};
+constexpr Member kMembers[] = {
+    {"address", &Command::address},     {"parameter", &Command::parameter},      {"import", &Command::importFile},
+    {"export", &Command::exportFolder}, {"data", &Command::dataFolder},          {"db", &Command::database},
+    {"stress", &Command::stress},       {"stress-index", &Command::stressIndex}, {"capital", &Command::capital}};
+const QString kThemeKey = QStringLiteral("theme");
+
 QStringList StressIndices() {
   QStringList numbers;
   for (const int number : kIndexNumbers) numbers.append(QString::number(number));
@@ -125,12 +136,9 @@ bool Command::IsEmpty() const {
 }
 
 QByteArray Command::ToJson() const {
-  QJsonObject object{{QStringLiteral("address"), address},   {QStringLiteral("parameter"), parameter},
-                     {QStringLiteral("import"), importFile}, {QStringLiteral("export"), exportFolder},
-                     {QStringLiteral("data"), dataFolder},   {QStringLiteral("db"), database},
-                     {QStringLiteral("stress"), stress},     {QStringLiteral("stress-index"), stressIndex},
-                     {QStringLiteral("capital"), capital}};
-  if (theme) object.insert(QStringLiteral("theme"), ThemeKindName(*theme));
+  QJsonObject object;
+  for (const Member& member : kMembers) object.insert(QLatin1String(member.key), this->*member.text);
+  if (theme) object.insert(kThemeKey, ThemeKindName(*theme));
   return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
@@ -139,16 +147,19 @@ std::optional<Command> Command::FromJson(const QByteArray& json) {
   if (!document.isObject()) return std::nullopt;
   const QJsonObject object = document.object();
   Command command;
-  command.theme = ThemeKindFromName(object.value(QStringLiteral("theme")).toString());
-  command.address = object.value(QStringLiteral("address")).toString();
-  command.parameter = object.value(QStringLiteral("parameter")).toString();
-  command.importFile = object.value(QStringLiteral("import")).toString();
-  command.exportFolder = object.value(QStringLiteral("export")).toString();
-  command.dataFolder = object.value(QStringLiteral("data")).toString();
-  command.database = object.value(QStringLiteral("db")).toString();
-  command.stress = object.value(QStringLiteral("stress")).toString();
-  command.stressIndex = object.value(QStringLiteral("stress-index")).toString();
-  command.capital = object.value(QStringLiteral("capital")).toString();
+  for (auto entry = object.begin(); entry != object.end(); ++entry) {
+    // A wish that is not understood, of a later version say, must not be carried out without it.
+    if (!entry.value().isString()) return std::nullopt;
+    if (entry.key() == kThemeKey) {
+      command.theme = ThemeKindFromName(entry.value().toString());
+      if (!command.theme) return std::nullopt;
+      continue;
+    }
+    const auto* member = std::find_if(std::begin(kMembers), std::end(kMembers),
+                                      [&entry](const Member& one) { return entry.key() == QLatin1String(one.key); });
+    if (member == std::end(kMembers)) return std::nullopt;
+    command.*member->text = entry.value().toString();
+  }
   return command;
 }
 

@@ -24,7 +24,7 @@ struct Command {
 
   [[nodiscard]] bool IsEmpty() const;
   [[nodiscard]] QByteArray ToJson() const;
-  /// None when the text is not one of ToJson's.
+  /// None when the text is not one of ToJson's: also for a key or a theme that is not known.
   [[nodiscard]] static std::optional<Command> FromJson(const QByteArray& json);
 };
 

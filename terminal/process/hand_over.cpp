@@ -11,10 +11,13 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPointer>
+#include <QTimer>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <utility>
+#include <vector>
 
 #include "holdwise/packet/error.h"
 #include "holdwise/packet/system_error.h"
@@ -25,6 +28,8 @@ namespace {
 constexpr qsizetype kLongestCommand = 1 << 16;
 constexpr int kAskMilliseconds = 100;
 constexpr int kWaitingConnections = 16;
+constexpr std::size_t kMostWithoutCommand = 32;
+constexpr std::chrono::seconds kLongestTalk{5};
 constexpr std::size_t kChunk = 1 << 12;
 constexpr const char* kSocketName = "/terminal.socket";
 
@@ -117,6 +122,9 @@ class HandOverServer::Connection final : public QObject {
     writer_.setEnabled(false);
     connect(&reader_, &QSocketNotifier::activated, this, [this] { Read(); });
     connect(&writer_, &QSocketNotifier::activated, this, [this] { Write(); });
+    connect(&patience_, &QTimer::timeout, this, &Connection::End);
+    patience_.setSingleShot(true);
+    patience_.start(kLongestTalk);
   }
   ~Connection() override {
     reader_.setEnabled(false);
@@ -130,6 +138,7 @@ class HandOverServer::Connection final : public QObject {
     answer_ = ToLine(answer);
     Write();
   }
+  [[nodiscard]] bool HasCommand() const { return hasCommand_; }
 
  private:
   void Read() {
@@ -137,13 +146,18 @@ class HandOverServer::Connection final : public QObject {
     if (!isOpen || received_.size() > kLongestCommand) return End();
     const qsizetype end = received_.indexOf('\n');
     if (end < 0 || std::exchange(hasCommand_, true)) return;
+    patience_.stop();  // from here on it is this side that is waited for
+    // Whoever has gone by now was told that nobody answered: nothing may happen afterwards.
+    if (!Receive(socket_, received_)) return End();
     server_.TakeCommand(received_.left(end), *this);
   }
   void Write() {
     if (!Send(socket_, answer_) || answer_.isEmpty()) return End();
     writer_.setEnabled(true);
+    patience_.start(kLongestTalk);
   }
   void End() {
+    patience_.stop();
     reader_.setEnabled(false);
     writer_.setEnabled(false);
     deleteLater();
@@ -153,6 +167,7 @@ class HandOverServer::Connection final : public QObject {
   HandOverServer& server_;
   QSocketNotifier reader_;
   QSocketNotifier writer_;
+  QTimer patience_;
   QByteArray received_;
   QByteArray answer_;
   bool hasCommand_ = false;
@@ -179,7 +194,14 @@ HandOverServer::~HandOverServer() {
 
 void HandOverServer::TakeConnection() {
   const int accepted = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
-  if (accepted >= 0) new Connection(accepted, *this);  // connections_ owns it
+  if (accepted < 0) return;
+  // Those that only hold on to the line give way, or they would take the process's descriptors.
+  std::vector<QObject*> silent;
+  for (QObject* connection : connections_.children()) {
+    if (!static_cast<Connection*>(connection)->HasCommand()) silent.push_back(connection);
+  }
+  if (silent.size() >= kMostWithoutCommand) delete silent.front();
+  new Connection(accepted, *this);  // connections_ owns it
 }
 
 void HandOverServer::TakeCommand(const QByteArray& line, Connection& connection) {

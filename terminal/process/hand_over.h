@@ -16,9 +16,10 @@ struct HandOverAnswer {
   int exitCode = 0;
 };
 
-/// The running terminal's side: takes one command a connection and answers when it has been carried out. On the
-/// system's own sockets: Qt's network library would cost every start a millisecond for these two lines of text.
-/// User-interface thread.
+/// The running terminal's side: takes one command a connection and answers when it has been carried out. A connection
+/// has 5 s for its command and 5 s for each step of taking the answer; of those without a command the last 32 are kept;
+/// a command whose sender has gone when it is read is not carried out. On the system's own sockets: Qt's network
+/// library would cost every start a millisecond for these two lines of text. User-interface thread.
 class HandOverServer {
  public:
   using Answer = std::function<void(const HandOverAnswer&)>;

@@ -20,16 +20,24 @@ constexpr timespec kGrace{1, 500'000'000};
 std::atomic<bool> requested = false;
 std::atomic<int> descriptor = -1;
 
+/// Whoever started us may have asked that we outlive the session (nohup): what was ignored stays so.
+bool IsIgnored(int signal) {
+  struct sigaction action {};
+  return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
 sigset_t EndSignals() {
   sigset_t signals;
   sigemptyset(&signals);
   sigaddset(&signals, SIGTERM);
   sigaddset(&signals, SIGINT);
+  for (const int signal : {SIGHUP, SIGQUIT}) {
+    if (!IsIgnored(signal)) sigaddset(&signals, signal);
+  }
   return signals;
 }
 
-void TakeSignals() {
-  const sigset_t signals = EndSignals();
+void TakeSignals(sigset_t signals) {
   int signal = 0;
   while (sigwait(&signals, &signal) != 0) {
   }
@@ -49,8 +57,10 @@ void TakeSignals() {
 void Install() {
   const sigset_t signals = EndSignals();
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  // Whoever reads our output may go before us; that is no reason to end without order.
+  (void)std::signal(SIGPIPE, SIG_IGN);
   descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-  std::thread(TakeSignals).detach();
+  std::thread(TakeSignals, signals).detach();
 }
 
 bool Requested() noexcept {

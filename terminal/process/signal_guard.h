@@ -3,13 +3,14 @@
 
 namespace holdwise {
 
-/// Turns SIGTERM and SIGINT into a request for an orderly end. Both signals are blocked in every thread and taken by
-/// one thread of its own, so no handler that a library installs behind our back ever runs. After the first signal the
+/// Turns SIGTERM, SIGINT, SIGHUP (the session has ended) and SIGQUIT into a request for an orderly end; SIGHUP and
+/// SIGQUIT stay ignored where the process was started so. The signals are blocked in every thread and taken by one
+/// thread of its own, so no handler that a library installs behind our back ever runs. After the first signal the
 /// process has 2.5 s; then, or at a further signal that comes a second later, that thread ends it at once with code 1
 /// (transactions under way roll back at the next start).
 namespace signal_guard {
 
-/// First call in main, before any thread is started.
+/// First call in main, before any thread is started. From then on writing to a closed pipe is a failed write.
 void Install();
 /// Has an end been requested? Any thread.
 [[nodiscard]] bool Requested() noexcept;

@@ -50,9 +50,36 @@ bool WorkFolderLock::Acquire() {
   if (descriptor_ < 0)
     descriptor_ = open(QFile::encodeName(path_).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
   if (descriptor_ < 0) Fail(QFileInfo(path_).path(), LastReason());
-  if (flock(descriptor_, LOCK_EX | LOCK_NB) == 0) return true;
+  if (flock(descriptor_, LOCK_EX | LOCK_NB) == 0) {
+    const QByteArray own = QByteArray::number(static_cast<qint64>(getpid()));
+    // Only for messages about this process: a disk that does not take it stops nobody.
+    if (ftruncate(descriptor_, 0) == 0)
+      (void)!pwrite(descriptor_, own.constData(), static_cast<std::size_t>(own.size()), 0);
+    return true;
+  }
   if (errno != EWOULDBLOCK) Fail(QFileInfo(path_).path(), LastReason());
   return false;
+}
+
+std::int64_t WorkFolderLock::Holder() const {
+  QFile file(path_);
+  if (!file.open(QIODevice::ReadOnly)) return 0;
+  constexpr qint64 kLongestNumber = 20;
+  return file.read(kLongestNumber).toLongLong();
+}
+
+bool StoppedProcessWatch::IsOver(std::int64_t process) {
+  constexpr qint64 kPatienceMilliseconds = 5000;
+  QFile file(QStringLiteral("/proc/%1/stat").arg(process));
+  const QByteArray status = process > 0 && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  // The state stands behind the name, which is in brackets and may hold any character.
+  const char state = status.mid(status.lastIndexOf(')') + 2, 1).append(' ').at(0);
+  if (state != 'T' && state != 't') {
+    stopped_.invalidate();
+    return false;
+  }
+  if (!stopped_.isValid()) stopped_.start();
+  return stopped_.hasExpired(kPatienceMilliseconds);
 }
 
 }  // namespace holdwise

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QElapsedTimer>
 #include <QString>
+#include <cstdint>
 
 namespace holdwise {
 
@@ -19,10 +21,22 @@ class WorkFolderLock {
 
   /// False when another process holds it; never waits. Error(Io) when the lock file cannot be opened.
   [[nodiscard]] bool Acquire();
+  /// The process that holds it, as it wrote down itself; 0 when that cannot be read. For another process than that one.
+  [[nodiscard]] std::int64_t Holder() const;
 
  private:
   QString path_;
   int descriptor_ = -1;
+};
+
+/// Patience with a process that has been stopped (by a person's Ctrl-Z or a debugger): five seconds. Any one thread.
+class StoppedProcessWatch {
+ public:
+  /// Asked several times a second: has that process been stopped for so long? Never when it is not there.
+  [[nodiscard]] bool IsOver(std::int64_t process);
+
+ private:
+  QElapsedTimer stopped_;
 };
 
 }  // namespace holdwise

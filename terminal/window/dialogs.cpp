@@ -14,6 +14,8 @@ namespace {
 constexpr QSize kReportSize{640, 360};
 
 QString Ask(QFileDialog& dialog, const QString& accept) {
+  // A place to choose from, not to tidy up: without this the Delete key takes whole folders away.
+  dialog.setOption(QFileDialog::ReadOnly);
   dialog.setLabelText(QFileDialog::Accept, accept);
   dialog.setLabelText(QFileDialog::Reject, QStringLiteral("取消"));
   dialog.setLabelText(QFileDialog::LookIn, QStringLiteral("位置"));

@@ -69,6 +69,53 @@ TEST(Database, AFileThatIsDeletedWhileTheTerminalRunsIsSaid) {
   EXPECT_TRUE(isSaid());
 }
 
+/// Three ways for a work folder to go, and one for the folder of the engine's lock files.
+class WorkFolderGone : public testing::TestWithParam<const char*> {};
+INSTANTIATE_TEST_SUITE_P(All, WorkFolderGone, testing::Values("removed", "moved", "replaced", "lock"));
+
+void TakeAway(const Bench& bench, const std::string& way) {
+  if (way == "removed") {
+    ASSERT_TRUE(QDir(bench.Work()).removeRecursively());
+  } else if (way == "lock") {
+    ASSERT_TRUE(QDir(bench.Work() + "/lock").removeRecursively());
+  } else {
+    ASSERT_TRUE(QDir().rename(bench.Work(), bench.File("away")));
+    if (way == "replaced") {
+      ASSERT_TRUE(QDir().mkdir(bench.Work()));
+    }
+  }
+}
+
+TEST_P(WorkFolderGone, IsSaidAtOnceAndTheEndIsOrderly) {
+  const std::string way = GetParam();
+  const Bench bench;
+  ASSERT_EQ(
+      RunTerminal(bench.Arguments({"--import", bench.Write("p.csv", TwoPortfolios()), "--export", bench.File("out")}))
+          .exitCode,
+      0);
+  RunningTerminal running(bench.Arguments({"--parameter", "Skip风险计量"}));
+  ASSERT_TRUE(running.WaitForWindow());
+  QThread::msleep(500);
+  TakeAway(bench, way);
+  QString told;
+  for (int time = 0; time < 40 && !told.contains("工作目录"); ++time) {
+    running.Process().waitForReadyRead(50);
+    told += QString::fromUtf8(running.Process().readAllStandardError());
+  }
+  EXPECT_EQ(told.contains(QStringLiteral("工作目录 %1 被删除或移走了").arg(bench.Work())), way != "lock")
+      << told.toStdString();
+  EXPECT_GE(running.Signal(SIGTERM), 0);
+  EXPECT_EQ(running.Process().exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(running.Process().exitCode(), 0);
+  told += QString::fromUtf8(running.Process().readAllStandardError());
+  EXPECT_FALSE(told.contains("terminate called")) << told.toStdString();
+  EXPECT_EQ(QDir(bench.Work()).exists(), way == "replaced" || way == "lock");
+  if (way == "moved") {  // and what was moved away is whole
+    ASSERT_TRUE(QDir().rename(bench.File("away"), bench.Work()));
+    EXPECT_EQ(bench.Export("2001-strngrd").size(), 2U);
+  }
+}
+
 class DataFolder : public testing::Test {
  protected:
   void ExpectRefused(const QString& expected) {

@@ -4,6 +4,7 @@
 
 #include <QElapsedTimer>
 #include <QThread>
+#include <csignal>
 #include <random>
 
 #include "terminal_process.h"
@@ -27,7 +28,7 @@ QByteArray ManyPortfolios() {
 }
 
 class SignalTest : public testing::TestWithParam<int> {};
-INSTANTIATE_TEST_SUITE_P(Both, SignalTest, testing::Values(SIGTERM, SIGINT));
+INSTANTIATE_TEST_SUITE_P(All, SignalTest, testing::Values(SIGTERM, SIGINT, SIGHUP, SIGQUIT));
 
 TEST_P(SignalTest, EndsTheWindowInOrder) {
   const Bench bench;
@@ -61,6 +62,58 @@ TEST_P(SignalTest, EndsATerminalThatWaitsForItsUser) {
   EXPECT_LE(took, kLongestEnd);
   EXPECT_EQ(running.Process().exitStatus(), QProcess::NormalExit);
   EXPECT_EQ(running.Process().exitCode(), 0);
+}
+
+TEST(Signals, ATerminalThatIsToOutliveItsSessionDoes) {
+  const Bench bench;
+  QProcess process;
+  QProcessEnvironment environment = BareEnvironment();
+  environment.insert("QT_QPA_PLATFORM", "offscreen");
+  environment.insert("HOLDWISE_TRACE_START", "1");
+  process.setProcessEnvironment(environment);
+  process.setChildProcessModifier([] { (void)std::signal(SIGHUP, SIG_IGN); });  // as nohup does
+  process.start(Program("holdwise-terminal"), bench.Arguments({}));
+  QByteArray told;
+  for (int time = 0; time < 300 && !told.contains("HOLDWISE_FIRST_PAINT_MS"); ++time) {
+    process.waitForReadyRead(100);
+    told += process.readAllStandardError();
+  }
+  ASSERT_TRUE(told.contains("HOLDWISE_FIRST_PAINT_MS"));
+  ASSERT_EQ(kill(static_cast<pid_t>(process.processId()), SIGHUP), 0);
+  EXPECT_FALSE(process.waitForFinished(4000));
+  ASSERT_EQ(kill(static_cast<pid_t>(process.processId()), SIGTERM), 0);
+  EXPECT_TRUE(process.waitForFinished(kLongestEnd));
+}
+
+TEST(Signals, AClosedPipeEndsNothing) {
+  const Bench bench;
+  RunningTerminal running(bench.Arguments({}));
+  ASSERT_TRUE(running.WaitForWindow());
+  running.Process().closeReadChannel(QProcess::StandardOutput);
+  running.Process().closeReadChannel(QProcess::StandardError);
+  ASSERT_TRUE(QFile::remove(bench.Work() + "/holdwise.fdb"));  // said on standard error too
+  ASSERT_EQ(kill(static_cast<pid_t>(running.Process().processId()), SIGPIPE), 0);
+  EXPECT_FALSE(running.Process().waitForFinished(2000));
+}
+
+TEST(Signals, AStoppedTerminalIsWaitedForFiveSeconds) {
+  const Bench bench;
+  RunningTerminal running(bench.Arguments({}));
+  ASSERT_TRUE(running.WaitForWindow());
+  const auto process = static_cast<pid_t>(running.Process().processId());
+  ASSERT_EQ(kill(process, SIGSTOP), 0);
+  QElapsedTimer timer;
+  timer.start();
+  const Outcome second =
+      RunTerminal(bench.Arguments({"--import", bench.Write("p.csv", TwoPortfolios()), "--address", "投资组合"}));
+  EXPECT_LE(timer.elapsed(), 5000 + kLongestEnd);
+  EXPECT_EQ(second.exitCode, 1);
+  EXPECT_TRUE(second.err.contains(QStringLiteral("（进程 %1）被暂停了").arg(process))) << second.err.toStdString();
+  ASSERT_EQ(kill(process, SIGCONT), 0);
+  // What was given up is not done behind the user's back.
+  EXPECT_EQ(RunTerminal(bench.Arguments({"--address", "工具条"})).exitCode, 0);
+  ASSERT_GE(running.Signal(SIGTERM), 0);
+  EXPECT_EQ(bench.Export("2001-strngrd").size(), 0U);
 }
 
 TEST(Signals, AtAnyMomentEndInTimeAndLoseNothing) {

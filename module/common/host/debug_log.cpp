@@ -5,6 +5,15 @@
 #include "holdwise/packet/error.h"
 
 namespace holdwise {
+namespace {
+
+/// What the user can do something about, or wait for.
+bool ConcernsUser(const std::exception& error) {
+  const auto* known = dynamic_cast<const Error*>(&error);
+  return IsPassing(error) || (known != nullptr && known->Category() == ErrorCategory::Refused);
+}
+
+}  // namespace
 
 bool IsPassing(const std::exception& error) {
   const auto* known = dynamic_cast<const Error*>(&error);
@@ -22,10 +31,14 @@ void LogCurrentException(const QString& unit, const QString& routine) {
   } catch (const std::exception& error) {
     const QString text = QString::fromUtf8(error.what());
     LogFailure(unit, routine, text);
-    if (IsPassing(error)) ModuleHost().Debug().TellFailure(text);
+    if (ConcernsUser(error)) ModuleHost().Debug().TellFailure(text);
   } catch (...) {
     LogFailure(unit, routine, QStringLiteral("unknown exception"));
   }
+}
+
+void LogDeletion(const QString& portfolioName) {
+  ModuleHost().Debug().WriteLog(QStringLiteral("用户已删除组合“%1”，可用“文件→恢复…”找回").arg(portfolioName));
 }
 
 }  // namespace holdwise

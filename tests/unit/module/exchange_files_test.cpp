@@ -28,6 +28,20 @@ class ExchangeFiles : public EngineTest {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
   }
   bool Exists(const char* name) const { return QFile::exists(Path(name)); }
+  /// The files that were kept of one, oldest first.
+  QStringList Kept(const char* name, const char* ending) const {
+    const QString pattern =
+        QStringLiteral("%1.2*%2").arg(QString::fromLatin1(name), QString::fromLatin1(ending));
+    return QDir(host_.SysWorkDataPath()).entryList({pattern}, QDir::Files, QDir::Name);
+  }
+  /// Bytes of the only one that was kept of each; "(not one)" otherwise.
+  QByteArray KeptPair(const char* ending) const {
+    const QStringList detail = Kept("TZZHDetail.dat", ending);
+    const QStringList merge = Kept("TZZHMerge.dat", ending);
+    if (detail.size() != 1 || merge.size() != 1) return "(not one)";
+    return Bytes(qPrintable(detail[0])) + Bytes(qPrintable(merge[0]));
+  }
+  QByteArray PairBytes() const { return Bytes("TZZHDetail.dat") + Bytes("TZZHMerge.dat"); }
 
   static ResultSet Details(const std::vector<std::vector<QString>>& rows) { return TableOf(kDetailColumns, rows); }
   static ResultSet Portfolios(const std::vector<std::vector<QString>>& rows) { return TableOf(kMergeColumns, rows); }
@@ -133,9 +147,10 @@ TEST_F(ExchangeFiles, OneFileAloneIsNotImportedButKept) {
     ASSERT_FALSE(host_.debug.Lines().empty());
     EXPECT_TRUE(host_.debug.Lines().back().contains(QString::fromLatin1(missing)));
     SaveZHFile();
-    EXPECT_EQ(Bytes((std::string(alone) + ".bad").c_str()), bytes);
-    EXPECT_FALSE(Exists((std::string(missing) + ".bad").c_str()));
-    QFile::remove(Path((std::string(alone) + ".bad").c_str()));
+    ASSERT_EQ(Kept(alone, ".bad").size(), 1);
+    EXPECT_EQ(Bytes(qPrintable(Kept(alone, ".bad")[0])), bytes);
+    EXPECT_TRUE(Kept(missing, ".bad").isEmpty());
+    QFile::remove(Path(qPrintable(Kept(alone, ".bad")[0])));
   }
 }
 
@@ -146,7 +161,7 @@ TEST_F(ExchangeFiles, ASingleQuoteInANameRollsTheWholeImportBack) {
   // The next save writes a new pair.
   SaveZHFile();
   EXPECT_EQ(ReadPacketFile(Path("TZZHMerge.dat")).RowCount(), 0);
-  EXPECT_EQ(Bytes("TZZHDetail.dat.bad") + Bytes("TZZHMerge.dat.bad"), pair);
+  EXPECT_EQ(KeptPair(".bad"), pair);
 }
 
 TEST_F(ExchangeFiles, TextsOfAFileDoNotChangeAStatement) {
@@ -253,8 +268,8 @@ TEST_F(ExchangeFiles, EveryCallOfTheImportMayFail) {
       EXPECT_FALSE(imported) << call;
       ExpectUntouched();
     }
-    // Two counts, start, two holdings, generator, one portfolio, generator, commit.
-    EXPECT_EQ(call, 9);
+    // Two counts, the identity's table and row, start, two holdings, generator, one portfolio, generator, commit.
+    EXPECT_EQ(call, 11);
     Run("delete from alg_commain");
     Run("delete from alg_comdetail");
   }
@@ -263,15 +278,15 @@ TEST_F(ExchangeFiles, EveryCallOfTheImportMayFail) {
 TEST_F(ExchangeFiles, EveryCallOfTheSavingMayFail) {
   WritePair();
   const QByteArray earlier = Bytes("TZZHDetail.dat") + Bytes("TZZHMerge.dat");
-  // Start and the two queries come before the files.
-  for (int call = 0; call < 3; ++call) {
+  // Start, the two queries and those for the identity come before the files.
+  for (int call = 0; call < 5; ++call) {
     Plan().FailCall(call);
     SaveZHFile();
     EXPECT_TRUE(Plan().HasFailed());
     EXPECT_EQ(Bytes("TZZHDetail.dat") + Bytes("TZZHMerge.dat"), earlier);
     EXPECT_FALSE(Database().InTransaction());
   }
-  EXPECT_EQ(host_.debug.Lines().size(), 3U);
+  EXPECT_EQ(host_.debug.Lines().size(), 5U);
   SaveZHFile();
   EXPECT_EQ(ReadPacketFile(Path("TZZHMerge.dat")).RowCount(), 0);
 }
@@ -316,6 +331,190 @@ TEST_F(ExchangeFiles, AnInterruptedSaveLeavesOnePairOrTheOther) {
   WritePair("old");
   WritePair("new", "TZZHDetail.dat", "TZZHMerge.dat.new");
   EXPECT_EQ(nameAfterLoading(), QStringLiteral("new"));
+}
+
+TEST_F(ExchangeFiles, WhatMayPassRenamesNothingAndIsTriedAgain) {
+  WritePair();
+  const QByteArray merge = Bytes("TZZHMerge.dat");
+  ASSERT_TRUE(QFile::rename(Path("TZZHMerge.dat"), Path("elsewhere")));
+  ASSERT_TRUE(QFile::link(Path("TZZHMerge.dat"), Path("TZZHMerge.dat"))) << "cannot be opened, whoever asks";
+  EXPECT_FALSE(LoadZHFile());
+  ExpectUntouched();
+  EXPECT_TRUE(Kept("TZZHDetail.dat", ".bad").isEmpty() && Kept("TZZHMerge.dat", ".bad").isEmpty());
+  EXPECT_TRUE(ExchangeProblem().contains(QStringLiteral("下次启动再读")));
+  ASSERT_EQ(host_.debug.Failures().size(), 1U);
+  EXPECT_EQ(host_.debug.Failures()[0], ExchangeProblem());
+  SaveZHFile();
+  EXPECT_EQ(ReadPacketFile(Path("TZZHDetail.dat")).RowCount(), 2) << "the empty database is not written over it";
+  ASSERT_TRUE(QFile::remove(Path("TZZHMerge.dat")) && QFile::rename(Path("elsewhere"), Path("TZZHMerge.dat")));
+  EXPECT_TRUE(LoadZHFile());
+  EXPECT_EQ(Rows("select COMNAME from alg_commain"), QStringList{QStringLiteral("稳健")});
+  EXPECT_EQ(Bytes("TZZHMerge.dat"), merge);
+  EXPECT_TRUE(ExchangeProblem().isEmpty());
+}
+
+TEST_F(ExchangeFiles, ALockMayPassToo) {
+  WritePair();
+  const QByteArray pair = PairBytes();
+  Plan().SetCategory(ErrorCategory::Busy);
+  Plan().FailCall(5);
+  EXPECT_FALSE(LoadZHFile());
+  EXPECT_TRUE(Plan().HasFailed());
+  Plan().FailNothing();
+  EXPECT_EQ(PairBytes(), pair);
+  SaveZHFile();
+  EXPECT_EQ(PairBytes(), pair);
+  EXPECT_TRUE(LoadZHFile());
+}
+
+TEST_F(ExchangeFiles, ARefusedPairIsSaid) {
+  WritePair(QStringLiteral("Mark's"));
+  ExpectRefused();
+  const QString time = Kept("TZZHMerge.dat", ".bad").value(0).section(QLatin1Char('.'), 2, 2);
+  ASSERT_FALSE(time.isEmpty());
+  ASSERT_EQ(host_.debug.Failures().size(), 1U);
+  EXPECT_EQ(host_.debug.Failures()[0], ExchangeProblem());
+  EXPECT_TRUE(ExchangeProblem().contains(time)) << ExchangeProblem().toStdString();
+  EXPECT_TRUE(ExchangeProblem().contains(QStringLiteral("Mark's")));
+}
+
+TEST_F(ExchangeFiles, AFullerPairIsKept) {
+  WritePair();
+  const QByteArray fuller = PairBytes();
+  SaveZHFile();
+  EXPECT_EQ(KeptPair(".kept"), fuller);
+  EXPECT_EQ(ReadPacketFile(Path("TZZHMerge.dat")).RowCount(), 0);
+  EXPECT_TRUE(host_.debug.Failures().empty()) << "the user may have deleted it";
+  ASSERT_EQ(host_.debug.Lines().size(), 1U);
+  EXPECT_TRUE(host_.debug.Lines()[0].contains(Kept("TZZHMerge.dat", ".kept")[0]));
+  SaveZHFile();
+  EXPECT_EQ(KeptPair(".kept"), fuller) << "one that is as full is replaced";
+  for (int more = 0; more < 12; ++more) {
+    WritePair();
+    SaveZHFile();
+  }
+  EXPECT_EQ(Kept("TZZHDetail.dat", ".kept").size(), 10);
+  EXPECT_EQ(Kept("TZZHMerge.dat", ".kept").size(), 10);
+}
+
+TEST_F(ExchangeFiles, APairThatNobodyCanReadIsKept) {
+  WritePair();
+  WriteFileAtomically(Path("TZZHMerge.dat"), "rubbish", Durability::Replaceable);
+  const QByteArray pair = PairBytes();
+  SaveZHFile();
+  EXPECT_EQ(KeptPair(".kept"), pair);
+}
+
+// What a damaged database gives: as many portfolios as before, and rows that nobody entered.
+TEST_F(ExchangeFiles, RowsThatNobodyCanHaveEnteredDoNotReplaceSoundOnesForGood) {
+  const QString holding = QStringLiteral("insert into alg_comdetail (ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE) values ");
+  for (const char* second : {"(32,8,1600000,200,0.5,9)", "(32,7,1600000,-200,0.5,9)", "(32,7,1600000,200,1e30,9)",
+                             "(32,7,1600000,200,0.5,-9)", "(32,7,4,200,0.5,9)", "(2147483647,7,1600000,200,0.5,9)"}) {
+    const bool isSound = QByteArray(second).startsWith("(32,7,4,");
+    Run("delete from alg_commain");
+    Run("delete from alg_comdetail");
+    for (const QString& file : Kept("TZZHDetail.dat", ".kept") + Kept("TZZHMerge.dat", ".kept"))
+      QFile::remove(Path(qPrintable(file)));
+    Run(sql::RestorePortfolio({"7", "a", "1", "2024-05-29", "1"}));
+    Run(holding + QStringLiteral("(31,7,1600000,300,0.4,9.5)"));
+    Run(holding + QString::fromLatin1(second));
+    WritePair();
+    const QByteArray sound = PairBytes();
+    const std::size_t told = host_.debug.Failures().size();
+    SaveZHFile();
+    EXPECT_EQ(KeptPair(".kept"), isSound ? QByteArray("(not one)") : sound) << second;
+    EXPECT_EQ(host_.debug.Failures().size(), told + (isSound ? 0 : 1)) << second;
+    EXPECT_EQ(ReadPacketFile(Path("TZZHDetail.dat")).RowCount(), 2) << "written all the same";
+  }
+}
+
+TEST_F(ExchangeFiles, RowsThatNobodyCanHaveEnteredAreNotRead) {
+  const std::vector<QString> good = {"31", "7", "1600000", "300", "0.4", "9.5"};
+  const std::vector<std::pair<std::size_t, QString>> bad = {{0, "0"},    {0, "2147483647"}, {1, "8"},
+                                                            {2, "0"},    {2, "2000000"},    {3, "-1"},
+                                                            {4, "-0.1"}, {4, "2"},          {5, "10000000"}};
+  for (const auto& [column, text] : bad) {
+    std::vector<QString> cells = good;
+    cells[column] = text;
+    WritePair();
+    Write("TZZHDetail.dat", Details({good, cells}));
+    EXPECT_FALSE(LoadZHFile()) << column << text.toStdString();
+    ExpectUntouched();
+    EXPECT_TRUE(ExchangeProblem().contains(QStringLiteral("第2行")) && ExchangeProblem().contains(text));
+  }
+}
+
+class PairOfADatabase : public ExchangeFiles {
+ protected:
+  void Identify(const char* id) {
+    Run(QStringLiteral("insert into holdwise_identity values ('%1')").arg(QString::fromLatin1(id)));
+  }
+  void AddPortfolio(const char* id) {
+    Run(sql::RestorePortfolio({QString::fromLatin1(id), "a", "1", "2024-05-29", "1"}));
+    Run(sql::RestoreHolding({QString::fromLatin1(id), QString::fromLatin1(id), "1600000", "100", "1", "9"}));
+  }
+  static constexpr const char* kFirst = "11111111-1111-4111-8111-111111111111";
+  static constexpr const char* kSecond = "22222222-2222-4222-8222-222222222222";
+};
+
+TEST_F(PairOfADatabase, AnotherOneNeitherInheritsNorOverwritesIt) {
+  Identify(kFirst);
+  AddPortfolio("7");
+  SaveZHFile();
+  EXPECT_TRUE(Bytes("TZZHOwner.txt").startsWith(kFirst));
+  const QByteArray pair = PairBytes();
+
+  test::TempDatabase other;
+  Use(other.Service());
+  Identify(kSecond);
+  EXPECT_FALSE(LoadZHFile());
+  ExpectUntouched();
+  ASSERT_EQ(host_.debug.Failures().size(), 1U);
+  EXPECT_TRUE(host_.debug.Failures()[0].contains(temporary_.File())) << host_.debug.Failures()[0].toStdString();
+  EXPECT_TRUE(ExchangeProblem().isEmpty()) << "nothing of this database is missing";
+  AddPortfolio("1");
+  SaveZHFile();
+  EXPECT_EQ(PairBytes(), pair);
+  EXPECT_TRUE(Bytes("TZZHOwner.txt").startsWith(kFirst));
+}
+
+TEST_F(PairOfADatabase, ACopyIsAnotherOneAndAMovedOneIsNot) {
+  Identify(kFirst);
+  AddPortfolio("7");
+  SaveZHFile();
+  const QByteArray pair = PairBytes();
+  test::TempDatabase copy;
+  Use(copy.Service());
+  Identify(kFirst);
+  SaveZHFile();
+  EXPECT_EQ(PairBytes(), pair) << "its original is there";
+  temporary_.Close();
+  ASSERT_TRUE(QFile::remove(temporary_.File()));
+  EXPECT_TRUE(LoadZHFile());
+  SaveZHFile();
+  EXPECT_TRUE(Bytes("TZZHOwner.txt").contains(copy.File().toUtf8()));
+}
+
+TEST_F(PairOfADatabase, OneMadeAnewInItsPlaceInherits) {
+  Identify(kFirst);
+  AddPortfolio("7");
+  SaveZHFile();
+  Run("delete from holdwise_identity");
+  Run("delete from alg_commain");
+  Run("delete from alg_comdetail");
+  Identify(kSecond);
+  EXPECT_TRUE(LoadZHFile());
+  SaveZHFile();
+  EXPECT_TRUE(Bytes("TZZHOwner.txt").startsWith(kSecond));
+}
+
+TEST_F(PairOfADatabase, ANoteThatSaysNothingKeepsNobodyFromIt) {
+  WritePair();
+  WriteFileAtomically(Path("TZZHOwner.txt"), "rubbish\n/nowhere\n", Durability::Replaceable);
+  Identify(kFirst);
+  EXPECT_TRUE(LoadZHFile());
+  SaveZHFile();
+  EXPECT_TRUE(Bytes("TZZHOwner.txt").startsWith(kFirst));
 }
 
 }  // namespace

@@ -7,11 +7,14 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 #include <atomic>
 #include <cstring>
+#include <deque>
 #include <future>
 
 #include "holdwise/packet/error.h"
@@ -146,6 +149,72 @@ TEST_F(HandOverTest, WhatIsNoCommandIsRefusedAndTheNextOneIsServed) {
   });
   EXPECT_EQ(Ask({})->text, "good");
   for (const int socket : {silent, endless, stranger}) close(socket);
+}
+
+TEST_F(HandOverTest, AKeyOrValueThatIsNotKnownIsRefused) {
+  HandOverServer server(folder_.path());
+  int taken = 0;
+  server.OnCommand = [&taken](const Command& /*command*/, const HandOverServer::Answer& answer) {
+    ++taken;
+    answer({"good", 0});
+  };
+  for (const char* line : {R"({"address":"a","delete":"all"})", R"({"theme":"blue"})", R"({"address":7})"}) {
+    const int stranger = Connect(QByteArray(line) + '\n');
+    QByteArray heard(1 << 12, '\0');
+    Serve([stranger, &heard] {
+      return recv(stranger, heard.data(), static_cast<std::size_t>(heard.size()), MSG_DONTWAIT | MSG_PEEK) > 0;
+    });
+    EXPECT_TRUE(heard.contains("命令无法识别")) << line;
+    close(stranger);
+  }
+  EXPECT_EQ(taken, 0);
+}
+
+/// The descriptors this process has open.
+qsizetype OpenDescriptors() {
+  return QDir("/proc/self/fd").entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size();
+}
+
+TEST_F(HandOverTest, AThousandThatHoldOnToTheLineChangeNothing) {
+  HandOverServer server(folder_.path());
+  server.OnCommand = [](const Command& /*command*/, const HandOverServer::Answer& answer) { answer({"good", 0}); };
+  std::deque<int> strangers;
+  const qsizetype before = OpenDescriptors();
+  for (int number = 0; number < 1000; ++number) {
+    strangers.push_back(Connect("{\"half"));
+    QCoreApplication::processEvents();
+    if (strangers.size() > 100) {  // the test's own ends, which it may have only so many of
+      close(strangers.front());
+      strangers.pop_front();
+    }
+  }
+  EXPECT_EQ(Ask({})->text, "good");
+  EXPECT_LE(OpenDescriptors() - before - static_cast<qsizetype>(strangers.size()), 40);
+  for (const int stranger : strangers) close(stranger);
+}
+
+TEST_F(HandOverTest, AConnectionWithoutACommandEndsAfterFiveSeconds) {
+  HandOverServer server(folder_.path());
+  const int silent = Connect("{\"half");
+  QElapsedTimer timer;
+  timer.start();
+  char byte = 0;
+  Serve([silent, &byte] { return recv(silent, &byte, 1, MSG_DONTWAIT) == 0; });
+  EXPECT_GE(timer.elapsed(), 4000);
+  EXPECT_LE(timer.elapsed(), 8000);
+  close(silent);
+}
+
+TEST_F(HandOverTest, ACommandWhoseSenderHasGoneIsNotCarriedOut) {
+  HandOverServer server(folder_.path());
+  bool isTaken = false;
+  server.OnCommand = [&isTaken](const Command& /*command*/, const HandOverServer::Answer& answer) {
+    isTaken = true;
+    answer({"done", 0});
+  };
+  close(Connect(Command{{}, "a", {}, {}, {}, {}, {}}.ToJson() + '\n'));
+  QTest::qWait(300);
+  EXPECT_FALSE(isTaken);
 }
 
 TEST_F(HandOverTest, WhatADeadTerminalLeftBehindIsReplaced) {

@@ -1,17 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QMainWindow>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 #include "scripted_host.h"
 #include "theme/theme_services.h"
+#include "window/dialogs.h"
 #include "window/main_window.h"
 #include "window/message_boxes.h"
 #include "window/quick_entry.h"
@@ -26,6 +32,47 @@ class RecordingLog : public DebugServers {
   void WriteLog(const QString& text) override { lines.append(text); }
   QStringList lines;
 };
+
+// --- dialogs ---
+
+/// In the dialog that comes up: chooses the folder in the list, presses Delete, agrees to what is asked, and leaves.
+void PressDelete(QFileDialog& dialog, const QString& shown, const QString& chosen) {
+  dialog.setDirectory(shown);
+  auto* list = dialog.findChild<QListView*>("listView");
+  ASSERT_NE(list, nullptr);
+  const auto found = [&] {
+    return list->model()->match(list->model()->index(0, 0, list->rootIndex()), Qt::DisplayRole, chosen);
+  };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return found().size() == 1; }));
+  list->setCurrentIndex(found().constFirst());
+  list->setFocus();
+  QTimer agree;
+  QObject::connect(&agree, &QTimer::timeout, [&dialog] {
+    QWidget* question = QApplication::activeModalWidget();
+    if (auto* box = qobject_cast<QMessageBox*>(question); box != nullptr && box->button(QMessageBox::Yes) != nullptr)
+      box->button(QMessageBox::Yes)->click();
+    else if (question != &dialog)
+      question->close();
+  });
+  agree.start(100);
+  QTest::keyClick(list, Qt::Key_Delete);
+  QTest::qWait(400);
+}
+
+TEST(DialogsTest, TheDeleteKeyTakesNothingAway) {
+  for (const auto& ask : {AskForFile, AskForFolder}) {
+    const QTemporaryDir folder;
+    ASSERT_TRUE(QDir(folder.path()).mkpath("work/log"));
+    QTimer::singleShot(0, qApp, [&folder] {
+      auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) return;
+      PressDelete(*dialog, folder.path(), "work");
+      dialog->reject();
+    });
+    EXPECT_EQ(ask(nullptr), QString());
+    EXPECT_TRUE(QDir(folder.filePath("work/log")).exists());
+  }
+}
 
 // --- widgets ---
 
@@ -85,7 +132,9 @@ TEST(MessageBoxesTest, AnswersOneForOkAndTwoForCancelOrClosing) {
     });
   };
   answerWith(Qt::Key_Return);
-  EXPECT_EQ(boxes.Vex_MessageBox("text", "caption", 1, 32), 1);
+  EXPECT_EQ(boxes.Vex_MessageBox("text", "caption", 1, 128), 1);
+  answerWith(Qt::Key_Return);
+  EXPECT_EQ(boxes.Vex_MessageBox("text", "caption", 1, 32), 2) << "a question is not agreed to by accident";
   buttons.sort();
   EXPECT_EQ(buttons, QStringList({"取消", "确定"}));
   answerWith(Qt::Key_Escape);

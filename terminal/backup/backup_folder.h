@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <QDateTime>
+#include <QString>
+#include <optional>
+#include <vector>
+
+#include "backup/portfolio_set.h"
+
+namespace holdwise::backup {
+
+/// One file of the folder, as its name tells.
+struct Generation {
+  QString path;
+  QDateTime time;  ///< local
+  int portfolios = 0;
+  int holdings = 0;
+};
+
+/// The folder of the generations, "backups" in the work folder:
+/// "portfolios-YYYYMMDD-HHMMSS-<portfolios>-<holdings>.csv" each. What stays: the ten newest, the last of each of the
+/// seven latest days and of each of the twelve latest months that have one. Not synchronised: one thread at a time.
+class BackupFolder {
+ public:
+  explicit BackupFolder(const QString& workFolder);
+
+  [[nodiscard]] const QString& Path() const { return path_; }
+  /// Newest first. A folder that is not there has none; one that cannot be read: Error(Io). Opens no file.
+  [[nodiscard]] std::vector<Generation> List() const;
+  /// The first of List.
+  [[nodiscard]] std::optional<Generation> Newest() const;
+
+  /// Writes a new generation, flushed to the disk, reads it back and only then removes those that need not stay. A set
+  /// with problems (ProblemsOf): Error(Refused). Not written, or not what was written: Error(Io, Corrupt), and the
+  /// earlier ones stay. A time that is not after the newest one's counts as a second after it.
+  Generation Write(const PortfolioSet& set, const QDateTime& now) const;
+  /// Writes a set with problems beside the generations, for a person to look at: "doubtful-YYYYMMDD-HHMMSS.csv". The
+  /// three newest stay. Error(Io).
+  QString WriteDoubtful(const PortfolioSet& set, const QDateTime& now) const;
+
+  /// Which of the generations (newest first) need not stay. Pure.
+  [[nodiscard]] static std::vector<Generation> Superfluous(const std::vector<Generation>& newestFirst);
+
+ private:
+  void Make() const;
+
+  QString path_;
+};
+
+}  // namespace holdwise::backup

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "backup/backup_writer.h"
+#include "holdwise/sdk/database.h"
+
+namespace holdwise::backup {
+
+/// Who has changed the database.
+enum class ChangedBy {
+  User,         ///< the user-interface thread's line of statements
+  Calculation,  ///< a session
+};
+
+/// Keeps the generations up to date, on a thread of its own with a session of its own: some seconds after a change, at
+/// the end, and when the process ends by exit() while it is there. Nothing is written when what a person has entered is
+/// as in the newest generation. Functions: user-interface thread, except where said.
+class BackupService {
+ public:
+  struct Times {
+    std::chrono::milliseconds untilWritten{10'000};  ///< after the first change since the last writing
+    std::chrono::milliseconds untilTriedAgain{60'000};
+    std::chrono::milliseconds betweenCaptures{1'000};
+  };
+  /// The database is open; it, clock and log must outlive the service. Without any generation one is written as after
+  /// a change.
+  BackupService(UserDataServices& database, const QString& workFolder, ClockService& clock, DebugServers& log)
+      : BackupService(database, workFolder, clock, log, Times{}) {}
+  BackupService(UserDataServices& database, const QString& workFolder, ClockService& clock, DebugServers& log,
+                const Times& times);
+  /// Writes what is not written yet, and waits for it.
+  ~BackupService();
+  BackupService(const BackupService&) = delete;
+  BackupService& operator=(const BackupService&) = delete;
+
+  /// Called on the service's thread after each attempt to write; set before the first change.
+  std::function<void(const BackupState& state)> OnState;
+
+  /// Before a commit of the user's: what was committed at least a second ago and not written yet is read now, so that a
+  /// deletion that follows an entry at once does not keep the entry from its generation. Never throws.
+  void BeforeChange();
+  /// After a commit that may have changed something. Any thread.
+  void Changed(ChangedBy by);
+  /// Writes what is not written yet; returns when that was tried, or after `longest`. Any thread but the service's.
+  void WriteNow(std::chrono::milliseconds longest = std::chrono::minutes(1));
+  /// How the generations stand. Any thread.
+  [[nodiscard]] BackupState State() const;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  void Run();
+  [[nodiscard]] bool IsDue() const;
+  void WaitUntilDue(std::unique_lock<std::mutex>& lock);
+  void Round(std::unique_lock<std::mutex>& lock);
+  [[nodiscard]] PortfolioSet Read();
+
+  UserDataServices& database_;
+  const Times times_;
+  BackupWriter writer_;  ///< the thread's
+
+  mutable std::mutex mutex_;
+  std::condition_variable wake_;
+  std::condition_variable done_;
+  // Guarded by the mutex.
+  BackupState state_;
+  std::vector<PortfolioSet> captured_;
+  std::optional<Clock::time_point> due_;     ///< none: nothing is waiting
+  std::optional<Clock::time_point> byUser_;  ///< when the user's first change since the last reading was
+  unsigned asked_ = 0;                       ///< numbers of WriteNow
+  unsigned served_ = 0;
+  bool isEnding_ = false;
+
+  std::thread thread_;  ///< last: everything above is there while it runs
+};
+
+}  // namespace holdwise::backup

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <optional>
+
+#include "backup/backup_folder.h"
+#include "holdwise/sdk/services.h"
+
+namespace holdwise::backup {
+
+/// How the generations stand.
+struct BackupState {
+  std::optional<Generation> newest;
+  /// Why the latest change is in no generation (Chinese); empty when it is, or will be in some seconds.
+  QString problem;
+};
+
+/// Writes a set as a new generation when it differs from the newest one. One thread at a time.
+class BackupWriter {
+ public:
+  BackupWriter(BackupFolder folder, ClockService& clock, DebugServers& log)
+      : folder_(std::move(folder)), clock_(clock), log_(log) {}
+
+  /// What has come of one set.
+  enum class Outcome {
+    Done,      ///< written, or alike the newest generation, or empty while there is none
+    Doubtful,  ///< has problems (ProblemsOf): written beside the generations, for a person to look at
+    Failed,    ///< not written; trying again may help
+  };
+  /// Never throws; what went wrong is in State().problem and the log.
+  Outcome Write(const PortfolioSet& set);
+  /// The set could not be read; never throws.
+  void CouldNotRead(const QString& reason);
+
+  [[nodiscard]] const BackupState& State() const { return state_; }
+  /// Reads the folder's newest generation, once; before Write it need not be called. Never throws.
+  void Look();
+
+ private:
+  Outcome WriteGeneration(const PortfolioSet& set);
+  Outcome WriteDoubtful(const PortfolioSet& set, const QStringList& problems);
+  void Report(const QString& problem);
+
+  BackupFolder folder_;
+  ClockService& clock_;
+  DebugServers& log_;
+  BackupState state_;
+  bool hasLooked_ = false;
+  std::optional<PortfolioSet> last_;  ///< of the newest generation; none when it cannot be read
+  std::optional<PortfolioSet> lastDoubtful_;
+};
+
+}  // namespace holdwise::backup
