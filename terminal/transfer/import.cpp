@@ -77,7 +77,9 @@ QStringList UnpricedStocks(const std::vector<int>& stocks, const TDataCenter& da
 }
 
 void FindTakenNames(UserDataServices& database, const CsvPortfolios& file, std::vector<ImportProblem>& problems) {
+  constexpr std::size_t kEnough = 100;  // of a file that is refused anyway
   for (const CsvPortfolio& portfolio : file.portfolios) {
+    if (problems.size() >= kEnough) return;
     if (database.Count(import_sql::CountPortfolios(portfolio.name)) != 0) {
       problems.push_back({portfolio.line, QStringLiteral("已有名称为“%1”的组合").arg(portfolio.name)});
     }
