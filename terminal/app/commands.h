@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "command_runner.h"
+#include "health_side.h"
 #include "parts/database_side.h"
 #include "parts/market_side.h"
 #include "parts/page_side.h"
@@ -19,6 +20,7 @@ struct CommandParts {
   ProcessParts& process;
   DatabaseSide& database;
   WindowSide& window;
+  const HealthSide& health;
   const std::unique_ptr<MarketSide>& market;
   const std::unique_ptr<PageSide>& pages;
 };

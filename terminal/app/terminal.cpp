@@ -45,6 +45,7 @@ WindowActions Terminal::Actions() {
   WindowActions actions;
   actions.importPortfolios = [this] { commands_->ImportFromMenu(); };
   actions.exportViews = [this] { commands_->ExportFromMenu(); };
+  actions.showHealth = [this] { health_->Show(); };
   actions.setTheme = [this](ThemeKind kind) { window_.SetTheme(kind); };
   actions.goTo = [this](const QString& address) { (void)pages_->GoTo(address, QString()); };
   return actions;
@@ -64,7 +65,8 @@ int Terminal::Run() {
   if (!isReady_ && asked.IsBatch()) return 1;
   window_.Prepare();
   if (!OpenDatabase()) return 1;
-  commands_ = std::make_unique<Commands>(CommandParts{process_, database_, window_, market_, pages_});
+  health_ = std::make_unique<HealthSide>(process_, window_, market_);
+  commands_ = std::make_unique<Commands>(CommandParts{process_, database_, window_, *health_, market_, pages_});
   if (const QString& address = asked.command.address; isReady_ && !address.isEmpty() && !pages_->HasAddress(address)) {
     PrintError(QStringLiteral("holdwise-terminal：没有地址“%1”。").arg(address));
     return CommandRunner::kUnknownAddressExitCode;
