@@ -255,7 +255,10 @@ class Reader {
     auto& portfolios = read_.set.portfolios;
     const auto byId = [](const auto& left, const auto& right) { return left.id < right.id; };
     std::sort(portfolios.begin(), portfolios.end(), byId);
-    for (SavedPortfolio& portfolio : portfolios) std::sort(portfolio.holdings.begin(), portfolio.holdings.end(), byId);
+    for (SavedPortfolio& portfolio : portfolios) {
+      std::sort(portfolio.holdings.begin(), portfolio.holdings.end(), byId);
+      read_.lines.push_back(firstLines_[places_.at(portfolio.id)]);
+    }
   }
 
   [[nodiscard]] std::string_view Field(Column column) const { return csv_.Fields()[static_cast<std::size_t>(column)]; }

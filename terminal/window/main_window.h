@@ -18,6 +18,8 @@ class AddressBar;
 struct WindowActions {
   std::function<void()> importPortfolios;
   std::function<void()> exportViews;
+  std::function<void()> exportPortfolios;
+  std::function<void()> restorePortfolios;
   std::function<void(ThemeKind)> setTheme;
   std::function<void(const QString& address)> goTo;
 };
