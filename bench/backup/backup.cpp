@@ -86,9 +86,10 @@ int main(int argc, char** argv) {
   Print("  both tables", Measure([&] { (void)backup::ReadPortfolios(database.Service()); }));
   Print("  text of the file", Measure([&] { (void)backup::PortfolioFileText(set); }));
   Print("  the text read back", Measure([&] { (void)backup::ReadPortfolioText(text); }));
+  if (isCheck) return whole.middle > kMostMilliseconds ? 1 : 0;
   Print("restore into an empty database", Measure([&] {
           backup::Restore(database.Service(), none, backup::RestoreExtent::Everything);
           backup::Restore(database.Service(), set, backup::RestoreExtent::Everything);
         }));
-  return isCheck && whole.middle > kMostMilliseconds ? 1 : 0;
+  return 0;
 }
