@@ -67,6 +67,9 @@ void MainWindow::BuildMenus() {
   export_ = file->addAction(QStringLiteral("导出(&E)…"), QKeySequence(QStringLiteral("Ctrl+S")), this,
                             [this] { actions_.exportViews(); });
   file->addSeparator();
+  file->addAction(QStringLiteral("导出组合(&P)…"), this, [this] { actions_.exportPortfolios(); });
+  file->addAction(QStringLiteral("恢复(&R)…"), this, [this] { actions_.restorePortfolios(); });
+  file->addSeparator();
   file->addAction(QStringLiteral("退出(&X)"), QKeySequence(QStringLiteral("Ctrl+Q")), this, &QWidget::close);
 
   QMenu* view = menuBar()->addMenu(QStringLiteral("视图(&V)"));

@@ -19,6 +19,8 @@ struct WindowActions {
   std::function<void()> importPortfolios;
   std::function<void()> exportViews;
   std::function<void()> showHealth;
+  std::function<void()> exportPortfolios;
+  std::function<void()> restorePortfolios;
   std::function<void(ThemeKind)> setTheme;
   std::function<void(const QString& address)> goTo;
 };
