@@ -54,12 +54,8 @@ class DatabaseSide final : public UserDataServices, public TLocatDBOper {
 
   Opener opener_;
   std::unique_ptr<UserDataServices> userData_;
-<<<<<<< HEAD
-  std::vector<std::vector<StatementAdvice>> advice_;  ///< for each opening
-=======
   ChangeListener listener_;
-  std::vector<std::vector<StatementAdvice>> advice_;  ///< of the time before opening
->>>>>>> health
+  std::vector<std::vector<StatementAdvice>> advice_;  ///< for each opening
 };
 
 }  // namespace holdwise
