@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "command_runner.h"
+#include "database_guard.h"
 #include "parts/database_side.h"
 #include "parts/market_side.h"
 #include "parts/page_side.h"
@@ -21,6 +22,7 @@ struct CommandParts {
   WindowSide& window;
   const std::unique_ptr<MarketSide>& market;
   const std::unique_ptr<PageSide>& pages;
+  const DatabaseGuard& guard;
 };
 
 /// Carries out what the command line, the menus and later starts on the same work folder ask for. User-interface
