@@ -63,19 +63,27 @@ QByteArray ToUtf8Text(const QByteArray& bytes) {
   return text;
 }
 
-QString ShownText(const QString& text) {
-  constexpr qsizetype kLongestShown = 400;
-  constexpr ushort kDelete = 0x7F;
-  constexpr ushort kLastControl = 0x9F;
+QString ControlsShown(QStringView text) {
   QString shown;
-  for (const QChar c : QStringView(text).left(kLongestShown)) {
-    const ushort code = c.unicode();
-    if (code >= u' ' && (code < kDelete || code > kLastControl)) {
-      shown += c;
-    } else {
-      shown += QStringLiteral("\\x%1").arg(code, 2, 16, QLatin1Char('0'));
+  shown.reserve(text.size());
+  for (const QChar c : text) {
+    switch (c.category()) {
+      case QChar::Other_Control:
+      case QChar::Other_Format:
+      case QChar::Separator_Line:
+      case QChar::Separator_Paragraph:
+        shown += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
+        break;
+      default:
+        shown += c;
     }
   }
+  return shown;
+}
+
+QString ShownText(const QString& text) {
+  constexpr qsizetype kLongestShown = 400;
+  const QString shown = ControlsShown(QStringView(text).left(kLongestShown));
   return text.size() > kLongestShown ? shown + u'…' : shown;
 }
 

@@ -25,14 +25,23 @@ void CommandRunner::Carry(const Job& job) {
   if (!command.address.isEmpty() && !targets_.goTo(command.address, command.parameter))
     return End(job, {QStringLiteral("没有地址“%1”。").arg(command.address), kUnknownAddressExitCode});
   HandOverAnswer answer;
-  if (!command.importFile.isEmpty()) answer = targets_.importPortfolios(command.importFile);
+  QStringList texts;
+  const auto step = [&](const QString& file, const std::function<HandOverAnswer(const QString&)>& target) {
+    if (file.isEmpty() || answer.exitCode != 0) return;
+    answer = target(file);
+    texts.append(answer.text);
+  };
+  step(command.restoreFile, targets_.restorePortfolios);
+  step(command.importFile, targets_.importPortfolios);
+  step(command.backupFile, targets_.backUpPortfolios);
+  answer.text = texts.join(QLatin1Char('\n'));
   if (answer.exitCode != 0) return End(job, answer);
   if (command.exportFolder.isEmpty()) {
     targets_.raise();
     return End(job, answer);
   }
-  targets_.exportViews(command, [this, job, imported = answer.text](const HandOverAnswer& exported) {
-    const QString text = imported.isEmpty() ? exported.text : imported + QLatin1Char('\n') + exported.text;
+  targets_.exportViews(command, [this, job, before = answer.text](const HandOverAnswer& exported) {
+    const QString text = before.isEmpty() ? exported.text : before + QLatin1Char('\n') + exported.text;
     End(job, {text, exported.exitCode});
   });
 }

@@ -14,15 +14,17 @@ struct CommandTargets {
   std::function<void(ThemeKind)> setTheme;
   /// False when there is no such address.
   std::function<bool(const QString& address, const QString& parameter)> goTo;
+  std::function<HandOverAnswer(const QString& file)> restorePortfolios;
   std::function<HandOverAnswer(const QString& file)> importPortfolios;
+  std::function<HandOverAnswer(const QString& file)> backUpPortfolios;
   /// Into the command's export folder, with its inputs set. Answers later.
   std::function<void(const Command& command, HandOverServer::Answer)> exportViews;
   /// Brings the window to the user's eyes.
   std::function<void()> raise;
 };
 
-/// Carries commands out one after the other, each in the order theme, address, import, export; the first step that
-/// fails ends its command. User-interface thread.
+/// Carries commands out one after the other, each in the order theme, address, restore, import, backup, export; the
+/// first step that fails ends its command. User-interface thread.
 class CommandRunner : public QObject {
  public:
   static constexpr int kUnknownAddressExitCode = 2;

@@ -47,6 +47,8 @@ CommandTargets Commands::Targets() {
   targets.goTo = [this](const QString& address, const QString& parameter) {
     return parts_.pages != nullptr && parts_.pages->GoTo(address, parameter);
   };
+  targets.restorePortfolios = [this](const QString& file) { return Restore(file); };
+  targets.backUpPortfolios = [this](const QString& file) { return BackUp(file); };
   targets.importPortfolios = [this](const QString& file) { return Import(file); };
   targets.exportViews = [this](const Command& command, const HandOverServer::Answer& answer) {
     Export(command, answer);
@@ -58,13 +60,14 @@ CommandTargets Commands::Targets() {
 void Commands::TakeHandedOver(const Command& command, HandOverServer::Answer answer) {
   if (const QString conflict = ConflictOf(command, parts_.process.Asked()); !conflict.isEmpty())
     return answer({conflict, 1});
+  if (!command.check.isEmpty()) return answer(parts_.health.Answer());
   runner_.Run(command, std::move(answer));
 }
 
 void Commands::RunFirst() {
   const Options& asked = parts_.process.Asked();
   Command command = asked.command;
-  if (command.importFile.isEmpty() && command.exportFolder.isEmpty()) return;
+  if (!command.HasWork()) return;
   command.address.clear();  // entered already
   command.theme.reset();
   runner_.Run(command, [this, isBatch = asked.IsBatch()](const HandOverAnswer& answer) {
@@ -79,6 +82,20 @@ void Commands::RunFirst() {
 
 ViewCatalogue* Commands::EnterViews() {
   return parts_.pages == nullptr ? nullptr : parts_.pages->EnterViews();
+}
+
+HandOverAnswer Commands::Restore(const QString& file) {
+  // Without views (no data folder) the portfolios come back all the same.
+  ViewCatalogue* views = EnterViews();
+  HandOverAnswer answer = parts_.backups.RestoreFile(file, backup::RestoreExtent::Everything);
+  if (answer.exitCode == 0 && views != nullptr) views->DataChanged();
+  return answer;
+}
+
+HandOverAnswer Commands::BackUp(const QString& file) {
+  // The plug-in may have portfolios to put back first.
+  (void)EnterViews();
+  return parts_.backups.WriteFile(file);
 }
 
 HandOverAnswer Commands::Import(const QString& file) {
@@ -148,6 +165,18 @@ void Commands::ImportFromMenu() {
   command.importFile = file;
   runner_.Run(command, [this](const HandOverAnswer& answer) {
     ShowReport(&parts_.window.Window(), QStringLiteral("导入组合"), answer.text);
+  });
+}
+
+void Commands::ExportPortfoliosFromMenu() {
+  (void)EnterViews();
+  parts_.backups.ExportFromMenu();
+}
+
+void Commands::RestoreFromMenu() {
+  (void)EnterViews();
+  parts_.backups.RestoreFromMenu([this] {
+    if (ViewCatalogue* views = EnterViews()) views->DataChanged();
   });
 }
 

@@ -3,8 +3,10 @@
 #include <functional>
 #include <memory>
 
+#include "backups.h"
 #include "command_runner.h"
 #include "database_guard.h"
+#include "health_side.h"
 #include "parts/database_side.h"
 #include "parts/market_side.h"
 #include "parts/page_side.h"
@@ -20,6 +22,8 @@ struct CommandParts {
   ProcessParts& process;
   DatabaseSide& database;
   WindowSide& window;
+  const HealthSide& health;
+  Backups& backups;
   const std::unique_ptr<MarketSide>& market;
   const std::unique_ptr<PageSide>& pages;
   const DatabaseGuard& guard;
@@ -34,16 +38,21 @@ class Commands {
   Commands(const Commands&) = delete;
   Commands& operator=(const Commands&) = delete;
 
-  /// The command line's import and export, once the first page has been entered; a batch ends with its exit code.
+  /// What the command line has to be carried out, once the first page has been entered; a batch ends with its exit
+  /// code.
   void RunFirst();
   /// Asks for the file or folder first.
   void ImportFromMenu();
   void ExportFromMenu();
+  void ExportPortfoliosFromMenu();
+  void RestoreFromMenu();
 
  private:
   [[nodiscard]] CommandTargets Targets();
   void TakeHandedOver(const Command& command, HandOverServer::Answer answer);
   [[nodiscard]] ViewCatalogue* EnterViews();
+  [[nodiscard]] HandOverAnswer Restore(const QString& file);
+  [[nodiscard]] HandOverAnswer BackUp(const QString& file);
   [[nodiscard]] HandOverAnswer Import(const QString& file);
   [[nodiscard]] HandOverAnswer ImportFile(const QString& file);
   void Export(const Command& command, const HandOverServer::Answer& answer);

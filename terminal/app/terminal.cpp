@@ -51,6 +51,9 @@ WindowActions Terminal::Actions() {
   WindowActions actions;
   actions.importPortfolios = [this] { commands_->ImportFromMenu(); };
   actions.exportViews = [this] { commands_->ExportFromMenu(); };
+  actions.showHealth = [this] { health_->Show(); };
+  actions.exportPortfolios = [this] { commands_->ExportPortfoliosFromMenu(); };
+  actions.restorePortfolios = [this] { commands_->RestoreFromMenu(); };
   actions.setTheme = [this](ThemeKind kind) { window_.SetTheme(kind); };
   actions.goTo = [this](const QString& address) { (void)pages_->GoTo(address, QString()); };
   return actions;
@@ -67,11 +70,16 @@ int Terminal::Run() {
   });
   // The engine is still opening its file; everything that can do without it comes first.
   isReady_ = OpenPages();
-  if (!isReady_ && asked.IsBatch()) return 1;
+  if (!isReady_ && asked.IsBatch() && asked.command.NeedsViews()) return 1;
   window_.Prepare();
   if (!guard_.Open()) return 1;
   if (signal_guard::Requested()) return asked.IsBatch() ? 1 : 0;
-  commands_ = std::make_unique<Commands>(CommandParts{process_, database_, window_, market_, pages_, guard_});
+  backups_ = std::make_unique<Backups>(process_, database_, window_);
+  health_ = std::make_unique<HealthSide>(process_, window_, market_);
+  health_->backupProblem = [this] { return backups_->Service().State().problem; };
+  commands_ = std::make_unique<Commands>(
+      CommandParts{process_, database_, window_, *health_, *backups_, market_, pages_, guard_});
+  window_.FollowPlaces([this] { commands_->ExportPortfoliosFromMenu(); });
   if (const QString& address = asked.command.address; isReady_ && !address.isEmpty() && !pages_->HasAddress(address)) {
     PrintError(QStringLiteral("holdwise-terminal：没有地址“%1”。").arg(address));
     return CommandRunner::kUnknownAddressExitCode;
@@ -79,6 +87,7 @@ int Terminal::Run() {
   // Shown first: the window system gets to work while the page is made. Nothing is painted before the event loop runs.
   window_.Window().show();
   if (isReady_) EnterFirstPage();
+  if (!isReady_ && asked.IsBatch()) commands_->RunFirst();
   // A minimised window paints nothing.
   QTimer::singleShot(kLatestGoOn, &window_.Window(), [this] { GoOn(); });
   return QApplication::exec();
@@ -122,7 +131,6 @@ void Terminal::EnterFirstPage() {
 void Terminal::GoOn() {
   if (!isReady_ || std::exchange(hasGoneOn_, true)) return;
   market_->Connection().Connect();
-  window_.FollowPlaces({});
   commands_->RunFirst();
 }
 

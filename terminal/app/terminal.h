@@ -4,6 +4,7 @@
 
 #include "commands.h"
 #include "database_guard.h"
+#include "health_side.h"
 #include "parts/database_side.h"
 #include "parts/market_side.h"
 #include "parts/page_side.h"
@@ -45,7 +46,9 @@ class Terminal {
   std::unique_ptr<MarketSide> market_;  ///< null: the data folder could not be used
   WindowSide window_;
   DatabaseGuard guard_;
-  std::unique_ptr<PageSide> pages_;     ///< null: likewise
+  std::unique_ptr<Backups> backups_;    ///< null until the database is open; ends after all who change something
+  std::unique_ptr<PageSide> pages_;     ///< null: as the market
+  std::unique_ptr<HealthSide> health_;  ///< null until the database is open
   std::unique_ptr<Commands> commands_;  ///< null until the database is open
   bool isReady_ = false;
   bool hasGoneOn_ = false;

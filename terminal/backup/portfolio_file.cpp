@@ -37,14 +37,16 @@ enum Column {
 constexpr std::array<const char*, kColumns> kTitles = {"组合名称",   "股票代码", "数量(股)",   "买入价(元)", "买入日期",
                                                        "组合编号",   "上证指数", "指数为收盘", "保存标志",   "组合风格",
                                                        "目标收益率", "行情止于", "持股编号",   "比例"};
+/// Columns in which all rows of a portfolio are alike.
+constexpr std::array<bool, kColumns> kIsOfPortfolio = {true, false, false, false, true, true,  true,
+                                                       true, true,  true,  true,  true, false, false};
 constexpr const char* kByteOrderMark = "\xEF\xBB\xBF";
 constexpr const char* kLastLineTitle = "合计";
 constexpr std::int64_t kStockBase = 1'000'000;
 constexpr int kCodeDigits = 6;
 constexpr std::size_t kMostProblems = 100;
 constexpr std::int64_t kMaxFileBytes = 256LL << 20;
-/// Where the numbers of the last line stand.
-enum LastLineColumn { kLastPortfolios = 1, kLastHoldings = 2, kLastChecksum = 3 };
+constexpr int kLastLineFields = 4;
 
 QByteArray WithoutMark(const QByteArray& text) {
   return text.startsWith(kByteOrderMark) ? text.mid(qstrlen(kByteOrderMark)) : text;
@@ -62,52 +64,42 @@ bool NeedsQuote(const QString& text) {
   return !text.isEmpty() && kRun.contains(text.front());
 }
 
-QByteArray TextField(const QString& text) {
-  return CsvField(NeedsQuote(text) ? QLatin1Char('\'') + text : text).toUtf8();
+std::string TextField(const QString& text) {
+  return CsvField(NeedsQuote(text) ? QLatin1Char('\'') + text : text).toStdString();
 }
 
-QByteArray OrNothing(const std::optional<std::int64_t>& value) {
-  return value ? QByteArray::number(static_cast<qlonglong>(*value)) : QByteArray();
-}
-
-QByteArray RealField(double value) {
-  return ShortestText(value).toUtf8();
+std::string OrNothing(const std::optional<std::int64_t>& value) {
+  return value ? std::to_string(*value) : std::string();
 }
 
 /// Six digits for a stock's code number; anything else as it stands, which does not read back.
-QByteArray CodeField(std::int64_t code) {
+std::string CodeField(std::int64_t code) {
   const bool isStock = code >= kStockBase && code < 2 * kStockBase;
-  return isStock ? SixDigits(code - kStockBase).toUtf8() : "?" + QByteArray::number(static_cast<qlonglong>(code));
+  return isStock ? std::to_string(code).substr(1) : '?' + std::to_string(code);
 }
 
-QByteArray Row(const std::array<QByteArray, kColumns>& fields) {
-  QByteArray line;
-  for (const QByteArray& field : fields) {
-    line += field;
-    line += ',';
-  }
-  line.back() = '\n';
-  return line;
+/// A portfolio's columns, which stand in each of its rows: those between price and number of the holding, and the name.
+struct HeaderFields {
+  std::string name;
+  std::string rest;
+};
+
+HeaderFields FieldsOf(const SavedPortfolio& portfolio) {
+  const std::string style = portfolio.style ? TextField(*portfolio.style) : std::string();
+  HeaderFields fields{TextField(portfolio.name), TextField(portfolio.date)};
+  for (const std::string& field :
+       {std::to_string(portfolio.id), ShortestUtf8(portfolio.indexLevel), OrNothing(portfolio.isClose),
+        std::to_string(portfolio.saveFlag), style, ShortestUtf8(portfolio.targetReturn), OrNothing(portfolio.knownTo)})
+    fields.rest += ',' + field;
+  return fields;
 }
 
-void PutPortfolio(const SavedPortfolio& portfolio, std::array<QByteArray, kColumns>& fields) {
-  fields[kName] = TextField(portfolio.name);
-  fields[kDate] = TextField(portfolio.date);
-  fields[kPortfolioId] = QByteArray::number(static_cast<qlonglong>(portfolio.id));
-  fields[kLevel] = RealField(portfolio.indexLevel);
-  fields[kIsClose] = OrNothing(portfolio.isClose);
-  fields[kSaveFlag] = QByteArray::number(static_cast<qlonglong>(portfolio.saveFlag));
-  fields[kStyle] = portfolio.style ? TextField(*portfolio.style) : QByteArray();
-  fields[kReturn] = RealField(portfolio.targetReturn);
-  fields[kKnownTo] = OrNothing(portfolio.knownTo);
-}
-
-void PutHolding(const SavedHolding& holding, std::array<QByteArray, kColumns>& fields) {
-  fields[kCode] = CodeField(holding.code);
-  fields[kQuantity] = QByteArray::number(static_cast<qlonglong>(holding.quantity));
-  fields[kPrice] = RealField(holding.buyPrice);
-  fields[kHoldingId] = QByteArray::number(static_cast<qlonglong>(holding.id));
-  fields[kWeight] = RealField(holding.weight);
+void AddRow(std::string& text, const HeaderFields& header, const SavedHolding& holding) {
+  text += header.name;
+  for (const std::string& field : {CodeField(holding.code), std::to_string(holding.quantity),
+                                   ShortestUtf8(holding.buyPrice), header.rest, std::to_string(holding.id)})
+    text.append(1, ',').append(field);
+  text.append(1, ',').append(ShortestUtf8(holding.weight)).append(1, '\n');
 }
 
 QByteArray ChecksumOf(const QByteArray& text) {
@@ -116,12 +108,11 @@ QByteArray ChecksumOf(const QByteArray& text) {
 }
 
 QByteArray LastLineOf(const PortfolioSet& set, const QByteArray& rows) {
-  std::array<QByteArray, kColumns> fields;
-  fields[0] = kLastLineTitle;
-  fields[kLastPortfolios] = QByteArray::number(set.portfolios.size());
-  fields[kLastHoldings] = QByteArray::number(set.HoldingCount());
-  fields[kLastChecksum] = "x" + ChecksumOf(rows);
-  return Row(fields);
+  QByteArray line = kLastLineTitle;
+  for (const QByteArray& field :
+       {QByteArray::number(set.portfolios.size()), QByteArray::number(set.HoldingCount()), "x" + ChecksumOf(rows)})
+    line += ',' + field;
+  return line + QByteArray(kColumns - kLastLineFields, ',') + '\n';
 }
 
 QString Shown(std::string_view field) {
@@ -189,12 +180,28 @@ class Reader {
       return Report(QStringLiteral("有%1个字段，应为%2个").arg(fields.size()).arg(static_cast<int>(kColumns)));
     if (IsLastLine()) return TakeLastLine();
     try {
-      SavedPortfolio portfolio = Portfolio();
-      if (SavedPortfolio* known = Known(portfolio)) TakeHolding(*known);
+      if (SavedPortfolio* portfolio = PortfolioOfRow()) TakeHolding(*portfolio);
     } catch (const BadValue& bad) {
       Report(QStringLiteral("%1“%2”不能读取")
                  .arg(QString::fromUtf8(kTitles[bad.column]), Shown(fields[static_cast<std::size_t>(bad.column)])));
     }
+  }
+
+  /// Most rows say of their portfolio what the row above says: that is compared, not read again.
+  SavedPortfolio* PortfolioOfRow() {
+    std::string header;
+    for (std::size_t column = 0; column < kColumns; ++column) {
+      if (!kIsOfPortfolio[column]) continue;
+      header.append(1, csv_.IsQuoted(column) ? '"' : ',').append(csv_.Fields()[column]);
+    }
+    if (!lastHeader_.empty() && header == lastHeader_) return &read_.set.portfolios[lastPlace_];
+    lastHeader_.clear();
+    SavedPortfolio portfolio = Portfolio();
+    SavedPortfolio* known = Known(portfolio);
+    if (known == nullptr) return nullptr;
+    lastHeader_ = std::move(header);
+    lastPlace_ = static_cast<std::size_t>(known - read_.set.portfolios.data());
+    return known;
   }
 
   /// The portfolio of the row; null, and reported, when the row says something else of it than its first one.
@@ -255,7 +262,10 @@ class Reader {
     auto& portfolios = read_.set.portfolios;
     const auto byId = [](const auto& left, const auto& right) { return left.id < right.id; };
     std::sort(portfolios.begin(), portfolios.end(), byId);
-    for (SavedPortfolio& portfolio : portfolios) std::sort(portfolio.holdings.begin(), portfolio.holdings.end(), byId);
+    for (SavedPortfolio& portfolio : portfolios) {
+      std::sort(portfolio.holdings.begin(), portfolio.holdings.end(), byId);
+      read_.lines.push_back(firstLines_[places_.at(portfolio.id)]);
+    }
   }
 
   [[nodiscard]] std::string_view Field(Column column) const { return csv_.Fields()[static_cast<std::size_t>(column)]; }
@@ -284,6 +294,8 @@ class Reader {
   std::vector<std::int64_t> firstLines_;
   std::unordered_map<std::int64_t, std::size_t> places_;
   std::unordered_set<std::int64_t> holdingIds_;
+  std::string lastHeader_;  ///< the portfolio's fields in the row above; empty when that is not known
+  std::size_t lastPlace_ = 0;
   bool hasLastLine_ = false;
   int more_ = 0;
 };
@@ -291,23 +303,18 @@ class Reader {
 }  // namespace
 
 QByteArray PortfolioFileText(const PortfolioSet& set) {
-  QByteArray text = Heading();
+  std::string text = Heading().toStdString();
   for (const SavedPortfolio& portfolio : set.portfolios) {
-    std::array<QByteArray, kColumns> fields;
-    PutPortfolio(portfolio, fields);
-    if (portfolio.holdings.empty()) text += Row(fields);
-    for (const SavedHolding& holding : portfolio.holdings) {
-      PutHolding(holding, fields);
-      text += Row(fields);
-    }
+    const HeaderFields header = FieldsOf(portfolio);
+    for (const SavedHolding& holding : portfolio.holdings) AddRow(text, header, holding);
+    if (portfolio.holdings.empty()) text += header.name + ",,,," + header.rest + ",,\n";
   }
   for (const SavedHolding& orphan : set.orphans) {
-    std::array<QByteArray, kColumns> fields;
-    fields[kPortfolioId] = QByteArray::number(static_cast<qlonglong>(orphan.portfolioId));
-    PutHolding(orphan, fields);
-    text += Row(fields);
+    // The number of the portfolio that is not there, between empty columns.
+    AddRow(text, {"", ',' + std::to_string(orphan.portfolioId) + ",,,,,,"}, orphan);
   }
-  return kByteOrderMark + text + LastLineOf(set, text);
+  const QByteArray rows = QByteArray::fromStdString(text);
+  return kByteOrderMark + rows + LastLineOf(set, rows);
 }
 
 ReadFile ReadPortfolioText(const QByteArray& text, LastLine lastLine) {

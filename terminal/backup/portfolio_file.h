@@ -25,6 +25,7 @@ struct FileProblem {
 /// Either `problems` is empty and the set is plausible, or nothing of the file may be used.
 struct ReadFile {
   PortfolioSet set;
+  std::vector<std::int64_t> lines;    ///< the first line of each of its portfolios
   std::vector<FileProblem> problems;  ///< ascending by line; the first 100 and how many more
 };
 

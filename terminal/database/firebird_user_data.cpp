@@ -246,6 +246,25 @@ std::unique_ptr<FirebirdUserData> FirebirdUserData::Open(const DatabaseTarget& t
       new FirebirdUserData(std::make_unique<Implementation>(std::move(connection), wasClosed)));
 }
 
+void FirebirdUserData::Check(const DatabaseTarget& target, const QString& lockFolder) {
+  if (target.IsServer()) {
+    PrepareFirebirdProcess(lockFolder);
+    (void)OpenServer(target);
+    return;
+  }
+  const QFileInfo file(target.text);
+  if (!file.exists())
+    throw Error(ErrorCategory::NotFound, QStringLiteral("数据库文件 %1 不在").arg(target.text).toStdString());
+  if (!file.isFile()) throw IoError(QStringLiteral("%1 不是文件").arg(target.text));
+  const QString problem = firebird::HeaderProblem(file.absoluteFilePath());
+  if (!firebird::CheckInHelper(file.absoluteFilePath(), lockFolder) && !problem.isEmpty())
+    throw Damaged(file.absoluteFilePath(), problem);
+}
+
+QString FirebirdUserData::CheckRecordOf(const QString& file) {
+  return firebird::CheckRecordOf(QFileInfo(file).absoluteFilePath());
+}
+
 FirebirdUserData::FirebirdUserData(std::unique_ptr<Implementation> implementation)
     : implementation_(std::move(implementation)) {}
 FirebirdUserData::~FirebirdUserData() = default;

@@ -6,6 +6,39 @@
 #include "holdwise/packet/error.h"
 
 namespace holdwise {
+namespace {
+
+/// A session that tells when it has stored something.
+class ToldSession final : public UserDataSession {
+ public:
+  ToldSession(std::unique_ptr<UserDataSession> inner, const ChangeListener& listener)
+      : inner_(std::move(inner)), listener_(listener) {}
+  ResultSet Query(const QString& sql) override { return inner_->Query(sql); }
+  std::int64_t Count(const QString& sql) override { return inner_->Count(sql); }
+  Value Scalar(const QString& sql) override { return inner_->Scalar(sql); }
+  int Execute(const QString& sql) override {
+    const int result = inner_->Execute(sql);
+    if (!inner_->InTransaction()) Tell();
+    return result;
+  }
+  void StartTransaction() override { inner_->StartTransaction(); }
+  void Commit() override {
+    inner_->Commit();
+    Tell();
+  }
+  void RollBack() override { inner_->RollBack(); }
+  bool InTransaction() const override { return inner_->InTransaction(); }
+
+ private:
+  void Tell() const {
+    if (listener_.changed) listener_.changed(true);
+  }
+
+  std::unique_ptr<UserDataSession> inner_;
+  const ChangeListener& listener_;
+};
+
+}  // namespace
 
 DatabaseSide::DatabaseSide(Opener opener) : opener_(std::move(opener)) {}
 
@@ -25,6 +58,24 @@ QStringList DatabaseSide::Open() {
     }
   }
   return problems;
+}
+
+int DatabaseSide::Execute(const QString& sql) {
+  const bool isOwn = !InTransaction();
+  if (isOwn && listener_.beforeChange) listener_.beforeChange();
+  const int result = Opened().Execute(sql);
+  if (isOwn && listener_.changed) listener_.changed(false);
+  return result;
+}
+
+void DatabaseSide::Commit() {
+  if (listener_.beforeChange) listener_.beforeChange();
+  Opened().Commit();
+  if (listener_.changed) listener_.changed(false);
+}
+
+std::unique_ptr<UserDataSession> DatabaseSide::OpenSession() {
+  return std::make_unique<ToldSession>(Opened().OpenSession(), listener_);
 }
 
 void DatabaseSide::Advise(const std::vector<StatementAdvice>& advice) {

@@ -10,6 +10,14 @@
 
 namespace holdwise {
 
+/// Told about changes of the database. Either may be empty; neither may throw.
+struct ChangeListener {
+  /// Before the user-interface thread's line of statements stores something. On that thread.
+  std::function<void()> beforeChange;
+  /// After something may have been stored, by that line or by a session. Any thread.
+  std::function<void(bool isSession)> changed;
+};
+
 /// The local database for those who are made before it is open: the plug-ins are loaded and the data centre is filled
 /// while the engine is still opening its file. Until then every statement is Error(Refused); what is advised meanwhile
 /// is handed on with opening. Open and Advise: user-interface thread; the rest as UserDataServices, for other threads
@@ -30,13 +38,15 @@ class DatabaseSide final : public UserDataServices, public TLocatDBOper {
   [[nodiscard]] ResultSet Query(const QString& sql) override { return Opened().Query(sql); }
   [[nodiscard]] std::int64_t Count(const QString& sql) override { return Opened().Count(sql); }
   [[nodiscard]] Value Scalar(const QString& sql) override { return Opened().Scalar(sql); }
-  int Execute(const QString& sql) override { return Opened().Execute(sql); }
+  int Execute(const QString& sql) override;
   void StartTransaction() override { Opened().StartTransaction(); }
-  void Commit() override { Opened().Commit(); }
+  void Commit() override;
   void RollBack() override { Opened().RollBack(); }
   [[nodiscard]] bool InTransaction() const override { return userData_ != nullptr && userData_->InTransaction(); }
-  [[nodiscard]] std::unique_ptr<UserDataSession> OpenSession() override { return Opened().OpenSession(); }
+  [[nodiscard]] std::unique_ptr<UserDataSession> OpenSession() override;
   void Advise(const std::vector<StatementAdvice>& advice) override;
+  /// Once, after Open and before anything else uses the database; must hold as long as this object and its sessions.
+  void SetChangeListener(ChangeListener listener) { listener_ = std::move(listener); }
   void DoQuery(const QString& sql, ResultSet& resultSet) override { resultSet = Query(sql); }
 
  private:
@@ -44,6 +54,7 @@ class DatabaseSide final : public UserDataServices, public TLocatDBOper {
 
   Opener opener_;
   std::unique_ptr<UserDataServices> userData_;
+  ChangeListener listener_;
   std::vector<std::vector<StatementAdvice>> advice_;  ///< for each opening
 };
 

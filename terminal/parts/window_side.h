@@ -56,6 +56,8 @@ class WindowSide {
   /// Says from now on when the work folder or the file of the database is gone, in a notice whose button calls
   /// `saveElsewhere`.
   void FollowPlaces(std::function<void()> saveElsewhere);
+  /// What FollowPlaces has found missing; empty while nothing is.
+  [[nodiscard]] QString PlaceProblem() const { return places_ ? places_->Problem() : QString(); }
 
  private:
   void ApplyTheme();

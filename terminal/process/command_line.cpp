@@ -20,8 +20,9 @@ QString Absolute(const QString& path) {
   return path.isEmpty() ? path : QDir::cleanPath(QDir::current().absoluteFilePath(path));
 }
 
-constexpr const char* kValueOptions[] = {"data",      "work",   "db",     "bus",    "theme",        "address",
-                                         "parameter", "import", "export", "stress", "stress-index", "capital"};
+constexpr const char* kValueOptions[] = {"data",         "work",      "db",     "bus",    "theme",
+                                         "address",      "parameter", "import", "export", "stress",
+                                         "stress-index", "capital",   "backup", "restore"};
 
 /// A command's texts by the names they have when it is handed over.
 struct Member {
@@ -31,7 +32,8 @@ struct Member {
 constexpr Member kMembers[] = {
     {"address", &Command::address},     {"parameter", &Command::parameter},      {"import", &Command::importFile},
     {"export", &Command::exportFolder}, {"data", &Command::dataFolder},          {"db", &Command::database},
-    {"stress", &Command::stress},       {"stress-index", &Command::stressIndex}, {"capital", &Command::capital}};
+    {"stress", &Command::stress},       {"stress-index", &Command::stressIndex}, {"capital", &Command::capital},
+    {"backup", &Command::backupFile},   {"restore", &Command::restoreFile},      {"check", &Command::check}};
 const QString kThemeKey = QStringLiteral("theme");
 
 QStringList StressIndices() {
@@ -61,6 +63,7 @@ void AddOptions(QCommandLineParser& parser) {
     const QString option = QString::fromLatin1(name);
     parser.addOption({option, QString(), option});
   }
+  parser.addOption(QCommandLineOption(QStringLiteral("check")));
   parser.addOption(QCommandLineOption(QStringList{QStringLiteral("h"), QStringLiteral("help")}));
   parser.addOption(QCommandLineOption(QStringList{QStringLiteral("v"), QStringLiteral("version")}));
 }
@@ -76,10 +79,13 @@ QString HelpText() {
       "  --address NAME    打开的地址：投资组合、分时走势、工具条、日志\n"
       "  --parameter TEXT  地址的参数，例如 Skip组合表现\n"
       "  --import FILE     导入组合（CSV：name,code,quantity,price，可加 date），然后继续运行\n"
+      "  --backup FILE     把全部组合写成一个文件（可以再导入或恢复）后退出；不需要显示器和数据目录\n"
+      "  --restore FILE    把全部组合恢复成这样一个文件里的样子后退出；恢复前的组合先留一份备份\n"
       "  --export DIR      依次打开每个视图，写出图片和表格后退出；不需要显示器\n"
       "  --stress PERCENT  导出前在压力测试中设定的预期涨跌幅（百分数），例如 -10\n"
       "  --stress-index 1|399001|399300  压力测试的参考指数：上证指数、深证成指、沪深300\n"
       "  --capital AMOUNT  导出前在智能配置中设定的资金量（万元），例如 50\n"
+      "  --check           检查数据库、镜像、备份、行情、磁盘和日志，写出状态表后退出；一切正常时退出码为 0\n"
       "  --help, --version\n\n"
       "同一工作目录已有终端在运行时，命令交给它执行。\n");
 }
@@ -131,7 +137,11 @@ QString EmptyOption(const QCommandLineParser& parser) {
 }  // namespace
 
 bool Command::IsEmpty() const {
-  return !theme && address.isEmpty() && importFile.isEmpty() && exportFolder.isEmpty();
+  return !theme && address.isEmpty() && !HasWork();
+}
+
+bool Command::HasWork() const {
+  return NeedsViews() || !backupFile.isEmpty() || !restoreFile.isEmpty();
 }
 
 QByteArray Command::ToJson() const {
@@ -217,8 +227,14 @@ ParsedCommandLine ParseCommandLine(const QStringList& arguments) {
   options.command.parameter = value("parameter");
   options.command.importFile = Absolute(value("import"));
   options.command.exportFolder = Absolute(value("export"));
+  options.command.backupFile = Absolute(value("backup"));
+  options.command.restoreFile = Absolute(value("restore"));
   options.command.stress = value("stress");
   options.command.stressIndex = value("stress-index");
+  if (parser.isSet(QStringLiteral("check"))) {
+    if (!options.command.IsEmpty()) return Refuse(QStringLiteral("--check 只能和 --data、--work、--db 一起用。"));
+    options.command.check = QStringLiteral("1");
+  }
   options.command.capital = value("capital");
   if (const QString problem = StressProblem(options.command); !problem.isEmpty()) return Refuse(problem);
   if (const QString problem = CapitalProblem(options.command); !problem.isEmpty()) return Refuse(problem);

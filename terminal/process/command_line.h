@@ -20,9 +20,16 @@ struct Command {
   QString database;       ///< likewise
   QString stress{};       ///< move in percent that the export sets in the stress view; empty: as it stands there
   QString capital{};      ///< ten-thousands of yuan that the export sets in the smart allocation; empty likewise
+  QString check{};        ///< "1": only say whether all is well
   QString stressIndex{};  ///< its reference index, "1", "399001" or "399300"; empty likewise
+  QString backupFile{};   ///< all portfolios are written to it
+  QString restoreFile{};  ///< all portfolios become those of it
 
   [[nodiscard]] bool IsEmpty() const;
+  /// Is there something to carry out beside going to an address?
+  [[nodiscard]] bool HasWork() const;
+  /// Can it be carried out without a data folder?
+  [[nodiscard]] bool NeedsViews() const { return !importFile.isEmpty() || !exportFolder.isEmpty(); }
   [[nodiscard]] QByteArray ToJson() const;
   /// None when the text is not one of ToJson's: also for a key or a theme that is not known.
   [[nodiscard]] static std::optional<Command> FromJson(const QByteArray& json);
@@ -35,8 +42,10 @@ struct Options {
   QString database;  ///< file of the embedded engine or connection string of a server; empty: in the work folder
   Command command;
 
-  /// Visit, write, end: no window, questions and messages go to standard error.
-  [[nodiscard]] bool IsBatch() const { return !command.exportFolder.isEmpty(); }
+  /// Do it and end: no window, questions and messages go to standard error.
+  [[nodiscard]] bool IsBatch() const {
+    return !command.exportFolder.isEmpty() || !command.backupFile.isEmpty() || !command.restoreFile.isEmpty();
+  }
 };
 
 /// Why a running terminal cannot carry a command out: it was asked for with another data folder or database. Empty when

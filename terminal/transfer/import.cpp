@@ -3,10 +3,12 @@
 
 #include <algorithm>
 
+#include "backup/portfolio_file.h"
 #include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/text_file.h"
+#include "import_saved.h"
 #include "import_statements.h"
 #include "portfolio_csv.h"
 
@@ -61,23 +63,13 @@ std::vector<int> HeldStocks(const std::vector<CsvPortfolio>& portfolios) {
   for (const CsvPortfolio& portfolio : portfolios) {
     for (const CsvHolding& holding : portfolio.holdings) stocks.push_back(holding.codeNumber);
   }
-  std::sort(stocks.begin(), stocks.end());
-  stocks.erase(std::unique(stocks.begin(), stocks.end()), stocks.end());
   return stocks;
 }
 
-/// A stock without a price is worth nothing in every view that counts it.
-QStringList UnpricedStocks(const std::vector<int>& stocks, const TDataCenter& dataCentre) {
-  QStringList warnings;
-  for (const int stock : stocks) {
-    if (dataCentre.StockNowData(stock).currentPrice > 0) continue;
-    warnings.append(QStringLiteral("股票%1没有行情，组合市值暂不包括它").arg(QString::number(stock).right(6)));
-  }
-  return warnings;
-}
-
 void FindTakenNames(UserDataServices& database, const CsvPortfolios& file, std::vector<ImportProblem>& problems) {
+  constexpr std::size_t kEnough = 100;  // of a file that is refused anyway
   for (const CsvPortfolio& portfolio : file.portfolios) {
+    if (problems.size() >= kEnough) return;
     if (database.Count(import_sql::CountPortfolios(portfolio.name)) != 0) {
       problems.push_back({portfolio.line, QStringLiteral("已有名称为“%1”的组合").arg(portfolio.name)});
     }
@@ -127,9 +119,7 @@ ImportResult Write(const std::vector<CsvPortfolio>& portfolios, const ImportServ
   int done = 0;
   const auto step = [&] { return !progress || progress(done++, total); };
 
-  if (services.database.InTransaction()) {
-    throw Error(ErrorCategory::Busy, "终端窗口里有一个提问还没有回答（例如是否删除组合），请先回答它，再导入一次");
-  }
+  RequireNoQuestion(services.database);
   ImportResult result;
   TransactionScope transaction(services.database);
   for (const CsvPortfolio& portfolio : portfolios) {
@@ -153,7 +143,24 @@ ImportResult Write(const std::vector<CsvPortfolio>& portfolios, const ImportServ
 
 }  // namespace
 
+void RequireNoQuestion(const UserDataServices& database) {
+  if (database.InTransaction())
+    throw Error(ErrorCategory::Busy, "终端窗口里有一个提问还没有回答（例如是否删除组合），请先回答它，再导入一次");
+}
+
+QStringList UnpricedStocks(std::vector<int> stocks, const TDataCenter& dataCentre) {
+  std::sort(stocks.begin(), stocks.end());
+  stocks.erase(std::unique(stocks.begin(), stocks.end()), stocks.end());
+  QStringList warnings;
+  for (const int stock : stocks) {
+    if (dataCentre.StockNowData(stock).currentPrice > 0) continue;
+    warnings.append(QStringLiteral("股票%1没有行情，组合市值暂不包括它").arg(QString::number(stock).right(6)));
+  }
+  return warnings;
+}
+
 ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& services, const ImportProgress& progress) {
+  if (backup::IsPortfolioText(csv)) return ImportSaved(csv, services, progress);
   CsvPortfolios file = ParsePortfolioCsv(csv, services.codes);
   FindTakenNames(services.database, file, file.problems);
   const std::map<int, double> closes = CheckDays(services, file, file.problems);

@@ -48,9 +48,11 @@ using ImportProgress = std::function<bool(int done, int total)>;
 /// rows of a portfolio: a trading day not after the market's date of which the data have the index's close. It becomes
 /// the portfolio's date and that close its index level; without one they are the market's date and present level. Each
 /// becomes a saved portfolio of 2 to 10 holdings with weights by cost and unfinished figures, which are the plug-in's
-/// to calculate. Everything is written in one transaction. A file that breaks a rule is reported line by line in the
-/// result. A failing statement or commit throws the database's Error after the roll-back; Error(Refused) when the data
-/// centre has no date or no level of index 1; Error(Busy) when a transaction is already open. User-interface thread.
+/// to calculate. A file of all portfolios, as 导出组合 and the backups write it, comes in with everything that is in it
+/// under new numbers, also portfolios that were not saved and those of other sizes. Everything is written in one
+/// transaction. A file that breaks a rule is reported line by line in the result. A failing statement or commit throws
+/// the database's Error after the roll-back; Error(Refused) when the data centre has no date or no level of index 1;
+/// Error(Busy) when a transaction is already open. User-interface thread.
 [[nodiscard]] ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& services,
                                             const ImportProgress& progress = {});
 /// The same from a file; one that cannot be read is a problem of line 0.

@@ -55,35 +55,6 @@ bool IsNameCharacter(QChar c) {
          u == u')' || u == u'-' || u == u'_';
 }
 
-/// Why a name cannot be taken; empty when it can.
-QString NameProblem(const QString& name) {
-  if (name.isEmpty()) return QStringLiteral("组合名称为空");
-  if (CharactersOf(name) > kMostNameCharacters) {
-    return QStringLiteral("组合名称有%1个字符，最多%2个").arg(CharactersOf(name)).arg(kMostNameCharacters);
-  }
-  if (!FitsAsName(name)) return QStringLiteral("组合名称中的附加符号太多");
-  const auto bad = std::find_if_not(name.begin(), name.end(), IsNameCharacter);
-  if (bad == name.end() && HasInvisible(name))
-    return QStringLiteral("组合名称“%1”含有换行、制表符等看不见的字符，请删去后再导入").arg(name);
-  if (bad == name.end()) return {};
-  return QStringLiteral("组合名称“%1”含有不允许的字符“%2”（只允许汉字、字母、数字和 ( ) - _）").arg(name, *bad);
-}
-
-QString CodeProblem(const QString& code, const CodeNumServices& codes) {
-  static const QRegularExpression kDigits(QStringLiteral("\\A[0-9]+\\z"));
-  if (code.isEmpty()) return QStringLiteral("股票代码为空");
-  if (!kDigits.match(code).hasMatch()) return QStringLiteral("股票代码“%1”不是六位数字").arg(code);
-  if (code.size() < 6) {
-    return QStringLiteral("股票代码“%1”不足六位，前面的0可能被电子表格软件去掉了，请写全六位").arg(code);
-  }
-  if (code.size() > 6) return QStringLiteral("股票代码“%1”多于六位").arg(code);
-  const QString codeNumber = QLatin1Char('1') + code;
-  if (!codes.IsShanghaiStock(codeNumber) && !codes.IsShenzhenStock(codeNumber)) {
-    return QStringLiteral("没有代码为%1的A股股票").arg(code);
-  }
-  return {};
-}
-
 QString QuantityProblem(const QString& quantity) {
   static const QRegularExpression kWhole(QStringLiteral("\\A[1-9][0-9]{0,8}\\z"));
   if (quantity.isEmpty()) return QStringLiteral("数量为空");
@@ -269,6 +240,34 @@ class Parser {
 };
 
 }  // namespace
+
+QString NameProblem(const QString& name) {
+  if (name.isEmpty()) return QStringLiteral("组合名称为空");
+  if (CharactersOf(name) > kMostNameCharacters) {
+    return QStringLiteral("组合名称有%1个字符，最多%2个").arg(CharactersOf(name)).arg(kMostNameCharacters);
+  }
+  if (!FitsAsName(name)) return QStringLiteral("组合名称中的附加符号太多");
+  const auto bad = std::find_if_not(name.begin(), name.end(), IsNameCharacter);
+  if (bad == name.end() && HasInvisible(name))
+    return QStringLiteral("组合名称“%1”含有换行、制表符等看不见的字符，请删去后再导入").arg(name);
+  if (bad == name.end()) return {};
+  return QStringLiteral("组合名称“%1”含有不允许的字符“%2”（只允许汉字、字母、数字和 ( ) - _）").arg(name, *bad);
+}
+
+QString CodeProblem(const QString& code, const CodeNumServices& codes) {
+  static const QRegularExpression kDigits(QStringLiteral("\\A[0-9]+\\z"));
+  if (code.isEmpty()) return QStringLiteral("股票代码为空");
+  if (!kDigits.match(code).hasMatch()) return QStringLiteral("股票代码“%1”不是六位数字").arg(code);
+  if (code.size() < 6) {
+    return QStringLiteral("股票代码“%1”不足六位，前面的0可能被电子表格软件去掉了，请写全六位").arg(code);
+  }
+  if (code.size() > 6) return QStringLiteral("股票代码“%1”多于六位").arg(code);
+  const QString codeNumber = QLatin1Char('1') + code;
+  if (!codes.IsShanghaiStock(codeNumber) && !codes.IsShenzhenStock(codeNumber)) {
+    return QStringLiteral("没有代码为%1的A股股票").arg(code);
+  }
+  return {};
+}
 
 CsvPortfolios ParsePortfolioCsv(const QByteArray& csv, const CodeNumServices& codes) {
   return Parser(codes).Parse(csv);

@@ -35,6 +35,11 @@ struct CsvPortfolios {
 inline constexpr int kMinHoldings = 2;
 inline constexpr int kMaxHoldings = 10;
 
+/// Why a name cannot be taken; empty when it can.
+[[nodiscard]] QString NameProblem(const QString& name);
+/// Why six digits are no stock that can be held; empty when they are.
+[[nodiscard]] QString CodeProblem(const QString& code, const CodeNumServices& codes);
+
 /// Reads and checks the whole text against the rules that need no database. Never throws for its content.
 [[nodiscard]] CsvPortfolios ParsePortfolioCsv(const QByteArray& csv, const CodeNumServices& codes);
 

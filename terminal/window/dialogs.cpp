@@ -40,6 +40,20 @@ QString AskForFolder(QWidget* window) {
   return Ask(dialog, QStringLiteral("导出"));
 }
 
+QString AskForNewFile(QWidget* window, const QString& name) {
+  QFileDialog dialog(window, QStringLiteral("导出组合"), QString(), QStringLiteral("组合 (*.csv);;所有文件 (*)"));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(QStringLiteral("csv"));
+  dialog.selectFile(name);
+  return Ask(dialog, QStringLiteral("导出"));
+}
+
+QString AskForBackup(QWidget* window) {
+  QFileDialog dialog(window, QStringLiteral("选择备份文件"), QString(), QStringLiteral("组合 (*.csv);;所有文件 (*)"));
+  dialog.setFileMode(QFileDialog::ExistingFile);
+  return Ask(dialog, QStringLiteral("选择"));
+}
+
 void ShowReport(QWidget* window, const QString& title, const QString& text) {
   QDialog dialog(window);
   dialog.setWindowTitle(title);

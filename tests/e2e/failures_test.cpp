@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
 
 #include <QDir>
 #include <QFile>
@@ -196,6 +197,32 @@ TEST(WorkFolder, ThatCannotBeMadeIsTold) {
     const Outcome outcome = RunTerminal({"--data", bench.data, "--work", work, "--export", bench.File("out")});
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_TRUE(outcome.err.contains(work)) << outcome.err.toStdString();
+  }
+}
+
+TEST(WorkFolder, ThatHoldsOtherThingsKeepsItsMode) {
+  const Bench bench;
+  ASSERT_TRUE(QDir().mkpath(bench.Work() + "/photos"));
+  const auto open = QFile::permissions(bench.Work()) | QFileDevice::ReadOther | QFileDevice::ExeOther;
+  ASSERT_TRUE(QFile::setPermissions(bench.Work(), open));
+  const Outcome outcome = RunTerminal(bench.Arguments({"--export", bench.File("out")}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("chmod 700")) << outcome.err.toStdString();
+  EXPECT_EQ(QFile::permissions(bench.Work()), open);
+  EXPECT_EQ(QDir(bench.Work()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"photos"});
+}
+
+TEST(WorkFolder, APipeInThePlaceOfAFileIsRefusedAtOnce) {
+  for (const char* name : {"settings.ini", "log/terminal.log", "terminal.lock", "holdwise.fdb", "TZZHMerge.dat"}) {
+    const Bench bench;
+    ASSERT_TRUE(QDir().mkpath(bench.Work() + "/log"));
+    bench.Write("work/optional_stocks.txt", "600001\n");
+    QFile::remove(bench.Work() + '/' + name);
+    ASSERT_EQ(mkfifo(QFile::encodeName(bench.Work() + '/' + name).constData(), 0600), 0);
+    const Outcome outcome = e2e::Run(Program("holdwise-terminal"), bench.Arguments({"--export", bench.File("out")}),
+                                     BareEnvironment(), 10'000);
+    EXPECT_EQ(outcome.exitCode, 1) << name;
+    EXPECT_TRUE(outcome.err.contains(name)) << outcome.err.toStdString();
   }
 }
 

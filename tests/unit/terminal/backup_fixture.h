@@ -19,7 +19,8 @@ namespace holdwise::backup {
 class BackupTest : public testing::Test {
  protected:
   void Add(const QString& name, int holdings, const QString& style = QString()) {
-    const std::int64_t id = database_.Count(QStringLiteral("select gen_id(ALG_ROWID_MAIN,1) from rdb$database"));
+    TransactionScope transaction(temp_.Service());
+    const std::int64_t id = temp_.Service().Count(QStringLiteral("select gen_id(ALG_ROWID_MAIN,1) from rdb$database"));
     for (int holding = 0; holding < holdings; ++holding) {
       Do(QStringLiteral("insert into alg_comdetail (ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE) values "
                         "(gen_id(ALG_ROWID_DETAIL,1),%1,%2,%3,%4,%5)")
@@ -38,6 +39,7 @@ class BackupTest : public testing::Test {
       Do(QStringLiteral("update alg_commain set ZHFG='%1',MBSYL=0.12,INDEXISCLOSE=1,KNOWNTO=20260303 where ID=%2")
              .arg(style)
              .arg(id));
+    transaction.Commit();
   }
   void AddThree() {
     Add(QStringLiteral("稳健一号"), 3, QStringLiteral("稳健型"));

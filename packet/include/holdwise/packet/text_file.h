@@ -16,8 +16,10 @@ namespace holdwise {
 /// The same for bytes at hand.
 [[nodiscard]] QByteArray ToUtf8Text(const QByteArray& bytes);
 
-/// A text from outside as it stands in a message: control characters, which would cut the message short or break its
-/// lines, become "\x" and their two hexadecimal digits; of more than 400 characters the first 400 and "…".
+/// The text with every character that is not seen but changes what is (control characters, direction marks, line
+/// separators, zero widths) as "\x" and its hexadecimal digits, two at least.
+[[nodiscard]] QString ControlsShown(QStringView text);
+/// A text from outside as it stands in a message: ControlsShown; of more than 400 characters the first 400 and "…".
 [[nodiscard]] QString ShownText(const QString& text);
 
 }  // namespace holdwise

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <functional>
+
+#include "backup/backup_service.h"
+#include "backup/restore.h"
+#include "parts/database_side.h"
+#include "parts/process_parts.h"
+#include "parts/window_side.h"
+#include "process/hand_over.h"
+#include "window/restore_dialog.h"
+
+namespace holdwise {
+
+/// Keeps the backups of the portfolios and brings them back, for the menus and the command line. User-interface thread.
+class Backups {
+ public:
+  /// The database is open; all parts outlive it. From now on changes are written, what is waiting at its end too.
+  Backups(ProcessParts& process, DatabaseSide& database, WindowSide& window);
+  Backups(const Backups&) = delete;
+  Backups& operator=(const Backups&) = delete;
+
+  [[nodiscard]] backup::BackupService& Service() { return service_; }
+
+  /// All portfolios into one file. Never throws.
+  [[nodiscard]] HandOverAnswer WriteFile(const QString& file);
+  /// All portfolios from one file; what was there before is kept as a generation. Never throws.
+  [[nodiscard]] HandOverAnswer RestoreFile(const QString& file, backup::RestoreExtent extent);
+  /// Asks for the file.
+  void ExportFromMenu();
+  /// Shows the generations and what each would change; then the outcome. `restored` is called after something has
+  /// changed.
+  void RestoreFromMenu(const std::function<void()>& restored);
+
+ private:
+  [[nodiscard]] RestorePreview PreviewOf(const backup::PortfolioSet& now, const QString& file,
+                                         bool isMissingOnly) const;
+  [[nodiscard]] HandOverAnswer Told(const HandOverAnswer& answer);
+
+  ProcessParts& process_;
+  DatabaseSide& database_;
+  WindowSide& window_;
+  backup::BackupFolder folder_;
+  backup::BackupService service_;
+};
+
+}  // namespace holdwise

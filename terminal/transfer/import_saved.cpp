@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "import_saved.h"
+
+#include <QHash>
+#include <algorithm>
+
+#include "backup/portfolio_file.h"
+#include "backup/restore.h"
+#include "import_statements.h"
+#include "portfolio_csv.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kCodeDigits = 6;
+
+/// What keeps a whole portfolio of the file from being added here; empty when nothing does.
+QStringList ProblemsOf(const backup::SavedPortfolio& portfolio, const ImportServices& services) {
+  QStringList problems{NameProblem(portfolio.name)};
+  // A name that may not stand in a statement is not asked for.
+  if (problems.front().isEmpty() && services.database.Count(import_sql::CountPortfolios(portfolio.name)) != 0)
+    problems.append(QStringLiteral("已有名称为“%1”的组合").arg(portfolio.name));
+  for (const backup::SavedHolding& holding : portfolio.holdings)
+    problems.append(CodeProblem(QString::number(holding.code).right(kCodeDigits), services.codes));
+  problems.removeAll(QString());
+  return problems;
+}
+
+ImportResult Refused(std::vector<ImportProblem> problems) {
+  ImportResult refused;
+  refused.problems = std::move(problems);
+  return refused;
+}
+
+std::vector<ImportProblem> Check(const backup::ReadFile& file, const ImportServices& services) {
+  std::vector<ImportProblem> problems;
+  QHash<QString, int> firstLines;
+  for (std::size_t place = 0; place < file.set.portfolios.size(); ++place) {
+    const backup::SavedPortfolio& portfolio = file.set.portfolios[place];
+    const int line = static_cast<int>(file.lines[place]);
+    for (const QString& reason : ProblemsOf(portfolio, services)) problems.push_back({line, reason});
+    if (const int earlier = firstLines.value(portfolio.name); earlier != 0)
+      problems.push_back({line, QStringLiteral("组合名称“%1”与第%2行重复").arg(portfolio.name).arg(earlier)});
+    firstLines.insert(portfolio.name, line);
+  }
+  if (file.set.portfolios.empty()) problems.push_back({0, QStringLiteral("文件只有表头，没有持股数据")});
+  std::stable_sort(problems.begin(), problems.end(),
+                   [](const ImportProblem& left, const ImportProblem& right) { return left.line < right.line; });
+  return problems;
+}
+
+}  // namespace
+
+ImportResult ImportSaved(const QByteArray& csv, const ImportServices& services, const ImportProgress& progress) {
+  const backup::ReadFile file = backup::ReadPortfolioText(csv, backup::LastLine::MayLack);
+  std::vector<ImportProblem> problems;
+  for (const backup::FileProblem& problem : file.problems)
+    problems.push_back({static_cast<int>(problem.line), problem.reason});
+  if (problems.empty()) problems = Check(file, services);
+  if (!problems.empty()) return Refused(std::move(problems));
+
+  RequireNoQuestion(services.database);
+  ImportResult cancelled;
+  cancelled.cancelled = true;
+  ImportResult result;
+  std::vector<int> stocks;
+  const int total = static_cast<int>(file.set.portfolios.size());
+  TransactionScope transaction(services.database);
+  for (const backup::SavedPortfolio& portfolio : file.set.portfolios) {
+    if (progress && !progress(result.portfolios, total)) return cancelled;
+    backup::AddAsNew(services.database, portfolio);
+    ++result.portfolios;
+    result.holdings += static_cast<int>(portfolio.holdings.size());
+    for (const backup::SavedHolding& holding : portfolio.holdings) stocks.push_back(static_cast<int>(holding.code));
+  }
+  if (progress && !progress(total, total)) return cancelled;
+  transaction.Commit();
+  result.warnings = UnpricedStocks(std::move(stocks), services.dataCentre);
+  return result;
+}
+
+}  // namespace holdwise
