@@ -114,6 +114,42 @@ TEST(DatabaseSide, AdviceWaitsForTheDatabase) {
   EXPECT_TRUE(database.advice[2].front().mayBeKept);
 }
 
+TEST(DatabaseSide, WhatMayHaveBeenStoredIsToldAndNothingElse) {
+  const auto change = QStringLiteral("delete from alg_commain");
+  FakeUserData database;
+  database.SetNumber(kCount, 7);
+  DatabaseSide side([&database] { return std::make_unique<RefusingUserData>(database); });
+  EXPECT_TRUE(side.Open().isEmpty());
+  QStringList told;
+  side.SetChangeListener({[&] { told << QStringLiteral("before"); },
+                          [&](bool isSession) { told << (isSession ? QStringLiteral("session") : QString("line")); }});
+  (void)side.Query(kCount);
+  side.StartTransaction();
+  side.Execute(change);
+  side.RollBack();
+  EXPECT_EQ(told, QStringList());
+  side.StartTransaction();
+  side.Execute(change);
+  EXPECT_EQ(told, QStringList());
+  side.Commit();
+  EXPECT_EQ(told, QStringList({"before", "line"}));
+  side.Execute(change);
+  EXPECT_EQ(told, QStringList({"before", "line", "before", "line"}));
+  told.clear();
+  database.FailNext(change, Error(ErrorCategory::Database, "no"));
+  EXPECT_THROW(side.Execute(change), Error);
+  EXPECT_EQ(told, QStringList("before"));
+  told.clear();
+  const std::unique_ptr<UserDataSession> session = side.OpenSession();
+  (void)session->Count(kCount);
+  session->StartTransaction();
+  session->Execute(change);
+  EXPECT_EQ(told, QStringList());
+  session->Commit();
+  session->Execute(change);
+  EXPECT_EQ(told, QStringList({"session", "session"}));
+}
+
 TEST(DatabaseSide, RefusedAdviceIsToldAndTheDatabaseIsOpen) {
   FakeUserData database;
   database.SetNumber(kCount, 7);
