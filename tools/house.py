@@ -33,6 +33,7 @@ TERMINAL = {
     "database/engine": ["database/statements"],
     "database": ["database/engine"],
     "backup": [],
+    "health": ["backup"],
     "files": [],
     "datacentre": [],
     "bus": ["datacentre"],
@@ -42,7 +43,7 @@ TERMINAL = {
     "transfer": ["process", "backup"],
     "plugins": ["bus", "files", "datacentre", "pages", "window", "theme"],
     "parts": ["plugins"],
-    "app": ["parts", "transfer", "database", "backup"],
+    "app": ["parts", "transfer", "database", "backup", "health"],
 }
 ROOMS = {"module": MODULE, "terminal": TERMINAL}
 # The one way from the terminal to the producer: the quote service inside the terminal's process.

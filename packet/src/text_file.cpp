@@ -3,7 +3,6 @@
 
 #include <iconv.h>
 
-#include <QUtf8StringView>
 #include <bit>
 #include <cerrno>
 #include <cstdint>
@@ -11,6 +10,7 @@
 
 #include "holdwise/packet/error.h"
 #include "read_file.h"
+#include "text_encoding.h"
 
 namespace holdwise {
 namespace {
@@ -50,24 +50,40 @@ class Converter {
 }  // namespace
 
 QByteArray ToUtf8Text(const QByteArray& bytes) {
-  QByteArray text = QUtf8StringView(bytes).isValidUtf8() ? bytes : Converter().Convert(bytes);
+  const EncodingFound found = FindEncoding(bytes);
+  const auto refuse = [&found](const char* what) {
+    const std::string place = found.badByte == 0 ? "" : "（第 " + std::to_string(found.badByte) + " 个字节）";
+    throw Error(ErrorCategory::Corrupt, what + place + "，请在表格软件里另存为“CSV UTF-8”再用");
+  };
+  if (found.encoding == TextEncoding::Damaged) refuse("文本是 UTF-8，但有的字符不完整");
+  if (found.encoding == TextEncoding::Unknown) refuse("文本既不是 UTF-8 也不是 GB18030");
+  if (found.encoding == TextEncoding::Ambiguous) refuse("看不出文本是 UTF-8 还是 GB18030");
+  QByteArray text = found.encoding == TextEncoding::Utf8 ? bytes : Converter().Convert(bytes);
   if (text.startsWith("\xEF\xBB\xBF")) text.remove(0, 3);
   return text;
 }
 
-QString ShownText(const QString& text) {
-  constexpr qsizetype kLongestShown = 400;
-  constexpr ushort kDelete = 0x7F;
-  constexpr ushort kLastControl = 0x9F;
+QString ControlsShown(QStringView text) {
   QString shown;
-  for (const QChar c : QStringView(text).left(kLongestShown)) {
-    const ushort code = c.unicode();
-    if (code >= u' ' && (code < kDelete || code > kLastControl)) {
-      shown += c;
-    } else {
-      shown += QStringLiteral("\\x%1").arg(code, 2, 16, QLatin1Char('0'));
+  shown.reserve(text.size());
+  for (const QChar c : text) {
+    switch (c.category()) {
+      case QChar::Other_Control:
+      case QChar::Other_Format:
+      case QChar::Separator_Line:
+      case QChar::Separator_Paragraph:
+        shown += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
+        break;
+      default:
+        shown += c;
     }
   }
+  return shown;
+}
+
+QString ShownText(const QString& text) {
+  constexpr qsizetype kLongestShown = 400;
+  const QString shown = ControlsShown(QStringView(text).left(kLongestShown));
   return text.size() > kLongestShown ? shown + u'…' : shown;
 }
 

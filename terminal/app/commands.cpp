@@ -60,6 +60,7 @@ CommandTargets Commands::Targets() {
 void Commands::TakeHandedOver(const Command& command, HandOverServer::Answer answer) {
   if (const QString conflict = ConflictOf(command, parts_.process.Asked()); !conflict.isEmpty())
     return answer({conflict, 1});
+  if (!command.check.isEmpty()) return answer(parts_.health.Answer());
   runner_.Run(command, std::move(answer));
 }
 

@@ -5,6 +5,7 @@
 
 #include "backups.h"
 #include "command_runner.h"
+#include "health_side.h"
 #include "parts/database_side.h"
 #include "parts/market_side.h"
 #include "parts/page_side.h"
@@ -20,6 +21,7 @@ struct CommandParts {
   ProcessParts& process;
   DatabaseSide& database;
   WindowSide& window;
+  const HealthSide& health;
   Backups& backups;
   const std::unique_ptr<MarketSide>& market;
   const std::unique_ptr<PageSide>& pages;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QFileInfo>
 #include <QFont>
@@ -11,6 +12,7 @@
 
 #include "database/firebird_process.h"
 #include "database/firebird_user_data.h"
+#include "health_side.h"
 #include "holdwise/packet/error.h"
 #include "parts/terminal_application.h"
 #include "process/background_thread.h"
@@ -57,8 +59,8 @@ std::optional<int> LockOrHandOver(WorkFolderLock& lock, const Options& options) 
     const auto answer = HandOver(options.workFolder, options.command, givenUp);
     if (isStopped) break;
     if (answer) {
-      if (!answer->text.isEmpty())
-        std::fprintf(answer->exitCode == 0 ? stdout : stderr, "%s\n", answer->text.toUtf8().constData());
+      const bool isOutput = answer->exitCode == 0 || !options.command.check.isEmpty();
+      if (!answer->text.isEmpty()) std::fprintf(isOutput ? stdout : stderr, "%s\n", answer->text.toUtf8().constData());
       return answer->exitCode;
     }
     if (lock.Acquire()) return std::nullopt;
@@ -67,6 +69,15 @@ std::optional<int> LockOrHandOver(WorkFolderLock& lock, const Options& options) 
   if (isStopped) return SayStopped(options, lock.Holder());
   PrintError(QStringLiteral("工作目录“%1”正由另一个终端使用，它没有回答。").arg(options.workFolder));
   return 1;
+}
+
+/// Asks who sits at the terminal that this was started from; without one nobody can be asked.
+bool MayClose(const QString& folder) {
+  if (isatty(STDIN_FILENO) == 0 || isatty(STDERR_FILENO) == 0) return false;
+  PrintError(QStringLiteral("目录“%1”里有别的东西，又对其他用户开放。作为工作目录它会改为只有您能进入（0700）。"
+                            "改吗？输入 y 后按回车表示同意：")
+                 .arg(folder));
+  return std::getchar() == 'y';
 }
 
 /// A terminal that has just ended may leave the file locked for a moment (the lock lives on in a child process that it
@@ -127,7 +138,7 @@ int Main(int argc, char** argv) {
     return parsed.exitCode;
   }
   Options& options = *parsed.options;
-  PrepareWorkFolder(options.workFolder);
+  PrepareWorkFolder(options.workFolder, MayClose);
   if (options.database.isEmpty()) {
     options.database = options.workFolder + QStringLiteral("/holdwise.fdb");
   } else {
@@ -137,6 +148,12 @@ int Main(int argc, char** argv) {
   }
   WorkFolderLock lock(options.workFolder);
   if (const std::optional<int> exitCode = LockOrHandOver(lock, options)) return *exitCode;
+  if (!options.command.check.isEmpty()) {
+    const QCoreApplication application(argc, argv);
+    const int exitCode = CheckAtRest(options);
+    (void)ShutdownFirebird();
+    return exitCode;
+  }
   if (options.IsBatch() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   if (!HasDisplay()) {
     PrintError(QStringLiteral(
@@ -146,7 +163,10 @@ int Main(int argc, char** argv) {
   KeepSessionBusFromStarting();
   PrepareFirebirdProcess(options.workFolder + QStringLiteral("/lock"));
   const int exitCode = RunTerminal(argc, argv, options);
-  ShutdownFirebird();
+  if (!ShutdownFirebird()) {
+    std::fflush(nullptr);
+    _exit(exitCode);
+  }
   return exitCode;
 }
 

@@ -45,6 +45,7 @@ WindowActions Terminal::Actions() {
   WindowActions actions;
   actions.importPortfolios = [this] { commands_->ImportFromMenu(); };
   actions.exportViews = [this] { commands_->ExportFromMenu(); };
+  actions.showHealth = [this] { health_->Show(); };
   actions.exportPortfolios = [this] { commands_->ExportPortfoliosFromMenu(); };
   actions.restorePortfolios = [this] { commands_->RestoreFromMenu(); };
   actions.setTheme = [this](ThemeKind kind) { window_.SetTheme(kind); };
@@ -67,7 +68,11 @@ int Terminal::Run() {
   window_.Prepare();
   if (!OpenDatabase()) return 1;
   backups_ = std::make_unique<Backups>(process_, database_, window_);
-  commands_ = std::make_unique<Commands>(CommandParts{process_, database_, window_, *backups_, market_, pages_});
+  health_ = std::make_unique<HealthSide>(process_, window_, market_);
+  health_->backupProblem = [this] { return backups_->Service().State().problem; };
+  commands_ =
+      std::make_unique<Commands>(CommandParts{process_, database_, window_, *health_, *backups_, market_, pages_});
+  window_.FollowPlaces([this] { commands_->ExportPortfoliosFromMenu(); });
   if (const QString& address = asked.command.address; isReady_ && !address.isEmpty() && !pages_->HasAddress(address)) {
     PrintError(QStringLiteral("holdwise-terminal：没有地址“%1”。").arg(address));
     return CommandRunner::kUnknownAddressExitCode;
@@ -132,7 +137,6 @@ void Terminal::EnterFirstPage() {
 void Terminal::GoOn() {
   if (!isReady_ || std::exchange(hasGoneOn_, true)) return;
   market_->Connection().Connect();
-  window_.FollowDatabaseFile();
   commands_->RunFirst();
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "commands.h"
+#include "health_side.h"
 #include "parts/database_side.h"
 #include "parts/market_side.h"
 #include "parts/page_side.h"
@@ -44,6 +45,7 @@ class Terminal {
   WindowSide window_;
   std::unique_ptr<Backups> backups_;    ///< null until the database is open; ends after all who change something
   std::unique_ptr<PageSide> pages_;     ///< null: as the market
+  std::unique_ptr<HealthSide> health_;  ///< null until the database is open
   std::unique_ptr<Commands> commands_;  ///< null until the database is open
   bool isReady_ = false;
   bool hasGoneOn_ = false;

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "connection.h"
 
+#include <sys/stat.h>
+
 #include <QFile>
+
+#include "database/firebird_process.h"
 
 namespace holdwise::firebird {
 
@@ -19,14 +23,24 @@ class ChangeNote {
   KeptAnswers& kept_;
 };
 
+std::pair<std::uint64_t, std::uint64_t> NumberOf(const QString& file) {
+  struct stat status = {};
+  if (file.isEmpty() || ::stat(QFile::encodeName(file).constData(), &status) != 0) return {0, 0};
+  return {status.st_dev, status.st_ino};
+}
+
 }  // namespace
 
 Connection::Connection(Handle<Firebird::IAttachment> attachment, Place place)
-    : place_(std::move(place)), attachment_(std::move(attachment)) {}
+    : place_(std::move(place)), fileNumber_(NumberOf(place_.file)), attachment_(std::move(attachment)) {}
 
 Connection::~Connection() {
   cache_.Clear();
   reading_.reset();
+  if (place_.IsEmbedded() && !IsFirebirdFolderThere()) {
+    static_cast<void>(attachment_.release());
+    return;
+  }
   Detach(status_, attachment_);
   if (place_.IsEmbedded()) QFile::remove(place_.markerFile);
 }
@@ -48,7 +62,15 @@ auto Connection::OnLiveConnection(Action action) {
   return action();
 }
 
+/// A file that was removed takes changes all the same, and they go with its last user.
+void Connection::RequireFile() const {
+  if (NumberOf(place_.file) == fileNumber_) return;
+  throw Error(ErrorCategory::Io,
+              QStringLiteral("数据库文件 %1 不在原处了，所做的修改没有保存").arg(place_.file).toStdString());
+}
+
 std::unique_ptr<Transaction> Connection::StartChange() {
+  RequireFile();
   if (place_.IsEmbedded()) {
     RequireSpace(place_.folder, place_.bytesToChange);
     return std::make_unique<Transaction>(status_, *attachment_, Transaction::Mode::ChangeNoWait);
@@ -166,6 +188,7 @@ void Connection::Commit(std::unique_ptr<Transaction> transaction) {
   const MutexLock lock(mutex_);
   const ChangeNote note(kept_);
   const std::unique_ptr<Transaction> ending = std::move(transaction);  // rolled back under the lock when this fails
+  RequireFile();
   ending->Commit();
 }
 

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QString>
+#include <cstdint>
 #include <functional>
 #include <limits>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "database/engine/firebird_client.h"
@@ -28,6 +30,7 @@ class Connection {
     QString folder = {};      ///< must have bytesToChange free before a change
     QString markerFile = {};  ///< removed after a clean detach
     std::int64_t bytesToChange = kBytesToChange;
+    QString file = {};  ///< must be where it was when the connection was made before a change
     std::function<Handle<Firebird::IAttachment>()> attachAgain = {};  ///< when the connection is lost
     [[nodiscard]] bool IsEmbedded() const { return !folder.isEmpty(); }
   };
@@ -61,9 +64,11 @@ class Connection {
   template <typename Action>
   auto OnLiveConnection(Action action) HOLDWISE_REQUIRES(mutex_);
   [[nodiscard]] std::unique_ptr<Transaction> StartChange() HOLDWISE_REQUIRES(mutex_);
+  void RequireFile() const;
   void ReadShape(const QString& sql) HOLDWISE_REQUIRES(mutex_);
 
   const Place place_;
+  const std::pair<std::uint64_t, std::uint64_t> fileNumber_;  ///< device and number of the file; 0 and 0: none
   Mutex mutex_;
   Status status_ HOLDWISE_GUARDED_BY(mutex_);
   Handle<Firebird::IAttachment> attachment_ HOLDWISE_GUARDED_BY(mutex_);

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <cstdio>
 #include <limits>
@@ -72,6 +74,6 @@ int main(int argc, char** argv) {
   }
   const int result = holdwise::firebird::Check(QString::fromLocal8Bit(argv[1]), QString::fromLocal8Bit(argv[2]));
   std::fflush(stdout);
-  holdwise::ShutdownFirebird();
+  if (!holdwise::ShutdownFirebird()) ::_exit(result);
   return result;
 }

@@ -34,6 +34,10 @@ QString MarkerOf(const QString& file) {
   return file + QStringLiteral(".open");
 }
 
+QString CheckRecordOf(const QString& file) {
+  return file + QStringLiteral(".checked");
+}
+
 Error HeldByAnother(const QString& file) {
   return {ErrorCategory::Busy, QStringLiteral("数据库文件 %1 正被另一个程序使用，请先关闭它").arg(file).toStdString()};
 }
@@ -85,8 +89,12 @@ bool CheckInHelper(const QString& file, const QString& lockFolder) {
   if (ended && helper.exitStatus() == QProcess::NormalExit) {
     const std::string report = QString::fromUtf8(helper.readAllStandardOutput()).trimmed().toStdString();
     switch (helper.exitCode()) {
-      case kHelperGood:
+      case kHelperGood: {
+        // Opening for writing alone would leave the date of an empty file as it was.
+        QFile record(CheckRecordOf(file));
+        if (record.open(QIODevice::WriteOnly)) record.write("ok\n");
         return true;
+      }
       case kHelperBusy:
         throw HeldByAnother(file);
       case kHelperIo:

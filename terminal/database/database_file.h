@@ -22,6 +22,9 @@ namespace holdwise::firebird {
 /// and false is returned.
 bool CheckInHelper(const QString& file, const QString& lockFolder);
 
+/// The file whose date says when CheckInHelper last read a whole database.
+[[nodiscard]] QString CheckRecordOf(const QString& file);
+
 /// Exit codes of the helper program.
 enum HelperResult : int { kHelperGood = 0, kHelperDamaged = 1, kHelperBusy = 2, kHelperIo = 3, kHelperRefused = 4 };
 

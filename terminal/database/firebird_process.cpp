@@ -66,6 +66,7 @@ void UseUtf8Paths() {
 }
 
 std::once_flag prepared;
+QString lockFolder;  ///< written once, before the engine is there
 
 }  // namespace
 
@@ -76,6 +77,7 @@ void PrepareFirebirdProcess(const QString& privateFolder) {
     RemoveLeftTraces(folder);
     UseUtf8Paths();
     qputenv("FIREBIRD_LOCK", QFile::encodeName(folder));
+    lockFolder = folder;
     qunsetenv("ISC_USER");
     qunsetenv("ISC_PASSWORD");
     ISC_STATUS_ARRAY status{};
@@ -85,8 +87,14 @@ void PrepareFirebirdProcess(const QString& privateFolder) {
   });
 }
 
-void ShutdownFirebird() {
+bool IsFirebirdFolderThere() {
+  return lockFolder.isEmpty() || QFileInfo(lockFolder).isDir();
+}
+
+bool ShutdownFirebird() {
+  if (!IsFirebirdFolderThere()) return false;
   fb_shutdown(kShutdownTimeoutMs, kOwnShutdownReason);
+  return true;
 }
 
 }  // namespace holdwise

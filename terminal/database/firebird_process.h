@@ -13,8 +13,12 @@ namespace holdwise {
 /// engine for SIGINT and SIGTERM. Open puts back whatever handlers the process had, so an application may install its
 /// own before or after. Engine threads block all signals.
 void PrepareFirebirdProcess(const QString& privateFolder);
+/// Do the engine's lock files still have their folder? Without it neither a detachment nor the engine's end can be had:
+/// the engine throws where nobody can catch. Any thread.
+[[nodiscard]] bool IsFirebirdFolderThere();
 /// Ends the engine's threads. Call once before leaving main, after the last FirebirdUserData and session are gone;
-/// nothing can be opened afterwards.
-void ShutdownFirebird();
+/// nothing can be opened afterwards. False when the folder of its lock files is gone: the engine is left as it is (what
+/// was committed is on the disk), and the process must leave by _exit.
+[[nodiscard]] bool ShutdownFirebird();
 
 }  // namespace holdwise

@@ -217,8 +217,8 @@ std::shared_ptr<Connection> OpenFile(const QString& file, const QString& lockFol
     if (error.Category() != ErrorCategory::Busy) throw;
     throw firebird::HeldByAnother(file);
   }
-  return std::make_shared<Connection>(std::move(attachment),
-                                      Connection::Place{.folder = folder, .markerFile = firebird::MarkerOf(file)});
+  return std::make_shared<Connection>(
+      std::move(attachment), Connection::Place{.folder = folder, .markerFile = firebird::MarkerOf(file), .file = file});
 }
 
 }  // namespace
@@ -247,6 +247,25 @@ std::unique_ptr<FirebirdUserData> FirebirdUserData::Open(const DatabaseTarget& t
       target.IsServer() ? OpenServer(target) : OpenFile(QFileInfo(target.text).absoluteFilePath(), lockFolder);
   return std::unique_ptr<FirebirdUserData>(
       new FirebirdUserData(std::make_unique<Implementation>(std::move(connection))));
+}
+
+void FirebirdUserData::Check(const DatabaseTarget& target, const QString& lockFolder) {
+  if (target.IsServer()) {
+    PrepareFirebirdProcess(lockFolder);
+    (void)OpenServer(target);
+    return;
+  }
+  const QFileInfo file(target.text);
+  if (!file.exists())
+    throw Error(ErrorCategory::NotFound, QStringLiteral("数据库文件 %1 不在").arg(target.text).toStdString());
+  if (!file.isFile()) throw IoError(QStringLiteral("%1 不是文件").arg(target.text));
+  const QString problem = firebird::HeaderProblem(file.absoluteFilePath());
+  if (!firebird::CheckInHelper(file.absoluteFilePath(), lockFolder) && !problem.isEmpty())
+    throw Damaged(file.absoluteFilePath(), problem);
+}
+
+QString FirebirdUserData::CheckRecordOf(const QString& file) {
+  return firebird::CheckRecordOf(QFileInfo(file).absoluteFilePath());
 }
 
 FirebirdUserData::FirebirdUserData(std::unique_ptr<Implementation> implementation)

@@ -38,6 +38,11 @@ class FirebirdUserData final : public UserDataServices {
   /// cannot be reached. Error(Corrupt): the file is damaged or no database. Error(Refused): the schema is newer than
   /// this program, or the server turns the user away. After one of these nothing has been changed.
   [[nodiscard]] static std::unique_ptr<FirebirdUserData> Open(const DatabaseTarget& target, const QString& lockFolder);
+  /// Reads all of a database that is not open: a file in a process of its own. Error as from Open; NotFound when the
+  /// file is not there.
+  static void Check(const DatabaseTarget& target, const QString& lockFolder);
+  /// The file whose date is that of the last such reading of a database file, also of Open's; may be missing.
+  [[nodiscard]] static QString CheckRecordOf(const QString& file);
   /// Rolls back what is open and detaches. Sessions still alive keep the file attached until they end.
   ~FirebirdUserData() override;
 

@@ -2,7 +2,6 @@
 #include "parts/window_side.h"
 
 #include <QApplication>
-#include <QFileInfo>
 #include <QFontMetrics>
 #include <QTimer>
 #include <utility>
@@ -48,6 +47,7 @@ WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
 
 WindowSide::~WindowSide() {
   process_.Log().SetFailureListener({});
+  if (places_ && !places_->Problem().isEmpty()) return;  // settings would make the folder anew
   if (!process_.Asked().IsBatch()) process_.Settings().setValue(kGeometrySetting, window_.saveGeometry());
 }
 
@@ -113,26 +113,28 @@ void WindowSide::ShowMarket(const MarketData& data, MarketConnection& connection
                    [this](const QString& problem) { window_.SetQuotesProblem(problem); });
 }
 
-void WindowSide::FollowDatabaseFile() {
-  const QFileInfo file(process_.Asked().database);
-  if (!file.isFile()) return;
-  // The folder, not the file: that one changes with every statement.
-  workFolder_.addPath(file.absolutePath());
-  QObject::connect(&workFolder_, &QFileSystemWatcher::directoryChanged, &window_,
-                   [this, path = file.absoluteFilePath()] { LookForDatabaseFile(path); });
-}
-
-void WindowSide::LookForDatabaseFile(const QString& file) {
-  const bool isGone = !QFileInfo::exists(file);
-  if (std::exchange(isDatabaseGone_, isGone) == isGone) return;
-  window_.SetDatabase(isGone ? QStringLiteral("文件不在了：") + file : process_.Asked().database);
-  if (!isGone) return;
-  const QString text = QStringLiteral(
-                           "数据库文件 %1 被删除或移走了。请把它移回原处；没有了的，请正常退出终端再启动，"
-                           "退出时写下的组合会在启动时恢复。")
-                           .arg(file);
-  process_.Log().WriteLog(text);
-  window_.TellFailure(text);
+void WindowSide::FollowPlaces(std::function<void()> saveElsewhere) {
+  const QString database = process_.Asked().database;
+  places_.emplace(process_.Asked().workFolder, database);
+  places_->OnGone = [this, database, save = std::move(saveElsewhere)](const QString& text) {
+    process_.Log().WriteLog(text);
+    PrintError(text);
+    window_.SetDatabase(QStringLiteral("不在原处：") + database);
+    window_.TellFailure(text);
+    if (process_.Asked().IsBatch()) return;
+    notice_ = std::make_unique<UrgentNotice>(&window_, QStringLiteral("数据的位置不在了"), text,
+                                             QStringLiteral("另存全部组合(&S)…"), save);
+    notice_->show();
+    notice_->raise();
+  };
+  places_->OnBack = [this, database] {
+    const QString text = QStringLiteral("工作目录和数据库文件又在原处了。");
+    process_.Log().WriteLog(text);
+    notice_.reset();
+    window_.SetDatabase(database);
+    window_.Tell(text);
+  };
+  places_->Start();
 }
 
 }  // namespace holdwise

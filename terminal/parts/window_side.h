@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
-#include <QFileSystemWatcher>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "bus/market_connection.h"
 #include "datacentre/market_data.h"
+#include "parts/place_watch.h"
 #include "parts/process_parts.h"
 #include "theme/theme_services.h"
 #include "window/main_window.h"
 #include "window/message_boxes.h"
+#include "window/urgent_notice.h"
 
 namespace holdwise {
 
@@ -46,12 +48,14 @@ class WindowSide {
   void ClearObstacle();
   /// Says in title and status bar which market is shown, and from now on whether its prices are the latest.
   void ShowMarket(const MarketData& data, MarketConnection& connection);
-  /// Says from now on when the file of the database is gone; of a database on a server nothing is known.
-  void FollowDatabaseFile();
+  /// Says from now on when the work folder or the file of the database is gone, in a notice whose button calls
+  /// `saveElsewhere`.
+  void FollowPlaces(std::function<void()> saveElsewhere);
+  /// What FollowPlaces has found missing; empty while nothing is.
+  [[nodiscard]] QString PlaceProblem() const { return places_ ? places_->Problem() : QString(); }
 
  private:
   void ApplyTheme();
-  void LookForDatabaseFile(const QString& file);
 
   ProcessParts& process_;
   ThemeServices theme_;
@@ -59,8 +63,8 @@ class WindowSide {
   PrintedMessages printedMessages_;
   MainWindow window_;
   std::unique_ptr<QWidget> obstacle_;
-  QFileSystemWatcher workFolder_;
-  bool isDatabaseGone_ = false;
+  std::optional<PlaceWatch> places_;  ///< from FollowPlaces on
+  std::unique_ptr<UrgentNotice> notice_;
 };
 
 }  // namespace holdwise

@@ -33,7 +33,7 @@ constexpr Member kMembers[] = {
     {"address", &Command::address},     {"parameter", &Command::parameter},      {"import", &Command::importFile},
     {"export", &Command::exportFolder}, {"data", &Command::dataFolder},          {"db", &Command::database},
     {"stress", &Command::stress},       {"stress-index", &Command::stressIndex}, {"capital", &Command::capital},
-    {"backup", &Command::backupFile},   {"restore", &Command::restoreFile}};
+    {"backup", &Command::backupFile},   {"restore", &Command::restoreFile},      {"check", &Command::check}};
 const QString kThemeKey = QStringLiteral("theme");
 
 QStringList StressIndices() {
@@ -63,6 +63,7 @@ void AddOptions(QCommandLineParser& parser) {
     const QString option = QString::fromLatin1(name);
     parser.addOption({option, QString(), option});
   }
+  parser.addOption(QCommandLineOption(QStringLiteral("check")));
   parser.addOption(QCommandLineOption(QStringList{QStringLiteral("h"), QStringLiteral("help")}));
   parser.addOption(QCommandLineOption(QStringList{QStringLiteral("v"), QStringLiteral("version")}));
 }
@@ -84,6 +85,7 @@ QString HelpText() {
       "  --stress PERCENT  导出前在压力测试中设定的预期涨跌幅（百分数），例如 -10\n"
       "  --stress-index 1|399001|399300  压力测试的参考指数：上证指数、深证成指、沪深300\n"
       "  --capital AMOUNT  导出前在智能配置中设定的资金量（万元），例如 50\n"
+      "  --check           检查数据库、镜像、备份、行情、磁盘和日志，写出状态表后退出；一切正常时退出码为 0\n"
       "  --help, --version\n\n"
       "同一工作目录已有终端在运行时，命令交给它执行。\n");
 }
@@ -229,6 +231,10 @@ ParsedCommandLine ParseCommandLine(const QStringList& arguments) {
   options.command.restoreFile = Absolute(value("restore"));
   options.command.stress = value("stress");
   options.command.stressIndex = value("stress-index");
+  if (parser.isSet(QStringLiteral("check"))) {
+    if (!options.command.IsEmpty()) return Refuse(QStringLiteral("--check 只能和 --data、--work、--db 一起用。"));
+    options.command.check = QStringLiteral("1");
+  }
   options.command.capital = value("capital");
   if (const QString problem = StressProblem(options.command); !problem.isEmpty()) return Refuse(problem);
   if (const QString problem = CapitalProblem(options.command); !problem.isEmpty()) return Refuse(problem);

@@ -20,6 +20,7 @@ struct Command {
   QString database;       ///< likewise
   QString stress{};       ///< move in percent that the export sets in the stress view; empty: as it stands there
   QString capital{};      ///< ten-thousands of yuan that the export sets in the smart allocation; empty likewise
+  QString check{};        ///< "1": only say whether all is well
   QString stressIndex{};  ///< its reference index, "1", "399001" or "399300"; empty likewise
   QString backupFile{};   ///< all portfolios are written to it
   QString restoreFile{};  ///< all portfolios become those of it

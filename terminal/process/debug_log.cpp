@@ -1,27 +1,36 @@
 // SPDX-License-Identifier: MIT
 #include "process/debug_log.h"
 
+#include "holdwise/packet/text_file.h"
 #include "process/print.h"
 
 namespace holdwise {
+namespace {
+
+/// One entry is one line of the file, so that a reader can count on the time in front.
+QString OneLine(const QString& text) {
+  QString line = text.left(DebugLog::kLongestEntry).trimmed();
+  line.replace(QLatin1Char('\n'), QStringLiteral(" | "));
+  line = ControlsShown(line);
+  if (text.size() > DebugLog::kLongestEntry) line += QStringLiteral("…（共%1个字符）").arg(text.size());
+  return line;
+}
+
+}  // namespace
 
 DebugLog::DebugLog(const QString& path, ClockService& clock) : clock_(clock), file_(path) {
   file_.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
 }
 
 void DebugLog::WriteLog(const QString& text) {
-  // One entry is one line of the file, so that a reader can count on the time in front.
-  QString line = clock_.Now().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz ")) + text.trimmed();
-  line.replace(QLatin1Char('\n'), QStringLiteral(" | "));
+  const QString line = clock_.Now().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz ")) + OneLine(text);
   {
     const MutexLock lock(mutex_);
     if (lines_.size() >= kLinesInMemory) lines_.removeFirst();
     lines_.append(line);
-    if (file_.isOpen()) {
-      if (file_.size() >= kFileBytes) MakeRoom();
-    }
-    // The failure worth reading about may be that of the disk itself.
     const QByteArray bytes = line.toUtf8() + '\n';
+    if (file_.isOpen() && file_.size() > 0 && file_.size() + bytes.size() > kFileBytes) MakeRoom();
+    // The failure worth reading about may be that of the disk itself.
     if (!file_.isOpen() || file_.write(bytes) != bytes.size()) PrintError(line);
   }
   const MutexLock lock(listenerMutex_);

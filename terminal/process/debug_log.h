@@ -9,14 +9,16 @@
 
 namespace holdwise {
 
-/// The debug log: a file in the work folder and the last lines in memory for the log page. A file that has grown to
-/// 1 MiB makes room for a new one; three old ones are kept. A line that cannot be written there goes to standard error
-/// as well as to memory.
+/// The debug log: a file in the work folder and the last lines in memory for the log page. A file that would grow above
+/// 1 MiB makes room for a new one; three old ones are kept. An entry is one line: line ends become " | ", characters
+/// that are not seen as ControlsShown has them; of more than 65,536 characters the first ones and their number. A line
+/// that cannot be written there goes to standard error as well as to memory.
 class DebugLog : public DebugServers {
  public:
   static constexpr int kLinesInMemory = 2000;
   static constexpr qint64 kFileBytes = 1 << 20;
   static constexpr int kOldFiles = 3;
+  static constexpr qsizetype kLongestEntry = 1 << 16;
 
   /// @param path log file; its folder exists
   DebugLog(const QString& path, ClockService& clock);

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <algorithm>
 #include <cerrno>
 
 #include "holdwise/packet/error.h"
@@ -26,9 +27,31 @@ QString LastReason() {
   return QString::fromStdString(holdwise::SystemReason(errno));
 }
 
+/// Empty, or with something in it that only a terminal has made.
+bool IsOurs(const QString& folder) {
+  const QDir place(folder);
+  const QStringList marks{QStringLiteral("terminal.lock"), QStringLiteral("holdwise.fdb"),
+                          QStringLiteral("TZZHMerge.dat"), QStringLiteral("optional_stocks.txt"),
+                          QStringLiteral("market/market.dat")};
+  const auto isThere = [&place](const QString& name) { return place.exists(name); };
+  return place.isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot) ||
+         std::any_of(marks.begin(), marks.end(), isThere);
+}
+
+/// Opening a pipe would wait for its other end, without a word and before there is a window.
+void RequireFiles(const QString& folder) {
+  for (const char* name : {"settings.ini", "settings.ini.lock", "log/terminal.log", "terminal.lock",
+                           "optional_stocks.txt", "holdwise.fdb", "TZZHMerge.dat", "TZZHDetail.dat"}) {
+    const QString path = folder + QLatin1Char('/') + QLatin1String(name);
+    struct stat status {};
+    if (stat(QFile::encodeName(path).constData(), &status) == 0 && !S_ISREG(status.st_mode))
+      Fail(folder, QStringLiteral("其中的“%1”不是普通文件，请移走它").arg(QLatin1String(name)));
+  }
+}
+
 }  // namespace
 
-void PrepareWorkFolder(const QString& folder) {
+void PrepareWorkFolder(const QString& folder, const std::function<bool(const QString&)>& mayClose) {
   QDir().mkpath(folder);
   const QByteArray path = QFile::encodeName(folder);
   struct stat status {};
@@ -36,8 +59,17 @@ void PrepareWorkFolder(const QString& folder) {
   if (!S_ISDIR(status.st_mode)) Fail(folder, QStringLiteral("它不是目录"));
   // A shared folder such as /tmp must not be taken away from others.
   if (status.st_uid != geteuid() || (status.st_mode & S_ISVTX) != 0) Fail(folder, QStringLiteral("它不属于当前用户"));
-  if ((status.st_mode & 0777) != 0700 && chmod(path.constData(), 0700) != 0) Fail(folder, LastReason());
+  if ((status.st_mode & 0777) != 0700) {
+    if (!IsOurs(folder) && !mayClose(folder))
+      throw Error(ErrorCategory::Refused,
+                  QStringLiteral("目录“%1”里有别的东西，又对其他用户开放，没有把它当作工作目录。要用它，请先执行 "
+                                 "chmod 700；或用 --work 指定另一个目录。")
+                      .arg(folder)
+                      .toStdString());
+    if (chmod(path.constData(), 0700) != 0) Fail(folder, LastReason());
+  }
   if (access(path.constData(), R_OK | W_OK | X_OK) != 0) Fail(folder, LastReason());
+  RequireFiles(folder);
 }
 
 WorkFolderLock::WorkFolderLock(const QString& folder) : path_(folder + QStringLiteral("/terminal.lock")) {}

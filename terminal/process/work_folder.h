@@ -3,12 +3,15 @@
 #include <QElapsedTimer>
 #include <QString>
 #include <cstdint>
+#include <functional>
 
 namespace holdwise {
 
-/// Makes the work folder (0700) or closes an existing one of this user to others. Error(Io) when it cannot be made, is
-/// not a folder, belongs to somebody else or is not writable.
-void PrepareWorkFolder(const QString& folder);
+/// Makes the work folder (0700) or closes an existing one of this user to others. One that is open to others and holds
+/// other things than a terminal's is closed only when `mayClose`, asked with the folder, agrees; else Error(Refused).
+/// Error(Io) when it cannot be made, is not a folder, belongs to somebody else or is not writable, or when what stands
+/// in the place of one of the terminal's files is a pipe, a device or anything else that is no file.
+void PrepareWorkFolder(const QString& folder, const std::function<bool(const QString&)>& mayClose);
 
 /// The right to be the one terminal on a work folder. The system gives it back when the process ends, however it ends.
 class WorkFolderLock {

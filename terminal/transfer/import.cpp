@@ -67,7 +67,9 @@ std::vector<int> HeldStocks(const std::vector<CsvPortfolio>& portfolios) {
 }
 
 void FindTakenNames(UserDataServices& database, const CsvPortfolios& file, std::vector<ImportProblem>& problems) {
+  constexpr std::size_t kEnough = 100;  // of a file that is refused anyway
   for (const CsvPortfolio& portfolio : file.portfolios) {
+    if (problems.size() >= kEnough) return;
     if (database.Count(import_sql::CountPortfolios(portfolio.name)) != 0) {
       problems.push_back({portfolio.line, QStringLiteral("已有名称为“%1”的组合").arg(portfolio.name)});
     }

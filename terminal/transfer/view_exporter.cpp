@@ -43,18 +43,27 @@ QString FileNamePart(QString text) {
   return text;
 }
 
+/// A spreadsheet runs what begins like a formula. A leading apostrophe keeps it from that; numbers and dashes stay.
+QString Harmless(const QString& cell) {
+  static const QString kRun = QStringLiteral("=+-@\t\r");
+  static const QRegularExpression kPlain(
+      QRegularExpression::anchoredPattern(QStringLiteral("[+-]?[0-9][0-9,]*(\\.[0-9]+)?([eE][+-]?[0-9]+)?%?|-+")));
+  if (cell.isEmpty() || !kRun.contains(cell.front()) || kPlain.match(cell).hasMatch()) return cell;
+  return QLatin1Char('\'') + cell;
+}
+
 }  // namespace
 
 QByteArray GridToCsv(const GridText& grid) {
   QStringList headings;
   for (int column = 0; column < grid.titles.size(); ++column) {
     const QString& title = grid.titles[column];
-    headings.append(CsvField(title.isEmpty() ? QStringLiteral("#%1").arg(column) : title));
+    headings.append(CsvField(title.isEmpty() ? QStringLiteral("#%1").arg(column) : Harmless(title)));
   }
   QString text = headings.join(QLatin1Char(',')) + QLatin1Char('\n');
   for (const QStringList& row : grid.rows) {
     QStringList fields;
-    for (const QString& cell : row) fields.append(CsvField(cell));
+    for (const QString& cell : row) fields.append(CsvField(Harmless(cell)));
     text += fields.join(QLatin1Char(',')) + QLatin1Char('\n');
   }
   return text.toUtf8();

@@ -87,6 +87,7 @@ void MainWindow::BuildMenus() {
   addressGroup_ = new QActionGroup(this);
 
   QMenu* help = menuBar()->addMenu(QStringLiteral("帮助(&H)"));
+  help->addAction(QStringLiteral("状态(&S)…"), this, [this] { actions_.showHealth(); });
   help->addAction(QStringLiteral("关于(&A)"), this, [this] { ShowAbout(); });
 }
 
@@ -101,6 +102,10 @@ void MainWindow::BuildStatusBar() {
   quotesProblem_->hide();
   dataNotices_ = AddStatus(*statusBar());
   dataNotices_->hide();
+  health_ = AddStatus(*statusBar());
+  health_->setObjectName(QStringLiteral("health"));
+  health_->setAutoFillBackground(true);
+  health_->hide();
   date_ = AddStatus(*statusBar());
   bus_ = AddStatus(*statusBar());
   database_ = AddStatus(*statusBar());
@@ -129,6 +134,10 @@ void MainWindow::SetPortfolioActionsEnabled(bool isEnabled) {
 
 void MainWindow::ShowThemeKind(ThemeKind kind) {
   (kind == ThemeKind::Dark ? dark_ : light_)->setChecked(true);
+  QPalette amber = palette();
+  amber.setColor(QPalette::Window, theme_.Colors().ColorOf(QStringLiteral("Qm_KlineYellowColor")));
+  amber.setColor(QPalette::WindowText, theme_.Colors().ColorOf(QStringLiteral("Qm_BGCorlor")));
+  health_->setPalette(amber);
   bar_->update();
 }
 
@@ -150,6 +159,13 @@ void MainWindow::SetDataNotices(const QStringList& notices) {
   dataNotices_->setText(QStringLiteral("数据有%1处未采用").arg(notices.size()));
   dataNotices_->setToolTip(
       notices.join(QLatin1Char('\n')).toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>")));
+}
+
+void MainWindow::SetHealthProblems(const QStringList& problems) {
+  health_->setVisible(!problems.isEmpty());
+  health_->setText(QStringLiteral("%1处需要注意").arg(problems.size()));
+  health_->setToolTip(
+      problems.join(QLatin1Char('\n')).toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>")));
 }
 
 void MainWindow::SetBusState(bool isConnected) {

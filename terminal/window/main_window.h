@@ -18,6 +18,7 @@ class AddressBar;
 struct WindowActions {
   std::function<void()> importPortfolios;
   std::function<void()> exportViews;
+  std::function<void()> showHealth;
   std::function<void()> exportPortfolios;
   std::function<void()> restorePortfolios;
   std::function<void(ThemeKind)> setTheme;
@@ -45,6 +46,8 @@ class MainWindow : public QMainWindow {
   /// What of the data folder's optional files is not used, a line each; an empty list takes the sign away.
   void SetDataNotices(const QStringList& notices);
   void SetBusState(bool isConnected);
+  /// What is not well, a line each, for the amber sign in the status bar; an empty list takes it away.
+  void SetHealthProblems(const QStringList& problems);
   void SetDatabase(const QString& text);
   /// A passing message in the status bar.
   void Tell(const QString& text);
@@ -71,6 +74,7 @@ class MainWindow : public QMainWindow {
   QLabel* date_ = nullptr;
   QLabel* quotesProblem_ = nullptr;
   QLabel* dataNotices_ = nullptr;
+  QLabel* health_ = nullptr;
   QLabel* bus_ = nullptr;
   QLabel* database_ = nullptr;
   QProgressBar* progress_ = nullptr;

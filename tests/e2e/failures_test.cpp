@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
 
 #include <QDir>
 #include <QFile>
@@ -67,6 +68,53 @@ TEST(Database, AFileThatIsDeletedWhileTheTerminalRunsIsSaid) {
   ASSERT_TRUE(QFile::remove(bench.Work() + "/holdwise.fdb"));
   for (int time = 0; time < 100 && !isSaid(); ++time) QThread::msleep(100);
   EXPECT_TRUE(isSaid());
+}
+
+/// Three ways for a work folder to go, and one for the folder of the engine's lock files.
+class WorkFolderGone : public testing::TestWithParam<const char*> {};
+INSTANTIATE_TEST_SUITE_P(All, WorkFolderGone, testing::Values("removed", "moved", "replaced", "lock"));
+
+void TakeAway(const Bench& bench, const std::string& way) {
+  if (way == "removed") {
+    ASSERT_TRUE(QDir(bench.Work()).removeRecursively());
+  } else if (way == "lock") {
+    ASSERT_TRUE(QDir(bench.Work() + "/lock").removeRecursively());
+  } else {
+    ASSERT_TRUE(QDir().rename(bench.Work(), bench.File("away")));
+    if (way == "replaced") {
+      ASSERT_TRUE(QDir().mkdir(bench.Work()));
+    }
+  }
+}
+
+TEST_P(WorkFolderGone, IsSaidAtOnceAndTheEndIsOrderly) {
+  const std::string way = GetParam();
+  const Bench bench;
+  ASSERT_EQ(
+      RunTerminal(bench.Arguments({"--import", bench.Write("p.csv", TwoPortfolios()), "--export", bench.File("out")}))
+          .exitCode,
+      0);
+  RunningTerminal running(bench.Arguments({"--parameter", "Skip风险计量"}));
+  ASSERT_TRUE(running.WaitForWindow());
+  QThread::msleep(500);
+  TakeAway(bench, way);
+  QString told;
+  for (int time = 0; time < 40 && !told.contains("工作目录"); ++time) {
+    running.Process().waitForReadyRead(50);
+    told += QString::fromUtf8(running.Process().readAllStandardError());
+  }
+  EXPECT_EQ(told.contains(QStringLiteral("工作目录 %1 被删除或移走了").arg(bench.Work())), way != "lock")
+      << told.toStdString();
+  EXPECT_GE(running.Signal(SIGTERM), 0);
+  EXPECT_EQ(running.Process().exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(running.Process().exitCode(), 0);
+  told += QString::fromUtf8(running.Process().readAllStandardError());
+  EXPECT_FALSE(told.contains("terminate called")) << told.toStdString();
+  EXPECT_EQ(QDir(bench.Work()).exists(), way == "replaced" || way == "lock");
+  if (way == "moved") {  // and what was moved away is whole
+    ASSERT_TRUE(QDir().rename(bench.File("away"), bench.Work()));
+    EXPECT_EQ(bench.Export("2001-strngrd").size(), 2U);
+  }
 }
 
 class DataFolder : public testing::Test {
@@ -149,6 +197,32 @@ TEST(WorkFolder, ThatCannotBeMadeIsTold) {
     const Outcome outcome = RunTerminal({"--data", bench.data, "--work", work, "--export", bench.File("out")});
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_TRUE(outcome.err.contains(work)) << outcome.err.toStdString();
+  }
+}
+
+TEST(WorkFolder, ThatHoldsOtherThingsKeepsItsMode) {
+  const Bench bench;
+  ASSERT_TRUE(QDir().mkpath(bench.Work() + "/photos"));
+  const auto open = QFile::permissions(bench.Work()) | QFileDevice::ReadOther | QFileDevice::ExeOther;
+  ASSERT_TRUE(QFile::setPermissions(bench.Work(), open));
+  const Outcome outcome = RunTerminal(bench.Arguments({"--export", bench.File("out")}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("chmod 700")) << outcome.err.toStdString();
+  EXPECT_EQ(QFile::permissions(bench.Work()), open);
+  EXPECT_EQ(QDir(bench.Work()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"photos"});
+}
+
+TEST(WorkFolder, APipeInThePlaceOfAFileIsRefusedAtOnce) {
+  for (const char* name : {"settings.ini", "log/terminal.log", "terminal.lock", "holdwise.fdb", "TZZHMerge.dat"}) {
+    const Bench bench;
+    ASSERT_TRUE(QDir().mkpath(bench.Work() + "/log"));
+    bench.Write("work/optional_stocks.txt", "600001\n");
+    QFile::remove(bench.Work() + '/' + name);
+    ASSERT_EQ(mkfifo(QFile::encodeName(bench.Work() + '/' + name).constData(), 0600), 0);
+    const Outcome outcome = e2e::Run(Program("holdwise-terminal"), bench.Arguments({"--export", bench.File("out")}),
+                                     BareEnvironment(), 10'000);
+    EXPECT_EQ(outcome.exitCode, 1) << name;
+    EXPECT_TRUE(outcome.err.contains(name)) << outcome.err.toStdString();
   }
 }
 

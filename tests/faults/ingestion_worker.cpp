@@ -187,7 +187,7 @@ int Dump(const QString& file, const QString& lockFolder) {
   }
   std::puts("end");
   std::fflush(stdout);
-  ShutdownFirebird();
+  (void)ShutdownFirebird();
   return 0;
 }
 

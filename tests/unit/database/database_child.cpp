@@ -94,6 +94,6 @@ int main(int argc, char** argv) {
     std::puts(holdwise::firebird::ToError(exception, QStringLiteral("error")).what());
     result = 10;
   }
-  holdwise::ShutdownFirebird();
+  (void)holdwise::ShutdownFirebird();
   return result;
 }

@@ -18,6 +18,7 @@ class Transactions : public testing::Test {
  protected:
   FirebirdUserData& Service() { return database_.Service(); }
   void Close() { database_.Close(); }
+  [[nodiscard]] QString File() const { return database_.File(); }
   void Reopen() { database_.Open(); }
 
  private:
@@ -55,6 +56,22 @@ TEST_F(Transactions, MisuseIsRefused) {
   Service().Commit();
   EXPECT_EQ(Service().Count(kCountPortfolios), 1);
   EXPECT_EQ(CategoryOf([&] { Service().Commit(); }), ErrorCategory::Refused);
+}
+
+TEST_F(Transactions, AFileThatHasGoneTakesNoChanges) {
+  Service().StartTransaction();
+  Service().Execute(InsertPortfolio(1, QStringLiteral("甲")));
+  const QString away = File() + QStringLiteral(".away");
+  ASSERT_TRUE(QFile::rename(File(), away));
+  EXPECT_EQ(CategoryOf([&] { Service().Commit(); }), ErrorCategory::Io);
+  EXPECT_EQ(CategoryOf([&] { Service().Execute(InsertPortfolio(2, QStringLiteral("乙"))); }), ErrorCategory::Io);
+  EXPECT_EQ(Service().Count(kCountPortfolios), 0) << "what is there can still be read";
+  // Another file in its place is not the one.
+  ASSERT_TRUE(QFile::copy(away, File()));
+  EXPECT_EQ(CategoryOf([&] { Service().StartTransaction(); }), ErrorCategory::Io);
+  ASSERT_TRUE(QFile::remove(File()) && QFile::rename(away, File()));
+  Service().Execute(InsertPortfolio(3, QStringLiteral("丙")));
+  EXPECT_EQ(Service().Count(kCountPortfolios), 1);
 }
 
 TEST_F(Transactions, FailedStatementLeavesTheOthersOfItsTransaction) {

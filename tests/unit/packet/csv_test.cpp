@@ -136,8 +136,10 @@ TEST(TextFile, Utf8AndGb18030) {
 
 /// Some characters outside the first plane have two bytes in GB18030 and four in UTF-8.
 TEST(TextFile, Gb18030MayDouble) {
-  const QByteArray character("\xFE\x51");
-  EXPECT_EQ(ToUtf8Text(character.repeated(1000)), ToUtf8Text(character).repeated(1000));
+  // Four-byte characters are plain: python: ('😀\U00020087'.encode('gb18030'), '😀\U00020087'.encode())
+  const QByteArray character = QByteArray("\x94\x39\xFC\x36").repeated(8) + QByteArray("\xFE\x51");
+  EXPECT_EQ(ToUtf8Text(character.repeated(1000)),
+            (QByteArray("😀").repeated(8) + QByteArray("\xF0\xA0\x82\x87")).repeated(1000));
 }
 
 TEST(TextFile, NeitherEncodingIsCorrupt) {
@@ -146,6 +148,29 @@ TEST(TextFile, NeitherEncodingIsCorrupt) {
                           "\xD6\xD0\xB9", "abc\xD6", "\x81\x20"}) {
     EXPECT_EQ(CategoryOf([&] { (void)ToUtf8Text(bad); }), ErrorCategory::Corrupt);
   }
+}
+
+/// All encoded by Python.
+TEST(TextFile, WhatIsNotPlainlyOneOfTheTwoIsRefused) {
+  const QByteArray whole = "组合名称,股票代码\n稳健一号,600000\n";
+  for (qsizetype cut = 0; cut < whole.size(); ++cut) {
+    if (static_cast<unsigned char>(whole[cut]) < 0x80) continue;
+    QByteArray damaged = whole;
+    damaged.remove(cut, 1);
+    EXPECT_EQ(CategoryOf([&] { (void)ToUtf8Text(damaged); }), ErrorCategory::Corrupt) << "without byte " << cut;
+    EXPECT_EQ(CategoryOf([&] { (void)ToUtf8Text("\xEF\xBB\xBF" + damaged); }), ErrorCategory::Corrupt);
+  }
+  const char* const big5[] = {"\xB2\xD5\xA6\x58\xA6\x57\xBA\xD9",                            // 組合名稱
+                              "name,code\n\xC3\xAD\xB0\xB7\xA4\x40\xB8\xB9,600000\n",        // 穩健一號
+                              "\xBB\xF9\xAD\xC8\xA7\xEB\xB8\xEA\xB2\xD5\xA6\x58,600000\n"};  // 價值投資組合
+  for (const char* text : big5) EXPECT_EQ(CategoryOf([&] { (void)ToUtf8Text(text); }), ErrorCategory::Corrupt) << text;
+  // "医药" in GB18030 is valid UTF-8 too; a byte-order mark or one Chinese character of UTF-8 decides.
+  EXPECT_EQ(CategoryOf([&] { (void)ToUtf8Text("name\n\xD2\xBD\xD2\xA9\n"); }), ErrorCategory::Corrupt);
+  EXPECT_EQ(ToUtf8Text("\xEF\xBB\xBF\xD2\xBD\xD2\xA9"), "\xD2\xBD\xD2\xA9");
+  EXPECT_EQ(ToUtf8Text("中\xD2\xBD\xD2\xA9"), "中\xD2\xBD\xD2\xA9");
+  EXPECT_EQ(ToUtf8Text("e\xCC\x81"), "e\xCC\x81");
+  // "李堃的组合": a rare character among common ones.
+  EXPECT_EQ(ToUtf8Text("\xC0\xEE\x88\xD2\xB5\xC4\xD7\xE9\xBA\xCF"), "李堃的组合");
 }
 
 TEST(TextFile, FileErrors) {

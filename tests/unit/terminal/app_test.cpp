@@ -195,6 +195,26 @@ TEST(DebugLogTest, LinesCarryTheTimeAndStayOnOneLine) {
   EXPECT_EQ(log.Lines(), QStringList{"2024-05-31 09:30:00.005 first | second"});
 }
 
+TEST(DebugLogTest, NothingUnseenStandsInALine) {
+  const QTemporaryDir folder;
+  FixedClock clock;
+  DebugLog log(folder.filePath("t.log"), clock);
+  const char16_t text[] = {u'a', 0x1B, u'[', u'2', u'J', 0x2028, 0x202E, u'b', 0x200B, u'\r', u'c', 0};
+  log.WriteLog(QString::fromUtf16(text));
+  EXPECT_EQ(log.Lines(), QStringList{"2024-05-31 09:30:00.005 a\\x1b[2J\\x2028\\x202eb\\x200b\\x0dc"});
+}
+
+TEST(DebugLogTest, ALongLineIsCutAndTheFileIsBoundedByIt) {
+  const QTemporaryDir folder;
+  FixedClock clock;
+  DebugLog log(folder.filePath("t.log"), clock);
+  log.WriteLog(QString(10 << 20, u'字'));
+  EXPECT_TRUE(log.Lines().constFirst().endsWith("字…（共10485760个字符）"));
+  for (int line = 0; line < 40; ++line) log.WriteLog(QString(50'000, u'x'));
+  for (const QFileInfo& file : QDir(folder.path()).entryInfoList({"t.log*"}))
+    EXPECT_LE(file.size(), DebugLog::kFileBytes) << file.fileName().toStdString();
+}
+
 TEST(DebugLogTest, FailuresGoToTheirListenerAndNotIntoTheLog) {
   const QTemporaryDir folder;
   FixedClock clock;

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QElapsedTimer>
+
 #include "import_fixture.h"
+#include "transfer/import_report.h"
 
 namespace holdwise {
 namespace {
@@ -144,6 +147,24 @@ TEST_F(ImportCsv, NamesInTheDatabaseAreTaken) {
   EXPECT_EQ(problems[1], QStringLiteral("3: 已有名称为“进取(2)_A-b”的组合"));
   EXPECT_TRUE(problems[2].startsWith(QStringLiteral("7: 买入价")));
   EXPECT_TRUE(problems[3].startsWith(QStringLiteral("7: 组合“新”有1只")));
+}
+
+TEST_F(ImportCsv, ManyBadLinesAreRefusedInTimeAndTheFirstHundredNamed) {
+  constexpr int kRows = 160'000;
+  QByteArray csv = "name,code,quantity,price\n";
+  for (int row = 0; row < kRows; ++row) csv += 'P' + QByteArray::number(row) + ",600000,x,y\n";
+  QElapsedTimer timer;
+  timer.start();
+  const ImportResult result = Import(csv);
+  const HandOverAnswer answer = AnswerOf("f", result);
+  EXPECT_LE(timer.elapsed(), 10'000);
+  EXPECT_EQ(result.problems.size(), 3U * kRows);  // quantity, price and the number of stocks
+  const QStringList lines = answer.text.split('\n');
+  ASSERT_EQ(lines.size(), 102);
+  EXPECT_TRUE(lines[0].contains("共有 480000 处问题")) << lines[0].toStdString();
+  EXPECT_TRUE(lines[1].startsWith("第 2 行：")) << lines[1].toStdString();
+  EXPECT_TRUE(lines[100].startsWith("第 35 行：")) << lines[100].toStdString();  // 33 rows of three and one more
+  EXPECT_EQ(lines[101], "其余 479900 处没有列出。");
 }
 
 TEST_F(ImportCsv, EveryBadLineIsNamed) {

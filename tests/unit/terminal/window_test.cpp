@@ -36,34 +36,39 @@ class RecordingLog : public DebugServers {
 // --- dialogs ---
 
 /// In the dialog that comes up: chooses the folder in the list, presses Delete, agrees to what is asked, and leaves.
-void PressDeleteInTheDialog(const QString& shown, const QString& chosen) {
-  QTimer::singleShot(0, qApp, [shown, chosen] {
-    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-    ASSERT_NE(dialog, nullptr);
-    dialog->setDirectory(shown);
-    auto* list = dialog->findChild<QListView*>("listView");
-    ASSERT_NE(list, nullptr);
-    ASSERT_TRUE(QTest::qWaitFor([&] {
-      return list->model()->match(list->model()->index(0, 0, list->rootIndex()), Qt::DisplayRole, chosen).size() == 1;
-    }));
-    list->setCurrentIndex(
-        list->model()->match(list->model()->index(0, 0, list->rootIndex()), Qt::DisplayRole, chosen).constFirst());
-    list->setFocus();
-    QTimer::singleShot(200, dialog, [] {
-      if (auto* question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
-        question->button(QMessageBox::Yes)->click();
-    });
-    QTest::keyClick(list, Qt::Key_Delete);
-    QTest::qWait(400);
-    dialog->reject();
+void PressDelete(QFileDialog& dialog, const QString& shown, const QString& chosen) {
+  dialog.setDirectory(shown);
+  auto* list = dialog.findChild<QListView*>("listView");
+  ASSERT_NE(list, nullptr);
+  const auto found = [&] {
+    return list->model()->match(list->model()->index(0, 0, list->rootIndex()), Qt::DisplayRole, chosen);
+  };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return found().size() == 1; }));
+  list->setCurrentIndex(found().constFirst());
+  list->setFocus();
+  QTimer agree;
+  QObject::connect(&agree, &QTimer::timeout, [&dialog] {
+    QWidget* question = QApplication::activeModalWidget();
+    if (auto* box = qobject_cast<QMessageBox*>(question); box != nullptr && box->button(QMessageBox::Yes) != nullptr)
+      box->button(QMessageBox::Yes)->click();
+    else if (question != &dialog)
+      question->close();
   });
+  agree.start(100);
+  QTest::keyClick(list, Qt::Key_Delete);
+  QTest::qWait(400);
 }
 
 TEST(DialogsTest, TheDeleteKeyTakesNothingAway) {
   for (const auto& ask : {AskForFile, AskForFolder}) {
     const QTemporaryDir folder;
     ASSERT_TRUE(QDir(folder.path()).mkpath("work/log"));
-    PressDeleteInTheDialog(folder.path(), "work");
+    QTimer::singleShot(0, qApp, [&folder] {
+      auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) return;
+      PressDelete(*dialog, folder.path(), "work");
+      dialog->reject();
+    });
     EXPECT_EQ(ask(nullptr), QString());
     EXPECT_TRUE(QDir(folder.filePath("work/log")).exists());
   }

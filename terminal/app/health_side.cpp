@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "health_side.h"
+
+#include <chrono>
+#include <exception>
+
+#include "database/firebird_user_data.h"
+#include "parts/database_side.h"
+#include "process/print.h"
+#include "window/dialogs.h"
+
+namespace holdwise {
+namespace {
+
+constexpr std::chrono::seconds kBetweenLooks{10};
+
+class NoLog final : public DebugServers {
+ public:
+  void WriteLog(const QString& /*text*/) override {}
+};
+
+health::Facts FactsOf(const Options& options) {
+  health::Facts facts;
+  facts.now = QDateTime::currentDateTime();
+  facts.workFolder = options.workFolder;
+  facts.database = options.database;
+  facts.isServer = DatabaseTarget::FromText(options.database).IsServer();
+  if (!facts.isServer) facts.checkRecord = FirebirdUserData::CheckRecordOf(options.database);
+  facts.dataFolder = options.dataFolder;
+  return facts;
+}
+
+void AddMarket(health::Facts& facts, const MarketData& data) {
+  facts.dataDate = data.CurrentDateText();
+  facts.dataEdition = data.DataEdition();
+  facts.isSimulated = data.IsSimulated();
+  facts.dataNotices = data.Notices();
+}
+
+}  // namespace
+
+HealthSide::HealthSide(ProcessParts& process, WindowSide& window, const std::unique_ptr<MarketSide>& market)
+    : process_(process), window_(window), market_(market) {
+  QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { Look(); });
+  timer_.start(kBetweenLooks);
+}
+
+health::Table HealthSide::Now() const {
+  health::Facts facts = FactsOf(process_.Asked());
+  if (backupProblem) facts.backupProblem = backupProblem();
+  facts.databaseProblem = window_.PlaceProblem();
+  if (market_ == nullptr) {
+    facts.dataProblem = QStringLiteral("不能使用，原因见窗口");
+  } else {
+    AddMarket(facts, market_->Data());
+    facts.quotesProblem = market_->Connection().QuotesProblem();
+  }
+  return health::TableOf(facts);
+}
+
+HandOverAnswer HealthSide::Answer() const {
+  const health::Table table = Now();
+  return {health::TextOf(table), health::ProblemsIn(table) == 0 ? 0 : 1};
+}
+
+void HealthSide::Show() const {
+  ShowReport(&window_.Window(), QStringLiteral("状态"), health::TextOf(Now()));
+}
+
+void HealthSide::Look() {
+  QStringList problems;
+  for (const health::Row& row : Now()) {
+    if (!row.isWell) problems.append(row.subject + QStringLiteral("：") + row.text);
+  }
+  window_.Window().SetHealthProblems(problems);
+}
+
+int CheckAtRest(const Options& options) {
+  health::Facts facts = FactsOf(options);
+  try {
+    FirebirdUserData::Check(DatabaseTarget::FromText(options.database), options.workFolder + QStringLiteral("/lock"));
+  } catch (const std::exception& error) {
+    facts.databaseProblem = QString::fromUtf8(error.what());
+  }
+  SystemClock clock;
+  NoLog log;
+  DatabaseSide none({});
+  MarketData data(clock, log, none);
+  try {
+    data.Load(options.dataFolder);
+    AddMarket(facts, data);
+  } catch (const std::exception& error) {
+    facts.dataProblem = QString::fromUtf8(error.what());
+  }
+  const health::Table table = health::TableOf(facts);
+  PrintOut(health::TextOf(table));
+  return health::ProblemsIn(table) == 0 ? 0 : 1;
+}
+
+}  // namespace holdwise

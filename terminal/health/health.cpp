@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include "health/health.h"
+
+#include <sys/statvfs.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <algorithm>
+
+#include "backup/backup_folder.h"
+#include "holdwise/packet/error.h"
+
+namespace holdwise::health {
+namespace {
+
+constexpr qint64 kMegabyte = 1 << 20;
+constexpr qint64 kLittleSpace = 100 * kMegabyte;
+
+QString TimeText(const QDateTime& time) {
+  return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+QString SizeText(qint64 bytes) {
+  return bytes < kMegabyte ? QStringLiteral("%1 KB").arg((bytes + 1023) / 1024)
+                           : QStringLiteral("%1 MB").arg(bytes / kMegabyte);
+}
+
+QString AgeText(const QDateTime& time, const QDateTime& now) {
+  constexpr qint64 kMinute = 60;
+  constexpr qint64 kHour = 3600;
+  constexpr qint64 kDay = 86400;
+  const qint64 seconds = std::max<qint64>(0, time.secsTo(now));
+  if (seconds < kMinute) return QStringLiteral("%1 秒前").arg(seconds);
+  if (seconds < kHour) return QStringLiteral("%1 分钟前").arg(seconds / kMinute);
+  if (seconds < kDay) return QStringLiteral("%1 小时前").arg(seconds / kHour);
+  return QStringLiteral("%1 天前").arg(seconds / kDay);
+}
+
+Row DatabaseRow(const Facts& facts) {
+  Row row{QStringLiteral("数据库"), facts.database, facts.databaseProblem.isEmpty()};
+  if (!row.isWell) row.text += QStringLiteral("，") + facts.databaseProblem;
+  if (facts.isServer || !row.isWell) return row;
+  const QFileInfo file(facts.database);
+  if (!file.isFile()) return {row.subject, QStringLiteral("%1 不在了，请把它移回原处").arg(facts.database), false};
+  row.text += QStringLiteral("，%1").arg(SizeText(file.size()));
+  return row;
+}
+
+Row CheckRow(const Facts& facts) {
+  const QString subject = QStringLiteral("数据库检查");
+  if (facts.isServer) return {subject, QStringLiteral("由数据库服务器负责")};
+  const QFileInfo record(facts.checkRecord);
+  if (facts.checkRecord.isEmpty() || !record.exists())
+    return {subject, QStringLiteral("还没有做过完整检查（没有正常退出之后的启动和 --check 会做）")};
+  return {subject, QStringLiteral("%1 完整检查过，没有发现损坏").arg(TimeText(record.lastModified()))};
+}
+
+Row MirrorRow(const Facts& facts) {
+  const QString subject = QStringLiteral("镜像文件");
+  const QDir folder(facts.workFolder);
+  const QFileInfo detail(folder.filePath(QStringLiteral("TZZHDetail.dat")));
+  const QFileInfo merge(folder.filePath(QStringLiteral("TZZHMerge.dat")));
+  const QStringList refused = folder.entryList({QStringLiteral("TZZH*.bad*")}, QDir::Files);
+  if (!refused.isEmpty())
+    return {subject,
+            QStringLiteral("工作目录里有 %1 个不能采用而改名的镜像文件：%2。内容可从备份恢复；确认组合无误后删除它们")
+                .arg(refused.size())
+                .arg(refused.join(QStringLiteral("、"))),
+            false};
+  if (detail.exists() != merge.exists())
+    return {subject, QStringLiteral("两个镜像文件缺了一个，正常退出一次会重新写"), false};
+  if (!detail.exists()) return {subject, QStringLiteral("还没有写过，正常退出时写")};
+  return {subject, QStringLiteral("写于 %1").arg(TimeText(std::min(detail.lastModified(), merge.lastModified())))};
+}
+
+Row BackupRow(const Facts& facts) {
+  const QString subject = QStringLiteral("备份");
+  try {
+    const std::vector<backup::Generation> generations = backup::BackupFolder(facts.workFolder).List();
+    QString text = QStringLiteral("还没有");
+    if (!generations.empty()) {
+      const backup::Generation& newest = generations.front();
+      text = QStringLiteral("最近 %1，%2 个组合、%3 条持股；共 %4 份")
+                 .arg(TimeText(newest.time))
+                 .arg(newest.portfolios)
+                 .arg(newest.holdings)
+                 .arg(generations.size());
+    }
+    if (facts.backupProblem.isEmpty()) return {subject, text};
+    return {subject, text + QStringLiteral("。最近的修改没有备份：") + facts.backupProblem, false};
+  } catch (const Error& error) {
+    return {subject, QString::fromUtf8(error.what()), false};
+  }
+}
+
+Row QuotesRow(const Facts& facts) {
+  const QString subject = QStringLiteral("行情");
+  const QFileInfo quotes(QDir(facts.dataFolder).filePath(QStringLiteral("quotes.dat")));
+  if (!quotes.isFile()) return {subject, QStringLiteral("没有行情数据文件 %1").arg(quotes.filePath()), false};
+  const QString age =
+      QStringLiteral("%1的行情，文件写于 %2（%3）")
+          .arg(facts.dataDate, TimeText(quotes.lastModified()), AgeText(quotes.lastModified(), facts.now));
+  if (!facts.quotesProblem) return {subject, age + QStringLiteral("，终端没有运行，没有跟踪")};
+  if (!facts.quotesProblem->isEmpty())
+    return {subject, age + QStringLiteral("，没有跟踪：") + *facts.quotesProblem, false};
+  return {subject, age + (facts.isSimulated ? QStringLiteral("，模拟行情") : QStringLiteral("，正在跟踪"))};
+}
+
+Row DataRow(const Facts& facts) {
+  const QString subject = QStringLiteral("数据目录");
+  if (!facts.dataProblem.isEmpty())
+    return {subject, facts.dataFolder + QStringLiteral("，") + facts.dataProblem, false};
+  QString text = QStringLiteral("%1，日期 %2").arg(facts.dataFolder, facts.dataDate);
+  if (!facts.dataEdition.isEmpty()) text += QStringLiteral("，版本 %1").arg(facts.dataEdition);
+  if (facts.dataNotices.isEmpty()) return {subject, text};
+  return {subject, text + QStringLiteral("。") + facts.dataNotices.join(QStringLiteral("；")), false};
+}
+
+Row DiskRow(const Facts& facts) {
+  Row row{QStringLiteral("磁盘"), {}};
+  QStringList folders{facts.workFolder};
+  if (!facts.isServer) folders.append(QFileInfo(facts.database).path());
+  folders.removeDuplicates();
+  QStringList texts;
+  for (const QString& folder : folders) {
+    struct statvfs status = {};
+    if (::statvfs(QFile::encodeName(folder).constData(), &status) != 0) {
+      texts.append(QStringLiteral("%1 不在了").arg(folder));
+      row.isWell = false;
+      continue;
+    }
+    if (status.f_blocks == 0) continue;  // some network and virtual file systems do not count
+    const auto bytes = static_cast<qint64>(status.f_bavail * status.f_frsize);
+    texts.append(QStringLiteral("%1 可用 %2").arg(folder, SizeText(bytes)));
+    if (bytes >= kLittleSpace) continue;
+    texts.back() += QStringLiteral("，不多了，请清理磁盘");
+    row.isWell = false;
+  }
+  row.text = texts.isEmpty() ? QStringLiteral("文件系统不报告可用空间") : texts.join(QStringLiteral("；"));
+  return row;
+}
+
+Row LogRow(const Facts& facts) {
+  const QString subject = QStringLiteral("日志");
+  const QFileInfo log(facts.workFolder + QStringLiteral("/log/terminal.log"));
+  if (!log.isFile()) return {subject, QStringLiteral("没有日志文件 %1").arg(log.filePath()), false};
+  if (!log.isWritable()) return {subject, QStringLiteral("日志文件 %1 不能写入").arg(log.filePath()), false};
+  return {subject, QStringLiteral("%1，%2").arg(log.filePath(), SizeText(log.size()))};
+}
+
+}  // namespace
+
+Table TableOf(const Facts& facts) {
+  return {DatabaseRow(facts), CheckRow(facts), MirrorRow(facts), BackupRow(facts),
+          QuotesRow(facts),   DataRow(facts),  DiskRow(facts),   LogRow(facts)};
+}
+
+int ProblemsIn(const Table& table) {
+  return static_cast<int>(std::count_if(table.begin(), table.end(), [](const Row& row) { return !row.isWell; }));
+}
+
+QString TextOf(const Table& table) {
+  QStringList lines;
+  for (const Row& row : table)
+    lines.append(QStringLiteral("%1  %2：%3")
+                     .arg(row.isWell ? QStringLiteral("正常") : QStringLiteral("注意"), row.subject, row.text));
+  return lines.join(QLatin1Char('\n'));
+}
+
+}  // namespace holdwise::health

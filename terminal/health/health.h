@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+#include <optional>
+#include <vector>
+
+/// Whether the terminal and what it keeps are well, as one table. Reads files' names, sizes and dates and nothing else;
+/// what has to be asked of others is handed in. Any thread; never throws.
+namespace holdwise::health {
+
+/// One line of the table.
+struct Row {
+  QString subject;
+  QString text;        ///< how it is and, when it is not well, what to do
+  bool isWell = true;  ///< false: somebody should look
+};
+using Table = std::vector<Row>;
+
+/// What the table is made from.
+struct Facts {
+  QDateTime now;
+  QString workFolder;
+  QString database;         ///< file, or the name of a server's database
+  bool isServer = false;    ///< nothing is known of its file
+  QString databaseProblem;  ///< why it cannot be used; empty when it can
+  QString checkRecord;      ///< file whose date is that of the last full check; empty: there is none
+  QString backupProblem;    ///< why the latest change is in no backup; empty when it is
+  QString dataFolder;
+  QString dataProblem;  ///< why it cannot be used; empty when it can
+  QString dataDate;     ///< date of the market, YYYY-MM-DD
+  QString dataEdition;  ///< which making of the folder it is; empty: unknown
+  bool isSimulated = false;
+  QStringList dataNotices;               ///< what of its files is not used or missing
+  std::optional<QString> quotesProblem;  ///< why quotes are not followed, empty when they are; none: nobody follows
+};
+
+/// All rows, in the order of the page: database, its last check, mirror, backups, quotes, data folder, disk, log.
+[[nodiscard]] Table TableOf(const Facts& facts);
+[[nodiscard]] int ProblemsIn(const Table& table);
+/// A line a row, "正常" or "注意" in front of it.
+[[nodiscard]] QString TextOf(const Table& table);
+
+}  // namespace holdwise::health

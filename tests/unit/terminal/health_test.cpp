@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+#include "health/health.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace holdwise::health {
+namespace {
+
+void Write(const QString& path, const QByteArray& text = "x") {
+  ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  ASSERT_EQ(file.write(text), text.size());
+}
+
+/// A terminal with which all is well.
+class HealthTest : public testing::Test {
+ protected:
+  HealthTest() {
+    Write(folder_.filePath("holdwise.fdb"), QByteArray(5 << 20, 'x'));
+    Write(folder_.filePath("TZZHDetail.dat"));
+    Write(folder_.filePath("TZZHMerge.dat"));
+    Write(folder_.filePath("log/terminal.log"));
+    Write(folder_.filePath("backups/portfolios-20240530-101112-3-14.csv"));
+    Write(folder_.filePath("backups/portfolios-20240531-093000-4-20.csv"));
+    Write(folder_.filePath("data/quotes.dat"));
+    facts_.now = QDateTime::currentDateTime().addSecs(7200 + 30);
+    facts_.workFolder = folder_.path();
+    facts_.database = folder_.filePath("holdwise.fdb");
+    facts_.dataFolder = folder_.filePath("data");
+    facts_.dataDate = "2024-05-31";
+    facts_.dataEdition = "e1";
+    facts_.quotesProblem = "";
+  }
+  /// The text of a row that is, or is not, well.
+  QString Text(const char* subject, bool isWell) const {
+    for (const Row& row : TableOf(facts_)) {
+      if (row.subject != QString::fromUtf8(subject)) continue;
+      EXPECT_EQ(row.isWell, isWell) << subject << ": " << row.text.toStdString();
+      return row.text;
+    }
+    ADD_FAILURE() << "no row " << subject;
+    return {};
+  }
+  void ExpectIn(const char* subject, bool isWell, const QString& part) const {
+    const QString text = Text(subject, isWell);
+    EXPECT_TRUE(text.contains(part)) << text.toStdString();
+  }
+
+  QTemporaryDir folder_;
+  Facts facts_;
+};
+
+TEST_F(HealthTest, AllIsWell) {
+  const Table table = TableOf(facts_);
+  EXPECT_EQ(table.size(), 8U);
+  EXPECT_EQ(ProblemsIn(table), 0) << TextOf(table).toStdString();
+  EXPECT_EQ(TextOf(table).split('\n').size(), 8);
+  EXPECT_TRUE(TextOf(table).startsWith("正常  数据库："));
+  ExpectIn("数据库", true, "5 MB");
+  ExpectIn("备份", true, "最近 2024-05-31 09:30:00，4 个组合、20 条持股；共 2 份");
+  ExpectIn("行情", true, "2 小时前");
+  ExpectIn("行情", true, "正在跟踪");
+  ExpectIn("数据目录", true, "版本 e1");
+}
+
+TEST_F(HealthTest, TheDatabase) {
+  facts_.databaseProblem = "坏了";
+  ExpectIn("数据库", false, "坏了");
+  facts_.databaseProblem.clear();
+  ASSERT_TRUE(QFile::remove(facts_.database));
+  ExpectIn("数据库", false, "不在了");
+  facts_.isServer = true;
+  ExpectIn("数据库检查", true, "服务器");
+  (void)Text("数据库", true);
+}
+
+TEST_F(HealthTest, TheLastCheckHasItsDate) {
+  ExpectIn("数据库检查", true, "还没有");
+  facts_.checkRecord = folder_.filePath("record");
+  Write(facts_.checkRecord);
+  QFile record(facts_.checkRecord);
+  ASSERT_TRUE(record.open(QIODevice::ReadWrite));
+  ASSERT_TRUE(record.setFileTime(QDateTime({2024, 5, 31}, {9, 30}), QFileDevice::FileModificationTime));
+  record.close();
+  ExpectIn("数据库检查", true, "2024-05-31 09:30:00 完整检查过");
+}
+
+TEST_F(HealthTest, TheMirror) {
+  Write(folder_.filePath("TZZHMerge.dat.20240531-093000.bad"));
+  ExpectIn("镜像文件", false, "TZZHMerge.dat.20240531-093000.bad");
+  ASSERT_TRUE(QFile::remove(folder_.filePath("TZZHMerge.dat.20240531-093000.bad")));
+  ASSERT_TRUE(QFile::remove(folder_.filePath("TZZHMerge.dat")));
+  ExpectIn("镜像文件", false, "缺了一个");
+}
+
+TEST_F(HealthTest, BackupQuotesDataAndLog) {
+  facts_.backupProblem = "磁盘满";
+  ExpectIn("备份", false, "磁盘满");
+  facts_.quotesProblem = "文件坏了";
+  ExpectIn("行情", false, "没有跟踪：文件坏了");
+  facts_.quotesProblem.reset();
+  ExpectIn("行情", true, "终端没有运行");
+  ASSERT_TRUE(QFile::remove(folder_.filePath("data/quotes.dat")));
+  ExpectIn("行情", false, "quotes.dat");
+  facts_.dataNotices = QStringList{"groups.dat 没有"};
+  ExpectIn("数据目录", false, "groups.dat 没有");
+  facts_.dataProblem = "market.dat 坏了";
+  ExpectIn("数据目录", false, "market.dat 坏了");
+  ASSERT_TRUE(QDir(folder_.filePath("log")).removeRecursively());
+  ExpectIn("日志", false, "没有日志文件");
+}
+
+TEST_F(HealthTest, AFolderThatIsGone) {
+  facts_.workFolder = folder_.filePath("none");
+  ExpectIn("磁盘", false, "none 不在了");
+}
+
+}  // namespace
+}  // namespace holdwise::health
