@@ -54,6 +54,25 @@ TEST(DatabaseSide, EveryStatementIsRefusedUntilItIsOpen) {
   EXPECT_FALSE(late.InTransaction());
 }
 
+TEST(DatabaseSide, MayBeOpenedAgainWithTheSameAdvice) {
+  std::vector<FakeUserData*> made;
+  DatabaseSide side([&made] {
+    auto one = std::make_unique<FakeUserData>();
+    one->SetNumber(kCount, static_cast<int>(made.size()));
+    made.push_back(one.get());
+    return one;
+  });
+  side.Advise({AdviceOn(kCount)});
+  (void)side.Open();
+  EXPECT_EQ(side.Count(kCount), 0);
+  side.Close();
+  EXPECT_THROW((void)side.Count(kCount), Error);
+  (void)side.Open();
+  EXPECT_EQ(side.Count(kCount), 1);
+  ASSERT_EQ(made[1]->advice.size(), 1U);
+  EXPECT_EQ(made[1]->advice[0].front().statement, kCount);
+}
+
 TEST(DatabaseSide, PassesEverythingOnOnceOpen) {
   auto made = std::make_unique<FakeUserData>();
   FakeUserData& database = *made;
