@@ -31,7 +31,11 @@ bool IsDamage(const std::exception& error) {
 }  // namespace
 
 DatabaseGuard::DatabaseGuard(ProcessParts& process, DatabaseSide& database, WindowSide& window, const FirstLook& look)
-    : process_(process), database_(database), window_(window), look_(look), backups_(process.Asked().workFolder) {}
+    : process_(process),
+      database_(database),
+      window_(window),
+      look_(look),
+      backups_(process.Asked().workFolder, process.Asked().database) {}
 
 void DatabaseGuard::DamageMet(const QString& text) {
   QMetaObject::invokeMethod(

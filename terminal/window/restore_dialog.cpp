@@ -57,11 +57,13 @@ void RestoreDialog::Build() {
   restore_ = buttons->addButton(QStringLiteral("恢复(&R)"), QDialogButtonBox::AcceptRole);
   restore_->setObjectName(QStringLiteral("restore"));
   auto* cancel = buttons->addButton(QStringLiteral("取消"), QDialogButtonBox::RejectRole);
-  cancel->setDefault(true);
   connect(other, &QPushButton::clicked, this, [this] { TakeOtherFile(); });
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   layout->addWidget(buttons);
+  // In the dialog by now: before, the box would make the other one the default when it is shown.
+  cancel->setDefault(true);
+  for (QPushButton* button : {other, restore_}) button->setAutoDefault(false);
 }
 
 void RestoreDialog::AddRow(int row, const RestoreChoice& choice) {

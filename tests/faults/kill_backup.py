@@ -85,7 +85,7 @@ class Campaign:
     def round(self, seconds, before, after):
         process = subprocess.Popen(self.command("--restore", self.file(after)), env=environment(), stdout=subprocess.PIPE,
                                    stderr=subprocess.DEVNULL, text=True)
-        time.sleep(self.choice.uniform(0, seconds))
+        time.sleep(self.choice.uniform(0, 1.8 * seconds))
         process.kill()
         said = "已从" in process.communicate()[0]
         now = self.stored()
