@@ -33,6 +33,10 @@ Backups::Backups(ProcessParts& process, DatabaseSide& database, WindowSide& wind
        [this](bool isSession) { service_.Changed(isSession ? ChangedBy::Calculation : ChangedBy::User); }});
 }
 
+Backups::~Backups() {
+  database_.SetChangeListener({});
+}
+
 HandOverAnswer Backups::Told(const HandOverAnswer& answer) {
   process_.Log().WriteLog(answer.text);
   return answer;

@@ -17,6 +17,7 @@ class Backups {
  public:
   /// The database is open; all parts outlive it. From now on changes are written, what is waiting at its end too.
   Backups(ProcessParts& process, DatabaseSide& database, WindowSide& window);
+  ~Backups();
   Backups(const Backups&) = delete;
   Backups& operator=(const Backups&) = delete;
 

@@ -91,9 +91,10 @@ OpenedDatabase OpenDatabase(const Options& options) {
       auto database = FirebirdUserData::Open(target, options.workFolder + QStringLiteral("/lock"));
       GiveIdentity(*database);
       OpenedDatabase opened;
-      // Generations are those of the work folder's own database.
+      // Another database may have been used from another work folder meanwhile: no generation here tells of that.
       if (options.command.database.isEmpty())
-        opened.look = LookAtDatabase(*database, backup::BackupFolder(options.workFolder), database->WasClosed());
+        opened.look = LookAtDatabase(*database, backup::BackupFolder(options.workFolder, options.database),
+                                     database->WasClosed());
       opened.database = std::move(database);
       return opened;
     } catch (const Error& error) {
@@ -116,7 +117,7 @@ void KeepSessionBusFromStarting() {
 void Repair(const Options& options) {
   const QString name = SetDatabaseAside(options.database, QDateTime::currentDateTime());
   const OpenedDatabase fresh = OpenDatabase(options);
-  const QString restored = RestoreNewest(*fresh.database, backup::BackupFolder(options.workFolder));
+  const QString restored = RestoreNewest(*fresh.database, backup::BackupFolder(options.workFolder, options.database));
   PrintError(QStringLiteral("数据库文件已改名保留为“%1”。%2").arg(name, restored));
 }
 

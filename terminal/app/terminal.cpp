@@ -65,7 +65,9 @@ int Terminal::Run() {
   QObject::connect(&signalNotifier, &QSocketNotifier::activated, &signalNotifier, [&asked, &signalNotifier] {
     signalNotifier.setEnabled(false);
     // A batch that is cut short has not done what it was asked for.
-    if (asked.IsBatch()) PrintError(QStringLiteral("收到结束信号，导出没有完成。"));
+    if (asked.IsBatch())
+      PrintError(asked.command.exportFolder.isEmpty() ? QStringLiteral("收到结束信号，命令没有完成。")
+                                                      : QStringLiteral("收到结束信号，导出没有完成。"));
     QCoreApplication::exit(asked.IsBatch() ? 1 : 0);
   });
   // The engine is still opening its file; everything that can do without it comes first.

@@ -258,7 +258,7 @@ void FirebirdUserData::Check(const DatabaseTarget& target, const QString& lockFo
   if (!file.isFile()) throw IoError(QStringLiteral("%1 不是文件").arg(target.text));
   const QString problem = firebird::HeaderProblem(file.absoluteFilePath());
   if (!firebird::CheckInHelper(file.absoluteFilePath(), lockFolder) && !problem.isEmpty())
-    throw Damaged(file.absoluteFilePath(), problem);
+    throw firebird::Damaged(file.absoluteFilePath(), problem);
 }
 
 QString FirebirdUserData::CheckRecordOf(const QString& file) {

@@ -77,7 +77,7 @@ Row MirrorRow(const Facts& facts) {
 Row BackupRow(const Facts& facts) {
   const QString subject = QStringLiteral("备份");
   try {
-    const std::vector<backup::Generation> generations = backup::BackupFolder(facts.workFolder).List();
+    const std::vector<backup::Generation> generations = backup::BackupFolder(facts.workFolder, facts.database).List();
     QString text = QStringLiteral("还没有");
     if (!generations.empty()) {
       const backup::Generation& newest = generations.front();

@@ -45,7 +45,7 @@ class DatabaseSide final : public UserDataServices, public TLocatDBOper {
   [[nodiscard]] bool InTransaction() const override { return userData_ != nullptr && userData_->InTransaction(); }
   [[nodiscard]] std::unique_ptr<UserDataSession> OpenSession() override;
   void Advise(const std::vector<StatementAdvice>& advice) override;
-  /// Once, after Open and before anything else uses the database; must hold as long as this object and its sessions.
+  /// After Open, while no other thread has a session; empty ones end it.
   void SetChangeListener(ChangeListener listener) { listener_ = std::move(listener); }
   void DoQuery(const QString& sql, ResultSet& resultSet) override { resultSet = Query(sql); }
 
