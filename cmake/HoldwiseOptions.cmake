@@ -24,6 +24,8 @@ target_compile_options(holdwise_options INTERFACE
   -Wimplicit-fallthrough -Werror)
 target_compile_definitions(holdwise_options INTERFACE QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 
+target_link_options(holdwise_options INTERFACE LINKER:-z,relro LINKER:-z,now)
+
 # What every test runs in, also one that is a script: the sanitizers of a sanitizer build report to the programs it starts.
 # The leak sanitizer's look into the storage of threads crashes now and then while the database engine's threads end.
 set(HOLDWISE_TEST_ENVIRONMENT

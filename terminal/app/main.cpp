@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QFont>
 #include <QThread>
+#include <QUtf8StringView>
 #include <cstdio>
 #include <exception>
 #include <future>
@@ -16,6 +17,7 @@
 #include "database_repair.h"
 #include "health_side.h"
 #include "holdwise/packet/error.h"
+#include "holdwise/packet/text_file.h"
 #include "parts/terminal_application.h"
 #include "process/background_thread.h"
 #include "process/command_line.h"
@@ -159,11 +161,27 @@ int RunTerminal(int argc, char** argv, const Options& options, bool& wantsRepair
   return exitCode;
 }
 
+/// A name of another encoding, out of an old archive say, would become another name on its way through the program.
+int RefuseName(const QByteArray& argument) {
+  QString shown = QString::fromUtf8(argument.toPercentEncoding("/.-_ "));
+  try {
+    shown = QString::fromUtf8(ToUtf8Text(argument));
+  } catch (const Error&) {  // no encoding that is known: as bytes
+  }
+  PrintError(QStringLiteral("holdwise-terminal：参数“%1”不是 UTF-8 编码，不能采用。是文件或目录的名称的，请先改名，"
+                            "例如 convmv -f gb18030 -t utf8 --notest。")
+                 .arg(shown));
+  return 2;
+}
+
 int Main(int argc, char** argv) {
   signal_guard::Install();
   umask(077);  // portfolios are nobody else's business
   QStringList arguments;
-  for (int index = 0; index < argc; ++index) arguments.append(QString::fromLocal8Bit(argv[index]));
+  for (int index = 0; index < argc; ++index) {
+    if (!QUtf8StringView(argv[index]).isValidUtf8()) return RefuseName(argv[index]);
+    arguments.append(QString::fromUtf8(argv[index]));
+  }
   ParsedCommandLine parsed = ParseCommandLine(arguments);
   if (!parsed.options) {
     std::fputs(parsed.text.toUtf8().constData(), parsed.exitCode == 0 ? stdout : stderr);

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QThread>
 
+#include "screen.h"
 #include "terminal_process.h"
 
 namespace holdwise::e2e {
@@ -41,6 +42,17 @@ TEST(Options, HelpAndVersionNeedNothing) {
   EXPECT_TRUE(RunTerminal({"--version"}).out.contains("1.0.0"));
 }
 
+TEST(Options, ANameOfAnotherEncodingIsRefusedAsWhatItIs) {
+  const Bench bench;
+  // "组合.csv" in GB18030, encoded by Python.
+  const Outcome outcome =
+      e2e::Run("sh", {"-c", R"sh(exec "$0" --work "$1" --import "$(printf '/\327\351\272\317.csv')")sh",
+                      Program("holdwise-terminal"), bench.Work()});
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(outcome.err.contains("参数“/组合.csv”不是 UTF-8 编码")) << outcome.err.toStdString();
+  EXPECT_FALSE(QDir(bench.Work()).exists());
+}
+
 TEST(Options, AWindowNeedsADisplay) {
   const Bench bench;
   const Outcome outcome = RunTerminal(bench.Arguments({}));
@@ -71,8 +83,8 @@ TEST(Database, AFileThatIsDeletedWhileTheTerminalRunsIsSaid) {
 }
 
 /// Three ways for a work folder to go, and one for the folder of the engine's lock files.
-class WorkFolderGone : public testing::TestWithParam<const char*> {};
-INSTANTIATE_TEST_SUITE_P(All, WorkFolderGone, testing::Values("removed", "moved", "replaced", "lock"));
+class WorkFolderGoing : public testing::TestWithParam<const char*> {};
+INSTANTIATE_TEST_SUITE_P(All, WorkFolderGoing, testing::Values("removed", "moved", "replaced", "lock"));
 
 void TakeAway(const Bench& bench, const std::string& way) {
   if (way == "removed") {
@@ -87,7 +99,7 @@ void TakeAway(const Bench& bench, const std::string& way) {
   }
 }
 
-TEST_P(WorkFolderGone, IsSaidAtOnceAndTheEndIsOrderly) {
+TEST_P(WorkFolderGoing, IsSaidAtOnceAndTheEndIsOrderly) {
   const std::string way = GetParam();
   const Bench bench;
   ASSERT_EQ(
@@ -115,6 +127,30 @@ TEST_P(WorkFolderGone, IsSaidAtOnceAndTheEndIsOrderly) {
     ASSERT_TRUE(QDir().rename(bench.File("away"), bench.Work()));
     EXPECT_EQ(bench.Export("2001-strngrd").size(), 2U);
   }
+}
+
+TEST(WorkFolderGone, EverythingCanBeWrittenElsewhereFromTheNotice) {
+  const Screen screen;
+  if (!screen.IsThere()) GTEST_SKIP() << "no Xvfb";
+  const Bench bench;
+  const QString file = bench.Write("p.csv", TwoPortfolios());
+  ASSERT_EQ(RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")})).exitCode, 0);
+  RunningTerminal running(bench.Arguments({}), screen.Environment());
+  ASSERT_TRUE(running.WaitForWindow());
+  ASSERT_TRUE(QDir(bench.Work()).removeRecursively());
+  ASSERT_TRUE(screen.Enter("数据的位置不在了"));
+  screen.Keys({"Return"});
+  ASSERT_TRUE(screen.Enter("导出组合"));
+  screen.Keys({"ctrl+a"});
+  screen.Type(bench.File("saved.csv"));
+  screen.Keys({"Return"});
+  for (int time = 0; time < 100 && !QFileInfo::exists(bench.File("saved.csv")); ++time) QThread::msleep(100);
+  ASSERT_GE(running.Signal(SIGTERM), 0);
+  EXPECT_EQ(running.Process().exitStatus(), QProcess::NormalExit);
+  // What was written brings everything back into an empty folder.
+  EXPECT_EQ(
+      RunTerminal(bench.Arguments({"--restore", bench.File("saved.csv"), "--export", bench.File("out2")})).exitCode, 0);
+  EXPECT_EQ(bench.Export("2001-strngrd").size(), 2U);
 }
 
 class DataFolder : public testing::Test {
