@@ -140,7 +140,7 @@ class Campaign:
             stored = Database(self.market.binaries, file)
             if not stored.problem and has_all(stored):
                 return True
-        if any((self.work / "backups").glob("portfolios-*-3-9.csv")):
+        if any((self.work / "backups").glob(f"portfolios-*-{len(EARLIER)}-{sum(map(len, EARLIER.values()))}.csv")):
             return True
         return any(self.brings_back(times) for times in self.pairs())
 
