@@ -127,7 +127,10 @@ bool DatabaseGuard::SettleDifference() {
   const QString title = isDoubtful ? QStringLiteral("数据库里的组合有疑问") : QStringLiteral("数据库与最近的备份不同");
   if (isDoubtful) doubt_ = title + QStringLiteral("：") + look_.problems.join(QStringLiteral("；"));
   const QString why =
-      isDoubtful ? QString() : QStringLiteral("终端上次正常退出后，数据库变了：文件损坏，或另一个程序写过它。\n\n");
+      isDoubtful
+          ? QString()
+          : QStringLiteral(
+                "终端上次正常退出时两者应当一致：数据库文件损坏了，另一个程序写过它，或那次的备份没有写成。\n\n");
   QStringList choices{QStringLiteral("保留数据库里的")};
   if (look_.backup) choices << kSetAside;
   for (;;) {
