@@ -28,8 +28,7 @@ void LimitName(QString& name, int& caret) {
 
 QString NameProblem(const QString& name) {
   if (name.contains(u'\'')) return QStringLiteral("组合名称不能含有单引号 ' ，请改名后再确定");
-  if (HasInvisible(name))
-    return QStringLiteral("组合名称含有换行、制表符等看不见的字符，请删去后再确定");
+  if (HasInvisible(name)) return QStringLiteral("组合名称含有换行、制表符等看不见的字符，请删去后再确定");
   return {};
 }
 
