@@ -95,10 +95,11 @@ HeaderFields FieldsOf(const SavedPortfolio& portfolio) {
 }
 
 void AddRow(std::string& text, const HeaderFields& header, const SavedHolding& holding) {
-  text += header.name;
-  for (const std::string& field : {CodeField(holding.code), std::to_string(holding.quantity),
-                                   ShortestUtf8(holding.buyPrice), header.rest, std::to_string(holding.id)})
-    text.append(1, ',').append(field);
+  text.append(header.name).append(1, ',').append(CodeField(holding.code));
+  text.append(1, ',').append(std::to_string(holding.quantity));
+  text.append(1, ',').append(ShortestUtf8(holding.buyPrice));
+  text.append(1, ',').append(header.rest);
+  text.append(1, ',').append(std::to_string(holding.id));
   text.append(1, ',').append(ShortestUtf8(holding.weight)).append(1, '\n');
 }
 

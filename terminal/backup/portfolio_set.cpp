@@ -27,6 +27,7 @@ class RowReader {
   PortfolioSet Read() {
     PortfolioSet set;
     std::vector<SavedHolding> holdings;
+    holdings.reserve(static_cast<std::size_t>(rows_.RowCount()));
     const int part = rows_.Column("PART");
     for (row_ = 0; row_ < rows_.RowCount(); ++row_) {
       if (rows_.IntegerAt(row_, part) == 0)
@@ -48,7 +49,7 @@ class RowReader {
 
  private:
   SavedPortfolio Portfolio() {
-    what_ = QStringLiteral("组合");
+    isHolding_ = false;
     SavedPortfolio portfolio;
     portfolio.id = Integer(id_, "ID");
     portfolio.name = Text(name_, "COMNAME");
@@ -62,7 +63,7 @@ class RowReader {
     return portfolio;
   }
   SavedHolding Holding() {
-    what_ = QStringLiteral("持股");
+    isHolding_ = true;
     return {Integer(id_, "ID"),        Integer(number1_, "MAINID"), Integer(number2_, "SECUCODE"),
             Integer(number3_, "PZSL"), Real(real1_, "PZBL"),        Real(real2_, "BUYPRICE")};
   }
@@ -75,14 +76,16 @@ class RowReader {
   QString Text(int column, const char* name) { return IsThere(column, name) ? rows_.TextAt(row_, column) : QString(); }
   bool IsThere(int column, const char* name) {
     if (!rows_.IsNull(row_, column)) return true;
-    gaps_.append(QStringLiteral("编号为%1的%2没有%3").arg(rows_.TextAt(row_, id_), what_, QString::fromLatin1(name)));
+    gaps_.append(QStringLiteral("编号为%1的%2没有%3")
+                     .arg(rows_.TextAt(row_, id_), isHolding_ ? QStringLiteral("持股") : QStringLiteral("组合"),
+                          QString::fromLatin1(name)));
     return false;
   }
 
   const ResultSet& rows_;
   int row_ = 0;
   QStringList gaps_;
-  QString what_;
+  bool isHolding_ = false;
   const int id_ = rows_.Column("ID"), number1_ = rows_.Column("N1"), number2_ = rows_.Column("N2"),
             number3_ = rows_.Column("N3"), real1_ = rows_.Column("R1"), real2_ = rows_.Column("R2"),
             name_ = rows_.Column("COMNAME"), style_ = rows_.Column("ZHFG"), date_ = rows_.Column("EDITDATE");
