@@ -46,6 +46,11 @@ class CountingLog final : public DebugServers {
   int lines = 0;
 };
 
+class WallClock final : public ClockService {
+ public:
+  QDateTime Now() const override { return QDateTime::currentDateTime(); }
+};
+
 /// Only what reading the files asks for.
 class FileHost final : public Host {
  public:
@@ -59,7 +64,7 @@ class FileHost final : public Host {
   TDataCenter& DataCenter() override { std::abort(); }
   ColorThemeServices& ColorTheme() override { std::abort(); }
   MessageBoxService& MessageBoxes() override { std::abort(); }
-  ClockService& Clock() override { std::abort(); }
+  ClockService& Clock() override { return clock; }
   QString SysWorkDataPath() const override { return folder_; }
   std::unique_ptr<TDSBAsynDataDownRole> MakeDataDownRole() override { std::abort(); }
   std::unique_ptr<TDSBAsynDownFileRole> MakeDownFileRole() override { std::abort(); }
@@ -67,6 +72,7 @@ class FileHost final : public Host {
 
   RecordingDatabase database;
   CountingLog log;
+  WallClock clock;
 
  private:
   QString folder_;

@@ -246,6 +246,10 @@ void TMainFrm::ShowNotice(bool readAgain) {
     texts.prepend(QStringLiteral("%1 个组合没有计算").arg(uncalculated.size()));
     hints = QStringList{problem, UncalculatedLine(uncalculated)} + hints;
   }
+  if (!ExchangeProblem().isEmpty()) {
+    texts.prepend(QStringLiteral("退出时保存的组合没有读入"));
+    hints.prepend(ExchangeProblem());
+  }
   texts.removeAll(QString());
   hints.removeAll(QString());
   RzPanel3->SetNotice(texts.join(QStringLiteral("；")), hints.join(QLatin1Char('\n')));

@@ -8,6 +8,7 @@
 #include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
+#include "common/store/exchange_files.h"
 #include "common/store/incomplete_portfolios.h"
 #include "common/store/statements.h"
 #include "mainframe/side_windows.h"
@@ -56,6 +57,7 @@ int HoldwiseViewCatalogue::Progress() const {
 
 QString HoldwiseViewCatalogue::Shortcoming() const {
   if (mainFrame_.isNull()) return {};
+  if (!ExchangeProblem().isEmpty()) return ExchangeProblem();
   const std::int64_t count = Database().Count(sql::kCountUnfinishedSaved);
   if (count > 0) {
     const QString problem = CalculationProblem();

@@ -107,6 +107,13 @@ void RenameFileAtomically(const QString& from, const QString& to, Durability dur
   FlushOpened(folder, to);
 }
 
+void AddFileName(const QString& path, const QString& name) {
+  if (::link(QFile::encodeName(path).constData(), QFile::encodeName(name).constData()) == 0) return;
+  // Not every file system has them; what it says to that differs.
+  if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS && errno != EMLINK) ThrowWriteError(name, errno);
+  if (!QFile::copy(path, name)) ThrowWriteError(name, EIO);
+}
+
 void FlushFolder(const QString& folder) {
   FlushOpened(FileDescriptor(OpenFolder(folder, folder)), folder);
 }

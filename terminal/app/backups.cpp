@@ -23,8 +23,8 @@ Backups::Backups(ProcessParts& process, DatabaseSide& database, WindowSide& wind
     : process_(process),
       database_(database),
       window_(window),
-      folder_(process.Asked().workFolder),
-      service_(database, process.Asked().workFolder, process.Clock(), process.Log()) {
+      folder_(process.Asked().workFolder, process.Asked().database),
+      service_(database, folder_, process.Clock(), process.Log()) {
   service_.OnState = [&log = process.Log()](const backup::BackupState& state) {
     if (!state.problem.isEmpty()) log.TellFailure(state.problem.section(QLatin1Char('\n'), 0, 0));
   };

@@ -147,7 +147,7 @@ void Commands::Export(const Command& command, const HandOverServer::Answer& answ
 }
 
 HandOverAnswer Commands::Exported(const QString& folder, const QString& problem, const QString& lacking) const {
-  QStringList lines{parts_.market->Connection().QuotesProblem(), lacking};
+  QStringList lines{parts_.guard.Doubt(), parts_.market->Connection().QuotesProblem(), lacking};
   lines.removeAll(QString());
   if (!problem.isEmpty()) {
     const QString rest = QStringLiteral("\n已导出的数据不完整：\n%1").arg(lines.join(QLatin1Char('\n')));

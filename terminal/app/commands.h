@@ -5,6 +5,7 @@
 
 #include "backups.h"
 #include "command_runner.h"
+#include "database_guard.h"
 #include "health_side.h"
 #include "parts/database_side.h"
 #include "parts/market_side.h"
@@ -25,6 +26,7 @@ struct CommandParts {
   Backups& backups;
   const std::unique_ptr<MarketSide>& market;
   const std::unique_ptr<PageSide>& pages;
+  const DatabaseGuard& guard;
 };
 
 /// Carries out what the command line, the menus and later starts on the same work folder ask for. User-interface

@@ -11,8 +11,10 @@
 #include <future>
 #include <optional>
 
+#include "database/database_identity.h"
 #include "database/firebird_process.h"
 #include "database/firebird_user_data.h"
+#include "database_repair.h"
 #include "health_side.h"
 #include "holdwise/packet/error.h"
 #include "holdwise/packet/text_file.h"
@@ -84,12 +86,18 @@ bool MayClose(const QString& folder) {
 
 /// A terminal that has just ended may leave the file locked for a moment (the lock lives on in a child process that it
 /// had started and that has not yet let go), so "busy" is believed only after a while.
-std::unique_ptr<UserDataServices> OpenDatabase(const Options& options) {
-  StepBehindTheWindow();
+OpenedDatabase OpenDatabase(const Options& options) {
   const DatabaseTarget target = DatabaseTarget::FromText(options.database);
   for (int attempt = 1;; ++attempt) {
     try {
-      return FirebirdUserData::Open(target, options.workFolder + QStringLiteral("/lock"));
+      auto database = FirebirdUserData::Open(target, options.workFolder + QStringLiteral("/lock"));
+      GiveIdentity(*database);
+      OpenedDatabase opened;
+      // Generations are those of the work folder's own database.
+      if (options.command.database.isEmpty())
+        opened.look = LookAtDatabase(*database, backup::BackupFolder(options.workFolder), database->WasClosed());
+      opened.database = std::move(database);
+      return opened;
     } catch (const Error& error) {
       if (error.Category() != ErrorCategory::Busy || attempt == kBusyAttempts || signal_guard::Requested()) throw;
     }
@@ -106,7 +114,21 @@ void KeepSessionBusFromStarting() {
   qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
 }
 
-int RunTerminal(int argc, char** argv, const Options& options) {
+/// What the user has agreed to while the terminal ran, now that nobody has the file open.
+void Repair(const Options& options) {
+  const QString name = SetDatabaseAside(options.database, QDateTime::currentDateTime());
+  const OpenedDatabase fresh = OpenDatabase(options);
+  const QString restored = RestoreNewest(*fresh.database, backup::BackupFolder(options.workFolder));
+  PrintError(QStringLiteral("数据库文件已改名保留为“%1”。%2").arg(name, restored));
+}
+
+/// Starts the program anew in this process's place; comes back only when that fails.
+void StartAgain(char** argv) {
+  ::execv("/proc/self/exe", argv);
+  PrintError(QStringLiteral("终端没有能重新启动，请再启动一次。"));
+}
+
+int RunTerminal(int argc, char** argv, const Options& options, bool& wantsRepair) {
   QThread::currentThread();  // the first thread Qt sees becomes its main thread
   TerminalApplication::CatchQtMessages();
   {
@@ -114,7 +136,10 @@ int RunTerminal(int argc, char** argv, const Options& options) {
     const QCoreApplication localeSetter(argc, argv);
   }
   // The engine takes its time to open the file; meanwhile the window system and the fonts are set up.
-  std::future<std::unique_ptr<UserDataServices>> database = std::async(std::launch::async, OpenDatabase, options);
+  std::future<OpenedDatabase> database = std::async(std::launch::async, [&options] {
+    StepBehindTheWindow();
+    return OpenDatabase(options);
+  });
   QApplication::setStyle(new TerminalStyle);  // the application owns it
   // Whether a desktop has a menu bar of its own is asked over a bus, and the answer waited for.
   QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
@@ -125,8 +150,14 @@ int RunTerminal(int argc, char** argv, const Options& options) {
                          QStringLiteral("WenQuanYi Micro Hei")});
   font.setPixelSize(kFontPixels);
   QApplication::setFont(font);
-  Terminal terminal(options, [&database] { return database.get(); });
-  return terminal.Run();
+  int exitCode = 0;
+  {
+    Terminal terminal(options, [&] { return database.valid() ? database.get() : OpenDatabase(options); });
+    exitCode = terminal.Run();
+    wantsRepair = terminal.WantsRepair();
+  }
+  if (wantsRepair) Repair(options);
+  return exitCode;
 }
 
 /// A name of another encoding, out of an old archive say, would become another name on its way through the program.
@@ -180,8 +211,11 @@ int Main(int argc, char** argv) {
   }
   KeepSessionBusFromStarting();
   PrepareFirebirdProcess(options.workFolder + QStringLiteral("/lock"));
-  const int exitCode = RunTerminal(argc, argv, options);
-  if (!ShutdownFirebird()) {
+  bool wantsRepair = false;
+  const int exitCode = RunTerminal(argc, argv, options, wantsRepair);
+  const bool isEngineEnded = ShutdownFirebird();
+  if (wantsRepair) StartAgain(argv);
+  if (!isEngineEnded) {
     std::fflush(nullptr);
     _exit(exitCode);
   }

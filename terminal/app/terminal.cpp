@@ -12,11 +12,11 @@
 #include "process/print.h"
 #include "process/signal_guard.h"
 #include "process/start_trace.h"
+#include "watched_database.h"
 
 namespace holdwise {
 namespace {
 
-constexpr int kNotice = 128;
 constexpr std::chrono::milliseconds kLatestGoOn{500};
 
 QString TextOf(const std::exception& error) {
@@ -25,11 +25,17 @@ QString TextOf(const std::exception& error) {
 
 }  // namespace
 
-Terminal::Terminal(Options options, DatabaseSide::Opener openDatabase)
+Terminal::Terminal(Options options, DatabaseOpener openDatabase)
     : process_(std::move(options)),
-      database_(std::move(openDatabase)),
+      database_([this, open = std::move(openDatabase)] {
+        OpenedDatabase opened = open();
+        look_ = std::move(opened.look);
+        return std::make_unique<WatchedDatabase>(std::move(opened.database),
+                                                 [this](const QString& text) { guard_.DamageMet(text); });
+      }),
       market_(std::make_unique<MarketSide>(process_, database_)),
-      window_(process_, Actions()) {
+      window_(process_, Actions()),
+      guard_(process_, database_, window_, look_) {
   window_.OnThemeChanged = [this] {
     if (pages_ != nullptr) pages_->ChangeColorTheme();
   };
@@ -66,12 +72,13 @@ int Terminal::Run() {
   isReady_ = OpenPages();
   if (!isReady_ && asked.IsBatch() && asked.command.NeedsViews()) return 1;
   window_.Prepare();
-  if (!OpenDatabase()) return 1;
+  if (!guard_.Open()) return 1;
+  if (signal_guard::Requested()) return asked.IsBatch() ? 1 : 0;
   backups_ = std::make_unique<Backups>(process_, database_, window_);
   health_ = std::make_unique<HealthSide>(process_, window_, market_);
   health_->backupProblem = [this] { return backups_->Service().State().problem; };
-  commands_ =
-      std::make_unique<Commands>(CommandParts{process_, database_, window_, *health_, *backups_, market_, pages_});
+  commands_ = std::make_unique<Commands>(
+      CommandParts{process_, database_, window_, *health_, *backups_, market_, pages_, guard_});
   window_.FollowPlaces([this] { commands_->ExportPortfoliosFromMenu(); });
   if (const QString& address = asked.command.address; isReady_ && !address.isEmpty() && !pages_->HasAddress(address)) {
     PrintError(QStringLiteral("holdwise-terminal：没有地址“%1”。").arg(address));
@@ -84,19 +91,6 @@ int Terminal::Run() {
   // A minimised window paints nothing.
   QTimer::singleShot(kLatestGoOn, &window_.Window(), [this] { GoOn(); });
   return QApplication::exec();
-}
-
-bool Terminal::OpenDatabase() {
-  try {
-    for (const QString& problem : database_.Open()) process_.Log().WriteLog(problem);
-    return true;
-  } catch (const std::exception& error) {
-    process_.Log().WriteLog(QStringLiteral("数据库不能打开：%1").arg(TextOf(error)));
-    const QString text = QStringLiteral("数据库“%1”不能打开。\n%2").arg(process_.Asked().database, TextOf(error));
-    PrintError(text);
-    if (!process_.Asked().IsBatch()) window_.Messages().Vex_MessageBox(text, QStringLiteral("Holdwise"), 0, kNotice);
-    return false;
-  }
 }
 
 bool Terminal::OpenPages() {

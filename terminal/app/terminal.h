@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "commands.h"
+#include "database_guard.h"
 #include "health_side.h"
 #include "parts/database_side.h"
 #include "parts/market_side.h"
@@ -17,18 +18,18 @@ namespace holdwise {
 class Terminal {
  public:
   /// The work folder exists and is locked by this process. Starts to read the data folder.
-  Terminal(Options options, DatabaseSide::Opener openDatabase);
+  Terminal(Options options, DatabaseOpener openDatabase);
   ~Terminal();
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
 
   /// Starts up, runs until the user, a signal or the end of a batch ends it, and says the exit code.
   int Run();
+  /// The database is to be repaired and the terminal started again.
+  [[nodiscard]] bool WantsRepair() const { return guard_.WantsRepair(); }
 
  private:
   [[nodiscard]] WindowActions Actions();
-  /// False when it does not open, which the user has been told.
-  bool OpenDatabase();
   /// Waits for the data folder and loads the plug-ins; false when the views cannot be shown, which an obstacle tells.
   bool OpenPages();
   void TryAgain();
@@ -40,9 +41,11 @@ class Terminal {
   void GoOn();
 
   ProcessParts process_;
+  FirstLook look_;
   DatabaseSide database_;
   std::unique_ptr<MarketSide> market_;  ///< null: the data folder could not be used
   WindowSide window_;
+  DatabaseGuard guard_;
   std::unique_ptr<Backups> backups_;    ///< null until the database is open; ends after all who change something
   std::unique_ptr<PageSide> pages_;     ///< null: as the market
   std::unique_ptr<HealthSide> health_;  ///< null until the database is open

@@ -3,6 +3,7 @@
 
 #include <sys/stat.h>
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -55,15 +56,29 @@ class PeriodKeeper {
   QSet<QString> seen_;
 };
 
+void MakeFolder(const QString& path) {
+  if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) == 0) FlushFolder(QFileInfo(path).path());
+  if (!QFileInfo(path).isDir())
+    throw Error(ErrorCategory::Io, QStringLiteral("备份目录“%1”不能建立").arg(path).toStdString());
+}
+
 }  // namespace
 
-BackupFolder::BackupFolder(const QString& workFolder) : path_(workFolder + QStringLiteral("/backups")) {}
+BackupFolder::BackupFolder(const QString& workFolder, const QString& database)
+    : path_(workFolder + QStringLiteral("/backups")) {
+  constexpr qsizetype kDigits = 12;
+  if (database.isEmpty() || database == workFolder + QStringLiteral("/holdwise.fdb")) return;
+  const QByteArray name = QCryptographicHash::hash(database.toUtf8(), QCryptographicHash::Md5).toHex().left(kDigits);
+  path_ += QStringLiteral("/db-") + QString::fromLatin1(name);
+}
 
 void BackupFolder::Make() const {
-  const QByteArray path = QFile::encodeName(path_);
-  if (::mkdir(path.constData(), S_IRWXU) == 0) FlushFolder(QFileInfo(path_).path());
-  if (!QFileInfo(path_).isDir())
-    throw Error(ErrorCategory::Io, QStringLiteral("备份目录“%1”不能建立").arg(path_).toStdString());
+  MakeFolder(QFileInfo(path_).path());
+  MakeFolder(path_);
+  const QDir folder(path_);
+  // One terminal a work folder: nobody else is writing here.
+  for (const QString& name : folder.entryList({QStringLiteral(".holdwise-*.tmp")}, QDir::Files | QDir::Hidden))
+    QFile::remove(folder.filePath(name));
 }
 
 std::vector<Generation> BackupFolder::List() const {

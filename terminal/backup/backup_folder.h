@@ -17,12 +17,14 @@ struct Generation {
   int holdings = 0;
 };
 
-/// The folder of the generations, "backups" in the work folder:
+/// The folder of a database's generations: "backups" in the work folder for the database there, a folder of its own in
+/// that one for any other:
 /// "portfolios-YYYYMMDD-HHMMSS-<portfolios>-<holdings>.csv" each. What stays: the ten newest, the last of each of the
 /// seven latest days and of each of the twelve latest months that have one. Not synchronised: one thread at a time.
 class BackupFolder {
  public:
-  explicit BackupFolder(const QString& workFolder);
+  /// @param database file or connection string; empty: the one in the work folder
+  explicit BackupFolder(const QString& workFolder, const QString& database = {});
 
   [[nodiscard]] const QString& Path() const { return path_; }
   /// Newest first. A folder that is not there has none; one that cannot be read: Error(Io). Opens no file.
@@ -32,7 +34,8 @@ class BackupFolder {
 
   /// Writes a new generation, flushed to the disk, reads it back and only then removes those that need not stay. A set
   /// with problems (ProblemsOf): Error(Refused). Not written, or not what was written: Error(Io, Corrupt), and the
-  /// earlier ones stay. A time that is not after the newest one's counts as a second after it.
+  /// earlier ones stay. What a writing left that was cut short goes too. A time that is not after the newest one's
+  /// counts as a second after it.
   Generation Write(const PortfolioSet& set, const QDateTime& now) const;
   /// Writes a set with problems beside the generations, for a person to look at: "doubtful-YYYYMMDD-HHMMSS.csv". The
   /// three newest stay. Error(Io).

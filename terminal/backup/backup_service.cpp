@@ -20,14 +20,14 @@ void WriteAtExit() {
 
 }  // namespace
 
-BackupService::BackupService(UserDataServices& database, const QString& workFolder, ClockService& clock,
+BackupService::BackupService(UserDataServices& database, const BackupFolder& folder, ClockService& clock,
                              DebugServers& log, const Times& times)
-    : database_(database), times_(times), writer_(BackupFolder(workFolder), clock, log) {
+    : database_(database), times_(times), writer_(folder, clock, log) {
   static const bool isRegistered = std::atexit(WriteAtExit) == 0;
   (void)isRegistered;
   // A folder without generations is one of before there were any.
   try {
-    state_.newest = BackupFolder(workFolder).Newest();
+    state_.newest = folder.Newest();
   } catch (const Error& error) {
     state_.problem = QString::fromUtf8(error.what());
   }

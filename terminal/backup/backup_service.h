@@ -32,9 +32,9 @@ class BackupService {
   };
   /// The database is open; it, clock and log must outlive the service. Without any generation one is written as after
   /// a change.
-  BackupService(UserDataServices& database, const QString& workFolder, ClockService& clock, DebugServers& log)
-      : BackupService(database, workFolder, clock, log, Times{}) {}
-  BackupService(UserDataServices& database, const QString& workFolder, ClockService& clock, DebugServers& log,
+  BackupService(UserDataServices& database, const BackupFolder& folder, ClockService& clock, DebugServers& log)
+      : BackupService(database, folder, clock, log, Times{}) {}
+  BackupService(UserDataServices& database, const BackupFolder& folder, ClockService& clock, DebugServers& log,
                 const Times& times);
   /// Writes what is not written yet, and waits for it.
   ~BackupService();

@@ -8,13 +8,12 @@
 /// Pure.
 namespace holdwise::backup::sql {
 
-/// Both tables at one moment: PART 0 for portfolios, 1 for holdings. Columns that the other part has are null.
+/// Both tables at one moment, in as few columns as they need: PART 0 is portfolios, whose numbers are SAVEFLAG,
+/// INDEXISCLOSE, KNOWNTO, ZSCLOSEPRICE, MBSYL; PART 1 is holdings, with MAINID, SECUCODE, PZSL, PZBL, BUYPRICE there.
 inline const QString kAllRows = QStringLiteral(
-    "select 0 as PART,ID,COMNAME,ZHFG,ZSCLOSEPRICE,MBSYL,EDITDATE,SAVEFLAG,INDEXISCLOSE,KNOWNTO,"
-    "cast(null as integer) as MAINID,cast(null as integer) as SECUCODE,cast(null as integer) as PZSL,"
-    "cast(null as double precision) as PZBL,cast(null as double precision) as BUYPRICE from alg_commain "
-    "union all select 1,ID,null,null,null,null,null,null,null,null,MAINID,SECUCODE,PZSL,PZBL,BUYPRICE "
-    "from alg_comdetail");
+    "select 0 as PART,ID,SAVEFLAG as N1,INDEXISCLOSE as N2,KNOWNTO as N3,ZSCLOSEPRICE as R1,MBSYL as R2,COMNAME,ZHFG,"
+    "EDITDATE from alg_commain "
+    "union all select 1,ID,MAINID,SECUCODE,PZSL,PZBL,BUYPRICE,null,null,null from alg_comdetail");
 /// One row: MAINGEN and DETAILGEN, without moving them.
 inline const QString kGenerators = QStringLiteral(
     "select gen_id(ALG_ROWID_MAIN,0) as MAINGEN,gen_id(ALG_ROWID_DETAIL,0) as DETAILGEN from rdb$database");

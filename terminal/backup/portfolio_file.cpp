@@ -102,9 +102,10 @@ void AddRow(std::string& text, const HeaderFields& header, const SavedHolding& h
   text.append(1, ',').append(ShortestUtf8(holding.weight)).append(1, '\n');
 }
 
+/// Against accidents, not against people.
 QByteArray ChecksumOf(const QByteArray& text) {
   constexpr qsizetype kDigits = 16;
-  return QCryptographicHash::hash(text, QCryptographicHash::Sha256).toHex().left(kDigits);
+  return QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex().left(kDigits);
 }
 
 QByteArray LastLineOf(const PortfolioSet& set, const QByteArray& rows) {

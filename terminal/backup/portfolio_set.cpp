@@ -48,42 +48,44 @@ class RowReader {
 
  private:
   SavedPortfolio Portfolio() {
+    what_ = QStringLiteral("组合");
     SavedPortfolio portfolio;
-    portfolio.id = Integer(id_);
-    portfolio.name = Text(name_);
-    portfolio.date = Text(date_);
-    portfolio.indexLevel = Real(level_);
-    portfolio.targetReturn = Real(return_);
-    portfolio.saveFlag = Integer(saveFlag_);
+    portfolio.id = Integer(id_, "ID");
+    portfolio.name = Text(name_, "COMNAME");
+    portfolio.date = Text(date_, "EDITDATE");
+    portfolio.indexLevel = Real(real1_, "ZSCLOSEPRICE");
+    portfolio.targetReturn = Real(real2_, "MBSYL");
+    portfolio.saveFlag = Integer(number1_, "SAVEFLAG");
     if (!rows_.IsNull(row_, style_)) portfolio.style = rows_.TextAt(row_, style_);
-    if (!rows_.IsNull(row_, isClose_)) portfolio.isClose = rows_.IntegerAt(row_, isClose_);
-    if (!rows_.IsNull(row_, knownTo_)) portfolio.knownTo = rows_.IntegerAt(row_, knownTo_);
+    if (!rows_.IsNull(row_, number2_)) portfolio.isClose = rows_.IntegerAt(row_, number2_);
+    if (!rows_.IsNull(row_, number3_)) portfolio.knownTo = rows_.IntegerAt(row_, number3_);
     return portfolio;
   }
   SavedHolding Holding() {
-    return {Integer(id_), Integer(portfolioId_), Integer(code_), Integer(quantity_), Real(weight_), Real(price_)};
+    what_ = QStringLiteral("持股");
+    return {Integer(id_, "ID"),        Integer(number1_, "MAINID"), Integer(number2_, "SECUCODE"),
+            Integer(number3_, "PZSL"), Real(real1_, "PZBL"),        Real(real2_, "BUYPRICE")};
   }
 
-  std::int64_t Integer(int column) { return IsThere(column) ? rows_.IntegerAt(row_, column) : 0; }
-  double Real(int column) { return IsThere(column) ? rows_.RealAt(row_, column) : 0; }
-  QString Text(int column) { return IsThere(column) ? rows_.TextAt(row_, column) : QString(); }
-  bool IsThere(int column) {
+  /// `name` is the column's in its table, for what is said when it holds nothing.
+  std::int64_t Integer(int column, const char* name) {
+    return IsThere(column, name) ? rows_.IntegerAt(row_, column) : 0;
+  }
+  double Real(int column, const char* name) { return IsThere(column, name) ? rows_.RealAt(row_, column) : 0; }
+  QString Text(int column, const char* name) { return IsThere(column, name) ? rows_.TextAt(row_, column) : QString(); }
+  bool IsThere(int column, const char* name) {
     if (!rows_.IsNull(row_, column)) return true;
-    const bool isHolding = rows_.IntegerAt(row_, rows_.Column("PART")) != 0;
-    gaps_.append(QStringLiteral("编号为%1的%2没有%3")
-                     .arg(rows_.TextAt(row_, id_), isHolding ? QStringLiteral("持股") : QStringLiteral("组合"),
-                          QString::fromStdString(rows_.ColumnName(column))));
+    gaps_.append(QStringLiteral("编号为%1的%2没有%3").arg(rows_.TextAt(row_, id_), what_, QString::fromLatin1(name)));
     return false;
   }
 
   const ResultSet& rows_;
   int row_ = 0;
   QStringList gaps_;
-  const int id_ = rows_.Column("ID"), name_ = rows_.Column("COMNAME"), style_ = rows_.Column("ZHFG"),
-            level_ = rows_.Column("ZSCLOSEPRICE"), return_ = rows_.Column("MBSYL"), date_ = rows_.Column("EDITDATE"),
-            saveFlag_ = rows_.Column("SAVEFLAG"), isClose_ = rows_.Column("INDEXISCLOSE"),
-            knownTo_ = rows_.Column("KNOWNTO"), portfolioId_ = rows_.Column("MAINID"), code_ = rows_.Column("SECUCODE"),
-            quantity_ = rows_.Column("PZSL"), weight_ = rows_.Column("PZBL"), price_ = rows_.Column("BUYPRICE");
+  QString what_;
+  const int id_ = rows_.Column("ID"), number1_ = rows_.Column("N1"), number2_ = rows_.Column("N2"),
+            number3_ = rows_.Column("N3"), real1_ = rows_.Column("R1"), real2_ = rows_.Column("R2"),
+            name_ = rows_.Column("COMNAME"), style_ = rows_.Column("ZHFG"), date_ = rows_.Column("EDITDATE");
 };
 
 /// Collects what is wrong, a text each.

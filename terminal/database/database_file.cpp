@@ -15,6 +15,7 @@ namespace holdwise::firebird {
 namespace {
 
 constexpr int kHelperTimeoutMs = 30'000;
+constexpr qint64 kBytesAMillisecond = 1000;  // what the slowest disk gives
 // Places in a header page and in the first page of allocated-page bits, on-disk structure 12.
 constexpr int kPageTypeAt = 0;
 constexpr int kPageSizeAt = 16;
@@ -28,7 +29,26 @@ constexpr int kSmallestPage = 4096;
 constexpr int kLargestPage = 16384;
 constexpr int kHeaderBytes = 32;
 
+int HelperTimeoutFor(const QString& file) {
+  return kHelperTimeoutMs + static_cast<int>(QFileInfo(file).size() / kBytesAMillisecond);
+}
+
+Error NotCompleted(const QString& file, const QString& reason) {
+  return {
+      ErrorCategory::TimedOut,
+      QStringLiteral("数据库文件 %1 上次没有正常关闭，这次的检查没有完成（%2），没有打开它；文件没有改动，请再启动一次")
+          .arg(file, reason)
+          .toStdString()};
+}
+
 }  // namespace
+
+Error Damaged(const QString& file, const QString& reason) {
+  return {ErrorCategory::Corrupt,
+          QStringLiteral("数据库文件 %1 已损坏（%2）。请用备份替换它，或把它移走后重新启动（将建立空的数据库）")
+              .arg(file, reason)
+              .toStdString()};
+}
 
 QString MarkerOf(const QString& file) {
   return file + QStringLiteral(".open");
@@ -81,13 +101,13 @@ bool CheckInHelper(const QString& file, const QString& lockFolder) {
     if (::getppid() != parent) ::_exit(kHelperRefused);
   });
   helper.start(program, {file, lockFolder});
-  const bool ended = helper.waitForFinished(kHelperTimeoutMs);
-  if (!ended) {
+  if (!helper.waitForFinished(HelperTimeoutFor(file))) {
     helper.kill();
     helper.waitForFinished(kHelperTimeoutMs);
+    throw NotCompleted(file, QStringLiteral("没有在%1秒内结束").arg(HelperTimeoutFor(file) / 1000));
   }
-  if (ended && helper.exitStatus() == QProcess::NormalExit) {
-    const std::string report = QString::fromUtf8(helper.readAllStandardOutput()).trimmed().toStdString();
+  if (helper.exitStatus() == QProcess::NormalExit) {
+    const QString report = QString::fromUtf8(helper.readAllStandardOutput()).trimmed();
     switch (helper.exitCode()) {
       case kHelperGood: {
         // Opening for writing alone would leave the date of an empty file as it was.
@@ -98,17 +118,18 @@ bool CheckInHelper(const QString& file, const QString& lockFolder) {
       case kHelperBusy:
         throw HeldByAnother(file);
       case kHelperIo:
-        throw Error(ErrorCategory::Io, report);
+        throw Error(ErrorCategory::Io, report.toStdString());
       case kHelperRefused:
-        throw Error(ErrorCategory::Refused, report);
+        throw Error(ErrorCategory::Refused, report.toStdString());
       default:
-        break;
+        throw Damaged(file, report);
     }
   }
-  throw Error(ErrorCategory::Corrupt,
-              QStringLiteral("数据库文件 %1 已损坏，不能打开。请用备份替换它，或把它移走后重新启动（将建立空的数据库）")
-                  .arg(file)
-                  .toStdString());
+  // The engine's own faults are other signals.
+  const int signal = helper.exitCode();
+  if (signal == SIGKILL || signal == SIGTERM || signal == SIGINT || signal == SIGHUP)
+    throw NotCompleted(file, QStringLiteral("检查程序被结束了"));
+  throw Damaged(file, QStringLiteral("数据库引擎读取它时出错退出"));
 }
 
 }  // namespace holdwise::firebird

@@ -17,9 +17,13 @@ namespace holdwise::firebird {
 /// Error(Busy) that tells the user what to do about a file that another program has open.
 [[nodiscard]] Error HeldByAnother(const QString& file);
 
-/// Lets a process of its own read the whole database. Returns when it could; Error(Corrupt) when it failed, crashed or
-/// did not end in time, Error(Busy) when another program holds the file. Without the helper program nothing is checked
-/// and false is returned.
+/// Error(Corrupt) that says why, and what to do about it.
+[[nodiscard]] Error Damaged(const QString& file, const QString& reason);
+
+/// Lets a process of its own read the whole database and the engine check it. Returns true when all is well;
+/// Error(Corrupt) when not or when the engine crashed over it, Error(TimedOut) when the check was not completed (it was
+/// killed or took too long: that says nothing of the file), Error(Busy) when another program holds the file. Without
+/// the helper program nothing is checked and false is returned.
 bool CheckInHelper(const QString& file, const QString& lockFolder);
 
 /// The file whose date says when CheckInHelper last read a whole database.

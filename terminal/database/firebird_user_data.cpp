@@ -115,13 +115,6 @@ void CreateFile(const QString& file) {
   FlushFolder(info.absolutePath());
 }
 
-Error Damaged(const QString& file, const QString& reason) {
-  return {ErrorCategory::Corrupt,
-          QStringLiteral("数据库文件 %1 已损坏（%2）。请用备份替换它，或把它移走后重新启动（将建立空的数据库）")
-              .arg(file, reason)
-              .toStdString()};
-}
-
 void CheckFile(const QString& file, const QString& lockFolder) {
   const QFileInfo info(file);
   if (!QFileInfo(info.absolutePath()).isDir()) {
@@ -140,7 +133,7 @@ void CheckFile(const QString& file, const QString& lockFolder) {
   if (problem.isEmpty() && !QFileInfo::exists(firebird::MarkerOf(file))) return;
   // Not closed last time, or doubtful: a damaged file may take the process that opens it down.
   const bool checked = firebird::CheckInHelper(file, lockFolder);
-  if (!checked && !problem.isEmpty()) throw Damaged(file, problem);
+  if (!checked && !problem.isEmpty()) throw firebird::Damaged(file, problem);
 }
 
 /// True when the marker was not there before.
@@ -198,11 +191,12 @@ std::shared_ptr<Connection> OpenServer(const DatabaseTarget& target) {
       Connection::Place{.attachAgain = [text = target.text, options] { return firebird::Attach(text, options); }});
 }
 
-std::shared_ptr<Connection> OpenFile(const QString& file, const QString& lockFolder) {
+std::shared_ptr<Connection> OpenFile(const QString& file, const QString& lockFolder, bool& wasClosed) {
   const QString folder = QFileInfo(file).absolutePath();
   for (const QString& place : {folder, lockFolder}) firebird::RequireSpace(place, firebird::kBytesToOpen);
   CheckFile(file, lockFolder);
   const bool ownMarker = PutMarker(file);
+  wasClosed = ownMarker;
   firebird::Handle<Firebird::IAttachment> attachment;
   firebird::Status status;
   try {
@@ -213,7 +207,7 @@ std::shared_ptr<Connection> OpenFile(const QString& file, const QString& lockFol
   } catch (const Error& error) {
     firebird::Detach(status, attachment);
     if (ownMarker) QFile::remove(firebird::MarkerOf(file));
-    if (error.Category() == ErrorCategory::Corrupt) throw Damaged(file, QString::fromUtf8(error.what()));
+    if (error.Category() == ErrorCategory::Corrupt) throw firebird::Damaged(file, QString::fromUtf8(error.what()));
     if (error.Category() != ErrorCategory::Busy) throw;
     throw firebird::HeldByAnother(file);
   }
@@ -235,18 +229,21 @@ bool DatabaseTarget::IsServer() const {
 
 class FirebirdUserData::Implementation {
  public:
-  explicit Implementation(std::shared_ptr<Connection> shared) : connection(std::move(shared)), line(connection) {}
+  Implementation(std::shared_ptr<Connection> shared, bool wasFileClosed)
+      : connection(std::move(shared)), line(connection), wasClosed(wasFileClosed) {}
   std::shared_ptr<Connection> connection;
   Session line;
+  const bool wasClosed;
 };
 
 std::unique_ptr<FirebirdUserData> FirebirdUserData::Open(const DatabaseTarget& target, const QString& lockFolder) {
   if (target.text.isEmpty()) throw Error(ErrorCategory::Refused, "没有指定数据库");
   PrepareFirebirdProcess(lockFolder);
-  auto connection =
-      target.IsServer() ? OpenServer(target) : OpenFile(QFileInfo(target.text).absoluteFilePath(), lockFolder);
+  bool wasClosed = true;
+  auto connection = target.IsServer() ? OpenServer(target)
+                                      : OpenFile(QFileInfo(target.text).absoluteFilePath(), lockFolder, wasClosed);
   return std::unique_ptr<FirebirdUserData>(
-      new FirebirdUserData(std::make_unique<Implementation>(std::move(connection))));
+      new FirebirdUserData(std::make_unique<Implementation>(std::move(connection), wasClosed)));
 }
 
 void FirebirdUserData::Check(const DatabaseTarget& target, const QString& lockFolder) {
@@ -261,7 +258,7 @@ void FirebirdUserData::Check(const DatabaseTarget& target, const QString& lockFo
   if (!file.isFile()) throw IoError(QStringLiteral("%1 不是文件").arg(target.text));
   const QString problem = firebird::HeaderProblem(file.absoluteFilePath());
   if (!firebird::CheckInHelper(file.absoluteFilePath(), lockFolder) && !problem.isEmpty())
-    throw Damaged(file.absoluteFilePath(), problem);
+    throw firebird::Damaged(file.absoluteFilePath(), problem);
 }
 
 QString FirebirdUserData::CheckRecordOf(const QString& file) {
@@ -271,6 +268,10 @@ QString FirebirdUserData::CheckRecordOf(const QString& file) {
 FirebirdUserData::FirebirdUserData(std::unique_ptr<Implementation> implementation)
     : implementation_(std::move(implementation)) {}
 FirebirdUserData::~FirebirdUserData() = default;
+
+bool FirebirdUserData::WasClosed() const {
+  return implementation_->wasClosed;
+}
 
 ResultSet FirebirdUserData::Query(const QString& sql) {
   return implementation_->line.Query(sql);
@@ -303,6 +304,15 @@ std::unique_ptr<UserDataSession> FirebirdUserData::OpenSession() {
 
 void FirebirdUserData::Advise(const std::vector<StatementAdvice>& advice) {
   implementation_->connection->Advise(advice);
+}
+
+QString SetDatabaseAside(const QString& file, const QDateTime& now) {
+  const QString stem = file + QLatin1Char('.') + now.toString(QStringLiteral("yyyyMMdd-HHmmss"));
+  QString name = stem + QStringLiteral(".damaged");
+  for (int number = 2; QFileInfo::exists(name); ++number) name = stem + QStringLiteral("_%1.damaged").arg(number);
+  if (QFileInfo::exists(file)) RenameFileAtomically(file, name, Durability::Lasting);
+  QFile::remove(firebird::MarkerOf(file));
+  return name;
 }
 
 }  // namespace holdwise

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QDateTime>
 #include <QString>
 #include <memory>
 
@@ -46,6 +47,9 @@ class FirebirdUserData final : public UserDataServices {
   /// Rolls back what is open and detaches. Sessions still alive keep the file attached until they end.
   ~FirebirdUserData() override;
 
+  /// Had the program that had the file open before closed it? True for a new file and for a server.
+  [[nodiscard]] bool WasClosed() const;
+
   [[nodiscard]] ResultSet Query(const QString& sql) override;
   [[nodiscard]] std::int64_t Count(const QString& sql) override;
   [[nodiscard]] Value Scalar(const QString& sql) override;
@@ -64,5 +68,10 @@ class FirebirdUserData final : public UserDataServices {
   explicit FirebirdUserData(std::unique_ptr<Implementation> implementation);
   std::unique_ptr<Implementation> implementation_;
 };
+
+/// Renames the file of a database that nobody has open to "<file>.YYYYMMDD-HHMMSS.damaged", never over another file,
+/// and takes away its mark of not having been closed. A file that is not there is no failure. @return the new name
+/// Error(Io): nothing has changed.
+QString SetDatabaseAside(const QString& file, const QDateTime& now);
 
 }  // namespace holdwise

@@ -17,7 +17,7 @@ constexpr int kWidest = 900;
 }  // namespace
 
 NoticePage::NoticePage(const QString& title, const QString& text, const QString& commands,
-                       std::function<void()> tryAgain) {
+                       std::vector<NoticeChoice> choices) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->setSpacing(16);
@@ -42,9 +42,15 @@ NoticePage::NoticePage(const QString& title, const QString& text, const QString&
     lines->setFixedHeight(lines->fontMetrics().lineSpacing() * 6);
     layout->addWidget(lines);
   }
-  auto* button = new QPushButton(QStringLiteral("重新检查"));
-  connect(button, &QPushButton::clicked, this, std::move(tryAgain));
-  layout->addWidget(button, 0, Qt::AlignLeft);
+  auto* buttons = new QHBoxLayout;
+  for (NoticeChoice& choice : choices) {
+    auto* button = new QPushButton(choice.caption);
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this, std::move(choice.act));
+    buttons->addWidget(button);
+  }
+  buttons->addStretch(1);
+  layout->addLayout(buttons);
   layout->addStretch(1);
 }
 

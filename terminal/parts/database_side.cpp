@@ -50,7 +50,7 @@ UserDataServices& DatabaseSide::Opened() {
 QStringList DatabaseSide::Open() {
   userData_ = opener_();
   QStringList problems;
-  for (const std::vector<StatementAdvice>& advice : std::exchange(advice_, {})) {
+  for (const std::vector<StatementAdvice>& advice : advice_) {
     try {
       userData_->Advise(advice);
     } catch (const Error& error) {
@@ -79,7 +79,7 @@ std::unique_ptr<UserDataSession> DatabaseSide::OpenSession() {
 }
 
 void DatabaseSide::Advise(const std::vector<StatementAdvice>& advice) {
-  if (userData_ != nullptr) return userData_->Advise(advice);
+  if (userData_ != nullptr) userData_->Advise(advice);
   advice_.push_back(advice);
 }
 

@@ -24,14 +24,16 @@ struct ChangeListener {
 /// from Open on.
 class DatabaseSide final : public UserDataServices, public TLocatDBOper {
  public:
-  /// Waits for the database that is being opened, not null; throws what opening it threw. Called once.
+  /// Waits for the database that is being opened, not null; throws what opening it threw. Called once an Open.
   using Opener = std::function<std::unique_ptr<UserDataServices>()>;
 
   explicit DatabaseSide(Opener opener);
 
   /// Waits for the database; throws what opening it threw. Returns why advice was refused, one text for each that was:
-  /// the database is open all the same.
+  /// the database is open all the same. May be called again after a failure and after Close.
   [[nodiscard]] QStringList Open();
+  /// Detaches; nobody uses the database.
+  void Close() { userData_.reset(); }
 
   [[nodiscard]] ResultSet Query(const QString& sql) override { return Opened().Query(sql); }
   [[nodiscard]] std::int64_t Count(const QString& sql) override { return Opened().Count(sql); }
@@ -53,7 +55,7 @@ class DatabaseSide final : public UserDataServices, public TLocatDBOper {
   Opener opener_;
   std::unique_ptr<UserDataServices> userData_;
   ChangeListener listener_;
-  std::vector<std::vector<StatementAdvice>> advice_;  ///< of the time before opening
+  std::vector<std::vector<StatementAdvice>> advice_;  ///< for each opening
 };
 
 }  // namespace holdwise

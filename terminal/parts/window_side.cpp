@@ -2,8 +2,10 @@
 #include "parts/window_side.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QFontMetrics>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <utility>
 
 #include "pages/notice_page.h"
@@ -40,6 +42,7 @@ WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
   window_.SetBusState(false);
   messageBoxes_.SetWindow(&window_);
   process_.Log().SetFailureListener([this](const QString& text) {
+    PrintError(text);
     QMetaObject::invokeMethod(
         &window_, [this, text] { window_.TellFailure(text); }, Qt::QueuedConnection);
   });
@@ -90,11 +93,35 @@ void WindowSide::ShowObstacle(const QString& title, const QString& text, const Q
     advice += QStringLiteral("\n\n下面两条命令生成一份模拟行情；自己的日线数据也用第二条命令转换。");
   PrintError(title + QStringLiteral("：") + advice + (commands.isEmpty() ? QString() : QLatin1Char('\n') + commands));
   if (process_.Asked().IsBatch()) return;
-  obstacle_ = std::make_unique<NoticePage>(title, advice, commands, [this, again = std::move(tryAgain)] {
-    // Leaves the button's own handler first: what follows removes the page.
-    QTimer::singleShot(0, &window_, again);
-  });
+  NoticeChoice again{QStringLiteral("重新检查"), [this, act = std::move(tryAgain)] {
+                       // Leaves the button's own handler first: what follows removes the page.
+                       QTimer::singleShot(0, &window_, act);
+                     }};
+  obstacle_ = std::make_unique<NoticePage>(title, advice, commands, std::vector<NoticeChoice>{std::move(again)});
   window_.Area().ShowFrame(obstacle_.get());
+}
+
+int WindowSide::Choose(const QString& title, const QString& text, const QStringList& choices) {
+  process_.Log().WriteLog(title + QStringLiteral("：") + text);
+  PrintError(title + QStringLiteral("：") + text);
+  if (process_.Asked().IsBatch()) return kNothingChosen;
+  window_.show();
+  // A dialog and not a page of the window: nothing else may be used until it is answered.
+  QDialog dialog(&window_);
+  dialog.setWindowTitle(title);
+  int chosen = kNothingChosen;
+  std::vector<NoticeChoice> buttons;
+  for (int number = 0; number < choices.size(); ++number) {
+    buttons.push_back({choices[number], [&dialog, &chosen, number] {
+                         chosen = number;
+                         dialog.accept();
+                       }});
+  }
+  auto* layout = new QVBoxLayout(&dialog);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(new NoticePage(title, text, QString(), std::move(buttons)));
+  dialog.exec();
+  return chosen;
 }
 
 void WindowSide::ClearObstacle() {

@@ -44,6 +44,11 @@ class WindowSide {
   /// What stands in the way of the views: a line on standard error and in the log and, unless in a batch, a page with a
   /// button that calls `tryAgain`. `commands`: command lines that help; may be empty.
   void ShowObstacle(const QString& title, const QString& text, const QString& commands, std::function<void()> tryAgain);
+  static constexpr int kNothingChosen = -1;
+  /// What has to be answered before the terminal goes on: a line on standard error and in the log and, unless in a
+  /// batch, a page over the window with a button for each choice. @return the number of the one that was pressed;
+  /// kNothingChosen when the page was closed, the terminal is to end, or in a batch
+  [[nodiscard]] int Choose(const QString& title, const QString& text, const QStringList& choices);
   /// Takes that page away.
   void ClearObstacle();
   /// Says in title and status bar which market is shown, and from now on whether its prices are the latest.

@@ -248,6 +248,8 @@ QString NameProblem(const QString& name) {
   }
   if (!FitsAsName(name)) return QStringLiteral("组合名称中的附加符号太多");
   const auto bad = std::find_if_not(name.begin(), name.end(), IsNameCharacter);
+  if (bad == name.end() && HasInvisible(name))
+    return QStringLiteral("组合名称“%1”含有换行、制表符等看不见的字符，请删去后再导入").arg(name);
   if (bad == name.end()) return {};
   return QStringLiteral("组合名称“%1”含有不允许的字符“%2”（只允许汉字、字母、数字和 ( ) - _）").arg(name, *bad);
 }

@@ -47,8 +47,14 @@ int MessageBoxes::Vex_MessageBox(const QString& text, const QString& caption, in
   box.setTextFormat(Qt::PlainText);
   box.setIconPixmap(Sign(style == kQuestion ? u'?' : u'i', box));
   QPushButton* ok = box.addButton(QStringLiteral("确定"), QMessageBox::AcceptRole);
-  box.setDefaultButton(ok);
-  if (buttons == kOkCancel) box.setEscapeButton(box.addButton(QStringLiteral("取消"), QMessageBox::RejectRole));
+  QPushButton* standard = ok;
+  if (buttons == kOkCancel) {
+    QPushButton* cancel = box.addButton(QStringLiteral("取消"), QMessageBox::RejectRole);
+    box.setEscapeButton(cancel);
+    // A key that was meant for the list behind the question must not answer it.
+    if (style == kQuestion) standard = cancel;
+  }
+  box.setDefaultButton(standard);
   box.exec();
   return box.clickedButton() == ok ? kAnswerOk : kAnswerCancel;
 }

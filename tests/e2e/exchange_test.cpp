@@ -83,13 +83,34 @@ TEST_F(ExchangeFiles, ThatAreDamagedAreNotHalfRead) {
   merge[merge.size() / 2] = static_cast<char>(~merge[merge.size() / 2]);
   WriteFileAtomically(Work(kPair[1]), merge, Durability::Replaceable);
 
-  EXPECT_TRUE(bench_.Export("2001-strngrd").empty());
-  EXPECT_EQ(Bytes(Work(kPair[0] + ".bad")), detail);
-  EXPECT_EQ(Bytes(Work(kPair[1] + ".bad")), merge);
+  const Outcome exported = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
+  EXPECT_EQ(exported.exitCode, 1);
+  EXPECT_TRUE(exported.err.contains("退出时保存的组合没有读入")) << exported.err.toStdString();
+  EXPECT_TRUE(Rows("after", "2001-strngrd").empty());
+  const auto kept = [this](const QString& name) {
+    const QStringList files = QDir(bench_.Work()).entryList({name + ".2*.bad"});
+    return files.size() == 1 ? Bytes(Work(files[0])) : QByteArray("(not one)");
+  };
+  EXPECT_EQ(kept(kPair[0]), detail);
+  EXPECT_EQ(kept(kPair[1]), merge);
   EXPECT_EQ(Ids(kPair[0]).second, 0U) << "holdings were left behind";
   const QString log = QString::fromUtf8(Bytes(bench_.Work() + "/log/terminal.log"));
   EXPECT_TRUE(log.contains("Holdwise.bpl->Untcommon->LoadZHFile 发生错误!错误信息:")) << log.toStdString();
   EXPECT_TRUE(log.contains(kPair[1])) << log.toStdString();
+}
+
+TEST_F(ExchangeFiles, BelongToOneDatabase) {
+  const QString csv = bench_.Write("more.csv", "name,code,quantity,price\n丙,600003,100,3.00\n丙,600004,100,4.00\n");
+  // The lost one, made anew, inherits.
+  ASSERT_EQ(RunTerminal(bench_.Arguments({"--export", bench_.File("again")})).exitCode, 0);
+  EXPECT_EQ(Rows("again", "2001-strngrd"), Rows("before", "2001-strngrd"));
+  const QByteArray own = Bytes(Work(kPair[0])) + Bytes(Work(kPair[1]));
+  const Outcome other = RunTerminal(
+      bench_.Arguments({"--db", bench_.File("other.fdb"), "--import", csv, "--export", bench_.File("other")}));
+  EXPECT_EQ(other.exitCode, 0) << other.err.toStdString();
+  EXPECT_TRUE(other.err.contains("属于另一个数据库")) << other.err.toStdString();
+  ASSERT_EQ(Rows("other", "2001-strngrd").size(), 1U) << "it has not inherited";
+  EXPECT_EQ(Bytes(Work(kPair[0])) + Bytes(Work(kPair[1])), own) << "nor written";
 }
 
 }  // namespace

@@ -102,6 +102,43 @@ TEST_F(PerformanceDeletion, AFailingStatementIsLoggedAndTheViewStaysUsable) {
   EXPECT_EQ(Rows(QStringLiteral("alg_commain")), 1);
 }
 
+// Another program wrote it: pasted into the statement it would be true of every portfolio.
+TEST_F(PerformanceDeletion, ANameWithAQuoteIsNoPieceOfAStatement) {
+  bench.AddPortfolio(1, QStringLiteral("x'' or ''1''=''1"), {{1600000, 100, 1, 9}});
+  bench.AddPortfolio(2, QStringLiteral("进取"), ThreeHoldings());
+  Open();
+  const QString name = QStringLiteral("x' or '1'='1");
+  ASSERT_EQ(portfolios->Cells(kName, 1), name);
+  PressPicture(1);
+  EXPECT_EQ(Rows(QStringLiteral("alg_commain")), 2);
+  EXPECT_EQ(Rows(QStringLiteral("alg_comdetail")), 4);
+  ASSERT_FALSE(bench.host.debug.Failures().empty()) << "the user is told";
+  EXPECT_TRUE(bench.host.debug.Failures().back().contains(QStringLiteral("组合名称含有引号"))) << name.toStdString();
+}
+
+TEST_F(PerformanceDeletion, TheNewestOnesQuoteKeepsNobodyFromTheOthers) {
+  bench.AddPortfolio(1, QStringLiteral("进取"), ThreeHoldings());
+  bench.AddPortfolio(2, QStringLiteral("x'' or ''1''=''1"), {{1600000, 100, 1, 9}});
+  Open();
+  ASSERT_EQ(portfolios->RowCount(), 2);
+  QTest::keyClick(portfolios, Qt::Key_Delete);
+  EXPECT_EQ(Rows(QStringLiteral("alg_commain")), 2);
+  Click(*portfolios, kName, 1);
+  EXPECT_EQ(holdings->RowCount(), 3);
+  PressPicture(1);
+  EXPECT_EQ(Rows(QStringLiteral("alg_commain")), 1);
+}
+
+TEST_F(PerformanceDeletion, IsLoggedWithTheName) {
+  OpenWithTwo();
+  bench.host.messageBoxes.answers = {2, 1};
+  PressPicture(0);
+  EXPECT_TRUE(bench.host.debug.Lines().empty()) << "refused";
+  PressPicture(0);
+  ASSERT_EQ(bench.host.debug.Lines().size(), 1U);
+  EXPECT_TRUE(bench.host.debug.Lines().front().contains(QStringLiteral("已删除组合“进取”")));
+}
+
 TEST_F(PerformanceDeletion, TheQuestionsPortfolioGoesEvenWhenTheListMovesBehindIt) {
   OpenWithTwo();
   bench.host.messageBoxes.whileAsking = [&] {

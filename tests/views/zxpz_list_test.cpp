@@ -210,6 +210,30 @@ TEST_F(EditorList, ThePressedPictureStaysWhileAMessageWaits) {
   EXPECT_EQ(CellOf(kOperation, 0), before);
 }
 
+// Another program wrote it: pasted into a statement it would be true of every portfolio.
+TEST_F(EditorList, ANameWithAQuoteIsNoPieceOfAStatement) {
+  bench.AddPortfolio(1, QStringLiteral("x'' or ''1''=''1"), {{1600000, 100, 0.5, 3}, {1000001, 100, 0.5, 9}}, 0);
+  bench.AddPortfolio(2, QStringLiteral("稳健"), {{1600000, 100, 0.5, 3}, {1000001, 100, 0.5, 9}}, 0);
+  OpenEditor();
+  const QStringList tables = Tables();
+  ASSERT_EQ(portfolios->Cells(kName, 0), QStringLiteral("x' or '1'='1"));
+  for (const Link link : {kSave, kDelete, kModify}) {
+    const std::size_t told = bench.host.debug.Failures().size();
+    Press(link, 0);
+    EXPECT_EQ(Tables(), tables);
+    ASSERT_GT(bench.host.debug.Failures().size(), told);
+    EXPECT_TRUE(bench.host.debug.Failures().back().contains(QStringLiteral("组合名称含有引号")));
+    EXPECT_FALSE(bench.database.Service().InTransaction());
+  }
+}
+
+TEST_F(EditorList, ADeletionIsLoggedWithTheName) {
+  OpenWithThree();
+  Press(kDelete, 0);
+  ASSERT_EQ(bench.host.debug.Lines().size(), 1U);
+  EXPECT_TRUE(bench.host.debug.Lines().front().contains(QStringLiteral("已删除组合“稳健”")));
+}
+
 TEST_F(EditorList, CaptionsHaveOneLineUntilTheListIsNarrow) {
   OpenWithThree(1000);
   EXPECT_EQ(CaptionsOver(*portfolios),

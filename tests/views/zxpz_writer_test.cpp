@@ -238,6 +238,16 @@ TEST_F(EditorWriter, ADeletionTakesHoldingsAndHeader) {
   EXPECT_EQ(Holdings().size(), 2);
 }
 
+TEST_F(EditorWriter, ADeletionLeavesNoHoldingsOfNamesakes) {
+  Stored();
+  // An exchange file may bring two portfolios of one name.
+  ASSERT_EQ(Create(real.Service(), Draft("另一个")), CreateResult::Created);
+  real.Service().Execute(QStringLiteral("update alg_commain set COMNAME = '稳健'"));
+  EXPECT_EQ(Deletion(database).Run(QStringLiteral("稳健")), Deletion::Result::Deleted);
+  EXPECT_TRUE(Headers().isEmpty());
+  EXPECT_TRUE(Holdings().isEmpty());
+}
+
 TEST_F(EditorWriter, WithoutAnAnswerADeletionIsRolledBack) {
   Stored();
   const QStringList before = Tables();

@@ -9,9 +9,11 @@
 namespace holdwise {
 namespace {
 
-/// No space, no file, no connection, a lock: what the user can do something about, or wait for.
+/// No space, no file, no connection, a lock, a name that cannot be used: what the user can do something about, or wait
+/// for.
 bool ConcernsUser(const Error& error) {
-  return error.Category() == ErrorCategory::Io || error.Category() == ErrorCategory::Busy;
+  return error.Category() == ErrorCategory::Io || error.Category() == ErrorCategory::Busy ||
+         error.Category() == ErrorCategory::Refused;
 }
 
 }  // namespace
@@ -33,6 +35,10 @@ void LogCurrentException(const QString& unit, const QString& routine) {
   } catch (...) {
     LogFailure(unit, routine, QStringLiteral("unknown exception"));
   }
+}
+
+void LogDeletion(const QString& portfolioName) {
+  ModuleHost().Debug().WriteLog(QStringLiteral("用户已删除组合“%1”，可用“文件→恢复…”找回").arg(portfolioName));
 }
 
 }  // namespace holdwise

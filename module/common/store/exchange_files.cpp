@@ -1,17 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "common/store/exchange_files.h"
 
-#include <QFile>
-#include <QFileInfo>
-#include <algorithm>
-#include <utility>
+#include <optional>
 
 #include "common/host/debug_log.h"
 #include "common/host/host_access.h"
-#include "common/store/cell_literal.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
-#include "holdwise/packet/number_text.h"
+#include "exchange_pair.h"
+#include "exchange_rows.h"
 #include "holdwise/packet/packet_file.h"
 
 namespace holdwise {
@@ -19,116 +16,145 @@ namespace {
 
 const QString kUnit = QStringLiteral("Untcommon");
 
-QString DetailPath() {
-  return ModuleHost().SysWorkDataPath() + QStringLiteral("TZZHDetail.dat");
-}
-
-QString MergePath() {
-  return ModuleHost().SysWorkDataPath() + QStringLiteral("TZZHMerge.dat");
-}
-
-/// A file of a pair that is still being replaced.
-QString NewName(const QString& path) {
-  return path + QStringLiteral(".new");
-}
-
-bool IsFile(const QString& path) {
-  return QFileInfo(path).isFile();
-}
-
-/// Puts the new pair in the place of the old one. The detail file goes first, so a new merge file that stands alone
-/// means that the pair was complete and only its second half is not in place yet.
-void PlaceNewPair() {
-  RenameFileAtomically(NewName(DetailPath()), DetailPath(), Durability::Lasting);
-  RenameFileAtomically(NewName(MergePath()), MergePath(), Durability::Lasting);
-}
-
-/// Brings a replacement to its end that was interrupted between its steps.
-void FinishInterruptedSave() {
-  const bool hasDetail = IsFile(NewName(DetailPath()));
-  const bool hasMerge = IsFile(NewName(MergePath()));
-  if (hasDetail && hasMerge) {
-    PlaceNewPair();
-  } else if (hasMerge) {
-    RenameFileAtomically(NewName(MergePath()), MergePath(), Durability::Lasting);
-  } else if (hasDetail) {
-    QFile::remove(NewName(DetailPath()));
-  }
-}
-
-void WritePair(const ResultSet& holdings, const ResultSet& portfolios) {
-  FinishInterruptedSave();
-  WritePacketFile(NewName(DetailPath()), holdings, Durability::Lasting);
-  try {
-    WritePacketFile(NewName(MergePath()), portfolios, Durability::Lasting);
-  } catch (...) {
-    // The merge file first: left alone it would pass for the second half of a complete pair.
-    QFile::remove(NewName(MergePath()));
-    if (!IsFile(NewName(MergePath()))) QFile::remove(NewName(DetailPath()));
-    throw;
-  }
-  PlaceNewPair();
-}
-
-/// How a field of a file may stand in a statement.
-enum class Kind { Integer, Number, Quotable };
-
-template <typename Texts>
-struct FileColumn {
-  const char* name;
-  Kind kind;
-  QString Texts::*text;
+/// What the last LoadZHFile left to be said and done.
+struct LoadState {
+  QString problem;
+  /// The pair was not read for a reason that may pass: an empty database must not take its place.
+  bool isDue = false;
 };
 
-constexpr FileColumn<sql::HoldingTexts> kHoldingColumns[] = {
-    {"ID", Kind::Integer, &sql::HoldingTexts::id},         {"MAINID", Kind::Integer, &sql::HoldingTexts::portfolioId},
-    {"SecuCode", Kind::Integer, &sql::HoldingTexts::code}, {"PZSL", Kind::Number, &sql::HoldingTexts::quantity},
-    {"PZBL", Kind::Number, &sql::HoldingTexts::weight},    {"BUYPRICE", Kind::Number, &sql::HoldingTexts::buyPrice}};
-constexpr FileColumn<sql::PortfolioTexts> kPortfolioColumns[] = {
-    {"ID", Kind::Integer, &sql::PortfolioTexts::id},
-    {"COMNAME", Kind::Quotable, &sql::PortfolioTexts::name},
-    {"ZSCLOSEPRICE", Kind::Number, &sql::PortfolioTexts::indexClose},
-    {"EDITDATE", Kind::Quotable, &sql::PortfolioTexts::editDate},
-    {"SAVEFLAG", Kind::Integer, &sql::PortfolioTexts::saveFlag}};
-
-QString TextOf(const ResultSet& rows, int row, const char* name, Kind kind) {
-  const int column = rows.Column(name);
-  if (kind == Kind::Quotable) return sql::QuotableText(rows, row, column);
-  return QString::fromStdString(kind == Kind::Integer ? sql::IntegerLiteral(rows, row, column)
-                                                      : sql::NumberLiteral(rows, row, column));
+LoadState& State() {
+  static LoadState state;
+  return state;
 }
 
-/// Inserts every row of a file and moves the generator of its table past the ids.
-template <typename Texts, std::size_t count>
-void Restore(DatabaseStatements& database, const ResultSet& rows, const FileColumn<Texts> (&columns)[count],
-             QString (*insert)(const Texts& texts), QString (*setGenerator)(qint64 value)) {
-  std::int64_t largestId = 0;
-  for (int row = 0; row < rows.RowCount(); ++row) {
-    Texts texts;
-    for (const FileColumn<Texts>& column : columns) texts.*column.text = TextOf(rows, row, column.name, column.kind);
-    largestId = std::max(largestId, IntegerOr(texts.id));
-    MustExecute(database, insert(texts));
-  }
-  MustExecute(database, setGenerator(largestId));
+struct Pair {
+  ResultSet holdings;
+  ResultSet portfolios;
+};
+
+Pair ReadPair() {
+  return {ReadPacketFile(exchange::DetailPath()), ReadPacketFile(exchange::MergePath())};
 }
 
-void RequireBoth() {
-  for (const QString& path : {DetailPath(), MergePath()}) {
-    if (!IsFile(path)) throw Error(ErrorCategory::NotFound, (path + QStringLiteral("：文件不存在")).toStdString());
+/// Why the rows cannot be what a person has entered; empty when they can.
+QString DoubtAbout(const Pair& pair) {
+  try {
+    exchange::RequirePlausible(pair.holdings, pair.portfolios);
+    const QString name = exchange::WithoutHoldings(pair.holdings, pair.portfolios);
+    return name.isEmpty() ? QString() : QStringLiteral("组合“%1”没有持股").arg(name);
+  } catch (const Error& error) {
+    return QString::fromUtf8(error.what());
   }
 }
 
-void ImportPair(DatabaseStatements& database) {
+/// What is lost when a new pair takes the place of the one in the folder.
+struct Loss {
+  bool isAny = false;
+  QString doubt;  ///< why it is no loss that a person can have meant; empty when it may be one
+};
+
+Loss LossBy(const Pair& next) {
+  if (!exchange::HasAny()) return {};
+  std::optional<Pair> earlier;
+  try {
+    earlier = ReadPair();
+  } catch (const Error&) {  // nobody knows what is in it
+    return {true, {}};
+  }
+  const QString doubt = DoubtAbout(next);
+  const bool wasSound = !earlier->portfolios.IsEmpty() && DoubtAbout(*earlier).isEmpty();
+  if (wasSound && !doubt.isEmpty()) return {true, doubt};
+  return {next.holdings.RowCount() < earlier->holdings.RowCount() ||
+              next.portfolios.RowCount() < earlier->portfolios.RowCount(),
+          {}};
+}
+
+void SavePair(const Pair& pair, const exchange::Identity& database) {
+  if (exchange::IsOfAnother(exchange::OwnerOfPair(), database)) return;  // said when it was not read
+  exchange::FinishInterruptedSave();
+  if (State().isDue && pair.portfolios.IsEmpty() && pair.holdings.IsEmpty()) return;
+  const Loss loss = LossBy(pair);
+  const QString time = exchange::Replace(pair.holdings, pair.portfolios, loss.isAny);
+  exchange::NoteOwner(database);
+  if (time.isEmpty()) return;
+  QString text =
+      QStringLiteral("保存的组合比原先的少，原先的一份另存为 TZZHDetail.dat.%1.kept 和 TZZHMerge.dat.%1.kept")
+          .arg(time);
+  if (!loss.doubt.isEmpty()) text = QStringLiteral("数据库里的组合可能已损坏：%1。").arg(loss.doubt) + text;
+  ModuleHost().Debug().WriteLog(text);
+  if (!loss.doubt.isEmpty()) ModuleHost().Debug().TellFailure(text);
+}
+
+/// May it be gone the next time, without anybody changing the files?
+bool MayPass(const Error& error) {
+  return error.Category() == ErrorCategory::Io || error.Category() == ErrorCategory::Busy ||
+         error.Category() == ErrorCategory::TimedOut;
+}
+
+void ImportPair(UserDataServices& database) {
+  exchange::RequireBoth();
+  const Pair pair = ReadPair();
+  exchange::RequirePlausible(pair.holdings, pair.portfolios);
   TransactionScope transaction(database);
-  Restore(database, ReadPacketFile(DetailPath()), kHoldingColumns, sql::RestoreHolding, sql::SetHoldingGenerator);
-  Restore(database, ReadPacketFile(MergePath()), kPortfolioColumns, sql::RestorePortfolio, sql::SetPortfolioGenerator);
+  exchange::Insert(database, pair.holdings, pair.portfolios);
   transaction.Commit();
 }
 
-/// Renamed and not copied: that works on a full disk too.
-void KeepRefusedPair() {
-  for (const QString& path : {DetailPath(), MergePath()}) {
-    if (IsFile(path)) RenameFileAtomically(path, path + QStringLiteral(".bad"), Durability::Lasting);
+/// Sets aside what can never be read, because the next save writes a new pair. @return what is said of it
+QString SetAside(const QString& reason) {
+  try {
+    const QString time = exchange::SetAside();
+    State().isDue = false;
+    return QStringLiteral(
+               "退出时保存的组合没有读入（%1）；文件已改名为 TZZHDetail.dat.%2.bad 和 TZZHMerge.dat.%2.bad，"
+               "可用“文件→恢复…”从备份找回组合")
+        .arg(reason, time);
+  } catch (const Error& error) {
+    return QStringLiteral("退出时保存的组合没有读入（%1），文件也没有能改名保留（%2）")
+        .arg(reason, QString::fromUtf8(error.what()));
+  }
+}
+
+[[noreturn]] void Refuse(const Error& error) {
+  const QString reason = QString::fromUtf8(error.what());
+  const bool isPassing = MayPass(error);
+  State().problem = isPassing
+                        ? QStringLiteral("退出时保存的组合这次没有读入（%1）；文件没有改动，下次启动再读").arg(reason)
+                        : SetAside(reason);
+  throw Error(isPassing ? error.Category() : ErrorCategory::Refused, State().problem.toStdString());
+}
+
+/// False when there is nothing to read.
+bool LoadFiles(UserDataServices& database) {
+  exchange::FinishInterruptedSave();
+  if (!exchange::HasAny()) {
+    State().isDue = false;
+    return false;
+  }
+  const exchange::Identity owner = exchange::OwnerOfPair();
+  if (exchange::IsOfAnother(owner, exchange::IdentityOf(database))) {
+    const QString text =
+        QStringLiteral("工作目录里保存的组合属于另一个数据库（%1），没有读入，退出时也不代替它").arg(owner.place);
+    ModuleHost().Debug().WriteLog(text);
+    ModuleHost().Debug().TellFailure(text);
+    return false;
+  }
+  ImportPair(database);
+  State().isDue = false;
+  return true;
+}
+
+bool Load() {
+  UserDataServices& database = Database();
+  if (database.Count(sql::kCountHoldings) + database.Count(sql::kCountPortfolios) > 0) {
+    State().isDue = false;
+    return false;
+  }
+  try {
+    return LoadFiles(database);
+  } catch (const Error& error) {
+    Refuse(error);
   }
 }
 
@@ -138,9 +164,10 @@ void SaveZHFile() {
   try {
     UserDataServices& database = Database();
     TransactionScope transaction(database);
-    const ResultSet holdings = database.Query(sql::kAllHoldings);
-    const ResultSet portfolios = database.Query(sql::kAllPortfolios);
-    WritePair(holdings, portfolios);
+    Pair pair;
+    pair.holdings = database.Query(sql::kAllHoldings);
+    pair.portfolios = database.Query(sql::kAllPortfolios);
+    SavePair(pair, exchange::IdentityOf(database));
     transaction.Commit();
   } catch (...) {
     LogCurrentException(kUnit, QStringLiteral("SaveZHFile"));
@@ -148,23 +175,17 @@ void SaveZHFile() {
 }
 
 bool LoadZHFile() {
+  State() = {{}, true};
   try {
-    UserDataServices& database = Database();
-    if (database.Count(sql::kCountHoldings) + database.Count(sql::kCountPortfolios) > 0) return false;
-    FinishInterruptedSave();
-    if (!IsFile(DetailPath()) && !IsFile(MergePath())) return false;
-    try {
-      RequireBoth();
-      ImportPair(database);
-      return true;
-    } catch (...) {
-      KeepRefusedPair();
-      throw;
-    }
+    return Load();
   } catch (...) {
     LogCurrentException(kUnit, QStringLiteral("LoadZHFile"));
     return false;
   }
+}
+
+const QString& ExchangeProblem() {
+  return State().problem;
 }
 
 }  // namespace holdwise

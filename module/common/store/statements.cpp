@@ -3,6 +3,7 @@
 
 #include "common/helpers/date_text.h"
 #include "common/helpers/day_range.h"
+#include "holdwise/packet/error.h"
 
 namespace holdwise::sql {
 namespace {
@@ -11,10 +12,22 @@ QString Quoted(const QString& text) {
   return QLatin1Char('\'') + text + QLatin1Char('\'');
 }
 
+/// A quote would end the literal, and what follows it would be a statement of its own.
+const QString& WithoutQuote(const QString& text, const QString& what) {
+  if (text.contains(QLatin1Char('\''))) {
+    throw Error(ErrorCategory::Refused, QStringLiteral("%1含有引号：“%2”，没有执行").arg(what, text).toStdString());
+  }
+  return text;
+}
+
+QString Named(const QString& name) {
+  return Quoted(WithoutQuote(name, QStringLiteral("组合名称")));
+}
+
 }  // namespace
 
 QString PortfolioByName(const QString& name) {
-  return QStringLiteral("select * from alg_commain where COMNAME = ") + Quoted(name);
+  return QStringLiteral("select * from alg_commain where COMNAME = ") + Named(name);
 }
 
 QString DeleteRecord(const QString& name) {
@@ -30,7 +43,7 @@ QString DeleteRecord(const QString& name) {
       "    delete from alg_comdetail where mainid = :id;\n"
       "  end\n"
       "end");
-  return QString(kBlock).replace(QStringLiteral("%s"), name);
+  return QString(kBlock).replace(QStringLiteral("%s"), WithoutQuote(name, QStringLiteral("组合名称")));
 }
 
 QString HoldingsOf(const QString& portfolioId) {
@@ -42,7 +55,7 @@ QString CodesOf(const QString& portfolioId) {
 }
 
 QString CountOfName(const QString& name) {
-  return QStringLiteral("select count(COMNAME) from alg_commain where COMNAME=") + Quoted(name);
+  return QStringLiteral("select count(COMNAME) from alg_commain where COMNAME=") + Named(name);
 }
 
 QString CountOfNameElsewhere(const QString& name, std::int64_t portfolioId) {
@@ -50,15 +63,15 @@ QString CountOfNameElsewhere(const QString& name, std::int64_t portfolioId) {
 }
 
 QString IdOfName(const QString& name) {
-  return QStringLiteral("select ID from alg_commain where COMNAME =") + Quoted(name);
+  return QStringLiteral("select ID from alg_commain where COMNAME =") + Named(name);
 }
 
 QString FinishedOfName(const QString& name) {
-  return QStringLiteral("select ISFINISHED from alg_commain where COMNAME=") + Quoted(name);
+  return QStringLiteral("select ISFINISHED from alg_commain where COMNAME=") + Named(name);
 }
 
 QString SavePortfolio(const QString& name) {
-  return QStringLiteral("Update alg_commain set SAVEFLAG = 1 where COMNAME =") + Quoted(name);
+  return QStringLiteral("Update alg_commain set SAVEFLAG = 1 where COMNAME =") + Named(name);
 }
 
 QString DeletePortfolio(std::int64_t portfolioId) {
@@ -66,7 +79,7 @@ QString DeletePortfolio(std::int64_t portfolioId) {
 }
 
 QString DeletePortfolioByName(const QString& name) {
-  return QStringLiteral("Delete from alg_commain where COMNAME =") + Quoted(name);
+  return QStringLiteral("Delete from alg_commain where COMNAME =") + Named(name);
 }
 
 QString DeleteHoldings(std::int64_t portfolioId) {
@@ -88,10 +101,11 @@ QString UndoHoldings(std::int64_t portfolioId) {
 }
 
 QString InsertProposal(const ProposalTexts& proposal) {
-  const QStringList values{
-      proposal.id,           Quoted(proposal.style), proposal.targetReturn, proposal.variance,
-      proposal.beta,         proposal.indexClose,    QStringLiteral("0"),   Quoted(proposal.editDate),
-      Quoted(proposal.name), QStringLiteral("1")};
+  const QStringList values{proposal.id,           Quoted(WithoutQuote(proposal.style, QStringLiteral("组合风格"))),
+                           proposal.targetReturn, proposal.variance,
+                           proposal.beta,         proposal.indexClose,
+                           QStringLiteral("0"),   Quoted(proposal.editDate),
+                           Named(proposal.name),  QStringLiteral("1")};
   return QStringLiteral(
              "insert into alg_commain "
              "(ID,ZHFG,MBSYL,FC,BETA,ZSCLOSEPRICE,ISFINISHED,EDITDATE,COMNAME,SAVEFLAG)values(") +
@@ -106,7 +120,7 @@ QString CopyPortfolio(std::int64_t id, std::int64_t copyId, const QString& copyN
   return QStringLiteral(
              "insert into alg_commain (ID,COMNAME,ZHFG,ZSCLOSEPRICE,MBSYL,FC,BETA,ISFINISHED,EDITDATE,SAVEFLAG) select "
              "%1,%2,ZHFG,ZSCLOSEPRICE,0,0,0,0,EDITDATE,0 from alg_commain where ID = %3")
-      .arg(QString::number(copyId), Quoted(copyName), QString::number(id));
+      .arg(QString::number(copyId), Named(copyName), QString::number(id));
 }
 
 QString CopyHoldings(std::int64_t portfolioId, std::int64_t copyId) {
@@ -137,7 +151,7 @@ QString RestoreHolding(const HoldingTexts& holding) {
 QString RestorePortfolio(const PortfolioTexts& portfolio) {
   return QStringLiteral(
              "insert into alg_commain (ID,COMNAME,ZSCLOSEPRICE,MBSYL,FC,BETA,ISFINISHED,EDITDATE,SAVEFLAG)values(") +
-         portfolio.id + QLatin1Char(',') + Quoted(portfolio.name) + QLatin1Char(',') + portfolio.indexClose +
+         portfolio.id + QLatin1Char(',') + Named(portfolio.name) + QLatin1Char(',') + portfolio.indexClose +
          QStringLiteral(",0,0,0,0,") + Quoted(portfolio.editDate) + QLatin1Char(',') + portfolio.saveFlag +
          QLatin1Char(')');
 }

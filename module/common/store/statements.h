@@ -7,8 +7,8 @@
 #include "common/helpers/day_range.h"
 
 /// Every statement of the module, once. Values are pasted in as they stand, as the host's service expects them: numbers
-/// and day numbers plain, names and dates in single quotes, nothing escaped. A name with a single quote therefore
-/// breaks its statement, and the database refuses it.
+/// and day numbers plain, names and dates in single quotes, nothing escaped. A name with a single quote would become a
+/// piece of its statement: wherever it comes from, there is Error(Refused) and no statement.
 namespace holdwise::sql {
 
 /// Portfolios.
@@ -95,6 +95,12 @@ struct PortfolioTexts {
 /// A text as a literal that keeps every character: single quotes are doubled. For texts of files, which must survive as
 /// they are; names that a view takes from the user are pasted without it.
 [[nodiscard]] QString TextLiteral(const QString& text);
+
+/// Which database this is, where it says so: 1 for the first when it can, ID and PLACE for the second.
+inline const QString kCountIdentityTables =
+    QStringLiteral("select count(*) from rdb$relations where rdb$relation_name = 'HOLDWISE_IDENTITY'");
+inline const QString kIdentity =
+    QStringLiteral("select ID,rdb$get_context('SYSTEM','DB_NAME') as PLACE from holdwise_identity");
 
 /// Index risk data and the stress test.
 inline const QString kDeviations =

@@ -120,6 +120,7 @@ void TFrm_ZHBX::AskAndDelete(int row) {
   const QString name = list_->Grid().Cells(performance::kName, row);
   if (!Agrees(QStringLiteral("是否真的要删除当前组合?")) || alive.isNull()) return;
   Database().Execute(sql::DeleteRecord(name));
+  LogDeletion(name);
   list_->ReflashData();
   PortfoliosChanged();
 }

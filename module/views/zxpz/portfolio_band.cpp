@@ -7,6 +7,7 @@
 #include "common/frames/frame_parts.h"
 #include "common/frames/portfolio_list.h"
 #include "common/grid/operation_picture.h"
+#include "common/host/event_guard.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
 #include "portfolio_rows.h"
@@ -105,7 +106,13 @@ int PortfolioBand::TitleWidth() const {
 
 void PortfolioBand::ShowDetails(int row) {
   if (row < 0) return;
-  const auto id = Database().Count(sql::PortfolioByName(List().Cells(editor::kName, row)));
+  QString statement;
+  // A name that no statement can hold must not keep the page from opening.
+  if (!GuardEvent(kUnit, QStringLiteral("ShowDetails"),
+                  [&] { statement = sql::PortfolioByName(List().Cells(editor::kName, row)); })) {
+    return ClearStrnGrd(*details_);
+  }
+  const auto id = Database().Count(statement);
   if (id < 0) return;
   editor::ShowDetails(Database().Query(sql::HoldingsOf(QString::number(id))), *details_);
 }

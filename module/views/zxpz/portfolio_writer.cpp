@@ -80,8 +80,11 @@ bool Save(DatabaseStatements& database, const QString& name) {
 }
 
 Deletion::Result Deletion::Run(const QString& name) {
-  const std::int64_t id = database_.Count(sql::IdOfName(name));
-  if (database_.Execute(sql::DeleteHoldings(id)) != kDone) return Result::HoldingsRefused;
+  // Namesakes go with the portfolio; what they hold must not stay behind without one.
+  const ResultSet ids = database_.Query(sql::IdOfName(name));
+  for (int row = 0; row < ids.RowCount(); ++row) {
+    if (database_.Execute(sql::DeleteHoldings(ids.IntegerAt(row, 0))) != kDone) return Result::HoldingsRefused;
+  }
   if (database_.Execute(sql::DeletePortfolioByName(name)) != kDone) return Result::HeaderRefused;
   transaction_.Commit();
   return Result::Deleted;

@@ -237,6 +237,7 @@ void TFrm_ZXPZ::DeletePortfolio(int row) {
     const editor::Deletion::Result result = deletion->Run(name);
     if (result == editor::Deletion::Result::HoldingsRefused) return;
     if (result == editor::Deletion::Result::Deleted) {
+      LogDeletion(name);
       UpdateGrid_();
       PortfoliosChanged();
     }

@@ -196,6 +196,10 @@ Handle<Firebird::IAttachment> Attach(const QString& database, const AttachOption
     if (!options.password.isEmpty()) {
       block->insertString(status.Get(), isc_dpb_password, options.password.toUtf8().constData());
     }
+    if (options.verifies) {
+      block->insertInt(status.Get(), isc_dpb_verify,
+                       isc_dpb_pages | isc_dpb_records | isc_dpb_indices | isc_dpb_transactions | isc_dpb_no_update);
+    }
     if (options.create) {
       block->insertInt(status.Get(), isc_dpb_page_size, kPageSize);
       block->insertInt(status.Get(), isc_dpb_sql_dialect, 3);

@@ -73,6 +73,7 @@ struct AttachOptions {
   bool embedded = true;
   QString user;
   QString password;
+  bool verifies = false;  ///< the engine looks over every page, record and index first, and changes nothing
 };
 /// Attaches or creates; the process's handlers for SIGINT and SIGTERM are the same afterwards as before.
 [[nodiscard]] Handle<Firebird::IAttachment> Attach(const QString& database, const AttachOptions& options);

@@ -143,6 +143,48 @@ TEST(Helper, CallsOnlyDamageDamage) {
   EXPECT_EQ(helper.exitCode(), firebird::kHelperIo) << helper.readAllStandardOutput().toStdString();
 }
 
+/// A folder with a child program and a helper beside it that does what the line says.
+class OtherHelper {
+ public:
+  explicit OtherHelper(const QByteArray& line) {
+    QFile script(programs_.filePath(QStringLiteral("holdwise-dbcheck")));
+    if (!script.open(QIODevice::WriteOnly)) return;
+    script.write("#!/bin/sh\n" + line + '\n');
+    script.close();
+    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QFile::copy(QCoreApplication::applicationDirPath() + QStringLiteral("/holdwise-database-child"), Child());
+  }
+  [[nodiscard]] QString Child() const { return programs_.filePath(QStringLiteral("child")); }
+  /// The category with which the child does not open a file that was not closed; 0 and more.
+  int CategoryFor(const TempDatabase& db, QString& text) const {
+    QFile marker(firebird::MarkerOf(db.File()));
+    if (!marker.open(QIODevice::WriteOnly)) return -1;
+    const QTemporaryDir locks;
+    QProcess child;
+    child.start(Child(), {QStringLiteral("open"), db.File(), locks.path()});
+    if (!child.waitForFinished(kTimeoutMs)) return -1;
+    text = QString::fromUtf8(child.readAllStandardOutput());
+    return child.exitCode() - 10;
+  }
+
+ private:
+  QTemporaryDir programs_;
+};
+
+TEST(Helper, ACheckThatWasKilledSaysNothingOfTheFile) {
+  const TempDatabase db(false);
+  QString text;
+  for (const char* line : {"kill -9 $$", "kill -15 $$"}) {
+    EXPECT_EQ(OtherHelper(line).CategoryFor(db, text), static_cast<int>(ErrorCategory::TimedOut)) << line;
+    EXPECT_TRUE(text.contains(QStringLiteral("没有完成"))) << text.toStdString();
+    EXPECT_FALSE(text.contains(QStringLiteral("已损坏"))) << text.toStdString();
+  }
+  for (const char* line : {"kill -11 $$", "kill -6 $$", "exit 1"}) {
+    EXPECT_EQ(OtherHelper(line).CategoryFor(db, text), static_cast<int>(ErrorCategory::Corrupt)) << line;
+    EXPECT_TRUE(text.contains(QStringLiteral("已损坏"))) << text.toStdString();
+  }
+}
+
 TEST(Helper, EndsWithTheProcessThatAsked) {
   const TempDatabase db(false);
   QFile marker(firebird::MarkerOf(db.File()));

@@ -33,6 +33,20 @@ TEST(Characters, TheFirstOnesKeepTheirMarks) {
   EXPECT_EQ(FirstCharacters(text, 9), text);
 }
 
+TEST(Characters, NobodySeesThoseWithoutAPicture) {
+  for (const char16_t invisible : {u'\0', u'\t', u'\u0085', u'\u200B', u'\u200D', u'\u200E', u'\u202E', u'\u2028',
+                                   u'\u2029', u'\u2060', u'\u3164', u'\uFEFF'}) {
+    for (const QString& text :
+         {QString(QChar(invisible)), QStringLiteral("甲") + QChar(invisible) + QStringLiteral("乙"),
+          QStringLiteral("甲") + QChar(invisible)})
+      EXPECT_TRUE(HasInvisible(text)) << std::hex << static_cast<int>(invisible);
+  }
+  EXPECT_TRUE(HasInvisible(QStringLiteral("甲\U000E0041"))) << "a tag letter";
+  for (const QString& text : {QString(), QStringLiteral("稳健A1(一)-_"), QStringLiteral("𠮷e\u0301葛\U000E0100"),
+                              QStringLiteral("👨\u200D👩\u200D👧"), QStringLiteral("🏳\uFE0F\u200D🌈🇨🇳")})
+    EXPECT_FALSE(HasInvisible(text)) << text.toStdString();
+}
+
 TEST(Characters, ANameHasFortyAndItsColumnHoldsThem) {
   const QString marked = QStringLiteral("e\u0301");
   EXPECT_TRUE(FitsAsName(marked.repeated(40)));

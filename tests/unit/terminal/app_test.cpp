@@ -153,6 +153,8 @@ TEST(CommandLine, CommandsSurviveTheHandOver) {
   command.stress = "-10";
   command.stressIndex = "399001";
   command.capital = "12.5";
+  command.backupFile = "/b.csv";
+  command.restoreFile = "/r.csv";
   const QByteArray json = command.ToJson();
   EXPECT_FALSE(json.contains('\n'));
   const std::optional<Command> back = Command::FromJson(json);
@@ -167,6 +169,8 @@ TEST(CommandLine, CommandsSurviveTheHandOver) {
   EXPECT_EQ(back->stress, command.stress);
   EXPECT_EQ(back->stressIndex, command.stressIndex);
   EXPECT_EQ(back->capital, command.capital);
+  EXPECT_EQ(back->backupFile, command.backupFile);
+  EXPECT_EQ(back->restoreFile, command.restoreFile);
   EXPECT_FALSE(Command::FromJson("[]").has_value());
   EXPECT_FALSE(Command::FromJson("rubbish").has_value());
 }
@@ -281,6 +285,37 @@ TEST(CommandRunnerTest, CarriesOutOneAfterTheOtherInOrder) {
   QTest::qWait(10);
   EXPECT_EQ(record, QStringList({"answer 0 good\ndone", "go none ", "answer 2 没有地址“none”。", "import bad",
                                  "answer 1 bad", "raise", "answer 0 "}));
+}
+
+TEST(CommandRunnerTest, RestoresBeforeItImportsAndBacksUpWhatIsThereThen) {
+  QStringList record;
+  CommandTargets targets;
+  const auto step = [&record](const QString& what) {
+    return [&record, what](const QString& file) {
+      record.append(what + file);
+      return HandOverAnswer{what, file == "bad" ? 1 : 0};
+    };
+  };
+  targets.restorePortfolios = step("restore ");
+  targets.importPortfolios = step("import ");
+  targets.backUpPortfolios = step("backup ");
+  targets.raise = [] {};
+  CommandRunner runner(targets);
+  Command command;
+  command.restoreFile = "r";
+  command.importFile = "i";
+  command.backupFile = "b";
+  QStringList answers;
+  const auto answer = [&answers](const HandOverAnswer& given) { answers.append(given.text); };
+  runner.Run(command, answer);
+  QTest::qWait(10);
+  EXPECT_EQ(record, QStringList({"restore r", "import i", "backup b"}));
+  EXPECT_EQ(answers, QStringList("restore \nimport \nbackup "));
+  record.clear();
+  command.importFile = "bad";
+  runner.Run(command, answer);
+  QTest::qWait(10);
+  EXPECT_EQ(record, QStringList({"restore r", "import bad"}));
 }
 
 TEST(ImportReport, NamesEveryBadLine) {

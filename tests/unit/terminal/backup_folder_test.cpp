@@ -88,6 +88,26 @@ TEST_F(BackupFolderTest, OldGenerationsGoWithAWriting) {
   EXPECT_EQ(folder_.Newest()->time, At(2026, 3, 4, 12, 0, 29));
 }
 
+TEST_F(BackupFolderTest, AnotherDatabaseHasGenerationsOfItsOwn) {
+  AddThree();
+  EXPECT_EQ(BackupFolder(work_.path(), work_.filePath(QStringLiteral("holdwise.fdb"))).Path(), folder_.Path());
+  const BackupFolder other(work_.path(), QStringLiteral("/elsewhere/other.fdb"));
+  EXPECT_NE(other.Path(), folder_.Path());
+  EXPECT_NE(other.Path(), BackupFolder(work_.path(), QStringLiteral("server:/other.fdb")).Path());
+  other.Write(Now(), At(2026, 3, 4));
+  EXPECT_EQ(other.List().size(), 1U);
+  EXPECT_TRUE(folder_.List().empty());
+}
+
+TEST_F(BackupFolderTest, WhatAKilledWritingLeftGoes) {
+  AddThree();
+  folder_.Write(Now(), At(2026, 3, 4));
+  QFile piece(folder_.Path() + QStringLiteral("/.holdwise-abc.tmp"));
+  ASSERT_TRUE(piece.open(QIODevice::WriteOnly));
+  folder_.Write(Now(), At(2026, 3, 5));
+  EXPECT_FALSE(piece.exists());
+}
+
 TEST_F(BackupFolderTest, OtherFilesAreLeftAlone) {
   AddThree();
   ASSERT_TRUE(QDir().mkpath(folder_.Path()));

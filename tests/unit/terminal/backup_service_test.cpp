@@ -25,7 +25,7 @@ class BackupServiceTest : public BackupTest {
  protected:
   std::unique_ptr<BackupService> Start(const BackupService::Times& times) { return StartOn(temp_.Service(), times); }
   std::unique_ptr<BackupService> StartOn(UserDataServices& database, const BackupService::Times& times) {
-    return std::make_unique<BackupService>(database, work_.path(), clock_, log_, times);
+    return std::make_unique<BackupService>(database, folder_, clock_, log_, times);
   }
   template <typename Condition>
   static bool Until(const Condition& condition) {

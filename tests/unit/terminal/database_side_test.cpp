@@ -54,6 +54,25 @@ TEST(DatabaseSide, EveryStatementIsRefusedUntilItIsOpen) {
   EXPECT_FALSE(late.InTransaction());
 }
 
+TEST(DatabaseSide, MayBeOpenedAgainWithTheSameAdvice) {
+  std::vector<FakeUserData*> made;
+  DatabaseSide side([&made] {
+    auto one = std::make_unique<FakeUserData>();
+    one->SetNumber(kCount, static_cast<int>(made.size()));
+    made.push_back(one.get());
+    return one;
+  });
+  side.Advise({AdviceOn(kCount)});
+  (void)side.Open();
+  EXPECT_EQ(side.Count(kCount), 0);
+  side.Close();
+  EXPECT_THROW((void)side.Count(kCount), Error);
+  (void)side.Open();
+  EXPECT_EQ(side.Count(kCount), 1);
+  ASSERT_EQ(made[1]->advice.size(), 1U);
+  EXPECT_EQ(made[1]->advice[0].front().statement, kCount);
+}
+
 TEST(DatabaseSide, PassesEverythingOnOnceOpen) {
   auto made = std::make_unique<FakeUserData>();
   FakeUserData& database = *made;
@@ -93,6 +112,42 @@ TEST(DatabaseSide, AdviceWaitsForTheDatabase) {
   late.Advise({AdviceOn(QStringLiteral("third"))});
   ASSERT_EQ(database.advice.size(), 3U);
   EXPECT_TRUE(database.advice[2].front().mayBeKept);
+}
+
+TEST(DatabaseSide, WhatMayHaveBeenStoredIsToldAndNothingElse) {
+  const auto change = QStringLiteral("delete from alg_commain");
+  FakeUserData database;
+  database.SetNumber(kCount, 7);
+  DatabaseSide side([&database] { return std::make_unique<RefusingUserData>(database); });
+  EXPECT_TRUE(side.Open().isEmpty());
+  QStringList told;
+  side.SetChangeListener({[&] { told << QStringLiteral("before"); },
+                          [&](bool isSession) { told << (isSession ? QStringLiteral("session") : QString("line")); }});
+  (void)side.Query(kCount);
+  side.StartTransaction();
+  side.Execute(change);
+  side.RollBack();
+  EXPECT_EQ(told, QStringList());
+  side.StartTransaction();
+  side.Execute(change);
+  EXPECT_EQ(told, QStringList());
+  side.Commit();
+  EXPECT_EQ(told, QStringList({"before", "line"}));
+  side.Execute(change);
+  EXPECT_EQ(told, QStringList({"before", "line", "before", "line"}));
+  told.clear();
+  database.FailNext(change, Error(ErrorCategory::Database, "no"));
+  EXPECT_THROW(side.Execute(change), Error);
+  EXPECT_EQ(told, QStringList("before"));
+  told.clear();
+  const std::unique_ptr<UserDataSession> session = side.OpenSession();
+  (void)session->Count(kCount);
+  session->StartTransaction();
+  session->Execute(change);
+  EXPECT_EQ(told, QStringList());
+  session->Commit();
+  session->Execute(change);
+  EXPECT_EQ(told, QStringList({"session", "session"}));
 }
 
 TEST(DatabaseSide, RefusedAdviceIsToldAndTheDatabaseIsOpen) {

@@ -201,6 +201,12 @@ TEST_F(ImportCsv, ControlCharactersDoNotCutTheReport) {
   EXPECT_EQ(problems[1], "4: 数量“\\x1b”不是1到999999999的整数");
 }
 
+TEST_F(ImportCsv, NamesHaveNoCharactersThatNobodySees) {
+  for (const char16_t invisible : {u'\u0085', u'\u200B', u'\u202E', u'\u2028', u'\uFEFF'}) {
+    ExpectBadLine(QStringLiteral("甲") + QChar(invisible) + QStringLiteral("乙,600000,100,8"), "看不见的字符");
+  }
+}
+
 TEST_F(ImportCsv, FilesThatAreNoTable) {
   EXPECT_EQ(Problems(""), QStringList{QStringLiteral("0: 文件是空的")});
   EXPECT_EQ(Problems("\n\n  \n"), QStringList{QStringLiteral("0: 文件是空的")});

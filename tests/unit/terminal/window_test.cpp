@@ -132,7 +132,9 @@ TEST(MessageBoxesTest, AnswersOneForOkAndTwoForCancelOrClosing) {
     });
   };
   answerWith(Qt::Key_Return);
-  EXPECT_EQ(boxes.Vex_MessageBox("text", "caption", 1, 32), 1);
+  EXPECT_EQ(boxes.Vex_MessageBox("text", "caption", 1, 128), 1);
+  answerWith(Qt::Key_Return);
+  EXPECT_EQ(boxes.Vex_MessageBox("text", "caption", 1, 32), 2) << "a question is not agreed to by accident";
   buttons.sort();
   EXPECT_EQ(buttons, QStringList({"取消", "确定"}));
   answerWith(Qt::Key_Escape);

@@ -19,6 +19,11 @@ void WriteFileAtomically(const QString& path, const QByteArray& bytes, Durabilit
 /// folder before this returns. A failure is Error(Io); unless it is the flush that fails, both names are as they were.
 void RenameFileAtomically(const QString& from, const QString& to, Durability durability);
 
+/// Gives a file a further name in its folder, under which it stays as it is when another file takes the first name; a
+/// copy where the file system has no such names. Not flushed to the folder. What stands under the name, and a failure:
+/// Error(Io).
+void AddFileName(const QString& path, const QString& name);
+
 /// Forces the names of a folder to the disk: what was made, renamed or removed in it lasts. A file system that has no
 /// such flush is no failure; a folder that is missing or not readable, and a flush that fails, are Error(Io).
 void FlushFolder(const QString& folder);

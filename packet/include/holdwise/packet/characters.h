@@ -16,5 +16,9 @@ inline constexpr qsizetype kMostNamePoints = 160;
 [[nodiscard]] QString FirstCharacters(const QString& text, qsizetype count);
 /// Is the name short enough in characters and for its column?
 [[nodiscard]] bool FitsAsName(const QString& name);
+/// Is there a character among them that nobody sees: control, zero width, direction mark, line or paragraph separator,
+/// filler? A name with one cannot be told from another name or read back from a file. The joiner inside an emoji is
+/// none.
+[[nodiscard]] bool HasInvisible(const QString& text);
 
 }  // namespace holdwise

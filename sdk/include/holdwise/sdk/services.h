@@ -44,8 +44,8 @@ class MessageBoxService {
  public:
   virtual ~MessageBoxService() = default;
   /// Shows plain text until the user has answered, in a nested event loop: whatever the caller stands on may be gone
-  /// afterwards. `buttons`: 0 = OK, 1 = OK and Cancel. `style`: 32 = question, 128 = notice. Answers 1 for OK, 2 for
-  /// Cancel or closing. Without a user (a batch) the text is printed, and the answer is Cancel where there is one.
+  /// afterwards. `buttons`: 0 = OK, 1 = OK and Cancel. `style`: 32 = question (Return is Cancel), 128 = notice. Answers
+  /// 1 for OK, 2 for Cancel or closing. Without a user (a batch) the text is printed and answered: Cancel, or else OK.
   virtual int Vex_MessageBox(const QString& text, const QString& caption, int buttons, int style) = 0;
 };
 

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+#include "database_guard.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include "database/firebird_user_data.h"
+#include "database_repair.h"
+#include "process/print.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kNotice = 128;
+constexpr int kQuestion = 32;
+constexpr int kOkAndCancel = 1;
+constexpr int kOk = 1;
+const QString kCaption = QStringLiteral("Holdwise");
+const QString kSetAside = QStringLiteral("移开数据库文件并恢复备份…");
+const QString kQuestionText = QStringLiteral("是否移开现在的数据库文件（改名保留）并恢复备份?\n%1");
+
+QString TextOf(const std::exception& error) {
+  return QString::fromUtf8(error.what());
+}
+
+bool IsDamage(const std::exception& error) {
+  const auto* known = dynamic_cast<const Error*>(&error);
+  return known != nullptr && known->Category() == ErrorCategory::Corrupt;
+}
+
+}  // namespace
+
+DatabaseGuard::DatabaseGuard(ProcessParts& process, DatabaseSide& database, WindowSide& window, const FirstLook& look)
+    : process_(process), database_(database), window_(window), look_(look), backups_(process.Asked().workFolder) {}
+
+void DatabaseGuard::DamageMet(const QString& text) {
+  QMetaObject::invokeMethod(
+      qApp, [this, text] { DamageFound(text); }, Qt::QueuedConnection);
+}
+
+bool DatabaseGuard::Agrees(const QString& question) {
+  return window_.Messages().Vex_MessageBox(question, QStringLiteral("询问"), kOkAndCancel, kQuestion) == kOk;
+}
+
+bool DatabaseGuard::Open() {
+  for (;;) {
+    try {
+      OpenFile();
+      if (isRestoreDue_) {
+        Restore();
+        return true;
+      }
+      if (Settle()) return true;
+    } catch (const std::exception& error) {
+      process_.Log().WriteLog(QStringLiteral("数据库不能打开：%1").arg(TextOf(error)));
+      if (IsDamage(error) && HasBackups()) {
+        if (SetAside(TextOf(error))) continue;
+        return false;
+      }
+      const QString text = QStringLiteral("数据库“%1”不能打开。\n%2").arg(process_.Asked().database, TextOf(error));
+      PrintError(text);
+      if (!process_.Asked().IsBatch()) window_.Messages().Vex_MessageBox(text, kCaption, 0, kNotice);
+      return false;
+    }
+  }
+}
+
+bool DatabaseGuard::HasBackups() const {
+  return process_.Asked().command.database.isEmpty();
+}
+
+void DatabaseGuard::OpenFile() {
+  for (const QString& problem : database_.Open()) process_.Log().WriteLog(problem);
+}
+
+void DatabaseGuard::MoveFile() {
+  database_.Close();
+  const QString name = SetDatabaseAside(process_.Asked().database, process_.Clock().Now());
+  process_.Log().WriteLog(QStringLiteral("数据库文件已改名保留为“%1”").arg(name));
+  isRestoreDue_ = true;
+}
+
+bool DatabaseGuard::SetAside(const QString& reason) {
+  const QString safe = SafeText(backups_);
+  const QString text = QStringLiteral("数据库“%1”不能打开。\n%2\n\n%3").arg(process_.Asked().database, reason, safe);
+  while (window_.Choose(QStringLiteral("数据库已损坏"), text, {kSetAside}) == 0) {
+    if (!Agrees(kQuestionText.arg(safe))) continue;
+    MoveFile();
+    return true;
+  }
+  return false;
+}
+
+void DatabaseGuard::Restore() {
+  isRestoreDue_ = false;
+  try {
+    const QString restored = RestoreNewest(database_, backups_);
+    process_.Log().WriteLog(restored.isEmpty() ? QStringLiteral("没有可恢复的备份") : restored);
+    if (!restored.isEmpty()) window_.Window().Tell(restored);
+  } catch (const Error& error) {
+    const QString text = QStringLiteral("备份没有恢复：%1").arg(TextOf(error));
+    process_.Log().WriteLog(text);
+    window_.Messages().Vex_MessageBox(text, kCaption, 0, kNotice);
+  }
+}
+
+bool DatabaseGuard::Settle() {
+  switch (look_.finding) {
+    case FirstLook::Finding::Sound:
+      return true;
+    case FirstLook::Finding::Newer:
+      WriteBackup();
+      return true;
+    case FirstLook::Finding::Differs:
+    case FirstLook::Finding::Doubtful:
+      break;
+  }
+  return SettleDifference();
+}
+
+bool DatabaseGuard::SettleDifference() {
+  const bool isDoubtful = look_.finding == FirstLook::Finding::Doubtful;
+  const QString title = isDoubtful ? QStringLiteral("数据库里的组合有疑问") : QStringLiteral("数据库与最近的备份不同");
+  if (isDoubtful) doubt_ = title + QStringLiteral("：") + look_.problems.join(QStringLiteral("；"));
+  const QString why =
+      isDoubtful
+          ? QString()
+          : QStringLiteral(
+                "终端上次正常退出时两者应当一致：数据库文件损坏了，另一个程序写过它，或那次的备份没有写成。\n\n");
+  QStringList choices{QStringLiteral("保留数据库里的")};
+  if (look_.backup) choices << kSetAside;
+  for (;;) {
+    const int chosen = window_.Choose(title, why + look_.Text(), choices);
+    if (chosen == 0 && !isDoubtful) WriteBackup();
+    if (chosen <= 0) return true;
+    if (!Agrees(kQuestionText.arg(SafeText(backups_)))) continue;
+    MoveFile();
+    doubt_.clear();
+    return false;
+  }
+}
+
+void DatabaseGuard::WriteBackup() {
+  try {
+    const backup::Generation written = backups_.Write(look_.now, process_.Clock().Now());
+    process_.Log().WriteLog(QStringLiteral("组合已备份到“%1”").arg(written.path));
+  } catch (const Error& error) {
+    const QString text = QStringLiteral("组合没有备份：%1").arg(TextOf(error));
+    process_.Log().WriteLog(text);
+    process_.Log().TellFailure(text);
+  }
+}
+
+void DatabaseGuard::DamageFound(const QString& text) {
+  if (std::exchange(isDamageTold_, true)) return;
+  doubt_ = QStringLiteral("数据库文件已损坏：%1").arg(text);
+  if (!HasBackups()) return process_.Log().TellFailure(doubt_);
+  const QString safe = SafeText(backups_);
+  const QString whole =
+      QStringLiteral(
+          "终端运行中发现数据库文件“%1”已损坏（%2）。现在输入的可能保存不了。\n\n%3\n\n移开文件时终端会重新启动。")
+          .arg(process_.Asked().database, text, safe);
+  while (window_.Choose(QStringLiteral("数据库已损坏"), whole, {kSetAside, QStringLiteral("暂不处理")}) == 0) {
+    if (!Agrees(kQuestionText.arg(safe))) continue;
+    wantsRepair_ = true;
+    QCoreApplication::exit(0);
+    return;
+  }
+  window_.Window().TellFailure(doubt_);
+}
+
+}  // namespace holdwise

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <functional>
+#include <memory>
+
+#include "backup/backup_folder.h"
+#include "first_look.h"
+#include "parts/database_side.h"
+#include "parts/process_parts.h"
+#include "parts/window_side.h"
+
+namespace holdwise {
+
+/// A database that has just been opened, and how it stands beside the newest backup.
+struct OpenedDatabase {
+  std::unique_ptr<UserDataServices> database;
+  FirstLook look;
+};
+/// Opens the database, not null; throws what opening it or looking at it threw. Called once an opening, on the
+/// user-interface thread.
+using DatabaseOpener = std::function<OpenedDatabase()>;
+
+/// Opens the database and asks the user about what is not well with it: a file that is damaged, what differs from the
+/// newest backup, damage found while the terminal runs. User-interface thread.
+class DatabaseGuard {
+ public:
+  /// All must outlive it. `look`: what the opener of `database` has found.
+  DatabaseGuard(ProcessParts& process, DatabaseSide& database, WindowSide& window, const FirstLook& look);
+
+  /// False when the terminal is to end, which the user has been told. A damaged file can be set aside with one button
+  /// and the newest backup restored; so can one that differs from it.
+  [[nodiscard]] bool Open();
+  /// A statement has met a damaged file; said and asked about once. Any thread.
+  void DamageMet(const QString& text);
+  /// What an export has to say about the stored portfolios; empty when nothing.
+  [[nodiscard]] const QString& Doubt() const { return doubt_; }
+  /// The user wants the file of the database set aside and the newest backup restored, once the terminal has ended.
+  [[nodiscard]] bool WantsRepair() const { return wantsRepair_; }
+
+ private:
+  void OpenFile();
+  /// The generations are those of the work folder's own database.
+  [[nodiscard]] bool HasBackups() const;
+  /// Asks whether the damaged file is to be set aside, and does it.
+  [[nodiscard]] bool SetAside(const QString& reason);
+  void MoveFile();
+  void Restore();
+  /// True unless the file was set aside: then the database is to be opened again.
+  [[nodiscard]] bool Settle();
+  [[nodiscard]] bool SettleDifference();
+  void WriteBackup();
+  void DamageFound(const QString& text);
+  [[nodiscard]] bool Agrees(const QString& question);
+
+  ProcessParts& process_;
+  DatabaseSide& database_;
+  WindowSide& window_;
+  const FirstLook& look_;
+  const backup::BackupFolder backups_;
+  QString doubt_;
+  bool isRestoreDue_ = false;
+  bool isDamageTold_ = false;
+  bool wantsRepair_ = false;
+};
+
+}  // namespace holdwise

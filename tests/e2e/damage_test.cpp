@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+// A database that is damaged, or that another program has written to, and the newest backup beside it.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <csignal>
+
+#include "backup/backup_folder.h"
+#include "screen.h"
+#include "temp_database.h"
+
+namespace holdwise::e2e {
+namespace {
+
+constexpr int kPage = 8192;
+
+class DamagedDatabase : public testing::Test {
+ protected:
+  /// Two portfolios and a backup of them, left in order.
+  void SetUp() override {
+    const Outcome outcome = RunTerminal(
+        bench_.Arguments({"--import", bench_.Write("p.csv", TwoPortfolios()), "--export", bench_.File("before")}));
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    WithDatabase([this](FirebirdUserData& database) {
+      if (!Backups().Newest()) (void)Backups().Write(backup::ReadPortfolios(database), QDateTime::currentDateTime());
+    });
+    ASSERT_TRUE(Backups().Newest());
+    ASSERT_EQ(Backups().Newest()->portfolios, 2);
+  }
+  [[nodiscard]] QString File() const { return bench_.Work() + "/holdwise.fdb"; }
+  [[nodiscard]] backup::BackupFolder Backups() const { return backup::BackupFolder(bench_.Work()); }
+  /// As another program does.
+  template <typename Action>
+  void WithDatabase(Action action) const {
+    const auto database = FirebirdUserData::Open({File(), {}, {}}, test::TempDatabase::LockFolder());
+    action(*database);
+  }
+  [[nodiscard]] qint64 Portfolios() const {
+    qint64 count = 0;
+    WithDatabase([&count](FirebirdUserData& database) {
+      count = database.Count(QStringLiteral("select count(*) from alg_commain"));
+    });
+    return count;
+  }
+  /// What the engine stumbles over when it opens the file.
+  void Damage() const {
+    QFile file(File());
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.seek(2 * kPage));
+    file.write(QByteArray(static_cast<qsizetype>(file.size()) - 2 * kPage, '\x5A'));
+  }
+  [[nodiscard]] QStringList SetAside() const {
+    return QDir(bench_.Work()).entryList({QStringLiteral("holdwise.fdb.2*.damaged")});
+  }
+  /// Answers the page by its first or its second button, then the question, if there is one, by OK.
+  static void Answer(const Screen& screen, const QString& title, int button, bool isAsked) {
+    ASSERT_TRUE(screen.Enter(title));
+    for (int tab = 0; tab < button; ++tab) screen.Keys({"Tab"});
+    screen.Keys({"space"});
+    if (!isAsked) return;
+    ASSERT_TRUE(screen.Enter("^询问$"));
+    // Cancel is what Return would press.
+    screen.Keys({"Tab", "space"});
+  }
+
+  Bench bench_;
+};
+
+TEST_F(DamagedDatabase, IsSaidByAnExportWithWhatIsSafe) {
+  Damage();
+  QFile file(File());
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QByteArray bytes = file.readAll();
+  const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("已损坏")) << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.err.contains("最近的备份完好")) << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.err.contains("2 个组合，4 条持股")) << outcome.err.toStdString();
+  file.seek(0);
+  EXPECT_EQ(file.readAll(), bytes) << "nobody was asked";
+  EXPECT_TRUE(SetAside().isEmpty());
+}
+
+TEST_F(DamagedDatabase, ComesBackWithOneButton) {
+  const Screen screen;
+  if (!screen.IsThere()) GTEST_SKIP() << "Xvfb";
+  const auto before = bench_.Export("2001-strngrd");
+  Damage();
+  RunningTerminal terminal(bench_.Arguments({}), screen.Environment());
+  Answer(screen, QStringLiteral("数据库已损坏"), 0, true);
+  ASSERT_TRUE(terminal.WaitForWindow());
+  EXPECT_GE(terminal.Signal(SIGTERM), 0);
+  EXPECT_EQ(SetAside().size(), 1);
+  EXPECT_EQ(Portfolios(), 2);
+  EXPECT_EQ(bench_.Export("2001-strngrd"), before);
+}
+
+TEST_F(DamagedDatabase, StaysAsItIsWhenThePageIsClosed) {
+  const Screen screen;
+  if (!screen.IsThere()) GTEST_SKIP() << "Xvfb";
+  Damage();
+  RunningTerminal terminal(bench_.Arguments({}), screen.Environment());
+  ASSERT_TRUE(screen.Enter(QStringLiteral("数据库已损坏")));
+  screen.Keys({"Escape"});
+  ASSERT_TRUE(terminal.Process().waitForFinished(20'000));
+  EXPECT_EQ(terminal.Process().exitCode(), 1);
+  EXPECT_TRUE(SetAside().isEmpty());
+}
+
+class ChangedDatabase : public DamagedDatabase {
+ protected:
+  void SetUp() override {
+    DamagedDatabase::SetUp();
+    WithDatabase([](FirebirdUserData& database) {
+      database.Execute(QStringLiteral("update alg_comdetail set PZSL = PZSL + 1"));
+    });
+  }
+  static constexpr const char* kTitle = "数据库与最近的备份不同";
+};
+
+TEST_F(ChangedDatabase, IsSaidByAnExportWhichGoesOn) {
+  const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.err.contains(kTitle)) << outcome.err.toStdString();
+}
+
+TEST_F(ChangedDatabase, IsKeptWhenTheUserWantsItAndNotAskedAboutAgain) {
+  const Screen screen;
+  if (!screen.IsThere()) GTEST_SKIP() << "Xvfb";
+  {
+    RunningTerminal terminal(bench_.Arguments({}), screen.Environment());
+    Answer(screen, QString::fromUtf8(kTitle), 0, false);
+    ASSERT_TRUE(terminal.WaitForWindow());
+    EXPECT_GE(terminal.Signal(SIGTERM), 0);
+  }
+  EXPECT_TRUE(SetAside().isEmpty());
+  const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
+  EXPECT_FALSE(outcome.err.contains(kTitle)) << outcome.err.toStdString();
+}
+
+TEST_F(ChangedDatabase, IsPutBackWhenTheUserWantsIt) {
+  const Screen screen;
+  if (!screen.IsThere()) GTEST_SKIP() << "Xvfb";
+  {
+    RunningTerminal terminal(bench_.Arguments({}), screen.Environment());
+    Answer(screen, QString::fromUtf8(kTitle), 1, true);
+    ASSERT_TRUE(terminal.WaitForWindow());
+    EXPECT_GE(terminal.Signal(SIGTERM), 0);
+  }
+  EXPECT_EQ(SetAside().size(), 1);
+  WithDatabase([](FirebirdUserData& database) {
+    EXPECT_EQ(database.Count(QStringLiteral("select sum(PZSL) from alg_comdetail")), 100 + 200 + 1000 + 300);
+  });
+}
+
+TEST_F(ChangedDatabase, WhatNobodyCanHaveEnteredIsSaidAndTheExportEndsWithOne) {
+  WithDatabase([](FirebirdUserData& database) {
+    database.Execute(QStringLiteral("delete from alg_comdetail where MAINID = (select min(ID) from alg_commain)"));
+  });
+  const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("数据库里的组合有疑问")) << outcome.err.toStdString();
+}
+
+}  // namespace
+}  // namespace holdwise::e2e
