@@ -207,7 +207,9 @@ std::shared_ptr<Connection> OpenFile(const QString& file, const QString& lockFol
   } catch (const Error& error) {
     firebird::Detach(status, attachment);
     if (ownMarker) QFile::remove(firebird::MarkerOf(file));
-    if (error.Category() == ErrorCategory::Corrupt) throw firebird::Damaged(file, QString::fromUtf8(error.what()));
+    // The engine says of much damage only that something inside the file is not as it has to be.
+    const bool isDamage = error.Category() == ErrorCategory::Corrupt || error.Category() == ErrorCategory::Database;
+    if (isDamage) throw firebird::Damaged(file, QString::fromUtf8(error.what()));
     if (error.Category() != ErrorCategory::Busy) throw;
     throw firebird::HeldByAnother(file);
   }

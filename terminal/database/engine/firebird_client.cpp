@@ -34,6 +34,9 @@ ErrorCategory CategoryOfCode(intptr_t code) {
     case isc_badpage:
     case isc_wrong_ods:
     case isc_bug_check:
+    case isc_no_crypt_plugin:  // no database of this terminal is encrypted: a page that says so is damaged
+    case isc_decrypt_error:
+    case isc_bad_crypt_key:
       return ErrorCategory::Corrupt;
     case isc_login:
     case isc_no_priv:

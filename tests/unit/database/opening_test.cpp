@@ -329,6 +329,13 @@ const Damage kDamages[] = {
     {"headOverwritten", [](const QString& file) { Overwrite(file, 0, QByteArray(64, '\0')); }},
     {"pageSizeFlipped", [](const QString& file) { Overwrite(file, 16, QByteArray(1, '\x7F')); }},
     {"structureFlipped", [](const QString& file) { Overwrite(file, 18, QByteArray(2, '\x55')); }},
+    {"pagesThatSayTheyAreEncrypted",
+     [](const QString& file) {
+       constexpr qint64 kPage = 4096;
+       const qint64 pages = QFileInfo(file).size() / kPage;
+       for (qint64 page = 3; page < pages; ++page) Overwrite(file, page * kPage + 1, QByteArray(1, '\x80'));
+     }},
+    {"randomInTheMiddle", [](const QString& file) { Overwrite(file, 40 * 4096, RandomBytes(40 * 4096, 7)); }},
     {"notClosedAndHolesInside",
      [](const QString& file) {
        QFile(firebird::MarkerOf(file)).open(QIODevice::WriteOnly);
