@@ -314,6 +314,7 @@ QString SetDatabaseAside(const QString& file, const QDateTime& now) {
   for (int number = 2; QFileInfo::exists(name); ++number) name = stem + QStringLiteral("_%1.damaged").arg(number);
   if (QFileInfo::exists(file)) RenameFileAtomically(file, name, Durability::Lasting);
   QFile::remove(firebird::MarkerOf(file));
+  QFile::remove(firebird::CheckRecordOf(file));
   return name;
 }
 

@@ -70,8 +70,8 @@ class FirebirdUserData final : public UserDataServices {
 };
 
 /// Renames the file of a database that nobody has open to "<file>.YYYYMMDD-HHMMSS.damaged", never over another file,
-/// and takes away its mark of not having been closed. A file that is not there is no failure. @return the new name
-/// Error(Io): nothing has changed.
+/// and takes away its mark of not having been closed and the record of its last check. A file that is not there is no
+/// failure. @return the new name Error(Io): nothing has changed.
 QString SetDatabaseAside(const QString& file, const QDateTime& now);
 
 }  // namespace holdwise

@@ -136,8 +136,11 @@ TEST_F(FirstLookTest, AFileSetAsideComesBackFromTheNewestBackupThatCanBeRead) {
   const backup::PortfolioSet before = backup::ReadPortfolios(Data());
   temporary_.Close();
   const QDateTime now(QDate(2024, 6, 1), QTime(8, 0));
+  const QString record = FirebirdUserData::CheckRecordOf(temporary_.File());
+  ASSERT_TRUE(QFile(record).open(QIODevice::WriteOnly));
   const QString first = SetDatabaseAside(temporary_.File(), now);
   EXPECT_EQ(first, temporary_.File() + QStringLiteral(".20240601-080000.damaged"));
+  EXPECT_FALSE(QFile::exists(record)) << "the check was of the other file";
   EXPECT_TRUE(QFile::exists(first));
   EXPECT_FALSE(QFile::exists(temporary_.File()));
   temporary_.Open();
