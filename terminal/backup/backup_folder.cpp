@@ -120,8 +120,8 @@ Generation BackupFolder::Write(const PortfolioSet& set, const QDateTime& now) co
   const std::optional<Generation> newest = Newest();
   QDateTime time = QDateTime::fromSecsSinceEpoch(now.toSecsSinceEpoch());
   if (newest && time <= newest->time) time = newest->time.addSecs(1);
-  const Generation written{path_ + QLatin1Char('/') + NameOf(set, time), time, static_cast<int>(set.portfolios.size()),
-                           set.HoldingCount()};
+  Generation written{path_ + QLatin1Char('/') + NameOf(set, time), time, static_cast<int>(set.portfolios.size()),
+                     set.HoldingCount()};
   WriteFileAtomically(written.path, PortfolioFileText(set), Durability::Lasting);
   if (LoadPortfolioFile(written.path) != set)
     throw Error(ErrorCategory::Corrupt,
@@ -132,7 +132,7 @@ Generation BackupFolder::Write(const PortfolioSet& set, const QDateTime& now) co
 
 QString BackupFolder::WriteDoubtful(const PortfolioSet& set, const QDateTime& now) const {
   Make();
-  const QString path = path_ + QStringLiteral("/doubtful-%1.csv").arg(now.toString(kTimeFormat));
+  QString path = path_ + QStringLiteral("/doubtful-%1.csv").arg(now.toString(kTimeFormat));
   WriteFileAtomically(path, PortfolioFileText(set), Durability::Lasting);
   const QDir folder(path_);
   const QStringList names =

@@ -163,10 +163,11 @@ QStringList ProblemsOf(const PortfolioSet& set, const Generators& generators) {
   for (const SavedPortfolio& portfolio : set.portfolios) {
     if (portfolio.id > generators.portfolio)
       findings.Add(Called(portfolio) + QStringLiteral("的编号大于最后发出的编号%1").arg(generators.portfolio));
-    for (const SavedHolding& holding : portfolio.holdings)
-      if (holding.id > generators.holding)
-        findings.Add(Called(portfolio) +
-                     QStringLiteral("中持股的编号%1大于最后发出的编号%2").arg(holding.id).arg(generators.holding));
+    for (const SavedHolding& holding : portfolio.holdings) {
+      if (holding.id <= generators.holding) continue;
+      findings.Add(Called(portfolio) +
+                   QStringLiteral("中持股的编号%1大于最后发出的编号%2").arg(holding.id).arg(generators.holding));
+    }
   }
   return findings.Take();
 }

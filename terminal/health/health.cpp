@@ -62,12 +62,13 @@ Row MirrorRow(const Facts& facts) {
   const QFileInfo detail(folder.filePath(QStringLiteral("TZZHDetail.dat")));
   const QFileInfo merge(folder.filePath(QStringLiteral("TZZHMerge.dat")));
   const QStringList refused = folder.entryList({QStringLiteral("TZZH*.bad*")}, QDir::Files);
-  if (!refused.isEmpty())
+  if (!refused.isEmpty()) {
     return {subject,
             QStringLiteral("工作目录里有 %1 个不能采用而改名的镜像文件：%2。内容可从备份恢复；确认组合无误后删除它们")
                 .arg(refused.size())
                 .arg(refused.join(QStringLiteral("、"))),
             false};
+  }
   if (detail.exists() != merge.exists())
     return {subject, QStringLiteral("两个镜像文件缺了一个，正常退出一次会重新写"), false};
   if (!detail.exists()) return {subject, QStringLiteral("还没有写过，正常退出时写")};
@@ -131,7 +132,7 @@ Row DiskRow(const Facts& facts) {
       continue;
     }
     if (status.f_blocks == 0) continue;  // some network and virtual file systems do not count
-    const auto bytes = static_cast<qint64>(status.f_bavail * status.f_frsize);
+    const auto bytes = static_cast<qint64>(status.f_bavail) * static_cast<qint64>(status.f_frsize);
     texts.append(QStringLiteral("%1 可用 %2").arg(folder, SizeText(bytes)));
     if (bytes >= kLittleSpace) continue;
     texts.back() += QStringLiteral("，不多了，请清理磁盘");

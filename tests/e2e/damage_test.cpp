@@ -13,7 +13,7 @@
 namespace holdwise::e2e {
 namespace {
 
-constexpr int kPage = 8192;
+constexpr qint64 kPage = 8192;
 
 class DamagedDatabase : public testing::Test {
  protected:

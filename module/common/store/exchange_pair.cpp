@@ -142,7 +142,7 @@ QString Replace(const ResultSet& holdings, const ResultSet& portfolios, bool kee
 }
 
 QString SetAside() {
-  const QString time = FreeTime(kBad);
+  QString time = FreeTime(kBad);
   for (const QString& path : {DetailPath(), MergePath()}) {
     if (IsThere(path)) RenameFileAtomically(path, DatedName(path, time, kBad), Durability::Lasting);
   }

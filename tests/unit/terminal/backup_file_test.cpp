@@ -102,11 +102,12 @@ TEST_F(BackupFileTest, ABadRowIsNamed) {
 
 TEST_F(BackupFileTest, ManyBadRowsAreToldShortly) {
   PortfolioSet set;
-  for (int id = 1; id <= 1000; ++id)
+  for (int id = 1; id <= 1000; ++id) {
     set.portfolios.push_back({.id = id,
                               .name = QStringLiteral("甲"),
                               .date = QStringLiteral("2026-03-02"),
                               .holdings = {{id, id, 1600000, -1, 1, 1}}});
+  }
   const ReadFile read = ReadPortfolioText(PortfolioFileText(set));
   ASSERT_EQ(read.problems.size(), 101U);
   EXPECT_EQ(read.problems[0].line, 2);

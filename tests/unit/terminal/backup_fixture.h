@@ -35,10 +35,11 @@ class BackupTest : public testing::Test {
            .arg(id)
            .arg(QString(name).replace(QLatin1Char('\''), QStringLiteral("''")))
            .arg(id % 2));
-    if (!style.isEmpty())
+    if (!style.isEmpty()) {
       Do(QStringLiteral("update alg_commain set ZHFG='%1',MBSYL=0.12,INDEXISCLOSE=1,KNOWNTO=20260303 where ID=%2")
              .arg(style)
              .arg(id));
+    }
     transaction.Commit();
   }
   void AddThree() {

@@ -55,11 +55,12 @@ TEST_F(BackupFolderTest, AClockThatGoesBackDoesNotMakeTheLatestOlder) {
 TEST_F(BackupFolderTest, SevenDaysAndTwelveMonthsStay) {
   // Two a day for four hundred days.
   std::vector<Generation> all;
-  for (int day = 0; day < 400; ++day)
+  for (int day = 0; day < 400; ++day) {
     for (const int hour : {9, 17}) {
       const QDateTime time = At(2025, 1, 1, hour).addDays(day);
       all.insert(all.begin(), {time.toString(), time, 1, 1});
     }
+  }
   const std::vector<Generation> old = BackupFolder::Superfluous(all);
   QStringList kept;
   for (const Generation& one : all) {
