@@ -24,6 +24,15 @@ target_compile_options(holdwise_options INTERFACE
   -Wimplicit-fallthrough -Werror)
 target_compile_definitions(holdwise_options INTERFACE QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 
+# So that an error in reading a file from outside ends the program and does no more: tests/programs looks at what was linked.
+target_compile_options(holdwise_options INTERFACE -fstack-protector-strong -fstack-clash-protection)
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64")
+  target_compile_options(holdwise_options INTERFACE -fcf-protection=full)
+endif()
+if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")  # the sanitizers have checks of their own in these places
+  target_compile_options(holdwise_options INTERFACE
+    $<$<CONFIG:RelWithDebInfo>:-U_FORTIFY_SOURCE> $<$<CONFIG:RelWithDebInfo>:-D_FORTIFY_SOURCE=2>)
+endif()
 target_link_options(holdwise_options INTERFACE LINKER:-z,relro LINKER:-z,now)
 
 # What every test runs in, also one that is a script: the sanitizers of a sanitizer build report to the programs it starts.

@@ -8,7 +8,9 @@ else: betas too. Usage:
 
     check_stress.py --bin DIR --market-data DIR --date YYYY-MM-DD [--date ...]
 """
+import concurrent.futures
 import csv
+import shutil
 from decimal import ROUND_HALF_UP, Decimal
 
 import numpy as np
@@ -114,27 +116,36 @@ def expected(market, index, percent):
     return portfolios, holdings
 
 
+def check_move(binaries, market, index, percent, folder, problems):
+    """The number of cells compared of the view's export for one index and one move."""
+    work, out = folder / f"work {index} {percent}", folder / f"out {index} {percent}"
+    shutil.copytree(folder / "work", work)
+    run(binaries / "holdwise-terminal", "--data", folder / "data", "--work", work, "--export", out,
+        "--stress-index", index, "--stress", percent)
+    portfolios, holdings = expected(market, index, percent)
+    where = f"{market.last} {index} {percent}%"
+    titles, rows = read_csv(out / "2003-strngrd.csv")
+    newest_first = [portfolios[name] for name in reversed(list(PORTFOLIOS))]
+    cells = compare(where, titles, rows, PORTFOLIO_TITLES, newest_first, problems)
+    for row in rows:
+        titles, table = read_csv(out / f"2003-StringGrid1-{row[6]}.csv")
+        cells += compare(f"{where} {row[0]}", titles, table, HOLDING_TITLES, holdings[row[0]], problems)
+    if not (out / "2003.png").stat().st_size:
+        problems.append(f"{where}: the picture of the view is empty")
+    return cells
+
+
 def check(binaries, market_data, day, folder, problems):
     build_data(binaries, market_data, market_data / "bars", day, folder / "data", "--rates",
                market_data / "deposit_rates.csv")
     import_and_export(binaries, folder / "data", folder, PORTFOLIOS, folder / "out", days=days_of_purchase())
     market = Market(market_data, day)
-    newest_first = list(reversed(list(PORTFOLIOS)))
     cells = 0
+    # An export waits a second at each view: those of an index go side by side, each on its own copy of the work folder.
     for index in INDICES:
-        for percent in MOVES:
-            out = folder / f"out {index} {percent}"
-            run(binaries / "holdwise-terminal", "--data", folder / "data", "--work", folder / "work", "--export", out,
-                "--stress-index", index, "--stress", percent)
-            portfolios, holdings = expected(market, index, percent)
-            where = f"{day} {index} {percent}%"
-            titles, rows = read_csv(out / "2003-strngrd.csv")
-            cells += compare(where, titles, rows, PORTFOLIO_TITLES, [portfolios[n] for n in newest_first], problems)
-            for row in rows:
-                titles, table = read_csv(out / f"2003-StringGrid1-{row[6]}.csv")
-                cells += compare(f"{where} {row[0]}", titles, table, HOLDING_TITLES, holdings[row[0]], problems)
-            if not (out / "2003.png").stat().st_size:
-                problems.append(f"{where}: the picture of the view is empty")
+        with concurrent.futures.ThreadPoolExecutor(len(MOVES)) as exports:
+            moves = [exports.submit(check_move, binaries, market, index, percent, folder, problems) for percent in MOVES]
+        cells += sum(move.result() for move in moves)
     return cells
 
 

@@ -1,16 +1,18 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""What the linker made of the programs: full RELRO, position independence, no executable stack; and an installation that
-runs from where it was put."""
+"""What the linker made of the programs: full RELRO, position independence, no executable stack, the stack protector,
+checked library calls and landing pads for indirect jumps; and an installation that runs from where it was put."""
 import argparse
 import os
 import pathlib
+import platform
 import re
 import subprocess
 import sys
 import tempfile
 
 PROGRAMS = ["bin/holdwise-terminal", "bin/holdwise-market", "bin/holdwise-dbcheck", "lib/holdwise/Holdwise.so"]
+ENDBR64 = b"\xf3\x0f\x1e\xfa"
 problems = []
 
 
@@ -23,12 +25,24 @@ def output(*command, **more):
     return subprocess.run(command, capture_output=True, text=True, check=True, **more).stdout
 
 
+def functions(path):
+    """Names of the functions of the program itself, by the symbol table."""
+    table = output("readelf", "-sW", path)
+    return len(re.findall(r"\sFUNC\s.*\s\d+\s\S+$", table, re.MULTILINE))
+
+
 def check_hardening(path):
     headers = output("readelf", "-lhdW", path)
     require("GNU_RELRO" in headers and re.search(r"BIND_NOW|FLAGS.*NOW", headers), f"{path}: RELRO is not full")
     require(re.search(r"Type:\s+DYN", headers), f"{path}: not position independent")
     stack = re.search(r"GNU_STACK.*?(R[WE ]+)\s0x", headers)
     require(stack is not None and "E" not in stack[1], f"{path}: the stack is executable")
+    called = output("readelf", "-sW", "--dyn-syms", path)
+    require("__stack_chk_fail" in called, f"{path}: no stack protector")
+    require(re.search(r"__\w+_chk\b(?<!__stack_chk)", called.replace("__stack_chk_fail", "")), f"{path}: no checked library calls")
+    if platform.machine() == "x86_64":
+        pads = pathlib.Path(path).read_bytes().count(ENDBR64)
+        require(pads * 2 > functions(path), f"{path}: {pads} landing pads for {functions(path)} functions")
 
 
 def check_installation(build, folder):
