@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QFile>
 #include <csignal>
 
 #include "screen.h"
@@ -10,11 +9,6 @@
 
 namespace holdwise::e2e {
 namespace {
-
-QByteArray Bytes(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-}
 
 class Backups : public testing::Test {
  protected:
@@ -24,9 +18,8 @@ class Backups : public testing::Test {
   [[nodiscard]] QByteArray Newest() const {
     return Bytes(bench_.Work() + "/backups/" + Generations().value(Generations().size() - 1));
   }
-  void Import(const QByteArray& csv) const {
-    const Outcome outcome =
-        RunTerminal(bench_.Arguments({"--import", bench_.Write("p.csv", csv), "--export", bench_.File("out")}));
+  void Import() const {
+    const Outcome outcome = bench_.Import();
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
   }
   /// A command without display and without a data folder, as after an accident.
@@ -43,7 +36,7 @@ class Backups : public testing::Test {
 };
 
 TEST_F(Backups, AllPortfoliosGoThroughOneFile) {
-  Import(TwoPortfolios());
+  Import();
   const QByteArray file = AllPortfolios(bench_.Work());
   // What was bought, by hand: 甲 100 of 600001 at 1.00 and 200 of 600002 at 2.00, so a fifth and four fifths.
   EXPECT_TRUE(file.contains("\n甲,600001,100,1,")) << file.toStdString();
@@ -60,7 +53,7 @@ TEST_F(Backups, AllPortfoliosGoThroughOneFile) {
 }
 
 TEST_F(Backups, AnOrderlyEndLeavesAGenerationAndOneWithoutChangesNone) {
-  Import(TwoPortfolios());
+  Import();
   // One of the import may be there as well, when the export took more than ten seconds.
   const QStringList first = Generations();
   ASSERT_FALSE(first.isEmpty());
@@ -71,7 +64,7 @@ TEST_F(Backups, AnOrderlyEndLeavesAGenerationAndOneWithoutChangesNone) {
 }
 
 TEST_F(Backups, AFileThatIsNotWholeIsRefused) {
-  Import(TwoPortfolios());
+  Import();
   const QByteArray before = AllPortfolios(bench_.Work());
   QByteArray bad = before;
   bad.replace(",200,2,", ",300,2,");
@@ -99,7 +92,7 @@ TEST_F(Backups, TenSecondsAfterAChangeEvenAKilledTerminalHasOne) {
   RunningTerminal running(bench_.Arguments({}));
   ASSERT_TRUE(running.WaitForWindow());
   ASSERT_EQ(RunTerminal(bench_.Arguments({"--import", bench_.Write("p.csv", TwoPortfolios())})).exitCode, 0);
-  for (int tenth = 0; tenth < 300 && Generations().isEmpty(); ++tenth) QThread::msleep(100);
+  EXPECT_TRUE(Until([this] { return !Generations().isEmpty(); }, 30'000));
   (void)running.Signal(SIGKILL);
   ASSERT_FALSE(Generations().isEmpty());
   EXPECT_TRUE(Generations()[0].endsWith("-2-4.csv"));
@@ -121,7 +114,7 @@ TEST_F(Backups, TheLossOfTheDisplayLeavesAGeneration) {
 TEST_F(Backups, ADeletionIsUndoneFromTheMenu) {
   const Screen screen;
   if (!screen.IsThere()) GTEST_SKIP() << "no Xvfb";
-  Import(TwoPortfolios());
+  Import();
   const QByteArray both = AllPortfolios(bench_.Work());
   // 乙 goes: what a deletion leaves.
   Bench other;
