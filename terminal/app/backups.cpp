@@ -47,10 +47,11 @@ HandOverAnswer Backups::WriteFile(const QString& file) {
     const backup::PortfolioSet set = backup::ReadPortfolios(database_);
     WriteFileAtomically(file, backup::PortfolioFileText(set), Durability::Lasting);
     const QStringList problems = backup::ProblemsOf(set);
-    if (!problems.isEmpty())
+    if (!problems.isEmpty()) {
       return Told({QStringLiteral("全部组合已写到“%1”，但数据库里的组合有疑问，这个文件不能用来恢复：\n%2")
                        .arg(file, problems.join(QLatin1Char('\n'))),
                    1});
+    }
     if (backup::LoadPortfolioFile(file) != set)
       return Told({QStringLiteral("写到“%1”的组合读回来与写入的不同，请换一个地方再写一次。").arg(file), 1});
     return Told({QStringLiteral("全部组合已写到“%1”：%2个组合，%3条持股。")

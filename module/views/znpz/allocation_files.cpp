@@ -55,6 +55,7 @@ std::vector<Candidate> CandidatesIn(const ResultSet& list) {
   const int beta = list.Column("BETA");
   const int file = list.Column("FILENAME");
   std::vector<Candidate> candidates;
+  candidates.reserve(static_cast<std::size_t>(list.RowCount()));
   for (int row = 0; row < list.RowCount(); ++row) {
     candidates.push_back({list.TextAt(row, style), list.RealAt(row, target), list.RealAt(row, variance),
                           list.RealAt(row, beta), list.TextAt(row, file)});
