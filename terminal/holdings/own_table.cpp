@@ -152,9 +152,10 @@ class Parser {
 }  // namespace
 
 QString NormalisedHeading(const QString& heading) {
+  static const QRegularExpression kBlanks(QStringLiteral("\\s"));
   QString text = heading.toLower();
   text.replace(QStringLiteral("（"), QStringLiteral("(")).replace(QStringLiteral("）"), QStringLiteral(")"));
-  text.remove(QRegularExpression(QStringLiteral("\\s")));
+  text.remove(kBlanks);
   return text;
 }
 

@@ -63,7 +63,7 @@ constexpr HeadingWord kWords[] = {
 };
 
 constexpr std::array<const char*, kStatementColumns> kTitles = {"组合名称", "代码", "证券名称", "数量",
-                                                                "买入价",   "市场", "买入日期"};
+                                                                "成本价",   "市场", "买入日期"};
 
 /// Without the unit that the column has anyway; another one stays and makes it another column.
 QString WordOf(const QString& heading) {
@@ -75,6 +75,14 @@ QString WordOf(const QString& heading) {
 
 QString TitleOf(StatementColumn column) {
   return QString::fromUtf8(kTitles[static_cast<std::size_t>(column)]);
+}
+
+QStringList WordsOf(StatementColumn column) {
+  QStringList words;
+  for (const HeadingWord& word : kWords) {
+    if (word.column == column) words << QString::fromUtf8(word.word);
+  }
+  return words;
 }
 
 bool StatementHeading::IsWhole() const {

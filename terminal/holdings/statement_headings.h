@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QString>
+#include <QStringList>
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -14,6 +15,9 @@ inline constexpr std::size_t kStatementColumns = 7;
 
 /// What a column is called in messages.
 [[nodiscard]] QString TitleOf(StatementColumn column);
+
+/// The words that are known for it, the preferred ones first.
+[[nodiscard]] QStringList WordsOf(StatementColumn column);
 
 /// Which fields of a heading row stand for what.
 struct StatementHeading {

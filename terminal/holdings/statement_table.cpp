@@ -76,37 +76,38 @@ class StatementReader {
   }
 
   void ReportLacking(const FoundHeading& found) {
-    constexpr std::pair<StatementColumn, const char*> kNeeded[] = {
-        {kCode, "表头缺少代码列（例如“证券代码”）"},
-        {kQuantity, "表头缺少数量列（例如“持仓数量”“股票余额”）"},
-        {kCost, "表头缺少每股成本列（例如“成本价”“参考成本价”）"}};
-    for (const auto& [column, reason] : kNeeded) {
-      if (!found.heading.Has(column)) AddProblem(result_.problems, found.line, QString::fromUtf8(reason));
+    constexpr int kExamples = 3;
+    for (const StatementColumn column : {kCode, kQuantity, kCost}) {
+      if (found.heading.Has(column)) continue;
+      AddProblem(result_.problems, found.line,
+                 QStringLiteral("表头缺少%1列（例如“%2”）")
+                     .arg(TitleOf(column), WordsOf(column).mid(0, kExamples).join(QStringLiteral("”“"))));
     }
   }
 
   void TakeRecord(const Records& records) {
     line_ = records.Line();
+    cells_.clear();
+    for (const std::string_view field : records.Fields()) cells_.push_back(PlainCell(field));
+    const std::optional<StatementCode> code = ReadStatementCode(Cell(kCode));
+    if (code && place_ == Place::InTable) return TakeRow(*code);
+    if (TakeIfHeading(records)) return;
+    if (place_ == Place::BehindTable) return;
+    if (!code) return TakeRowWithoutCode();
+    Report(QStringLiteral("像是持仓，但是在第%1行的文字之后；是持仓就删去第%1行，不是就删去这一行").arg(wordsLine_));
+  }
+
+  bool TakeIfHeading(const Records& records) {
+    constexpr int kFewest = 2;
     StatementHeading heading = ReadStatementHeading(records.Fields());
-    cells_ = heading.headings;
     if (heading.IsWhole()) {
       TakeHeading(std::move(heading));
-      return;
+      return true;
     }
-    constexpr int kFewestOfAHeading = 2;
-    if (heading.Has(kCode) && heading.Count() >= kFewestOfAHeading) {
-      place_ = Place::BehindTable;
-      AddOther(QStringLiteral("另一张表的表头，到下一个持仓表头为止没有读"));
-    }
-    if (place_ == Place::BehindTable) return;
-    const auto code = ReadStatementCode(Cell(kCode));
-    if (!code) {
-      TakeRowWithoutCode();
-    } else if (place_ == Place::PerhapsBehind) {
-      Report(QStringLiteral("像是持仓，但是在第%1行的文字之后；是持仓就删去第%1行，不是就删去这一行").arg(wordsLine_));
-    } else {
-      TakeRow(*code);
-    }
+    if (!heading.Has(kCode) || heading.Count() < kFewest) return false;
+    place_ = Place::BehindTable;
+    AddOther(QStringLiteral("另一张表的表头，到下一个持仓表头为止没有读"));
+    return true;
   }
 
   void TakeHeading(StatementHeading heading) {
@@ -259,7 +260,7 @@ class StatementReader {
     std::optional<QString> cost = ReadCost(cell);
     if (cost) return cost;
     if (IsNothing(cell)) {
-      Report(QStringLiteral("买入价为空"));
+      Report(QStringLiteral("成本价为空"));
     } else if (cell.startsWith(QLatin1Char('-'))) {
       Report(QStringLiteral("成本“%1”是负数：卖出过的股票摊薄后可能这样，请改成买入时的价格再导入").arg(cell));
     } else {

@@ -199,6 +199,13 @@ void CheckStrangers(const CsvPortfolios& file, bool isSkipped, std::vector<Impor
   }
 }
 
+/// Of a file that was read before: others, a pipe say, may never answer.
+QByteArray BeginningOf(const QString& path) {
+  constexpr qint64 kBytes = 64;
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.read(kBytes) : QByteArray();
+}
+
 /// What keeps a file that was read from being written, and the closes that are needed when nothing does.
 struct Checked {
   std::vector<ImportProblem> problems;
@@ -275,19 +282,12 @@ ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& servi
 
 ImportResult ImportPortfoliosFromFile(const QString& path, const ImportServices& services,
                                       const ImportProgress& progress, const ImportOptions& options) {
-  QFile file(path);
-  if (file.open(QIODevice::ReadOnly)) {
-    constexpr qint64 kBeginning = 64;
-    if (const QString problem = NoTableProblem(file.read(kBeginning)); !problem.isEmpty())
-      return Refused({{0, problem}});
-  }
   QByteArray csv;
   try {
     csv = ReadTextFile(path, kMaxFileBytes);
   } catch (const Error& error) {
-    ImportResult refused;
-    refused.problems.push_back({0, QString::fromUtf8(error.what())});
-    return refused;
+    const QString noTable = error.Category() == ErrorCategory::Corrupt ? NoTableProblem(BeginningOf(path)) : QString();
+    return Refused({{0, noTable.isEmpty() ? QString::fromUtf8(error.what()) : noTable}});
   }
   ImportOptions named = options;
   named.fileName = path;

@@ -20,7 +20,7 @@ constexpr QSize kSize{720, 480};
 
 ImportDialog::ImportDialog(QWidget* parent, const ImportQuestion& question, NameProblem nameProblem)
     : QDialog(parent), nameProblem_(std::move(nameProblem)) {
-  setWindowTitle(QStringLiteral("导入组合"));
+  setWindowTitle(QStringLiteral("导入预览"));
   Build(question);
   Check();
   resize(kSize);

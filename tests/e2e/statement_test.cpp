@@ -3,7 +3,7 @@
 
 #include <QFileInfo>
 
-#include "terminal_process.h"
+#include "screen.h"
 
 namespace holdwise::e2e {
 namespace {
@@ -36,7 +36,7 @@ class Statement : public testing::Test {
 TEST_F(Statement, IsOnTheScreenWithItsValueAndGain) {
   const Outcome outcome = Import({"--skip-unknown"});
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
-  for (const char* said : {"券商持仓表，制表符分隔，表头在第 3 行", "数量=“当前持仓”", "买入价=“成本价”",
+  for (const char* said : {"券商持仓表，制表符分隔，表头在第 3 行", "数量=“当前持仓”", "成本价=“成本价”",
                            "组合“我的_持仓”：2 只股票，总成本 2373.00 元", "第 7 行：510300 沪深300ETF（基金）",
                            "第 6 行：600003 股票3（数量为0）", "第 8 行：合计（合计）", "另一列数量与它不同的有第 5 行",
                            "已导入 1 个组合，2 条持仓。"}) {
@@ -80,6 +80,44 @@ TEST_F(Statement, MayHaveMoreStocksThanTheEditorTakes) {
   ASSERT_EQ(portfolios.size(), 2U);
   EXPECT_EQ(portfolios[1][2], "8520.00");
   EXPECT_EQ(ReadCsv(bench_.File("out/2001-StringGrid1-" + portfolios[1].last() + ".csv")).size(), 13U);
+}
+
+/// From the menu, with keys: the preview is shown, nothing can be imported until the fund is agreed to be left out, and
+/// the name is typed over.
+TEST_F(Statement, IsShownBeforeItIsWrittenFromTheMenu) {
+  if (const QString missing = MissingProgram(); !missing.isEmpty()) GTEST_SKIP() << missing.toStdString();
+  const Screen screen;
+  ASSERT_TRUE(screen.IsThere());
+  const QString file = bench_.Write("p.xls", kStatement);
+  RunningTerminal terminal(bench_.Arguments({}), screen.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  const auto askFor = [&] {
+    ASSERT_TRUE(screen.Enter("Holdwise"));
+    screen.Keys({"ctrl+o"});
+    ASSERT_TRUE(screen.Enter("导入组合"));
+    screen.Type(file);
+    screen.Keys({"Return"});
+    ASSERT_TRUE(screen.Enter("导入预览"));
+  };
+  askFor();
+  screen.Keys({"alt+i"});  // not agreed yet
+  screen.Keys({"Escape"});
+  ASSERT_TRUE(screen.IsGone("导入预览"));
+  ASSERT_TRUE(screen.Enter("导入组合"));
+  screen.Keys({"Return"});
+  ASSERT_TRUE(screen.IsGone("导入组合"));
+  EXPECT_EQ(bench_.Export("2001-strngrd").size(), 0U) << "given up";
+  askFor();
+  screen.Keys({"alt+n", "ctrl+a"});
+  screen.Type("mine");
+  screen.Keys({"alt+s", "alt+i"});
+  ASSERT_TRUE(screen.IsGone("导入预览"));
+  ASSERT_TRUE(screen.Enter("导入组合"));
+  screen.Keys({"Return"});
+  const std::vector<QStringList> portfolios = bench_.Export("2001-strngrd");
+  ASSERT_EQ(portfolios.size(), 1U);
+  EXPECT_EQ(portfolios[0][0], "mine");
+  EXPECT_EQ(portfolios[0][2], "2900.00");
 }
 
 }  // namespace

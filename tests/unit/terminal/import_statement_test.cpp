@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 #include <iconv.h>
+#include <sys/stat.h>
 
+#include <QElapsedTimer>
+
+#include "holdings/statement_headings.h"
+#include "holdwise/packet/text_file.h"
 #include "import_fixture.h"
 #include "import_statement_cases.h"
 #include "transfer/import_report.h"
@@ -177,6 +182,27 @@ TEST_F(ImportStatement, APersonIsNotAskedInVain) {
   EXPECT_EQ(NewNameProblem(database_, "第三"), "");
 }
 
+TEST_F(ImportStatement, APipeIsRefusedAndNotWaitedFor) {
+  const QString pipe = folder_.File("pipe.xls");
+  ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+  EXPECT_EQ(ImportPortfoliosFromFile(pipe, Services()).problems.size(), 1U);
+}
+
+/// Far more than any statement has.
+TEST_F(ImportStatement, ManyRowsAreReadInTime) {
+  constexpr int kRows = 50'000;
+  QByteArray csv = "证券代码,证券名称,股票余额,可用余额,成本价,市价,市值,盈亏,盈亏比例\n";
+  for (int row = 0; row < kRows; ++row) csv += "510300,沪深300ETF,\"1,000\",1000,3.912,3.9,3900.00,-12.00,-0.31\n";
+  csv += "600000,浦发银行,100,100,8.1,8.15,815.00,5.00,0.62\n";
+  QElapsedTimer timer;
+  timer.start();
+  const ImportResult result = Import(csv, {}, Named(true));
+  EXPECT_LE(timer.elapsed(), 10'000);
+  EXPECT_EQ(result.holdings, 1);
+  EXPECT_TRUE(result.understood.contains("略去 50000 行")) << result.understood.left(500).toStdString();
+  EXPECT_TRUE(result.understood.contains("其余 49900 行没有列出"));
+}
+
 TEST_F(ImportStatement, AWorkbookIsNamedAsWhatItIs) {
   folder_.WriteBytes("持仓.xlsx", QByteArray("PK\x03\x04\x14\x00\x06\x00\x08\xff\xfe", 11));
   const ImportResult result = ImportPortfoliosFromFile(folder_.File("持仓.xlsx"), Services());
@@ -185,6 +211,15 @@ TEST_F(ImportStatement, AWorkbookIsNamedAsWhatItIs) {
   folder_.WriteBytes("持仓.xls", Gb18030("证券代码\t证券名称\t股票余额\t成本价\n600000\t浦发银行\t100\t8.1\n"));
   EXPECT_EQ(ImportPortfoliosFromFile(folder_.File("持仓.xls"), Services()).holdings, 1);
   EXPECT_EQ(Dump("select COMNAME from alg_commain"), "持仓");
+}
+
+/// The page for users names every heading that is known, in the order in which one is preferred.
+TEST_F(ImportStatement, TheDocumentsNameEveryHeading) {
+  const QString page = QString::fromUtf8(ReadTextFile(qEnvironmentVariable("HOLDWISE_SOURCE") + "/docs/statements.md"));
+  for (std::size_t column = 0; column < kStatementColumns; ++column) {
+    const QString words = WordsOf(static_cast<StatementColumn>(column)).join("、");
+    EXPECT_TRUE(page.contains("| " + words + " |")) << words.toStdString();
+  }
 }
 
 }  // namespace
