@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include <QSet>
-#include <QUtf8StringView>
 #include <algorithm>
 
 #include "holdings/holdings_file.h"
@@ -10,6 +9,7 @@
 #include "holdwise/packet/number_text.h"
 #include "properties.h"
 #include "targets.h"
+#include "text_encoding.h"
 
 namespace holdwise::fuzz {
 namespace {
@@ -113,8 +113,10 @@ void PortfolioCsv(std::string_view input) {
     Require(!problem.reason.isEmpty(), "a problem has a reason");
     lastLine = problem.line;
   }
-  if (QUtf8StringView(Raw(input)).isValidUtf8()) {
-    if (const auto gb = ToGb18030(Raw(input))) CheckSameAs(read, *gb);
+  // A text of rare characters may be taken for the other encoding.
+  if (FindEncoding(Raw(input)).encoding == TextEncoding::Utf8) {
+    const auto gb = ToGb18030(Raw(input));
+    if (gb && FindEncoding(*gb).encoding == TextEncoding::Gb18030) CheckSameAs(read, *gb);
   }
   if (!read.problems.empty()) return;
   Require(!read.portfolios.empty() || !read.strangers.empty(), "a file without holdings is a problem");
