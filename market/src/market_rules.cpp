@@ -5,6 +5,13 @@
 #include <string>
 
 namespace holdwise {
+namespace {
+
+constexpr int MainBoardLimit(bool isSpecialTreatment) {
+  return isSpecialTreatment ? 5 : 10;
+}
+
+}  // namespace
 
 bool IsStar(std::string_view sixDigits) noexcept {
   return sixDigits.starts_with("688") || sixDigits.starts_with("689");
@@ -14,13 +21,13 @@ bool IsChiNext(std::string_view sixDigits) noexcept {
   return sixDigits.starts_with("300") || sixDigits.starts_with("301") || sixDigits.starts_with("302");
 }
 
-int PriceLimitPercent(std::string_view sixDigits) noexcept {
-  return IsChiNext(sixDigits) || IsStar(sixDigits) ? 20 : 10;
+int PriceLimitPercent(std::string_view sixDigits, bool isSpecialTreatment) noexcept {
+  return IsChiNext(sixDigits) || IsStar(sixDigits) ? 20 : MainBoardLimit(isSpecialTreatment);
 }
 
-int PriceLimitPercent(int codeNumber) noexcept {
+int PriceLimitPercent(int codeNumber, bool isSpecialTreatment) noexcept {
   const int board = codeNumber / 1000;
-  return (board >= 1300 && board <= 1302) || board == 1688 || board == 1689 ? 20 : 10;
+  return (board >= 1300 && board <= 1302) || board == 1688 || board == 1689 ? 20 : MainBoardLimit(isSpecialTreatment);
 }
 
 PriceLimits LimitsAround(std::int64_t previousClose, int percent) noexcept {

@@ -13,10 +13,11 @@ namespace holdwise {
 [[nodiscard]] bool IsStar(std::string_view sixDigits) noexcept;
 /// Of ChiNext: 300, 301, 302.
 [[nodiscard]] bool IsChiNext(std::string_view sixDigits) noexcept;
-/// Daily price limit as a whole percentage of the previous close: 20 for ChiNext and STAR, else 10.
-[[nodiscard]] int PriceLimitPercent(std::string_view sixDigits) noexcept;
+/// Daily price limit as a whole percentage of the previous close: 20 for ChiNext and STAR, else 10, of a stock under
+/// special treatment (ST) 5.
+[[nodiscard]] int PriceLimitPercent(std::string_view sixDigits, bool isSpecialTreatment = false) noexcept;
 /// The same by code number (1600000 for 600000). For anything that is no stock's code number: 10.
-[[nodiscard]] int PriceLimitPercent(int codeNumber) noexcept;
+[[nodiscard]] int PriceLimitPercent(int codeNumber, bool isSpecialTreatment = false) noexcept;
 /// The lowest and the highest price of a day, in cents.
 struct PriceLimits {
   std::int64_t lower = 0;
