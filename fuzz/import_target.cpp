@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include <QSet>
-#include <QUtf8StringView>
 #include <algorithm>
 
+#include "holdings/holdings_file.h"
+#include "holdings/portfolio_rules.h"
 #include "holdwise/packet/characters.h"
 #include "holdwise/packet/csv_result_set.h"
 #include "holdwise/packet/number_text.h"
 #include "properties.h"
 #include "targets.h"
-#include "transfer/portfolio_csv.h"
+#include "text_encoding.h"
 
 namespace holdwise::fuzz {
 namespace {
@@ -35,7 +36,6 @@ void CheckPortfolio(const CsvPortfolio& portfolio) {
   Require(!portfolio.name.isEmpty() && FitsAsName(portfolio.name), "a portfolio has a name");
   Require(!portfolio.name.contains(QLatin1Char('\'')), "a name can stand in a statement");
   Require(portfolio.rows >= kMinHoldings && portfolio.rows <= kMaxHoldings, "a portfolio has a portfolio's size");
-  Require(portfolio.rows == static_cast<int>(portfolio.holdings.size()), "no holding is lost");
   QSet<int> codes;
   for (const CsvHolding& holding : portfolio.holdings) {
     const bool isStock = (holding.codeNumber >= 1600000 && holding.codeNumber <= 1699999) ||
@@ -62,16 +62,50 @@ QStringList Holdings(const std::vector<CsvPortfolio>& portfolios) {
   return rows;
 }
 
+const QString kFreeName = QStringLiteral("甲");
+
 void CheckSameAs(const CsvPortfolios& expected, const QByteArray& csv) {
-  const CsvPortfolios again = ParsePortfolioCsv(csv, AllStocks());
+  const CsvPortfolios again = ParsePortfolioCsv(csv, AllStocks(), kFreeName);
   Require(again.problems.size() == expected.problems.size(), "another writing has the same problems");
   Require(Holdings(again.portfolios) == Holdings(expected.portfolios), "another writing has the same holdings");
+}
+
+void CheckRows(const CsvPortfolios& read, std::int64_t lines) {
+  std::size_t rows = 0;
+  std::size_t holdings = 0;
+  for (const CsvPortfolio& portfolio : read.portfolios) {
+    CheckPortfolio(portfolio);
+    rows += static_cast<std::size_t>(portfolio.rows);
+    holdings += portfolio.holdings.size();
+  }
+  Require(rows == holdings + (read.shape.isStatement ? 0 : read.strangers.size()), "no holding is lost");
+  for (const auto* leftOut : {&read.strangers, &read.sold, &read.others}) {
+    for (const LeftOutRow& row : *leftOut) {
+      Require(row.line > read.shape.headingLine && row.line <= lines, "what is left out is a line below the heading");
+      Require(!row.reason.isEmpty(), "what is left out has a reason");
+    }
+  }
+}
+
+/// The same holdings under the headings of the documents and under a broker's.
+void CheckOtherHeadings(const CsvPortfolios& read) {
+  const QStringList rows = Holdings(read.portfolios);
+  if (rows.isEmpty() || !read.strangers.empty()) return;
+  CsvPortfolios plain;
+  plain.portfolios = read.portfolios;
+  const QString own = QStringLiteral("组合名称,股票代码,数量（股）,买入价(元)\r\n");
+  if (!read.shape.isStatement) CheckSameAs(plain, (own + rows.join(QStringLiteral("\r\n"))).toUtf8());
+  // A statement's cells lose every blank around them, a name's full-width ones too.
+  const bool isPlain = std::all_of(read.portfolios.begin(), read.portfolios.end(),
+                                   [](const CsvPortfolio& one) { return one.name.trimmed() == one.name; });
+  const QString broker = QStringLiteral("资金账号：1\n组合名称,证券代码,持仓数量,参考成本价\n");
+  if (isPlain) CheckSameAs(plain, (broker + rows.join(QLatin1Char('\n'))).toUtf8());
 }
 
 }  // namespace
 
 void PortfolioCsv(std::string_view input) {
-  const CsvPortfolios read = ParsePortfolioCsv(Raw(input), AllStocks());
+  const CsvPortfolios read = ParsePortfolioCsv(Raw(input), AllStocks(), kFreeName);
   const auto lines = 1 + std::count(input.begin(), input.end(), '\n');
   int lastLine = 0;
   for (const ImportProblem& problem : read.problems) {
@@ -79,14 +113,15 @@ void PortfolioCsv(std::string_view input) {
     Require(!problem.reason.isEmpty(), "a problem has a reason");
     lastLine = problem.line;
   }
-  if (QUtf8StringView(Raw(input)).isValidUtf8()) {
-    if (const auto gb = ToGb18030(Raw(input))) CheckSameAs(read, *gb);
+  // A text of rare characters may be taken for the other encoding.
+  if (FindEncoding(Raw(input)).encoding == TextEncoding::Utf8) {
+    const auto gb = ToGb18030(Raw(input));
+    if (gb && FindEncoding(*gb).encoding == TextEncoding::Gb18030) CheckSameAs(read, *gb);
   }
   if (!read.problems.empty()) return;
-  Require(!read.portfolios.empty(), "a file without portfolios is a problem");
-  std::for_each(read.portfolios.begin(), read.portfolios.end(), CheckPortfolio);
-  const QString heading = QStringLiteral("组合名称,股票代码,数量（股）,买入价(元)\r\n");
-  CheckSameAs(read, (heading + Holdings(read.portfolios).join(QStringLiteral("\r\n"))).toUtf8());
+  Require(!read.portfolios.empty() || !read.strangers.empty(), "a file without holdings is a problem");
+  CheckRows(read, lines);
+  CheckOtherHeadings(read);
 }
 
 }  // namespace holdwise::fuzz

@@ -6,12 +6,14 @@
 #include <set>
 #include <string>
 
+#include "factor_files.h"
 #include "holdwise/market/bar_reader.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/market/reference_files.h"
 #include "holdwise/market/reference_tables.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
+#include "long_bars.h"
 #include "properties.h"
 #include "targets.h"
 
@@ -38,8 +40,50 @@ void CheckBar(const Bar& bar) {
 
 std::string Written(const std::vector<Bar>& bars) {
   std::string csv = "\xEF\xBB\xBF收盘价（元）,日期\r\n";
-  for (const Bar& bar : bars) csv += FormatFixedUtf8(bar.close, 4) + ',' + DateText(bar.date) + "\r\n";
+  for (const Bar& bar : bars) csv += ShortestUtf8(bar.close) + ',' + DateText(bar.date) + "\r\n";
   return csv;
+}
+
+// Every security's bars of a table of many.
+void CheckLongBars(std::string_view input, const QString& path) {
+  const auto numberOf = [](std::string_view text) {
+    const std::optional<std::string> code = ParseStockCode(text);
+    return code ? CodeNumberOfStock(*code) : 0;
+  };
+  LongBars table(numberOf, {});
+  try {
+    table.Read(path);
+  } catch (const Error& error) {
+    return RequireTableCategory(error);
+  }
+  CheckRejections(table.TakeRejections(), input);
+  for (const int number : table.Numbers()) {
+    BarRules rules;
+    rules.codeNumber = number;
+    try {
+      const BarFile file = table.Take(number, rules);
+      CheckRejections(file.rejections, input);
+      std::for_each(file.bars.begin(), file.bars.end(), CheckBar);
+    } catch (const Error& error) {
+      RequireTableCategory(error);
+    }
+  }
+}
+
+void CheckFactors(const QString& path, std::string_view input) {
+  std::vector<Rejection> rejections;
+  std::vector<std::pair<QString, QString>> understood;
+  try {
+    const FactorTable factors = ReadFactors(path, rejections, understood);
+    for (const auto& [number, steps] : factors) {
+      const auto isBehind = [](const FactorStep& a, const FactorStep& b) { return a.date >= b.date; };
+      Require(std::adjacent_find(steps.begin(), steps.end(), isBehind) == steps.end(), "steps ascend, one a date");
+      for (const FactorStep& step : steps) Require(step.ratio >= 0, "a ratio is not negative");
+    }
+  } catch (const Error& error) {
+    RequireTableCategory(error);
+  }
+  CheckRejections(rejections, input);
 }
 
 void CheckBars(const BarFile& file, const QString& path) {
@@ -57,7 +101,10 @@ void CheckBars(const BarFile& file, const QString& path) {
   const BarFile again = ReadBars(written.Path());
   Require(again.bars == bars && again.rejections.empty(), "bars come back from their CSV");
 
-  if (bars.empty()) return;
+  // Other bars at the end are another base of what is adjusted; of previous closes it depends on how many there are
+  // whether they adjust.
+  const bool mayAdjust = file.understood.contains(QStringLiteral("昨收="));
+  if (bars.empty() || file.adjustment != Adjustment::AsTheyStand || mayAdjust) return;
   const int middle = bars[bars.size() / 2].date;
   std::vector<Bar> early;
   std::copy_if(bars.begin(), bars.end(), std::back_inserter(early), [middle](Bar b) { return b.date <= middle; });
@@ -107,6 +154,7 @@ void CheckRates(const DepositRates& rates, int date) {
 
 void Bars(std::string_view input) {
   const MemoryFile file(input);
+  CheckLongBars(input, file.Path());
   BarFile bars;
   try {
     bars = ReadBars(file.Path());
@@ -130,6 +178,11 @@ void ReferenceFiles(std::string_view input) {
   std::vector<Security> securities;
   if (Reads([&](auto& rejections) { securities = ReadSecurities(path, rejections); }, input))
     CheckSecurities(securities);
+  std::vector<Security> bare = {{"600000", "a", "", 1, 0}, {"000001", "b", "银行", 2, 0}};
+  if (Reads([&](auto& rejections) { ReadIndustries(path, bare, rejections); }, input)) {
+    Require(bare.size() == 2 && bare[1].industry == "银行", "an industry that is known stays");
+  }
+  CheckFactors(path, input);
 
   std::vector<int> dates;
   if (Reads([&](auto& rejections) { dates = ReadTradingDates(path, rejections); }, input)) {

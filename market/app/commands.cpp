@@ -52,6 +52,23 @@ void WriteStandardOutput(const QByteArray& bytes) {
   }
 }
 
+void PrintNote(const char* before, const Rejection& note) {
+  std::fprintf(stderr, "%s%s\n", before, note.ToText().toUtf8().constData());
+}
+
+void PrintLines(const std::vector<QString>& lines) {
+  for (const QString& line : lines) std::printf("%s\n", line.toUtf8().constData());
+}
+
+void PrintCheck(const BuildSummary& summary) {
+  std::printf("当前日期：%s\n证券：%d，有行情 %d\n未采用的行：%lld，未采用的文件：%d\n",
+              DateText(summary.currentDate).c_str(), summary.securities, summary.series,
+              static_cast<long long>(summary.rejectedLines), summary.rejectedFiles);
+  PrintLines(summary.understood);
+  PrintLines(summary.advice);
+  std::printf("只作检查，没有写任何文件\n用时：%s 秒\n", FormatFixedUtf8(summary.seconds, 2).c_str());
+}
+
 const char* TypeName(ColumnType type) {
   switch (type) {
     case ColumnType::Integer:
@@ -73,6 +90,8 @@ int RunBuild(const BuildCommand& command) {
   options.barsFolder = Path(command.bars);
   options.indicesFolder = Path(command.indices);
   options.securitiesFile = Path(command.securities);
+  options.industriesFile = Path(command.industries);
+  options.factorsPlace = Path(command.factors);
   options.datesFile = Path(command.dates);
   options.ratesFile = Path(command.rates);
   options.quotesFile = Path(command.quotes);
@@ -86,10 +105,13 @@ int RunBuild(const BuildCommand& command) {
 
   ProgressLine progress("处理行情");
   BuildObserver observer;
-  observer.onRejection = [](const Rejection& rejection) {
-    std::fprintf(stderr, "%s\n", rejection.ToText().toUtf8().constData());
-  };
+  observer.onRejection = [](const Rejection& rejection) { PrintNote("", rejection); };
+  observer.onWarning = [](const Rejection& warning) { PrintNote("请核对：", warning); };
   observer.onProgress = [&progress](int done, int total) { progress.Show(done, total); };
+  if (command.onlyChecks) {
+    PrintCheck(CheckInputs(options, observer));
+    return 0;
+  }
   const BuildSummary summary = BuildDataFolder(options, observer);
   std::printf(
       "数据目录：%s\n当前日期：%s\n证券：%d，有行情 %d\n统计行：%lld\n未采用的行：%lld，未采用的文件：%d\n"
@@ -98,7 +120,9 @@ int RunBuild(const BuildCommand& command) {
       static_cast<long long>(summary.rows), static_cast<long long>(summary.rejectedLines), summary.rejectedFiles,
       summary.suspended);
   if (command.proposals.areWanted) std::printf("候选组合：%d\n", summary.proposals);
-  for (const QString& remark : summary.remarks) std::printf("%s\n", remark.toUtf8().constData());
+  PrintLines(summary.remarks);
+  PrintLines(summary.brief);
+  PrintLines(summary.advice);
   std::printf("用时：%s 秒\n", FormatFixedUtf8(summary.seconds, 2).c_str());
   return 0;
 }

@@ -13,6 +13,8 @@ struct BuildCommand {
   std::string bars;
   std::string indices;
   std::string securities;
+  std::string industries;
+  std::string factors;
   std::string dates;
   std::string rates;
   std::string quotes;
@@ -22,6 +24,7 @@ struct BuildCommand {
   std::string out;
   bool isSimulated = false;
   bool replacesOtherKind = false;
+  bool onlyChecks = false;
   ProposalOptions proposals;
 };
 int RunBuild(const BuildCommand& command);

@@ -62,18 +62,25 @@ void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
   CLI::App* build = AddCommand(program, "build", "把日线数据做成终端用的数据目录");
   build->footer(
       "日线：每只股票一个 CSV "
-      "文件，以六位代码命名（600519.csv、sh600519.csv、600519.SH.csv），第一行是表头；列的顺序不限，\n"
+      "文件，以六位代码命名（600519.csv、sh600519.csv、sh.600519.csv、600519.SH.csv、600519.SS."
+      "csv），或带代码一列的文件，\n"
+      "第一行是表头；列的顺序不限，"
       "表头中英文均可：日期和收盘价必须有，开盘、最高、最低、成交量如有则核对。日期写作 YYYY-MM-DD、YYYYMMDD 或 "
       "YYYY/M/D；\n"
       "编码为 UTF-8 或 "
       "GB18030。不能采用的行连同文件名和行号列在标准错误上，其余照常采用。原有数据目录最后一步整体替换，\n"
       "其中不由本命令生成的文件保留。\n"
       "退出码：0 完成，1 没有作任何改动，大于 100 参数错误。");
-  AddText(build, "--bars", command.bars, "日线目录，每只股票一个 CSV 文件")->required();
-  AddText(build, "--indices", command.indices, "指数目录，内有 1.csv、399001.csv、399300.csv")->required();
+  AddText(build, "--bars", command.bars, "日线：目录（每只股票一个 CSV 文件，或每天一个），或所有股票的一个文件")
+      ->required();
+  AddText(build, "--indices", command.indices, "指数目录，内有 1.csv、399001.csv、399300.csv，或三个指数的一个文件")
+      ->required();
   AddText(build, "--securities", command.securities, "证券表 CSV：code、name、industry、market（SH、SZ）、list_date")
       ->required();
-  AddText(build, "--dates", command.dates, "交易日 CSV：date（默认：指数日线的日期）");
+  AddText(build, "--industries", command.industries, "行业 CSV：code、industry，补证券表里没有的行业");
+  AddText(build, "--factors", command.factors,
+          "复权因子 CSV 或目录：date 和 adj_factor（累计）或 factor（每次除权一个），用于不复权又没有昨收的行情");
+  AddText(build, "--dates", command.dates, "交易日 CSV：date，如有 is_open 则只取开市的日子（默认：指数日线的日期）");
   AddText(build, "--rates", command.rates,
           "存款利率 CSV：date、one_year 及其他期限，年利率百分数（默认：2015-10-24 起一年期 1.50）");
   AddText(build, "--quotes", command.quotes,
@@ -81,11 +88,16 @@ void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
   AddText(build, "--estimates", command.estimates, "股票估值 CSV：code、price（默认：没有）");
   AddText(build, "--date", command.date, "市场当前日期，其后的日线不读（默认：指数的最后一个交易日）");
   AddNumber(build, "--days", command.days, "窗口的交易日数");
-  AddText(build, "--out", command.out, "要生成或替换的数据目录")->required();
+  CLI::Option* out = AddText(build, "--out", command.out, "要生成或替换的数据目录");
+  CLI::Option* check = build->add_flag("--check", command.onlyChecks,
+                                       "只检查：列出各文件的列被当作什么、行情是否复权和有无缺漏，不写文件");
   build->add_flag("--simulated", command.isSimulated, "注明为虚构数据");
   build->add_flag("--replace", command.replacesOtherKind, "允许用虚构数据替换真实行情的目录，或用真实行情替换虚构的");
   AddProposalOptions(build, command.proposals);
-  build->callback([&] { exitCode = RunBuild(command); });
+  build->callback([&command, &exitCode, out, check] {
+    if (out->empty() && check->empty()) throw CLI::RequiredError("--out");
+    exitCode = RunBuild(command);
+  });
 }
 
 void AddSimulate(CLI::App& program, SimulateCommand& command, int& exitCode) {

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
+#include "headings.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/packet/error.h"
 
@@ -23,6 +24,27 @@ QFileInfoList CsvFiles(const QString& folder) {
   return files;
 }
 
+// Whether the lines of the file name their securities. What cannot be read is no such table.
+bool IsTable(const QString& path) {
+  try {
+    return CsvTable(path, BarColumns()).Has(kBarCode);
+  } catch (const Error&) {
+    return false;
+  }
+}
+
+void RejectSecondFiles(std::vector<StockFile>& files, std::vector<Rejection>& rejections) {
+  std::stable_sort(files.begin(), files.end(), [](const StockFile& a, const StockFile& b) { return a.code < b.code; });
+  const auto isSameCode = [&](const StockFile& a, const StockFile& b) {
+    if (a.code != b.code) return false;
+    rejections.push_back({b.path, 0, QStringLiteral("与 %1 是同一证券").arg(a.path)});
+    return true;
+  };
+  files.erase(std::unique(files.begin(), files.end(), isSameCode), files.end());
+}
+
+}  // namespace
+
 const char* IndexName(int number) {
   switch (number) {
     case 1:
@@ -34,46 +56,54 @@ const char* IndexName(int number) {
   }
 }
 
-}  // namespace
-
-std::vector<StockFile> ListStockFiles(const QString& folder, std::vector<Rejection>& rejections) {
-  std::vector<StockFile> files;
-  for (const QFileInfo& info : CsvFiles(folder)) {
+BarSources ListStockFiles(const QString& place, std::vector<Rejection>& rejections) {
+  BarSources sources;
+  if (QFileInfo(place).isFile()) {
+    const auto code = ParseStockCode(QFileInfo(place).completeBaseName().toStdString());
+    if (!code || IsTable(place)) {
+      sources.tables.push_back(place);
+    } else {
+      sources.stocks.push_back({*code, place});
+    }
+    return sources;
+  }
+  for (const QFileInfo& info : CsvFiles(place)) {
     const auto code = ParseStockCode(info.completeBaseName().toStdString());
     if (code) {
-      files.push_back({*code, info.filePath()});
+      sources.stocks.push_back({*code, info.filePath()});
+    } else if (IsTable(info.filePath())) {
+      sources.tables.push_back(info.filePath());
     } else {
       rejections.push_back({info.filePath(), 0, QStringLiteral("文件名不是沪深证券代码")});
     }
   }
-  std::stable_sort(files.begin(), files.end(), [](const StockFile& a, const StockFile& b) { return a.code < b.code; });
-  const auto isSameCode = [&](const StockFile& a, const StockFile& b) {
-    if (a.code != b.code) return false;
-    rejections.push_back({b.path, 0, QStringLiteral("与 %1 是同一证券").arg(a.path)});
-    return true;
-  };
-  files.erase(std::unique(files.begin(), files.end(), isSameCode), files.end());
-  if (files.empty()) throw Error(ErrorCategory::NotFound, "目录里没有证券的行情文件：" + folder.toStdString());
-  return files;
+  RejectSecondFiles(sources.stocks, rejections);
+  if (sources.stocks.empty() && sources.tables.empty()) {
+    throw Error(ErrorCategory::NotFound, "目录里没有证券的行情文件：" + place.toStdString());
+  }
+  return sources;
 }
 
-std::map<int, QString> ListIndexFiles(const QString& folder) {
-  std::map<int, QString> files;
-  for (const QFileInfo& info : CsvFiles(folder)) {
+IndexSources ListIndexFiles(const QString& place) {
+  IndexSources sources;
+  if (QFileInfo(place).isFile()) {
+    sources.tables.push_back(place);
+    return sources;
+  }
+  for (const QFileInfo& info : CsvFiles(place)) {
     const int number = ParseIndexNumber(info.completeBaseName().toStdString(), true);
     if (number == 0) continue;
-    const auto [place, isNew] = files.emplace(number, info.filePath());
+    const auto [known, isNew] = sources.files.emplace(number, info.filePath());
     if (!isNew) {
       throw Error(ErrorCategory::Refused,
-                  "同一指数有两个文件：" + place->second.toStdString() + "，" + info.filePath().toStdString());
+                  "同一指数有两个文件：" + known->second.toStdString() + "，" + info.filePath().toStdString());
     }
   }
   for (const int number : kIndexNumbers) {
-    if (files.contains(number)) continue;
-    throw Error(ErrorCategory::NotFound,
-                std::string("缺少指数行情 ") + IndexName(number) + "：" + folder.toStdString());
+    if (sources.files.contains(number)) continue;
+    throw Error(ErrorCategory::NotFound, std::string("缺少指数行情 ") + IndexName(number) + "：" + place.toStdString());
   }
-  return files;
+  return sources;
 }
 
 }  // namespace holdwise

@@ -14,11 +14,25 @@ struct StockFile {
   QString path;
 };
 
-/// CSV files of stocks in a folder, ascending by code. Names that mean no stock, and a second file of one code, are
-/// reported. Missing or unreadable folder: Error(NotFound), Error(Io); no usable file: Error(NotFound).
-[[nodiscard]] std::vector<StockFile> ListStockFiles(const QString& folder, std::vector<Rejection>& rejections);
+/// Where bars come from: a file of one security each, or files of many that name the security in every line.
+struct BarSources {
+  std::vector<StockFile> stocks;  ///< ascending by code
+  std::vector<QString> tables;    ///< ascending by name
+};
 
-/// The files of the three indices by number. One missing: Error(NotFound); two for one index: Error(Refused).
-[[nodiscard]] std::map<int, QString> ListIndexFiles(const QString& folder);
+/// The CSV files of stocks in a folder, or the one file named. Names that mean no stock are those of tables of many
+/// stocks when their heading has a code, else reported; so is a second file of one code. Missing or unreadable:
+/// Error(NotFound), Error(Io); no usable file: Error(NotFound).
+[[nodiscard]] BarSources ListStockFiles(const QString& place, std::vector<Rejection>& rejections);
+
+struct IndexSources {
+  std::map<int, QString> files;  ///< by number; none where there are tables
+  std::vector<QString> tables;   ///< of which each may hold all of them
+};
+/// The files of the three indices in a folder, or the one file named. One missing in a folder without tables:
+/// Error(NotFound); two for one index: Error(Refused).
+[[nodiscard]] IndexSources ListIndexFiles(const QString& place);
+/// "上证指数（1.csv）".
+[[nodiscard]] const char* IndexName(int number);
 
 }  // namespace holdwise

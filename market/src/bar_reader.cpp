@@ -2,125 +2,121 @@
 #include "holdwise/market/bar_reader.h"
 
 #include <algorithm>
-#include <array>
 
+#include "bar_adjustment.h"
+#include "bar_lines.h"
+#include "headings.h"
 #include "holdwise/packet/dates.h"
-#include "holdwise/packet/number_text.h"
+#include "holdwise/packet/error.h"
 
 namespace holdwise {
 namespace {
 
-enum BarColumn : std::size_t { kDate, kClose, kOpen, kHigh, kLow, kVolume, kColumnCount };
-
-const std::array<CsvColumn, kColumnCount>& BarColumns() {
-  static const std::array<CsvColumn, kColumnCount> columns{{
-      {{"date", "日期", "交易日期", "trade_date", "tradedate", "trading_date"}, true},
-      {{"close", "收盘", "收盘价", "close_price"}, true},
-      {{"open", "开盘", "开盘价", "open_price"}},
-      {{"high", "最高", "最高价", "high_price"}},
-      {{"low", "最低", "最低价", "low_price"}},
-      {{"volume", "成交量", "vol"}},
-  }};
-  return columns;
+const LineFile& FileOf(const std::vector<LineFile>& files, std::uint32_t line) {
+  const auto behind = std::upper_bound(files.begin(), files.end(), line,
+                                       [](std::uint32_t l, const LineFile& file) { return l <= file.linesBefore; });
+  return *std::prev(behind);
 }
 
-struct NumberedBar {
-  Bar bar;
-  double volume = 0;
-  std::int64_t line = 0;
-};
-
-QString Text(std::string_view utf8) {
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+Rejection Repeated(const std::vector<LineFile>& files, const BarLine& line, const BarLine& first) {
+  const LineFile& file = FileOf(files, line.line);
+  const LineFile& fileOfFirst = FileOf(files, first.line);
+  const QString where =
+      &file == &fileOfFirst ? QStringLiteral("首次在第") : QStringLiteral("首次在 %1 第").arg(fileOfFirst.path);
+  return {file.path, line.line - file.linesBefore,
+          QStringLiteral("日期 %1 重复，%2 %3 行")
+              .arg(QString::fromStdString(DateText(static_cast<int>(line.date))), where)
+              .arg(first.line - fileOfFirst.linesBefore)};
 }
 
-// The reason why the current line's prices cannot be used; none when `close` is set.
-std::optional<QString> CheckPrices(const CsvTable& table, double& close) {
-  if (auto reason = ReadPrice(table.Field(kClose), close)) return QStringLiteral("收盘价") + *reason;
-  double open = close;
-  double high = close;
-  double low = close;
-  if (table.Has(kOpen)) {
-    if (auto reason = ReadPrice(table.Field(kOpen), open)) return QStringLiteral("开盘价") + *reason;
-  }
-  if (table.Has(kHigh)) {
-    if (auto reason = ReadPrice(table.Field(kHigh), high)) return QStringLiteral("最高价") + *reason;
-  }
-  if (table.Has(kLow)) {
-    if (auto reason = ReadPrice(table.Field(kLow), low)) return QStringLiteral("最低价") + *reason;
-  }
-  if (close > high || close < low) return QStringLiteral("收盘价不在最低价与最高价之间");
-  return std::nullopt;
+void SortAndRejectRepeated(std::vector<BarLine>& lines, const std::vector<LineFile>& files, BarFile& file) {
+  const auto isEarlier = [](const BarLine& a, const BarLine& b) { return a.date < b.date; };
+  if (!std::is_sorted(lines.begin(), lines.end(), isEarlier)) std::stable_sort(lines.begin(), lines.end(), isEarlier);
+  const auto isRepeated = [&](const BarLine& first, const BarLine& line) {
+    if (first.date != line.date) return false;
+    file.rejections.push_back(Repeated(files, line, first));
+    return true;
+  };
+  lines.erase(std::unique(lines.begin(), lines.end(), isRepeated), lines.end());
 }
 
-std::optional<QString> CheckVolume(const CsvTable& table, double& volume) {
-  if (!table.Has(kVolume)) return std::nullopt;
-  const std::string_view text = table.Field(kVolume);
-  if (text.empty()) return QStringLiteral("成交量缺失");
-  // Index volumes pass a price's bounds: the form is checked, not the size.
-  const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return (c >= '0' && c <= '9') || c == '.'; });
-  if (!isPlain || text.find('.') != text.rfind('.') || text == ".") {
-    return QStringLiteral("成交量不是数字“%1”").arg(Text(text));
+int LongestStandstill(const std::vector<Bar>& bars) {
+  int longest = 0;
+  int length = 0;
+  for (std::size_t day = 0; day < bars.size(); ++day) {
+    length = day > 0 && bars[day].close == bars[day - 1].close ? length + 1 : 1;
+    longest = std::max(longest, length);
   }
-  volume = ParseReal(text).value_or(0);
-  return std::nullopt;
+  return longest;
 }
 
-bool IsTradingDate(std::span<const int> tradingDates, int date) {
-  if (tradingDates.empty() || date < tradingDates.front() || date > tradingDates.back()) return true;
-  return std::binary_search(tradingDates.begin(), tradingDates.end(), date);
-}
-
-void RejectRepeatedDates(const QString& path, bool hasVolumes, std::vector<NumberedBar>& bars, BarFile& file) {
-  const auto isEarlier = [](const NumberedBar& a, const NumberedBar& b) { return a.bar.date < b.bar.date; };
-  if (!std::is_sorted(bars.begin(), bars.end(), isEarlier)) std::stable_sort(bars.begin(), bars.end(), isEarlier);
-  file.bars.reserve(bars.size());
-  std::int64_t firstLine = 0;
-  for (const NumberedBar& numbered : bars) {
-    if (!file.bars.empty() && file.bars.back().date == numbered.bar.date) {
-      const QString date = QString::fromStdString(DateText(numbered.bar.date));
-      file.rejections.push_back(
-          {path, numbered.line, QStringLiteral("日期 %1 重复，首次在第 %2 行").arg(date).arg(firstLine)});
-      continue;
-    }
-    file.bars.push_back(numbered.bar);
-    if (hasVolumes) file.volumes.push_back(numbered.volume);
-    firstLine = numbered.line;
-  }
+int MissingDays(const std::vector<Bar>& bars, const std::vector<std::uint32_t>& suspendedDates,
+                std::span<const int> tradingDates) {
+  if (bars.empty()) return 0;
+  const int first = bars.front().date;
+  const int last = bars.back().date;
+  const auto from = std::lower_bound(tradingDates.begin(), tradingDates.end(), first);
+  const auto to = std::upper_bound(tradingDates.begin(), tradingDates.end(), last);
+  const auto isTradingDate = [&](int date) { return std::binary_search(from, to, date); };
+  const auto there = std::count_if(bars.begin(), bars.end(), [&](const Bar& bar) { return isTradingDate(bar.date); });
+  const auto suspended = std::count_if(suspendedDates.begin(), suspendedDates.end(),
+                                       [&](std::uint32_t date) { return isTradingDate(static_cast<int>(date)); });
+  return static_cast<int>(std::max<std::ptrdiff_t>(0, to - from - there - suspended));
 }
 
 }  // namespace
 
-BarFile ReadBars(const QString& path, std::span<const int> tradingDates, int lastDate) {
-  CsvTable table(path, BarColumns());
-  std::vector<NumberedBar> bars;
-  while (table.Next()) {
-    const std::string_view dateText = table.Field(kDate);
-    const std::optional<int> date = ReadMarketDate(dateText);
-    if (!date) {
-      table.Reject(dateText.empty() ? QStringLiteral("日期缺失")
-                                    : QStringLiteral("日期无法识别“%1”").arg(Text(dateText)));
-      continue;
-    }
-    if (lastDate != 0 && *date > lastDate) continue;
-    double close = 0;
-    double volume = 0;
-    std::optional<QString> reason = CheckPrices(table, close);
-    if (!reason) reason = CheckVolume(table, volume);
-    if (!reason && !IsWeekday(*date)) reason = QStringLiteral("%1 是周末，不是交易日").arg(Text(dateText));
-    if (!reason && !IsTradingDate(tradingDates, *date)) reason = QStringLiteral("%1 不是交易日").arg(Text(dateText));
-    if (reason) {
-      table.Reject(*reason);
-    } else {
-      bars.push_back({{*date, close}, volume, table.Line()});
-    }
-  }
+BarFile AssembleBars(BarLines source, const std::vector<LineFile>& files, std::vector<Rejection> rejections,
+                     const BarRules& rules) {
   BarFile file;
-  file.rejections = table.TakeRejections();
-  RejectRepeatedDates(path, table.Has(kVolume), bars, file);
+  file.rejections = std::move(rejections);
+  SortAndRejectRepeated(source.lines, files, file);
+  file.bars.reserve(source.lines.size());
+  for (const BarLine& line : source.lines) file.bars.push_back({static_cast<int>(line.date), line.close});
+  if (source.hasVolumes) {
+    file.volumes.reserve(source.lines.size());
+    for (const BarLine& line : source.lines) file.volumes.push_back(line.volume);
+  }
+  file.adjustment = AdjustForward(source.lines, source.basis, rules.factors, file.bars);
+  if (!std::all_of(file.bars.begin(), file.bars.end(), [](const Bar& bar) { return IsPrice(bar.close); })) {
+    throw Error(ErrorCategory::Refused,
+                "复权后的价格超出范围，请核对昨收或复权因子：" + files.front().path.toStdString());
+  }
+  for (const QString& doubt :
+       DoubtsAbout(file.bars, source.lines, source.basis, file.adjustment, rules, source.suspendedDates)) {
+    file.warnings.push_back({files.front().path, 0, doubt});
+  }
+  file.counts = {static_cast<int>(source.suspendedDates.size()),
+                 MissingDays(file.bars, source.suspendedDates, rules.tradingDates), source.zeroPrices,
+                 LongestStandstill(file.bars)};
+  return file;
+}
+
+BarFile ReadBars(const QString& path, const BarRules& rules) {
+  CsvTable table(path, BarColumns());
+  BarLineReader reader(table, rules);
+  BarLines lines;
+  lines.basis = reader.Basis();
+  lines.hasVolumes = reader.HasVolumes();
+  while (table.Next()) {
+    BarLine line{};
+    const BarLineReader::Use use = reader.Read(line);
+    if (use == BarLineReader::Use::Bar) lines.lines.push_back(line);
+    if (use == BarLineReader::Use::NoTrade) lines.suspendedDates.push_back(line.date);
+    if (use == BarLineReader::Use::Rejected && reader.WasZeroPrice()) ++lines.zeroPrices;
+  }
+  BarFile file = AssembleBars(std::move(lines), {{path, 0}}, table.TakeRejections(), rules);
+  file.understood = table.Understood();
   std::stable_sort(file.rejections.begin(), file.rejections.end(),
                    [](const Rejection& a, const Rejection& b) { return a.line < b.line; });
   return file;
+}
+
+BarFile ReadBars(const QString& path, std::span<const int> tradingDates, int lastDate) {
+  BarRules rules;
+  rules.tradingDates = tradingDates;
+  rules.lastDate = lastDate;
+  return ReadBars(path, rules);
 }
 
 }  // namespace holdwise

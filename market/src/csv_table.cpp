@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "holdwise/market/csv_table.h"
 
+#include <QStringList>
 #include <algorithm>
+#include <set>
 
 #include "holdwise/packet/error.h"
 #include "holdwise/packet/number_text.h"
@@ -11,7 +13,6 @@ namespace holdwise {
 namespace {
 
 constexpr double kLargestNumber = 1e9;
-constexpr std::size_t kDecimals = 4;
 
 QString Text(std::string_view utf8) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
@@ -36,51 +37,102 @@ QString Rejection::ToText() const {
 }
 
 CsvTable::CsvTable(const QString& path, std::span<const CsvColumn> columns)
-    : path_(path),
-      text_(ReadTextFile(path)),
-      reader_(
-          std::make_unique<CsvReader>(std::string_view(text_.constData(), static_cast<std::size_t>(text_.size())))) {
+    : path_(path), columns_(columns.begin(), columns.end()), pieces_(path) {
+  NextPiece();  // every file has one
   try {
     if (!reader_->Next()) throw Error(ErrorCategory::Refused, "文件为空");
-    MapHeadings(columns);
+    headings_.assign(reader_->Fields().begin(), reader_->Fields().end());
+    MapHeadings();
   } catch (const Error& error) {
     throw Error(ErrorCategory::Refused,
                 ShownText(QString::fromUtf8(error.what())).toStdString() + "：" + path.toStdString());
   }
 }
 
-void CsvTable::MapHeadings(std::span<const CsvColumn> columns) {
-  const std::vector<std::string_view>& headings = reader_->Fields();
-  fieldCount_ = headings.size();
-  places_.assign(columns.size(), -1);
-  for (std::size_t place = 0; place < headings.size(); ++place) {
-    const std::string heading = PlainHeading(headings[place]);
-    for (std::size_t column = 0; column < columns.size(); ++column) {
-      const auto& known = columns[column].headings;
+bool CsvTable::NextPiece() {
+  linesBefore_ += text_.count('\n');
+  if (!pieces_.Next(text_)) return false;
+  reader_ = std::make_unique<CsvReader>(std::string_view(text_.constData(), static_cast<std::size_t>(text_.size())));
+  return true;
+}
+
+void CsvTable::MapHeadings() {
+  places_.assign(columns_.size(), -1);
+  std::set<std::string> seen;
+  for (std::size_t place = 0; place < headings_.size(); ++place) {
+    const std::string heading = PlainHeading(headings_[place]);
+    for (std::size_t column = 0; column < columns_.size(); ++column) {
+      const auto& known = columns_[column].headings;
       if (std::find(known.begin(), known.end(), heading) == known.end()) continue;
+      if (!seen.insert(heading).second) throw Error(ErrorCategory::Refused, "表头重复“" + headings_[place] + "”");
       if (places_[column] >= 0) {
-        throw Error(ErrorCategory::Refused, "表头重复“" + std::string(headings[place]) + "”");
+        secondPlaces_.push_back({column, place});
+      } else {
+        places_[column] = static_cast<int>(place);
       }
-      places_[column] = static_cast<int>(place);
     }
   }
-  for (std::size_t column = 0; column < columns.size(); ++column) {
-    if (!columns[column].isRequired || places_[column] >= 0) continue;
-    throw Error(ErrorCategory::Refused, "表头缺少列“" + std::string(columns[column].headings.front()) + "”");
+  for (std::size_t column = 0; column < columns_.size(); ++column) {
+    if (!columns_[column].isRequired || places_[column] >= 0) continue;
+    throw Error(ErrorCategory::Refused, "表头缺少列“" + std::string(columns_[column].headings.front()) + "”");
   }
+}
+
+QString CsvTable::Understood() const {
+  QStringList taken;
+  QStringList unused;
+  for (std::size_t place = 0; place < headings_.size(); ++place) {
+    const auto isHere = [place](int found) { return found == static_cast<int>(place); };
+    const QString heading = ShownText(QString::fromStdString(headings_[place]));
+    const auto first = std::find_if(places_.begin(), places_.end(), isHere);
+    const auto second = std::find_if(secondPlaces_.begin(), secondPlaces_.end(),
+                                     [place](const SecondPlace& found) { return found.place == place; });
+    if (first != places_.end()) {
+      taken << QString::fromUtf8(columns_[static_cast<std::size_t>(first - places_.begin())].title) + u'=' + heading;
+    } else if (second != secondPlaces_.end()) {
+      taken << QString::fromUtf8(columns_[second->column].title) + u'=' + heading;
+    } else {
+      unused << heading;
+    }
+  }
+  const QString text = taken.join(QStringLiteral("，"));
+  return unused.isEmpty() ? text : text + QStringLiteral("；未用：") + unused.join(QStringLiteral("，"));
+}
+
+std::optional<QString> CsvTable::Disagreement() const {
+  for (const SecondPlace& second : secondPlaces_) {
+    const std::string_view one = Field(second.column);
+    const std::string_view other = reader_->Fields()[second.place];
+    const auto agree = columns_[second.column].agree;
+    if (one == other || (agree != nullptr && agree(one, other))) continue;
+    return QStringLiteral("列“%1”与“%2”不一致：“%3”，“%4”")
+        .arg(QString::fromStdString(headings_[static_cast<std::size_t>(places_[second.column])]),
+             QString::fromStdString(headings_[second.place]), Text(one), Text(other));
+  }
+  return std::nullopt;
 }
 
 bool CsvTable::Next() {
   for (;;) {
+    bool isThere = false;
     try {
-      if (!reader_->Next()) return false;
+      isThere = reader_->Next();
     } catch (const Error& error) {
       Reject(QString::fromUtf8(error.what()));
       continue;
     }
+    if (!isThere) {
+      if (!NextPiece()) return false;
+      continue;
+    }
     const std::size_t count = reader_->Fields().size();
-    if (count == fieldCount_) return true;
-    Reject(QStringLiteral("字段数 %1 与表头的 %2 不符").arg(count).arg(fieldCount_));
+    if (count != headings_.size()) {
+      Reject(QStringLiteral("字段数 %1 与表头的 %2 不符").arg(count).arg(headings_.size()));
+    } else if (const std::optional<QString> reason = Disagreement()) {
+      Reject(*reason);
+    } else {
+      return true;
+    }
   }
 }
 
@@ -90,21 +142,24 @@ std::string_view CsvTable::Field(std::size_t column) const {
 }
 
 void CsvTable::Reject(const QString& reason) {
-  rejections_.push_back({path_, reader_->Line(), reason});
+  rejections_.push_back({path_, Line(), reason});
+}
+
+bool IsBlankCell(std::string_view text) noexcept {
+  constexpr std::string_view kBlanks[] = {"", "nan", "NaN", "NAN", "None", "none", "null", "NULL", "NaT", "<NA>"};
+  return std::find(std::begin(kBlanks), std::end(kBlanks), text) != std::end(kBlanks);
+}
+
+bool IsPrice(double value) noexcept {
+  return value > 0 && value < kLargestNumber;
 }
 
 std::optional<QString> ReadPlainDecimal(std::string_view text, double& value) {
   if (text.empty()) return QStringLiteral("缺失");
-  const bool isPlain =
-      std::all_of(text.begin(), text.end(), [](char c) { return (c >= '0' && c <= '9') || c == '.' || c == '-'; });
-  const std::optional<double> number = isPlain ? ParseReal(text) : std::nullopt;
+  const std::optional<double> number = ParseReal(text);
   if (!number) return QStringLiteral("不是数字“%1”").arg(Text(text));
   if (*number < 0) return QStringLiteral("为负数“%1”").arg(Text(text));
   if (*number >= kLargestNumber) return QStringLiteral("过大“%1”").arg(Text(text));
-  if (const std::size_t point = text.find('.'); point != std::string_view::npos) {
-    const std::size_t last = text.find_last_not_of('0');
-    if (last - point > kDecimals) return QStringLiteral("超过四位小数“%1”").arg(Text(text));
-  }
   value = *number;
   return std::nullopt;
 }

@@ -5,13 +5,10 @@
 #include <QElapsedTimer>
 #include <algorithm>
 #include <array>
-#include <set>
-#include <unordered_set>
+#include <atomic>
 
-#include "bar_folder.h"
 #include "base_files.h"
 #include "fingerprint.h"
-#include "holdwise/market/bar_reader.h"
 #include "holdwise/market/folder_swap.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/market/reference_files.h"
@@ -23,6 +20,7 @@
 #include "holdwise/packet/thread_annotations.h"
 #include "kept_files.h"
 #include "market_file.h"
+#include "market_inputs.h"
 #include "parallel_for.h"
 #include "proposal_files.h"
 
@@ -52,11 +50,34 @@ constexpr const char* kRiskFiles[] = {"SH.dat", "SZ.dat", "HS.dat"};
 using RiskOfIndices = std::array<Figures, std::size(kRiskFiles)>;
 static_assert(std::size(kRiskFiles) == std::size(kIndexNumbers));
 
+/// Reads the bars of all stocks, on several threads, and hands each to `use` there; what they say is reported in order.
+template <typename Use>
+void ReadAllStocks(MarketInputs& inputs, const BuildOptions& options, const BuildObserver& observer, const Use& use) {
+  const std::size_t count = inputs.Stocks().size();
+  std::vector<MarketInputs::StockBars> read(count);
+  struct {
+    Mutex mutex;
+    int done HOLDWISE_GUARDED_BY(mutex) = 0;
+  } progress;
+  ParallelFor(count, ThreadsOr(options.threads), [&](std::size_t i) {
+    read[i] = inputs.ReadStock(i);
+    use(i, read[i].file);
+    read[i].LetBarsGo();
+    const MutexLock lock(progress.mutex);
+    ++progress.done;
+    if (observer.onProgress) observer.onProgress(progress.done, static_cast<int>(count));
+  });
+  for (std::size_t i = 0; i < count; ++i) inputs.Report(i, read[i]);
+}
+
 /// One run of the producer: each step fills what the next ones read.
 class DataFolderBuild {
  public:
   DataFolderBuild(const BuildOptions& options, const BuildObserver& observer)
-      : options_(options), observer_(observer), swap_(options.outFolder, QString::fromUtf8(kMarketFile)) {}
+      : options_(options),
+        observer_(observer),
+        swap_(options.outFolder, QString::fromUtf8(kMarketFile)),
+        inputs_(options, observer, summary_) {}
 
   BuildSummary Run();
 
@@ -68,40 +89,29 @@ class DataFolderBuild {
     QuoteRow quote;
     StockFacts facts;
     RiskOfIndices risk;
-    std::vector<Rejection> rejections;
   };
 
-  void ReadIndices();
-  void ReadDates();
+  void WriteReferences();
   void WriteIndices();
   void WriteStocks();
-  StockResult ReadStock(const StockFile& file) const;
-  void WriteRisk(const std::vector<StockFile>& files, const std::vector<StockResult>& results) const;
-  void WriteReferences();
-  void WriteEstimates();
+  StockResult FiguresOfStock(const StockFile& stock, const BarFile& file) const;
+  void WriteRisk(const std::vector<StockResult>& results) const;
   void WriteQuotes();
   void WriteProposals();
   void WriteMarket();
 
-  void Report(const std::vector<Rejection>& rejections);
   void Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const;
   void WriteNamed(const QString& name, ResultSet table, const PacketLimits& limits) const;
-  [[nodiscard]] std::unordered_set<int> KnownStocks() const;
   [[nodiscard]] QuoteRow ClosingQuote(const std::vector<Bar>& bars) const;
 
   const BuildOptions& options_;
   const BuildObserver& observer_;
   FolderSwap swap_;
   BuildSummary summary_;
-  std::vector<Security> securities_;
-  std::vector<int> tradingDates_;
-  Window window_;
-  std::map<int, BarFile> indices_;
+  MarketInputs inputs_;
   std::array<MarketReturns, kIndexCount> indexReturns_;  // in the order of kIndexNumbers
-  DepositRates rates_;
-  std::vector<EstimateValue> estimates_;
-  std::vector<StockFacts> stocks_;  // those that have bars, if proposals are wanted
-  std::map<int, QuoteRow> quotes_;  // by code number
+  std::vector<StockFacts> stocks_;                       // those that have bars, if proposals are wanted
+  std::map<int, QuoteRow> quotes_;                       // by code number
   BaseFiles baseFiles_;
   QString edition_;  // known when all stocks are
 };
@@ -110,17 +120,17 @@ BuildSummary DataFolderBuild::Run() {
   QElapsedTimer timer;
   timer.start();
   if (!options_.mayReplaceOtherKind) RefuseOtherKind(options_.outFolder, options_.isSimulated);
-  ReadIndices();
-  ReadDates();
+  inputs_.ReadReferences();
   for (const QString& folder :
        {StatisticsFolder() + QStringLiteral("股票"), StatisticsFolder() + QStringLiteral("指数"), RiskFolder()}) {
     if (QDir(swap_.NewFolder()).mkpath(folder)) continue;
     throw Error(ErrorCategory::Io, "无法建立目录：" + swap_.NewFolder().toStdString());
   }
   WriteReferences();
-  WriteEstimates();
   WriteIndices();
   WriteStocks();
+  // Behind the stocks: a list date may be that of the first bar.
+  Write(QStringLiteral("securities.dat"), SecuritiesTable(inputs_.Securities()), kSecuritiesLimits);
   baseFiles_.Write(swap_.NewFolder(), edition_, ThreadsOr(options_.threads));
   WriteQuotes();
   WriteProposals();
@@ -129,82 +139,27 @@ BuildSummary DataFolderBuild::Run() {
   KeepOtherFiles(swap_.OldFolder(), swap_.NewFolder(),
                  [](const QString& name) { return name.startsWith(StatisticsFolder()) || IsProposalFile(name); });
   swap_.Commit();
+  inputs_.Finish();
   summary_.seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
   return summary_;
 }
 
-void DataFolderBuild::ReadIndices() {
-  summary_.currentDate = options_.currentDate;
-  int lastDate = 0;
-  for (const auto& [number, path] : ListIndexFiles(options_.indicesFolder)) {
-    BarFile file = ReadBars(path, {}, options_.currentDate);
-    Report(file.rejections);
-    if (file.bars.empty()) {
-      const std::string until = options_.currentDate == 0 ? "" : "截至 " + DateText(options_.currentDate) + "，";
-      throw Error(ErrorCategory::Refused, until + "指数行情没有可用的行：" + path.toStdString());
-    }
-    lastDate = std::max(lastDate, file.bars.back().date);
-    indices_.emplace(number, std::move(file));
-  }
-  if (summary_.currentDate == 0) summary_.currentDate = lastDate;
-}
-
-void DataFolderBuild::ReadDates() {
-  if (options_.datesFile.isEmpty()) {
-    std::set<int> dates;
-    for (const auto& [number, file] : indices_) {
-      for (const Bar& bar : file.bars) dates.insert(bar.date);
-    }
-    tradingDates_.assign(dates.begin(), dates.end());
-  } else {
-    std::vector<Rejection> rejections;
-    tradingDates_ = ReadTradingDates(options_.datesFile, rejections);
-    Report(rejections);
-    std::erase_if(tradingDates_, [this](int date) { return date > summary_.currentDate; });
-  }
-  if (tradingDates_.empty()) {
-    throw Error(ErrorCategory::Refused, "截至 " + DateText(summary_.currentDate) + " 没有交易日");
-  }
-  const auto count = std::min<std::size_t>(static_cast<std::size_t>(options_.days), tradingDates_.size());
-  window_ = {tradingDates_[tradingDates_.size() - count], tradingDates_.back()};
-}
-
 void DataFolderBuild::WriteReferences() {
-  std::vector<Rejection> rejections;
-  securities_ = ReadSecurities(options_.securitiesFile, rejections);
-  rates_ = options_.ratesFile.isEmpty() ? BenchmarkRates(summary_.currentDate)
-                                        : ReadDepositRates(options_.ratesFile, summary_.currentDate, rejections);
-  Report(rejections);
-  if (securities_.empty()) {
-    throw Error(ErrorCategory::Refused, "证券表没有可用的行：" + options_.securitiesFile.toStdString());
-  }
-  if (!options_.ratesFile.isEmpty() && rates_.effectiveDate == 0) {
-    throw Error(ErrorCategory::Refused,
-                "没有在 " + DateText(summary_.currentDate) + " 或之前生效的利率：" + options_.ratesFile.toStdString());
-  }
-  summary_.securities = static_cast<int>(securities_.size());
-  Write(QStringLiteral("securities.dat"), SecuritiesTable(securities_), kSecuritiesLimits);
-  Write(QStringLiteral("trading_dates.dat"), TradingDatesTable(tradingDates_), kTradingDatesLimits);
+  Write(QStringLiteral("trading_dates.dat"), TradingDatesTable(inputs_.TradingDates()), kTradingDatesLimits);
   baseFiles_.Add({QStringLiteral("QMTL/TZZH/InterestRate.Dat"),
-                  [this] { return InterestRateTable(rates_, summary_.currentDate); }, kInterestRateLimits});
-}
-
-void DataFolderBuild::WriteEstimates() {
-  if (!options_.estimatesFile.isEmpty()) {
-    std::vector<Rejection> rejections;
-    estimates_ = ReadEstimates(options_.estimatesFile, KnownStocks(), rejections);
-    Report(rejections);
-  }
-  baseFiles_.Add({QStringLiteral("QMTL/TZZH/GZ.dat"), [this] { return EstimateTable(estimates_); }, kSecuritiesLimits});
+                  [this] { return InterestRateTable(inputs_.Rates(), summary_.currentDate); }, kInterestRateLimits});
+  baseFiles_.Add(
+      {QStringLiteral("QMTL/TZZH/GZ.dat"), [this] { return EstimateTable(inputs_.Estimates()); }, kSecuritiesLimits});
 }
 
 void DataFolderBuild::WriteIndices() {
   std::vector<SecurityStatistics> statistics;
   for (std::size_t i = 0; i < std::size(kIndexNumbers); ++i) {
     const int number = kIndexNumbers[i];
-    const std::vector<Bar>& bars = indices_.at(number).bars;
-    indexReturns_[i] = ReturnsOf(bars, window_);
-    statistics.push_back(ComputeStatistics({number, bars, {}}, indexReturns_[i], window_, RiskFreePerDay(rates_)));
+    const std::vector<Bar>& bars = inputs_.Index(number).bars;
+    indexReturns_[i] = ReturnsOf(bars, inputs_.GetWindow());
+    statistics.push_back(
+        ComputeStatistics({number, bars, {}}, indexReturns_[i], inputs_.GetWindow(), RiskFreePerDay(inputs_.Rates())));
     quotes_[number] = ClosingQuote(bars);
   }
   BaseFile file(
@@ -215,77 +170,44 @@ void DataFolderBuild::WriteIndices() {
 }
 
 void DataFolderBuild::WriteStocks() {
-  std::vector<Rejection> rejections;
-  std::vector<StockFile> files = ListStockFiles(options_.barsFolder, rejections);
-  std::unordered_set<std::string> known;
-  for (const Security& security : securities_) known.insert(security.code);
-  std::erase_if(files, [&](const StockFile& file) {
-    const bool isUnknown = !known.contains(file.code);
-    if (isUnknown) rejections.push_back({file.path, 0, QStringLiteral("代码不在证券表中")});
-    return isUnknown;
+  inputs_.ListStocks();
+  const std::vector<StockFile>& stocks = inputs_.Stocks();
+  std::vector<StockResult> results(stocks.size());
+  ReadAllStocks(inputs_, options_, observer_, [&](std::size_t i, const BarFile& file) {
+    if (!file.bars.empty()) results[i] = FiguresOfStock(stocks[i], file);
   });
-  Report(rejections);
-
-  std::vector<StockResult> results(files.size());
-  struct {
-    Mutex mutex;
-    int done HOLDWISE_GUARDED_BY(mutex) = 0;
-  } progress;
-  ParallelFor(files.size(), ThreadsOr(options_.threads), [&](std::size_t i) {
-    results[i] = ReadStock(files[i]);
-    const MutexLock lock(progress.mutex);
-    ++progress.done;
-    if (observer_.onProgress) observer_.onProgress(progress.done, static_cast<int>(files.size()));
-  });
-  for (std::size_t i = 0; i < files.size(); ++i) {
-    Report(results[i].rejections);
+  for (std::size_t i = 0; i < stocks.size(); ++i) {
     if (!results[i].isUsable) continue;
     ++summary_.series;
     summary_.rows += results[i].file.rows;
     baseFiles_.Add(std::move(results[i].file));
-    quotes_[CodeNumberOfStock(files[i].code)] = results[i].quote;
+    quotes_[CodeNumberOfStock(stocks[i].code)] = results[i].quote;
     if (options_.proposals.areWanted) stocks_.push_back(std::move(results[i].facts));
   }
   if (summary_.series == 0) {
     throw Error(ErrorCategory::Refused, "没有可用的证券行情：" + options_.barsFolder.toStdString());
   }
   edition_ = baseFiles_.Edition();
-  WriteRisk(files, results);
+  WriteRisk(results);
 }
 
-void DataFolderBuild::WriteRisk(const std::vector<StockFile>& files, const std::vector<StockResult>& results) const {
+void DataFolderBuild::WriteRisk(const std::vector<StockResult>& results) const {
   for (std::size_t index = 0; index < std::size(kRiskFiles); ++index) {
     std::vector<RiskRow> rows;
-    for (std::size_t i = 0; i < files.size(); ++i) {
-      if (results[i].hasDays) rows.push_back({files[i].code, results[i].risk[index]});
+    for (std::size_t i = 0; i < results.size(); ++i) {
+      if (results[i].hasDays) rows.push_back({inputs_.Stocks()[i].code, results[i].risk[index]});
     }
     WriteNamed(RiskFolder() + QString::fromUtf8(kRiskFiles[index]), RiskTable(rows), kSecuritiesLimits);
   }
 }
 
-DataFolderBuild::StockResult DataFolderBuild::ReadStock(const StockFile& stock) const {
+DataFolderBuild::StockResult DataFolderBuild::FiguresOfStock(const StockFile& stock, const BarFile& file) const {
   StockResult result;
-  BarFile file;
-  try {
-    file = ReadBars(stock.path, tradingDates_, summary_.currentDate);
-  } catch (const Error& error) {
-    // One bad file among thousands: named, and the others go on.
-    const QString reason = QString::fromUtf8(error.what())
-                               .remove(QStringLiteral("：") + stock.path)
-                               .remove(stock.path + QStringLiteral("："));
-    result.rejections.push_back({stock.path, 0, reason});
-    return result;
-  }
-  result.rejections = std::move(file.rejections);
-  if (file.bars.empty()) {
-    result.rejections.push_back({stock.path, 0, QStringLiteral("没有可用的行")});
-    return result;
-  }
   result.isUsable = true;
   result.quote = ClosingQuote(file.bars);
-  const double riskFree = RiskFreePerDay(rates_);
-  SecurityStatistics statistics = ComputeStatistics({CodeNumberOfStock(stock.code), file.bars, tradingDates_},
-                                                    indexReturns_.front(), window_, riskFree);
+  const double riskFree = RiskFreePerDay(inputs_.Rates());
+  SecurityStatistics statistics = ComputeStatistics({CodeNumberOfStock(stock.code), file.bars, inputs_.TradingDates()},
+                                                    indexReturns_.front(), inputs_.GetWindow(), riskFree);
   const auto& [days, figures] = statistics.ofTypes.front();
   result.hasDays = !days.empty();
   result.risk.front() = figures;
@@ -294,7 +216,7 @@ DataFolderBuild::StockResult DataFolderBuild::ReadStock(const StockFile& stock) 
   }
   if (options_.proposals.areWanted) {
     result.facts.code = stock.code;
-    result.facts.turnover = MeanTurnover(file, tradingDates_);
+    result.facts.turnover = MeanTurnover(file, inputs_.TradingDates());
     result.facts.returns = AlignReturns(days, indexReturns_.front().front());
   }
   result.file = {StockName(stock.code),
@@ -306,15 +228,7 @@ DataFolderBuild::StockResult DataFolderBuild::ReadStock(const StockFile& stock) 
 }
 
 void DataFolderBuild::WriteQuotes() {
-  if (!options_.quotesFile.isEmpty()) {
-    std::vector<Rejection> rejections;
-    std::unordered_set<int> known = KnownStocks();
-    known.insert(std::begin(kIndexNumbers), std::end(kIndexNumbers));
-    for (const auto& [codeNumber, quote] : ReadQuotes(options_.quotesFile, known, rejections)) {
-      quotes_[codeNumber] = quote;
-    }
-    Report(rejections);
-  }
+  for (const auto& [codeNumber, quote] : inputs_.ReadQuotesFile()) quotes_[codeNumber] = quote;
   ResultSet table;
   const int codeNumberColumn = table.AddColumn("code_number", ColumnType::Integer);
   const int priceColumn = table.AddColumn("price", ColumnType::Real);
@@ -332,13 +246,14 @@ void DataFolderBuild::WriteQuotes() {
 void DataFolderBuild::WriteProposals() {
   if (!options_.proposals.areWanted) return;
   std::map<std::string, const Security*> securities;
-  for (const Security& security : securities_) securities.emplace(security.code, &security);
+  for (const Security& security : inputs_.Securities()) securities.emplace(security.code, &security);
   for (StockFacts& stock : stocks_) {
     CompleteFacts(stock, *securities.at(stock.code), quotes_.at(CodeNumberOfStock(stock.code)));
   }
-  const ReferenceFigures reference{indexReturns_.front().front(), RiskFreePerYear(rates_), summary_.currentDate};
-  ProposalFiles files =
-      MakeProposalFiles(std::move(stocks_), reference, estimates_, options_.proposals, ThreadsOr(options_.threads));
+  const ReferenceFigures reference{indexReturns_.front().front(), RiskFreePerYear(inputs_.Rates()),
+                                   summary_.currentDate};
+  ProposalFiles files = MakeProposalFiles(std::move(stocks_), reference, inputs_.Estimates(), options_.proposals,
+                                          ThreadsOr(options_.threads));
   summary_.proposals = files.candidates;
   summary_.remarks = std::move(files.remarks);
   std::map<QString, QByteArray> digests;
@@ -355,17 +270,6 @@ void DataFolderBuild::WriteMarket() {
         kMarketLimits);
 }
 
-void DataFolderBuild::Report(const std::vector<Rejection>& rejections) {
-  for (const Rejection& rejection : rejections) {
-    if (rejection.line == 0) {
-      ++summary_.rejectedFiles;
-    } else {
-      ++summary_.rejectedLines;
-    }
-    if (observer_.onRejection) observer_.onRejection(rejection);
-  }
-}
-
 // With the limits of its reader: what is written can be read.
 void DataFolderBuild::Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const {
   WritePacketFile(swap_.NewFolder() + u'/' + name, table, Durability::Replaceable, limits);
@@ -376,16 +280,10 @@ void DataFolderBuild::WriteNamed(const QString& name, ResultSet table, const Pac
   Write(name, table, limits);
 }
 
-std::unordered_set<int> DataFolderBuild::KnownStocks() const {
-  std::unordered_set<int> known;
-  for (const Security& security : securities_) known.insert(CodeNumberOfStock(security.code));
-  return known;
-}
-
 // Without a bar on the window's last day the price stood still on it.
 QuoteRow DataFolderBuild::ClosingQuote(const std::vector<Bar>& bars) const {
   const Bar& last = bars.back();
-  if (last.date < window_.endDate) return {last.close, last.close, true};
+  if (last.date < inputs_.GetWindow().endDate) return {last.close, last.close, true};
   return {last.close, bars.size() < 2 ? 0 : bars[bars.size() - 2].close, false};
 }
 
@@ -395,6 +293,24 @@ BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& o
   if (options.days < 1) throw Error(ErrorCategory::Refused, "窗口至少要有一个交易日");
   CheckProposalOptions(options.proposals);
   return DataFolderBuild(options, observer).Run();
+}
+
+BuildSummary CheckInputs(const BuildOptions& options, const BuildObserver& observer) {
+  if (options.days < 1) throw Error(ErrorCategory::Refused, "窗口至少要有一个交易日");
+  QElapsedTimer timer;
+  timer.start();
+  BuildSummary summary;
+  MarketInputs inputs(options, observer, summary);
+  inputs.ReadReferences();
+  inputs.ListStocks();
+  std::atomic<int> usable = 0;
+  ReadAllStocks(inputs, options, observer,
+                [&usable](std::size_t, const BarFile& file) { usable += file.bars.empty() ? 0 : 1; });
+  summary.series = usable;
+  (void)inputs.ReadQuotesFile();
+  inputs.Finish();
+  summary.seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+  return summary;
 }
 
 }  // namespace holdwise

@@ -2,8 +2,8 @@
 #include "holdwise/market/reference_files.h"
 
 #include <algorithm>
-#include <array>
 
+#include "headings.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/packet/dates.h"
 
@@ -14,106 +14,154 @@ QString Text(std::string_view utf8) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-void Append(std::vector<Rejection>& all, std::vector<Rejection> more) {
-  std::move(more.begin(), more.end(), std::back_inserter(all));
+void Finish(CsvTable& table, std::vector<Rejection>& rejections, QString* understood) {
+  std::vector<Rejection> more = table.TakeRejections();
+  std::move(more.begin(), more.end(), std::back_inserter(rejections));
+  if (understood != nullptr) *understood = table.Understood();
 }
 
 // Of a name or an industry, in bytes.
 constexpr std::size_t kLongestText = 512;
 
-const CsvColumn& CodeColumn() {
-  static const CsvColumn column{{"code", "代码", "证券代码", "股票代码", "symbol", "ts_code"}, true};
-  return column;
+struct MarketWords {
+  int market;  // 0 = a board of both exchanges
+  std::vector<std::string_view> words;
+};
+
+// Whether the text names the market, or a board of it.
+bool NamesMarket(std::string_view text, int market) {
+  static const MarketWords known[] = {
+      {1,
+       {"SH", "sh", "SSE", "SHSE", "XSHG", "SS", "1", "01", "上海", "沪", "沪市", "上证", "上交所", "科创板", "沪主板",
+        "上海证券交易所"}},
+      {2,
+       {"SZ", "sz", "SZSE", "XSHE", "2", "02", "深圳", "深", "深市", "深证", "深交所", "创业板", "中小板", "深主板",
+        "深圳证券交易所"}},
+      {0, {"主板", "CDR"}},
+  };
+  return std::any_of(std::begin(known), std::end(known), [&](const MarketWords& one) {
+    return (one.market == 0 || one.market == market) &&
+           std::find(one.words.begin(), one.words.end(), text) != one.words.end();
+  });
 }
 
-const CsvColumn& DateColumn() {
-  static const CsvColumn column{{"date", "日期", "交易日期", "生效日期", "trade_date", "cal_date", "effective_date"},
-                                true};
-  return column;
+// A list of all kinds of securities numbers them: 1 is a stock, 2 to 5 are indices, bonds, funds and others.
+bool IsOfOtherKind(std::string_view type) {
+  return type.size() == 1 && type.front() >= '2' && type.front() <= '5';
 }
 
-// 0 when the text names neither market.
-int ReadMarket(std::string_view text) {
-  for (const std::string_view shanghai : {"SH", "sh", "SSE", "1", "01", "上海", "沪", "沪市", "上证", "上交所"}) {
-    if (text == shanghai) return 1;
-  }
-  for (const std::string_view shenzhen : {"SZ", "sz", "SZSE", "2", "02", "深圳", "深", "深市", "深证", "深交所"}) {
-    if (text == shenzhen) return 2;
-  }
-  return 0;
+std::optional<QString> ReadIndustry(std::string_view text, std::string& industry) {
+  if (text.size() > kLongestText) return QStringLiteral("名称或行业过长");
+  if (!IsBlankCell(text)) industry = text;
+  return std::nullopt;
 }
-
-enum SecurityColumn : std::size_t { kCode, kName, kIndustry, kMarket, kListDate, kSecurityColumnCount };
 
 // The reason why the current line is not used; none when `security` is filled.
 std::optional<QString> ReadSecurity(const CsvTable& table, Security& security) {
-  const std::string_view codeText = table.Field(kCode);
+  const std::string_view codeText = table.Field(kSecurityCode);
   const std::optional<std::string> code = ParseStockCode(codeText);
   if (!code) return QStringLiteral("不是沪深证券代码“%1”").arg(Text(codeText));
   security.code = *code;
   security.market = MarketOfStock(*code);
-  security.name = table.Field(kName);
-  if (security.name.empty()) return QStringLiteral("名称缺失");
-  security.industry = table.Field(kIndustry);
-  if (std::max(security.name.size(), security.industry.size()) > kLongestText) return QStringLiteral("名称或行业过长");
-  const std::string_view marketText = table.Field(kMarket);
-  if (table.Has(kMarket) && ReadMarket(marketText) != security.market) {
+  security.name = table.Field(kSecurityName);
+  if (IsBlankCell(security.name)) return QStringLiteral("名称缺失");
+  if (security.name.size() > kLongestText) return QStringLiteral("名称或行业过长");
+  if (auto reason = ReadIndustry(table.Field(kSecurityIndustry), security.industry)) return reason;
+  for (const SecurityColumn column : {kSecurityMarket, kSecurityExchange}) {
+    const std::string_view marketText = table.Field(column);
+    if (!table.Has(column) || NamesMarket(marketText, security.market)) continue;
     return QStringLiteral("市场“%1”与代码 %2 不符").arg(Text(marketText), QString::fromStdString(*code));
   }
-  const std::string_view dateText = table.Field(kListDate);
-  if (dateText.empty()) return std::nullopt;
-  const std::optional<int> listDate = ReadMarketDate(dateText);
+  const std::string_view dateText = table.Field(kSecurityListDate);
+  if (IsBlankCell(dateText)) return std::nullopt;
+  const std::optional<int> listDate = ReadTimedDate(dateText);
   if (!listDate) return QStringLiteral("上市日期无法识别“%1”").arg(Text(dateText));
   security.listDate = *listDate;
   return std::nullopt;
 }
 
+// What the file says of the day: 1 open, 0 closed; none when it cannot be told.
+std::optional<int> OpenFlag(const CsvTable& table) {
+  if (!table.Has(kCalendarOpen)) return 1;
+  const std::string_view text = table.Field(kCalendarOpen);
+  for (const std::string_view open : {"1", "1.0", "True", "true", "TRUE", "Y", "是"}) {
+    if (text == open) return 1;
+  }
+  for (const std::string_view closed : {"0", "0.0", "False", "false", "FALSE", "N", "否"}) {
+    if (text == closed) return 0;
+  }
+  return std::nullopt;
+}
+
+QString Repeated(std::string_view code) {
+  return QStringLiteral("代码 %1 重复").arg(Text(code));
+}
+
 }  // namespace
 
-std::vector<Security> ReadSecurities(const QString& path, std::vector<Rejection>& rejections) {
-  static const std::array<CsvColumn, kSecurityColumnCount> columns{{
-      CodeColumn(),
-      {{"name", "名称", "证券名称", "股票名称", "证券简称", "股票简称", "简称"}, true},
-      {{"industry", "行业", "所属行业", "行业名称"}},
-      {{"market", "市场", "交易所", "exchange"}},
-      {{"list_date", "上市日期", "listdate"}},
-  }};
-  CsvTable table(path, columns);
+std::vector<Security> ReadSecurities(const QString& path, std::vector<Rejection>& rejections, QString* understood) {
+  CsvTable table(path, SecurityColumns());
   std::vector<Security> securities;
   std::unordered_set<std::string> known;
   while (table.Next()) {
+    if (IsOfOtherKind(table.Field(kSecurityType))) continue;
     Security security;
     std::optional<QString> reason = ReadSecurity(table, security);
-    if (!reason && !known.insert(security.code).second) {
-      reason = QStringLiteral("代码 %1 重复").arg(QString::fromStdString(security.code));
-    }
+    if (!reason && !known.insert(security.code).second) reason = Repeated(security.code);
     if (reason) {
       table.Reject(*reason);
     } else {
       securities.push_back(std::move(security));
     }
   }
-  Append(rejections, table.TakeRejections());
+  Finish(table, rejections, understood);
   return securities;
 }
 
-std::vector<int> ReadTradingDates(const QString& path, std::vector<Rejection>& rejections) {
-  const std::array<CsvColumn, 1> columns{DateColumn()};
-  CsvTable table(path, columns);
-  std::vector<int> dates;
-  std::unordered_set<int> known;
+void ReadIndustries(const QString& path, std::vector<Security>& securities, std::vector<Rejection>& rejections,
+                    QString* understood) {
+  CsvTable table(path, IndustryColumns());
+  std::unordered_map<std::string, Security*> byCode;
+  for (Security& security : securities) byCode.emplace(security.code, &security);
+  std::unordered_set<std::string> known;
   while (table.Next()) {
-    const std::string_view text = table.Field(0);
-    const std::optional<int> date = ReadMarketDate(text);
-    if (!date) {
-      table.Reject(QStringLiteral("日期无法识别“%1”").arg(Text(text)));
-    } else if (!known.insert(*date).second) {
-      table.Reject(QStringLiteral("日期 %1 重复").arg(Text(text)));
-    } else {
-      dates.push_back(*date);
+    const std::string_view codeText = table.Field(kIndustryCode);
+    const std::optional<std::string> code = ParseStockCode(codeText);
+    std::string industry;
+    std::optional<QString> reason = ReadIndustry(table.Field(kIndustryName), industry);
+    if (!code) reason = QStringLiteral("不是沪深证券代码“%1”").arg(Text(codeText));
+    if (!reason && !known.insert(*code).second) reason = Repeated(*code);
+    if (reason) {
+      table.Reject(*reason);
+    } else if (const auto found = byCode.find(*code); found != byCode.end() && found->second->industry.empty()) {
+      found->second->industry = industry;
     }
   }
-  Append(rejections, table.TakeRejections());
+  Finish(table, rejections, understood);
+}
+
+std::vector<int> ReadTradingDates(const QString& path, std::vector<Rejection>& rejections, QString* understood) {
+  CsvTable table(path, CalendarColumns());
+  std::unordered_map<int, int> flags;
+  while (table.Next()) {
+    const std::string_view text = table.Field(kCalendarDate);
+    const std::optional<int> date = ReadTimedDate(text);
+    const std::optional<int> flag = OpenFlag(table);
+    if (!date) {
+      table.Reject(QStringLiteral("日期无法识别“%1”").arg(Text(text)));
+    } else if (!flag) {
+      table.Reject(QStringLiteral("是否开市无法识别“%1”").arg(Text(table.Field(kCalendarOpen))));
+    } else if (const auto [known, isNew] = flags.emplace(*date, *flag); !isNew) {
+      // One calendar of both exchanges has every day twice.
+      if (table.Has(kCalendarExchange) && known->second == *flag) continue;
+      table.Reject(QStringLiteral("日期 %1 重复").arg(Text(text)));
+    }
+  }
+  Finish(table, rejections, understood);
+  std::vector<int> dates;
+  for (const auto& [date, flag] : flags) {
+    if (flag == 1) dates.push_back(date);
+  }
   std::sort(dates.begin(), dates.end());
   return dates;
 }
@@ -136,8 +184,8 @@ constexpr double kHighestPercent = 100;
 
 std::optional<QString> ReadRateLine(const CsvTable& table, std::vector<DepositRate>& rates) {
   for (std::size_t i = 0; i < std::size(kDepositTerms); ++i) {
-    const std::string_view text = table.Field(i + 1);
-    if (text.empty() && i > 0) continue;
+    const std::string_view text = table.Field(kFirstRate + i);
+    if (IsBlankCell(text) && i > 0) continue;
     double percent = 0;
     std::optional<QString> reason = ReadPlainDecimal(text, percent);
     if (!reason && percent > kHighestPercent) reason = QStringLiteral("超过 100");
@@ -149,23 +197,13 @@ std::optional<QString> ReadRateLine(const CsvTable& table, std::vector<DepositRa
 
 }  // namespace
 
-DepositRates ReadDepositRates(const QString& path, int date, std::vector<Rejection>& rejections) {
-  static const std::array<CsvColumn, 1 + std::size(kDepositTerms)> columns{{
-      DateColumn(),
-      {{"one_year", "一年", "一年期"}, true},
-      {{"demand", "活期"}},
-      {{"three_month", "三个月"}},
-      {{"half_year", "半年", "六个月"}},
-      {{"two_year", "二年", "两年", "二年期"}},
-      {{"three_year", "三年", "三年期"}},
-      {{"five_year", "五年", "五年期"}},
-  }};
-  CsvTable table(path, columns);
+DepositRates ReadDepositRates(const QString& path, int date, std::vector<Rejection>& rejections, QString* understood) {
+  CsvTable table(path, RateColumns());
   DepositRates latest;
   std::unordered_set<int> known;
   while (table.Next()) {
-    const std::string_view text = table.Field(0);
-    const std::optional<int> effective = ReadMarketDate(text);
+    const std::string_view text = table.Field(kRateDate);
+    const std::optional<int> effective = ReadTimedDate(text);
     std::vector<DepositRate> rates;
     std::optional<QString> reason =
         effective ? ReadRateLine(table, rates) : QStringLiteral("日期无法识别“%1”").arg(Text(text));
@@ -176,7 +214,7 @@ DepositRates ReadDepositRates(const QString& path, int date, std::vector<Rejecti
       latest = {*effective, std::move(rates)};
     }
   }
-  Append(rejections, table.TakeRejections());
+  Finish(table, rejections, understood);
   return latest;
 }
 
@@ -208,16 +246,11 @@ QuoteRow Traded(QuoteRow quote) {
 }  // namespace
 
 std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::unordered_set<int>& known,
-                                             std::vector<Rejection>& rejections) {
-  static const std::array<CsvColumn, 3> columns{{
-      CodeColumn(),
-      {{"price", "最新价", "现价", "价格", "最新"}, true},
-      {{"prev_close", "昨收", "昨收价", "昨收盘", "昨日收盘价", "前收盘", "前收盘价", "pre_close"}, true},
-  }};
-  CsvTable table(path, columns);
+                                             std::vector<Rejection>& rejections, QString* understood) {
+  CsvTable table(path, QuoteColumns());
   std::unordered_map<int, QuoteRow> quotes;
   while (table.Next()) {
-    const std::string_view codeText = table.Field(0);
+    const std::string_view codeText = table.Field(kQuoteCode);
     int codeNumber = ParseIndexNumber(codeText, false);
     if (codeNumber == 0) {
       if (const auto stock = ParseStockCode(codeText)) codeNumber = CodeNumberOfStock(*stock);
@@ -228,9 +261,9 @@ std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::uno
       reason = QStringLiteral("不是沪深证券代码“%1”").arg(Text(codeText));
     } else if (!known.contains(codeNumber)) {
       reason = QStringLiteral("代码 %1 不在证券表中").arg(Text(codeText));
-    } else if ((reason = ReadPlainDecimal(table.Field(1), quote.price))) {
+    } else if ((reason = ReadPlainDecimal(table.Field(kQuotePrice), quote.price))) {
       reason = QStringLiteral("价格") + *reason;
-    } else if ((reason = ReadPlainDecimal(table.Field(2), quote.previousClose))) {
+    } else if ((reason = ReadPlainDecimal(table.Field(kQuotePreviousClose), quote.previousClose))) {
       reason = QStringLiteral("昨收") + *reason;
     } else if (quote.price == 0 && quote.previousClose == 0) {
       reason = QStringLiteral("价格和昨收都是 0");
@@ -239,21 +272,17 @@ std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::uno
     }
     if (reason) table.Reject(*reason);
   }
-  Append(rejections, table.TakeRejections());
+  Finish(table, rejections, understood);
   return quotes;
 }
 
 std::vector<EstimateValue> ReadEstimates(const QString& path, const std::unordered_set<int>& known,
-                                         std::vector<Rejection>& rejections) {
-  static const std::array<CsvColumn, 2> columns{{
-      CodeColumn(),
-      {{"price", "估值", "估价", "价格", "目标价"}, true},
-  }};
-  CsvTable table(path, columns);
+                                         std::vector<Rejection>& rejections, QString* understood) {
+  CsvTable table(path, EstimateColumns());
   std::vector<EstimateValue> values;
   std::unordered_set<std::string> seen;
   while (table.Next()) {
-    const std::string_view codeText = table.Field(0);
+    const std::string_view codeText = table.Field(kEstimateCode);
     const std::optional<std::string> code = ParseStockCode(codeText);
     double price = 0;
     std::optional<QString> reason;
@@ -261,7 +290,7 @@ std::vector<EstimateValue> ReadEstimates(const QString& path, const std::unorder
       reason = QStringLiteral("不是沪深证券代码“%1”").arg(Text(codeText));
     } else if (!known.contains(CodeNumberOfStock(*code))) {
       reason = QStringLiteral("代码 %1 不在证券表中").arg(Text(codeText));
-    } else if ((reason = ReadPrice(table.Field(1), price))) {
+    } else if ((reason = ReadPrice(table.Field(kEstimatePrice), price))) {
       reason = QStringLiteral("估值") + *reason;
     } else if (!seen.insert(*code).second) {
       reason = QStringLiteral("代码 %1 重复").arg(Text(codeText));
@@ -272,7 +301,7 @@ std::vector<EstimateValue> ReadEstimates(const QString& path, const std::unorder
       values.push_back({*code, price});
     }
   }
-  Append(rejections, table.TakeRejections());
+  Finish(table, rejections, understood);
   return values;
 }
 

@@ -27,7 +27,8 @@ bool Contains(std::string_view text, char c) noexcept {
 
 }  // namespace
 
-CsvReader::CsvReader(std::string_view utf8, BlankLines blankLines) : rest_(utf8), blankLines_(blankLines) {
+CsvReader::CsvReader(std::string_view utf8, BlankLines blankLines, char separator)
+    : rest_(utf8), blankLines_(blankLines), separator_(separator), blanks_(separator == '\t' ? " " : " \t") {
   if (rest_.starts_with(kByteOrderMark)) rest_.remove_prefix(kByteOrderMark.size());
 }
 
@@ -52,9 +53,9 @@ bool CsvReader::Next() {
 }
 
 void CsvReader::SplitPlain(std::string_view line) {
-  for (std::size_t comma = line.find(','); comma != std::string_view::npos; comma = line.find(',')) {
-    fields_.push_back(Trimmed(line.substr(0, comma)));
-    line.remove_prefix(comma + 1);
+  for (std::size_t end = line.find(separator_); end != std::string_view::npos; end = line.find(separator_)) {
+    fields_.push_back(Trimmed(line.substr(0, end)));
+    line.remove_prefix(end + 1);
   }
   fields_.push_back(Trimmed(line));
 }
@@ -62,20 +63,21 @@ void CsvReader::SplitPlain(std::string_view line) {
 void CsvReader::SplitQuoted() {
   unquoted_.clear();
   for (;;) {
-    const std::size_t start = rest_.find_first_not_of(" \t");
+    const std::size_t start = rest_.find_first_not_of(blanks_);
     const bool quoted = start != std::string_view::npos && rest_[start] == '"';
     if (quoted) {
       rest_.remove_prefix(start + 1);
       fields_.push_back(TakeQuoted());
-      rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t"), rest_.size()));
+      rest_.remove_prefix(std::min(rest_.find_first_not_of(blanks_), rest_.size()));
     } else {
-      std::string_view field = rest_.substr(0, rest_.find_first_of(",\n"));
+      const char ends[] = {separator_, '\n'};
+      std::string_view field = rest_.substr(0, rest_.find_first_of(std::string_view(ends, sizeof ends)));
       rest_.remove_prefix(field.size());
-      if (!rest_.starts_with(',') && field.ends_with('\r')) field.remove_suffix(1);
+      if (!rest_.starts_with(separator_) && field.ends_with('\r')) field.remove_suffix(1);
       fields_.push_back(Trimmed(field));
     }
     quoted_.push_back(quoted);
-    if (!rest_.starts_with(',')) return EndLine();
+    if (!rest_.starts_with(separator_)) return EndLine();
     rest_.remove_prefix(1);
   }
 }

@@ -61,6 +61,38 @@ std::optional<int> ReadIso(View text) noexcept {
   return date;
 }
 
+constexpr int kMinutesOfHour = 60;
+constexpr int kMinutesOfDay = 24 * kMinutesOfHour;
+constexpr int kShanghaiMinutes = 8 * kMinutesOfHour;
+
+// "HH:MM" of at least so many digits for the hour, in minutes; -1 when it is none.
+int TakeClock(std::string_view& text, int leastDigits, bool needsColon) noexcept {
+  const int hours = TakeDigits(text, leastDigits, 2);
+  if (hours < 0 || (!TakeMark(text, ':') && needsColon)) return -1;
+  const int minutes = TakeDigits(text, 2, 2);
+  const bool isClock = minutes >= 0 && hours < 24 && minutes < kMinutesOfHour;
+  return isClock ? hours * kMinutesOfHour + minutes : -1;
+}
+
+bool TakeSeconds(std::string_view& text) noexcept {
+  constexpr int kLongestFraction = 9;
+  if (!TakeMark(text, ':')) return true;
+  const int seconds = TakeDigits(text, 2, 2);
+  if (seconds < 0 || seconds >= kMinutesOfHour) return false;
+  return !TakeMark(text, '.') || TakeDigits(text, 1, kLongestFraction) >= 0;
+}
+
+// Minutes that the zone is ahead of Greenwich; none when what stands there is no zone.
+std::optional<int> ReadZone(std::string_view text) noexcept {
+  if (text == "Z") return 0;
+  const bool isBehind = text.starts_with('-');
+  if (!isBehind && !text.starts_with('+')) return std::nullopt;
+  text.remove_prefix(1);
+  const int offset = TakeClock(text, 2, false);
+  if (offset < 0 || !text.empty()) return std::nullopt;
+  return isBehind ? -offset : offset;
+}
+
 }  // namespace
 
 bool IsCalendarDate(std::int64_t date) noexcept {
@@ -94,6 +126,21 @@ std::optional<int> ReadMarketDate(std::string_view text) noexcept {
   const int date = year * 10000 + month * 100 + day;
   if (!IsMarketDate(date)) return std::nullopt;
   return date;
+}
+
+std::optional<int> ReadTimedDate(std::string_view text) noexcept {
+  const std::size_t end = text.find_first_of(" T");
+  const std::optional<int> date = ReadMarketDate(text.substr(0, end));
+  if (!date || end == std::string_view::npos) return date;
+  text.remove_prefix(end + 1);
+  const int minutes = TakeClock(text, 1, true);
+  if (minutes < 0 || !TakeSeconds(text)) return std::nullopt;
+  if (text.empty()) return date;
+  const std::optional<int> zone = ReadZone(text);
+  if (!zone) return std::nullopt;
+  const int day = DateOfDayNumber(DayNumber(*date) + FloorDivide(minutes - *zone + kShanghaiMinutes, kMinutesOfDay));
+  if (!IsMarketDate(day)) return std::nullopt;
+  return day;
 }
 
 std::string DateText(int date) {

@@ -23,9 +23,9 @@ std::string SystemErrorText(const QString& path, const char* what, int errorNumb
   return path.toStdString() + "：" + what + "（" + SystemReason(errorNumber) + "）";
 }
 
-QByteArray ReadWholeFile(const QString& path, std::int64_t maxBytes) {
+FileDescriptor OpenRegularFile(const QString& path, std::int64_t& bytes) {
   // Without O_NONBLOCK, opening a pipe would wait for a writer.
-  const FileDescriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  FileDescriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file.IsOpen()) {
     if (errno == ENOENT) throw Error(ErrorCategory::NotFound, path.toStdString() + "：文件不存在");
     throw Error(errno == ENOTDIR ? ErrorCategory::NotFound : ErrorCategory::Io,
@@ -36,16 +36,29 @@ QByteArray ReadWholeFile(const QString& path, std::int64_t maxBytes) {
     throw Error(ErrorCategory::Io, SystemErrorText(path, "文件无法读取", errno));
   }
   if (!S_ISREG(status.st_mode)) throw Error(ErrorCategory::Io, path.toStdString() + "：不是普通文件，无法读取");
-  if (status.st_size > maxBytes) {
-    throw Error(ErrorCategory::Refused, path.toStdString() + "：文件有 " + std::to_string(status.st_size) +
-                                            " 字节，最多 " + std::to_string(maxBytes));
+  bytes = status.st_size;
+  return file;
+}
+
+std::int64_t ReadSome(const FileDescriptor& file, const QString& path, char* to, std::int64_t most) {
+  for (;;) {
+    const ssize_t count = ::read(file.Get(), to, static_cast<std::size_t>(most));
+    if (count >= 0) return count;
+    if (errno != EINTR) throw Error(ErrorCategory::Io, SystemErrorText(path, "文件无法读取", errno));
   }
-  QByteArray bytes(static_cast<qsizetype>(status.st_size), Qt::Uninitialized);
+}
+
+QByteArray ReadWholeFile(const QString& path, std::int64_t maxBytes) {
+  std::int64_t size = 0;
+  const FileDescriptor file = OpenRegularFile(path, size);
+  if (size > maxBytes) {
+    throw Error(ErrorCategory::Refused,
+                path.toStdString() + "：文件有 " + std::to_string(size) + " 字节，最多 " + std::to_string(maxBytes));
+  }
+  QByteArray bytes(size, Qt::Uninitialized);
   qsizetype filled = 0;
   while (filled < bytes.size()) {
-    const ssize_t count = ::read(file.Get(), bytes.data() + filled, static_cast<std::size_t>(bytes.size() - filled));
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) throw Error(ErrorCategory::Io, SystemErrorText(path, "文件无法读取", errno));
+    const std::int64_t count = ReadSome(file, path, bytes.data() + filled, bytes.size() - filled);
     if (count == 0) break;
     filled += count;
   }

@@ -4,6 +4,7 @@
 #include <QString>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace holdwise {
 
@@ -16,6 +17,7 @@ class FileDescriptor {
  public:
   explicit FileDescriptor(int descriptor) noexcept : descriptor_(descriptor) {}
   ~FileDescriptor() { Close(); }
+  FileDescriptor(FileDescriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
   FileDescriptor(const FileDescriptor&) = delete;
   FileDescriptor& operator=(const FileDescriptor&) = delete;
   [[nodiscard]] int Get() const noexcept { return descriptor_; }
@@ -26,6 +28,11 @@ class FileDescriptor {
  private:
   int descriptor_;
 };
+
+/// Opens a regular file. Missing: Error(NotFound); unreadable, or another kind of file: Error(Io).
+FileDescriptor OpenRegularFile(const QString& path, std::int64_t& bytes);
+/// Reads at most so many bytes; 0 at the end. Error(Io).
+std::int64_t ReadSome(const FileDescriptor& file, const QString& path, char* to, std::int64_t most);
 
 /// "PATH：" + what + "（reason of the operating system）".
 std::string SystemErrorText(const QString& path, const char* what, int errorNumber);

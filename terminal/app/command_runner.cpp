@@ -32,7 +32,7 @@ void CommandRunner::Carry(const Job& job) {
     texts.append(answer.text);
   };
   step(command.restoreFile, targets_.restorePortfolios);
-  step(command.importFile, targets_.importPortfolios);
+  step(command.importFile, [this, &command](const QString&) { return targets_.importPortfolios(command); });
   step(command.backupFile, targets_.backUpPortfolios);
   answer.text = texts.join(QLatin1Char('\n'));
   if (answer.exitCode != 0) return End(job, answer);

@@ -15,7 +15,8 @@ struct CommandTargets {
   /// False when there is no such address.
   std::function<bool(const QString& address, const QString& parameter)> goTo;
   std::function<HandOverAnswer(const QString& file)> restorePortfolios;
-  std::function<HandOverAnswer(const QString& file)> importPortfolios;
+  /// The command's import file, as the command wants it.
+  std::function<HandOverAnswer(const Command& command)> importPortfolios;
   std::function<HandOverAnswer(const QString& file)> backUpPortfolios;
   /// Into the command's export folder, with its inputs set. Answers later.
   std::function<void(const Command& command, HandOverServer::Answer)> exportViews;

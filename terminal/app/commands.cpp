@@ -13,6 +13,7 @@
 #include "transfer/import.h"
 #include "transfer/import_report.h"
 #include "window/dialogs.h"
+#include "window/import_dialog.h"
 
 namespace holdwise {
 namespace {
@@ -49,7 +50,7 @@ CommandTargets Commands::Targets() {
   };
   targets.restorePortfolios = [this](const QString& file) { return Restore(file); };
   targets.backUpPortfolios = [this](const QString& file) { return BackUp(file); };
-  targets.importPortfolios = [this](const QString& file) { return Import(file); };
+  targets.importPortfolios = [this](const Command& command) { return Import(command); };
   targets.exportViews = [this](const Command& command, const HandOverServer::Answer& answer) {
     Export(command, answer);
   };
@@ -98,13 +99,13 @@ HandOverAnswer Commands::BackUp(const QString& file) {
   return parts_.backups.WriteFile(file);
 }
 
-HandOverAnswer Commands::Import(const QString& file) {
+HandOverAnswer Commands::Import(const Command& command) {
   // Entering the page first lets the plug-in put back its own saved portfolios before others are added.
   ViewCatalogue* views = EnterViews();
   if (views == nullptr) return {QStringLiteral("没有投资组合页面，不能导入。"), 1};
   HandOverAnswer answer;
   try {
-    answer = ImportFile(file);
+    answer = ImportFile(command);
   } catch (const std::exception& error) {
     answer = {QStringLiteral("没有导入：%1").arg(QString::fromUtf8(error.what())), 1};
   }
@@ -114,7 +115,7 @@ HandOverAnswer Commands::Import(const QString& file) {
   return answer;
 }
 
-HandOverAnswer Commands::ImportFile(const QString& file) {
+HandOverAnswer Commands::ImportFile(const Command& command) {
   QElapsedTimer sincePainted;
   sincePainted.start();
   const ImportProgress progress = [this, &sincePainted](int done, int total) {
@@ -127,7 +128,19 @@ HandOverAnswer Commands::ImportFile(const QString& file) {
   MarketData& market = parts_.market->Data();
   const ImportServices services{parts_.database, market, market,
                                 [&market] { return ReadIndexCloses(market.Folder(), kCompositeIndex); }};
-  return AnswerOf(file, ImportPortfoliosFromFile(file, services, progress));
+  const QString& file = command.importFile;
+  ImportOptions options;
+  options.name = command.importAs;
+  options.skipStrangers = !command.skipUnknown.isEmpty();
+  if (command.asks) options.ask = [this, file](const ImportPreview& preview) { return AskForImport(file, preview); };
+  return AnswerOf(file, ImportPortfoliosFromFile(file, services, progress, options));
+}
+
+std::optional<ImportChoice> Commands::AskForImport(const QString& file, const ImportPreview& preview) {
+  ImportDialog dialog(&parts_.window.Window(), {file, preview.text, preview.name, preview.strangers},
+                      [this](const QString& name) { return NewNameProblem(parts_.database, name); });
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return ImportChoice{dialog.Name(), dialog.SkipsStrangers()};
 }
 
 void Commands::Export(const Command& command, const HandOverServer::Answer& answer) {
@@ -163,6 +176,7 @@ void Commands::ImportFromMenu() {
   if (file.isEmpty()) return;
   Command command;
   command.importFile = file;
+  command.asks = true;
   runner_.Run(command, [this](const HandOverAnswer& answer) {
     ShowReport(&parts_.window.Window(), QStringLiteral("导入组合"), answer.text);
   });

@@ -12,6 +12,7 @@
 #include "parts/page_side.h"
 #include "parts/process_parts.h"
 #include "parts/window_side.h"
+#include "transfer/import.h"
 #include "transfer/view_exporter.h"
 
 namespace holdwise {
@@ -53,8 +54,9 @@ class Commands {
   [[nodiscard]] ViewCatalogue* EnterViews();
   [[nodiscard]] HandOverAnswer Restore(const QString& file);
   [[nodiscard]] HandOverAnswer BackUp(const QString& file);
-  [[nodiscard]] HandOverAnswer Import(const QString& file);
-  [[nodiscard]] HandOverAnswer ImportFile(const QString& file);
+  [[nodiscard]] HandOverAnswer Import(const Command& command);
+  [[nodiscard]] HandOverAnswer ImportFile(const Command& command);
+  [[nodiscard]] std::optional<ImportChoice> AskForImport(const QString& file, const ImportPreview& preview);
   void Export(const Command& command, const HandOverServer::Answer& answer);
   [[nodiscard]] HandOverAnswer Exported(const QString& folder, const QString& problem, const QString& lacking) const;
 

@@ -20,9 +20,9 @@ QString Absolute(const QString& path) {
   return path.isEmpty() ? path : QDir::cleanPath(QDir::current().absoluteFilePath(path));
 }
 
-constexpr const char* kValueOptions[] = {"data",         "work",      "db",     "bus",    "theme",
-                                         "address",      "parameter", "import", "export", "stress",
-                                         "stress-index", "capital",   "backup", "restore"};
+constexpr const char* kValueOptions[] = {"data",         "work",      "db",     "bus",     "theme",
+                                         "address",      "parameter", "import", "export",  "stress",
+                                         "stress-index", "capital",   "backup", "restore", "import-as"};
 
 /// A command's texts by the names they have when it is handed over.
 struct Member {
@@ -33,7 +33,8 @@ constexpr Member kMembers[] = {
     {"address", &Command::address},     {"parameter", &Command::parameter},      {"import", &Command::importFile},
     {"export", &Command::exportFolder}, {"data", &Command::dataFolder},          {"db", &Command::database},
     {"stress", &Command::stress},       {"stress-index", &Command::stressIndex}, {"capital", &Command::capital},
-    {"backup", &Command::backupFile},   {"restore", &Command::restoreFile},      {"check", &Command::check}};
+    {"backup", &Command::backupFile},   {"restore", &Command::restoreFile},      {"check", &Command::check},
+    {"import-as", &Command::importAs},  {"skip-unknown", &Command::skipUnknown}};
 const QString kThemeKey = QStringLiteral("theme");
 
 QStringList StressIndices() {
@@ -64,6 +65,7 @@ void AddOptions(QCommandLineParser& parser) {
     parser.addOption({option, QString(), option});
   }
   parser.addOption(QCommandLineOption(QStringLiteral("check")));
+  parser.addOption(QCommandLineOption(QStringLiteral("skip-unknown")));
   parser.addOption(QCommandLineOption(QStringList{QStringLiteral("h"), QStringLiteral("help")}));
   parser.addOption(QCommandLineOption(QStringList{QStringLiteral("v"), QStringLiteral("version")}));
 }
@@ -78,7 +80,9 @@ QString HelpText() {
       "  --theme dark|light  颜色主题，下次启动仍有效\n"
       "  --address NAME    打开的地址：投资组合、分时走势、工具条、日志\n"
       "  --parameter TEXT  地址的参数，例如 Skip组合表现\n"
-      "  --import FILE     导入组合（CSV：name,code,quantity,price，可加 date），然后继续运行\n"
+      "  --import FILE     导入组合（CSV：name,code,quantity,price，可加 date；或券商的持仓表），然后继续运行\n"
+      "  --import-as NAME  文件里没有组合名称时组合的名称（默认：文件名）\n"
+      "  --skip-unknown    导入时略去基金、债券和其他不是沪深A股的行\n"
       "  --backup FILE     把全部组合写成一个文件（可以再导入或恢复）后退出；不需要显示器和数据目录\n"
       "  --restore FILE    把全部组合恢复成这样一个文件里的样子后退出；恢复前的组合先留一份备份\n"
       "  --export DIR      依次打开每个视图，写出图片和表格后退出；不需要显示器\n"
@@ -124,6 +128,12 @@ QString CapitalProblem(const Command& command) {
         .arg(command.capital);
   if (command.exportFolder.isEmpty()) return QStringLiteral("--capital 只用于导出，请同时用 --export 指定目录。");
   return {};
+}
+
+QString ImportProblem(const Command& command) {
+  const bool isAsked = !command.importAs.isEmpty() || !command.skipUnknown.isEmpty();
+  if (!isAsked || !command.importFile.isEmpty()) return {};
+  return QStringLiteral("--import-as 和 --skip-unknown 只用于导入，请同时用 --import 指定文件。");
 }
 
 /// The first option given with an empty value, which no option allows but the parameter.
@@ -237,6 +247,9 @@ ParsedCommandLine ParseCommandLine(const QStringList& arguments) {
     options.command.check = QStringLiteral("1");
   }
   options.command.capital = value("capital");
+  options.command.importAs = value("import-as");
+  if (parser.isSet(QStringLiteral("skip-unknown"))) options.command.skipUnknown = QStringLiteral("1");
+  if (const QString problem = ImportProblem(options.command); !problem.isEmpty()) return Refuse(problem);
   if (const QString problem = StressProblem(options.command); !problem.isEmpty()) return Refuse(problem);
   if (const QString problem = CapitalProblem(options.command); !problem.isEmpty()) return Refuse(problem);
   return {options, {}, 0};

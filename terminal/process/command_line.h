@@ -24,6 +24,9 @@ struct Command {
   QString stressIndex{};  ///< its reference index, "1", "399001" or "399300"; empty likewise
   QString backupFile{};   ///< all portfolios are written to it
   QString restoreFile{};  ///< all portfolios become those of it
+  QString importAs{};     ///< name of the portfolio of an import file that names none; empty: after the file
+  QString skipUnknown{};  ///< "1": rows of an import file that are no A-shares are left out
+  bool asks = false;      ///< somebody at the window wants to see what an import brings first; never handed over
 
   [[nodiscard]] bool IsEmpty() const;
   /// Is there something to carry out beside going to an address?

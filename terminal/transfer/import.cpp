@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "transfer/import.h"
 
+#include <QFile>
 #include <algorithm>
 
 #include "backup/portfolio_file.h"
+#include "holdings/holdings_file.h"
+#include "holdings/portfolio_rules.h"
 #include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/text_file.h"
+#include "import_preview.h"
 #include "import_saved.h"
 #include "import_statements.h"
-#include "portfolio_csv.h"
 
 namespace holdwise {
 namespace {
@@ -141,6 +144,84 @@ ImportResult Write(const std::vector<CsvPortfolio>& portfolios, const ImportServ
   return result;
 }
 
+ImportResult Refused(std::vector<ImportProblem> problems) {
+  ImportResult refused;
+  refused.problems = std::move(problems);
+  std::stable_sort(refused.problems.begin(), refused.problems.end(),
+                   [](const ImportProblem& a, const ImportProblem& b) { return a.line < b.line; });
+  return refused;
+}
+
+ImportResult Cancelled() {
+  ImportResult cancelled;
+  cancelled.cancelled = true;
+  return cancelled;
+}
+
+/// A word such as 持仓成本 is a share's cost to some and the whole position's to others. The market's prices tell.
+void CheckCosts(const CsvPortfolios& file, const TDataCenter& dataCentre, std::vector<ImportProblem>& problems) {
+  constexpr double kFar = 5;
+  if (file.shape.doubtfulCost.isEmpty()) return;
+  std::size_t priced = 0;
+  std::size_t whole = 0;
+  for (const CsvPortfolio& portfolio : file.portfolios) {
+    for (const CsvHolding& holding : portfolio.holdings) {
+      const double price = dataCentre.StockNowData(holding.codeNumber).currentPrice;
+      if (!(price > 0)) continue;
+      ++priced;
+      const double ratio = RealOr(holding.price) / price;
+      if (ratio > kFar && ratio / RealOr(holding.quantity, 1) < kFar) ++whole;
+    }
+  }
+  if (priced == 0 || whole * 2 < priced) return;
+  problems.push_back(
+      {file.shape.headingLine, QStringLiteral("“%1”看来是全部持股的成本，不是每股的：请换成每股成本，表头写“成本价”")
+                                   .arg(file.shape.doubtfulCost)});
+}
+
+/// Rows that nobody has agreed to leave out, and portfolios of which nothing else is left.
+void CheckStrangers(const CsvPortfolios& file, bool isSkipped, std::vector<ImportProblem>& problems) {
+  for (const CsvPortfolio& portfolio : file.portfolios) {
+    if (portfolio.holdings.empty() && isSkipped && problems.empty())
+      problems.push_back({portfolio.line, QStringLiteral("组合“%1”没有可以导入的股票").arg(portfolio.name)});
+  }
+  if (file.portfolios.empty() && isSkipped && problems.empty())
+    problems.push_back({0, QStringLiteral("文件里没有可以导入的沪深A股")});
+  if (isSkipped || file.strangers.empty()) return;
+  if (file.shape.isStatement)
+    problems.push_back(
+        {0, QStringLiteral("有%1行不是可以导入的沪深A股：用 --skip-unknown，或在窗口的“文件→导入组合”中同意，"
+                           "可以略去它们导入其余的行")
+                .arg(file.strangers.size())});
+  for (const LeftOutRow& row : file.strangers) {
+    problems.push_back({row.line, file.shape.isStatement ? QStringLiteral("%1：%2，不能导入").arg(row.what, row.reason)
+                                                         : QStringLiteral("没有代码为%1的A股股票").arg(row.what)});
+  }
+}
+
+/// Of a file that was read before: others, a pipe say, may never answer.
+QByteArray BeginningOf(const QString& path) {
+  constexpr qint64 kBytes = 64;
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.read(kBytes) : QByteArray();
+}
+
+/// What keeps a file that was read from being written, and the closes that are needed when nothing does.
+struct Checked {
+  std::vector<ImportProblem> problems;
+  std::map<int, double> closes;
+};
+
+/// `choice`: none while a person has still to make it.
+Checked Check(const ImportServices& services, const CsvPortfolios& file, const ImportChoice* choice) {
+  Checked checked{file.problems, {}};
+  if (choice != nullptr || !file.isNameFree) FindTakenNames(services.database, file, checked.problems);
+  checked.closes = CheckDays(services, file, checked.problems);
+  CheckCosts(file, services.dataCentre, checked.problems);
+  CheckStrangers(file, choice == nullptr || choice->skipStrangers, checked.problems);
+  return checked;
+}
+
 }  // namespace
 
 void RequireNoQuestion(const UserDataServices& database) {
@@ -159,32 +240,58 @@ QStringList UnpricedStocks(std::vector<int> stocks, const TDataCenter& dataCentr
   return warnings;
 }
 
-ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& services, const ImportProgress& progress) {
-  if (backup::IsPortfolioText(csv)) return ImportSaved(csv, services, progress);
-  CsvPortfolios file = ParsePortfolioCsv(csv, services.codes);
-  FindTakenNames(services.database, file, file.problems);
-  const std::map<int, double> closes = CheckDays(services, file, file.problems);
-  if (!file.problems.empty()) {
-    ImportResult refused;
-    refused.problems = std::move(file.problems);
-    std::stable_sort(refused.problems.begin(), refused.problems.end(),
-                     [](const ImportProblem& a, const ImportProblem& b) { return a.line < b.line; });
-    return refused;
+QString NewNameProblem(UserDataServices& database, const QString& name) {
+  if (QString problem = NameProblem(name); !problem.isEmpty()) return problem;
+  const bool isTaken = database.Count(import_sql::CountPortfolios(name)) != 0;
+  return isTaken ? QStringLiteral("已有名称为“%1”的组合").arg(name) : QString();
+}
+
+ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& services, const ImportProgress& progress,
+                              const ImportOptions& options) {
+  if (backup::IsPortfolioText(csv)) return ImportSaved(csv, services, progress, options);
+  const bool isAsked = static_cast<bool>(options.ask);
+  ImportChoice choice{
+      options.name.isEmpty() && !options.fileName.isEmpty() ? NameFromFile(options.fileName) : options.name,
+      options.skipStrangers};
+  if (const QString problem = options.name.isEmpty() ? QString() : NameProblem(options.name); !problem.isEmpty())
+    return Refused({{0, problem}});
+  CsvPortfolios file = ParsePortfolioCsv(csv, services.codes, choice.name);
+  if (!options.name.isEmpty() && !file.isNameFree && file.problems.empty())
+    file.problems.push_back({0, QStringLiteral("文件里写有组合名称，不能用 --import-as 另起名称")});
+  Checked checked = Check(services, file, isAsked ? nullptr : &choice);
+  if (!checked.problems.empty()) return Refused(std::move(checked.problems));
+  const QString understood = PreviewText(file);
+  if (isAsked) {
+    const std::optional<ImportChoice> answer =
+        options.ask({understood, file.isNameFree ? choice.name : QString(), static_cast<int>(file.strangers.size())});
+    if (!answer) return Cancelled();
+    choice.skipStrangers = choice.skipStrangers || answer->skipStrangers;
+    if (file.isNameFree) {
+      if (const QString problem = NameProblem(answer->name); !problem.isEmpty()) return Refused({{0, problem}});
+      for (CsvPortfolio& portfolio : file.portfolios) portfolio.name = answer->name;
+    }
+    // What was asked took its time.
+    checked = Check(services, file, &choice);
+    if (!checked.problems.empty()) return Refused(std::move(checked.problems));
   }
-  return Write(file.portfolios, services, closes, progress);
+  ImportResult result = Write(file.portfolios, services, checked.closes, progress);
+  const bool isWorthSaying = file.shape.isStatement || file.isNameFree || !file.strangers.empty();
+  if (isWorthSaying && !isAsked) result.understood = understood;
+  return result;
 }
 
 ImportResult ImportPortfoliosFromFile(const QString& path, const ImportServices& services,
-                                      const ImportProgress& progress) {
+                                      const ImportProgress& progress, const ImportOptions& options) {
   QByteArray csv;
   try {
     csv = ReadTextFile(path, kMaxFileBytes);
   } catch (const Error& error) {
-    ImportResult refused;
-    refused.problems.push_back({0, QString::fromUtf8(error.what())});
-    return refused;
+    const QString noTable = error.Category() == ErrorCategory::Corrupt ? NoTableProblem(BeginningOf(path)) : QString();
+    return Refused({{0, noTable.isEmpty() ? QString::fromUtf8(error.what()) : noTable}});
   }
-  return ImportPortfolios(csv, services, progress);
+  ImportOptions named = options;
+  named.fileName = path;
+  return ImportPortfolios(csv, services, progress, named);
 }
 
 }  // namespace holdwise

@@ -17,6 +17,7 @@ HandOverAnswer AnswerOf(const QString& file, const ImportResult& result) {
       lines.append(QStringLiteral("其余 %1 处没有列出。").arg(result.problems.size() - kMostProblemsNamed));
     return {lines.join(QLatin1Char('\n')), 1};
   }
+  if (!result.understood.isEmpty()) lines.append(result.understood);
   lines.append(QStringLiteral("已导入 %1 个组合，%2 条持仓。").arg(result.portfolios).arg(result.holdings));
   return {(lines + result.warnings).join(QLatin1Char('\n')), 0};
 }

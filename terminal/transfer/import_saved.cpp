@@ -6,8 +6,9 @@
 
 #include "backup/portfolio_file.h"
 #include "backup/restore.h"
+#include "holdings/portfolio_rules.h"
+#include "holdwise/packet/number_text.h"
 #include "import_statements.h"
-#include "portfolio_csv.h"
 
 namespace holdwise {
 namespace {
@@ -49,19 +50,42 @@ std::vector<ImportProblem> Check(const backup::ReadFile& file, const ImportServi
   return problems;
 }
 
+QString PreviewText(const backup::PortfolioSet& set) {
+  QStringList lines{QStringLiteral("从本程序导出的 %1 个组合：").arg(set.portfolios.size())};
+  constexpr qsizetype kMostNamed = 100;
+  for (const backup::SavedPortfolio& portfolio : set.portfolios) {
+    if (lines.size() > kMostNamed) {
+      lines << QStringLiteral("其余没有列出");
+      break;
+    }
+    double cost = 0;
+    for (const backup::SavedHolding& holding : portfolio.holdings)
+      cost += static_cast<double>(holding.quantity) * holding.buyPrice;
+    lines << QStringLiteral("组合“%1”：%2 只股票，总成本 %3 元")
+                 .arg(portfolio.name)
+                 .arg(portfolio.holdings.size())
+                 .arg(FormatFixed(cost, 2));
+  }
+  return lines.join(QLatin1Char('\n'));
+}
+
 }  // namespace
 
-ImportResult ImportSaved(const QByteArray& csv, const ImportServices& services, const ImportProgress& progress) {
+ImportResult ImportSaved(const QByteArray& csv, const ImportServices& services, const ImportProgress& progress,
+                         const ImportOptions& options) {
   const backup::ReadFile file = backup::ReadPortfolioText(csv, backup::LastLine::MayLack);
   std::vector<ImportProblem> problems;
   for (const backup::FileProblem& problem : file.problems)
     problems.push_back({static_cast<int>(problem.line), problem.reason});
   if (problems.empty()) problems = Check(file, services);
+  if (problems.empty() && !options.name.isEmpty())
+    problems.push_back({0, QStringLiteral("文件里写有组合名称，不能用 --import-as 另起名称")});
   if (!problems.empty()) return Refused(std::move(problems));
 
-  RequireNoQuestion(services.database);
   ImportResult cancelled;
   cancelled.cancelled = true;
+  if (options.ask && !options.ask({PreviewText(file.set), {}, 0})) return cancelled;
+  RequireNoQuestion(services.database);
   ImportResult result;
   std::vector<int> stocks;
   const int total = static_cast<int>(file.set.portfolios.size());

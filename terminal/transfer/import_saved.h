@@ -6,7 +6,7 @@ namespace holdwise {
 
 /// ImportPortfolios for a file of all portfolios (backup::IsPortfolioText).
 [[nodiscard]] ImportResult ImportSaved(const QByteArray& csv, const ImportServices& services,
-                                       const ImportProgress& progress);
+                                       const ImportProgress& progress, const ImportOptions& options);
 
 /// Error(Busy) while a transaction is open: a question of the window waits for its answer.
 void RequireNoQuestion(const UserDataServices& database);

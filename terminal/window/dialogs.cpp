@@ -28,7 +28,8 @@ QString Ask(QFileDialog& dialog, const QString& accept) {
 }  // namespace
 
 QString AskForFile(QWidget* window) {
-  QFileDialog dialog(window, QStringLiteral("导入组合"), QString(), QStringLiteral("组合 (*.csv);;所有文件 (*)"));
+  QFileDialog dialog(window, QStringLiteral("导入组合"), QString(),
+                     QStringLiteral("组合或持仓表 (*.csv *.txt *.tsv *.xls);;所有文件 (*)"));
   dialog.setFileMode(QFileDialog::ExistingFile);
   return Ask(dialog, QStringLiteral("导入"));
 }

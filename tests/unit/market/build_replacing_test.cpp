@@ -57,7 +57,7 @@ TEST_F(Build, FailsWithTheOldFolderWhole) {
     options_ = good;
   };
   failsWith(&BuildOptions::barsFolder, "missing", "目录不存在");
-  failsWith(&BuildOptions::barsFolder, "empty.csv", "不是目录");
+  failsWith(&BuildOptions::barsFolder, "empty.csv", "文件为空");
   failsWith(&BuildOptions::barsFolder, "hollow", "没有 CSV 文件");
   failsWith(&BuildOptions::barsFolder, "bad", "没有可用的证券行情");
   failsWith(&BuildOptions::indicesFolder, "missing", "目录不存在");

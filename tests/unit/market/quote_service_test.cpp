@@ -290,17 +290,18 @@ TEST(MarketRules, KnowMarketsSharesAndLimits) {
     bool isAShare;
     int limit;
   };
-  const Case cases[] = {{"600519", 1, true, 10},  {"688981", 1, true, 20},  {"689009", 1, true, 20},
-                        {"900901", 1, false, 10}, {"000001", 2, true, 10},  {"002594", 2, true, 10},
-                        {"300750", 2, true, 20},  {"301001", 2, true, 20},  {"200011", 2, false, 10},
-                        {"510300", 1, false, 10}, {"830799", 0, false, 10}, {"920001", 0, false, 10},
-                        {"60051", 0, false, 10},  {"60051x", 0, false, 10}, {"", 0, false, 10}};
+  const Case cases[] = {
+      {"600519", 1, true, 10},  {"688981", 1, true, 20},  {"689009", 1, true, 20},  {"900901", 1, false, 10},
+      {"000001", 2, true, 10},  {"002594", 2, true, 10},  {"300750", 2, true, 20},  {"301001", 2, true, 20},
+      {"302132", 2, true, 20},  {"200011", 2, false, 10}, {"510300", 1, false, 10}, {"830799", 0, false, 10},
+      {"920001", 0, false, 10}, {"60051", 0, false, 10},  {"60051x", 0, false, 10}, {"", 0, false, 10}};
   for (const Case& item : cases) {
     EXPECT_EQ(MarketOfStock(item.code), item.market) << item.code;
     EXPECT_EQ(IsAShare(item.code), item.isAShare) << item.code;
     EXPECT_EQ(PriceLimitPercent(std::string_view(item.code)), item.limit) << item.code;
   }
   EXPECT_EQ(PriceLimitPercent(1300750), 20);
+  EXPECT_EQ(PriceLimitPercent(1302132), 20);
   EXPECT_EQ(PriceLimitPercent(1688981), 20);
   EXPECT_EQ(PriceLimitPercent(1689009), 20);
   EXPECT_EQ(PriceLimitPercent(1600519), 10);
@@ -312,7 +313,7 @@ TEST(MarketRules, ReadCodesWithTheirMarkets) {
   for (const char* text : {"600519", "sh600519", "SH600519", "600519.SH", "600519.sh"}) {
     EXPECT_EQ(ParseStockCode(text), "600519") << text;
   }
-  for (const char* text : {"sz600519", "600519.SZ", "sh000001", "000001.SH", "60051", "bj600519", "600519.SS",
+  for (const char* text : {"sz600519", "600519.SZ", "sh000001", "000001.SH", "60051", "bj600519", "600519.S",
                            "600519SH1", "399001", "830799", "", "Sh600519"}) {
     EXPECT_FALSE(ParseStockCode(text)) << text;
   }

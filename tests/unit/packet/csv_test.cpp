@@ -14,9 +14,9 @@ namespace {
 
 using Record = std::vector<std::string>;
 
-std::vector<Record> RecordsOf(std::string_view text, BlankLines blankLines = BlankLines::Skip) {
+std::vector<Record> RecordsOf(std::string_view text, BlankLines blankLines = BlankLines::Skip, char separator = ',') {
   std::vector<Record> records;
-  CsvReader reader(text, blankLines);
+  CsvReader reader(text, blankLines, separator);
   while (reader.Next()) records.emplace_back(reader.Fields().begin(), reader.Fields().end());
   return records;
 }
@@ -37,6 +37,14 @@ TEST(CsvReader, BlankLines) {
   EXPECT_EQ(RecordsOf("a\n\n \nb\n", BlankLines::Keep), (std::vector<Record>{{"a"}, {""}, {""}, {"b"}}));
   EXPECT_TRUE(RecordsOf("").empty());
   EXPECT_TRUE(RecordsOf("\n\n").empty());
+}
+
+TEST(CsvReader, OtherSeparators) {
+  const std::vector<Record> expected = {{"a,b", "c", ""}, {"", "1", "2,3"}, {"x\ty;z", "\"", "e"}};
+  EXPECT_EQ(RecordsOf("a,b; c ;\r\n;1;2,3\n\"x\ty;z\" ;\"\"\"\"; e", BlankLines::Skip, ';'), expected);
+  EXPECT_EQ(RecordsOf("a,b\t c \t\r\n\t1\t2,3\n\"x\ty;z\" \t\"\"\"\"\t e", BlankLines::Skip, '\t'), expected);
+  // A tab parts fields even where only blanks stand before it.
+  EXPECT_EQ(RecordsOf("\t\t\"q\"\t\t\n", BlankLines::Skip, '\t'), (std::vector<Record>{{"", "", "q", "", ""}}));
 }
 
 TEST(CsvReader, QuotedFields) {

@@ -77,6 +77,20 @@ TEST(CommandLine, ImportAloneIsNoBatch) {
   EXPECT_FALSE(parsed.options->IsBatch());
 }
 
+TEST(CommandLine, AnImportMayBeNamedAndLeaveOutWhatItCannotHold) {
+  const ParsedCommandLine parsed =
+      ParseCommandLine({"holdwise-terminal", "--import", "p.csv", "--import-as", "长线", "--skip-unknown"});
+  ASSERT_TRUE(parsed.options.has_value()) << parsed.text.toStdString();
+  EXPECT_EQ(parsed.options->command.importAs, "长线");
+  EXPECT_EQ(parsed.options->command.skipUnknown, "1");
+  for (const QStringList& alone : {QStringList{"--import-as", "长线"}, QStringList{"--skip-unknown"}}) {
+    const ParsedCommandLine refused = ParseCommandLine(QStringList{"holdwise-terminal"} + alone);
+    EXPECT_FALSE(refused.options.has_value());
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_TRUE(refused.text.contains("请同时用 --import 指定文件")) << refused.text.toStdString();
+  }
+}
+
 TEST(CommandLine, AMissingValueIsNamed) {
   for (const char* option : {"--data", "--work", "--db", "--bus", "--theme", "--address", "--parameter", "--import",
                              "--export", "--stress", "--stress-index"}) {
@@ -155,6 +169,8 @@ TEST(CommandLine, CommandsSurviveTheHandOver) {
   command.capital = "12.5";
   command.backupFile = "/b.csv";
   command.restoreFile = "/r.csv";
+  command.importAs = "长线";
+  command.skipUnknown = "1";
   const QByteArray json = command.ToJson();
   EXPECT_FALSE(json.contains('\n'));
   const std::optional<Command> back = Command::FromJson(json);
@@ -171,6 +187,8 @@ TEST(CommandLine, CommandsSurviveTheHandOver) {
   EXPECT_EQ(back->capital, command.capital);
   EXPECT_EQ(back->backupFile, command.backupFile);
   EXPECT_EQ(back->restoreFile, command.restoreFile);
+  EXPECT_EQ(back->importAs, command.importAs);
+  EXPECT_EQ(back->skipUnknown, command.skipUnknown);
   EXPECT_FALSE(Command::FromJson("[]").has_value());
   EXPECT_FALSE(Command::FromJson("rubbish").has_value());
 }
@@ -259,9 +277,9 @@ TEST(CommandRunnerTest, CarriesOutOneAfterTheOtherInOrder) {
     record.append("go " + address + ' ' + parameter);
     return address != "none";
   };
-  targets.importPortfolios = [&](const QString& file) {
-    record.append("import " + file);
-    return HandOverAnswer{file, file == "bad" ? 1 : 0};
+  targets.importPortfolios = [&](const Command& command) {
+    record.append("import " + command.importFile);
+    return HandOverAnswer{command.importFile, command.importFile == "bad" ? 1 : 0};
   };
   targets.exportViews = [&](const Command& command, const HandOverServer::Answer& answer) {
     record.append("export " + command.exportFolder);
@@ -297,7 +315,7 @@ TEST(CommandRunnerTest, RestoresBeforeItImportsAndBacksUpWhatIsThereThen) {
     };
   };
   targets.restorePortfolios = step("restore ");
-  targets.importPortfolios = step("import ");
+  targets.importPortfolios = [&step](const Command& command) { return step("import ")(command.importFile); };
   targets.backUpPortfolios = step("backup ");
   targets.raise = [] {};
   CommandRunner runner(targets);

@@ -28,8 +28,8 @@ class ImportTest : public testing::Test {
   [[nodiscard]] ImportServices Services() {
     return {database_, data_, data_, [this] { return ReadIndexCloses(folder_.Path(), kCompositeIndex); }};
   }
-  ImportResult Import(const QByteArray& csv, const ImportProgress& progress = {}) {
-    return ImportPortfolios(csv, Services(), progress);
+  ImportResult Import(const QByteArray& csv, const ImportProgress& progress = {}, const ImportOptions& options = {}) {
+    return ImportPortfolios(csv, Services(), progress, options);
   }
   /// A whole table as text, one line a row.
   QString Dump(const char* sql) { return temp_.Lines(QString::fromLatin1(sql), u'|').join(u'\n'); }

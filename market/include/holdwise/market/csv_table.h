@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "holdwise/packet/csv_reader.h"
+#include "holdwise/packet/text_pieces.h"
 
 namespace holdwise {
 
@@ -24,46 +25,68 @@ struct Rejection {
 
 /// A column that a table may have: the headings under which people know it, in lower case.
 struct CsvColumn {
+  const char* title;  ///< Chinese, for people
   std::vector<std::string_view> headings;
   bool isRequired = false;
+  /// Whether two fields of a line say the same, where the table has the column under two headings; none: equal texts.
+  bool (*agree)(std::string_view, std::string_view) = nullptr;
 };
 
 /// A CSV file with one heading line, its columns in any order. Headings are compared without regard to ASCII case and
-/// without a unit in brackets behind them; columns that are not asked for are ignored. Not thread-safe.
+/// without a unit in brackets behind them; columns that are not asked for are ignored. A column may stand there twice,
+/// under two of its headings: lines in which the fields disagree are rejected. Files of any size are read piece by
+/// piece. Not thread-safe.
 class CsvTable {
  public:
-  /// Reads the whole file. Missing: Error(NotFound); unreadable: Error(Io); neither UTF-8 nor GB18030: Error(Corrupt);
-  /// no heading line, a required column missing or a column given twice: Error(Refused).
+  /// Reads the heading. Missing: Error(NotFound); unreadable: Error(Io); neither UTF-8 nor GB18030: Error(Corrupt);
+  /// no heading line, a required column missing or a heading given twice: Error(Refused).
   CsvTable(const QString& path, std::span<const CsvColumn> columns);
   CsvTable(const CsvTable&) = delete;
   CsvTable& operator=(const CsvTable&) = delete;
 
   /// Moves to the next line; false at the end. A line with another number of fields than the heading or with characters
-  /// behind a closing quote is rejected and passed over; an unclosed quote is rejected and ends the table.
+  /// behind a closing quote is rejected and passed over; what stands behind an unclosed quote is rejected whole (in
+  /// very large files: for some megabytes). Error as the constructor where a later piece cannot be read.
   bool Next();
   [[nodiscard]] bool Has(std::size_t column) const { return places_[column] >= 0; }
   /// Field of the current line; empty when the table has no such column.
   [[nodiscard]] std::string_view Field(std::size_t column) const;
-  [[nodiscard]] std::int64_t Line() const { return reader_->Line(); }
+  [[nodiscard]] std::int64_t Line() const { return linesBefore_ + reader_->Line(); }
+  /// What was taken for what, in Chinese: "日期=date，收盘=close；未用：turn".
+  [[nodiscard]] QString Understood() const;
 
   /// Records that the current line is not used.
   void Reject(const QString& reason);
   [[nodiscard]] std::vector<Rejection> TakeRejections() { return std::move(rejections_); }
 
  private:
-  void MapHeadings(std::span<const CsvColumn> columns);
+  struct SecondPlace {
+    std::size_t column;
+    std::size_t place;
+  };
+
+  void MapHeadings();
+  bool NextPiece();
+  [[nodiscard]] std::optional<QString> Disagreement() const;
 
   QString path_;
+  std::vector<CsvColumn> columns_;
+  TextPieces pieces_;
   QByteArray text_;
   std::unique_ptr<CsvReader> reader_;
-  std::size_t fieldCount_ = 0;
+  std::int64_t linesBefore_ = 0;  // in the pieces before
+  std::vector<std::string> headings_;
   std::vector<int> places_;  // field index of each asked column, -1 = not there
+  std::vector<SecondPlace> secondPlaces_;
   std::vector<Rejection> rejections_;
 };
 
-/// A number in a table that must be a plain decimal: digits with at most one point, no sign, no exponent, at most four
-/// digits behind the point that are not trailing zeros, below 1e9. Returns the reason when it is not: "" is missing.
-/// `value` is set only on success.
+/// Nothing, or what programs write for it: nan, NaN, None, null, NaT and the like.
+[[nodiscard]] bool IsBlankCell(std::string_view text) noexcept;
+/// Above zero, below 1e9.
+[[nodiscard]] bool IsPrice(double value) noexcept;
+/// A number in a table that must be a decimal, perhaps with an exponent: finite, not negative, below 1e9. Returns the
+/// reason when it is not: "" is missing. `value` is set only on success.
 [[nodiscard]] std::optional<QString> ReadPlainDecimal(std::string_view text, double& value);
 /// The same, and above zero: a price.
 [[nodiscard]] std::optional<QString> ReadPrice(std::string_view text, double& value);

@@ -12,9 +12,11 @@ namespace holdwise {
 
 /// What a data folder is made from. File and folder names; empty optional ones are not read.
 struct BuildOptions {
-  QString barsFolder;      ///< one CSV file of daily bars a stock
+  QString barsFolder;  ///< daily bars: a folder with one CSV file a stock or with files of many (one a date), or a file
   QString indicesFolder;   ///< the same of the three indices
   QString securitiesFile;  ///< security master
+  QString industriesFile;  ///< optional: industries of those that have none in the security master
+  QString factorsPlace;    ///< optional: a file or folder of factors for bars as traded (ReadFactors)
   QString datesFile;       ///< optional: trading dates; without it the dates of the index bars
   QString ratesFile;       ///< optional: deposit rates; without it the benchmark one-year rate
   QString quotesFile;  ///< optional: prices; without it, and for what it lacks, the last two closes (twice the last one
@@ -38,14 +40,19 @@ struct BuildSummary {
   int rejectedFiles = 0;
   int suspended = 0;  ///< stocks without a trade on the market's last trading date: their price is the last close
   int currentDate = 0;
-  int proposals = 0;             ///< candidate portfolios written
-  std::vector<QString> remarks;  ///< Chinese: who is in the stock pool, and which candidates there are not
+  int proposals = 0;                ///< candidate portfolios written
+  std::vector<QString> remarks;     ///< Chinese: who is in the stock pool, and which candidates there are not
+  std::vector<QString> understood;  ///< Chinese: what was taken for what, and what the bars are like, one line each
+  std::vector<QString> brief;       ///< the part of it that a person reads after every build
+  std::vector<QString> advice;      ///< Chinese: what looks wrong in the bars and what to do; none when nothing does
   double seconds = 0;
 };
 
-/// Both may be empty. Called on the thread of BuildDataFolder (rejections) or on any one thread at a time (progress).
+/// Both may be empty. Called on the thread of BuildDataFolder (rejections, warnings) or on any one thread at a time
+/// (progress).
 struct BuildObserver {
   std::function<void(const Rejection&)> onRejection;
+  std::function<void(const Rejection&)> onWarning;  ///< of what was used and looks wrong
   std::function<void(int done, int total)> onProgress;
 };
 
@@ -57,5 +64,9 @@ struct BuildObserver {
 /// the folder holds data of the other kind (simulated or not) and may not be replaced, or an option of the proposals is
 /// outside its range.
 BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& observer = {});
+
+/// Reads what BuildDataFolder would, with the same errors and reports, and writes nothing: `outFolder` is not looked
+/// at.
+BuildSummary CheckInputs(const BuildOptions& options, const BuildObserver& observer = {});
 
 }  // namespace holdwise

@@ -1,27 +1,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <cstdint>
-#include <optional>
-#include <string>
 #include <string_view>
 
 #include "holdwise/packet/code_numbers.h"
+#include "holdwise/packet/code_text.h"
 
 /// Rules of the Shanghai and Shenzhen exchanges that follow from a security's six digits. Pure and thread-safe.
 namespace holdwise {
 
-/// True for exactly six ASCII digits.
-[[nodiscard]] bool IsSixDigits(std::string_view code) noexcept;
-/// 1 Shanghai, 2 Shenzhen; 0 for codes of neither (Beijing, over the counter) and for anything that is not six digits.
-[[nodiscard]] int MarketOfStock(std::string_view sixDigits) noexcept;
-/// A-shares are the listed shares quoted in yuan; B-shares (900xxx, 200xxx), funds and bonds are not.
-[[nodiscard]] bool IsAShare(std::string_view sixDigits) noexcept;
 /// Of the STAR market: 688, and 689 for depositary receipts.
 [[nodiscard]] bool IsStar(std::string_view sixDigits) noexcept;
-/// Daily price limit as a whole percentage of the previous close: 20 for ChiNext (300, 301) and STAR, else 10.
-[[nodiscard]] int PriceLimitPercent(std::string_view sixDigits) noexcept;
+/// Of ChiNext: 300, 301, 302.
+[[nodiscard]] bool IsChiNext(std::string_view sixDigits) noexcept;
+/// Daily price limit as a whole percentage of the previous close: 20 for ChiNext and STAR, else 10, of a stock under
+/// special treatment (ST) 5.
+[[nodiscard]] int PriceLimitPercent(std::string_view sixDigits, bool isSpecialTreatment = false) noexcept;
 /// The same by code number (1600000 for 600000). For anything that is no stock's code number: 10.
-[[nodiscard]] int PriceLimitPercent(int codeNumber) noexcept;
+[[nodiscard]] int PriceLimitPercent(int codeNumber, bool isSpecialTreatment = false) noexcept;
 /// The lowest and the highest price of a day, in cents.
 struct PriceLimits {
   std::int64_t lower = 0;
@@ -33,17 +29,6 @@ struct PriceLimits {
 /// Code number of a stock: 1600000 for "600000". 0 when the text is not six digits.
 [[nodiscard]] int CodeNumberOfStock(std::string_view sixDigits) noexcept;
 
-/// Six digits and the market written beside them.
-struct NamedCode {
-  std::string digits;
-  int market = 0;  ///< 1 Shanghai, 2 Shenzhen, 0 not said
-  bool operator==(const NamedCode&) const = default;
-};
-/// Reads "600519", "sh600519" or "600519.SH" (sh or sz, either case); none for anything else.
-[[nodiscard]] std::optional<NamedCode> ParseNamedCode(std::string_view text);
-/// Six digits of the stock meant by such a text; none when it is no stock of Shanghai or Shenzhen, or when the market
-/// beside the digits is the other one (sh000001 is the Shanghai Composite, not stock 000001).
-[[nodiscard]] std::optional<std::string> ParseStockCode(std::string_view text);
 /// Number of the index meant by "1", "399001", "399300" or by a code with its market (sh000001, 000300.SH, 399300.SZ);
 /// 0 for anything else. Bare 000001 and 000300 count only where nothing but an index can be meant.
 [[nodiscard]] int ParseIndexNumber(std::string_view text, bool onlyIndicesAreMeant);

@@ -8,7 +8,8 @@
 #include "holdwise/market/csv_table.h"
 
 /// The files beside the daily bars: security master, trading dates, deposit rates, quotes, estimate values. Each reader
-/// throws for the file as a whole as CsvTable does, names every line that it does not use, and is thread-safe.
+/// throws for the file as a whole as CsvTable does, names every line that it does not use, tells by `understood` (may
+/// be null) which columns it took, and is thread-safe.
 namespace holdwise {
 
 struct Security {
@@ -19,10 +20,17 @@ struct Security {
   int listDate = 0;      ///< YYYYMMDD, 0 = not given
 };
 
-/// Reads code and name (needed), industry, market and list date. A code that appeared before is rejected.
-[[nodiscard]] std::vector<Security> ReadSecurities(const QString& path, std::vector<Rejection>& rejections);
-/// Ascending, one each.
-[[nodiscard]] std::vector<int> ReadTradingDates(const QString& path, std::vector<Rejection>& rejections);
+/// Reads code and name (needed), industry, market or board, exchange and list date. A code that appeared before is
+/// rejected; lines of a list that says they are indices, bonds or funds (type 2 to 5) are passed over.
+[[nodiscard]] std::vector<Security> ReadSecurities(const QString& path, std::vector<Rejection>& rejections,
+                                                   QString* understood = nullptr);
+/// Reads code and industry, for those of `securities` that have none yet; codes that are not among them are passed
+/// over.
+void ReadIndustries(const QString& path, std::vector<Security>& securities, std::vector<Rejection>& rejections,
+                    QString* understood = nullptr);
+/// Ascending, one each. Where the file has a column that says whether the day is open, only open ones.
+[[nodiscard]] std::vector<int> ReadTradingDates(const QString& path, std::vector<Rejection>& rejections,
+                                                QString* understood = nullptr);
 
 /// Latest deposit rates, percent a year.
 struct DepositRate {
@@ -37,7 +45,8 @@ struct DepositRates {
 };
 /// Rates in force on `date`: those of the latest line not after it. Needs the columns date and one_year; an empty field
 /// of another term means that the term is not offered.
-[[nodiscard]] DepositRates ReadDepositRates(const QString& path, int date, std::vector<Rejection>& rejections);
+[[nodiscard]] DepositRates ReadDepositRates(const QString& path, int date, std::vector<Rejection>& rejections,
+                                            QString* understood = nullptr);
 
 /// What holds without a file: the People's Bank's benchmark rate for one year, 1.50 since 2015-10-24. None before.
 [[nodiscard]] DepositRates BenchmarkRates(int date);
@@ -57,7 +66,8 @@ struct QuoteRow {
 /// rejected.
 /// The indices are written as 1, 399001, 399300 or with their market (sh000001, 000300.SH).
 [[nodiscard]] std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::unordered_set<int>& known,
-                                                           std::vector<Rejection>& rejections);
+                                                           std::vector<Rejection>& rejections,
+                                                           QString* understood = nullptr);
 
 /// The value at which somebody estimates a stock, yuan a share.
 struct EstimateValue {
@@ -67,6 +77,7 @@ struct EstimateValue {
 /// Reads code and price, in the order of the file. A code that appeared before, and one whose code number is not in
 /// `known`, is rejected.
 [[nodiscard]] std::vector<EstimateValue> ReadEstimates(const QString& path, const std::unordered_set<int>& known,
-                                                       std::vector<Rejection>& rejections);
+                                                       std::vector<Rejection>& rejections,
+                                                       QString* understood = nullptr);
 
 }  // namespace holdwise

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-/// CSV as people have it: comma separated, optional double quotes (doubled inside), LF or CRLF. What ReadTextFile gives
-/// is text to be read here.
+/// CSV as people have it: separated by commas or another character, optional double quotes (doubled inside), LF or
+/// CRLF. What ReadTextFile gives is text to be read here.
 namespace holdwise {
 
 /// What happens to a line with nothing but blanks.
@@ -19,10 +19,10 @@ enum class BlankLines {
 /// Walks the records of a UTF-8 text without copying plain fields. The text must outlive it.
 class CsvReader {
  public:
-  explicit CsvReader(std::string_view utf8, BlankLines blankLines = BlankLines::Skip);
+  explicit CsvReader(std::string_view utf8, BlankLines blankLines = BlankLines::Skip, char separator = ',');
   /// Moves to the next record; false at the end. An unclosed quote, or characters between a closing quote and the next
-  /// comma: Error(Corrupt), with Line() the line on which the bad record begins. The next call goes on behind the line
-  /// with those characters; nothing is left behind an unclosed quote.
+  /// separator: Error(Corrupt), with Line() the line on which the bad record begins. The next call goes on behind the
+  /// line with those characters; nothing is left behind an unclosed quote.
   bool Next();
   /// Fields of the current record, blanks (space, tab) at both ends removed from unquoted fields. Valid until the next
   /// Next().
@@ -40,6 +40,8 @@ class CsvReader {
 
   std::string_view rest_;
   BlankLines blankLines_;
+  char separator_;
+  std::string_view blanks_;  ///< what may stand around a field's quotes
   std::int64_t nextLine_ = 1;
   std::int64_t line_ = 0;
   std::vector<std::string_view> fields_;

@@ -20,6 +20,10 @@ namespace holdwise {
 /// Reads a market date as people write it: "YYYY-MM-DD", "YYYYMMDD" or "YYYY/M/D"; nothing before or behind.
 [[nodiscard]] std::optional<int> ReadMarketDate(std::string_view text) noexcept;
 
+/// The same, or with a time behind it as programs write one: a blank or "T", hours and minutes, perhaps seconds with or
+/// without a fraction, perhaps a zone ("Z", "+08:00", "+0800"). With a zone it is the day in Shanghai at that moment.
+[[nodiscard]] std::optional<int> ReadTimedDate(std::string_view text) noexcept;
+
 /// "YYYY-MM-DD".
 [[nodiscard]] std::string DateText(int date);
 /// Days since 1970-01-01.

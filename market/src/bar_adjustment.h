@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <span>
+#include <vector>
+
+#include "bar_lines.h"
+
+/// Bars as traded made comparable, and what looks as if they were not. The formulas stand at ReadBars. Pure.
+namespace holdwise {
+
+/// Forward-adjusts `bars`, which hold the closes of `lines` (ascending by date, one each).
+Adjustment AdjustForward(std::span<const BarLine> lines, BarBasis basis, const FactorSteps* factors,
+                         std::vector<Bar>& bars);
+
+/// What is doubtful about adjusted bars: moves beyond the board's limit, changes that contradict the closes, previous
+/// closes that bridge days without a bar. Chinese texts, with date and size.
+[[nodiscard]] std::vector<QString> DoubtsAbout(std::span<const Bar> bars, std::span<const BarLine> lines,
+                                               BarBasis basis, Adjustment adjustment, const BarRules& rules,
+                                               std::span<const std::uint32_t> suspendedDates);
+
+}  // namespace holdwise

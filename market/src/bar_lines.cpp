@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+#include "bar_lines.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "headings.h"
+#include "holdwise/market/market_rules.h"
+#include "holdwise/packet/dates.h"
+#include "holdwise/packet/error.h"
+#include "holdwise/packet/number_text.h"
+
+namespace holdwise {
+namespace {
+
+constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
+
+QString Text(std::string_view utf8) {
+  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+struct BasisColumn {
+  BarBasis basis;
+  BarColumn column;
+  const char* title;
+};
+constexpr BasisColumn kBasisColumns[] = {
+    {BarBasis::AdjustedClose, kBarAdjustedClose, "复权收盘价"},
+    {BarBasis::PriceFactor, kBarFactor, "价格因子"},
+    {BarBasis::PreviousClose, kBarPreviousClose, "昨收"},
+    {BarBasis::CumulativeFactor, kBarCumulativeFactor, "复权因子"},
+    {BarBasis::Change, kBarChange, "涨跌额"},
+};
+
+const BasisColumn* BasisColumnOf(BarBasis basis) {
+  const auto* const found = std::find_if(std::begin(kBasisColumns), std::end(kBasisColumns),
+                                         [basis](const BasisColumn& known) { return known.basis == basis; });
+  return found == std::end(kBasisColumns) ? nullptr : found;
+}
+
+BarBasis BasisOf(const CsvTable& table) {
+  for (const BasisColumn& known : kBasisColumns) {
+    if (table.Has(known.column)) return known.basis;
+  }
+  return BarBasis::None;
+}
+
+bool SaysYes(std::string_view text) {
+  return text == "1" || text == "1.0" || text == "True" || text == "true" || text == "是";
+}
+
+bool IsTradingDate(std::span<const int> tradingDates, int date) {
+  if (tradingDates.empty() || date < tradingDates.front() || date > tradingDates.back()) return true;
+  return std::binary_search(tradingDates.begin(), tradingDates.end(), date);
+}
+
+int CodeNumberIn(std::string_view text, bool isIndex) {
+  if (isIndex) return ParseIndexNumber(text, true);
+  const std::optional<std::string> code = ParseStockCode(text);
+  return code ? CodeNumberOfStock(*code) : 0;
+}
+
+}  // namespace
+
+BarLineReader::BarLineReader(CsvTable& table, const BarRules& rules)
+    : table_(table), rules_(rules), basis_(BasisOf(table)) {}
+
+bool BarLineReader::HasVolumes() const {
+  return table_.Has(kBarVolume);
+}
+
+BarLineReader::Use BarLineReader::Read(BarLine& line) {
+  wasZeroPrice_ = false;
+  const std::string_view dateText = table_.Field(kBarDate);
+  const std::optional<int> date = ReadTimedDate(dateText);
+  if (!date) {
+    table_.Reject(dateText.empty() ? QStringLiteral("日期缺失")
+                                   : QStringLiteral("日期无法识别“%1”").arg(Text(dateText)));
+    return Use::Rejected;
+  }
+  if (rules_.lastDate != 0 && *date > rules_.lastDate) return Use::Later;
+  if (table_.Field(kBarAdjustFlag) == "1") {
+    throw Error(ErrorCategory::Refused,
+                "后复权行情（adjustflag 为 1）的价格不是成交价，请导出不复权（3）或前复权（2）的");
+  }
+  line.date = static_cast<std::uint32_t>(*date);
+  line.isSpecialTreatment = SaysYes(table_.Field(kBarSpecialTreatment)) ? 1U : 0U;
+  line.line = static_cast<std::uint32_t>(table_.Line());
+  if (IsNoTrade()) return Use::NoTrade;
+  bool isSuspended = false;
+  std::optional<QString> reason = CheckPrices(line.close);
+  if (!reason) reason = CheckVolume(line.volume, line.close, isSuspended);
+  if (!reason && isSuspended) return Use::NoTrade;
+  if (!reason) reason = CheckDay(*date);
+  if (!reason) reason = ReadBasis(line.basis);
+  if (!reason) return Use::Bar;
+  table_.Reject(*reason);
+  return Use::Rejected;
+}
+
+bool BarLineReader::IsNoTrade() const {
+  const std::string_view trades = table_.Field(kBarTrades);
+  return trades == "0" || trades == "停牌" || SaysYes(table_.Field(kBarPaused)) || SaysNothing();
+}
+
+// A line that has no price at all and no volume is that of a day without a trade.
+bool BarLineReader::SaysNothing() const {
+  for (const BarColumn column : {kBarClose, kBarOpen, kBarHigh, kBarLow}) {
+    if (!IsBlankCell(table_.Field(column))) return false;
+  }
+  const std::string_view volume = table_.Field(kBarVolume);
+  return IsBlankCell(volume) || ParseReal(volume) == 0.0;
+}
+
+// The reason why the current line's prices cannot be used; none when `close` is set.
+std::optional<QString> BarLineReader::CheckPrices(double& close) {
+  struct Price {
+    BarColumn column;
+    const char* title;
+    double value = 0;
+  };
+  Price prices[] = {{kBarClose, "收盘价"}, {kBarOpen, "开盘价"}, {kBarHigh, "最高价"}, {kBarLow, "最低价"}};
+  for (Price& price : prices) {
+    price.value = prices[0].value;
+    if (!table_.Has(price.column)) continue;
+    const std::string_view text = table_.Field(price.column);
+    if (const auto reason = ReadPrice(text, price.value)) {
+      wasZeroPrice_ = ParseReal(text).value_or(1) <= 0;
+      return QString::fromUtf8(price.title) + *reason;
+    }
+  }
+  close = prices[0].value;
+  if (close > prices[2].value || close < prices[3].value) return QStringLiteral("收盘价不在最低价与最高价之间");
+  return std::nullopt;
+}
+
+std::optional<QString> BarLineReader::CheckVolume(double& volume, double close, bool& isSuspended) const {
+  volume = 0;
+  if (!table_.Has(kBarVolume)) return std::nullopt;
+  const std::string_view text = table_.Field(kBarVolume);
+  if (IsBlankCell(text)) {
+    // Some sources repeat the last close on days without a trade.
+    isSuspended = table_.Has(kBarHigh) && table_.Has(kBarLow) && ParseReal(table_.Field(kBarHigh)) == close &&
+                  ParseReal(table_.Field(kBarLow)) == close;
+    return isSuspended ? std::nullopt : std::optional(QStringLiteral("成交量缺失"));
+  }
+  // Index volumes pass a price's bounds: the form is checked, not the size.
+  const std::optional<double> number = ParseReal(text);
+  if (!number) return QStringLiteral("成交量不是数字“%1”").arg(Text(text));
+  if (*number < 0) return QStringLiteral("成交量为负数“%1”").arg(Text(text));
+  volume = *number;
+  return std::nullopt;
+}
+
+std::optional<QString> BarLineReader::ReadBasis(double& basis) const {
+  basis = kUnknown;
+  const BasisColumn* known = BasisColumnOf(basis_);
+  if (known == nullptr) return std::nullopt;
+  const std::string_view text = table_.Field(known->column);
+  const QString title = QString::fromUtf8(known->title);
+  if (basis_ == BarBasis::Change) {
+    basis = ParseReal(text).value_or(kUnknown);
+    return std::nullopt;
+  }
+  if (basis_ == BarBasis::PreviousClose) {
+    if (IsBlankCell(text) || text == "-" || text == "--") return std::nullopt;
+    if (const auto reason = ReadPlainDecimal(text, basis)) return title + *reason;
+    if (basis == 0) basis = kUnknown;  // a first trading day
+    return std::nullopt;
+  }
+  if (const auto reason = ReadPrice(text, basis)) return title + *reason;
+  return std::nullopt;
+}
+
+std::optional<QString> BarLineReader::CheckDay(int date) const {
+  const std::string_view dateText = table_.Field(kBarDate);
+  if (!IsWeekday(date)) return QStringLiteral("%1 是周末，不是交易日").arg(Text(dateText));
+  if (!IsTradingDate(rules_.tradingDates, date)) return QStringLiteral("%1 不是交易日").arg(Text(dateText));
+  const std::string_view code = table_.Field(kBarCode);
+  if (rules_.codeNumber == 0 || code.empty()) return std::nullopt;
+  if (CodeNumberIn(code, IsIndexNumber(rules_.codeNumber)) == rules_.codeNumber) return std::nullopt;
+  return QStringLiteral("代码“%1”与文件名不符").arg(Text(code));
+}
+
+}  // namespace holdwise

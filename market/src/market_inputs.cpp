@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: MIT
+#include "market_inputs.h"
+
+#include <algorithm>
+#include <set>
+
+#include "holdwise/market/market_rules.h"
+#include "holdwise/packet/dates.h"
+#include "holdwise/packet/error.h"
+#include "holdwise/packet/number_text.h"
+
+namespace holdwise {
+
+MarketInputs::MarketInputs(const BuildOptions& options, const BuildObserver& observer, BuildSummary& summary)
+    : options_(options), observer_(observer), summary_(summary) {}
+
+void MarketInputs::ReadReferences() {
+  ReadIndices();
+  ReadDates();
+  ReadSecurityMaster();
+  std::vector<Rejection> rejections;
+  QString understood;
+  if (options_.ratesFile.isEmpty()) {
+    rates_ = BenchmarkRates(summary_.currentDate);
+  } else {
+    rates_ = ReadDepositRates(options_.ratesFile, summary_.currentDate, rejections, &understood);
+    report_.AddFile(options_.ratesFile, understood);
+  }
+  Report(rejections);
+  if (securities_.empty()) {
+    throw Error(ErrorCategory::Refused, "证券表没有可用的行：" + options_.securitiesFile.toStdString());
+  }
+  if (!options_.ratesFile.isEmpty() && rates_.effectiveDate == 0) {
+    throw Error(ErrorCategory::Refused,
+                "没有在 " + DateText(summary_.currentDate) + " 或之前生效的利率：" + options_.ratesFile.toStdString());
+  }
+  summary_.securities = static_cast<int>(securities_.size());
+  if (options_.estimatesFile.isEmpty()) return;
+  rejections.clear();
+  estimates_ = ReadEstimates(options_.estimatesFile, KnownStocks(), rejections, &understood);
+  report_.AddFile(options_.estimatesFile, understood);
+  Report(rejections);
+}
+
+void MarketInputs::ReadIndices() {
+  summary_.currentDate = options_.currentDate;
+  const IndexSources sources = ListIndexFiles(options_.indicesFolder);
+  BarRules rules;
+  rules.lastDate = options_.currentDate;
+  for (const auto& [number, path] : sources.files) {
+    rules.codeNumber = number;
+    TakeIndex(number, ReadBars(path, rules), path);
+  }
+  rules.codeNumber = 0;
+  LongBars tables([](std::string_view code) { return ParseIndexNumber(code, true); }, rules);
+  for (const QString& path : sources.tables) tables.Read(path);
+  Report(tables.TakeRejections());
+  for (const int number : tables.Numbers()) TakeIndex(number, tables.Take(number, rules), sources.tables.front());
+  for (const auto& [path, understood] : tables.Understood()) report_.AddFile(path, understood);
+  for (const int number : kIndexNumbers) {
+    if (indices_.contains(number)) continue;
+    throw Error(ErrorCategory::NotFound,
+                std::string("缺少指数行情 ") + IndexName(number) + "：" + options_.indicesFolder.toStdString());
+  }
+  if (summary_.currentDate != 0) return;
+  for (const auto& [number, file] : indices_) {
+    summary_.currentDate = std::max(summary_.currentDate, file.bars.back().date);
+  }
+}
+
+void MarketInputs::TakeIndex(int number, BarFile file, const QString& path) {
+  Report(file.rejections);
+  if (file.bars.empty()) {
+    const std::string until = options_.currentDate == 0 ? "" : "截至 " + DateText(options_.currentDate) + "，";
+    throw Error(ErrorCategory::Refused, until + "指数行情没有可用的行：" + path.toStdString());
+  }
+  if (!file.understood.isEmpty()) report_.AddFile(path, file.understood);
+  indices_.emplace(number, std::move(file));
+}
+
+void MarketInputs::ReadDates() {
+  if (options_.datesFile.isEmpty()) {
+    std::set<int> dates;
+    for (const auto& [number, file] : indices_) {
+      for (const Bar& bar : file.bars) dates.insert(bar.date);
+    }
+    tradingDates_.assign(dates.begin(), dates.end());
+  } else {
+    std::vector<Rejection> rejections;
+    QString understood;
+    tradingDates_ = ReadTradingDates(options_.datesFile, rejections, &understood);
+    report_.AddFile(options_.datesFile, understood);
+    Report(rejections);
+    std::erase_if(tradingDates_, [this](int date) { return date > summary_.currentDate; });
+  }
+  if (tradingDates_.empty()) {
+    throw Error(ErrorCategory::Refused, "截至 " + DateText(summary_.currentDate) + " 没有交易日");
+  }
+  const auto count = std::min<std::size_t>(static_cast<std::size_t>(options_.days), tradingDates_.size());
+  window_ = {tradingDates_[tradingDates_.size() - count], tradingDates_.back()};
+}
+
+void MarketInputs::ReadSecurityMaster() {
+  std::vector<Rejection> rejections;
+  QString understood;
+  securities_ = ReadSecurities(options_.securitiesFile, rejections, &understood);
+  report_.AddFile(options_.securitiesFile, understood);
+  if (!options_.industriesFile.isEmpty()) {
+    ReadIndustries(options_.industriesFile, securities_, rejections, &understood);
+    report_.AddFile(options_.industriesFile, understood);
+  }
+  for (Security& security : securities_) byCode_.emplace(security.code, &security);
+  if (!options_.factorsPlace.isEmpty()) {
+    std::vector<std::pair<QString, QString>> ofFiles;
+    factors_ = ReadFactors(options_.factorsPlace, rejections, ofFiles);
+    for (const auto& [path, text] : ofFiles) report_.AddFile(path, text);
+  }
+  Report(rejections);
+}
+
+void MarketInputs::ListStocks() {
+  std::vector<Rejection> rejections;
+  BarSources sources = ListStockFiles(options_.barsFolder, rejections);
+  stocks_ = std::move(sources.stocks);
+  std::erase_if(stocks_, [&](const StockFile& file) {
+    const bool isUnknown = !byCode_.contains(file.code);
+    if (isUnknown) rejections.push_back({file.path, 0, QStringLiteral("代码不在证券表中")});
+    return isUnknown;
+  });
+  Report(rejections);
+  if (sources.tables.empty()) return;
+
+  const auto numberOf = [this](std::string_view text) {
+    const std::optional<std::string> code = ParseStockCode(text);
+    return code && byCode_.contains(*code) ? CodeNumberOfStock(*code) : 0;
+  };
+  tables_ = std::make_unique<LongBars>(numberOf, RulesOf({}));
+  for (const QString& path : sources.tables) tables_->Read(path);
+  Report(tables_->TakeRejections());
+  for (const auto& [path, understood] : tables_->Understood()) report_.AddFile(path, understood);
+  std::set<std::string> ofFiles;
+  for (const StockFile& file : stocks_) ofFiles.insert(file.code);
+  for (const int number : tables_->Numbers()) {
+    const std::string code = SixDigits(number - kStockBase).toStdString();
+    if (ofFiles.contains(code)) {
+      Report({{sources.tables.front(), 0,
+               QStringLiteral("代码 %1 另有文件，这里的不用").arg(QString::fromStdString(code))}});
+    } else {
+      stocks_.push_back({code, sources.tables.front()});
+      ofTables_.insert(code);
+    }
+  }
+  std::stable_sort(stocks_.begin(), stocks_.end(), [](const auto& a, const auto& b) { return a.code < b.code; });
+}
+
+BarRules MarketInputs::RulesOf(const std::string& code) const {
+  BarRules rules;
+  rules.tradingDates = tradingDates_;
+  rules.lastDate = summary_.currentDate;
+  if (code.empty()) return rules;
+  rules.codeNumber = CodeNumberOfStock(code);
+  rules.listDate = byCode_.at(code)->listDate;
+  if (const auto found = factors_.find(rules.codeNumber); found != factors_.end()) rules.factors = &found->second;
+  return rules;
+}
+
+MarketInputs::StockBars MarketInputs::ReadStock(std::size_t place) {
+  const StockFile& stock = stocks_[place];
+  StockBars bars;
+  const bool isOfTable = ofTables_.contains(stock.code);
+  const BarRules rules = RulesOf(stock.code);
+  try {
+    bars.file = isOfTable ? tables_->Take(rules.codeNumber, rules) : ReadBars(stock.path, rules);
+  } catch (const Error& error) {
+    // One bad file among thousands: named, and the others go on.
+    const QString reason = QString::fromUtf8(error.what())
+                               .remove(QStringLiteral("：") + stock.path)
+                               .remove(stock.path + QStringLiteral("："));
+    bars.rejections.push_back({stock.path, 0, isOfTable ? QString::fromStdString(stock.code) + u' ' + reason : reason});
+    return bars;
+  }
+  bars.rejections = std::move(bars.file.rejections);
+  if (bars.file.bars.empty()) {
+    const QString what = isOfTable ? QStringLiteral("代码 %1 没有可用的行").arg(QString::fromStdString(stock.code))
+                                   : QStringLiteral("没有可用的行");
+    bars.rejections.push_back({stock.path, 0, what});
+  }
+  return bars;
+}
+
+void MarketInputs::StockBars::LetBarsGo() {
+  if (file.bars.size() > 2) file.bars = std::vector<Bar>{file.bars.front(), file.bars.back()};
+  file.volumes = {};
+}
+
+void MarketInputs::Report(std::size_t place, const StockBars& bars) {
+  const StockFile& stock = stocks_[place];
+  Report(bars.rejections);
+  if (bars.file.bars.empty()) return;
+  if (observer_.onWarning) {
+    for (const Rejection& warning : bars.file.warnings) {
+      observer_.onWarning({warning.file, warning.line, QString::fromStdString(stock.code) + u' ' + warning.reason});
+    }
+  }
+  if (Security* security = byCode_.at(stock.code); security->listDate == 0) {
+    security->listDate = bars.file.bars.front().date;
+  }
+  report_.AddStock(stock, bars.file, window_.endDate);
+}
+
+std::unordered_map<int, QuoteRow> MarketInputs::ReadQuotesFile() {
+  if (options_.quotesFile.isEmpty()) return {};
+  std::vector<Rejection> rejections;
+  QString understood;
+  std::unordered_set<int> known = KnownStocks();
+  known.insert(std::begin(kIndexNumbers), std::end(kIndexNumbers));
+  auto quotes = ReadQuotes(options_.quotesFile, known, rejections, &understood);
+  report_.AddFile(options_.quotesFile, understood);
+  Report(rejections);
+  return quotes;
+}
+
+void MarketInputs::Finish() {
+  summary_.understood = report_.Understood(tradingDates_);
+  summary_.brief = report_.Brief();
+  summary_.advice = report_.Advice();
+}
+
+void MarketInputs::Report(const std::vector<Rejection>& rejections) {
+  for (const Rejection& rejection : rejections) {
+    if (rejection.line == 0) {
+      ++summary_.rejectedFiles;
+    } else {
+      ++summary_.rejectedLines;
+    }
+    if (observer_.onRejection) observer_.onRejection(rejection);
+  }
+}
+
+std::unordered_set<int> MarketInputs::KnownStocks() const {
+  std::unordered_set<int> known;
+  for (const Security& security : securities_) known.insert(CodeNumberOfStock(security.code));
+  return known;
+}
+
+}  // namespace holdwise

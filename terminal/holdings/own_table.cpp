@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "own_table.h"
+
+#include <QHash>
+#include <QRegularExpression>
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "holdings/portfolio_rules.h"
+#include "portfolio_collector.h"
+#include "records.h"
+
+namespace holdwise {
+namespace {
+
+enum Column { kName, kCode, kQuantity, kPrice, kDate, kColumns };
+
+constexpr std::array<const char*, kColumns> kTitles = {"名称", "代码", "数量", "价格", "买入日期"};
+/// The columns that must be there stand first.
+constexpr std::size_t kNeeded = kDate;
+
+int ColumnOf(const QString& heading) {
+  static const QHash<QString, int> kHeadings = {
+      {QStringLiteral("name"), kName},         {QStringLiteral("名称"), kName},
+      {QStringLiteral("组合"), kName},         {QStringLiteral("组合名称"), kName},
+      {QStringLiteral("code"), kCode},         {QStringLiteral("代码"), kCode},
+      {QStringLiteral("股票代码"), kCode},     {QStringLiteral("证券代码"), kCode},
+      {QStringLiteral("quantity"), kQuantity}, {QStringLiteral("数量"), kQuantity},
+      {QStringLiteral("数量(股)"), kQuantity}, {QStringLiteral("股数"), kQuantity},
+      {QStringLiteral("持股数量"), kQuantity}, {QStringLiteral("price"), kPrice},
+      {QStringLiteral("价格"), kPrice},        {QStringLiteral("价格(元)"), kPrice},
+      {QStringLiteral("买入价"), kPrice},      {QStringLiteral("买入价(元)"), kPrice},
+      {QStringLiteral("买入价格"), kPrice},    {QStringLiteral("买入价格(元)"), kPrice},
+      {QStringLiteral("date"), kDate},         {QStringLiteral("日期"), kDate},
+      {QStringLiteral("买入日期"), kDate},     {QStringLiteral("创建日期"), kDate},
+  };
+  return kHeadings.value(NormalisedHeading(heading), -1);
+}
+
+QString QuantityProblem(const QString& quantity) {
+  static const QRegularExpression kWhole(QStringLiteral("\\A[1-9][0-9]{0,8}\\z"));
+  if (quantity.isEmpty()) return QStringLiteral("数量为空");
+  if (kWhole.match(quantity).hasMatch()) return {};
+  return QStringLiteral("数量“%1”不是1到999999999的整数").arg(quantity);
+}
+
+QString PriceProblem(const QString& price) {
+  static const QRegularExpression kAmount(QStringLiteral("\\A(0|[1-9][0-9]{0,4})(\\.[0-9]{1,2})?\\z"));
+  static const QRegularExpression kZero(QStringLiteral("\\A0(\\.0{1,2})?\\z"));
+  if (price.isEmpty()) return QStringLiteral("买入价为空");
+  if (kAmount.match(price).hasMatch() && !kZero.match(price).hasMatch()) return {};
+  return QStringLiteral("买入价“%1”不是大于0、小于100000、最多两位小数的数").arg(price);
+}
+
+class Parser {
+ public:
+  Parser(const CodeNumServices& codes, OwnNames names, const QString& freeName)
+      : names_(names), freeName_(freeName), collector_(result_, codes) {}
+
+  CsvPortfolios Parse(std::string_view utf8, char separator) {
+    result_.shape.separator = separator;
+    Records records(utf8, separator, &result_.problems);
+    Walk(records);
+    collector_.Finish();
+    return std::move(result_);
+  }
+
+ private:
+  void Report(int line, const QString& reason) { AddProblem(result_.problems, line, reason); }
+
+  void Walk(Records& records) {
+    const std::size_t before = result_.problems.size();
+    if (!records.Next()) {
+      Report(0, QStringLiteral("文件是空的"));
+      return;
+    }
+    if (result_.problems.size() != before || !TakeHeading(records)) return;
+    bool any = false;
+    while (records.Next()) {
+      if (records.IsEmpty()) continue;
+      any = true;
+      TakeRow(records.Line(), records.Fields());
+    }
+    if (!any) Report(0, QStringLiteral("文件只有表头，没有持股数据"));
+  }
+
+  bool TakeHeading(const Records& records) {
+    const int line = records.Line();
+    const std::size_t before = result_.problems.size();
+    columns_.fill(-1);
+    int place = 0;
+    for (const std::string_view field : records.Fields()) {
+      const QString heading = TextOf(field);
+      const int column = ColumnOf(heading);
+      if (column < 0) {
+        Report(line, QStringLiteral("表头第%1列“%2”不认识").arg(place + 1).arg(heading));
+      } else if (int& slot = columns_[static_cast<std::size_t>(column)]; slot >= 0) {
+        Report(line, QStringLiteral("表头第%1列“%2”重复").arg(place + 1).arg(heading));
+      } else {
+        slot = place;
+        result_.shape.used.emplace_back(heading, QString::fromUtf8(kTitles[static_cast<std::size_t>(column)]));
+      }
+      ++place;
+    }
+    fieldCount_ = static_cast<std::size_t>(place);
+    result_.shape.headingLine = line;
+    result_.isNameFree = names_ == OwnNames::Nowhere || (columns_[kName] < 0 && !freeName_.isEmpty());
+    for (std::size_t column = 0; column < kNeeded; ++column) {
+      if (columns_[column] < 0 && !(column == kName && result_.isNameFree)) {
+        Report(line, QStringLiteral("表头缺少“%1”列").arg(QString::fromUtf8(kTitles[column])));
+      }
+    }
+    return result_.problems.size() == before;
+  }
+
+  void TakeRow(int line, const std::vector<std::string_view>& fields) {
+    if (fields.size() != fieldCount_) {
+      Report(line, QStringLiteral("有%1个字段，应为%2个").arg(fields.size()).arg(fieldCount_));
+      return;
+    }
+    std::array<QString, kColumns> texts;
+    for (std::size_t column = 0; column < texts.size(); ++column) {
+      if (columns_[column] >= 0) texts[column] = TextOf(fields[static_cast<std::size_t>(columns_[column])]);
+    }
+    if (result_.isNameFree) texts[kName] = freeName_;
+    const QString reasons[] = {NameProblem(texts[kName]), CodeFormProblem(texts[kCode]),
+                               QuantityProblem(texts[kQuantity]), PriceProblem(texts[kPrice])};
+    bool good = true;
+    for (const QString& reason : reasons) {
+      if (reason.isEmpty()) continue;
+      Report(line, reason);
+      good = false;
+    }
+    const bool isHeld = reasons[kCode].isEmpty() && collector_.IsHeld(texts[kCode], {}, line);
+    if (!reasons[kName].isEmpty()) return;
+    CsvPortfolio& portfolio = collector_.RowOf(texts[kName], line);
+    if (!collector_.TakeDate(portfolio, texts[kDate], line)) good = false;
+    if (!isHeld || !collector_.IsFirst(portfolio, texts[kCode], line)) return;
+    const int codeNumber = (QLatin1Char('1') + texts[kCode]).toInt();
+    if (good) portfolio.holdings.push_back({line, codeNumber, texts[kQuantity], texts[kPrice]});
+  }
+
+  CsvPortfolios result_;
+  OwnNames names_;
+  QString freeName_;
+  PortfolioCollector collector_;
+  std::array<int, kColumns> columns_{};
+  std::size_t fieldCount_ = 0;
+};
+
+}  // namespace
+
+QString NormalisedHeading(const QString& heading) {
+  static const QRegularExpression kBlanks(QStringLiteral("\\s"));
+  QString text = heading.toLower();
+  text.replace(QStringLiteral("（"), QStringLiteral("(")).replace(QStringLiteral("）"), QStringLiteral(")"));
+  text.remove(kBlanks);
+  return text;
+}
+
+bool IsOwnWord(const QString& heading) {
+  return ColumnOf(heading) >= 0;
+}
+
+bool IsOwnHeading(const std::vector<std::string_view>& fields) {
+  std::array<bool, kColumns> isThere{};
+  bool isOwnAlone = true;
+  for (const std::string_view field : fields) {
+    const int column = ColumnOf(TextOf(field));
+    if (column >= 0) isThere[static_cast<std::size_t>(column)] = true;
+    isOwnAlone = isOwnAlone && column >= 0;
+  }
+  return isThere[kCode] && isThere[kQuantity] && isThere[kPrice] && (isThere[kName] || isOwnAlone);
+}
+
+CsvPortfolios ReadOwnTable(std::string_view utf8, char separator, const CodeNumServices& codes, OwnNames names,
+                           const QString& freeName) {
+  return Parser(codes, names, freeName).Parse(utf8, separator);
+}
+
+bool IsNamedAfterStocks(const CsvPortfolios& file, const CodeNumServices& codes) {
+  const auto& used = file.shape.used;
+  const bool mayBeStocks = std::any_of(used.begin(), used.end(), [](const auto& use) {
+    const QString heading = NormalisedHeading(use.first);
+    return heading == QStringLiteral("名称") || heading == QStringLiteral("name");
+  });
+  if (!mayBeStocks) return false;
+  bool any = false;
+  for (const CsvPortfolio& portfolio : file.portfolios) {
+    if (portfolio.rows != 1) return false;
+    if (portfolio.holdings.empty()) continue;
+    if (codes.NameOf(QString::number(portfolio.holdings.front().codeNumber)) != portfolio.name) return false;
+    any = true;
+  }
+  return any;
+}
+
+}  // namespace holdwise

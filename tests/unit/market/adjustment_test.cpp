@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include <cmath>
+
+#include "holdwise/market/bar_reader.h"
+#include "market_files.h"
+
+namespace holdwise {
+namespace {
+
+using test::MarketFiles;
+
+BarFile ReadText(const QByteArray& csv, const BarRules& rules = {}) {
+  const MarketFiles files;
+  files.Write(QStringLiteral("a.csv"), csv);
+  return ReadBars(files.Path(QStringLiteral("a.csv")), rules);
+}
+
+void ExpectCloses(const BarFile& file, const std::vector<double>& closes) {
+  ASSERT_EQ(file.bars.size(), closes.size());
+  for (std::size_t i = 0; i < closes.size(); ++i) EXPECT_NEAR(file.bars[i].close, closes[i], 1e-12) << i;
+}
+
+BarRules RulesOf(int codeNumber, int listDate = 20000101) {
+  BarRules rules;
+  rules.codeNumber = codeNumber;
+  rules.listDate = listDate;
+  return rules;
+}
+
+// Three days as traded; 1.00 goes off on the third, of a close of 10: by hand, 10 and 9.8 before it are 0.9 times as
+// much afterwards.
+TEST(AsTraded, APreviousCloseAdjustsTheDaysBefore) {
+  const BarFile file = ReadText("date,close,pre_close\n2024-01-02,9.8,\n2024-01-03,10,9.8\n2024-01-04,9.9,9\n");
+  EXPECT_EQ(file.adjustment, Adjustment::PreviousClose);
+  ExpectCloses(file, {8.82, 9, 9.9});
+  EXPECT_EQ(file.bars[1].close, 9) << "the exchange's reference itself";
+  EXPECT_NEAR(file.bars[2].close / file.bars[1].close - 1, 9.9 / 9 - 1, 1e-15);
+  EXPECT_TRUE(file.warnings.empty());
+  // Newest first, another heading, and a first day of which nothing is known.
+  ExpectCloses(ReadText("日期,收盘,前收盘\n2024-01-04,9.9,9\n2024-01-03,10,9.8\n2024-01-02,9.8,0\n"), {8.82, 9, 9.9});
+  // Nothing went off: the digits stay.
+  const BarFile same = ReadText("date,close,preclose\n2024-01-02,9.87,9\n2024-01-03,10.03,9.87\n");
+  EXPECT_EQ(same.bars[0].close, 9.87);
+  EXPECT_EQ(same.bars[1].close, 10.03);
+}
+
+TEST(AsTraded, PreviousClosesOfRoundedPricesDoNotAdjust) {
+  QByteArray csv = "date,close,pre_close\n";
+  for (int day = 2; day <= 12; ++day) {
+    csv += "2024-01-" + QByteArray::number(day).rightJustified(2, '0') + ",10.00,10.01\n";
+  }
+  const BarFile file = ReadText(csv);
+  EXPECT_EQ(file.adjustment, Adjustment::AsTheyStand);
+  for (const Bar& bar : file.bars) EXPECT_EQ(bar.close, 10);
+}
+
+TEST(AsTraded, FactorsBesideTheCloses) {
+  const BarFile own = ReadText("date,close,adj_factor\n2024-01-02,9.8,5\n2024-01-03,10,5\n2024-01-04,9.9,5.5\n");
+  EXPECT_EQ(own.adjustment, Adjustment::OwnFactors);
+  ExpectCloses(own, {9.8 * 5 / 5.5, 10 * 5 / 5.5, 9.9});
+  const BarFile adjusted = ReadText("Date,Close,Adj Close\n2024-01-02,10,4.5\n2024-01-03,9.9,4.95\n");
+  EXPECT_EQ(adjusted.adjustment, Adjustment::AdjustedCloses);
+  ExpectCloses(adjusted, {9, 9.9});
+  const BarFile price = ReadText("date,close,factor\n2024-01-02,45,4.5\n2024-01-03,49.5,5\n");
+  EXPECT_EQ(price.adjustment, Adjustment::PriceFactors);
+  ExpectCloses(price, {9, 9.9});
+  const BarFile bad = ReadText("date,close,adj_factor\n2024-01-02,10,\n2024-01-03,10,0\n2024-01-04,10,1\n");
+  ExpectCloses(bad, {10});
+  ASSERT_EQ(bad.rejections.size(), 2U);
+  EXPECT_EQ(bad.rejections[0].reason.toStdString(), "复权因子缺失");
+  EXPECT_EQ(bad.rejections[1].reason.toStdString(), "复权因子不是正数“0”");
+}
+
+TEST(AsTraded, StepsOfAnotherFile) {
+  // On the fourth and the tenth, the one on the twelfth is after the last bar.
+  const FactorSteps steps = {{20240104, 0.9}, {20240110, 0.5}, {20240112, 0.1}};
+  BarRules rules;
+  rules.factors = &steps;
+  const QByteArray csv = "date,close\n2024-01-03,10\n2024-01-04,9\n2024-01-09,8\n2024-01-10,4\n2024-01-11,5\n";
+  const BarFile file = ReadText(csv, rules);
+  EXPECT_EQ(file.adjustment, Adjustment::Factors);
+  ExpectCloses(file, {10 * 0.9 * 0.5, 9 * 0.5, 8 * 0.5, 4, 5});
+}
+
+TEST(AsTraded, JumpsBeyondTheLimitOfTheBoardAreNamed) {
+  struct Case {
+    int codeNumber;
+    const char* last;
+    bool isNamed;
+  };
+  const Case cases[] = {{1600519, "11.00", false}, {1600519, "8.99", false},  {1600519, "11.10", true},
+                        {1600519, "8.90", true},   {1300750, "12.00", false}, {1301001, "8.00", false},
+                        {1302132, "12.00", false}, {1302132, "12.10", true},  {1688981, "7.90", true},
+                        {1689009, "12.00", false}, {1689009, "7.90", true},   {399001, "20.00", false}};
+  for (const Case& item : cases) {
+    const BarFile file =
+        ReadText(QByteArray("date,close\n2024-01-02,10\n2024-01-03,") + item.last + "\n", RulesOf(item.codeNumber));
+    EXPECT_EQ(file.warnings.size(), item.isNamed ? 1U : 0U) << item.codeNumber << " " << item.last;
+  }
+  const BarFile file = ReadText("date,close\n2024-01-02,10\n2024-01-03,8.5\n", RulesOf(1600519));
+  ASSERT_EQ(file.warnings.size(), 1U);
+  EXPECT_EQ(file.warnings[0].reason.toStdString(), "2024-01-03 收盘变动 -15.00%，超过涨跌幅限制 10%");
+}
+
+TEST(AsTraded, SpecialTreatmentAndFirstDaysHaveOtherLimits) {
+  const QByteArray csv = "date,close,isST\n2024-01-02,10,0\n2024-01-03,10.8,1\n";
+  const BarFile special = ReadText(csv, RulesOf(1600519));
+  ASSERT_EQ(special.warnings.size(), 1U);
+  EXPECT_EQ(special.warnings[0].reason.toStdString(), "2024-01-03 收盘变动 8.00%，超过涨跌幅限制 5%");
+  EXPECT_TRUE(ReadText(csv, RulesOf(1300750)).warnings.empty()) << "ChiNext keeps its limit";
+
+  const QByteArray listed =
+      "date,close\n2024-01-02,10\n2024-01-03,20\n2024-01-04,40\n2024-01-05,80\n2024-01-08,160\n2024-01-09,320\n";
+  const BarFile first = ReadText(listed, RulesOf(1688981, 20240102));
+  ASSERT_EQ(first.warnings.size(), 1U) << "the sixth day has a limit";
+  EXPECT_TRUE(first.warnings[0].reason.startsWith(QStringLiteral("2024-01-09")))
+      << first.warnings[0].reason.toStdString();
+  EXPECT_EQ(ReadText(listed, RulesOf(1688981, 20230102)).warnings.size(), 5U);
+}
+
+TEST(AsTraded, AChangeThatContradictsTheClosesIsNamed) {
+  // 0.30 went off on the third day: the exchange counts its change from 9.70.
+  const BarFile file =
+      ReadText("日期,收盘,涨跌额\n2024-01-02,9.8,0.1\n2024-01-03,10,0.2\n2024-01-04,9.9,0.2\n", RulesOf(1600519));
+  EXPECT_EQ(file.adjustment, Adjustment::AsTheyStand);
+  ExpectCloses(file, {9.8, 10, 9.9});
+  ASSERT_EQ(file.warnings.size(), 1U);
+  EXPECT_EQ(file.warnings[0].reason.toStdString(), "2024-01-04 涨跌额与收盘价不符，相差 -3.00%");
+  EXPECT_TRUE(ReadText("日期,收盘,涨跌额\n2024-01-02,9.8,-\n2024-01-03,10,0.21\n", RulesOf(1600519)).warnings.empty())
+      << "rounding";
+}
+
+TEST(AsTraded, APreviousCloseOverMissingDaysIsNamed) {
+  const int dates[] = {20240102, 20240103, 20240104};
+  BarRules rules = RulesOf(1600519);
+  rules.tradingDates = dates;
+  const BarFile file = ReadText("date,close,pre_close\n2024-01-02,10,\n2024-01-04,10.4,10.2\n", rules);
+  ASSERT_EQ(file.warnings.size(), 1U);
+  EXPECT_EQ(file.warnings[0].reason.toStdString(), "2024-01-04 之前缺 1 个交易日的行情，昨收高于上一收盘 2.00%");
+}
+
+}  // namespace
+}  // namespace holdwise
