@@ -14,6 +14,7 @@
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/packet_file.h"
 #include "holdwise/packet/text_file.h"
+#include "input_watch.h"
 
 namespace holdwise {
 namespace {
@@ -83,9 +84,7 @@ const char* TypeName(ColumnType type) {
   return "";
 }
 
-}  // namespace
-
-int RunBuild(const BuildCommand& command) {
+BuildOptions OptionsOf(const BuildCommand& command) {
   BuildOptions options;
   options.barsFolder = Path(command.bars);
   options.indicesFolder = Path(command.indices);
@@ -102,16 +101,10 @@ int RunBuild(const BuildCommand& command) {
   options.mayReplaceOtherKind = command.replacesOtherKind;
   options.proposals = command.proposals;
   if (!command.date.empty()) options.currentDate = ReadDateArgument("--date", command.date);
+  return options;
+}
 
-  ProgressLine progress("处理行情");
-  BuildObserver observer;
-  observer.onRejection = [](const Rejection& rejection) { PrintNote("", rejection); };
-  observer.onWarning = [](const Rejection& warning) { PrintNote("请核对：", warning); };
-  observer.onProgress = [&progress](int done, int total) { progress.Show(done, total); };
-  if (command.onlyChecks) {
-    PrintCheck(CheckInputs(options, observer));
-    return 0;
-  }
+void BuildOnce(const BuildCommand& command, const BuildOptions& options, const BuildObserver& observer) {
   const BuildSummary summary = BuildDataFolder(options, observer);
   std::printf(
       "数据目录：%s\n当前日期：%s\n证券：%d，有行情 %d\n统计行：%lld\n未采用的行：%lld，未采用的文件：%d\n"
@@ -124,6 +117,45 @@ int RunBuild(const BuildCommand& command) {
   PrintLines(summary.brief);
   PrintLines(summary.advice);
   std::printf("用时：%s 秒\n", FormatFixedUtf8(summary.seconds, 2).c_str());
+}
+
+// The folder stays as it is while something is wrong with the files.
+void FollowInputs(InputWatch& watch, const BuildCommand& command, const BuildOptions& options,
+                  const BuildObserver& observer) {
+  while (watch.WaitForChange()) {
+    try {
+      BuildOnce(command, options, observer);
+    } catch (const Error& error) {
+      std::fprintf(stderr, "错误：%s\n数据目录没有改动，文件再有变化时重新生成\n", error.what());
+    }
+    std::fflush(stdout);
+  }
+}
+
+}  // namespace
+
+int RunBuild(const BuildCommand& command) {
+  const BuildOptions options = OptionsOf(command);
+  ProgressLine progress("处理行情");
+  BuildObserver observer;
+  observer.onRejection = [](const Rejection& rejection) { PrintNote("", rejection); };
+  observer.onWarning = [](const Rejection& warning) { PrintNote("请核对：", warning); };
+  observer.onProgress = [&progress](int done, int total) { progress.Show(done, total); };
+  if (command.onlyChecks) {
+    PrintCheck(CheckInputs(options, observer));
+    return 0;
+  }
+  if (!command.watches) {
+    BuildOnce(command, options, observer);
+    return 0;
+  }
+  // Knows the files before they are read: what changes meanwhile is built again.
+  InputWatch watch({options.barsFolder, options.indicesFolder, options.securitiesFile, options.industriesFile,
+                    options.factorsPlace, options.datesFile, options.ratesFile, options.quotesFile,
+                    options.estimatesFile});
+  BuildOnce(command, options, observer);
+  std::fflush(stdout);
+  FollowInputs(watch, command, options, observer);
   return 0;
 }
 

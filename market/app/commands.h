@@ -25,6 +25,7 @@ struct BuildCommand {
   bool isSimulated = false;
   bool replacesOtherKind = false;
   bool onlyChecks = false;
+  bool watches = false;  ///< build again whenever the inputs have changed, until the process is asked to end
   ProposalOptions proposals;
 };
 int RunBuild(const BuildCommand& command);

@@ -94,6 +94,7 @@ void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
   build->add_flag("--simulated", command.isSimulated, "注明为虚构数据");
   build->add_flag("--replace", command.replacesOtherKind, "允许用虚构数据替换真实行情的目录，或用真实行情替换虚构的");
   AddProposalOptions(build, command.proposals);
+  build->add_flag("--watch", command.watches, "生成后继续运行，输入文件有变化就重新生成，直到被终止")->excludes(check);
   build->callback([&command, &exitCode, out, check] {
     if (out->empty() && check->empty()) throw CLI::RequiredError("--out");
     exitCode = RunBuild(command);

@@ -82,7 +82,8 @@ BarLineReader::Use BarLineReader::Read(BarLine& line) {
   if (rules_.lastDate != 0 && *date > rules_.lastDate) return Use::Later;
   if (table_.Field(kBarAdjustFlag) == "1") {
     throw Error(ErrorCategory::Refused,
-                "后复权行情（adjustflag 为 1）的价格不是成交价，请导出不复权（3）或前复权（2）的");
+                "后复权行情（adjustflag 为 1）的价格不是成交价，请导出不复权（3）或前复权（2）的：" +
+                    table_.Path().toStdString());
   }
   line.date = static_cast<std::uint32_t>(*date);
   line.isSpecialTreatment = SaysYes(table_.Field(kBarSpecialTreatment)) ? 1U : 0U;

@@ -18,14 +18,15 @@ using test::MarketFiles;
 TEST(Program, HelpNamesEveryOption) {
   const Result help = RunProgram({QStringLiteral("build"), QStringLiteral("--help")});
   EXPECT_EQ(help.exitCode, 0);
-  for (const char* option : {"--bars",         "--indices",     "--securities",
-                             "--dates",        "--rates",       "--quotes",
-                             "--estimates",    "--date",        "--days",
-                             "--out",          "--simulated",   "--replace",
-                             "--pool-returns", "--pool-size",   "--pool-suspended",
-                             "--pool-limit",   "--pool-star",   "--pool-st",
-                             "--least-weight", "--most-weight", "--industry-weight",
-                             "--premium",      "--no-proposals"}) {
+  for (const char* option : {"--bars",         "--indices",      "--securities",
+                             "--dates",        "--rates",        "--quotes",
+                             "--estimates",    "--date",         "--days",
+                             "--out",          "--simulated",    "--replace",
+                             "--pool-returns", "--pool-size",    "--pool-suspended",
+                             "--pool-limit",   "--pool-star",    "--pool-st",
+                             "--least-weight", "--most-weight",  "--industry-weight",
+                             "--premium",      "--no-proposals", "--industries",
+                             "--factors",      "--check",        "--watch"}) {
     EXPECT_TRUE(help.out.contains(option)) << option;
   }
   EXPECT_FALSE(help.out.contains("Options") || help.out.contains("REQUIRED")) << "one language";

@@ -176,6 +176,34 @@ TEST_F(Sources, FactorsInEveryForm) {
   EXPECT_NE(Run().error.find("表头缺少列“adj_factor”"), std::string::npos) << Run().error;
 }
 
+TEST_F(Sources, RatesAndQuotesInTheWordsOfTheirSources) {
+  files_.Write(QStringLiteral("rates.csv"),
+               "pubDate,demandDepositRate,fixedDepositRate3Month,fixedDepositRate6Month,fixedDepositRate1Year,"
+               "fixedDepositRate2Year,fixedDepositRate3Year,fixedDepositRate5Year\n"
+               "2015-08-26,0.350000,1.350000,1.550000,1.750000,2.350000,3.000000,\n"
+               "2015-10-24,0.350000,1.100000,1.300000,1.500000,2.100000,2.750000,\n");
+  options_.ratesFile = files_.Path(QStringLiteral("rates.csv"));
+  options_.quotesFile = files_.Path(QStringLiteral("quotes.csv"));
+  for (const char* quotes :
+       {"代码,名称,最新价,涨跌幅,昨收\n600519,贵州茅台,16.01,3.29,15.5\n",
+        "ts_code,price,pre_close\n600519.SH,16.01,15.5\n", "code,price,prev_close\nsh600519,1.601e1,15.50\n"}) {
+    files_.Write(QStringLiteral("quotes.csv"), quotes);
+    const Outcome outcome = Run();
+    EXPECT_EQ(outcome.error + outcome.rejections, "") << quotes;
+    EXPECT_TRUE(QuotesCsv().ends_with("1600519,16.01,15.5\n")) << quotes << QuotesCsv();
+  }
+  EXPECT_EQ(Rows(QStringLiteral("QMTL/TZZH/InterestRate.Dat"), {"TERM", "INTEREST"}),
+            "一年 1.5 \n活期 0.35 \n三个月 1.1 \n半年 1.3 \n二年 2.1 \n三年 2.75 \n");
+}
+
+TEST_F(Sources, AFileOfItsOwnComesBeforeATable) {
+  files_.Write(QStringLiteral("bars/all.csv"),
+               "code,date,close\n600519,2024-01-09,99\n000001,2024-01-08,9\n000001,2024-01-09,9.5\n");
+  const Outcome outcome = Run();
+  EXPECT_EQ(outcome.rejections, "bars/all.csv: 代码 600519 另有文件，这里的不用\n");
+  EXPECT_TRUE(QuotesCsv().ends_with("1000001,9.5,9\n1600519,15.5,14.5\n")) << QuotesCsv();
+}
+
 TEST_F(Sources, SaysThatBarsLookAsTraded) {
   files_.Write(QStringLiteral("bars/600519.csv"),
                "date,close,change\n2024-01-05,20,1\n2024-01-08,15,-1\n2024-01-09,14.5,-0.5\n");

@@ -51,6 +51,7 @@ class CsvTable {
   [[nodiscard]] bool Has(std::size_t column) const { return places_[column] >= 0; }
   /// Field of the current line; empty when the table has no such column.
   [[nodiscard]] std::string_view Field(std::size_t column) const;
+  [[nodiscard]] const QString& Path() const { return path_; }
   [[nodiscard]] std::int64_t Line() const { return linesBefore_ + reader_->Line(); }
   /// What was taken for what, in Chinese: "日期=date，收盘=close；未用：turn".
   [[nodiscard]] QString Understood() const;
