@@ -291,10 +291,11 @@ class StatementReader {
                                             otherQuantities_.join(QStringLiteral("、"))));
     }
     const bool isEmpty = result_.portfolios.empty() && result_.strangers.empty() && result_.problems.empty();
-    if (isEmpty)
+    if (isEmpty) {
       AddProblem(result_.problems, 0,
                  result_.sold.empty() ? QStringLiteral("文件只有表头，没有持股数据")
                                       : QStringLiteral("文件里所有股票的数量都是0，没有可以导入的持仓"));
+    }
     collector_.Finish();
   }
 

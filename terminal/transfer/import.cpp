@@ -188,11 +188,12 @@ void CheckStrangers(const CsvPortfolios& file, bool isSkipped, std::vector<Impor
   if (file.portfolios.empty() && isSkipped && problems.empty())
     problems.push_back({0, QStringLiteral("文件里没有可以导入的沪深A股")});
   if (isSkipped || file.strangers.empty()) return;
-  if (file.shape.isStatement)
+  if (file.shape.isStatement) {
     problems.push_back(
         {0, QStringLiteral("有%1行不是可以导入的沪深A股：用 --skip-unknown，或在窗口的“文件→导入组合”中同意，"
                            "可以略去它们导入其余的行")
                 .arg(file.strangers.size())});
+  }
   for (const LeftOutRow& row : file.strangers) {
     problems.push_back({row.line, file.shape.isStatement ? QStringLiteral("%1：%2，不能导入").arg(row.what, row.reason)
                                                          : QStringLiteral("没有代码为%1的A股股票").arg(row.what)});
