@@ -4,7 +4,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
+#include <QtEndian>
 #include <csignal>
+#include <optional>
 
 #include "backup/backup_folder.h"
 #include "screen.h"
@@ -13,7 +16,7 @@
 namespace holdwise::e2e {
 namespace {
 
-constexpr qint64 kPage = 8192;
+constexpr qint64 kPage = 4096;
 
 class DamagedDatabase : public testing::Test {
  protected:
@@ -108,6 +111,81 @@ TEST_F(DamagedDatabase, StaysAsItIsWhenThePageIsClosed) {
   EXPECT_TRUE(SetAside().isEmpty());
 }
 
+/// A terminal runs on a sound database; then every page of the closes is damaged, and another command wants them.
+class DamageWhileRunning : public DamagedDatabase {
+ protected:
+  void SetUp() override {
+    if (!screen_.IsThere()) GTEST_SKIP() << "Xvfb";
+    DamagedDatabase::SetUp();
+    int closes = 0;
+    WithDatabase([&closes](FirebirdUserData& database) {
+      closes = static_cast<int>(database.Count(
+          QStringLiteral("select rdb$relation_id from rdb$relations where rdb$relation_name = 'ALG_STOCKSTATISTIC'")));
+    });
+    terminal_.emplace(bench_.Arguments({"--parameter", "Skip风险计量"}), screen_.Environment());
+    ASSERT_TRUE(terminal_->WaitForWindow());
+    DamagePagesOf(closes);
+    export_.setProcessEnvironment(BareEnvironment());
+    export_.start(Program("holdwise-terminal"), bench_.Arguments({"--export", bench_.File("out")}));
+  }
+  /// The contents of a table's pages of rows, of which nothing has been read yet.
+  void DamagePagesOf(int table) const {
+    constexpr char kRowsPage = 5;
+    constexpr int kTableAt = 20;
+    constexpr int kRowsAt = 24;
+    QFile file(File());
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    int damaged = 0;
+    for (qint64 page = 0; page < file.size(); page += kPage) {
+      ASSERT_TRUE(file.seek(page));
+      const QByteArray head = file.read(kRowsAt);
+      if (head[0] != kRowsPage || qFromLittleEndian<quint16>(head.constData() + kTableAt) != table) continue;
+      ASSERT_TRUE(file.seek(page));
+      file.write(QByteArray(kPage, '\x5A'));
+      ++damaged;
+    }
+    ASSERT_GT(damaged, 0);
+  }
+  [[nodiscard]] QString ExportSays() {
+    EXPECT_TRUE(export_.waitForFinished(60'000));
+    return QString::fromUtf8(export_.readAllStandardError());
+  }
+
+  const Screen screen_;
+  std::optional<RunningTerminal> terminal_;
+  QProcess export_;
+};
+
+TEST_F(DamageWhileRunning, IsSetAsideWithOneButtonAndTheTerminalStartsAgain) {
+  const qint64 process = terminal_->Process().processId();
+  Answer(screen_, QStringLiteral("数据库已损坏"), 0, true);
+  ASSERT_TRUE(terminal_->WaitForWindow());
+  EXPECT_EQ(terminal_->Process().processId(), process);
+  EXPECT_EQ(SetAside().size(), 1);
+  // It is the work folder's terminal again, and well.
+  const Outcome check = RunTerminal(bench_.Arguments({"--check"}));
+  EXPECT_TRUE(check.out.contains("正常  数据库：")) << check.out.toStdString();
+  EXPECT_GE(terminal_->Signal(SIGTERM), 0);
+  EXPECT_EQ(terminal_->Process().exitCode(), 0);
+  EXPECT_EQ(Portfolios(), 2);
+  EXPECT_EQ(bench_.Export("2001-strngrd").size(), 2U);
+}
+
+TEST_F(DamageWhileRunning, LeftForLaterIsSaidByTheExportAndFoundByTheNextStart) {
+  Answer(screen_, QStringLiteral("数据库已损坏"), 1, false);
+  const QString said = ExportSays();
+  EXPECT_EQ(export_.exitCode(), 1);
+  EXPECT_TRUE(said.contains("数据库文件已损坏")) << said.toStdString();
+  const Outcome check = RunTerminal(bench_.Arguments({"--check"}));
+  EXPECT_EQ(check.exitCode, 1);
+  EXPECT_TRUE(check.out.contains("注意  数据库：")) << check.out.toStdString();
+  EXPECT_GE(terminal_->Signal(SIGTERM), 0);
+  const Outcome next = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
+  EXPECT_EQ(next.exitCode, 1);
+  EXPECT_TRUE(next.err.contains("最近的备份完好")) << next.err.toStdString();
+  EXPECT_TRUE(SetAside().isEmpty());
+}
+
 class ChangedDatabase : public DamagedDatabase {
  protected:
   void SetUp() override {
@@ -132,6 +210,9 @@ TEST_F(ChangedDatabase, IsKeptWhenTheUserWantsItAndNotAskedAboutAgain) {
     RunningTerminal terminal(bench_.Arguments({}), screen.Environment());
     Answer(screen, QString::fromUtf8(kTitle), 0, false);
     ASSERT_TRUE(terminal.WaitForWindow());
+    const Outcome check = RunTerminal(bench_.Arguments({"--check"}));
+    EXPECT_TRUE(check.out.contains("正常  与备份比较：启动时两者不同，以数据库里的为准，已重新备份"))
+        << check.out.toStdString();
     EXPECT_GE(terminal.Signal(SIGTERM), 0);
   }
   EXPECT_TRUE(SetAside().isEmpty());
