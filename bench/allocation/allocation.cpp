@@ -10,13 +10,14 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 
+#include "allocation_tables.h"
 #include "common/grid/string_grid.h"
 #include "common/host/host_access.h"
 #include "common/series/shared_objects.h"
 #include "common/store/database.h"
 #include "files/down_file_role.h"
 #include "files/local_folder_source.h"
-#include "holdwise/packet/packet_file.h"
+#include "holdwise/packet/atomic_file.h"
 #include "offscreen.h"
 #include "scripted_host.h"
 #include "temp_database.h"
@@ -30,29 +31,17 @@ namespace {
 void WriteProposals(const QString& dataFolder) {
   const QString folder = dataFolder + QStringLiteral("/QMTL/TZZH/");
   QDir().mkpath(folder);
-  const auto write = [&folder](const QString& name, const ResultSet& table) {
-    WritePacketFile(folder + name, table, Durability::Replaceable);
+  const auto write = [&folder](const QString& name, const QByteArray& packet) {
+    WriteFileAtomically(folder + name, packet, Durability::Replaceable);
   };
-  ResultSet list;
-  const int style = list.AddColumn("ZHFG", ColumnType::Text);
-  const int file = list.AddColumn("FILENAME", ColumnType::Text);
-  for (const char* name : {"MBSYL", "FC", "BETA"}) list.AddColumn(name, ColumnType::Real);
-  ResultSet parts;
-  const int code = parts.AddColumn("SecuCode", ColumnType::Text);
-  const int weight = parts.AddColumn("PZBL", ColumnType::Real);
-  for (int row = 0; row < 5; ++row) {
-    parts.AppendRow();
-    parts.SetText(row, code, QString::number(600000 + row));
-    parts.SetReal(row, weight, 0.2);
-  }
+  const QByteArray parts =
+      test::CompositionFile({{"600000", 0.2}, {"600001", 0.2}, {"600002", 0.2}, {"600003", 0.2}, {"600004", 0.2}});
+  std::vector<test::CandidateLine> list;
   for (int row = 0; row < 10; ++row) {
-    list.AppendRow();
-    list.SetText(row, style, QStringLiteral("稳健型"));
-    list.SetText(row, file, QStringLiteral("zh_5_%1.dat").arg(row));
-    for (int column = file + 1; column < list.ColumnCount(); ++column) list.SetReal(row, column, 0.01 * column);
-    write(QStringLiteral("zh_5_%1.dat").arg(row), parts);
+    list.push_back({"稳健型", 0.02, 0.03, 0.04, QStringLiteral("zh_5_%1.dat").arg(row)});
+    write(list.back().file, parts);
   }
-  write(QStringLiteral("zh_5.dat"), list);
+  write(QStringLiteral("zh_5.dat"), test::CandidateList(list));
 }
 
 void BM_ShowCandidates(benchmark::State& state) {

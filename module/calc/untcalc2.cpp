@@ -17,7 +17,6 @@
 #include "common/host/host_access.h"
 #include "common/host/theme_colors.h"
 #include "common/store/database.h"
-#include "holdwise/packet/packet_file.h"
 #include "holdwise/packet/table_limits.h"
 
 namespace holdwise {
@@ -201,8 +200,7 @@ void TfrmCalc2::BasicDataRecv(const QString& fileName, int /*errorCode*/, const 
   std::exception_ptr unreadable;
   try {
     const PacketLimits& limits = calc::ClassifyBaseData(fileName).isIndex ? kIndexSeriesLimits : kStockSeriesLimits;
-    IngestBasicData(fileName, mode == kFromStream ? DecodePacket(stream, limits)
-                                                  : ReadPacketFile(DownBasicData->LocalPath(fileName), limits));
+    IngestBasicData(fileName, ReadReceived(*DownBasicData, fileName, stream, mode, limits));
   } catch (...) {
     unreadable = std::current_exception();
   }
@@ -224,23 +222,21 @@ void TfrmCalc2::IngestBasicData(const QString& fileName, const ResultSet& rows) 
 }
 
 void TfrmCalc2::DownRecv2(const QString& fileName, int /*errorCode*/, const QByteArray& stream, int mode) {
-  ReceiveReference(Reference::InterestRate, infsyndwnflrlDown->LocalPath(fileName), stream, mode,
-                   &calc::ReplaceInterestRates);
+  ReceiveReference(Reference::InterestRate, *infsyndwnflrlDown, fileName, stream, mode, &calc::ReplaceInterestRates);
 }
 
 void TfrmCalc2::flrlRecv1(const QString& fileName, int /*errorCode*/, const QByteArray& stream, int mode) {
-  ReceiveReference(Reference::EstimateValue, infsyndwnflrl->LocalPath(fileName), stream, mode,
-                   &calc::ReplaceEstimateValues);
+  ReceiveReference(Reference::EstimateValue, *infsyndwnflrl, fileName, stream, mode, &calc::ReplaceEstimateValues);
 }
 
-void TfrmCalc2::ReceiveReference(Reference reference, const QString& path, const QByteArray& stream, int mode,
-                                 Replace replace) {
+void TfrmCalc2::ReceiveReference(Reference reference, const TDSBAsynDownFileRole& role, const QString& fileName,
+                                 const QByteArray& stream, int mode, Replace replace) {
   QCoreApplication::processEvents();
   if (driver_.IsClosed()) return;
-  if (mode == kFromFile && !QFile::exists(path)) return;
+  if (mode == kFromFile && !QFile::exists(role.LocalPath(fileName))) return;
   const PacketLimits& limits = reference == Reference::InterestRate ? kInterestRateLimits : kSecuritiesLimits;
   try {
-    const ResultSet file = mode == kFromStream ? DecodePacket(stream, limits) : ReadPacketFile(path, limits);
+    const ResultSet file = ReadReceived(role, fileName, stream, mode, limits);
     if (NamesOtherEdition(file, data_.edition)) {
       throw Error(ErrorCategory::Refused, "是随另一份数据生成的，请重新启动终端，或重新生成数据目录");
     }

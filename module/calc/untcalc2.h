@@ -75,8 +75,8 @@ class TfrmCalc2 : public QDialog {
   /// ShowModal.
   void Decisive(const std::function<void()>& step);
   void IngestBasicData(const QString& fileName, const ResultSet& rows);
-  void ReceiveReference(calc::Reference reference, const QString& path, const QByteArray& stream, int mode,
-                        Replace replace);
+  void ReceiveReference(calc::Reference reference, const TDSBAsynDownFileRole& role, const QString& fileName,
+                        const QByteArray& stream, int mode, Replace replace);
   /// Without a reference file nothing is calculated: closes the dialog. `problem` is how the file fares.
   void GiveUpReference(calc::Reference reference, const QString& problem);
   void ShowProgress();

@@ -328,9 +328,10 @@ QStringList TMainFrm::NoticesOfViews(std::vector<IncompletePortfolio>& lacking) 
 }
 
 bool TMainFrm::IsSettled() const {
-  if (Timer1.isActive() || frmCalc2 || g_AllStockData->IsDownloading() || !g_NowPrice->HasPrices()) return false;
+  if (Timer1.isActive() || frmCalc2 || g_AllStockData->IsDownloading()) return false;
   if (FCurFrame == nullptr) return true;
-  return FCurFrame->IsSettled() && (arePricesShown_ || !IsLive(FCurFrame->Tag()));
+  // Only a live view asks for prices again when they did not come.
+  return FCurFrame->IsSettled() && (!IsLive(FCurFrame->Tag()) || (arePricesShown_ && g_NowPrice->HasPrices()));
 }
 
 void TMainFrm::DataChanged() {

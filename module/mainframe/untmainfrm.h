@@ -49,7 +49,7 @@ class TMainFrm : public QWidget {
   /// What the views visited so far have to say of themselves, each line once; what their figures lack comes to
   /// `lacking`.
   [[nodiscard]] QStringList NoticesOfViews(std::vector<IncompletePortfolio>& lacking) const;
-  /// No recalculation waits or runs, no risk file is on its way, prices are in, and the view shown shows them.
+  /// No recalculation waits or runs, no risk file is on its way, and prices are in and shown if the view is a live one.
   [[nodiscard]] bool IsSettled() const;
   /// The database has changed behind the views: recalculates, reads the shown view again and asks for prices again.
   void DataChanged();

@@ -114,6 +114,13 @@ void AddFileName(const QString& path, const QString& name) {
   if (!QFile::copy(path, name)) ThrowWriteError(name, EIO);
 }
 
+QString FreeTimeText(const QDateTime& now, const std::function<bool(const QString& text)>& isTaken) {
+  const QString first = now.toString(QStringLiteral("yyyyMMdd-HHmmss"));
+  QString text = first;
+  for (int number = 2; isTaken(text); ++number) text = first + QStringLiteral("_%1").arg(number);
+  return text;
+}
+
 void FlushFolder(const QString& folder) {
   FlushOpened(FileDescriptor(OpenFolder(folder, folder)), folder);
 }

@@ -22,15 +22,7 @@ bool IsFiller(char32_t character) {
 }
 
 bool IsInvisible(char32_t character) {
-  switch (QChar::category(character)) {
-    case QChar::Other_Control:
-    case QChar::Other_Format:
-    case QChar::Separator_Line:
-    case QChar::Separator_Paragraph:
-      return true;
-    default:
-      return IsFiller(character);
-  }
+  return IsUnseen(QChar::category(character)) || IsFiller(character);
 }
 
 /// Can the character be a part of an emoji that a joiner holds together: a picture, its colour or its form?
@@ -63,6 +55,11 @@ bool IsNameCharacter(QChar character) {
 
 bool FitsAsName(const QString& name) {
   return CharactersOf(name) <= kMostNameCharacters && PointsOf(name) <= kMostNamePoints;
+}
+
+bool IsUnseen(QChar::Category category) {
+  return category == QChar::Other_Control || category == QChar::Other_Format || category == QChar::Separator_Line ||
+         category == QChar::Separator_Paragraph;
 }
 
 bool HasInvisible(const QString& text) {

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <system_error>
 
+#include "holdwise/packet/characters.h"
 #include "holdwise/packet/error.h"
 #include "read_file.h"
 #include "text_encoding.h"
@@ -67,16 +68,10 @@ QString ControlsShown(QStringView text) {
   QString shown;
   shown.reserve(text.size());
   for (const QChar c : text) {
-    switch (c.category()) {
-      case QChar::Other_Control:
-      case QChar::Other_Format:
-      case QChar::Separator_Line:
-      case QChar::Separator_Paragraph:
-        shown += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
-        break;
-      default:
-        shown += c;
-    }
+    if (IsUnseen(c.category()))
+      shown += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
+    else
+      shown += c;
   }
   return shown;
 }

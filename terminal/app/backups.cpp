@@ -82,10 +82,13 @@ void Backups::ExportFromMenu() {
   ShowReport(&window_.Window(), QStringLiteral("导出组合"), WriteFile(file).text);
 }
 
-RestorePreview Backups::PreviewOf(const backup::PortfolioSet& now, const QString& file, bool isMissingOnly) const {
+RestorePreview Backups::PreviewOf(const backup::PortfolioSet& now, const QString& file, bool isMissingOnly,
+                                  std::map<QString, backup::PortfolioSet>& read) {
   try {
+    auto place = read.find(file);
+    if (place == read.end()) place = read.emplace(file, backup::LoadPortfolioFile(file)).first;
     const RestoreExtent extent = isMissingOnly ? RestoreExtent::MissingOnly : RestoreExtent::Everything;
-    const backup::RestorePlan plan = backup::PlanRestore(now, backup::LoadPortfolioFile(file), extent);
+    const backup::RestorePlan plan = backup::PlanRestore(now, place->second, extent);
     return {plan.Text(), !plan.IsNothing()};
   } catch (const std::exception& error) {
     return {TextOf(error), false};
@@ -101,8 +104,10 @@ void Backups::RestoreFromMenu(const std::function<void()>& restored) {
     for (const backup::Generation& one : folder_.List())
       choices.push_back({one.path, one.time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")),
                          QString::number(one.portfolios), QString::number(one.holdings)});
+    std::map<QString, backup::PortfolioSet> read;
     RestoreDialog dialog(
-        &window, choices, [&](const QString& file, bool isMissingOnly) { return PreviewOf(now, file, isMissingOnly); },
+        &window, choices,
+        [&](const QString& file, bool isMissingOnly) { return PreviewOf(now, file, isMissingOnly, read); },
         [&window] { return AskForBackup(&window); });
     if (dialog.exec() != QDialog::Accepted) return;
     const HandOverAnswer answer =

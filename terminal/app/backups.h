@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <functional>
+#include <map>
 
 #include "backup/backup_service.h"
 #include "backup/restore.h"
@@ -34,8 +35,9 @@ class Backups {
   void RestoreFromMenu(const std::function<void()>& restored);
 
  private:
-  [[nodiscard]] RestorePreview PreviewOf(const backup::PortfolioSet& now, const QString& file,
-                                         bool isMissingOnly) const;
+  /// `read`: the files looked at before, to which this one comes.
+  [[nodiscard]] static RestorePreview PreviewOf(const backup::PortfolioSet& now, const QString& file,
+                                                bool isMissingOnly, std::map<QString, backup::PortfolioSet>& read);
   [[nodiscard]] HandOverAnswer Told(const HandOverAnswer& answer);
 
   ProcessParts& process_;

@@ -2,7 +2,7 @@
 #include "database_guard.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
+#include <utility>
 
 #include "database/firebird_user_data.h"
 #include "database_repair.h"
@@ -11,11 +11,6 @@
 namespace holdwise {
 namespace {
 
-constexpr int kNotice = 128;
-constexpr int kQuestion = 32;
-constexpr int kOkAndCancel = 1;
-constexpr int kOk = 1;
-const QString kCaption = QStringLiteral("Holdwise");
 const QString kSetAside = QStringLiteral("移开数据库文件并恢复备份…");
 const QString kQuestionText = QStringLiteral("是否移开现在的数据库文件（改名保留）并恢复备份?\n%1");
 
@@ -42,31 +37,47 @@ void DatabaseGuard::DamageMet(const QString& text) {
       qApp, [this, text] { DamageFound(text); }, Qt::QueuedConnection);
 }
 
-bool DatabaseGuard::Agrees(const QString& question) {
-  return window_.Messages().Vex_MessageBox(question, QStringLiteral("询问"), kOkAndCancel, kQuestion) == kOk;
+int DatabaseGuard::Ask(const QString& title, const QString& text, const QStringList& choices) {
+  using Box = MessageBoxService;
+  for (;;) {
+    const int chosen = window_.Choose(title, text, choices);
+    if (chosen < 0 || choices[chosen] != kSetAside ||
+        window_.Messages().Vex_MessageBox(kQuestionText.arg(SafeText(backups_)), QStringLiteral("询问"),
+                                          Box::kOkAndCancel, Box::kQuestion) == Box::kOk) {
+      return chosen;
+    }
+  }
 }
 
 bool DatabaseGuard::Open() {
+  bool isRestoreDue = false;
   for (;;) {
     try {
       OpenFile();
-      if (isRestoreDue_) {
+      if (isRestoreDue) {
         Restore();
         return true;
       }
       if (Settle()) return true;
+      isRestoreDue = true;
     } catch (const std::exception& error) {
       process_.Log().WriteLog(QStringLiteral("数据库不能打开：%1").arg(TextOf(error)));
       if (IsDamage(error) && HasBackups()) {
-        if (SetAside(TextOf(error))) continue;
-        return false;
+        if (!SetAside(TextOf(error))) return false;
+        isRestoreDue = true;
+        continue;
       }
       const QString text = QStringLiteral("数据库“%1”不能打开。\n%2").arg(process_.Asked().database, TextOf(error));
       PrintError(text);
-      if (!process_.Asked().IsBatch()) window_.Messages().Vex_MessageBox(text, kCaption, 0, kNotice);
+      if (!process_.Asked().IsBatch()) TellInBox(text);
       return false;
     }
   }
+}
+
+void DatabaseGuard::TellInBox(const QString& text) {
+  window_.Messages().Vex_MessageBox(text, QStringLiteral("Holdwise"), MessageBoxService::kOkButton,
+                                    MessageBoxService::kNotice);
 }
 
 bool DatabaseGuard::HasBackups() const {
@@ -81,22 +92,17 @@ void DatabaseGuard::MoveFile() {
   database_.Close();
   const QString name = SetDatabaseAside(process_.Asked().database, process_.Clock().Now());
   process_.Log().WriteLog(QStringLiteral("数据库文件已改名保留为“%1”").arg(name));
-  isRestoreDue_ = true;
 }
 
 bool DatabaseGuard::SetAside(const QString& reason) {
-  const QString safe = SafeText(backups_);
-  const QString text = QStringLiteral("数据库“%1”不能打开。\n%2\n\n%3").arg(process_.Asked().database, reason, safe);
-  while (window_.Choose(QStringLiteral("数据库已损坏"), text, {kSetAside}) == 0) {
-    if (!Agrees(kQuestionText.arg(safe))) continue;
-    MoveFile();
-    return true;
-  }
-  return false;
+  const QString text =
+      QStringLiteral("数据库“%1”不能打开。\n%2\n\n%3").arg(process_.Asked().database, reason, SafeText(backups_));
+  if (Ask(QStringLiteral("数据库已损坏"), text, {kSetAside}) != 0) return false;
+  MoveFile();
+  return true;
 }
 
 void DatabaseGuard::Restore() {
-  isRestoreDue_ = false;
   try {
     const QString restored = RestoreNewest(database_, backups_);
     comparison_ = {restored.isEmpty() ? QStringLiteral("没有可恢复的备份") : restored};
@@ -106,7 +112,7 @@ void DatabaseGuard::Restore() {
     const QString text = QStringLiteral("备份没有恢复：%1").arg(TextOf(error));
     comparison_ = {text, false};
     process_.Log().WriteLog(text);
-    window_.Messages().Vex_MessageBox(text, kCaption, 0, kNotice);
+    TellInBox(text);
   }
 }
 
@@ -142,15 +148,12 @@ bool DatabaseGuard::SettleDifference() {
                 "终端上次正常退出时两者应当一致：数据库文件损坏了，另一个程序写过它，或那次的备份没有写成。\n\n");
   QStringList choices{QStringLiteral("保留数据库里的")};
   if (look_.backup) choices << kSetAside;
-  for (;;) {
-    const int chosen = window_.Choose(title, why + look_.Text(), choices);
-    if (chosen == 0 && !isDoubtful) WriteBackup();
-    if (chosen <= 0) return true;
-    if (!Agrees(kQuestionText.arg(SafeText(backups_)))) continue;
-    MoveFile();
-    doubt_.clear();
-    return false;
-  }
+  const int chosen = Ask(title, why + look_.Text(), choices);
+  if (chosen == 0 && !isDoubtful) WriteBackup();
+  if (chosen <= 0) return true;
+  MoveFile();
+  doubt_.clear();
+  return false;
 }
 
 void DatabaseGuard::WriteBackup() {
@@ -169,18 +172,14 @@ void DatabaseGuard::DamageFound(const QString& text) {
   if (std::exchange(isDamageTold_, true)) return;
   doubt_ = QStringLiteral("数据库文件已损坏：%1").arg(text);
   if (!HasBackups()) return process_.Log().TellFailure(doubt_);
-  const QString safe = SafeText(backups_);
   const QString whole =
       QStringLiteral(
           "终端运行中发现数据库文件“%1”已损坏（%2）。现在输入的可能保存不了。\n\n%3\n\n移开文件时终端会重新启动。")
-          .arg(process_.Asked().database, text, safe);
-  while (window_.Choose(QStringLiteral("数据库已损坏"), whole, {kSetAside, QStringLiteral("暂不处理")}) == 0) {
-    if (!Agrees(kQuestionText.arg(safe))) continue;
-    wantsRepair_ = true;
-    QCoreApplication::exit(0);
-    return;
-  }
-  window_.Window().TellFailure(doubt_);
+          .arg(process_.Asked().database, text, SafeText(backups_));
+  if (Ask(QStringLiteral("数据库已损坏"), whole, {kSetAside, QStringLiteral("暂不处理")}) != 0)
+    return window_.Window().TellFailure(doubt_);
+  wantsRepair_ = true;
+  QCoreApplication::exit(0);
 }
 
 }  // namespace holdwise

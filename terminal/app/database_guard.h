@@ -55,7 +55,9 @@ class DatabaseGuard {
   [[nodiscard]] bool SettleDifference();
   void WriteBackup();
   void DamageFound(const QString& text);
-  [[nodiscard]] bool Agrees(const QString& question);
+  /// The place of the choice, which for setting the file aside was confirmed; below 0: none.
+  [[nodiscard]] int Ask(const QString& title, const QString& text, const QStringList& choices);
+  void TellInBox(const QString& text);
 
   ProcessParts& process_;
   DatabaseSide& database_;
@@ -64,7 +66,6 @@ class DatabaseGuard {
   const backup::BackupFolder backups_;
   QString doubt_;
   health::Comparison comparison_;
-  bool isRestoreDue_ = false;
   bool isDamageTold_ = false;
   bool wantsRepair_ = false;
 };

@@ -12,7 +12,6 @@
 #include "process/print.h"
 #include "process/signal_guard.h"
 #include "process/start_trace.h"
-#include "watched_database.h"
 
 namespace holdwise {
 namespace {
@@ -27,12 +26,13 @@ QString TextOf(const std::exception& error) {
 
 Terminal::Terminal(Options options, DatabaseOpener openDatabase)
     : process_(std::move(options)),
-      database_([this, open = std::move(openDatabase)] {
-        OpenedDatabase opened = open();
-        look_ = std::move(opened.look);
-        return std::make_unique<WatchedDatabase>(std::move(opened.database),
-                                                 [this](const QString& text) { guard_.DamageMet(text); });
-      }),
+      database_(
+          [this, open = std::move(openDatabase)] {
+            OpenedDatabase opened = open();
+            look_ = std::move(opened.look);
+            return std::move(opened.database);
+          },
+          [this](const QString& text) { guard_.DamageMet(text); }),
       market_(std::make_unique<MarketSide>(process_, database_)),
       window_(process_, Actions()),
       guard_(process_, database_, window_, look_) {
@@ -75,6 +75,7 @@ int Terminal::Run() {
   if (!isReady_ && asked.IsBatch() && asked.command.NeedsViews()) return 1;
   window_.Prepare();
   if (!guard_.Open()) return 1;
+  look_ = {};
   if (signal_guard::Requested()) return asked.IsBatch() ? 1 : 0;
   backups_ = std::make_unique<Backups>(process_, database_, window_);
   health_ = std::make_unique<HealthSide>(process_, window_, guard_, market_);

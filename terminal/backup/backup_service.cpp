@@ -22,16 +22,9 @@ void WriteAtExit() {
 
 BackupService::BackupService(UserDataServices& database, const BackupFolder& folder, ClockService& clock,
                              DebugServers& log, const Times& times)
-    : database_(database), times_(times), writer_(folder, clock, log) {
+    : database_(database), times_(times), folder_(folder), writer_(folder, clock, log) {
   static const bool isRegistered = std::atexit(WriteAtExit) == 0;
   (void)isRegistered;
-  // A folder without generations is one of before there were any.
-  try {
-    state_.newest = folder.Newest();
-  } catch (const Error& error) {
-    state_.problem = QString::fromUtf8(error.what());
-  }
-  if (!state_.newest) due_ = Clock::now() + times_.untilWritten;
   thread_ = std::thread([this] { Run(); });
   theService.store(this);
 }
@@ -39,47 +32,50 @@ BackupService::BackupService(UserDataServices& database, const BackupFolder& fol
 BackupService::~BackupService() {
   theService.store(nullptr);
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     isEnding_ = true;
   }
-  wake_.notify_all();
+  wake_.TellAll();
   thread_.join();
 }
 
 void BackupService::BeforeChange() {
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (!byUser_ || Clock::now() - *byUser_ < times_.betweenCaptures) return;
   }
   try {
     PortfolioSet set = Read();
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     captured_.push_back(std::move(set));
     byUser_.reset();
   } catch (const std::exception&) {  // the reading that is due soon says so
     return;
   }
-  wake_.notify_all();
+  wake_.TellAll();
 }
 
 void BackupService::Changed(ChangedBy by) {
   {
-    const std::lock_guard lock(mutex_);
-    if (!due_) due_ = Clock::now() + times_.untilWritten;
+    const MutexLock lock(mutex_);
     if (by == ChangedBy::User && !byUser_) byUser_ = Clock::now();
+    if (due_) return;  // the thread waits for that already
+    due_ = Clock::now() + times_.untilWritten;
   }
-  wake_.notify_all();
+  wake_.TellAll();
 }
 
 void BackupService::WriteNow(std::chrono::milliseconds longest) {
-  std::unique_lock lock(mutex_);
+  const auto latest = Clock::now() + longest;
+  const MutexLock lock(mutex_);
   const unsigned number = ++asked_;
-  wake_.notify_all();
-  done_.wait_for(lock, longest, [&] { return served_ >= number; });
+  wake_.TellAll();
+  while (served_ < number && done_.WaitUntil(mutex_, latest)) {
+  }
 }
 
 BackupState BackupService::State() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return state_;
 }
 
@@ -88,54 +84,70 @@ PortfolioSet BackupService::Read() {
   return ReadPortfolios(*session);
 }
 
+/// A folder without generations is one of before there were any.
+void BackupService::LookAtFolder() {
+  BackupState found;
+  try {
+    found.newest = folder_.Newest();
+  } catch (const Error& error) {
+    found.problem = QString::fromUtf8(error.what());
+  }
+  const MutexLock lock(mutex_);
+  if (!found.newest && !due_) due_ = Clock::now() + times_.untilWritten;
+  state_ = std::move(found);
+}
+
 bool BackupService::IsDue() const {
   return isEnding_ || asked_ != served_ || !captured_.empty() || (due_ && Clock::now() >= *due_);
 }
 
-void BackupService::WaitUntilDue(std::unique_lock<std::mutex>& lock) {
+BackupService::Task BackupService::WaitForTask() {
+  const MutexLock lock(mutex_);
   while (!IsDue()) {
     if (due_)
-      wake_.wait_until(lock, *due_);
+      wake_.WaitUntil(mutex_, *due_);
     else
-      wake_.wait(lock);
+      wake_.Wait(mutex_);
   }
-}
-
-void BackupService::Run() {
-  std::unique_lock lock(mutex_);
-  for (;;) {
-    WaitUntilDue(lock);
-    const bool isLast = isEnding_;
-    Round(lock);
-    if (isLast) return;
-  }
-}
-
-/// Writes what was captured and, when that is due, what the database holds now. Holds the lock only between the steps.
-void BackupService::Round(std::unique_lock<std::mutex>& lock) {
-  const unsigned serving = asked_;
-  const bool isRead = due_ && (isEnding_ || serving != served_ || Clock::now() >= *due_);
-  std::vector<PortfolioSet> sets = std::exchange(captured_, {});
-  if (isRead) {
+  Task task{std::exchange(captured_, {}), false, asked_, isEnding_};
+  task.isRead = due_ && (isEnding_ || asked_ != served_ || Clock::now() >= *due_);
+  if (task.isRead) {
     due_.reset();
     byUser_.reset();
   }
-  lock.unlock();
+  return task;
+}
+
+bool BackupService::Carry(Task& task) {
   bool isDone = true;
   try {
-    if (isRead) sets.push_back(Read());
+    if (task.isRead) task.sets.push_back(Read());
   } catch (const std::exception& error) {
     writer_.CouldNotRead(QString::fromUtf8(error.what()));
     isDone = false;
   }
-  for (const PortfolioSet& set : sets) isDone = writer_.Write(set) != BackupWriter::Outcome::Failed && isDone;
-  const BackupState state = writer_.State();
-  if (OnState && (isRead || !sets.empty())) OnState(state);
-  lock.lock();
-  if (isRead || !sets.empty()) state_ = state;
+  for (const PortfolioSet& set : task.sets) isDone = writer_.Write(set) != BackupWriter::Outcome::Failed && isDone;
+  return isDone;
+}
+
+void BackupService::Finish(const Task& task, bool isDone) {
+  const bool isTold = task.isRead || !task.sets.empty();
+  if (OnState && isTold) OnState(writer_.State());
+  const MutexLock lock(mutex_);
+  if (isTold) state_ = writer_.State();
   if (!isDone && !due_) due_ = Clock::now() + times_.untilTriedAgain;
-  served_ = serving;
-  done_.notify_all();
+  served_ = task.serving;
+  done_.TellAll();
+}
+
+void BackupService::Run() {
+  LookAtFolder();
+  for (bool isLast = false; !isLast;) {
+    Task task = WaitForTask();
+    isLast = task.isLast;
+    const bool isDone = Carry(task);
+    Finish(task, isDone);
+  }
 }
 
 }  // namespace holdwise::backup

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <chrono>
-#include <condition_variable>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <thread>
 #include <vector>
 
 #include "backup/backup_writer.h"
+#include "holdwise/packet/thread_annotations.h"
 #include "holdwise/sdk/database.h"
 
 namespace holdwise::backup {
@@ -57,26 +56,38 @@ class BackupService {
  private:
   using Clock = std::chrono::steady_clock;
   void Run();
-  [[nodiscard]] bool IsDue() const;
-  void WaitUntilDue(std::unique_lock<std::mutex>& lock);
-  void Round(std::unique_lock<std::mutex>& lock);
+  /// What one round is to write.
+  struct Task {
+    std::vector<PortfolioSet> sets;
+    bool isRead = false;  ///< and what the database holds now
+    unsigned serving = 0;
+    bool isLast = false;
+  };
+  [[nodiscard]] bool IsDue() const HOLDWISE_REQUIRES(mutex_);
+  [[nodiscard]] Task WaitForTask();
+  /// True when everything was written.
+  [[nodiscard]] bool Carry(Task& task);
+  void Finish(const Task& task, bool isDone);
+  void LookAtFolder();
   [[nodiscard]] PortfolioSet Read();
 
   UserDataServices& database_;
   const Times times_;
+  const BackupFolder folder_;
   BackupWriter writer_;  ///< the thread's
 
-  mutable std::mutex mutex_;
-  std::condition_variable wake_;
-  std::condition_variable done_;
-  // Guarded by the mutex.
-  BackupState state_;
-  std::vector<PortfolioSet> captured_;
-  std::optional<Clock::time_point> due_;     ///< none: nothing is waiting
-  std::optional<Clock::time_point> byUser_;  ///< when the user's first change since the last reading was
-  unsigned asked_ = 0;                       ///< numbers of WriteNow
-  unsigned served_ = 0;
-  bool isEnding_ = false;
+  mutable Mutex mutex_;
+  Signal wake_;
+  Signal done_;
+  BackupState state_ HOLDWISE_GUARDED_BY(mutex_);
+  std::vector<PortfolioSet> captured_ HOLDWISE_GUARDED_BY(mutex_);
+  /// None: nothing is waiting.
+  std::optional<Clock::time_point> due_ HOLDWISE_GUARDED_BY(mutex_);
+  /// When the user's first change since the last reading was.
+  std::optional<Clock::time_point> byUser_ HOLDWISE_GUARDED_BY(mutex_);
+  unsigned asked_ HOLDWISE_GUARDED_BY(mutex_) = 0;  ///< numbers of WriteNow
+  unsigned served_ HOLDWISE_GUARDED_BY(mutex_) = 0;
+  bool isEnding_ HOLDWISE_GUARDED_BY(mutex_) = false;
 
   std::thread thread_;  ///< last: everything above is there while it runs
 };

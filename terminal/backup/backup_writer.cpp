@@ -43,11 +43,13 @@ BackupWriter::Outcome BackupWriter::WriteGeneration(const PortfolioSet& set) {
 }
 
 BackupWriter::Outcome BackupWriter::WriteDoubtful(const PortfolioSet& set, const QStringList& problems) {
-  if (lastDoubtful_ == set) return Outcome::Doubtful;
-  const QString path = folder_.WriteDoubtful(set, clock_.Now());
-  lastDoubtful_ = set;
-  Report(QStringLiteral("数据库里的组合有疑问，没有作为备份保存，另写在“%1”，以前的备份不变：\n%2")
-             .arg(path, problems.join(QLatin1Char('\n'))));
+  if (lastDoubtful_ != set) {
+    const QString path = folder_.WriteDoubtful(set, clock_.Now());
+    lastDoubtful_ = set;
+    doubt_ = QStringLiteral("数据库里的组合有疑问，没有作为备份保存，另写在“%1”，以前的备份不变：\n%2")
+                 .arg(path, problems.join(QLatin1Char('\n')));
+  }
+  Report(doubt_);
   return Outcome::Doubtful;
 }
 

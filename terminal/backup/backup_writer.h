@@ -32,10 +32,10 @@ class BackupWriter {
   void CouldNotRead(const QString& reason);
 
   [[nodiscard]] const BackupState& State() const { return state_; }
-  /// Reads the folder's newest generation, once; before Write it need not be called. Never throws.
-  void Look();
 
  private:
+  /// Reads the folder's newest generation, once. Never throws.
+  void Look();
   Outcome WriteGeneration(const PortfolioSet& set);
   Outcome WriteDoubtful(const PortfolioSet& set, const QStringList& problems);
   void Report(const QString& problem);
@@ -47,6 +47,7 @@ class BackupWriter {
   bool hasLooked_ = false;
   std::optional<PortfolioSet> last_;  ///< of the newest generation; none when it cannot be read
   std::optional<PortfolioSet> lastDoubtful_;
+  QString doubt_;  ///< what was said of that
 };
 
 }  // namespace holdwise::backup

@@ -5,19 +5,13 @@
 
 #include "holdwise/packet/characters.h"
 #include "holdwise/packet/dates.h"
+#include "holdwise/packet/entry_limits.h"
 
 namespace holdwise::backup {
 namespace {
 
-constexpr std::int64_t kLargestQuantity = 2'147'483'647;  // what the column holds
-constexpr double kLargestPrice = 1e6;
-constexpr double kLargestLevel = 1e6;
 constexpr double kLargestReturn = 1e4;
-// Weights of a portfolio are rounded one by one.
-constexpr double kLargestWeight = 1.01;
 constexpr qsizetype kMostStylePoints = 40;
-constexpr std::int64_t kFirstCode = 1'000'000;
-constexpr std::int64_t kLastCode = 1'999'999;
 
 bool IsWithin(double value, double least, double most) {
   return std::isfinite(value) && value >= least && value <= most;
@@ -47,7 +41,7 @@ QStringList HeaderProblems(const SavedPortfolio& portfolio) {
   const std::optional<int> date = ReadIsoDate(QStringView(portfolio.date));
   if (!date || !IsMarketDate(*date))
     problems << QStringLiteral("的日期“%1”不是形如2025-03-03的日期").arg(portfolio.date);
-  if (!IsWithin(portfolio.indexLevel, 0, kLargestLevel)) problems << QStringLiteral("的上证指数超出范围");
+  if (!IsWithin(portfolio.indexLevel, 0, kLargestPrice)) problems << QStringLiteral("的上证指数超出范围");
   if (!IsWithin(portfolio.targetReturn, -kLargestReturn, kLargestReturn))
     problems << QStringLiteral("的目标收益率超出范围");
   if (!IsFlag(portfolio.saveFlag)) problems << QStringLiteral("的保存标志不是0或1");
@@ -60,7 +54,7 @@ QStringList HeaderProblems(const SavedPortfolio& portfolio) {
 QStringList HoldingProblems(const SavedHolding& holding) {
   QStringList problems;
   if (!IsId(holding.id)) problems << QStringLiteral("的编号不在1到%1之间").arg(kLargestId);
-  if (holding.code < kFirstCode || holding.code > kLastCode)
+  if (holding.code < kStockBase || holding.code > kLargestStockNumber)
     problems << QStringLiteral("的代码%1不是股票代码").arg(holding.code);
   if (holding.quantity < 0 || holding.quantity > kLargestQuantity)
     problems << QStringLiteral("的数量%1不在0到%2之间").arg(holding.quantity).arg(kLargestQuantity);

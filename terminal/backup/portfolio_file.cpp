@@ -10,6 +10,7 @@
 
 #include "holdwise/packet/csv_reader.h"
 #include "holdwise/packet/csv_result_set.h"
+#include "holdwise/packet/entry_limits.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/text_file.h"
 #include "plausible.h"
@@ -42,7 +43,6 @@ constexpr std::array<bool, kColumns> kIsOfPortfolio = {true, false, false, false
                                                        true, true,  true,  true,  true, false, false};
 constexpr const char* kByteOrderMark = "\xEF\xBB\xBF";
 constexpr const char* kLastLineTitle = "合计";
-constexpr std::int64_t kStockBase = 1'000'000;
 constexpr int kCodeDigits = 6;
 constexpr std::size_t kMostProblems = 100;
 constexpr std::int64_t kMaxFileBytes = 256LL << 20;
@@ -74,7 +74,7 @@ std::string OrNothing(const std::optional<std::int64_t>& value) {
 
 /// Six digits for a stock's code number; anything else as it stands, which does not read back.
 std::string CodeField(std::int64_t code) {
-  const bool isStock = code >= kStockBase && code < 2 * kStockBase;
+  const bool isStock = code >= kStockBase && code <= kLargestStockNumber;
   return isStock ? std::to_string(code).substr(1) : '?' + std::to_string(code);
 }
 

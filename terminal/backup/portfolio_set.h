@@ -55,9 +55,6 @@ struct Generators {
   std::int64_t holding = 0;
 };
 
-/// Ids above it would leave the tables without numbers for what comes later.
-inline constexpr std::int64_t kLargestId = 2'000'000'000;
-
 /// Reads all portfolios as they are committed at one moment, by one statement; inside a transaction of `database` as
 /// that one sees them. Throws what Query throws. The thread of `database`.
 [[nodiscard]] PortfolioSet ReadPortfolios(DatabaseStatements& database);

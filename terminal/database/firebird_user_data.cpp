@@ -115,6 +115,12 @@ void CreateFile(const QString& file) {
   FlushFolder(info.absolutePath());
 }
 
+/// The engine's full check where it can be had; otherwise what the header says.
+void CheckWhole(const QString& file, const QString& lockFolder, const QString& headerProblem) {
+  if (!firebird::CheckInHelper(file, lockFolder) && !headerProblem.isEmpty())
+    throw firebird::Damaged(file, headerProblem);
+}
+
 void CheckFile(const QString& file, const QString& lockFolder) {
   const QFileInfo info(file);
   if (!QFileInfo(info.absolutePath()).isDir()) {
@@ -135,8 +141,7 @@ void CheckFile(const QString& file, const QString& lockFolder) {
   const QString problem = firebird::HeaderProblem(file);
   if (problem.isEmpty() && !QFileInfo::exists(firebird::MarkerOf(file))) return;
   // Not closed last time, or doubtful: a damaged file may take the process that opens it down.
-  const bool checked = firebird::CheckInHelper(file, lockFolder);
-  if (!checked && !problem.isEmpty()) throw firebird::Damaged(file, problem);
+  CheckWhole(file, lockFolder, problem);
 }
 
 /// True when the marker was not there before.
@@ -271,9 +276,7 @@ void FirebirdUserData::Check(const DatabaseTarget& target, const QString& lockFo
   if (!file.exists())
     throw Error(ErrorCategory::NotFound, QStringLiteral("数据库文件 %1 不在").arg(target.text).toStdString());
   if (!file.isFile()) throw IoError(QStringLiteral("%1 不是文件").arg(target.text));
-  const QString problem = firebird::HeaderProblem(file.absoluteFilePath());
-  if (!firebird::CheckInHelper(file.absoluteFilePath(), lockFolder) && !problem.isEmpty())
-    throw firebird::Damaged(file.absoluteFilePath(), problem);
+  CheckWhole(file.absoluteFilePath(), lockFolder, firebird::HeaderProblem(file.absoluteFilePath()));
 }
 
 QString FirebirdUserData::CheckRecordOf(const QString& file) {
@@ -322,9 +325,9 @@ void FirebirdUserData::Advise(const std::vector<StatementAdvice>& advice) {
 }
 
 QString SetDatabaseAside(const QString& file, const QDateTime& now) {
-  const QString stem = file + QLatin1Char('.') + now.toString(QStringLiteral("yyyyMMdd-HHmmss"));
-  QString name = stem + QStringLiteral(".damaged");
-  for (int number = 2; QFileInfo::exists(name); ++number) name = stem + QStringLiteral("_%1.damaged").arg(number);
+  const auto named = [&file](const QString& time) { return file + u'.' + time + QStringLiteral(".damaged"); };
+  const QString name =
+      named(FreeTimeText(now, [&named](const QString& time) { return QFileInfo::exists(named(time)); }));
   if (QFileInfo::exists(file)) RenameFileAtomically(file, name, Durability::Lasting);
   QFile::remove(firebird::MarkerOf(file));
   QFile::remove(firebird::CheckRecordOf(file));

@@ -27,7 +27,10 @@ class DatabaseSide final : public UserDataServices, public TLocatDBOper {
   /// Waits for the database that is being opened, not null; throws what opening it threw. Called once an Open.
   using Opener = std::function<std::unique_ptr<UserDataServices>()>;
 
-  explicit DatabaseSide(Opener opener);
+  /// Called with what the engine said when a statement has met a damaged file, on the thread of the statement, before
+  /// the error reaches its caller.
+  using DamageListener = std::function<void(const QString& text)>;
+  explicit DatabaseSide(Opener opener, DamageListener onDamage = {});
 
   /// Waits for the database; throws what opening it threw. Returns why advice was refused, one text for each that was:
   /// the database is open all the same. May be called again after a failure and after Close.
@@ -35,13 +38,13 @@ class DatabaseSide final : public UserDataServices, public TLocatDBOper {
   /// Detaches; nobody uses the database.
   void Close() { userData_.reset(); }
 
-  [[nodiscard]] ResultSet Query(const QString& sql) override { return Opened().Query(sql); }
-  [[nodiscard]] std::int64_t Count(const QString& sql) override { return Opened().Count(sql); }
-  [[nodiscard]] Value Scalar(const QString& sql) override { return Opened().Scalar(sql); }
+  [[nodiscard]] ResultSet Query(const QString& sql) override;
+  [[nodiscard]] std::int64_t Count(const QString& sql) override;
+  [[nodiscard]] Value Scalar(const QString& sql) override;
   int Execute(const QString& sql) override;
-  void StartTransaction() override { Opened().StartTransaction(); }
+  void StartTransaction() override;
   void Commit() override;
-  void RollBack() override { Opened().RollBack(); }
+  void RollBack() override;
   [[nodiscard]] bool InTransaction() const override { return userData_ != nullptr && userData_->InTransaction(); }
   [[nodiscard]] std::unique_ptr<UserDataSession> OpenSession() override;
   void Advise(const std::vector<StatementAdvice>& advice) override;
@@ -53,6 +56,7 @@ class DatabaseSide final : public UserDataServices, public TLocatDBOper {
   [[nodiscard]] UserDataServices& Opened();
 
   Opener opener_;
+  DamageListener onDamage_;
   std::unique_ptr<UserDataServices> userData_;
   ChangeListener listener_;
   std::vector<std::vector<StatementAdvice>> advice_;  ///< for each opening

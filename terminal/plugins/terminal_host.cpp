@@ -38,7 +38,8 @@ std::unique_ptr<TDSBAsynDownFileRole> TerminalHost::MakeDownFileRole() {
   DownFileHints hints;
   hints.onFailed = [this](const QString& remoteName, int errorCode) {
     parts_.messageBoxes.Vex_MessageBox(QStringLiteral("文件“%1”下载失败（%2）。").arg(remoteName, ReasonOf(errorCode)),
-                                       QStringLiteral("提示"), 0, 128);
+                                       QStringLiteral("提示"), MessageBoxService::kOkButton,
+                                       MessageBoxService::kNotice);
   };
   hints.onAnyFailure = [this](const QString& remoteName, int errorCode) {
     parts_.debug.WriteLog(

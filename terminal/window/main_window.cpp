@@ -31,6 +31,13 @@ QLabel* AddStatus(QStatusBar& bar) {
   return label;
 }
 
+/// Shown while there are lines, which stand in its hint; `text` has a place for their number.
+void ShowSign(QLabel& sign, const QString& text, const QStringList& lines) {
+  sign.setVisible(!lines.isEmpty());
+  sign.setText(text.arg(lines.size()));
+  sign.setToolTip(lines.join(QLatin1Char('\n')).toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>")));
+}
+
 /// The whole window is on the screen. An offscreen screen is made up, and small.
 QSize FirstSize(const QScreen* screen) {
   if (screen == nullptr || QGuiApplication::platformName() == QLatin1String("offscreen")) return kFirstSize;
@@ -155,17 +162,11 @@ void MainWindow::SetQuotesProblem(const QString& text) {
 }
 
 void MainWindow::SetDataNotices(const QStringList& notices) {
-  dataNotices_->setVisible(!notices.isEmpty());
-  dataNotices_->setText(QStringLiteral("数据有%1处未采用").arg(notices.size()));
-  dataNotices_->setToolTip(
-      notices.join(QLatin1Char('\n')).toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>")));
+  ShowSign(*dataNotices_, QStringLiteral("数据有%1处未采用"), notices);
 }
 
 void MainWindow::SetHealthProblems(const QStringList& problems) {
-  health_->setVisible(!problems.isEmpty());
-  health_->setText(QStringLiteral("%1处需要注意").arg(problems.size()));
-  health_->setToolTip(
-      problems.join(QLatin1Char('\n')).toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>")));
+  ShowSign(*health_, QStringLiteral("%1处需要注意"), problems);
 }
 
 void MainWindow::SetBusState(bool isConnected) {

@@ -11,10 +11,7 @@
 namespace holdwise {
 namespace {
 
-constexpr int kOkCancel = 1;
-constexpr int kQuestion = 32;
-constexpr int kAnswerOk = 1;
-constexpr int kAnswerCancel = 2;
+using Box = MessageBoxService;
 
 /// A sign in a disc: the style's own pictures are of another age and know no theme.
 QPixmap Sign(QChar sign, const QWidget& widget) {
@@ -42,26 +39,26 @@ QPixmap Sign(QChar sign, const QWidget& widget) {
 }  // namespace
 
 int MessageBoxes::Vex_MessageBox(const QString& text, const QString& caption, int buttons, int style) {
-  QMessageBox box(style == kQuestion ? QMessageBox::Question : QMessageBox::Information, caption, text,
+  QMessageBox box(style == Box::kQuestion ? QMessageBox::Question : QMessageBox::Information, caption, text,
                   QMessageBox::NoButton, window_);
   box.setTextFormat(Qt::PlainText);
-  box.setIconPixmap(Sign(style == kQuestion ? u'?' : u'i', box));
+  box.setIconPixmap(Sign(style == Box::kQuestion ? u'?' : u'i', box));
   QPushButton* ok = box.addButton(QStringLiteral("确定"), QMessageBox::AcceptRole);
   QPushButton* standard = ok;
-  if (buttons == kOkCancel) {
+  if (buttons == Box::kOkAndCancel) {
     QPushButton* cancel = box.addButton(QStringLiteral("取消"), QMessageBox::RejectRole);
     box.setEscapeButton(cancel);
     // A key that was meant for the list behind the question must not answer it.
-    if (style == kQuestion) standard = cancel;
+    if (style == Box::kQuestion) standard = cancel;
   }
   box.setDefaultButton(standard);
   box.exec();
-  return box.clickedButton() == ok ? kAnswerOk : kAnswerCancel;
+  return box.clickedButton() == ok ? Box::kOk : Box::kCancel;
 }
 
 int PrintedMessages::Vex_MessageBox(const QString& text, const QString& caption, int buttons, int /*style*/) {
   PrintError(caption.isEmpty() ? text : caption + QStringLiteral("：") + text);
-  return buttons == kOkCancel ? kAnswerCancel : kAnswerOk;
+  return buttons == Box::kOkAndCancel ? Box::kCancel : Box::kOk;
 }
 
 }  // namespace holdwise

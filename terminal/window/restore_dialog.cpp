@@ -25,10 +25,10 @@ RestoreDialog::RestoreDialog(QWidget* parent, const std::vector<RestoreChoice>& 
   setWindowTitle(QStringLiteral("恢复组合"));
   Build();
   for (const RestoreChoice& choice : choices) AddRow(files_->rowCount(), choice);
-  connect(files_, &QTableWidget::itemSelectionChanged, this, [this] { Show(); });
-  connect(everything_, &QRadioButton::toggled, this, [this] { Show(); });
   SelectFirst();
   Show();
+  connect(files_, &QTableWidget::itemSelectionChanged, this, [this] { Show(); });
+  connect(everything_, &QRadioButton::toggled, this, [this] { Show(); });
   resize(kSize);
 }
 

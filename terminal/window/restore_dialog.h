@@ -5,7 +5,6 @@
 #include <functional>
 #include <vector>
 
-class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 class QRadioButton;

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QFile>
 #include <csignal>
 
 #include "screen.h"
@@ -10,11 +9,6 @@
 
 namespace holdwise::e2e {
 namespace {
-
-QByteArray Bytes(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-}
 
 class Backups : public testing::Test {
  protected:
@@ -24,9 +18,8 @@ class Backups : public testing::Test {
   [[nodiscard]] QByteArray Newest() const {
     return Bytes(bench_.Work() + "/backups/" + Generations().value(Generations().size() - 1));
   }
-  void Import(const QByteArray& csv) const {
-    const Outcome outcome =
-        RunTerminal(bench_.Arguments({"--import", bench_.Write("p.csv", csv), "--export", bench_.File("out")}));
+  void Import() const {
+    const Outcome outcome = bench_.Import();
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
   }
   /// A command without display and without a data folder, as after an accident.
@@ -44,7 +37,7 @@ class Backups : public testing::Test {
 };
 
 TEST_F(Backups, AllPortfoliosGoThroughOneFile) {
-  Import(TwoPortfolios());
+  Import();
   const QByteArray file = AllPortfolios(bench_.Work());
   // What was bought, by hand: 甲 100 of 600001 at 1.00 and 200 of 600002 at 2.00, so a fifth and four fifths.
   EXPECT_TRUE(file.contains("\n甲,600001,100,1,")) << file.toStdString();
@@ -62,7 +55,7 @@ TEST_F(Backups, AllPortfoliosGoThroughOneFile) {
 }
 
 TEST_F(Backups, AnOrderlyEndLeavesAGenerationAndOneWithoutChangesNone) {
-  Import(TwoPortfolios());
+  Import();
   // One of the import may be there as well, when the export took more than ten seconds.
   const QStringList first = Generations();
   ASSERT_FALSE(first.isEmpty());
@@ -73,7 +66,7 @@ TEST_F(Backups, AnOrderlyEndLeavesAGenerationAndOneWithoutChangesNone) {
 }
 
 TEST_F(Backups, AFileThatIsNotWholeIsRefused) {
-  Import(TwoPortfolios());
+  Import();
   const QByteArray before = AllPortfolios(bench_.Work());
   QByteArray bad = before;
   bad.replace(",200,2,", ",300,2,");
@@ -101,7 +94,7 @@ TEST_F(Backups, TenSecondsAfterAChangeEvenAKilledTerminalHasOne) {
   RunningTerminal running(bench_.Arguments({}));
   ASSERT_TRUE(running.WaitForWindow());
   ASSERT_EQ(RunTerminal(bench_.Arguments({"--import", bench_.Write("p.csv", TwoPortfolios())})).exitCode, 0);
-  for (int tenth = 0; tenth < 300 && Generations().isEmpty(); ++tenth) QThread::msleep(100);
+  EXPECT_TRUE(Until([this] { return !Generations().isEmpty(); }, 30'000));
   (void)running.Signal(SIGKILL);
   ASSERT_FALSE(Generations().isEmpty());
   EXPECT_TRUE(Generations()[0].endsWith("-2-4.csv"));
@@ -123,7 +116,7 @@ TEST_F(Backups, TheLossOfTheDisplayLeavesAGeneration) {
 TEST_F(Backups, AreExportedFromTheMenuIntoAFileThatCanBeImported) {
   const Screen screen;
   if (!screen.IsThere()) GTEST_SKIP() << "no Xvfb";
-  Import(TwoPortfolios());
+  Import();
   const QByteArray all = AllPortfolios(bench_.Work());
   RunningTerminal running(bench_.Arguments({}), screen.Environment());
   ASSERT_TRUE(running.WaitForWindow());
@@ -133,7 +126,7 @@ TEST_F(Backups, AreExportedFromTheMenuIntoAFileThatCanBeImported) {
   screen.Keys({"ctrl+a"});
   screen.Type(bench_.File("saved.csv"));
   screen.Keys({"Return"});
-  for (int tenth = 0; tenth < 100 && !QFile::exists(bench_.File("saved.csv")); ++tenth) QThread::msleep(100);
+  EXPECT_TRUE(Until([this] { return QFileInfo::exists(bench_.File("saved.csv")); }, 10'000));
   ASSERT_TRUE(screen.Enter("导出组合"));  // what has come of it
   screen.Keys({"Return"});
   EXPECT_TRUE(screen.IsGone("导出组合"));
@@ -149,7 +142,7 @@ TEST_F(Backups, AreExportedFromTheMenuIntoAFileThatCanBeImported) {
 TEST_F(Backups, ADeletionIsUndoneFromTheMenu) {
   const Screen screen;
   if (!screen.IsThere()) GTEST_SKIP() << "no Xvfb";
-  Import(TwoPortfolios());
+  Import();
   const QByteArray both = AllPortfolios(bench_.Work());
   // 乙 goes: what a deletion leaves.
   Bench other;

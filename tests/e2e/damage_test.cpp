@@ -21,12 +21,8 @@ class DamagedDatabase : public testing::Test {
  protected:
   /// Two portfolios and a backup of them, left in order.
   void SetUp() override {
-    const Outcome outcome = RunTerminal(
-        bench_.Arguments({"--import", bench_.Write("p.csv", TwoPortfolios()), "--export", bench_.File("before")}));
+    const Outcome outcome = bench_.Import(TwoPortfolios(), "before");
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
-    WithDatabase([this](FirebirdUserData& database) {
-      if (!Backups().Newest()) (void)Backups().Write(backup::ReadPortfolios(database), QDateTime::currentDateTime());
-    });
     ASSERT_TRUE(Backups().Newest());
     ASSERT_EQ(Backups().Newest()->portfolios, 2);
   }
@@ -71,16 +67,13 @@ class DamagedDatabase : public testing::Test {
 
 TEST_F(DamagedDatabase, IsSaidByAnExportWithWhatIsSafe) {
   Damage();
-  QFile file(File());
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  const QByteArray bytes = file.readAll();
+  const QByteArray bytes = Bytes(File());
   const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_TRUE(outcome.err.contains("已损坏")) << outcome.err.toStdString();
   EXPECT_TRUE(outcome.err.contains("最近的备份完好")) << outcome.err.toStdString();
   EXPECT_TRUE(outcome.err.contains("2 个组合，4 条持股")) << outcome.err.toStdString();
-  file.seek(0);
-  EXPECT_EQ(file.readAll(), bytes) << "nobody was asked";
+  EXPECT_EQ(Bytes(File()), bytes) << "nobody was asked";
   EXPECT_TRUE(SetAside().isEmpty());
 }
 

@@ -48,22 +48,18 @@ TEST_F(Downloads, OneThatHangsDoesNotKeepTheTerminalFromEnding) {
 
 TEST_F(Downloads, AMissingFileIsNamedAndTheExportSaysThatItsFiguresAreOld) {
   ASSERT_TRUE(QFile::rename(Rates(), Rates() + ".away"));
-  const Outcome outcome = RunTerminal(
-      bench_.Arguments({"--import", bench_.Write("p.csv", TwoPortfolios()), "--export", bench_.File("out")}));
+  const Outcome outcome = bench_.Import();
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_TRUE(outcome.err.contains("2 个组合的风险数据没有算完")) << outcome.err.toStdString();
   EXPECT_TRUE(QFile::exists(bench_.File("out/2002.png"))) << "everything is written all the same";
-  QFile log(bench_.Work() + "/log/terminal.log");
-  ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-  EXPECT_TRUE(QString::fromUtf8(log.readAll()).contains("InterestRate.Dat”没有取得"));
+  EXPECT_TRUE(Bytes(bench_.Work() + "/log/terminal.log").contains("InterestRate.Dat”没有取得"));
   ASSERT_TRUE(QFile::rename(Rates() + ".away", Rates()));
   EXPECT_TRUE(AreCalculated(bench_.Export("2002-strngrd")));
 }
 
 TEST_F(Downloads, AMissingRiskFileIsNoCompleteExport) {
   ASSERT_TRUE(QFile::remove(bench_.data + "/QMTL/TZZH/风险计量/SH.dat"));
-  const QString file = bench_.Write("p.csv", TwoPortfolios());
-  const Outcome outcome = RunTerminal(bench_.Arguments({"--import", file, "--export", bench_.File("out")}));
+  const Outcome outcome = bench_.Import();
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_TRUE(outcome.err.contains("风险文件没有取得")) << outcome.err.toStdString();
   EXPECT_TRUE(QFile::exists(bench_.File("out/2002.png"))) << "everything is written all the same";

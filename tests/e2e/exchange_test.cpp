@@ -13,17 +13,11 @@ namespace {
 
 const QStringList kPair = {QStringLiteral("TZZHDetail.dat"), QStringLiteral("TZZHMerge.dat")};
 
-QByteArray Bytes(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-}
-
 class ExchangeFiles : public testing::Test {
  protected:
   /// Two portfolios with their figures, shown in "before"; the database is lost afterwards.
   void SetUp() override {
-    const Outcome outcome = RunTerminal(
-        bench_.Arguments({"--import", bench_.Write("p.csv", TwoPortfolios()), "--export", bench_.File("before")}));
+    const Outcome outcome = bench_.Import(TwoPortfolios(), "before");
     ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
     // There are figures that could be lost.
     for (const QStringList& row : Rows("before", "2002-strngrd")) EXPECT_NE(row.value(4).toDouble(), 0);
@@ -53,8 +47,7 @@ TEST_F(ExchangeFiles, BringEverythingBackWhenTheDatabaseIsLost) {
   const auto oldHoldings = Ids(kPair[0]);
   EXPECT_EQ(oldPortfolios.second, 2U);
   EXPECT_EQ(oldHoldings.second, 4U);
-  const QString more = bench_.Write("more.csv", "name,code,quantity,price\n丙,600003,100,3.00\n丙,600004,100,4.00\n");
-  const Outcome outcome = RunTerminal(bench_.Arguments({"--import", more, "--export", bench_.File("after")}));
+  const Outcome outcome = bench_.Import("name,code,quantity,price\n丙,600003,100,3.00\n丙,600004,100,4.00\n", "after");
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
 
   // The newest stands first, under ids of its own; below it everything is as it was, the figures too.

@@ -36,8 +36,7 @@ double MeanLightness(const QString& path) {
 
 TEST(Export, ShowsImportedPortfoliosWithTheirValues) {
   const Bench bench;
-  const QString file = bench.Write("p.csv", TwoPortfolios());
-  const Outcome outcome = RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")}));
+  const Outcome outcome = bench.Import();
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
   EXPECT_TRUE(outcome.out.contains("2 个组合")) << outcome.out.toStdString();
 
@@ -63,8 +62,7 @@ TEST(Export, ShowsImportedPortfoliosWithTheirValues) {
 
 TEST(Export, ShowsEvaluationAndDecomposition) {
   const Bench bench;
-  const QString file = bench.Write("p.csv", TwoPortfolios());
-  ASSERT_EQ(RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")})).exitCode, 0);
+  ASSERT_EQ(bench.Import().exitCode, 0);
   const std::vector<QStringList> list = ReadCsv(bench.File("out/3001-strngrd.csv"));
   ASSERT_EQ(list.size(), 3U);
   EXPECT_EQ(list[0].last(), "#7");
@@ -96,8 +94,7 @@ TEST(Export, AStockThatDidNotTradeForWeeksHasThePriceItHadBefore) {
   market.Build(market.Data());
   Bench bench;
   bench.data = market.Data();
-  const QString file = bench.Write("p.csv", TwoPortfolios());
-  const Outcome outcome = RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")}));
+  const Outcome outcome = bench.Import();
   EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
   const std::vector<QStringList> portfolios = ReadCsv(bench.File("out/2001-strngrd.csv"));
   ASSERT_EQ(portfolios.size(), 3U);
@@ -107,10 +104,7 @@ TEST(Export, AStockThatDidNotTradeForWeeksHasThePriceItHadBefore) {
 /// The exchange files of a terminal that had the two portfolios, neither of them saved.
 void GiveUnsavedPortfolios(const Bench& bench) {
   const Bench other;
-  ASSERT_EQ(RunTerminal(other.Arguments({"--import", other.Write("p.csv", TwoPortfolios("2024-05-06")), "--export",
-                                         other.File("a")}))
-                .exitCode,
-            0);
+  ASSERT_EQ(other.Import(TwoPortfolios("2024-05-06")).exitCode, 0);
   QDir().mkpath(bench.Work());
   ASSERT_TRUE(QFile::copy(other.Work() + "/TZZHDetail.dat", bench.Work() + "/TZZHDetail.dat"));
   ResultSet portfolios = ReadPacketFile(other.Work() + "/TZZHMerge.dat");
@@ -147,8 +141,7 @@ TEST(Export, ShowsThePortfoliosOfTheEditor) {
 
 TEST(Export, KeepsEverythingPrivate) {
   const Bench bench;
-  const QString file = bench.Write("p.csv", TwoPortfolios());
-  ASSERT_EQ(RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")})).exitCode, 0);
+  ASSERT_EQ(bench.Import().exitCode, 0);
   EXPECT_EQ(ModeOf(bench.Work()), 0700U);
   EXPECT_EQ(ModeOf(bench.Work() + "/holdwise.fdb"), 0600U);
   EXPECT_EQ(ModeOf(bench.Work() + "/log/terminal.log"), 0600U);
@@ -156,15 +149,13 @@ TEST(Export, KeepsEverythingPrivate) {
 
 TEST(Export, PortfoliosOutliveTheTerminal) {
   const Bench bench;
-  const QString file = bench.Write("p.csv", TwoPortfolios());
-  ASSERT_EQ(RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")})).exitCode, 0);
+  ASSERT_EQ(bench.Import().exitCode, 0);
   EXPECT_EQ(Column(bench.Export("2001-strngrd"), 0), QStringList({"乙", "甲"}));
 }
 
 TEST(Import, RefusesAsAWholeAndNamesEveryBadLine) {
   const Bench bench;
-  const QString file = bench.Write("bad.csv", TwoPortfolios() + "丙,600099,100,1.00\n丙,600003,many,1.00\n");
-  const Outcome outcome = RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")}));
+  const Outcome outcome = bench.Import(TwoPortfolios() + "丙,600099,100,1.00\n丙,600003,many,1.00\n");
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_TRUE(outcome.err.contains("第 6 行")) << outcome.err.toStdString();
   EXPECT_TRUE(outcome.err.contains("第 7 行")) << outcome.err.toStdString();
@@ -209,8 +200,7 @@ TEST(HandOver, RunsImportsAndAnswersTheirOutcome) {
   const Outcome bad = RunTerminal(bench.Arguments({"--import", bench.Write("bad.csv", "name,code\n")}));
   EXPECT_EQ(bad.exitCode, 1);
   EXPECT_FALSE(bad.err.isEmpty());
-  const QString file = bench.Write("p.csv", TwoPortfolios());
-  const Outcome good = RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")}));
+  const Outcome good = bench.Import();
   EXPECT_EQ(good.exitCode, 0) << good.err.toStdString();
   EXPECT_TRUE(good.out.contains("2 个组合")) << good.out.toStdString();
   EXPECT_EQ(ReadCsv(bench.File("out/2001-strngrd.csv")).size(), 3U);
@@ -239,10 +229,7 @@ TEST(Prices, ReachTheGridAfterTheQuotesAreReplaced) {
   const QString data = bench.File("data");
   CopyFolder(SharedMarket().Data(), data);
   bench.data = data;
-  ASSERT_EQ(
-      RunTerminal(bench.Arguments({"--import", bench.Write("p.csv", TwoPortfolios()), "--export", bench.File("a")}))
-          .exitCode,
-      0);
+  ASSERT_EQ(bench.Import().exitCode, 0);
   RunningTerminal running(bench.Arguments({"--parameter", "Skip组合表现"}));
   ASSERT_TRUE(running.WaitForWindow());
 

@@ -102,15 +102,11 @@ TEST(Database, AFileThatIsDeletedWhileTheTerminalRunsIsSaid) {
   const Bench bench;
   RunningTerminal running(bench.Arguments({"--parameter", "Skip风险计量"}));
   ASSERT_TRUE(running.WaitForWindow());
-  const auto isSaid = [&] {
-    QFile log(bench.Work() + "/log/terminal.log");
-    return log.open(QIODevice::ReadOnly) && log.readAll().contains("holdwise.fdb 被删除或移走了");
-  };
+  const auto isSaid = [&] { return Bytes(bench.Work() + "/log/terminal.log").contains("holdwise.fdb 被删除或移走了"); };
   QThread::msleep(500);
   EXPECT_FALSE(isSaid());
   ASSERT_TRUE(QFile::remove(bench.Work() + "/holdwise.fdb"));
-  for (int time = 0; time < 100 && !isSaid(); ++time) QThread::msleep(100);
-  EXPECT_TRUE(isSaid());
+  EXPECT_TRUE(Until(isSaid, 10'000));
 }
 
 /// Three ways for a work folder to go, and one for the folder of the engine's lock files.
@@ -133,10 +129,7 @@ void TakeAway(const Bench& bench, const std::string& way) {
 TEST_P(WorkFolderGoing, IsSaidAtOnceAndTheEndIsOrderly) {
   const std::string way = GetParam();
   const Bench bench;
-  ASSERT_EQ(
-      RunTerminal(bench.Arguments({"--import", bench.Write("p.csv", TwoPortfolios()), "--export", bench.File("out")}))
-          .exitCode,
-      0);
+  ASSERT_EQ(bench.Import().exitCode, 0);
   RunningTerminal running(bench.Arguments({"--parameter", "Skip风险计量"}));
   ASSERT_TRUE(running.WaitForWindow());
   QThread::msleep(500);
@@ -164,8 +157,7 @@ TEST(WorkFolderGone, EverythingCanBeWrittenElsewhereFromTheNotice) {
   const Screen screen;
   if (!screen.IsThere()) GTEST_SKIP() << "no Xvfb";
   const Bench bench;
-  const QString file = bench.Write("p.csv", TwoPortfolios());
-  ASSERT_EQ(RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")})).exitCode, 0);
+  ASSERT_EQ(bench.Import().exitCode, 0);
   RunningTerminal running(bench.Arguments({}), screen.Environment());
   ASSERT_TRUE(running.WaitForWindow());
   ASSERT_TRUE(QDir(bench.Work()).removeRecursively());
@@ -175,7 +167,7 @@ TEST(WorkFolderGone, EverythingCanBeWrittenElsewhereFromTheNotice) {
   screen.Keys({"ctrl+a"});
   screen.Type(bench.File("saved.csv"));
   screen.Keys({"Return"});
-  for (int time = 0; time < 100 && !QFileInfo::exists(bench.File("saved.csv")); ++time) QThread::msleep(100);
+  ASSERT_TRUE(Until([&] { return QFileInfo::exists(bench.File("saved.csv")); }, 10'000));
   ASSERT_GE(running.Signal(SIGTERM), 0);
   EXPECT_EQ(running.Process().exitStatus(), QProcess::NormalExit);
   // What was written brings everything back into an empty folder.
@@ -230,9 +222,7 @@ TEST(Database, DamagedIsToldAndLeftAlone) {
   const Outcome outcome = RunTerminal(bench.Arguments({"--export", bench.File("out")}));
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_TRUE(outcome.err.contains("holdwise.fdb")) << outcome.err.toStdString();
-  QFile file(bench.Work() + "/holdwise.fdb");
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  EXPECT_EQ(file.readAll(), rubbish.repeated(1000));
+  EXPECT_EQ(Bytes(bench.Work() + "/holdwise.fdb"), rubbish.repeated(1000));
 }
 
 TEST(Database, CutShortIsTold) {

@@ -40,8 +40,7 @@ class Incomplete : public testing::Test {
   static std::vector<QStringList> WholeRisk(const QString& data = SharedMarket().Data()) {
     Bench whole;
     whole.data = data;
-    const Outcome outcome = RunTerminal(
-        whole.Arguments({"--import", whole.Write("p.csv", TwoPortfolios()), "--export", whole.File("out")}));
+    const Outcome outcome = whole.Import();
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
     return ReadCsv(whole.File("out/2002-strngrd.csv"));
   }

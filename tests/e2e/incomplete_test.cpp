@@ -65,9 +65,7 @@ TEST_F(Incomplete, AMissingDepositRateIsSaidAndHealedWhenItIsBack) {
   const QString program = Program("holdwise-market");
   const QString csv = bench_.File("rates.csv");
   ASSERT_EQ(e2e::Run(program, {"packet", "to-csv", path, "--out", csv}).exitCode, 0);
-  QFile file(csv);
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  QByteArray rates = file.readAll();
+  QByteArray rates = Bytes(csv);
   ASSERT_TRUE(rates.contains(",一年,"));
   const QString other = bench_.Write("other.csv", rates.replace(",一年,", ",九年,"));
   ASSERT_TRUE(QFile::rename(path, path + ".away"));

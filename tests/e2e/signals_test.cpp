@@ -77,23 +77,14 @@ TEST_P(SignalTest, EndsATerminalThatWaitsForItsUser) {
 
 TEST(Signals, ATerminalThatIsToOutliveItsSessionDoes) {
   const Bench bench;
-  QProcess process;
-  QProcessEnvironment environment = BareEnvironment();
-  environment.insert("QT_QPA_PLATFORM", "offscreen");
-  environment.insert("HOLDWISE_TRACE_START", "1");
-  process.setProcessEnvironment(environment);
-  process.setChildProcessModifier([] { (void)std::signal(SIGHUP, SIG_IGN); });  // as nohup does
-  process.start(Program("holdwise-terminal"), bench.Arguments({}));
-  QByteArray told;
-  for (int time = 0; time < 300 && !told.contains("HOLDWISE_FIRST_PAINT_MS"); ++time) {
-    process.waitForReadyRead(100);
-    told += process.readAllStandardError();
-  }
-  ASSERT_TRUE(told.contains("HOLDWISE_FIRST_PAINT_MS"));
-  ASSERT_EQ(kill(static_cast<pid_t>(process.processId()), SIGHUP), 0);
-  EXPECT_FALSE(process.waitForFinished(4000));
-  ASSERT_EQ(kill(static_cast<pid_t>(process.processId()), SIGTERM), 0);
-  EXPECT_TRUE(process.waitForFinished(kLongestEnd));
+  RunningTerminal running(bench.Arguments({}), BareEnvironment(),
+                          [] { (void)std::signal(SIGHUP, SIG_IGN); });  // as nohup does
+  ASSERT_TRUE(running.WaitForWindow());
+  ASSERT_EQ(kill(static_cast<pid_t>(running.Process().processId()), SIGHUP), 0);
+  EXPECT_FALSE(running.Process().waitForFinished(4000));
+  const qint64 took = running.Signal(SIGTERM);
+  EXPECT_GE(took, 0);
+  EXPECT_LE(took, kLongestEnd);
 }
 
 TEST(Signals, AClosedPipeEndsNothing) {
@@ -129,8 +120,7 @@ TEST(Signals, AStoppedTerminalIsWaitedForFiveSeconds) {
 
 TEST(Signals, AtAnyMomentEndInTimeAndLoseNothing) {
   const Bench bench;
-  const QString file = bench.Write("p.csv", TwoPortfolios());
-  ASSERT_EQ(RunTerminal(bench.Arguments({"--import", file, "--export", bench.File("out")})).exitCode, 0);
+  ASSERT_EQ(bench.Import().exitCode, 0);
   std::mt19937 random(20240531);
   std::uniform_int_distribution<unsigned long> moment(0, 1500);
   for (int round = 0; round < 20; ++round) {
@@ -155,7 +145,7 @@ TEST(Signals, DuringAnExportSayThatItIsNotComplete) {
   RunningTerminal running(
       bench.Arguments({"--import", bench.Write("p.csv", TwoPortfolios()), "--export", bench.File("out")}));
   // An export takes seconds, since each view has to stay quiet for a while.
-  for (int wait = 0; wait < 200 && !QFileInfo::exists(bench.File("out")); ++wait) QThread::msleep(50);
+  ASSERT_TRUE(Until([&] { return QFileInfo::exists(bench.File("out")); }, 10'000));
   ASSERT_GE(running.Signal(SIGTERM), 0);
   EXPECT_EQ(running.Process().exitStatus(), QProcess::NormalExit);
   EXPECT_EQ(running.Process().exitCode(), 1);

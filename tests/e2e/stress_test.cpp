@@ -33,8 +33,7 @@ class Stress : public testing::Test {
     WriteRiskFile(RiskFile("SH"), {{"600001", 1}, {"600002", 2}, {"600010", 1}, {"600012", 1}});
     WriteRiskFile(RiskFile("SZ"), {{"600001", 0.5}, {"600002", 1}, {"600010", 1}, {"600012", 1}});
     WriteRiskFile(RiskFile("HS"), {{"600001", -0.25}, {"600002", 0}, {"600010", 1}, {"600012", 1}});
-    const Outcome outcome = RunTerminal(
-        bench_.Arguments({"--import", bench_.Write("p.csv", TwoPortfolios()), "--export", bench_.File("first")}));
+    const Outcome outcome = bench_.Import(TwoPortfolios(), "first");
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
   }
   [[nodiscard]] Outcome Export(const QStringList& more) const {

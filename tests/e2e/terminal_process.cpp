@@ -153,6 +153,10 @@ QString Bench::Write(const QString& name, const QByteArray& text) const {
   return File(name);
 }
 
+Outcome Bench::Import(const QByteArray& csv, const QString& out) const {
+  return RunTerminal(Arguments({"--import", Write("p.csv", csv), "--export", File(out)}));
+}
+
 std::vector<QStringList> Bench::Export(const QString& grid) const {
   const QTemporaryDir folder;
   const Outcome exported = RunTerminal(Arguments({"--export", folder.path()}));
@@ -160,6 +164,11 @@ std::vector<QStringList> Bench::Export(const QString& grid) const {
   std::vector<QStringList> rows = ReadCsv(folder.filePath(grid + ".csv"));
   if (!rows.empty()) rows.erase(rows.begin());
   return rows;
+}
+
+QByteArray Bytes(const QString& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
 }
 
 std::vector<QStringList> ReadCsv(const QString& path) {
@@ -181,10 +190,12 @@ std::vector<QStringList> ReadCsv(const QString& path) {
   return rows;
 }
 
-RunningTerminal::RunningTerminal(const QStringList& arguments, QProcessEnvironment environment) {
+RunningTerminal::RunningTerminal(const QStringList& arguments, QProcessEnvironment environment,
+                                 std::function<void()> inChild) {
   if (!environment.contains("QT_QPA_PLATFORM")) environment.insert("QT_QPA_PLATFORM", "offscreen");
   environment.insert("HOLDWISE_TRACE_START", "1");
   process_.setProcessEnvironment(environment);
+  if (inChild) process_.setChildProcessModifier(std::move(inChild));
   process_.start(Program("holdwise-terminal"), arguments);
   EXPECT_TRUE(process_.waitForStarted());
 }

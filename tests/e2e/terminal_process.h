@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QDeadlineTimer>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QThread>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -25,6 +28,17 @@ Outcome Run(const QString& program, const QStringList& arguments,
             const QProcessEnvironment& environment = BareEnvironment(), int timeOutMilliseconds = 90'000);
 /// Runs holdwise-terminal to its end.
 Outcome RunTerminal(const QStringList& arguments, const QProcessEnvironment& environment = BareEnvironment());
+
+/// Looks twenty times a second; false when `isSo` is not in that time.
+template <typename Condition>
+[[nodiscard]] bool Until(const Condition& isSo, int milliseconds) {
+  const QDeadlineTimer end(milliseconds);
+  while (!isSo()) {
+    if (end.hasExpired()) return false;
+    QThread::msleep(50);
+  }
+  return true;
+}
 
 /// A data folder made by holdwise-market from bars of 12 stocks over 60 weekdays. Stock k (600001 to 600012) closes at
 /// k + day / 100 yuan on day 1 to 60, so its last close is k + 0.60 and the one before k + 0.59.
@@ -48,6 +62,10 @@ const Market& SharedMarket();
 /// Copies a folder with all it holds.
 void CopyFolder(const QString& from, const QString& to);
 
+/// Two portfolios. 甲 holds 100 of 600001 and 200 of 600002 (bought at 1.00 and 2.00), 乙 1000 of 600010 and 300 of
+/// 600012 (bought at 10.00 and 12.00), on a day (YYYY-MM-DD) or on the market's date.
+QByteArray TwoPortfolios(const QByteArray& boughtOn = {});
+
 /// A work folder beside a folder for outputs, both gone at the end.
 class Bench {
  public:
@@ -58,6 +76,8 @@ class Bench {
   [[nodiscard]] QStringList Arguments(const QStringList& more) const;
   /// Writes a text file and returns its path.
   QString Write(const QString& name, const QByteArray& text) const;
+  /// Imports a table and exports into the folder `out` of this bench, with a start of its own or by the one that runs.
+  [[nodiscard]] Outcome Import(const QByteArray& csv = TwoPortfolios(), const QString& out = "out") const;
   /// Exports with a start of its own and returns the rows of "<frame id>-<grid>.csv" without its heading.
   std::vector<QStringList> Export(const QString& grid) const;
 
@@ -67,13 +87,17 @@ class Bench {
   QTemporaryDir folder_;
 };
 
+/// What a file holds; "(none)" when it cannot be read.
+QByteArray Bytes(const QString& path);
 /// A CSV file as fields, with the heading.
 std::vector<QStringList> ReadCsv(const QString& path);
 
 /// A terminal with its window, running until Stop or the destructor; offscreen unless the environment names a platform.
+/// `inChild` runs in the new process before the terminal does: nothing in it may allocate.
 class RunningTerminal {
  public:
-  explicit RunningTerminal(const QStringList& arguments, QProcessEnvironment environment = BareEnvironment());
+  explicit RunningTerminal(const QStringList& arguments, QProcessEnvironment environment = BareEnvironment(),
+                           std::function<void()> inChild = {});
   ~RunningTerminal();
   /// Waits until the first view has been painted; false when that takes too long.
   bool WaitForWindow();
@@ -84,9 +108,5 @@ class RunningTerminal {
  private:
   QProcess process_;
 };
-
-/// Two portfolios. 甲 holds 100 of 600001 and 200 of 600002 (bought at 1.00 and 2.00), 乙 1000 of 600010 and 300 of
-/// 600012 (bought at 10.00 and 12.00), on a day (YYYY-MM-DD) or on the market's date.
-QByteArray TwoPortfolios(const QByteArray& boughtOn = {});
 
 }  // namespace holdwise::e2e

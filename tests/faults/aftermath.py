@@ -17,6 +17,18 @@ def log_of(work):
     return path.read_text(encoding="utf-8", errors="replace") if path.exists() else ""
 
 
+def read_back(market, folder, files):
+    """A terminal is started on nothing but exchange files ({name: where it is}): its work folder, and the ended process or
+    None."""
+    work, out = folder / "copy", folder / "copy-out"
+    for old in (work, out):
+        shutil.rmtree(old, ignore_errors=True)
+    work.mkdir(mode=0o700)
+    for name, file in files.items():
+        shutil.copy(file, work / name)
+    return work, run_terminal(market.command(work, "--export", out))
+
+
 class Aftermath:
     """`begun` below: the work folder held the earlier portfolios before the disturbed run, which imported the later ones.
     Otherwise the folder was empty and the run imported all of them."""
@@ -62,13 +74,7 @@ class Aftermath:
         files = exchange_bytes(work)
         if files == before:
             return
-        copy, out = self.folder / "copy", self.folder / "copy-out"
-        for folder in (copy, out):
-            shutil.rmtree(folder, ignore_errors=True)
-        copy.mkdir(mode=0o700)
-        for name in files:
-            shutil.copy(work / name, copy / name)
-        done = run_terminal(self.market.command(copy, "--export", out))
+        copy, done = read_back(self.market, self.folder, {name: work / name for name in files})
         state = State(self.market, copy)
         found = (state.has(EARLIER)[0], state.has(LATER)[0])
         good = [(len(EARLIER), len(LATER))]

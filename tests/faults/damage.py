@@ -14,22 +14,19 @@ Figures that differ though the entered values are the same are counted: stored f
 import argparse
 import pathlib
 import random
-import re
 import shutil
-import subprocess
 import sys
 import tempfile
-import time
 
+from aftermath import read_back
 from faults import Database, Report, run
-from market import EARLIER, Market, environment, same_holdings
+from market import CHINESE, EARLIER, Market, environment, same_holdings, timed
 
 SECONDS = 30  # an export gives each of the views the second after which it may ask for a calculation, nine in all
 SECONDS_TO_KILL = 60
 PAGE = 4096
 ROWS_PAGE = 5  # on-disk structure 12
 PAIR = ["TZZHDetail.dat", "TZZHMerge.dat"]
-CHINESE = re.compile("[\u4e00-\u9fff]")
 
 
 def flip(data, choice, places):
@@ -96,29 +93,25 @@ class Campaign:
         data = bytearray(file.read_bytes())
         KINDS[kind](data, self.choice, places_of(data, self.choice) if target == "database" else range(len(data)))
         file.write_bytes(data)
-        self.look(f"round {number} ({target}, {kind})", target, *self.run_terminal())
-
-    def run_terminal(self):
-        begun = time.monotonic()
-        process = subprocess.Popen(self.market.command(self.work, "--export", self.out), env=environment(), text=True,
-                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
-        try:
-            text, _ = process.communicate(timeout=SECONDS_TO_KILL)
-        except subprocess.TimeoutExpired:
-            process.kill()
-            text, _ = process.communicate()
-        seconds = time.monotonic() - begun
+        where = f"round {number} ({target}, {kind})"
+        done, seconds = timed(self.market.command(self.work, "--export", self.out), SECONDS_TO_KILL)
         self.slowest = max(self.slowest, seconds)
-        return process.returncode, text, seconds
-
-    def look(self, where, target, code, text, seconds):
-        if code not in (0, 1):
-            self.report.problem(f"{where}: ended with {code}: {text[-600:]}")
         if seconds > SECONDS:
             self.report.problem(f"{where}: took {seconds:.1f} s")
+        if done is None:
+            self.report.problem(f"{where}: did not end")
+        else:
+            self.look(where, target, done.returncode, done.stdout + done.stderr)
+        self.look_for_portfolios(where)
+
+    def look(self, where, target, code, text):
+        if code not in (0, 1):
+            self.report.problem(f"{where}: ended with {code}: {text[-600:]}")
         if code != 0 and not CHINESE.search(text):
             self.report.problem(f"{where}: ended with {code} and did not say why: {text[-600:]}")
         self.count(where, target, code, text)
+
+    def look_for_portfolios(self, where):
         if not self.is_kept():
             self.report.problem(f"{where}: the portfolios are nowhere in the folder: {sorted(p.name for p in self.work.iterdir())}")
 
@@ -149,15 +142,10 @@ class Campaign:
         return [""] + sorted({path.name[len(PAIR[0]):] for path in self.work.glob(PAIR[0] + ".*")})
 
     def brings_back(self, ending):
-        copy, out = self.folder / "copy", self.folder / "copy-out"
-        for folder in (copy, out):
-            shutil.rmtree(folder, ignore_errors=True)
-        copy.mkdir(mode=0o700)
-        for name in PAIR:
-            if not (self.work / (name + ending)).exists():
-                return False
-            shutil.copy(self.work / (name + ending), copy / name)
-        subprocess.run(self.market.command(copy, "--export", out), capture_output=True, timeout=SECONDS_TO_KILL, env=environment())
+        files = {name: self.work / (name + ending) for name in PAIR}
+        if not all(file.exists() for file in files.values()):
+            return False
+        copy, _ = read_back(self.market, self.folder, files)
         return has_all(Database(self.market.binaries, copy / "holdwise.fdb"))
 
 

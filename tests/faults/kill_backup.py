@@ -18,7 +18,7 @@ import tempfile
 import time
 
 from faults import Report
-from market import environment
+from market import environment, timed
 
 TITLES = ("组合名称,股票代码,数量(股),买入价(元),买入日期,组合编号,上证指数,指数为收盘,保存标志,组合风格,目标收益率,行情止于,持股编号,比例")
 MOST_SECONDS = 10
@@ -61,12 +61,11 @@ class Campaign:
                                        self.folder / "nowhere", *more)]
 
     def run(self, *more):
-        begun = time.monotonic()
-        done = subprocess.run(self.command(*more), env=environment(), capture_output=True, text=True, timeout=60)
-        if time.monotonic() - begun > MOST_SECONDS:
-            self.report.problem(f"{more} took {time.monotonic() - begun:.1f} s")
-        if done.returncode != 0:
-            self.report.problem(f"{more} ended with {done.returncode}: {done.stderr}")
+        done, seconds = timed(self.command(*more), 60)
+        if seconds > MOST_SECONDS:
+            self.report.problem(f"{more} took {seconds:.1f} s")
+        if done is None or done.returncode != 0:
+            self.report.problem(f"{more} ended with {done and (done.returncode, done.stderr)}")
 
     def stored(self):
         out = self.folder / "out.csv"

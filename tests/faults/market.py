@@ -30,7 +30,7 @@ def held(portfolios):
 CODES = sorted(held({**EARLIER, **LATER}))
 INDICES = {"1", "399001", "399300"}
 NAME, FIGURES, FINISHED, SAVED = 1, slice(3, 11), 11, 13
-
+CHINESE = re.compile("[\u4e00-\u9fff]")  # a word to the user, and not the trace that environment() asks for
 
 
 def write_import(path, *imports):
@@ -99,12 +99,31 @@ def environment():
     return dict(os.environ, QT_QPA_PLATFORM="offscreen", HOLDWISE_TRACE_START="1")
 
 
-def run_terminal(command, timeout=120):
-    """The ended process, its texts in stdout and stderr; None when it did not end."""
+def timed(command, timeout=120, env=None):
+    """The ended process, its texts in stdout and stderr, None when it did not end; and the seconds it took."""
+    begun = time.monotonic()
     try:
-        return subprocess.run(command, capture_output=True, text=True, timeout=timeout, env=environment())
+        done = subprocess.run(command, capture_output=True, text=True, timeout=timeout, env=env or environment())
     except subprocess.TimeoutExpired:
-        return None
+        done = None
+    return done, time.monotonic() - begun
+
+
+def run_terminal(command):
+    return timed(command)[0]
+
+
+def make_market(binaries, folder, kind):
+    """A data folder and a table to import, both made up. A simulated market moves; one without that kind stands still."""
+    made = folder / "csv"
+    run(binaries / "holdwise-market", "simulate", "--securities", "40", "--days", "120", "--out", made)
+    run(binaries / "holdwise-market", "build", "--bars", made / "bars", "--indices", made / "indices", "--securities",
+        made / "securities.csv", "--dates", made / "trading_dates.csv", "--rates", made / "deposit_rates.csv", "--out",
+        folder / "data", *kind)
+    codes = sorted(path.stem for path in (made / "bars").glob("*.csv"))[:12]
+    rows = [f"P{number},{codes[(number + k) % len(codes)]},100,10" for number in range(6) for k in range(4)]
+    (folder / "p.csv").write_text("name,code,quantity,price\n" + "\n".join(rows) + "\n")
+    return folder / "data", folder / "p.csv"
 
 
 class Exported:

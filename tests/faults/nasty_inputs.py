@@ -19,8 +19,7 @@ import time
 import unicodedata
 
 from faults import Database, Report, run
-from market import environment
-from random_user import make_market
+from market import CHINESE, environment, make_market, run_terminal, timed
 
 LONGEST_SECONDS = 10
 ENCODINGS = ["utf-8", "utf-8-sig", "gb18030", "big5", "utf-16", "utf-16-le", "utf-32", "shift_jis", "euc_kr"]
@@ -57,20 +56,17 @@ class Packets:
     def __init__(self, binaries, data, work, folder, report):
         self.binaries, self.data, self.work, self.folder, self.report = binaries, data, work, folder, report
         self.files = sorted(path.relative_to(data) for path in data.rglob("*") if path.is_file())
-        self.reference = None
+        done, self.reference = self.export(data, "reference")
+        if done is None or done.returncode != 0:
+            report.problem(f"the undamaged export ended with {done and (done.returncode, done.stderr[-300:])}")
 
     def export(self, data, name):
         work, out = self.folder / name / "work", self.folder / name / "out"
         shutil.copytree(self.work, work)
-        done = subprocess.run([self.binaries / "holdwise-terminal", "--data", data, "--work", work, "--export", out],
-                              capture_output=True, text=True, env=environment(), timeout=120)
+        done = run_terminal([self.binaries / "holdwise-terminal", "--data", data, "--work", work, "--export", out])
         return done, tables_of(out) if out.exists() else {}
 
     def round(self, number, choice):
-        if self.reference is None:
-            done, self.reference = self.export(self.data, "reference")
-            if done.returncode != 0:
-                self.report.problem(f"the undamaged export ended with {done.returncode}: {done.stderr[-300:]}")
         data = self.folder / f"data-{number}"
         shutil.copytree(self.data, data)
         file = choice.choice(self.files)
@@ -78,14 +74,16 @@ class Packets:
         (data / file).write_bytes(content)
         done, tables = self.export(data, f"packet-{number}")
         what = f"packet {number}: {file} ({kind})"
-        if done.returncode < 0 or done.returncode not in (0, 1):
+        if done is None:
+            self.report.problem(f"{what}: no end")
+        elif done.returncode not in (0, 1):
             self.report.problem(f"{what}: ended with {done.returncode}: {done.stderr[-300:]}")
         elif done.returncode == 0 and tables != self.reference:
             other = [name for name in self.reference if tables.get(name) != self.reference[name]]
             self.report.problem(f"{what}: other figures without a word: {other}")
-        elif done.returncode == 1 and not done.stderr.strip():
+        elif done.returncode == 1 and not CHINESE.search(done.stderr):
             self.report.problem(f"{what}: refused without a word")
-        self.report.count("packets: refused or said" if done.returncode == 1 else "packets: nothing that shows")
+        self.report.count("packets: refused or said" if done and done.returncode == 1 else "packets: nothing that shows")
         shutil.rmtree(data)
         shutil.rmtree(self.folder / f"packet-{number}")
 
@@ -135,15 +133,12 @@ class Tables:
 
     def round(self, number, choice):
         path, names = self.path(choice, number)
-        begun = time.monotonic()
-        try:
-            done = subprocess.run(self.arguments + ["--import", str(path)], env=environment(), capture_output=True, text=True,
-                                  timeout=60)
-        except subprocess.TimeoutExpired:
+        done, seconds = timed(self.arguments + ["--import", str(path)], 60)
+        if done is None:
             self.report.problem(f"table {number}: no answer")
             return
-        if time.monotonic() - begun > LONGEST_SECONDS:
-            self.report.problem(f"table {number}: {time.monotonic() - begun:.1f} s")
+        if seconds > LONGEST_SECONDS:
+            self.report.problem(f"table {number}: {seconds:.1f} s")
         if self.process.poll() is not None:
             self.errors.seek(0)
             self.report.problem(f"table {number}: the terminal ended: {self.errors.read()[-300:]}")

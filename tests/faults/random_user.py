@@ -16,7 +16,7 @@ import tempfile
 import time
 
 from faults import SKIPPED, Database, Report, run
-from market import environment
+from market import environment, make_market, timed
 
 WIDTH, HEIGHT = 1280, 800
 BATCH = 25  # events between two looks
@@ -105,13 +105,10 @@ class Session:
             self.report.count("left by the menu and came back")
             self.start()
             return True
-        begun = time.monotonic()
-        try:
-            subprocess.run(self.arguments + command, env=self.offscreen(), capture_output=True, timeout=20)
-        except subprocess.TimeoutExpired:
+        done, seconds = timed(self.arguments + command, 20, self.offscreen())
+        if done is None:
             self.report.problem(f"seed {self.seed}: does not answer any more")
             return False
-        seconds = time.monotonic() - begun
         self.slow = self.slow + 1 if seconds > LONGEST_SECONDS else 0
         if self.slow > 1:  # once may be the machine
             self.report.problem(f"seed {self.seed}: answered after {seconds:.1f} s, twice")
@@ -144,19 +141,6 @@ class Session:
             self.report.problem(f"seed {self.seed}: holdings of portfolio {orphan}, which is not there")
         self.errors.close()
         self.screen.close()
-
-
-def make_market(binaries, folder, kind):
-    """A simulated market moves; one without that kind stands still."""
-    run(binaries / "holdwise-market", "simulate", "--securities", "40", "--days", "120", "--out", folder / "csv")
-    csv = folder / "csv"
-    run(binaries / "holdwise-market", "build", "--bars", csv / "bars", "--indices", csv / "indices", "--securities",
-        csv / "securities.csv", "--dates", csv / "trading_dates.csv", "--rates", csv / "deposit_rates.csv", "--out",
-        folder / "data", *kind)
-    codes = sorted(path.stem for path in (csv / "bars").glob("*.csv"))[:12]
-    rows = [f"P{number},{codes[(number + k) % len(codes)]},100,10" for number in range(6) for k in range(4)]
-    (folder / "p.csv").write_text("name,code,quantity,price\n" + "\n".join(rows) + "\n")
-    return folder / "data", folder / "p.csv"
 
 
 def main():

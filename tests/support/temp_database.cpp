@@ -43,12 +43,13 @@ FirebirdUserData& TempDatabase::Open() {
   return *service_;
 }
 
-QStringList TempDatabase::Lines(const QString& query, QChar separator) {
+QStringList TempDatabase::Lines(const QString& query, QChar separator, const QString& null) {
   const ResultSet rows = Service().Query(query);
   QStringList lines;
   for (int row = 0; row < rows.RowCount(); ++row) {
     QStringList cells;
-    for (int column = 0; column < rows.ColumnCount(); ++column) cells << rows.TextAt(row, column);
+    for (int column = 0; column < rows.ColumnCount(); ++column)
+      cells << (rows.IsNull(row, column) ? null : rows.TextAt(row, column));
     lines << cells.join(separator);
   }
   return lines;

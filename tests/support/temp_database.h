@@ -25,8 +25,8 @@ class TempDatabase {
   /// Detaches, and opens the same file again.
   void Close() { service_.reset(); }
   FirebirdUserData& Open();
-  /// A query as lines, one a row: its cells as texts, `separator` between them.
-  [[nodiscard]] QStringList Lines(const QString& query, QChar separator = u' ');
+  /// A query as lines, one a row: its cells as texts, `separator` between them and `null` for what has no value.
+  [[nodiscard]] QStringList Lines(const QString& query, QChar separator = u' ', const QString& null = {});
 
   /// The folder of the engine's lock files, one a process.
   [[nodiscard]] static QString LockFolder();

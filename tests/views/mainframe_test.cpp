@@ -322,5 +322,15 @@ TEST_F(MainFrame, SettledMeansPricesAreInAndShown) {
   EXPECT_TRUE(bench.mainFrame->IsSettled());
 }
 
+TEST_F(MainFrame, AViewWithoutPricesSettlesThoughTheyDidNotCome) {
+  constexpr int kEditor = 1002;
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 1, 9}});
+  Open();
+  bench.ClickNode(kEditor);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return bench.mainFrame->IsSettled(); }, 3000));
+  bench.ClickNode(kPerformance);
+  EXPECT_FALSE(QTest::qWaitFor([this] { return bench.mainFrame->IsSettled(); }, 1500));
+}
+
 }  // namespace
 }  // namespace holdwise::test

@@ -2,7 +2,6 @@
 #include "common/host/download_role.h"
 
 #include "common/host/host_access.h"
-#include "holdwise/packet/packet_file.h"
 
 namespace holdwise {
 namespace {

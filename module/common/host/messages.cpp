@@ -6,11 +6,7 @@
 namespace holdwise {
 namespace {
 
-constexpr int kOkButton = 0;
-constexpr int kOkAndCancel = 1;
-constexpr int kQuestionStyle = 32;
-constexpr int kNoticeStyle = 128;
-constexpr int kOk = 1;
+using Box = MessageBoxService;
 
 int Show(const QString& text, const QString& caption, int buttons, int style) {
   return ModuleHost().MessageBoxes().Vex_MessageBox(text, caption, buttons, style);
@@ -19,15 +15,15 @@ int Show(const QString& text, const QString& caption, int buttons, int style) {
 }  // namespace
 
 void Tell(const QString& text, const QString& caption) {
-  Show(text, caption, kOkButton, kNoticeStyle);
+  Show(text, caption, Box::kOkButton, Box::kNotice);
 }
 
 bool Agrees(const QString& question) {
-  return Show(question, QStringLiteral("询问"), kOkAndCancel, kQuestionStyle) == kOk;
+  return Show(question, QStringLiteral("询问"), Box::kOkAndCancel, Box::kQuestion) == Box::kOk;
 }
 
 bool AgreesToNotice(const QString& notice) {
-  return Show(notice, QStringLiteral("提示"), kOkAndCancel, kNoticeStyle) == kOk;
+  return Show(notice, QStringLiteral("提示"), Box::kOkAndCancel, Box::kNotice) == Box::kOk;
 }
 
 }  // namespace holdwise

@@ -88,8 +88,7 @@ void SavePair(const Pair& pair, const exchange::Identity& database) {
 
 /// May it be gone the next time, without anybody changing the files?
 bool MayPass(const Error& error) {
-  return error.Category() == ErrorCategory::Io || error.Category() == ErrorCategory::Busy ||
-         error.Category() == ErrorCategory::TimedOut;
+  return IsPassing(error) || error.Category() == ErrorCategory::TimedOut;
 }
 
 void ImportPair(UserDataServices& database) {

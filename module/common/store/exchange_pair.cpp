@@ -61,13 +61,9 @@ QString DatedName(const QString& path, const QString& time, const QString& endin
 
 /// A time that no kept file has yet.
 QString FreeTime(const QString& ending) {
-  const QString now = ModuleHost().Clock().Now().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-  QString time = now;
-  const auto isTaken = [&] {
+  return FreeTimeText(ModuleHost().Clock().Now(), [&ending](const QString& time) {
     return IsThere(DatedName(DetailPath(), time, ending)) || IsThere(DatedName(MergePath(), time, ending));
-  };
-  for (int number = 2; isTaken(); ++number) time = now + QStringLiteral("_%1").arg(number);
-  return time;
+  });
 }
 
 void RemoveOldest(const QString& name, const QString& ending) {

@@ -6,6 +6,7 @@
 
 #include "common/store/cell_literal.h"
 #include "common/store/statements.h"
+#include "holdwise/packet/entry_limits.h"
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise::exchange {
@@ -23,22 +24,17 @@ struct FileColumn {
   double most = 0;
 };
 
-constexpr double kLargestId = 2e9;  // leaves the generators room
-constexpr double kLargestCode = 1'999'999;
-constexpr double kLargestQuantity = 2'147'483'647;
-constexpr double kLargestWeight = 1.01;  // weights of a portfolio are rounded one by one
-constexpr double kLargestPrice = 1e6;
 constexpr double kLargestFlag = 1e9;
 
 constexpr FileColumn<sql::HoldingTexts> kHoldingColumns[] = {
-    {"ID", Kind::Integer, &sql::HoldingTexts::id, 1, kLargestId},
-    {"MAINID", Kind::Integer, &sql::HoldingTexts::portfolioId, 1, kLargestId},
-    {"SecuCode", Kind::Integer, &sql::HoldingTexts::code, 1, kLargestCode},
-    {"PZSL", Kind::Number, &sql::HoldingTexts::quantity, 0, kLargestQuantity},
+    {"ID", Kind::Integer, &sql::HoldingTexts::id, 1, static_cast<double>(kLargestId)},
+    {"MAINID", Kind::Integer, &sql::HoldingTexts::portfolioId, 1, static_cast<double>(kLargestId)},
+    {"SecuCode", Kind::Integer, &sql::HoldingTexts::code, 1, kLargestStockNumber},
+    {"PZSL", Kind::Number, &sql::HoldingTexts::quantity, 0, static_cast<double>(kLargestQuantity)},
     {"PZBL", Kind::Number, &sql::HoldingTexts::weight, 0, kLargestWeight},
     {"BUYPRICE", Kind::Number, &sql::HoldingTexts::buyPrice, 0, kLargestPrice}};
 constexpr FileColumn<sql::PortfolioTexts> kPortfolioColumns[] = {
-    {"ID", Kind::Integer, &sql::PortfolioTexts::id, 1, kLargestId},
+    {"ID", Kind::Integer, &sql::PortfolioTexts::id, 1, static_cast<double>(kLargestId)},
     {"COMNAME", Kind::Quotable, &sql::PortfolioTexts::name},
     {"ZSCLOSEPRICE", Kind::Number, &sql::PortfolioTexts::indexClose, 0, kLargestPrice},
     {"EDITDATE", Kind::Quotable, &sql::PortfolioTexts::editDate},

@@ -57,15 +57,7 @@ class BackupTest : public testing::Test {
            QLatin1Char('#') + Dump("select ID,MAINID,SECUCODE,PZSL,PZBL,BUYPRICE from alg_comdetail order by ID");
   }
   QString Dump(const char* sql) {
-    const ResultSet rows = temp_.Service().Query(QString::fromUtf8(sql));
-    QStringList lines;
-    for (int row = 0; row < rows.RowCount(); ++row) {
-      QStringList cells;
-      for (int column = 0; column < rows.ColumnCount(); ++column)
-        cells += rows.IsNull(row, column) ? QStringLiteral("null") : rows.TextAt(row, column);
-      lines += cells.join(QLatin1Char('|'));
-    }
-    return lines.join(QLatin1Char('\n'));
+    return temp_.Lines(QString::fromUtf8(sql), u'|', QStringLiteral("null")).join(u'\n');
   }
   PortfolioSet Now() { return ReadPortfolios(temp_.Service()); }
 

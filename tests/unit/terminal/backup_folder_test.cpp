@@ -173,6 +173,20 @@ TEST_F(BackupFolderTest, DamageDoesNotBecomeAGeneration) {
   EXPECT_EQ(Files().filter(QStringLiteral("doubtful-")).size(), 1);  // the scripted clock stands
 }
 
+TEST_F(BackupFolderTest, DamageThatComesBackIsSaidAgain) {
+  AddThree();
+  const PortfolioSet good = Now();
+  Do(QStringLiteral("delete from alg_comdetail"));
+  const PortfolioSet damaged = Now();
+  BackupWriter writer(folder_, clock_, log_);
+  EXPECT_EQ(writer.Write(damaged), BackupWriter::Outcome::Doubtful);
+  EXPECT_EQ(writer.Write(good), BackupWriter::Outcome::Done);
+  EXPECT_EQ(writer.State().problem, QString());
+  EXPECT_EQ(writer.Write(damaged), BackupWriter::Outcome::Doubtful);
+  EXPECT_TRUE(writer.State().problem.contains(QStringLiteral("没有持股"))) << writer.State().problem.toStdString();
+  EXPECT_EQ(Files().filter(QStringLiteral("doubtful-")).size(), 1);
+}
+
 TEST_F(BackupFolderTest, ANewestGenerationThatIsDamagedIsFollowedByAGoodOne) {
   AddThree();
   BackupWriter first(folder_, clock_, log_);

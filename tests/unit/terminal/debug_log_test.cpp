@@ -9,17 +9,15 @@
 #include <thread>
 #include <vector>
 
+#include "scripted_host.h"
+
 namespace holdwise {
 namespace {
 
-class FixedClock : public ClockService {
- public:
-  [[nodiscard]] QDateTime Now() const override { return {QDate(2024, 5, 31), QTime(9, 30, 0, 5)}; }
-};
-
 TEST(DebugLogTest, LinesCarryTheTimeAndStayOnOneLine) {
   const QTemporaryDir folder;
-  FixedClock clock;
+  ScriptedClock clock;
+  clock.now = QDateTime(QDate(2024, 5, 31), QTime(9, 30, 0, 5));
   DebugLog log(folder.filePath("t.log"), clock);
   log.WriteLog("first\nsecond");
   QFile file(folder.filePath("t.log"));
@@ -30,7 +28,8 @@ TEST(DebugLogTest, LinesCarryTheTimeAndStayOnOneLine) {
 
 TEST(DebugLogTest, NothingUnseenStandsInALine) {
   const QTemporaryDir folder;
-  FixedClock clock;
+  ScriptedClock clock;
+  clock.now = QDateTime(QDate(2024, 5, 31), QTime(9, 30, 0, 5));
   DebugLog log(folder.filePath("t.log"), clock);
   const char16_t text[] = {u'a', 0x1B, u'[', u'2', u'J', 0x2028, 0x202E, u'b', 0x200B, u'\r', u'c', 0};
   log.WriteLog(QString::fromUtf16(text));
@@ -39,7 +38,7 @@ TEST(DebugLogTest, NothingUnseenStandsInALine) {
 
 TEST(DebugLogTest, ALongLineIsCutAndTheFileIsBoundedByIt) {
   const QTemporaryDir folder;
-  FixedClock clock;
+  ScriptedClock clock;
   DebugLog log(folder.filePath("t.log"), clock);
   log.WriteLog(QString(10 << 20, u'字'));
   EXPECT_TRUE(log.Lines().constFirst().endsWith("字…（共10485760个字符）"));
@@ -50,7 +49,7 @@ TEST(DebugLogTest, ALongLineIsCutAndTheFileIsBoundedByIt) {
 
 TEST(DebugLogTest, FailuresGoToTheirListenerAndNotIntoTheLog) {
   const QTemporaryDir folder;
-  FixedClock clock;
+  ScriptedClock clock;
   DebugLog log(folder.filePath("t.log"), clock);
   log.TellFailure("nobody listens");
   QStringList told;
@@ -64,7 +63,7 @@ TEST(DebugLogTest, FailuresGoToTheirListenerAndNotIntoTheLog) {
 
 TEST(DebugLogTest, MemoryAndFilesAreBounded) {
   const QTemporaryDir folder;
-  FixedClock clock;
+  ScriptedClock clock;
   DebugLog log(folder.filePath("t.log"), clock);
   const QString line(4096, 'x');
   // Six times the size of one file.
@@ -79,7 +78,7 @@ TEST(DebugLogTest, MemoryAndFilesAreBounded) {
 
 TEST(DebugLogTest, TakesLinesFromManyThreads) {
   const QTemporaryDir folder;
-  FixedClock clock;
+  ScriptedClock clock;
   DebugLog log(folder.filePath("t.log"), clock);
   int told = 0;
   log.SetListener([&told] { ++told; });
@@ -95,14 +94,14 @@ TEST(DebugLogTest, TakesLinesFromManyThreads) {
 }
 
 TEST(DebugLogTest, GoesOnWithoutAFile) {
-  FixedClock clock;
+  ScriptedClock clock;
   DebugLog log("/proc/none/t.log", clock);
   log.WriteLog("line");
   EXPECT_EQ(log.Lines().size(), 1);
 }
 
 TEST(DebugLogTest, ALineThatCannotBeStoredGoesToStandardError) {
-  FixedClock clock;
+  ScriptedClock clock;
   testing::internal::CaptureStderr();
   DebugLog log("/dev/full", clock);  // every write finds the disk full
   log.WriteLog("the disk is full");

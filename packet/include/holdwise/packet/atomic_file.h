@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
+#include <functional>
 
 /// Files that are written or renamed in one step, and what makes them last. Thread-safe for different names.
 namespace holdwise {
@@ -23,6 +25,9 @@ void RenameFileAtomically(const QString& from, const QString& to, Durability dur
 /// copy where the file system has no such names. Not flushed to the folder. What stands under the name, and a failure:
 /// Error(Io).
 void AddFileName(const QString& path, const QString& name);
+
+/// For the dated name of a file that is set aside: "yyyyMMdd-HHmmss", with "_2", "_3"... when that is taken already.
+[[nodiscard]] QString FreeTimeText(const QDateTime& now, const std::function<bool(const QString& text)>& isTaken);
 
 /// Forces the names of a folder to the disk: what was made, renamed or removed in it lasts. A file system that has no
 /// such flush is no failure; a folder that is missing or not readable, and a flush that fails, are Error(Io).

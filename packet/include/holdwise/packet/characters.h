@@ -18,6 +18,8 @@ inline constexpr qsizetype kMostNamePoints = 160;
 [[nodiscard]] bool IsNameCharacter(QChar character);
 /// Is the name short enough in characters and for its column?
 [[nodiscard]] bool FitsAsName(const QString& name);
+/// Does no character of the category leave a mark on the screen: control, format, line or paragraph separator?
+[[nodiscard]] bool IsUnseen(QChar::Category category);
 /// Is there a character among them that nobody sees: control, zero width, direction mark, line or paragraph separator,
 /// filler? A name with one cannot be told from another name or read back from a file. The joiner inside an emoji is
 /// none.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <condition_variable>
 #include <mutex>
 #include <shared_mutex>
 
@@ -35,6 +36,7 @@ class HOLDWISE_CAPABILITY("mutex") Mutex {
   void Unlock() HOLDWISE_RELEASE() { mutex_.unlock(); }
 
  private:
+  friend class Signal;
   std::mutex mutex_;
 };
 
@@ -48,6 +50,28 @@ class HOLDWISE_SCOPED_CAPABILITY MutexLock {
 
  private:
   Mutex& mutex_;
+};
+
+/// A wake-up for threads that wait with a Mutex given back meanwhile; one may wake for nothing.
+class Signal {
+ public:
+  void Wait(Mutex& mutex) HOLDWISE_REQUIRES(mutex) {
+    std::unique_lock lock(mutex.mutex_, std::adopt_lock);
+    condition_.wait(lock);
+    lock.release();
+  }
+  /// False when the time came first.
+  template <typename Time>
+  bool WaitUntil(Mutex& mutex, const Time& time) HOLDWISE_REQUIRES(mutex) {
+    std::unique_lock lock(mutex.mutex_, std::adopt_lock);
+    const bool isInTime = condition_.wait_until(lock, time) == std::cv_status::no_timeout;
+    lock.release();
+    return isInTime;
+  }
+  void TellAll() { condition_.notify_all(); }
+
+ private:
+  std::condition_variable condition_;
 };
 
 /// std::shared_mutex as the analysis knows it: one writer or several readers. Held by WriteLock and ReadLock.

@@ -42,10 +42,17 @@ class KeyCodeServices {
 /// The host's message box; user-interface thread only.
 class MessageBoxService {
  public:
+  /// Values of `buttons`.
+  static constexpr int kOkButton = 0, kOkAndCancel = 1;
+  /// Values of `style`: of a question Return is Cancel.
+  static constexpr int kQuestion = 32, kNotice = 128;
+  /// Answers.
+  static constexpr int kOk = 1, kCancel = 2;
+
   virtual ~MessageBoxService() = default;
   /// Shows plain text until the user has answered, in a nested event loop: whatever the caller stands on may be gone
-  /// afterwards. `buttons`: 0 = OK, 1 = OK and Cancel. `style`: 32 = question (Return is Cancel), 128 = notice. Answers
-  /// 1 for OK, 2 for Cancel or closing. Without a user (a batch) the text is printed and answered: Cancel, or else OK.
+  /// afterwards. Answers kCancel for Cancel and for closing. Without a user (a batch) the text is printed and answered:
+  /// Cancel, or else OK.
   virtual int Vex_MessageBox(const QString& text, const QString& caption, int buttons, int style) = 0;
 };
 

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "app/watched_database.h"
-
 #include <gtest/gtest.h>
 
 #include <QStringList>
 
 #include "holdwise/packet/error.h"
+#include "parts/database_side.h"
 
 namespace holdwise {
 namespace {
@@ -38,11 +37,12 @@ class FailingUserData final : public Failing<UserDataServices> {
   }
 };
 
-TEST(WatchedDatabase, TellsOfDamageThatAnyStatementMeets) {
+TEST(DatabaseSide, TellsOfDamageThatAnyStatementMeets) {
   for (const auto category : {ErrorCategory::Corrupt, ErrorCategory::Busy}) {
     QStringList told;
-    WatchedDatabase watched(std::make_unique<FailingUserData>(category),
-                            [&told](const QString& text) { told.append(text); });
+    DatabaseSide watched([category] { return std::make_unique<FailingUserData>(category); },
+                         [&told](const QString& text) { told.append(text); });
+    ASSERT_TRUE(watched.Open().isEmpty());
     const auto session = watched.OpenSession();
     const auto calls = [](DatabaseStatements& line) {
       return std::vector<std::function<void()>>{[&line] { (void)line.Query(kCount); },
