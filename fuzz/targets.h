@@ -13,6 +13,7 @@ void CsvTexts(std::string_view input);         ///< CSV in any encoding, and as 
 void Bars(std::string_view input);             ///< a file of daily bars
 void ReferenceFiles(std::string_view input);   ///< the producer's other CSV files
 void PortfolioCsv(std::string_view input);     ///< portfolios to import
+void BackupFile(std::string_view input);       ///< a backup of all portfolios
 void StatementShapes(std::string_view input);  ///< one SQL statement
 void Literals(std::string_view input);       ///< a byte for the parameter's type, one for the literal's kind, the text
 void ExchangeFiles(std::string_view input);  ///< both exchange files as CSV, "====" and a line end between them
@@ -29,6 +30,7 @@ inline constexpr Target kTargets[] = {
     {"bars", Bars},
     {"reference_files", ReferenceFiles},
     {"portfolio_csv", PortfolioCsv},
+    {"backup_file", BackupFile},
     {"statement_shapes", StatementShapes},
     {"literals", Literals},
     {"exchange_files", ExchangeFiles},

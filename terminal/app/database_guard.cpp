@@ -105,16 +105,25 @@ bool DatabaseGuard::SetAside(const QString& reason) {
 void DatabaseGuard::Restore() {
   try {
     const QString restored = RestoreNewest(database_, backups_);
-    process_.Log().WriteLog(restored.isEmpty() ? QStringLiteral("没有可恢复的备份") : restored);
+    comparison_ = {restored.isEmpty() ? QStringLiteral("没有可恢复的备份") : restored};
+    process_.Log().WriteLog(comparison_.text);
     if (!restored.isEmpty()) window_.Window().Tell(restored);
   } catch (const Error& error) {
     const QString text = QStringLiteral("备份没有恢复：%1").arg(TextOf(error));
+    comparison_ = {text, false};
     process_.Log().WriteLog(text);
     TellInBox(text);
   }
 }
 
+health::Comparison DatabaseGuard::Comparison() const {
+  if (!HasBackups()) return {QStringLiteral("没有比较，只比较工作目录自己的数据库")};
+  if (!doubt_.isEmpty() && !isDamageTold_) return {doubt_, false};
+  return comparison_;
+}
+
 bool DatabaseGuard::Settle() {
+  comparison_ = {QStringLiteral("启动时：") + look_.Line(), look_.finding == FirstLook::Finding::Sound};
   switch (look_.finding) {
     case FirstLook::Finding::Sound:
       return true;
@@ -151,6 +160,7 @@ void DatabaseGuard::WriteBackup() {
   try {
     const backup::Generation written = backups_.Write(look_.now, process_.Clock().Now());
     process_.Log().WriteLog(QStringLiteral("组合已备份到“%1”").arg(written.path));
+    comparison_ = {QStringLiteral("启动时两者不同，以数据库里的为准，已重新备份")};
   } catch (const Error& error) {
     const QString text = QStringLiteral("组合没有备份：%1").arg(TextOf(error));
     process_.Log().WriteLog(text);

@@ -5,6 +5,7 @@
 
 #include "backup/backup_folder.h"
 #include "first_look.h"
+#include "health/health.h"
 #include "parts/database_side.h"
 #include "parts/process_parts.h"
 #include "parts/window_side.h"
@@ -34,6 +35,10 @@ class DatabaseGuard {
   void DamageMet(const QString& text);
   /// What an export has to say about the stored portfolios; empty when nothing.
   [[nodiscard]] const QString& Doubt() const { return doubt_; }
+  /// Why the file is damaged, which was found while the terminal runs; empty when that was not.
+  [[nodiscard]] QString Damage() const { return isDamageTold_ ? doubt_ : QString(); }
+  /// What the start has found out about the database and the newest backup, and what the user chose.
+  [[nodiscard]] health::Comparison Comparison() const;
   /// The user wants the file of the database set aside and the newest backup restored, once the terminal has ended.
   [[nodiscard]] bool WantsRepair() const { return wantsRepair_; }
 
@@ -60,6 +65,7 @@ class DatabaseGuard {
   const FirstLook& look_;
   const backup::BackupFolder backups_;
   QString doubt_;
+  health::Comparison comparison_;
   bool isDamageTold_ = false;
   bool wantsRepair_ = false;
 };

@@ -44,6 +44,11 @@ QString FirstLook::Text() const {
   return lines.join(QLatin1Char('\n'));
 }
 
+QString FirstLook::Line() const {
+  if (finding != Finding::Sound) return Text().replace(QLatin1Char('\n'), QStringLiteral("；"));
+  return newest ? QStringLiteral("数据库与最近的备份一致") : QStringLiteral("还没有可比较的备份");
+}
+
 FirstLook LookAtDatabase(DatabaseStatements& database, const backup::BackupFolder& folder, bool wasClosed) {
   FirstLook look;
   look.now = backup::ReadPortfolios(database);

@@ -26,6 +26,8 @@ struct FirstLook {
 
   /// Both sides and what differs, for the user; empty when Sound.
   [[nodiscard]] QString Text() const;
+  /// The same in one line, also when Sound.
+  [[nodiscard]] QString Line() const;
 };
 
 /// Reads both and compares. `wasClosed`: the last terminal came to its end in order. A backup that cannot be read is

@@ -30,6 +30,19 @@ health::Facts FactsOf(const Options& options) {
   return facts;
 }
 
+/// Of a database that has been found whole. Nothing is made, marked or brought up to date.
+health::Comparison CompareAtRest(const Options& options) {
+  if (!options.command.database.isEmpty()) return {QStringLiteral("没有比较，只比较工作目录自己的数据库")};
+  try {
+    const auto database = FirebirdUserData::OpenAsItIs(options.database, options.workFolder + QStringLiteral("/lock"));
+    const FirstLook look = LookAtDatabase(*database, backup::BackupFolder(options.workFolder), database->WasClosed());
+    const bool isWell = look.finding == FirstLook::Finding::Sound || look.finding == FirstLook::Finding::Newer;
+    return {look.Line(), isWell};
+  } catch (const std::exception& error) {
+    return {QStringLiteral("没有比较：%1").arg(QString::fromUtf8(error.what())), false};
+  }
+}
+
 void AddMarket(health::Facts& facts, const MarketData& data) {
   facts.dataDate = data.CurrentDateText();
   facts.dataEdition = data.DataEdition();
@@ -39,8 +52,9 @@ void AddMarket(health::Facts& facts, const MarketData& data) {
 
 }  // namespace
 
-HealthSide::HealthSide(ProcessParts& process, WindowSide& window, const std::unique_ptr<MarketSide>& market)
-    : process_(process), window_(window), market_(market) {
+HealthSide::HealthSide(ProcessParts& process, WindowSide& window, const DatabaseGuard& guard,
+                       const std::unique_ptr<MarketSide>& market)
+    : process_(process), window_(window), guard_(guard), market_(market) {
   QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { Look(); });
   timer_.start(kBetweenLooks);
 }
@@ -48,7 +62,8 @@ HealthSide::HealthSide(ProcessParts& process, WindowSide& window, const std::uni
 health::Table HealthSide::Now() const {
   health::Facts facts = FactsOf(process_.Asked());
   if (backupProblem) facts.backupProblem = backupProblem();
-  facts.databaseProblem = window_.PlaceProblem();
+  facts.databaseProblem = window_.PlaceProblem().isEmpty() ? guard_.Damage() : window_.PlaceProblem();
+  facts.comparison = guard_.Comparison();
   if (market_ == nullptr) {
     facts.dataProblem = QStringLiteral("不能使用，原因见窗口");
   } else {
@@ -79,8 +94,10 @@ int CheckAtRest(const Options& options) {
   health::Facts facts = FactsOf(options);
   try {
     FirebirdUserData::Check(DatabaseTarget::FromText(options.database), options.workFolder + QStringLiteral("/lock"));
+    facts.comparison = CompareAtRest(options);
   } catch (const std::exception& error) {
     facts.databaseProblem = QString::fromUtf8(error.what());
+    facts.comparison.text = QStringLiteral("没有比较，数据库不能使用");
   }
   SystemClock clock;
   NoLog log;

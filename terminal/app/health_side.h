@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 
+#include "database_guard.h"
 #include "health/health.h"
 #include "parts/market_side.h"
 #include "parts/process_parts.h"
@@ -18,7 +19,8 @@ namespace holdwise {
 class HealthSide {
  public:
   /// All outlive it; the market is null while the data folder cannot be used.
-  HealthSide(ProcessParts& process, WindowSide& window, const std::unique_ptr<MarketSide>& market);
+  HealthSide(ProcessParts& process, WindowSide& window, const DatabaseGuard& guard,
+             const std::unique_ptr<MarketSide>& market);
   HealthSide(const HealthSide&) = delete;
   HealthSide& operator=(const HealthSide&) = delete;
 
@@ -35,12 +37,14 @@ class HealthSide {
 
   ProcessParts& process_;
   WindowSide& window_;
+  const DatabaseGuard& guard_;
   const std::unique_ptr<MarketSide>& market_;
   QTimer timer_;
 };
 
-/// The same for a work folder on which no terminal runs, with a full reading of its database; prints the table and
-/// returns the exit code. The caller holds the work folder's lock; a QCoreApplication is there.
+/// The same for a work folder on which no terminal runs, with a full reading of its database and a comparison with the
+/// newest backup, none of which changes anything; prints the table and returns the exit code. The caller holds the work
+/// folder's lock; a QCoreApplication is there.
 [[nodiscard]] int CheckAtRest(const Options& options);
 
 }  // namespace holdwise

@@ -10,6 +10,8 @@
 #include <exception>
 #include <future>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "database/database_identity.h"
 #include "database/firebird_process.h"
@@ -21,6 +23,7 @@
 #include "parts/terminal_application.h"
 #include "process/background_thread.h"
 #include "process/command_line.h"
+#include "process/crash_word.h"
 #include "process/hand_over.h"
 #include "process/print.h"
 #include "process/signal_guard.h"
@@ -115,17 +118,34 @@ void KeepSessionBusFromStarting() {
   qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
 }
 
-/// What the user has agreed to while the terminal ran, now that nobody has the file open.
+/// What the user has agreed to while the terminal ran, now that nobody has the file open. What fails of it is asked
+/// about by the start that follows.
 void Repair(const Options& options) {
-  const QString name = SetDatabaseAside(options.database, QDateTime::currentDateTime());
-  const OpenedDatabase fresh = OpenDatabase(options);
-  const QString restored = RestoreNewest(*fresh.database, backup::BackupFolder(options.workFolder, options.database));
-  PrintError(QStringLiteral("数据库文件已改名保留为“%1”。%2").arg(name, restored));
+  try {
+    const QString name = SetDatabaseAside(options.database, QDateTime::currentDateTime());
+    PrintError(QStringLiteral("数据库文件已改名保留为“%1”。").arg(name));
+    const OpenedDatabase fresh = OpenDatabase(options);
+    PrintError(RestoreNewest(*fresh.database, backup::BackupFolder(options.workFolder, options.database)));
+  } catch (const Error& error) {
+    PrintError(QStringLiteral("没有恢复：%1").arg(QString::fromUtf8(error.what())));
+  }
 }
 
-/// Starts the program anew in this process's place; comes back only when that fails.
-void StartAgain(char** argv) {
-  ::execv("/proc/self/exe", argv);
+/// Starts the program anew in this process's place; comes back only when that fails. What this start was asked to do
+/// beside going to an address is done already.
+void StartAgain(const Options& options) {
+  std::vector<QByteArray> words{"holdwise-terminal", "--work", options.workFolder.toUtf8(), "--data",
+                                options.dataFolder.toUtf8()};
+  const Command& command = options.command;
+  for (const auto& [name, value] : {std::pair<const char*, QString>{"--db", command.database},
+                                    {"--address", command.address},
+                                    {"--parameter", command.parameter}}) {
+    if (!value.isEmpty()) words.insert(words.end(), {name, value.toUtf8()});
+  }
+  std::vector<char*> argv;
+  for (QByteArray& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  ::execv("/proc/self/exe", argv.data());
   PrintError(QStringLiteral("终端没有能重新启动，请再启动一次。"));
 }
 
@@ -174,8 +194,33 @@ int RefuseName(const QByteArray& argument) {
   return 2;
 }
 
+/// The arguments are known to be UTF-8; the current folder and the home folder, where they begin, may not be.
+int RefuseFolders(const Options& options) {
+  const Command& command = options.command;
+  for (const QString& path : {options.workFolder, options.dataFolder, options.database, command.importFile,
+                              command.exportFolder, command.backupFile, command.restoreFile}) {
+    if (!path.contains(QChar::ReplacementCharacter)) continue;
+    PrintError(QStringLiteral("holdwise-terminal：路径“%1”里有不是 UTF-8 编码的目录名，不能采用。"
+                              "请先改名，或写出别处的完整路径。")
+                   .arg(path));
+    return 2;
+  }
+  return 0;
+}
+
+void SettleDatabase(Options& options) {
+  if (options.database.isEmpty()) {
+    options.database = options.workFolder + QStringLiteral("/holdwise.fdb");
+    return;
+  }
+  if (!DatabaseTarget::FromText(options.database).IsServer())
+    options.database = QFileInfo(options.database).absoluteFilePath();
+  options.command.database = options.database;
+}
+
 int Main(int argc, char** argv) {
   signal_guard::Install();
+  InstallCrashWord();
   umask(077);  // portfolios are nobody else's business
   QStringList arguments;
   for (int index = 0; index < argc; ++index) {
@@ -188,14 +233,9 @@ int Main(int argc, char** argv) {
     return parsed.exitCode;
   }
   Options& options = *parsed.options;
+  SettleDatabase(options);
+  if (const int exitCode = RefuseFolders(options); exitCode != 0) return exitCode;
   PrepareWorkFolder(options.workFolder, MayClose);
-  if (options.database.isEmpty()) {
-    options.database = options.workFolder + QStringLiteral("/holdwise.fdb");
-  } else {
-    if (!DatabaseTarget::FromText(options.database).IsServer())
-      options.database = QFileInfo(options.database).absoluteFilePath();
-    options.command.database = options.database;
-  }
   WorkFolderLock lock(options.workFolder);
   if (const std::optional<int> exitCode = LockOrHandOver(lock, options)) return *exitCode;
   if (!options.command.check.isEmpty()) {
@@ -215,7 +255,7 @@ int Main(int argc, char** argv) {
   bool wantsRepair = false;
   const int exitCode = RunTerminal(argc, argv, options, wantsRepair);
   const bool isEngineEnded = ShutdownFirebird();
-  if (wantsRepair) StartAgain(argv);
+  if (wantsRepair) StartAgain(options);
   if (!isEngineEnded) {
     std::fflush(nullptr);
     _exit(exitCode);

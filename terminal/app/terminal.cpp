@@ -78,7 +78,7 @@ int Terminal::Run() {
   look_ = {};
   if (signal_guard::Requested()) return asked.IsBatch() ? 1 : 0;
   backups_ = std::make_unique<Backups>(process_, database_, window_);
-  health_ = std::make_unique<HealthSide>(process_, window_, market_);
+  health_ = std::make_unique<HealthSide>(process_, window_, guard_, market_);
   health_->backupProblem = [this] { return backups_->Service().State().problem; };
   commands_ = std::make_unique<Commands>(
       CommandParts{process_, database_, window_, *health_, *backups_, market_, pages_, guard_});
@@ -103,8 +103,11 @@ bool Terminal::OpenPages() {
     pages_ = std::make_unique<PageSide>(process_, database_, *market_, window_);
   } catch (const std::exception& error) {
     market_.reset();
-    window_.ShowObstacle(QStringLiteral("没有可用的行情数据"), TextOf(error),
-                         DataFolderCommands(process_.Asked().dataFolder), again);
+    const QString title = QStringLiteral("没有可用的行情数据");
+    if (process_.Asked().IsBatch() && !process_.Asked().command.NeedsViews())
+      process_.Log().WriteLog(title + QStringLiteral("：") + TextOf(error));
+    else
+      window_.ShowObstacle(title, TextOf(error), DataFolderCommands(process_.Asked().dataFolder), again);
     return false;
   }
   window_.ClearObstacle();

@@ -41,8 +41,9 @@ Connection::~Connection() {
     static_cast<void>(attachment_.release());
     return;
   }
-  Detach(status_, attachment_);
-  if (place_.IsEmbedded()) QFile::remove(place_.markerFile);
+  const bool isClosed = Detach(status_, attachment_);
+  // A damaged file is to be checked by the next start; whatever stands in its place by now was closed by nobody.
+  if (isClosed && !isDamaged_ && !place_.markerFile.isEmpty() && IsFileThere()) QFile::remove(place_.markerFile);
 }
 
 /// For what changes nothing and may therefore be done twice.
@@ -62,9 +63,17 @@ auto Connection::OnLiveConnection(Action action) {
   return action();
 }
 
+bool Connection::IsFileThere() const {
+  return NumberOf(place_.file) == fileNumber_;
+}
+
+void Connection::NoteDamage(const Error& error) {
+  if (error.Category() == ErrorCategory::Corrupt) isDamaged_ = true;
+}
+
 /// A file that was removed takes changes all the same, and they go with its last user.
 void Connection::RequireFile() const {
-  if (NumberOf(place_.file) == fileNumber_) return;
+  if (IsFileThere()) return;
   throw Error(ErrorCategory::Io,
               QStringLiteral("数据库文件 %1 不在原处了，所做的修改没有保存").arg(place_.file).toStdString());
 }
@@ -139,7 +148,7 @@ Connection::Ready Connection::Prepare(Transaction& transaction, std::string_view
   return ready;
 }
 
-ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
+ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) try {
   const MutexLock lock(mutex_);
   // A server has other writers, of whom nothing is heard here.
   const bool mayKeep = own == nullptr && maxRows == kAllRows && place_.IsEmbedded();
@@ -159,9 +168,12 @@ ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
   ResultSet rows = Prepare(*transaction, text_).statement->Read(*transaction, maxRows);
   transaction->Commit();
   return rows;
+} catch (const Error& error) {
+  NoteDamage(error);
+  throw;
 }
 
-void Connection::Execute(Transaction* own, const QString& sql) {
+void Connection::Execute(Transaction* own, const QString& sql) try {
   const MutexLock lock(mutex_);
   const ChangeNote note(kept_);
   ReadShape(sql);
@@ -177,6 +189,9 @@ void Connection::Execute(Transaction* own, const QString& sql) {
   const std::unique_ptr<Transaction> transaction = StartChange();
   Prepare(*transaction, text_).statement->Execute(*transaction);
   transaction->Commit();
+} catch (const Error& error) {
+  NoteDamage(error);
+  throw;
 }
 
 std::unique_ptr<Transaction> Connection::Start() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QString>
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <limits>
@@ -27,8 +28,9 @@ class Connection {
  public:
   /// Where the database stands: a folder and a marker for the embedded engine, a way to attach for a server.
   struct Place {
-    QString folder = {};      ///< must have bytesToChange free before a change
-    QString markerFile = {};  ///< removed after a clean detach
+    QString folder = {};  ///< must have bytesToChange free before a change
+    /// Removed after a clean detach, unless damage was met or another file stands in the place; empty: there is none.
+    QString markerFile = {};
     std::int64_t bytesToChange = kBytesToChange;
     QString file = {};  ///< must be where it was when the connection was made before a change
     std::function<Handle<Firebird::IAttachment>()> attachAgain = {};  ///< when the connection is lost
@@ -64,11 +66,14 @@ class Connection {
   template <typename Action>
   auto OnLiveConnection(Action action) HOLDWISE_REQUIRES(mutex_);
   [[nodiscard]] std::unique_ptr<Transaction> StartChange() HOLDWISE_REQUIRES(mutex_);
+  [[nodiscard]] bool IsFileThere() const;
+  void NoteDamage(const Error& error);
   void RequireFile() const;
   void ReadShape(const QString& sql) HOLDWISE_REQUIRES(mutex_);
 
   const Place place_;
   const std::pair<std::uint64_t, std::uint64_t> fileNumber_;  ///< device and number of the file; 0 and 0: none
+  std::atomic<bool> isDamaged_ = false;
   Mutex mutex_;
   Status status_ HOLDWISE_GUARDED_BY(mutex_);
   Handle<Firebird::IAttachment> attachment_ HOLDWISE_GUARDED_BY(mutex_);

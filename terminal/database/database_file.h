@@ -7,8 +7,8 @@
 /// What is known of an embedded database file before the engine touches it.
 namespace holdwise::firebird {
 
-/// Empty when the head of the file looks like a database whose pages are all there, otherwise what is wrong (Chinese).
-/// Reads two pages at most. Throws Error(Io) when the file cannot be read.
+/// Empty when the file looks like a database whose pages are all there and each in its place, otherwise what is wrong
+/// (Chinese). Reads the heads of 4,096 pages at most, spread evenly. Throws Error(Io) when the file cannot be read.
 [[nodiscard]] QString HeaderProblem(const QString& file);
 
 /// The file whose presence says that the database was not closed.

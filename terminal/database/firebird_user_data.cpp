@@ -130,7 +130,10 @@ void CheckFile(const QString& file, const QString& lockFolder) {
     // On a disk that is not there, perhaps: a new file would take the place of the way to it.
     throw IoError(QStringLiteral("数据库文件 %1 是指向 %2 的链接，而 %2 不存在").arg(file, info.symLinkTarget()));
   }
-  if (!info.exists()) return CreateFile(file);
+  if (!info.exists()) {
+    QFile::remove(firebird::MarkerOf(file));  // of one that went away while it was open
+    return CreateFile(file);
+  }
   if (!info.isFile()) throw IoError(QStringLiteral("%1 不是文件，不能当作数据库打开").arg(file));
   if (!info.isWritable() || !QFileInfo(info.absolutePath()).isWritable()) {
     throw IoError(QStringLiteral("数据库文件 %1 或它的文件夹不能写入，请检查权限").arg(file));
@@ -249,6 +252,16 @@ std::unique_ptr<FirebirdUserData> FirebirdUserData::Open(const DatabaseTarget& t
   bool wasClosed = true;
   auto connection = target.IsServer() ? OpenServer(target)
                                       : OpenFile(QFileInfo(target.text).absoluteFilePath(), lockFolder, wasClosed);
+  return std::unique_ptr<FirebirdUserData>(
+      new FirebirdUserData(std::make_unique<Implementation>(std::move(connection), wasClosed)));
+}
+
+std::unique_ptr<FirebirdUserData> FirebirdUserData::OpenAsItIs(const QString& file, const QString& lockFolder) {
+  PrepareFirebirdProcess(lockFolder);
+  auto connection = std::make_shared<Connection>(
+      firebird::Attach(file, {.create = false, .embedded = true, .user = {}, .password = {}}),
+      Connection::Place{.folder = QFileInfo(file).absolutePath(), .file = file});
+  const bool wasClosed = !QFileInfo::exists(firebird::MarkerOf(file));
   return std::unique_ptr<FirebirdUserData>(
       new FirebirdUserData(std::make_unique<Implementation>(std::move(connection), wasClosed)));
 }

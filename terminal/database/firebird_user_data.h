@@ -42,6 +42,10 @@ class FirebirdUserData final : public UserDataServices {
   /// Reads all of a database that is not open: a file in a process of its own. Error as from Open; NotFound when the
   /// file is not there.
   static void Check(const DatabaseTarget& target, const QString& lockFolder);
+  /// A file's database as it is: not made, brought up to date, marked as open or checked. For looking at one that Check
+  /// has found whole; a statement about what an older schema has not is an Error. Error(Busy): another program holds
+  /// it.
+  [[nodiscard]] static std::unique_ptr<FirebirdUserData> OpenAsItIs(const QString& file, const QString& lockFolder);
   /// The file whose date is that of the last such reading of a database file, also of Open's; may be missing.
   [[nodiscard]] static QString CheckRecordOf(const QString& file);
   /// Rolls back what is open and detaches. Sessions still alive keep the file attached until they end.

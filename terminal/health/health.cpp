@@ -16,6 +16,19 @@ namespace {
 
 constexpr qint64 kMegabyte = 1 << 20;
 constexpr qint64 kLittleSpace = 100 * kMegabyte;
+/// What of the data folder the views need; docs/data-folder.md.
+constexpr const char* kNeededData[] = {"market.dat",
+                                       "securities.dat",
+                                       "trading_dates.dat",
+                                       "QMTL/TZZH/Day250/股票",
+                                       "QMTL/TZZH/Day250/指数/allzs.dat",
+                                       "QMTL/TZZH/风险计量/SH.dat",
+                                       "QMTL/TZZH/风险计量/SZ.dat",
+                                       "QMTL/TZZH/风险计量/HS.dat",
+                                       "QMTL/TZZH/InterestRate.Dat",
+                                       "QMTL/TZZH/GZ.dat"};
+/// A market too small has none, and neither has a folder made without proposals.
+constexpr const char* kProposalData[] = {"QMTL/TZZH/ZNPZ.dat", "QMTL/TZZH/StockPool.dat"};
 
 QString TimeText(const QDateTime& time) {
   return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
@@ -95,6 +108,10 @@ Row BackupRow(const Facts& facts) {
   }
 }
 
+Row ComparisonRow(const Facts& facts) {
+  return {QStringLiteral("与备份比较"), facts.comparison.text, facts.comparison.isWell};
+}
+
 Row QuotesRow(const Facts& facts) {
   const QString subject = QStringLiteral("行情");
   const QFileInfo quotes(QDir(facts.dataFolder).filePath(QStringLiteral("quotes.dat")));
@@ -108,14 +125,30 @@ Row QuotesRow(const Facts& facts) {
   return {subject, age + (facts.isSimulated ? QStringLiteral("，模拟行情") : QStringLiteral("，正在跟踪"))};
 }
 
+/// Those that are not there, by name; empty when all are.
+template <std::size_t count>
+QString MissingOf(const QString& folder, const char* const (&names)[count]) {
+  QStringList missing;
+  for (const char* name : names) {
+    const QString path = QString::fromUtf8(name);
+    if (!QFileInfo::exists(folder + QLatin1Char('/') + path)) missing.append(path);
+  }
+  return missing.join(QStringLiteral("、"));
+}
+
 Row DataRow(const Facts& facts) {
   const QString subject = QStringLiteral("数据目录");
-  if (!facts.dataProblem.isEmpty())
-    return {subject, facts.dataFolder + QStringLiteral("，") + facts.dataProblem, false};
-  QString text = QStringLiteral("%1，日期 %2").arg(facts.dataFolder, facts.dataDate);
+  QStringList problems = facts.dataNotices;
+  if (!facts.dataProblem.isEmpty()) problems.prepend(facts.dataProblem);
+  const QString missing = MissingOf(facts.dataFolder, kNeededData);
+  if (!missing.isEmpty()) problems.append(QStringLiteral("缺少 %1，请重新生成数据目录").arg(missing));
+  QString text = facts.dataFolder;
+  if (!facts.dataDate.isEmpty()) text += QStringLiteral("，日期 %1").arg(facts.dataDate);
   if (!facts.dataEdition.isEmpty()) text += QStringLiteral("，版本 %1").arg(facts.dataEdition);
-  if (facts.dataNotices.isEmpty()) return {subject, text};
-  return {subject, text + QStringLiteral("。") + facts.dataNotices.join(QStringLiteral("；")), false};
+  if (!problems.isEmpty()) return {subject, text + QStringLiteral("。") + problems.join(QStringLiteral("；")), false};
+  const QString proposals = MissingOf(facts.dataFolder, kProposalData);
+  if (!proposals.isEmpty()) text += QStringLiteral("。没有 %1，智能配置没有内容").arg(proposals);
+  return {subject, text};
 }
 
 Row DiskRow(const Facts& facts) {
@@ -153,7 +186,7 @@ Row LogRow(const Facts& facts) {
 }  // namespace
 
 Table TableOf(const Facts& facts) {
-  return {DatabaseRow(facts), CheckRow(facts), MirrorRow(facts), BackupRow(facts),
+  return {DatabaseRow(facts), CheckRow(facts), MirrorRow(facts), BackupRow(facts), ComparisonRow(facts),
           QuotesRow(facts),   DataRow(facts),  DiskRow(facts),   LogRow(facts)};
 }
 

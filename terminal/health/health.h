@@ -18,6 +18,12 @@ struct Row {
 };
 using Table = std::vector<Row>;
 
+/// How the database stands beside the newest backup.
+struct Comparison {
+  QString text;
+  bool isWell = true;
+};
+
 /// What the table is made from.
 struct Facts {
   QDateTime now;
@@ -27,6 +33,7 @@ struct Facts {
   QString databaseProblem;  ///< why it cannot be used; empty when it can
   QString checkRecord;      ///< file whose date is that of the last full check; empty: there is none
   QString backupProblem;    ///< why the latest change is in no backup; empty when it is
+  Comparison comparison;
   QString dataFolder;
   QString dataProblem;  ///< why it cannot be used; empty when it can
   QString dataDate;     ///< date of the market, YYYY-MM-DD
@@ -36,7 +43,8 @@ struct Facts {
   std::optional<QString> quotesProblem;  ///< why quotes are not followed, empty when they are; none: nobody follows
 };
 
-/// All rows, in the order of the page: database, its last check, mirror, backups, quotes, data folder, disk, log.
+/// All rows, in the order of the page: database, its last check, mirror, backups, comparison with the newest one,
+/// quotes, data folder, disk, log.
 [[nodiscard]] Table TableOf(const Facts& facts);
 [[nodiscard]] int ProblemsIn(const Table& table);
 /// A line a row, "正常" or "注意" in front of it.

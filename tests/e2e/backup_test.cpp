@@ -29,6 +29,7 @@ class Backups : public testing::Test {
   [[nodiscard]] QByteArray AllPortfolios(const QString& work) const {
     const Outcome outcome = Alone({"--backup", bench_.File("all.csv")}, work);
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    EXPECT_EQ(outcome.err, QString()) << "the data folder that is missing is not needed";
     return Bytes(bench_.File("all.csv"));
   }
 
@@ -48,6 +49,7 @@ TEST_F(Backups, AllPortfoliosGoThroughOneFile) {
   const QString saved = bench_.Write("saved.csv", file);
   const Outcome restored = Alone({"--restore", saved}, other);
   EXPECT_EQ(restored.exitCode, 0) << restored.err.toStdString();
+  EXPECT_EQ(restored.err, QString());
   EXPECT_TRUE(restored.out.contains(QStringLiteral("恢复2个组合：甲、乙"))) << restored.out.toStdString();
   EXPECT_EQ(AllPortfolios(other), file);
 }
@@ -109,6 +111,32 @@ TEST_F(Backups, TheLossOfTheDisplayLeavesAGeneration) {
   ASSERT_TRUE(running.Process().waitForFinished());
   ASSERT_EQ(Generations().size(), 1);
   EXPECT_TRUE(Generations()[0].endsWith("-2-4.csv"));
+}
+
+TEST_F(Backups, AreExportedFromTheMenuIntoAFileThatCanBeImported) {
+  const Screen screen;
+  if (!screen.IsThere()) GTEST_SKIP() << "no Xvfb";
+  Import();
+  const QByteArray all = AllPortfolios(bench_.Work());
+  RunningTerminal running(bench_.Arguments({}), screen.Environment());
+  ASSERT_TRUE(running.WaitForWindow());
+  ASSERT_TRUE(screen.Enter("Holdwise"));
+  screen.Keys({"alt+f", "p"});
+  ASSERT_TRUE(screen.Enter("导出组合"));
+  screen.Keys({"ctrl+a"});
+  screen.Type(bench_.File("saved.csv"));
+  screen.Keys({"Return"});
+  EXPECT_TRUE(Until([this] { return QFileInfo::exists(bench_.File("saved.csv")); }, 10'000));
+  ASSERT_TRUE(screen.Enter("导出组合"));  // what has come of it
+  screen.Keys({"Return"});
+  EXPECT_TRUE(screen.IsGone("导出组合"));
+  EXPECT_EQ(Bytes(bench_.File("saved.csv")), all);
+  Bench other;
+  ASSERT_EQ(
+      RunTerminal(other.Arguments({"--import", bench_.File("saved.csv"), "--export", other.File("out")})).exitCode, 0);
+  const auto rows = other.Export("2001-strngrd");
+  ASSERT_EQ(rows.size(), 2U);
+  EXPECT_EQ(rows, bench_.Export("2001-strngrd"));
 }
 
 TEST_F(Backups, ADeletionIsUndoneFromTheMenu) {

@@ -4,7 +4,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <csignal>
+#include <optional>
 
 #include "backup/backup_folder.h"
 #include "screen.h"
@@ -13,7 +15,7 @@
 namespace holdwise::e2e {
 namespace {
 
-constexpr qint64 kPage = 8192;
+constexpr qint64 kPage = 4096;
 
 class DamagedDatabase : public testing::Test {
  protected:
@@ -101,6 +103,71 @@ TEST_F(DamagedDatabase, StaysAsItIsWhenThePageIsClosed) {
   EXPECT_TRUE(SetAside().isEmpty());
 }
 
+/// A terminal runs on a sound database; then every page of rows and indices is damaged, and an import wants some that
+/// have not been read yet.
+class DamageWhileRunning : public DamagedDatabase {
+ protected:
+  void SetUp() override {
+    if (!screen_.IsThere()) GTEST_SKIP() << "Xvfb";
+    DamagedDatabase::SetUp();
+    terminal_.emplace(bench_.Arguments({"--parameter", "Skip风险计量"}), screen_.Environment());
+    ASSERT_TRUE(terminal_->WaitForWindow());
+    DamagePages();
+    import_.setProcessEnvironment(BareEnvironment());
+    const QString more = bench_.Write("more.csv", "name,code,quantity,price\n丙,600003,10,3\n丙,600004,10,4\n");
+    import_.start(Program("holdwise-terminal"), bench_.Arguments({"--import", more}));
+  }
+  void DamagePages() const {
+    constexpr char kRowsPage = 5;
+    constexpr char kIndexPage = 7;
+    QFile file(File());
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    const QByteArray bytes = file.readAll();
+    for (qint64 page = 0; page < bytes.size(); page += kPage) {
+      if (bytes[page] != kRowsPage && bytes[page] != kIndexPage) continue;
+      ASSERT_TRUE(file.seek(page));
+      file.write(QByteArray(kPage, '\x5A'));
+    }
+  }
+
+  const Screen screen_;
+  std::optional<RunningTerminal> terminal_;
+  QProcess import_;
+};
+
+TEST_F(DamageWhileRunning, IsSetAsideWithOneButtonAndTheTerminalStartsAgain) {
+  const qint64 process = terminal_->Process().processId();
+  Answer(screen_, QStringLiteral("数据库已损坏"), 0, true);
+  ASSERT_TRUE(terminal_->WaitForWindow());
+  ASSERT_TRUE(import_.waitForFinished(60'000));
+  EXPECT_EQ(import_.exitCode(), 1);
+  EXPECT_EQ(terminal_->Process().processId(), process);
+  EXPECT_EQ(SetAside().size(), 1);
+  // It is the work folder's terminal again, and well.
+  const Outcome check = RunTerminal(bench_.Arguments({"--check"}));
+  EXPECT_TRUE(check.out.contains("正常  数据库：")) << check.out.toStdString();
+  EXPECT_GE(terminal_->Signal(SIGTERM), 0);
+  EXPECT_EQ(terminal_->Process().exitCode(), 0);
+  EXPECT_EQ(Portfolios(), 2);
+  EXPECT_EQ(bench_.Export("2001-strngrd").size(), 2U);
+}
+
+TEST_F(DamageWhileRunning, LeftForLaterIsShownAndFoundByTheNextStart) {
+  Answer(screen_, QStringLiteral("数据库已损坏"), 1, false);
+  ASSERT_TRUE(import_.waitForFinished(60'000));
+  EXPECT_EQ(import_.exitCode(), 1);
+  const QString said = QString::fromUtf8(import_.readAllStandardError());
+  EXPECT_TRUE(said.contains("数据库文件的内容有误")) << said.toStdString();
+  const Outcome check = RunTerminal(bench_.Arguments({"--check"}));
+  EXPECT_EQ(check.exitCode, 1);
+  EXPECT_TRUE(check.out.contains("注意  数据库：")) << check.out.toStdString();
+  EXPECT_GE(terminal_->Signal(SIGTERM), 0);
+  const Outcome next = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
+  EXPECT_EQ(next.exitCode, 1);
+  EXPECT_TRUE(next.err.contains("最近的备份完好")) << next.err.toStdString();
+  EXPECT_TRUE(SetAside().isEmpty());
+}
+
 class ChangedDatabase : public DamagedDatabase {
  protected:
   void SetUp() override {
@@ -125,6 +192,9 @@ TEST_F(ChangedDatabase, IsKeptWhenTheUserWantsItAndNotAskedAboutAgain) {
     RunningTerminal terminal(bench_.Arguments({}), screen.Environment());
     Answer(screen, QString::fromUtf8(kTitle), 0, false);
     ASSERT_TRUE(terminal.WaitForWindow());
+    const Outcome check = RunTerminal(bench_.Arguments({"--check"}));
+    EXPECT_TRUE(check.out.contains("正常  与备份比较：启动时两者不同，以数据库里的为准，已重新备份"))
+        << check.out.toStdString();
     EXPECT_GE(terminal.Signal(SIGTERM), 0);
   }
   EXPECT_TRUE(SetAside().isEmpty());

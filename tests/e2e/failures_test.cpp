@@ -53,6 +53,37 @@ TEST(Options, ANameOfAnotherEncodingIsRefusedAsWhatItIs) {
   EXPECT_FALSE(QDir(bench.Work()).exists());
 }
 
+class OtherEncoding : public testing::TestWithParam<const char*> {};
+INSTANTIATE_TEST_SUITE_P(All, OtherEncoding,
+                         testing::Values("work", "data", "db", "import", "export", "backup", "restore"));
+
+TEST_P(OtherEncoding, IsRefusedInEveryOption) {
+  const Bench bench;
+  const QString option = QStringLiteral("--%1").arg(GetParam());
+  const Outcome outcome = e2e::Run("sh", {"-c", R"sh(exec "$0" "$1" "$2$(printf '/\327\351\272\317')")sh",
+                                          Program("holdwise-terminal"), option, bench.File("in")});
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_TRUE(outcome.err.contains("不是 UTF-8 编码")) << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.err.contains("组合")) << outcome.err.toStdString();
+  EXPECT_FALSE(QDir(bench.File("in")).exists());
+}
+
+TEST(Options, ACurrentFolderOfAnotherEncodingIsRefusedWhereAPathBeginsThere) {
+  const Bench bench;
+  const auto run = [&bench](const QString& work) {
+    return e2e::Run("sh", {"-c", R"sh(cd "$1" && mkdir -p "$(printf '\327\351')" && cd "$(printf '\327\351')" &&
+                                       exec "$0" --work "$2" --data /nowhere --backup "$1/all.csv")sh",
+                           Program("holdwise-terminal"), bench.File(""), work});
+  };
+  const Outcome relative = run("work");
+  EXPECT_EQ(relative.exitCode, 2);
+  EXPECT_TRUE(relative.err.contains("不是 UTF-8 编码的目录名")) << relative.err.toStdString();
+  // The folder itself does not show here; one of another name would.
+  EXPECT_EQ(QDir(bench.File("")).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList());
+  EXPECT_EQ(run(bench.Work()).exitCode, 0);
+  EXPECT_EQ(e2e::Run("rm", {"-r", bench.File("")}).exitCode, 0);  // nor can it be taken away from here
+}
+
 TEST(Options, AWindowNeedsADisplay) {
   const Bench bench;
   const Outcome outcome = RunTerminal(bench.Arguments({}));

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <csignal>
 
-#include "terminal_process.h"
+#include "screen.h"
 
 namespace holdwise::e2e {
 namespace {
@@ -25,10 +27,88 @@ class HealthCheck : public testing::Test {
 TEST_F(HealthCheck, AtRestAllIsWellAndTheDatabaseHasBeenRead) {
   const Outcome outcome = RunTerminal(bench_.Arguments({"--check"}));
   EXPECT_EQ(outcome.exitCode, 0) << outcome.out.toStdString() << outcome.err.toStdString();
-  EXPECT_EQ(outcome.out.trimmed().split('\n').size(), 8) << outcome.out.toStdString();
+  EXPECT_EQ(outcome.out.trimmed().split('\n').size(), 9) << outcome.out.toStdString();
   EXPECT_TRUE(LineOf(outcome.out, "数据库检查").contains(QDate::currentDate().toString(Qt::ISODate)));
   EXPECT_TRUE(LineOf(outcome.out, "镜像文件").contains("写于"));
   EXPECT_TRUE(LineOf(outcome.out, "数据目录").contains("2024-05-31"));
+  EXPECT_TRUE(LineOf(outcome.out, "与备份比较").contains("数据库与最近的备份一致"));
+}
+
+TEST_F(HealthCheck, ADifferenceFromTheNewestBackupIsShownWithBothSides) {
+  const QString backups = bench_.Work() + "/backups";
+  CopyFolder(backups, bench_.File("earlier"));
+  const QString more = bench_.Write("more.csv", "name,code,quantity,price\n丙,600003,10,3\n丙,600004,10,4\n");
+  ASSERT_EQ(RunTerminal(bench_.Arguments({"--import", more, "--export", bench_.File("out2")})).exitCode, 0);
+  ASSERT_TRUE(QDir(backups).removeRecursively());
+  CopyFolder(bench_.File("earlier"), backups);
+  const Outcome outcome = RunTerminal(bench_.Arguments({"--check"}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  const QString line = LineOf(outcome.out, "与备份比较");
+  EXPECT_TRUE(line.startsWith("注意")) << outcome.out.toStdString();
+  EXPECT_TRUE(line.contains("数据库：3 个组合，6 条持股；最近的备份：")) << line.toStdString();
+  EXPECT_TRUE(line.contains("（2 个组合，4 条持股）")) << line.toStdString();
+  EXPECT_TRUE(line.contains("去掉1个组合：丙")) << line.toStdString();
+}
+
+TEST_F(HealthCheck, AtRestLeavesTheMarkOfAnUncleanEnd) {
+  {
+    RunningTerminal running(bench_.Arguments({}));
+    ASSERT_TRUE(running.WaitForWindow());
+    const QString more = bench_.Write("more.csv", "name,code,quantity,price\n丙,600003,10,3\n丙,600004,10,4\n");
+    ASSERT_EQ(RunTerminal(bench_.Arguments({"--import", more})).exitCode, 0);
+    (void)running.Signal(SIGKILL);
+  }
+  const Outcome outcome = RunTerminal(bench_.Arguments({"--check"}));
+  EXPECT_TRUE(LineOf(outcome.out, "与备份比较").startsWith("正常")) << outcome.out.toStdString();
+  EXPECT_TRUE(QFile::exists(bench_.Work() + "/holdwise.fdb.open"));
+  const Outcome next = RunTerminal(bench_.Arguments({"--export", bench_.File("out2")}));
+  EXPECT_EQ(next.exitCode, 0);
+  EXPECT_FALSE(next.err.contains("与最近的备份不同")) << next.err.toStdString();
+}
+
+TEST_F(HealthCheck, FilesMissingInTheDataFolderAreNamedAtRestAndWhileRunning) {
+  const QString data = bench_.File("data");
+  CopyFolder(SharedMarket().Data(), data);
+  bench_.data = data;
+  RunningTerminal running(bench_.Arguments({}));
+  ASSERT_TRUE(running.WaitForWindow());
+  ASSERT_TRUE(QFile::remove(data + "/QMTL/TZZH/风险计量/HS.dat"));
+  const QString expected = "缺少 QMTL/TZZH/风险计量/HS.dat，";
+  EXPECT_TRUE(LineOf(RunTerminal(bench_.Arguments({"--check"})).out, "数据目录").contains(expected));
+  ASSERT_GE(running.Signal(SIGTERM), 0);
+  const Outcome atRest = RunTerminal(bench_.Arguments({"--check"}));
+  EXPECT_EQ(atRest.exitCode, 1);
+  EXPECT_TRUE(LineOf(atRest.out, "数据目录").contains(expected)) << atRest.out.toStdString();
+}
+
+TEST_F(HealthCheck, ThePageIsInTheHelpMenu) {
+  const Screen screen;
+  if (!screen.IsThere()) GTEST_SKIP() << "no Xvfb";
+  RunningTerminal running(bench_.Arguments({}), screen.Environment());
+  ASSERT_TRUE(running.WaitForWindow());
+  ASSERT_TRUE(screen.Enter("Holdwise"));
+  screen.Keys({"alt+h", "s"});
+  ASSERT_TRUE(screen.Enter("^状态$"));
+  screen.Keys({"Escape"});
+  EXPECT_TRUE(screen.IsGone("^状态$"));
+  EXPECT_GE(running.Signal(SIGTERM), 0);
+}
+
+TEST_F(HealthCheck, TheStatusBarIsAmberWhileSomethingIsNotWell) {
+  const Screen screen;
+  if (!screen.IsThere()) GTEST_SKIP() << "no Xvfb";
+  RunningTerminal running(bench_.Arguments({"--theme", "dark"}), screen.Environment());
+  ASSERT_TRUE(running.WaitForWindow());
+  const QColor amber(0xE6, 0xB8, 0x4C);
+  constexpr int kSign = 200;
+  const auto isShown = [&] { return screen.PointsBelow(amber) >= kSign; };
+  EXPECT_EQ(screen.PointsBelow(amber), 0);
+  const QString merge = bench_.Work() + "/TZZHMerge.dat";
+  ASSERT_TRUE(QFile::rename(merge, bench_.File("away")));
+  EXPECT_TRUE(Until(isShown, 30'000));
+  ASSERT_TRUE(QFile::rename(bench_.File("away"), merge));
+  EXPECT_TRUE(Until([&] { return !isShown(); }, 30'000));
+  EXPECT_GE(running.Signal(SIGTERM), 0);
 }
 
 TEST_F(HealthCheck, TheRunningTerminalAnswers) {

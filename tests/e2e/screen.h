@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QColor>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QThread>
+#include <QtEndian>
 
 #include "terminal_process.h"
 
@@ -19,7 +23,8 @@ inline QString MissingProgram() {
 class Screen {
  public:
   Screen() {
-    server_.start(QStringLiteral("Xvfb"), {"-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp"});
+    server_.start(QStringLiteral("Xvfb"),
+                  {"-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp", "-fbdir", picture_.path()});
     if (!server_.waitForStarted() || !server_.waitForReadyRead(kMilliseconds)) return;
     display_ = ':' + QString::fromLatin1(server_.readAllStandardOutput()).trimmed();
   }
@@ -52,6 +57,20 @@ class Screen {
   [[nodiscard]] bool IsGone(const QString& title) const { return Find(title, false).isEmpty(); }
   void Keys(const QStringList& keys) const { (void)Do(QStringList{"key", "--delay", "60"} + keys); }
   void Type(const QString& text) const { (void)Do({"type", "--delay", "60", text}); }
+  /// How many points of the screen's lower eighth, where a status bar is, have that colour.
+  [[nodiscard]] int PointsBelow(const QColor& colour) const {
+    QFile file(picture_.filePath(QStringLiteral("Xvfb_screen0")));
+    if (!file.open(QIODevice::ReadOnly)) return -1;
+    const QByteArray dump = file.readAll();  // a window dump: numbers of four bytes, then a colour map, then the points
+    const auto number = [&dump](int place) { return qFromBigEndian<quint32>(dump.constData() + 4 * place); };
+    constexpr int kHeaderBytes = 0, kHeight = 5, kLineBytes = 12, kColours = 19, kColourBytes = 12;
+    const qsizetype begin = number(kHeaderBytes) + number(kColours) * kColourBytes;
+    const qsizetype end = begin + qsizetype{number(kHeight)} * number(kLineBytes);
+    int points = 0;
+    for (qsizetype at = end - (end - begin) / 8; at + 4 <= std::min(end, dump.size()); at += 4)
+      if ((qFromLittleEndian<quint32>(dump.constData() + at) & 0xFFFFFF) == (colour.rgb() & 0xFFFFFF)) ++points;
+    return points;
+  }
   void Click(int x, int y) const {
     (void)Do({"mousemove", QString::number(x), QString::number(y), "click", "1"});
     QThread::msleep(200);
@@ -73,6 +92,7 @@ class Screen {
     return window;
   }
 
+  QTemporaryDir picture_;
   QProcess server_;
   QString display_;
 };

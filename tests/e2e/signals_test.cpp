@@ -41,6 +41,17 @@ TEST_P(SignalTest, EndsTheWindowInOrder) {
   EXPECT_EQ(running.Process().exitCode(), 0);
 }
 
+TEST(Fault, SaysWhatToDoNextAndEndsTheProcessAsBefore) {
+  const Bench bench;
+  RunningTerminal running(bench.Arguments({}));
+  ASSERT_TRUE(running.WaitForWindow());
+  ASSERT_GE(running.Signal(SIGABRT), 0);
+  EXPECT_EQ(running.Process().exitStatus(), QProcess::CrashExit);
+  EXPECT_EQ(running.Process().exitCode(), SIGABRT);
+  const QString said = QString::fromUtf8(running.Process().readAllStandardError());
+  EXPECT_TRUE(said.contains("请再启动一次")) << said.toStdString();
+}
+
 TEST_P(SignalTest, SentTwiceAtOnceStillEndsInOrder) {
   const Bench bench;
   RunningTerminal running(bench.Arguments({}));

@@ -24,7 +24,7 @@ from market import CHINESE, EARLIER, Market, environment, same_holdings, timed
 
 SECONDS = 30  # an export gives each of the views the second after which it may ask for a calculation, nine in all
 SECONDS_TO_KILL = 60
-PAGE = 8192
+PAGE = 4096
 ROWS_PAGE = 5  # on-disk structure 12
 PAIR = ["TZZHDetail.dat", "TZZHMerge.dat"]
 

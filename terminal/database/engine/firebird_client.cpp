@@ -234,13 +234,15 @@ bool IsAlive(Status& status, Firebird::IAttachment& attachment) noexcept {
   }
 }
 
-void Detach(Status& status, Handle<Firebird::IAttachment>& attachment) noexcept {
-  if (!attachment) return;
+bool Detach(Status& status, Handle<Firebird::IAttachment>& attachment) noexcept {
+  if (!attachment) return true;
   try {
     attachment->detach(status.Get());
     static_cast<void>(attachment.release());
+    return true;
   } catch (const Firebird::FbException&) {
     attachment.reset();
+    return false;
   }
 }
 

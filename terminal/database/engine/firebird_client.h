@@ -79,7 +79,7 @@ struct AttachOptions {
 [[nodiscard]] Handle<Firebird::IAttachment> Attach(const QString& database, const AttachOptions& options);
 /// Does the server, or the engine, still answer for this attachment?
 [[nodiscard]] bool IsAlive(Status& status, Firebird::IAttachment& attachment) noexcept;
-/// Detaches; errors are ignored, the handle is empty afterwards.
-void Detach(Status& status, Handle<Firebird::IAttachment>& attachment) noexcept;
+/// Detaches; the handle is empty afterwards. False when that failed: the file was not closed in order.
+bool Detach(Status& status, Handle<Firebird::IAttachment>& attachment) noexcept;
 
 }  // namespace holdwise::firebird

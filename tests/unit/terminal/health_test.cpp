@@ -27,7 +27,12 @@ class HealthTest : public testing::Test {
     Write(folder_.filePath("log/terminal.log"));
     Write(folder_.filePath("backups/portfolios-20240530-101112-3-14.csv"));
     Write(folder_.filePath("backups/portfolios-20240531-093000-4-20.csv"));
-    Write(folder_.filePath("data/quotes.dat"));
+    for (const char* name :
+         {"quotes.dat", "market.dat", "securities.dat", "trading_dates.dat", "QMTL/TZZH/Day250/股票/600000.dat",
+          "QMTL/TZZH/Day250/指数/allzs.dat", "QMTL/TZZH/风险计量/SH.dat", "QMTL/TZZH/风险计量/SZ.dat",
+          "QMTL/TZZH/风险计量/HS.dat", "QMTL/TZZH/InterestRate.Dat", "QMTL/TZZH/GZ.dat", "QMTL/TZZH/ZNPZ.dat",
+          "QMTL/TZZH/StockPool.dat"})
+      Write(folder_.filePath("data/") + name);
     facts_.now = QDateTime::currentDateTime().addSecs(7200 + 30);
     facts_.workFolder = folder_.path();
     facts_.database = folder_.filePath("holdwise.fdb");
@@ -57,9 +62,9 @@ class HealthTest : public testing::Test {
 
 TEST_F(HealthTest, AllIsWell) {
   const Table table = TableOf(facts_);
-  EXPECT_EQ(table.size(), 8U);
+  EXPECT_EQ(table.size(), 9U);
   EXPECT_EQ(ProblemsIn(table), 0) << TextOf(table).toStdString();
-  EXPECT_EQ(TextOf(table).split('\n').size(), 8);
+  EXPECT_EQ(TextOf(table).split('\n').size(), 9);
   EXPECT_TRUE(TextOf(table).startsWith("正常  数据库："));
   ExpectIn("数据库", true, "5 MB");
   ExpectIn("备份", true, "最近 2024-05-31 09:30:00，4 个组合、20 条持股；共 2 份");
@@ -113,6 +118,26 @@ TEST_F(HealthTest, BackupQuotesDataAndLog) {
   ExpectIn("数据目录", false, "market.dat 坏了");
   ASSERT_TRUE(QDir(folder_.filePath("log")).removeRecursively());
   ExpectIn("日志", false, "没有日志文件");
+}
+
+TEST_F(HealthTest, TheComparisonWithTheBackup) {
+  facts_.comparison = {"一致"};
+  ExpectIn("与备份比较", true, "一致");
+  facts_.comparison = {"少了一个组合", false};
+  ExpectIn("与备份比较", false, "少了一个组合");
+}
+
+TEST_F(HealthTest, FilesMissingInTheDataFolderAreNamed) {
+  const QString folder = folder_.filePath("data/QMTL/TZZH/");
+  ASSERT_TRUE(QFile::remove(folder + "ZNPZ.dat"));
+  ExpectIn("数据目录", true, "没有 QMTL/TZZH/ZNPZ.dat，智能配置没有内容");
+  ASSERT_TRUE(QFile::remove(folder + "风险计量/SZ.dat"));
+  ASSERT_TRUE(QFile::remove(folder + "InterestRate.Dat"));
+  ExpectIn("数据目录", false, "缺少 QMTL/TZZH/风险计量/SZ.dat、QMTL/TZZH/InterestRate.Dat，");
+  ASSERT_TRUE(QDir(folder + "Day250/股票").removeRecursively());
+  ExpectIn("数据目录", false, "缺少 QMTL/TZZH/Day250/股票、");
+  facts_.dataProblem = "market.dat 坏了";
+  ExpectIn("数据目录", false, "market.dat 坏了；缺少 QMTL");
 }
 
 TEST_F(HealthTest, AFolderThatIsGone) {
