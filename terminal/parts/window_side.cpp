@@ -111,6 +111,7 @@ int WindowSide::Choose(const QString& title, const QString& text, const QStringL
   dialog.setWindowTitle(title);
   int chosen = kNothingChosen;
   std::vector<NoticeChoice> buttons;
+  buttons.reserve(static_cast<std::size_t>(choices.size()));
   for (int number = 0; number < choices.size(); ++number) {
     buttons.push_back({choices[number], [&dialog, &chosen, number] {
                          chosen = number;

@@ -60,12 +60,13 @@ void PrepareWorkFolder(const QString& folder, const std::function<bool(const QSt
   // A shared folder such as /tmp must not be taken away from others.
   if (status.st_uid != geteuid() || (status.st_mode & S_ISVTX) != 0) Fail(folder, QStringLiteral("它不属于当前用户"));
   if ((status.st_mode & 0777) != 0700) {
-    if (!IsOurs(folder) && !mayClose(folder))
+    if (!IsOurs(folder) && !mayClose(folder)) {
       throw Error(ErrorCategory::Refused,
                   QStringLiteral("目录“%1”里有别的东西，又对其他用户开放，没有把它当作工作目录。要用它，请先执行 "
                                  "chmod 700；或用 --work 指定另一个目录。")
                       .arg(folder)
                       .toStdString());
+    }
     if (chmod(path.constData(), 0700) != 0) Fail(folder, LastReason());
   }
   if (access(path.constData(), R_OK | W_OK | X_OK) != 0) Fail(folder, LastReason());
