@@ -143,6 +143,7 @@ void StartAgain(const Options& options) {
     if (!value.isEmpty()) words.insert(words.end(), {name, value.toUtf8()});
   }
   std::vector<char*> argv;
+  argv.reserve(words.size() + 1);
   for (QByteArray& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
   ::execv("/proc/self/exe", argv.data());
