@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QPainter>
 #include <QPixmap>
+#include <QStyleOption>
 
 namespace holdwise {
 namespace {
@@ -25,6 +26,23 @@ QIcon ExtensionIcon(const QPalette& palette) {
 QIcon TerminalStyle::standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const {
   if (which == SP_ToolBarHorizontalExtensionButton) return ExtensionIcon(QApplication::palette());
   return QProxyStyle::standardIcon(which, option, widget);
+}
+
+void TerminalStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                                  const QWidget* widget) const {
+  QProxyStyle::drawPrimitive(element, option, painter, widget);
+  if (element != PE_IndicatorCheckBox && element != PE_IndicatorRadioButton) return;
+  // Fusion draws their outline in the window's colour made darker, which nobody sees on a dark one.
+  painter->save();
+  painter->setRenderHint(QPainter::Antialiasing);
+  painter->setPen(option->palette.color(QPalette::PlaceholderText));
+  painter->setBrush(Qt::NoBrush);
+  const QRectF outline = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+  if (element == PE_IndicatorCheckBox)
+    painter->drawRoundedRect(outline, 2, 2);
+  else
+    painter->drawEllipse(outline);
+  painter->restore();
 }
 
 }  // namespace holdwise

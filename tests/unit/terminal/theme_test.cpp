@@ -3,8 +3,8 @@
 
 #include <QImage>
 #include <QLabel>
-#include <cmath>
 
+#include "contrast.h"
 #include "theme/theme_pictures.h"
 #include "theme/theme_services.h"
 
@@ -26,20 +26,6 @@ const QStringList kColorKeys{
     "Invest_YJFJ_Gray",    "Invest_YJFJ_ZeroLine", "Invest_HStart_COLOR",   "Invest_HEnd_COLOR",
     "Invest_BStart_COLOR", "Invest_BEnd_COLOR",    "TreeListColor"};
 const QStringList kPictureKeys{"Grid_TitleUpBg", "GridTitle", "Qm_SaveBgPic", "Qm_SaveMovePic"};
-
-// Relative luminance and contrast ratio as WCAG 2.1 defines them.
-double Luminance(const QColor& color) {
-  const auto channel = [](double value) {
-    return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * channel(color.redF()) + 0.7152 * channel(color.greenF()) + 0.0722 * channel(color.blueF());
-}
-
-double Contrast(const QColor& first, const QColor& second) {
-  const double a = Luminance(first);
-  const double b = Luminance(second);
-  return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
-}
 
 class ThemeTest : public testing::TestWithParam<ThemeKind> {
  protected:

@@ -8,19 +8,23 @@
 #include <QListView>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QStyleOption>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
+#include "contrast.h"
 #include "scripted_host.h"
 #include "theme/theme_services.h"
 #include "window/dialogs.h"
 #include "window/main_window.h"
 #include "window/message_boxes.h"
 #include "window/quick_entry.h"
+#include "window/terminal_style.h"
 #include "window/title_frame.h"
 #include "window/work_area.h"
 
@@ -145,6 +149,27 @@ TEST(MessageBoxesTest, AnswersOneForOkAndTwoForCancelOrClosing) {
 }
 
 // --- window ---
+
+// A part of the user interface needs 3 : 1, as WCAG 2.1 has it.
+TEST(TerminalStyleTest, ABoxToTickIsSeenInEitherTheme) {
+  RecordingLog log;
+  TerminalStyle style;
+  for (const ThemeKind kind : {ThemeKind::Dark, ThemeKind::Light}) {
+    const QPalette palette = ThemeServices(kind, log).WindowPalette();
+    for (const QStyle::PrimitiveElement element : {QStyle::PE_IndicatorCheckBox, QStyle::PE_IndicatorRadioButton}) {
+      QImage picture(16, 16, QImage::Format_RGB32);
+      picture.fill(palette.color(QPalette::Window));
+      QStyleOptionButton option;
+      option.rect = picture.rect();
+      option.palette = palette;
+      option.state = QStyle::State_Enabled | QStyle::State_Off;
+      QPainter painter(&picture);
+      style.drawPrimitive(element, &option, &painter, nullptr);
+      EXPECT_GE(Contrast(picture.pixelColor(0, 8), palette.color(QPalette::Window)), 3)
+          << ThemeKindName(kind).toStdString() << ' ' << element;
+    }
+  }
+}
 
 TEST(MainWindowTest, TellsInTheStatusBarWhileTheQuotesAreNotFollowed) {
   RecordingLog log;
