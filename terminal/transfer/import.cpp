@@ -275,9 +275,10 @@ ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& servi
     checked = Check(services, file, &choice);
     if (!checked.problems.empty()) return Refused(std::move(checked.problems));
   }
+  const bool isToSay = !isAsked && (file.shape.isStatement || !file.strangers.empty());
+  if (isToSay && options.tell) options.tell(understood);
   ImportResult result = Write(file.portfolios, services, checked.closes, progress);
-  const bool isWorthSaying = file.shape.isStatement || file.isNameFree || !file.strangers.empty();
-  if (isWorthSaying && !isAsked) result.understood = understood;
+  if (isToSay && !options.tell) result.understood = understood;
   return result;
 }
 

@@ -180,6 +180,28 @@ TEST_F(ImportStatement, APersonSeesItBeforeAnythingIsWrittenAndMayNameIt) {
   EXPECT_EQ(Dump("select COMNAME from alg_commain"), "长线");
 }
 
+TEST_F(ImportStatement, WhatWillBeWrittenIsToldBefore) {
+  ImportOptions options = Named(true);
+  QStringList told;
+  options.tell = [&](const QString& text) {
+    EXPECT_EQ(Everything(), "##");
+    EXPECT_FALSE(temp_.Service().InTransaction());
+    told << text;
+  };
+  const ImportResult result = Import(kMixed, {}, options);
+  EXPECT_EQ(result.holdings, 2);
+  EXPECT_EQ(result.understood, "");
+  ASSERT_EQ(told.size(), 1);
+  EXPECT_TRUE(told[0].contains("组合“我的持仓”：2 只股票，总成本 25125.00 元")) << told[0].toStdString();
+  EXPECT_TRUE(told[0].contains("第 3 行：510300 沪深300ETF（基金）"));
+  options.ask = [](const ImportPreview&) { return std::optional<ImportChoice>(); };
+  EXPECT_TRUE(Import(kMixed, {}, options).cancelled);
+  EXPECT_EQ(told.size(), 1) << "who is asked has seen it";
+  options.ask = nullptr;
+  EXPECT_EQ(Import(kMixed, {}, options).problems.size(), 1U) << "the name is taken by now";
+  EXPECT_EQ(told.size(), 1) << "nothing would be written";
+}
+
 TEST_F(ImportStatement, WhatIsNotAgreedToIsNotWritten) {
   ImportOptions options = Named();
   options.ask = [](const ImportPreview&) { return std::optional<ImportChoice>(); };
