@@ -66,7 +66,7 @@ bool IsHeldStock(const QString& sixDigits, const CodeNumServices& codes) {
 }
 
 QString CodeProblem(const QString& code, const CodeNumServices& codes) {
-  if (const QString problem = CodeFormProblem(code); !problem.isEmpty()) return problem;
+  if (QString problem = CodeFormProblem(code); !problem.isEmpty()) return problem;
   return IsHeldStock(code, codes) ? QString() : QStringLiteral("没有代码为%1的A股股票").arg(code);
 }
 
