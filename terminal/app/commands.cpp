@@ -71,6 +71,7 @@ void Commands::RunFirst() {
   if (!command.HasWork()) return;
   command.address.clear();  // entered already
   command.theme.reset();
+  command.tells = true;
   runner_.Run(command, [this, isBatch = asked.IsBatch()](const HandOverAnswer& answer) {
     if (answer.exitCode == 0) PrintOut(answer.text);
     if (answer.exitCode != 0) PrintError(answer.text);
@@ -132,6 +133,12 @@ HandOverAnswer Commands::ImportFile(const Command& command) {
   ImportOptions options;
   options.name = command.importAs;
   options.skipStrangers = !command.skipUnknown.isEmpty();
+  if (command.tells) {
+    options.tell = [this](const QString& text) {
+      PrintOut(text);
+      parts_.process.Log().WriteLog(text);
+    };
+  }
   if (command.asks) options.ask = [this, file](const ImportPreview& preview) { return AskForImport(file, preview); };
   return AnswerOf(file, ImportPortfoliosFromFile(file, services, progress, options));
 }

@@ -36,24 +36,38 @@ CsvPortfolios Refused(const QString& reason) {
   return refused;
 }
 
-/// The separator with which the first record is the heading of the documents' table.
-std::optional<char> OwnSeparator(std::string_view utf8) {
+/// A first record that is the heading of the documents' table, and what it is as that of a statement.
+struct FoundOwn {
+  OwnHeading own;
+  FoundHeading statement;
+};
+
+std::optional<FoundOwn> FindOwnHeading(std::string_view utf8) {
   for (const char separator : kSeparators) {
     Records records(utf8, separator, nullptr);
-    if (records.Next() && IsOwnHeading(records.Fields())) return separator;
+    if (!records.Next()) continue;
+    const std::optional<OwnHeading> own = ReadOwnHeading(records.Fields());
+    if (!own) continue;
+    const OwnWords words = own->isAlone ? OwnWords::Known : OwnWords::Unknown;
+    return FoundOwn{*own, {separator, records.Line(), ReadStatementHeading(records.Fields(), words)}};
   }
   return std::nullopt;
 }
 
+bool IsStatement(const FoundOwn& found, std::string_view utf8, const CodeNumServices& codes, const QString& freeName) {
+  if (!found.statement.heading.tradeWord.isEmpty()) return true;
+  if (freeName.isEmpty() || found.own.names == OwnNames::OfPortfolios) return false;
+  return found.own.names == OwnNames::None || IsNamedAfterStocks(utf8, found.statement.separator, codes);
+}
+
 CsvPortfolios ReadTable(std::string_view utf8, const CodeNumServices& codes, const QString& freeName) {
-  if (const std::optional<char> separator = OwnSeparator(utf8)) {
-    CsvPortfolios file = ReadOwnTable(utf8, *separator, codes, OwnNames::InColumn, freeName);
-    if (freeName.isEmpty() || !IsNamedAfterStocks(file, codes)) return file;
-    return ReadOwnTable(utf8, *separator, codes, OwnNames::Nowhere, freeName);
+  if (const std::optional<FoundOwn> found = FindOwnHeading(utf8)) {
+    if (IsStatement(*found, utf8, codes, freeName)) return ReadStatement(utf8, found->statement, codes, freeName);
+    return ReadOwnTable(utf8, found->statement.separator, codes);
   }
   if (const std::optional<FoundHeading> found = FindStatementHeading(utf8))
     return ReadStatement(utf8, *found, codes, freeName);
-  return ReadOwnTable(utf8, kSeparators[0], codes, OwnNames::InColumn, freeName);
+  return ReadOwnTable(utf8, kSeparators[0], codes);
 }
 
 }  // namespace

@@ -10,6 +10,8 @@
 #include "holdings/portfolio_rules.h"
 #include "portfolio_collector.h"
 #include "records.h"
+#include "security_names.h"
+#include "statement_cells.h"
 
 namespace holdwise {
 namespace {
@@ -38,6 +40,11 @@ int ColumnOf(const QString& heading) {
   return kHeadings.value(NormalisedHeading(heading), -1);
 }
 
+bool IsNameOfAnything(const QString& heading) {
+  const QString word = NormalisedHeading(heading);
+  return word == QStringLiteral("名称") || word == QStringLiteral("name");
+}
+
 QString QuantityProblem(const QString& quantity) {
   static const QRegularExpression kWhole(QStringLiteral("\\A[1-9][0-9]{0,8}\\z"));
   if (quantity.isEmpty()) return QStringLiteral("数量为空");
@@ -55,8 +62,7 @@ QString PriceProblem(const QString& price) {
 
 class Parser {
  public:
-  Parser(const CodeNumServices& codes, OwnNames names, const QString& freeName)
-      : names_(names), freeName_(freeName), collector_(result_, codes) {}
+  explicit Parser(const CodeNumServices& codes) : collector_(result_, codes) {}
 
   CsvPortfolios Parse(std::string_view utf8, char separator) {
     result_.shape.separator = separator;
@@ -105,9 +111,8 @@ class Parser {
     }
     fieldCount_ = static_cast<std::size_t>(place);
     result_.shape.headingLine = line;
-    result_.isNameFree = names_ == OwnNames::Nowhere || (columns_[kName] < 0 && !freeName_.isEmpty());
     for (std::size_t column = 0; column < kNeeded; ++column) {
-      if (columns_[column] < 0 && !(column == kName && result_.isNameFree)) {
+      if (columns_[column] < 0) {
         Report(line, QStringLiteral("表头缺少“%1”列").arg(QString::fromUtf8(kTitles[column])));
       }
     }
@@ -123,7 +128,6 @@ class Parser {
     for (std::size_t column = 0; column < texts.size(); ++column) {
       if (columns_[column] >= 0) texts[column] = TextOf(fields[static_cast<std::size_t>(columns_[column])]);
     }
-    if (result_.isNameFree) texts[kName] = freeName_;
     const QString reasons[] = {NameProblem(texts[kName]), CodeFormProblem(texts[kCode]),
                                QuantityProblem(texts[kQuantity]), PriceProblem(texts[kPrice])};
     bool good = true;
@@ -142,8 +146,6 @@ class Parser {
   }
 
   CsvPortfolios result_;
-  OwnNames names_;
-  QString freeName_;
   PortfolioCollector collector_;
   std::array<int, kColumns> columns_{};
   std::size_t fieldCount_ = 0;
@@ -163,35 +165,44 @@ bool IsOwnWord(const QString& heading) {
   return ColumnOf(heading) >= 0;
 }
 
-bool IsOwnHeading(const std::vector<std::string_view>& fields) {
+std::optional<OwnHeading> ReadOwnHeading(const std::vector<std::string_view>& fields) {
   std::array<bool, kColumns> isThere{};
-  bool isOwnAlone = true;
+  OwnHeading heading{OwnNames::None, true};
   for (const std::string_view field : fields) {
     const int column = ColumnOf(TextOf(field));
     if (column >= 0) isThere[static_cast<std::size_t>(column)] = true;
-    isOwnAlone = isOwnAlone && column >= 0;
+    if (column == kName)
+      heading.names = IsNameOfAnything(TextOf(field)) ? OwnNames::OfAnything : OwnNames::OfPortfolios;
+    heading.isAlone = heading.isAlone && column >= 0;
   }
-  return isThere[kCode] && isThere[kQuantity] && isThere[kPrice] && (isThere[kName] || isOwnAlone);
+  const bool isOwn = isThere[kCode] && isThere[kQuantity] && isThere[kPrice] && (isThere[kName] || heading.isAlone);
+  return isOwn ? std::optional(heading) : std::nullopt;
 }
 
-CsvPortfolios ReadOwnTable(std::string_view utf8, char separator, const CodeNumServices& codes, OwnNames names,
-                           const QString& freeName) {
-  return Parser(codes, names, freeName).Parse(utf8, separator);
+CsvPortfolios ReadOwnTable(std::string_view utf8, char separator, const CodeNumServices& codes) {
+  return Parser(codes).Parse(utf8, separator);
 }
 
-bool IsNamedAfterStocks(const CsvPortfolios& file, const CodeNumServices& codes) {
-  const auto& used = file.shape.used;
-  const bool mayBeStocks = std::any_of(used.begin(), used.end(), [](const auto& use) {
-    const QString heading = NormalisedHeading(use.first);
-    return heading == QStringLiteral("名称") || heading == QStringLiteral("name");
-  });
-  if (!mayBeStocks) return false;
+bool IsNamedAfterStocks(std::string_view utf8, char separator, const CodeNumServices& codes) {
+  Records records(utf8, separator, nullptr);
+  std::array<std::size_t, kColumns> places{};
+  if (!records.Next()) return false;
+  for (std::size_t place = 0; place < records.Fields().size(); ++place) {
+    const int column = ColumnOf(TextOf(records.Fields()[place]));
+    if (column >= 0) places[static_cast<std::size_t>(column)] = place;
+  }
+  QHash<QString, QString> codeOfName;
   bool any = false;
-  for (const CsvPortfolio& portfolio : file.portfolios) {
-    if (portfolio.rows != 1) return false;
-    if (portfolio.holdings.empty()) continue;
-    if (codes.NameOf(QString::number(portfolio.holdings.front().codeNumber)) != portfolio.name) return false;
-    any = true;
+  while (records.Next()) {
+    const auto& fields = records.Fields();
+    if (fields.size() <= std::max(places[kName], places[kCode])) continue;
+    const std::optional<StatementCode> code = ReadStatementCode(PlainCell(fields[places[kCode]]));
+    const QString name = PlainCell(fields[places[kName]]);
+    if (!code || name.isEmpty()) continue;
+    const auto known = codeOfName.constFind(name);
+    if (known != codeOfName.constEnd() && *known != code->sixDigits) return false;
+    codeOfName.insert(name, code->sixDigits);
+    any = any || IsStocksName(name, codes.NameOf(QLatin1Char('1') + code->sixDigits));
   }
   return any;
 }

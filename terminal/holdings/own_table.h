@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QString>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -11,25 +12,29 @@
 /// row a holding, strictly.
 namespace holdwise {
 
-/// Do the fields name its columns code, quantity and price, and name as well or nothing else?
-[[nodiscard]] bool IsOwnHeading(const std::vector<std::string_view>& fields);
+/// What may stand in its column of names.
+enum class OwnNames {
+  None,        ///< there is no such column
+  OfAnything,  ///< it is called 名称 or name: portfolios or stocks
+  OfPortfolios,
+};
+/// Its heading, as far as it tells what the rows are.
+struct OwnHeading {
+  OwnNames names = OwnNames::None;
+  bool isAlone = false;  ///< there are no other columns
+};
+/// None when the fields do not name its columns code, quantity and price, and name as well or nothing else.
+[[nodiscard]] std::optional<OwnHeading> ReadOwnHeading(const std::vector<std::string_view>& fields);
 /// Is the field the heading of one of its columns?
 [[nodiscard]] bool IsOwnWord(const QString& heading);
 /// A heading without blanks, in small letters and with plain brackets.
 [[nodiscard]] QString NormalisedHeading(const QString& heading);
 
-/// Where the portfolios' names stand.
-enum class OwnNames {
-  InColumn,
-  Nowhere,  ///< all rows are of one portfolio; what stands in a column of names are the securities'
-};
+/// Reads the text, whose portfolios must stand in a column of names.
+[[nodiscard]] CsvPortfolios ReadOwnTable(std::string_view utf8, char separator, const CodeNumServices& codes);
 
-/// Reads the text. `freeName` is that of a portfolio that the text does not name; empty: the column must be there.
-[[nodiscard]] CsvPortfolios ReadOwnTable(std::string_view utf8, char separator, const CodeNumServices& codes,
-                                         OwnNames names, const QString& freeName);
-
-/// Is what looks like portfolios, of a table whose column of names is called just that, one stock each under the
-/// stock's own name?
-[[nodiscard]] bool IsNamedAfterStocks(const CsvPortfolios& file, const CodeNumServices& codes);
+/// Does the column of names hold the stocks' names? It does as soon as one of them is its stock's, unless one of them
+/// stands beside two stocks.
+[[nodiscard]] bool IsNamedAfterStocks(std::string_view utf8, char separator, const CodeNumServices& codes);
 
 }  // namespace holdwise

@@ -66,15 +66,17 @@ bool IsHeldStock(const QString& sixDigits, const CodeNumServices& codes) {
 }
 
 QString CodeProblem(const QString& code, const CodeNumServices& codes) {
-  if (const QString problem = CodeFormProblem(code); !problem.isEmpty()) return problem;
+  if (QString problem = CodeFormProblem(code); !problem.isEmpty()) return problem;
   return IsHeldStock(code, codes) ? QString() : QStringLiteral("没有代码为%1的A股股票").arg(code);
 }
 
-QString KindOfStranger(const QString& sixDigits) {
-  if (IsAShare(sixDigits.toStdString())) return QStringLiteral("行情数据里没有这只股票");
-  const auto* const kind =
-      std::find_if(std::begin(kCodeKinds), std::end(kCodeKinds),
-                   [&sixDigits](const CodeKind& one) { return sixDigits.startsWith(QLatin1String(one.start)); });
+QString KindOfStranger(const QString& digits) {
+  constexpr qsizetype kHongKongDigits = 5;
+  if (digits.size() == kHongKongDigits) return QStringLiteral("港股");
+  if (IsAShare(digits.toStdString())) return QStringLiteral("行情数据里没有这只股票");
+  const auto* const kind = std::find_if(std::begin(kCodeKinds), std::end(kCodeKinds), [&digits](const CodeKind& one) {
+    return digits.startsWith(QLatin1String(one.start));
+  });
   return kind == std::end(kCodeKinds) ? QStringLiteral("不是沪深A股") : QString::fromUtf8(kind->kind);
 }
 

@@ -21,7 +21,8 @@ inline constexpr int kMaxHoldings = 500;
 [[nodiscard]] QString CodeProblem(const QString& code, const CodeNumServices& codes);
 /// Is it six digits of an A-share of the market?
 [[nodiscard]] bool IsHeldStock(const QString& sixDigits, const CodeNumServices& codes);
-/// What six digits are that are no A-share of the market, as far as their beginning tells: 基金, 债券, ...
-[[nodiscard]] QString KindOfStranger(const QString& sixDigits);
+/// What six digits are that are no A-share of the market, as far as their beginning tells: 基金, 债券, ... The five
+/// digits of Hong Kong are 港股.
+[[nodiscard]] QString KindOfStranger(const QString& digits);
 
 }  // namespace holdwise

@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QRegularExpression>
 #include <algorithm>
+#include <utility>
 
 #include "own_table.h"
 #include "records.h"
@@ -62,6 +63,12 @@ constexpr HeadingWord kWords[] = {
     {"买入日期", kDate},       {"创建日期", kDate},
 };
 
+/// Behind all others.
+constexpr HeadingWord kOwnWords[] = {{"价格", kCost}, {"price", kCost}, {"日期", kDate}, {"date", kDate}};
+
+constexpr const char* kTradeWords[] = {"操作",     "买卖",     "买卖标志", "买卖方向", "买卖类别",
+                                       "成交日期", "成交时间", "成交价格", "成交数量"};
+
 constexpr std::array<const char*, kStatementColumns> kTitles = {"组合名称", "代码", "证券名称", "数量",
                                                                 "成本价",   "市场", "买入日期"};
 
@@ -69,6 +76,23 @@ constexpr std::array<const char*, kStatementColumns> kTitles = {"组合名称", 
 QString WordOf(const QString& heading) {
   static const QRegularExpression kUnit(QStringLiteral("[(\\[](股|元|元/股|人民币|人民币元|rmb|cny)[)\\]]$"));
   return NormalisedHeading(heading).remove(kUnit);
+}
+
+bool IsTradeWord(const QString& word) {
+  return std::any_of(std::begin(kTradeWords), std::end(kTradeWords),
+                     [&word](const char* one) { return word == QString::fromUtf8(one); });
+}
+
+using Ranks = QHash<QString, std::pair<std::size_t, HeadingWord>>;
+
+Ranks RanksOf(OwnWords ownWords) {
+  Ranks ranks;
+  for (const HeadingWord& word : kWords)
+    ranks.insert(QString::fromUtf8(word.word), {static_cast<std::size_t>(ranks.size()), word});
+  if (ownWords == OwnWords::Unknown) return ranks;
+  for (const HeadingWord& word : kOwnWords)
+    ranks.insert(QString::fromUtf8(word.word), {static_cast<std::size_t>(ranks.size()), word});
+  return ranks;
 }
 
 }  // namespace
@@ -86,33 +110,35 @@ QStringList WordsOf(StatementColumn column) {
 }
 
 bool StatementHeading::IsWhole() const {
-  return Has(kCode) && Has(kQuantity) && Has(kCost);
+  return Has(kCode) && Has(kQuantity) && Has(kCost) && tradeWord.isEmpty();
 }
 
 int StatementHeading::Count() const {
   return static_cast<int>(std::count_if(places.begin(), places.end(), [](const auto& of) { return !of.empty(); }));
 }
 
-StatementHeading ReadStatementHeading(const std::vector<std::string_view>& fields) {
-  static const QHash<QString, std::size_t> kRanks = [] {
-    QHash<QString, std::size_t> ranks;
-    for (std::size_t rank = 0; rank < std::size(kWords); ++rank)
-      ranks.insert(QString::fromUtf8(kWords[rank].word), rank);
-    return ranks;
-  }();
+StatementHeading ReadStatementHeading(const std::vector<std::string_view>& fields, OwnWords ownWords) {
+  static const Ranks kRanks = RanksOf(OwnWords::Unknown);
+  static const Ranks kRanksWithOwn = RanksOf(OwnWords::Known);
+  const Ranks& ranks = ownWords == OwnWords::Known ? kRanksWithOwn : kRanks;
   StatementHeading heading;
+  auto bestCost = static_cast<std::size_t>(ranks.size());
   for (std::size_t field = 0; field < fields.size(); ++field) {
     const QString text = PlainCell(fields[field]);
     heading.headings.push_back(text);
-    const auto rank = kRanks.constFind(WordOf(text));
-    if (rank == kRanks.constEnd()) continue;
+    if (heading.tradeWord.isEmpty() && IsTradeWord(WordOf(text))) heading.tradeWord = text;
+    const auto found = ranks.constFind(WordOf(text));
+    if (found == ranks.constEnd()) continue;
+    const auto& [rank, word] = *found;
     if (!IsOwnWord(text)) heading.hasStatementWord = true;
-    heading.places[static_cast<std::size_t>(kWords[*rank].column)].push_back({field, *rank});
+    heading.places[static_cast<std::size_t>(word.column)].push_back({field, rank});
+    if (word.column != kCost || rank >= bestCost) continue;
+    bestCost = rank;
+    heading.isCostDoubtful = word.isDoubtful;
   }
   for (auto& places : heading.places) {
     std::stable_sort(places.begin(), places.end(), [](const auto& a, const auto& b) { return a.rank < b.rank; });
   }
-  heading.isCostDoubtful = heading.Has(kCost) && kWords[heading.Of(kCost).front().rank].isDoubtful;
   return heading;
 }
 

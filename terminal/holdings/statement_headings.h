@@ -29,17 +29,23 @@ struct StatementHeading {
   std::vector<QString> headings;                             ///< of all fields, as they stand there
   bool hasStatementWord = false;                             ///< one that the table of the documents has not
   bool isCostDoubtful = false;  ///< the preferred cost is a word that some brokers use for the whole position
+  QString tradeWord;            ///< a heading that only a list of trades or orders has; empty: none
 
   [[nodiscard]] const std::vector<Place>& Of(StatementColumn column) const {
     return places[static_cast<std::size_t>(column)];
   }
   [[nodiscard]] bool Has(StatementColumn column) const { return !Of(column).empty(); }
-  /// Code, quantity and cost are there.
+  /// Code, quantity and cost are there, and nothing of trades.
   [[nodiscard]] bool IsWhole() const;
   /// How many different columns are there.
   [[nodiscard]] int Count() const;
 };
 
-[[nodiscard]] StatementHeading ReadStatementHeading(const std::vector<std::string_view>& fields);
+/// What the words of the documents' table that no broker writes for it mean: 价格 as the cost, 日期 as the day of
+/// purchase.
+enum class OwnWords { Unknown, Known };
+
+[[nodiscard]] StatementHeading ReadStatementHeading(const std::vector<std::string_view>& fields,
+                                                    OwnWords ownWords = OwnWords::Unknown);
 
 }  // namespace holdwise

@@ -7,9 +7,9 @@
 
 #include "holdings/portfolio_rules.h"
 #include "holdwise/packet/text_file.h"
-#include "own_table.h"
 #include "portfolio_collector.h"
 #include "records.h"
+#include "security_names.h"
 #include "statement_cells.h"
 
 namespace holdwise {
@@ -22,20 +22,6 @@ constexpr auto kQuantity = StatementColumn::Quantity;
 constexpr auto kCost = StatementColumn::Cost;
 constexpr auto kMarket = StatementColumn::Market;
 constexpr auto kDate = StatementColumn::Date;
-
-/// A security's name as far as two programs write it alike: full width or not, with blanks or not, with the marks of a
-/// day or a warning or not.
-QString ComparableName(const QString& name) {
-  static const QRegularExpression kBlanks(QStringLiteral("\\s"));
-  static const QRegularExpression kMarks(QStringLiteral("^(XD|XR|DR|N|C)(?=[^A-Z])|[*]?ST|-?[UWV]+$"));
-  return name.normalized(QString::NormalizationForm_KC).toUpper().remove(kBlanks).remove(kMarks);
-}
-
-bool MayBeSame(const QString& one, const QString& other) {
-  const QString left = ComparableName(one);
-  const QString right = ComparableName(other);
-  return left.isEmpty() || right.isEmpty() || left.startsWith(right) || right.startsWith(left);
-}
 
 class StatementReader {
  public:
@@ -52,7 +38,11 @@ class StatementReader {
     Records records(utf8, found.separator, &result_.problems);
     while (records.Next()) {
       if (records.Line() < found.line || records.IsEmpty()) continue;
-      TakeRecord(records);
+      line_ = records.Line();
+      if (line_ == found.line)
+        TakeHeading(found.heading);
+      else
+        TakeRecord(records);
     }
     // What stands above the table is not read.
     std::erase_if(result_.problems, [&](const ImportProblem& one) { return one.line > 0 && one.line < found.line; });
@@ -77,6 +67,12 @@ class StatementReader {
 
   void ReportLacking(const FoundHeading& found) {
     constexpr int kExamples = 3;
+    if (const QString& word = found.heading.tradeWord; !word.isEmpty()) {
+      return AddProblem(result_.problems, found.line,
+                        QStringLiteral("表头有“%1”，看来是成交或委托的记录，不是持仓表：请改用券商软件导出的持仓；"
+                                       "确是持仓时，删去这一列再导入")
+                            .arg(word));
+    }
     for (const StatementColumn column : {kCode, kQuantity, kCost}) {
       if (found.heading.Has(column)) continue;
       AddProblem(result_.problems, found.line,
@@ -86,7 +82,6 @@ class StatementReader {
   }
 
   void TakeRecord(const Records& records) {
-    line_ = records.Line();
     cells_.clear();
     for (const std::string_view field : records.Fields()) cells_.push_back(PlainCell(field));
     const std::optional<StatementCode> code = ReadStatementCode(Cell(kCode));
@@ -175,6 +170,7 @@ class StatementReader {
     const QString quantity = Cell(kQuantity);
     const std::optional<QString> shares = ReadShares(quantity);
     if (shares == QStringLiteral("0")) {
+      CompareQuantities(*shares);
       result_.sold.push_back({line_, ShownText(What(code)), QStringLiteral("数量为%1").arg(ShownText(quantity))});
       return;
     }
@@ -185,6 +181,13 @@ class StatementReader {
       return;
     }
     if (!collector_.IsHeld(code.sixDigits, Cell(kName), line_)) return;
+    const QString known = codes_.NameOf(QLatin1Char('1') + code.sixDigits);
+    if (IsNameOfOther(Cell(kName), known)) {
+      const QString reason =
+          QStringLiteral("名称不是这只股票的，行情数据里%1叫“%2”；确是它时，把名称改成这个").arg(code.sixDigits, known);
+      result_.strangers.push_back({line_, ShownText(What(code)), ShownText(reason)});
+      return;
+    }
     if (!shares) {
       Report(quantity.isEmpty() ? QStringLiteral("数量为空")
                                 : QStringLiteral("数量“%1”不是0到999999999的整数").arg(quantity));
@@ -279,7 +282,7 @@ class StatementReader {
 
   void CompareName(const QString& sixDigits) {
     const QString known = codes_.NameOf(QLatin1Char('1') + sixDigits);
-    if (MayBeSame(Cell(kName), known)) return;
+    if (MayBeSameName(Cell(kName), known)) return;
     result_.remarks << ShownText(QStringLiteral("第 %1 行：%2 在文件里叫“%3”，行情数据里叫“%4”，请核对代码")
                                      .arg(QString::number(line_), sixDigits, Cell(kName), known));
   }
@@ -322,7 +325,8 @@ std::optional<FoundHeading> FindStatementHeading(std::string_view utf8) {
       StatementHeading heading = ReadStatementHeading(records.Fields());
       FoundHeading found{separator, records.Line(), std::move(heading)};
       if (found.heading.IsWhole()) return found;
-      if (!found.heading.hasStatementWord || found.heading.Count() < 2) continue;
+      const bool isStatement = found.heading.hasStatementWord || !found.heading.tradeWord.isEmpty();
+      if (!isStatement || found.heading.Count() < 2) continue;
       if (!best || found.heading.Count() > best->heading.Count()) best = std::move(found);
     }
   }

@@ -19,7 +19,7 @@ struct FoundHeading {
   StatementHeading heading;
 };
 /// The first row that names code, quantity and cost, separated by tabs, commas or semicolons; else the one that names
-/// the most of a statement's columns. None when the text has no word of a statement.
+/// the most of a statement's columns. None when the text has no word of a statement, nor of trades.
 [[nodiscard]] std::optional<FoundHeading> FindStatementHeading(std::string_view utf8);
 
 /// Reads the text from that row on. Rows that are no holdings are named, not read; whatever may be a holding and cannot

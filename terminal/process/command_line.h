@@ -27,6 +27,7 @@ struct Command {
   QString importAs{};     ///< name of the portfolio of an import file that names none; empty: after the file
   QString skipUnknown{};  ///< "1": rows of an import file that are no A-shares are left out
   bool asks = false;      ///< somebody at the window wants to see what an import brings first; never handed over
+  bool tells = false;     ///< its texts go to this process's own output, at once; never handed over
 
   [[nodiscard]] bool IsEmpty() const;
   /// Is there something to carry out beside going to an address?

@@ -185,10 +185,10 @@ void CheckStrangers(const CsvPortfolios& file, bool isSkipped, std::vector<Impor
     if (portfolio.holdings.empty() && isSkipped && problems.empty())
       problems.push_back({portfolio.line, QStringLiteral("组合“%1”没有可以导入的股票").arg(portfolio.name)});
   }
-  if (file.portfolios.empty() && isSkipped && problems.empty())
-    problems.push_back({0, QStringLiteral("文件里没有可以导入的沪深A股")});
-  if (isSkipped || file.strangers.empty()) return;
-  if (file.shape.isStatement) {
+  const bool isNothingLeft = file.portfolios.empty() && isSkipped && problems.empty();
+  if (isNothingLeft) problems.push_back({0, QStringLiteral("文件里没有可以导入的沪深A股")});
+  if ((isSkipped && !isNothingLeft) || file.strangers.empty()) return;
+  if (file.shape.isStatement && !isNothingLeft) {
     problems.push_back(
         {0, QStringLiteral("有%1行不是可以导入的沪深A股：用 --skip-unknown，或在窗口的“文件→导入组合”中同意，"
                            "可以略去它们导入其余的行")
@@ -275,9 +275,10 @@ ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& servi
     checked = Check(services, file, &choice);
     if (!checked.problems.empty()) return Refused(std::move(checked.problems));
   }
+  const bool isToSay = !isAsked && (file.shape.isStatement || !file.strangers.empty());
+  if (isToSay && options.tell) options.tell(understood);
   ImportResult result = Write(file.portfolios, services, checked.closes, progress);
-  const bool isWorthSaying = file.shape.isStatement || file.isNameFree || !file.strangers.empty();
-  if (isWorthSaying && !isAsked) result.understood = understood;
+  if (isToSay && !options.tell) result.understood = understood;
   return result;
 }
 

@@ -22,7 +22,7 @@ struct ImportResult {
   bool cancelled = false;
   std::vector<ImportProblem> problems;  ///< ascending by line
   QStringList warnings;                 ///< stocks without a price
-  QString understood;                   ///< a statement: ImportPreview::text, for who was not asked
+  QString understood;                   ///< a statement: ImportPreview::text, for who was neither asked nor told
 };
 
 /// What an import would write, before anything is written.
@@ -45,6 +45,9 @@ struct ImportOptions {
   /// Asked once, when nothing else keeps the import from happening; none: give it up. May let the event loop run.
   /// Unset: nobody is there to be asked.
   std::function<std::optional<ImportChoice>(const ImportPreview&)> ask;
+  /// Told ImportPreview::text of a statement before anything is written, when nobody is asked. Unset: it stands in the
+  /// result.
+  std::function<void(const QString&)> tell{};
 };
 
 /// What an import works with; all must outlive the call.

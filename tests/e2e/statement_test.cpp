@@ -42,6 +42,8 @@ TEST_F(Statement, IsOnTheScreenWithItsValueAndGain) {
                            "已导入 1 个组合，2 条持仓。"}) {
     EXPECT_TRUE(outcome.out.contains(QString::fromUtf8(said))) << said << '\n' << outcome.out.toStdString();
   }
+  EXPECT_EQ(outcome.out.count("券商持仓表"), 1);
+  EXPECT_LT(outcome.out.indexOf("券商持仓表"), outcome.out.indexOf("已导入"));
   const std::vector<QStringList> portfolios = ReadCsv(bench_.File("out/2001-strngrd.csv"));
   ASSERT_EQ(portfolios.size(), 2U);
   EXPECT_EQ(portfolios[1][0], "我的_持仓");

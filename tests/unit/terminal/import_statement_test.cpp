@@ -136,6 +136,30 @@ TEST_F(ImportStatement, OfTheDocumentsTableTooStrangersAreLeftOutWithConsent) {
   EXPECT_TRUE(result.understood.contains("第 3 行：510300（基金）")) << result.understood.toStdString();
 }
 
+/// Of a column that is called just names.
+TEST_F(ImportStatement, PortfoliosMayBeCalledLikeStocks) {
+  const char* names = "select COMNAME from alg_commain order by ID";
+  const char* forTwo = "名称,代码,数量,价格\n浦发银行,600000,100,8\n浦发银行,600036,100,34\n";
+  ASSERT_EQ(Import(forTwo, {}, Named()).portfolios, 1);
+  EXPECT_EQ(Dump(names), "浦发银行");
+  const char* short1 = "名称,代码,数量,价格\n平安,000001,100,11\n招商,600036,100,34\n";
+  ASSERT_EQ(Import(short1, {}, Named()).portfolios, 2);
+  EXPECT_EQ(Dump(names), "浦发银行\n平安\n招商");
+  const char* calledSo = "组合,代码,数量,价格\n招商银行,600036,100,34\n";
+  ASSERT_EQ(Import(calledSo, {}, Named()).portfolios, 1);
+  EXPECT_EQ(Dump(names), "浦发银行\n平安\n招商\n招商银行");
+}
+
+TEST_F(ImportStatement, ANameOfSomethingElseNeedsConsent) {
+  const QByteArray csv = "证券代码,证券名称,持仓数量,成本价\n000001,华夏成长混合,1000,1.023\n600000,浦发银行,100,8\n";
+  const ImportResult refused = Import(csv, {}, Named(false));
+  ASSERT_EQ(refused.problems.size(), 2U);
+  EXPECT_EQ(refused.problems[1].line, 2);
+  EXPECT_TRUE(refused.problems[1].reason.startsWith("000001 华夏成长混合：名称不是这只股票的"))
+      << refused.problems[1].reason.toStdString();
+  EXPECT_EQ(Everything(), "##");
+}
+
 TEST_F(ImportStatement, APersonSeesItBeforeAnythingIsWrittenAndMayNameIt) {
   ImportOptions options = Named();
   int asked = 0;
@@ -154,6 +178,28 @@ TEST_F(ImportStatement, APersonSeesItBeforeAnythingIsWrittenAndMayNameIt) {
   EXPECT_EQ(result.holdings, 2);
   EXPECT_EQ(result.understood, "");
   EXPECT_EQ(Dump("select COMNAME from alg_commain"), "长线");
+}
+
+TEST_F(ImportStatement, WhatWillBeWrittenIsToldBefore) {
+  ImportOptions options = Named(true);
+  QStringList told;
+  options.tell = [&](const QString& text) {
+    EXPECT_EQ(Everything(), "##");
+    EXPECT_FALSE(temp_.Service().InTransaction());
+    told << text;
+  };
+  const ImportResult result = Import(kMixed, {}, options);
+  EXPECT_EQ(result.holdings, 2);
+  EXPECT_EQ(result.understood, "");
+  ASSERT_EQ(told.size(), 1);
+  EXPECT_TRUE(told[0].contains("组合“我的持仓”：2 只股票，总成本 25125.00 元")) << told[0].toStdString();
+  EXPECT_TRUE(told[0].contains("第 3 行：510300 沪深300ETF（基金）"));
+  options.ask = [](const ImportPreview&) { return std::optional<ImportChoice>(); };
+  EXPECT_TRUE(Import(kMixed, {}, options).cancelled);
+  EXPECT_EQ(told.size(), 1) << "who is asked has seen it";
+  options.ask = nullptr;
+  EXPECT_EQ(Import(kMixed, {}, options).problems.size(), 1U) << "the name is taken by now";
+  EXPECT_EQ(told.size(), 1) << "nothing would be written";
 }
 
 TEST_F(ImportStatement, WhatIsNotAgreedToIsNotWritten) {
