@@ -77,7 +77,7 @@ BarFile AssembleBars(BarLines source, const std::vector<LineFile>& files, std::v
     file.volumes.reserve(source.lines.size());
     for (const BarLine& line : source.lines) file.volumes.push_back(line.volume);
   }
-  file.adjustment = AdjustForward(source.lines, source.basis, rules.factors, file.bars);
+  file.adjustment = AdjustForward(source.lines, source.basis, rules, source.suspendedDates, file.bars);
   if (!std::all_of(file.bars.begin(), file.bars.end(), [](const Bar& bar) { return IsPrice(bar.close); })) {
     throw Error(ErrorCategory::Refused,
                 "复权后的价格超出范围，请核对昨收或复权因子：" + files.front().path.toStdString());

@@ -24,6 +24,8 @@ const char* AdjustmentText(Adjustment adjustment) {
       return "已复权，按价格因子还原到成交价";
     case Adjustment::AdjustedCloses:
       return "按复权收盘价列复权";
+    case Adjustment::LaterFactors:
+      return "的 --factors 晚于行情开始，只复权了一部分";
     case Adjustment::AsTheyStand:
       break;
   }

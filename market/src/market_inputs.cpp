@@ -160,7 +160,10 @@ BarRules MarketInputs::RulesOf(const std::string& code) const {
   if (code.empty()) return rules;
   rules.codeNumber = CodeNumberOfStock(code);
   rules.listDate = byCode_.at(code)->listDate;
-  if (const auto found = factors_.find(rules.codeNumber); found != factors_.end()) rules.factors = &found->second;
+  if (const auto found = factors_.find(rules.codeNumber); found != factors_.end()) {
+    rules.factors = &found->second.steps;
+    rules.factorsFrom = found->second.from;
+  }
   return rules;
 }
 

@@ -52,6 +52,32 @@ TEST(AsTraded, PreviousClosesOfRoundedPricesDoNotAdjust) {
   const BarFile file = ReadText(csv);
   EXPECT_EQ(file.adjustment, Adjustment::AsTheyStand);
   for (const Bar& bar : file.bars) EXPECT_EQ(bar.close, 10);
+  EXPECT_TRUE(file.warnings.empty()) << "rounding";
+}
+
+// Closes adjusted for 1.00 that went off on the ninth, beside the previous closes as traded: in halves before it.
+TEST(AsTraded, AdjustedClosesBesidePreviousClosesAsTradedStayAndAreNamed) {
+  const BarFile file = ReadText(
+      "date,close,pre_close\n2024-01-08,5,10\n2024-01-09,5.1,10\n2024-01-10,5,10.2\n2024-01-11,5.2,5\n"
+      "2024-01-12,5.2,5.2\n2024-01-15,5.3,5.2\n",
+      RulesOf(1600519));
+  EXPECT_EQ(file.adjustment, Adjustment::AsTheyStand);
+  ExpectCloses(file, {5, 5.1, 5, 5.2, 5.2, 5.3});
+  ASSERT_EQ(file.warnings.size(), 1U);
+  EXPECT_EQ(file.warnings[0].reason.toStdString(),
+            "有 2 日昨收与上一收盘不符（2024-01-09 起，相差 100.00%），收盘价像是复权的而昨收不是，没有按昨收复权");
+  // Not on adjacent days, since some previous closes are missing, but upward as no dividend is.
+  const BarFile gaps = ReadText(
+      "date,close,pre_close\n2024-01-08,5,10\n2024-01-09,5,10\n2024-01-10,5,\n2024-01-11,5,10\n2024-01-12,5,\n"
+      "2024-01-15,5,10\n2024-01-16,5,\n",
+      RulesOf(1600519));
+  EXPECT_EQ(gaps.adjustment, Adjustment::AsTheyStand);
+  EXPECT_EQ(gaps.warnings.size(), 1U);
+  const BarFile once =
+      ReadText("date,close,pre_close\n2024-01-08,5,5\n2024-01-09,5,5.1\n2024-01-10,5,5\n", RulesOf(1600519));
+  EXPECT_EQ(once.adjustment, Adjustment::PreviousClose);
+  ASSERT_EQ(once.warnings.size(), 1U);
+  EXPECT_EQ(once.warnings[0].reason.toStdString(), "2024-01-09 昨收高于上一收盘 2.00%");
 }
 
 TEST(AsTraded, FactorsBesideTheCloses) {
@@ -137,6 +163,30 @@ TEST(AsTraded, APreviousCloseOverMissingDaysIsNamed) {
   const BarFile file = ReadText("date,close,pre_close\n2024-01-02,10,\n2024-01-04,10.4,10.2\n", rules);
   ASSERT_EQ(file.warnings.size(), 1U);
   EXPECT_EQ(file.warnings[0].reason.toStdString(), "2024-01-04 之前缺 1 个交易日的行情，昨收高于上一收盘 2.00%");
+  const BarFile fall = ReadText("date,close,pre_close\n2024-01-02,10,\n2024-01-04,9.5,9.6\n", rules);
+  ASSERT_EQ(fall.warnings.size(), 1U);
+  EXPECT_EQ(fall.warnings[0].reason.toStdString(), "2024-01-04 之前缺 1 个交易日的行情，昨收低于上一收盘 4.00%");
+  // A line that says there was no trade is no gap: what is lower then is a dividend.
+  EXPECT_TRUE(
+      ReadText("date,close,pre_close\n2024-01-02,10,\n2024-01-03,,\n2024-01-04,9.5,9.6\n", rules).warnings.empty());
+}
+
+// 0.9 on the fourth by its row; what lies before the first row is not known.
+TEST(AsTraded, FactorsThatBeginAfterTheBarsAreNamed) {
+  const FactorSteps steps = {{20240104, 0.9}};
+  BarRules rules = RulesOf(1600519);
+  rules.factors = &steps;
+  rules.factorsFrom = 20240103;
+  const QByteArray csv = "date,close\n2024-01-02,10\n2024-01-03,10\n2024-01-04,9\n";
+  const BarFile file = ReadText(csv, rules);
+  EXPECT_EQ(file.adjustment, Adjustment::LaterFactors);
+  ExpectCloses(file, {9, 9, 9});
+  ASSERT_EQ(file.warnings.size(), 1U);
+  EXPECT_EQ(file.warnings[0].reason.toStdString(),
+            "复权因子从 2024-01-03 开始，晚于第一根日线 2024-01-02，此前的除权没有复权");
+  rules.factorsFrom = 20240102;
+  EXPECT_EQ(ReadText(csv, rules).adjustment, Adjustment::Factors);
+  EXPECT_TRUE(ReadText(csv, rules).warnings.empty());
 }
 
 }  // namespace

@@ -155,7 +155,11 @@ TEST_F(Sources, FactorsInEveryForm) {
       "code,dividOperateDate,foreAdjustFactor,backAdjustFactor,adjustFactor\nsh.600519,2000-01-01,0.72,9,9\n"
       "sh.600519,2024-01-05,0.8,10,10\nsh.600519,2024-01-09,1,12.5,12.5\n",
       "code,date,qfq_factor\n600519,2024-01-09,1\n600519,2024-01-05,1.25\n600519,1900-01-01,1.3888888888888888\n",
-      "code,date,factor\n600519,2000-01-01,1.8\n600519,2024-01-05,2\n600519,2024-01-09,2.5\n600519,2024-02-09,5\n",
+      "code,date,factor\n600519,2024-01-02,1.8\n600519,2024-01-03,1.8\n600519,2024-01-04,1.8\n600519,2024-01-05,2\n"
+      "600519,2024-01-08,2\n600519,2024-01-09,2.5\n600519,2024-01-10,2.5\n600519,2024-01-11,2.5\n",
+      "code,date,factor\n600519,2024-01-02,0.72\n600519,2024-01-03,0.72\n600519,2024-01-04,0.72\n"
+      "600519,2024-01-05,0.8\n600519,2024-01-08,0.8\n600519,2024-01-09,1\n600519,2024-01-10,1\n",
+      "code,ex_date,event_factor\n600519,2024-01-09,0.8\n600519,2024-01-05,0.9\n600519,2000-01-05,1\n",
   };
   for (const char* form : forms) {
     files_.Write(QStringLiteral("factors.csv"), form);
@@ -174,6 +178,36 @@ TEST_F(Sources, FactorsInEveryForm) {
   EXPECT_NEAR(Table(kMoutai).RealAt(0, 1), 14.4, 1e-12);
   files_.Write(QStringLiteral("factors/600519.csv"), "date,value\n2024-01-04,9\n");
   EXPECT_NE(Run().error.find("表头缺少列“adj_factor”"), std::string::npos) << Run().error;
+}
+
+TEST_F(Sources, FactorsThatCanBeTakenEitherWayAreRefused) {
+  options_.factorsPlace = files_.Path(QStringLiteral("factors.csv"));
+  const char* forms[] = {
+      // Of events by another rule, or cumulative.
+      "code,date,factor\n600519,2024-01-05,1.02\n600519,2024-01-09,1.04\n",
+      "code,date,factor\n600519,2000-01-01,1.8\n600519,2024-01-05,2\n600519,2024-01-09,2.5\n",
+      "code,date,factor\n600519,2023-01-05,0.95\n600519,2023-06-05,0.95\n",
+      // A row a day, of events.
+      "code,date,factor\n600519,2024-01-03,1\n600519,2024-01-04,1\n600519,2024-01-05,0.9\n600519,2024-01-08,1\n"
+      "600519,2024-01-09,1\n600519,2024-01-10,1\n600519,2024-01-11,1\n",
+  };
+  for (const char* form : forms) {
+    files_.Write(QStringLiteral("factors.csv"), form);
+    const std::string error = Run().error;
+    EXPECT_TRUE(error.starts_with("看不出 factor 一列是累计因子还是每次除权一个")) << form << error;
+    EXPECT_NE(error.find("adj_factor"), std::string::npos);
+  }
+  files_.Write(QStringLiteral("factors.csv"), "code,date,ex_factor\n600519,2024-01-05,1.02\n600519,2024-01-09,1.04\n");
+  EXPECT_TRUE(Run().error.starts_with("除权因子应当每次除权一行、小于 1")) << Run().error;
+  // Told for a folder as a whole: the daily rows of one say what the single rows of the other are.
+  const QByteArray daily =
+      "date,factor\n2024-01-02,0.95\n2024-01-03,0.95\n2024-01-04,0.95\n2024-01-05,0.95\n2024-01-08,0.95\n";
+  files_.Write(QStringLiteral("factors/000001.csv"), daily);
+  files_.Write(QStringLiteral("factors/600519.csv"), "date,factor\n2024-01-05,0.9\n2024-01-09,0.99\n");
+  options_.factorsPlace = files_.Path(QStringLiteral("factors"));
+  EXPECT_EQ(Run().error, "");
+  const ResultSet table = Table(kMoutai);
+  EXPECT_NEAR(table.RealAt(0, table.Column("closeprice")), 13.5 * 0.9 / 0.99, 1e-12);
 }
 
 TEST_F(Sources, RatesAndQuotesInTheWordsOfTheirSources) {
