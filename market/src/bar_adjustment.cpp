@@ -104,8 +104,7 @@ QString DayText(const Bar& bar) {
 bool IsFirstDay(std::size_t day, const Bar& bar, int listDate) {
   constexpr std::size_t kFreeDays = 5;
   constexpr int kCalendarDays = 14;
-  if (day >= kFreeDays) return false;
-  return listDate == 0 || DayNumber(bar.date) - DayNumber(listDate) < kCalendarDays;
+  return day < kFreeDays && listDate != 0 && DayNumber(bar.date) - DayNumber(listDate) < kCalendarDays;
 }
 
 bool IsStock(int codeNumber) {

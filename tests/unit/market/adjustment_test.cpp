@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "holdwise/market/bar_reader.h"
+#include "holdwise/packet/error.h"
 #include "market_files.h"
 
 namespace holdwise {
@@ -15,9 +16,9 @@ BarFile ReadText(const QByteArray& csv, const BarRules& rules = {}) {
   return ReadBars(files.Path(QStringLiteral("a.csv")), rules);
 }
 
-void ExpectCloses(const BarFile& file, const std::vector<double>& closes) {
+void ExpectCloses(const BarFile& file, const std::vector<double>& closes, double tolerance = 1e-12) {
   ASSERT_EQ(file.bars.size(), closes.size());
-  for (std::size_t i = 0; i < closes.size(); ++i) EXPECT_NEAR(file.bars[i].close, closes[i], 1e-12) << i;
+  for (std::size_t i = 0; i < closes.size(); ++i) EXPECT_NEAR(file.bars[i].close, closes[i], tolerance) << i;
 }
 
 BarRules RulesOf(int codeNumber, int listDate = 20000101) {
@@ -106,6 +107,54 @@ TEST(AsTraded, StepsOfAnotherFile) {
   const BarFile file = ReadText(csv, rules);
   EXPECT_EQ(file.adjustment, Adjustment::Factors);
   ExpectCloses(file, {10 * 0.9 * 0.5, 9 * 0.5, 8 * 0.5, 4, 5});
+}
+
+TEST(AsTraded, APriceFactorBesidePricesAsTradedIsRefused) {
+  // 15.52 / 5 is no price in cents, nor is 15.37 / 5: these are prices as traded beside a cumulative factor.
+  try {
+    (void)ReadText("date,close,factor\n2024-01-02,15.52,5\n2024-01-03,15.37,5\n2024-01-04,15.11,5.2\n");
+    ADD_FAILURE();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Category(), ErrorCategory::Refused);
+    EXPECT_NE(std::string(error.what()).find("请把列名改为 adj_factor"), std::string::npos) << error.what();
+  }
+  const BarFile file = ReadText("date,close,factor\n2024-01-02,15.52,1\n2024-01-03,15.37,1\n");
+  EXPECT_EQ(file.adjustment, Adjustment::PriceFactors) << "a factor of one leaves them in cents";
+  // 15.52 and 15.37 times 5.0123 in six digits.
+  ExpectCloses(ReadText("date,close,factor\n2024-01-02,77.790896,5.0123\n2024-01-03,77.039051,5.0123\n"),
+               {15.52, 15.37}, 1e-7);
+}
+
+TEST(AsTraded, BarsThatSayTheyAreNotAdjustedNeedAPreviousClose) {
+  const BarFile bare = ReadText("date,close,adjustflag\n2024-01-02,10,3\n2024-01-03,10,3\n", RulesOf(1600519));
+  ASSERT_EQ(bare.warnings.size(), 1U);
+  EXPECT_EQ(bare.warnings[0].reason.toStdString(), "行情不复权（adjustflag 为 3），又没有昨收");
+  EXPECT_TRUE(ReadText("date,close,preclose,adjustflag\n2024-01-02,10,,3\n2024-01-03,10,10,3\n").warnings.empty());
+  EXPECT_TRUE(ReadText("date,close,adjustflag\n2024-01-02,10,2\n2024-01-03,10,2\n").warnings.empty());
+}
+
+TEST(AsTraded, WithoutAListDateTheFirstDaysHaveALimit) {
+  const QByteArray csv = "date,close\n2024-01-02,20\n2024-01-03,10\n";
+  EXPECT_EQ(ReadText(csv, RulesOf(1600519, 0)).warnings.size(), 1U);
+  EXPECT_TRUE(ReadText(csv, RulesOf(1600519, 20240102)).warnings.empty());
+}
+
+TEST(AsTraded, ADayWithoutATradeInEveryWord) {
+  for (const char* word : {"0", "0.0", "False", "false", "停牌"}) {
+    const BarFile file =
+        ReadText(QByteArray("date,close,tradestatus\n2024-01-02,10,1.0\n2024-01-03,10,") + word + "\n");
+    EXPECT_EQ(file.bars.size(), 1U) << word;
+    EXPECT_EQ(file.counts.suspendedDays, 1) << word;
+  }
+}
+
+TEST(AsTraded, AnIndexIsNotAdjustedByItsPreviousClose) {
+  BarRules rules;
+  rules.isIndex = true;
+  const BarFile file = ReadText("date,close,pre_close\n2024-01-02,3000,2990\n2024-01-04,3100,3050\n", rules);
+  EXPECT_EQ(file.adjustment, Adjustment::AsTheyStand);
+  ExpectCloses(file, {3000, 3100});
+  EXPECT_TRUE(file.warnings.empty());
 }
 
 TEST(AsTraded, JumpsBeyondTheLimitOfTheBoardAreNamed) {

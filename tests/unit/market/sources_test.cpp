@@ -253,6 +253,47 @@ TEST_F(Sources, SaysThatBarsLookAsTraded) {
   EXPECT_TRUE(BuildDataFolder(options_).advice.empty());
 }
 
+// The week has six days; what is odd is named with its date.
+TEST_F(Sources, StaleAndBrokenIndicesAndCalendarsAreNamed) {
+  std::string warnings;
+  BuildObserver observer;
+  observer.onWarning = [&](const Rejection& warning) { warnings += warning.reason.toStdString() + "\n"; };
+  const auto run = [&] {
+    warnings.clear();
+    return BuildDataFolder(options_, observer);
+  };
+  EXPECT_TRUE(run().advice.empty());
+  EXPECT_EQ(warnings, "");
+
+  files_.Write(QStringLiteral("indices/399300.csv"), "date,close,pre_close\n2024-01-02,10,10\n2024-01-04,12,11\n");
+  const BuildSummary summary = run();
+  EXPECT_EQ(warnings,
+            "指数 沪深300（399300.csv） 只到 2024-01-04，最后一个交易日是 2024-01-09：请更新\n"
+            "指数 沪深300（399300.csv） 中间缺 1 个交易日，如 2024-01-03\n");
+  EXPECT_EQ(Joined(summary.advice),
+            "指数行情和交易日历有 2 处要核对，如 指数 沪深300（399300.csv） 只到 2024-01-04，最后一个交易日是 "
+            "2024-01-09：请更新\n");
+
+  // All indices end before the bars do.
+  for (const char* name : {"indices/1.csv", "indices/399001.csv", "indices/399300.csv"}) {
+    files_.Write(QString::fromUtf8(name), "date,close\n2024-01-04,12\n2024-01-05,13\n");
+  }
+  (void)run();
+  EXPECT_EQ(warnings, "1 只股票有 2 行晚于最后一个交易日 2024-01-05，不在统计之内：请更新指数行情和交易日历\n");
+  options_.currentDate = 20240105;
+  (void)run();
+  EXPECT_EQ(warnings, "") << "asked for";
+
+  options_.currentDate = 0;
+  files_.WriteMarket(kWeek);
+  files_.Write(QStringLiteral("dates.csv"), "date\n2024-01-02\n2024-01-03\n2024-01-04\n2024-01-05\n");
+  options_.datesFile = files_.Path(QStringLiteral("dates.csv"));
+  (void)run();
+  EXPECT_EQ(warnings,
+            "交易日历只到 2024-01-05，早于当前日期 2024-01-09，此后的行情不在统计之内：请更新交易日历\n"
+            "1 只股票有 2 行晚于最后一个交易日 2024-01-05，不在统计之内：请更新指数行情和交易日历\n");
+}
+
 TEST_F(Sources, ACheckSaysWhatItUnderstandsAndWritesNothing) {
   files_.Write(QStringLiteral("bars/000001.csv"), "date,close\n2024-01-04,9\n2024-01-08,9\n2024-01-09,0\n");
   options_.outFolder.clear();

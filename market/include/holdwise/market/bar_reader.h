@@ -32,6 +32,8 @@ struct BarCounts {
   int missingDays = 0;        ///< trading dates between first and last bar without a line
   int zeroPrices = 0;         ///< lines rejected for a price that is zero or negative
   int longestStandstill = 0;  ///< most bars in a row with one close
+  int laterLines = 0;         ///< lines after the last date: not read
+  int laterDays = 0;          ///< bars after the last of the trading dates
 };
 
 /// What a file of daily bars held.
@@ -57,6 +59,7 @@ using FactorSteps = std::vector<FactorStep>;
 struct BarRules {
   std::span<const int> tradingDates = {};  ///< ascending; empty = no check
   int lastDate = 0;                        ///< lines dated after it are not read; 0 = no limit
+  bool isIndex = false;                    ///< no rights and dividends: a previous close adjusts nothing
   int codeNumber = 0;                      ///< whose bars they are: a code in a line must be its; 0 = not known
   int listDate = 0;                        ///< 0 = not known
   const FactorSteps* factors = nullptr;    ///< for bars that do not say themselves how they are adjusted
