@@ -108,6 +108,7 @@ void MarketInputs::ReadDates() {
 void MarketInputs::CheckIndices(int lastOfCalendar) {
   const auto dayText = [](int date) { return QString::fromStdString(DateText(date)); };
   constexpr int kLongestClosure = 12;  // calendar days: the longest holidays
+  constexpr double kLowestLevel = 50;  // no index of these was ever lower
   int lastBar = 0;
   for (const auto& [number, file] : indices_) lastBar = std::max(lastBar, file.bars.back().date);
   if (lastOfCalendar != 0 &&
@@ -118,6 +119,13 @@ void MarketInputs::CheckIndices(int lastOfCalendar) {
   for (const auto& [number, file] : indices_) {
     const std::vector<Bar>& bars = file.bars;
     const QString name = QString::fromUtf8(IndexName(number));
+    const auto lowest =
+        std::min_element(bars.begin(), bars.end(), [](const Bar& a, const Bar& b) { return a.close < b.close; });
+    if (lowest->close < kLowestLevel) {
+      Warn(options_.indicesFolder,
+           QStringLiteral("指数 %1 在 %2 只有 %3 点，不像指数的点位（是不是同号股票的价格？）：请核对")
+               .arg(name, dayText(lowest->date), FormatFixed(lowest->close, 2)));
+    }
     if (bars.back().date < window_.endDate) {
       Warn(options_.indicesFolder, QStringLiteral("指数 %1 只到 %2，最后一个交易日是 %3：请更新")
                                        .arg(name, dayText(bars.back().date), dayText(window_.endDate)));

@@ -239,6 +239,7 @@ TEST_F(Sources, AFileOfItsOwnComesBeforeATable) {
 }
 
 TEST_F(Sources, SaysThatBarsLookAsTraded) {
+  files_.WriteMarket(kIndexWeek);
   files_.Write(QStringLiteral("bars/600519.csv"),
                "date,close,change\n2024-01-05,20,1\n2024-01-08,15,-1\n2024-01-09,14.5,-0.5\n");
   std::string warnings;
@@ -262,10 +263,12 @@ TEST_F(Sources, StaleAndBrokenIndicesAndCalendarsAreNamed) {
     warnings.clear();
     return BuildDataFolder(options_, observer);
   };
+  files_.WriteMarket(kIndexWeek);
   EXPECT_TRUE(run().advice.empty());
   EXPECT_EQ(warnings, "");
 
-  files_.Write(QStringLiteral("indices/399300.csv"), "date,close,pre_close\n2024-01-02,10,10\n2024-01-04,12,11\n");
+  files_.Write(QStringLiteral("indices/399300.csv"),
+               "date,close,pre_close\n2024-01-02,1000,1000\n2024-01-04,1200,1100\n");
   const BuildSummary summary = run();
   EXPECT_EQ(warnings,
             "指数 沪深300（399300.csv） 只到 2024-01-04，最后一个交易日是 2024-01-09：请更新\n"
@@ -276,7 +279,7 @@ TEST_F(Sources, StaleAndBrokenIndicesAndCalendarsAreNamed) {
 
   // All indices end before the bars do.
   for (const char* name : {"indices/1.csv", "indices/399001.csv", "indices/399300.csv"}) {
-    files_.Write(QString::fromUtf8(name), "date,close\n2024-01-04,12\n2024-01-05,13\n");
+    files_.Write(QString::fromUtf8(name), "date,close\n2024-01-04,1200\n2024-01-05,1300\n");
   }
   (void)run();
   EXPECT_EQ(warnings, "1 只股票有 2 行晚于最后一个交易日 2024-01-05，不在统计之内：请更新指数行情和交易日历\n");
@@ -285,13 +288,24 @@ TEST_F(Sources, StaleAndBrokenIndicesAndCalendarsAreNamed) {
   EXPECT_EQ(warnings, "") << "asked for";
 
   options_.currentDate = 0;
-  files_.WriteMarket(kWeek);
+  files_.WriteMarket(kIndexWeek);
   files_.Write(QStringLiteral("dates.csv"), "date\n2024-01-02\n2024-01-03\n2024-01-04\n2024-01-05\n");
   options_.datesFile = files_.Path(QStringLiteral("dates.csv"));
   (void)run();
   EXPECT_EQ(warnings,
             "交易日历只到 2024-01-05，早于当前日期 2024-01-09，此后的行情不在统计之内：请更新交易日历\n"
             "1 只股票有 2 行晚于最后一个交易日 2024-01-05，不在统计之内：请更新指数行情和交易日历\n");
+}
+
+TEST_F(Sources, AnIndexThatIsNoneIsNamed) {
+  files_.WriteMarket(kIndexWeek);
+  files_.Write(QStringLiteral("indices/1.csv"), "date,close\n2024-01-08,10.2\n2024-01-09,10.1\n");
+  std::string warnings;
+  BuildObserver observer;
+  observer.onWarning = [&](const Rejection& warning) { warnings += warning.reason.toStdString() + "\n"; };
+  EXPECT_EQ(BuildDataFolder(options_, observer).advice.size(), 1U);
+  EXPECT_EQ(warnings,
+            "指数 上证指数（1.csv） 在 2024-01-09 只有 10.10 点，不像指数的点位（是不是同号股票的价格？）：请核对\n");
 }
 
 TEST_F(Sources, ACheckSaysWhatItUnderstandsAndWritesNothing) {
