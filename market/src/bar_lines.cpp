@@ -78,7 +78,7 @@ bool BarLineReader::HasVolumes() const {
 
 bool BarLineReader::SaysAsTraded() const {
   const std::string_view flag = table_.Field(kBarAdjustFlag);
-  return flag == "3" || flag == "3.0";
+  return !rules_.isIndex && (flag == "3" || flag == "3.0");
 }
 
 BarLineReader::Use BarLineReader::Read(BarLine& line) {

@@ -151,7 +151,8 @@ TEST(AsTraded, ADayWithoutATradeInEveryWord) {
 TEST(AsTraded, AnIndexIsNotAdjustedByItsPreviousClose) {
   BarRules rules;
   rules.isIndex = true;
-  const BarFile file = ReadText("date,close,pre_close\n2024-01-02,3000,2990\n2024-01-04,3100,3050\n", rules);
+  const BarFile file =
+      ReadText("date,close,pre_close,adjustflag\n2024-01-02,3000,2990,3\n2024-01-04,3100,3050,3\n", rules);
   EXPECT_EQ(file.adjustment, Adjustment::AsTheyStand);
   ExpectCloses(file, {3000, 3100});
   EXPECT_TRUE(file.warnings.empty());
