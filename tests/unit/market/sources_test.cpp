@@ -182,14 +182,15 @@ TEST_F(Sources, FactorsInEveryForm) {
 
 TEST_F(Sources, FactorsThatCanBeTakenEitherWayAreRefused) {
   options_.factorsPlace = files_.Path(QStringLiteral("factors.csv"));
-  const char* forms[] = {
+  const char* const eventsOfEveryDay =
+      "code,date,factor\n600519,2024-01-03,1\n600519,2024-01-04,1\n600519,2024-01-05,0.9\n600519,2024-01-08,1\n"
+      "600519,2024-01-09,1\n600519,2024-01-10,1\n600519,2024-01-11,1\n";
+  const char* const forms[] = {
       // Of events by another rule, or cumulative.
       "code,date,factor\n600519,2024-01-05,1.02\n600519,2024-01-09,1.04\n",
       "code,date,factor\n600519,2000-01-01,1.8\n600519,2024-01-05,2\n600519,2024-01-09,2.5\n",
       "code,date,factor\n600519,2023-01-05,0.95\n600519,2023-06-05,0.95\n",
-      // A row a day, of events.
-      "code,date,factor\n600519,2024-01-03,1\n600519,2024-01-04,1\n600519,2024-01-05,0.9\n600519,2024-01-08,1\n"
-      "600519,2024-01-09,1\n600519,2024-01-10,1\n600519,2024-01-11,1\n",
+      eventsOfEveryDay,
   };
   for (const char* form : forms) {
     files_.Write(QStringLiteral("factors.csv"), form);
