@@ -75,7 +75,8 @@ void CheckFactors(const QString& path, std::string_view input) {
   std::vector<std::pair<QString, QString>> understood;
   try {
     const FactorTable factors = ReadFactors(path, rejections, understood);
-    for (const auto& [number, steps] : factors) {
+    for (const auto& [number, ofOne] : factors) {
+      const FactorSteps& steps = ofOne.steps;
       const auto isBehind = [](const FactorStep& a, const FactorStep& b) { return a.date >= b.date; };
       Require(std::adjacent_find(steps.begin(), steps.end(), isBehind) == steps.end(), "steps ascend, one a date");
       for (const FactorStep& step : steps) Require(step.ratio >= 0, "a ratio is not negative");

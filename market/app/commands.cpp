@@ -122,14 +122,14 @@ void BuildOnce(const BuildCommand& command, const BuildOptions& options, const B
 // The folder stays as it is while something is wrong with the files.
 void FollowInputs(InputWatch& watch, const BuildCommand& command, const BuildOptions& options,
                   const BuildObserver& observer) {
-  while (watch.WaitForChange()) {
+  do {
     try {
       BuildOnce(command, options, observer);
     } catch (const Error& error) {
       std::fprintf(stderr, "错误：%s\n数据目录没有改动，文件再有变化时重新生成\n", error.what());
     }
     std::fflush(stdout);
-  }
+  } while (watch.WaitForChange());
 }
 
 }  // namespace
@@ -153,8 +153,6 @@ int RunBuild(const BuildCommand& command) {
   InputWatch watch({options.barsFolder, options.indicesFolder, options.securitiesFile, options.industriesFile,
                     options.factorsPlace, options.datesFile, options.ratesFile, options.quotesFile,
                     options.estimatesFile});
-  BuildOnce(command, options, observer);
-  std::fflush(stdout);
   FollowInputs(watch, command, options, observer);
   return 0;
 }

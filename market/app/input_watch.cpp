@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <chrono>
+#include <cstdio>
 #include <thread>
 
 namespace holdwise {
@@ -22,6 +23,13 @@ void AskToEnd(int) {
   isAskedToEnd = 1;
 }
 
+bool EndsWithLine(const QString& path) {
+  QFile file(path);
+  char last = 0;
+  return file.open(QIODevice::ReadOnly) && file.size() > 0 && file.seek(file.size() - 1) && file.getChar(&last) &&
+         (last == '\n' || last == '\r');
+}
+
 }  // namespace
 
 InputWatch::InputWatch(const std::vector<QString>& places) {
@@ -32,34 +40,52 @@ InputWatch::InputWatch(const std::vector<QString>& places) {
   action.sa_handler = AskToEnd;
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
-  known_ = Look();
+  known_ = Look({});
 }
 
 bool InputWatch::WaitForChange() {
   Files last = known_;
+  QString said;
   auto lastChange = std::chrono::steady_clock::now();
   while (isAskedToEnd == 0) {
     std::this_thread::sleep_for(kBetweenLooks);
-    Files now = Look();
+    Files now = Look(last);
     if (now != last) {
       last = std::move(now);
       lastChange = std::chrono::steady_clock::now();
     } else if (last != known_ && std::chrono::steady_clock::now() - lastChange >= kStandsStill) {
-      known_ = std::move(last);
-      return true;
+      if (const QString path = Unfinished(last); path.isEmpty()) {
+        known_ = std::move(last);
+        return true;
+      } else if (path != said) {
+        std::fprintf(stderr, "%s 的最后一行没有换行，像是还没写完，等它写完\n", path.toUtf8().constData());
+        said = path;
+      }
     }
   }
   return false;
 }
 
-InputWatch::Files InputWatch::Look() const {
+QString InputWatch::Unfinished(const Files& now) const {
+  for (const auto& [path, file] : now) {
+    if (file.endsWithLine) continue;
+    const auto before = known_.find(path);
+    if (before == known_.end() || before->second.endsWithLine) return path;
+  }
+  return {};
+}
+
+InputWatch::Files InputWatch::Look(const Files& last) const {
   Files files;
-  const auto add = [&files](const QString& path) {
+  const auto add = [&files, &last](const QString& path) {
     struct stat status = {};
     if (::stat(QFile::encodeName(path).constData(), &status) != 0) return;
     constexpr std::int64_t kNanoseconds = 1'000'000'000;
-    files.emplace(path,
-                  File{status.st_ino, status.st_size, status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec});
+    File file{status.st_ino, status.st_size, status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec, false};
+    const auto before = last.find(path);
+    file.endsWithLine = before != last.end() && before->second.endsWithLine;
+    if (before == last.end() || file != before->second) file.endsWithLine = EndsWithLine(path);
+    files.emplace(path, file);
   };
   for (const QString& place : places_) {
     if (!QFileInfo(place).isDir()) {

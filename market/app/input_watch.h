@@ -14,7 +14,8 @@ class InputWatch {
   /// Knows the files as they stand now. Empty places are left out.
   explicit InputWatch(const std::vector<QString>& places);
   /// Waits until something differs from what was known and has not changed for a second more, and knows that then;
-  /// false when the process has been asked to end.
+  /// false when the process has been asked to end. A new file, or one that ended with a line break before, is being
+  /// written until it does: said on standard error once and waited for.
   [[nodiscard]] bool WaitForChange();
 
  private:
@@ -22,11 +23,15 @@ class InputWatch {
     std::uint64_t number;  // a file put in place by a rename is another one
     std::int64_t bytes;
     std::int64_t changedAt;  // nanoseconds
+    bool endsWithLine;
     bool operator==(const File&) const = default;
   };
   using Files = std::map<QString, File>;
 
-  [[nodiscard]] Files Look() const;
+  /// @param last what was seen before: what has not changed is not opened
+  [[nodiscard]] Files Look(const Files& last) const;
+  /// A changed file of which the last line is not there yet; empty when there is none.
+  [[nodiscard]] QString Unfinished(const Files& now) const;
 
   std::vector<QString> places_;
   Files known_;

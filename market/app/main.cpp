@@ -79,7 +79,7 @@ void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
       ->required();
   AddText(build, "--industries", command.industries, "行业 CSV：code、industry，补证券表里没有的行业");
   AddText(build, "--factors", command.factors,
-          "复权因子 CSV 或目录：date 和 adj_factor（累计）或 factor（每次除权一个），用于不复权又没有昨收的行情");
+          "复权因子 CSV 或目录：date 和 adj_factor（累计）或 event_factor（每次除权一个），用于不复权又没有昨收的行情");
   AddText(build, "--dates", command.dates, "交易日 CSV：date，如有 is_open 则只取开市的日子（默认：指数日线的日期）");
   AddText(build, "--rates", command.rates,
           "存款利率 CSV：date、one_year 及其他期限，年利率百分数（默认：2015-10-24 起一年期 1.50）");

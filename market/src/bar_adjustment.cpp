@@ -14,15 +14,61 @@ namespace {
 // Of the days with a previous close that is not the close before: more than this part is rounding, not dividends.
 constexpr std::size_t kMostStepsOf = 5;
 constexpr std::size_t kFewSteps = 5;
+constexpr double kHalfCent = 0.005;
+constexpr double kRounding = 0.02;  // adjusted prices are rounded to cents, on both days
 
 bool HasStep(std::span<const BarLine> lines, std::size_t day) {
   return !std::isnan(lines[day].basis) && lines[day].basis != lines[day - 1].close;
 }
 
-bool ByPreviousClose(std::span<const BarLine> lines, std::vector<Bar>& bars) {
-  std::size_t steps = 0;
-  for (std::size_t day = 1; day < lines.size(); ++day) steps += HasStep(lines, day) ? 1 : 0;
-  if (steps > kFewSteps && steps * kMostStepsOf > lines.size()) return false;
+bool IsUpward(std::span<const BarLine> lines, std::size_t day) {
+  return lines[day].basis > lines[day - 1].close + kHalfCent;
+}
+
+// Trading dates between a bar and the one before for which there is not even a line.
+std::ptrdiff_t DaysMissing(std::span<const BarLine> lines, std::size_t day, std::span<const int> tradingDates,
+                           std::span<const std::uint32_t> suspendedDates) {
+  const auto from = static_cast<int>(lines[day - 1].date);
+  const auto to = static_cast<int>(lines[day].date);
+  const auto first = std::upper_bound(tradingDates.begin(), tradingDates.end(), from);
+  const auto suspended = std::count_if(suspendedDates.begin(), suspendedDates.end(), [from, to](std::uint32_t date) {
+    return static_cast<int>(date) > from && static_cast<int>(date) < to;
+  });
+  return std::lower_bound(first, tradingDates.end(), to) - first - suspended;
+}
+
+/// What the previous closes say, apart from those that bridge days without a line.
+struct Steps {
+  std::size_t all = 0;  // with those
+  std::size_t upward = 0;
+  bool areAdjacent = false;
+  std::size_t large = 0;  // beyond rounding
+  std::size_t firstLarge = 0;
+};
+
+Steps StepsOf(std::span<const BarLine> lines, const BarRules& rules, std::span<const std::uint32_t> suspendedDates) {
+  Steps steps;
+  std::size_t before = 0;
+  for (std::size_t day = 1; day < lines.size(); ++day) {
+    if (!HasStep(lines, day)) continue;
+    ++steps.all;
+    if (DaysMissing(lines, day, rules.tradingDates, suspendedDates) > 0) continue;
+    if (before != 0 && before + 1 == day) steps.areAdjacent = true;
+    before = day;
+    if (IsUpward(lines, day)) ++steps.upward;
+    if (std::fabs(lines[day].basis - lines[day - 1].close) <= kRounding) continue;
+    if (steps.large++ == 0) steps.firstLarge = day;
+  }
+  return steps;
+}
+
+// Rights and dividends go off on single days, and downward.
+bool AreAdjustedAlready(const Steps& steps, std::size_t days) {
+  constexpr std::size_t kMostUpward = 2;
+  return steps.areAdjacent || steps.upward > kMostUpward || (steps.all > kFewSteps && steps.all * kMostStepsOf > days);
+}
+
+void ByPreviousClose(std::span<const BarLine> lines, std::vector<Bar>& bars) {
   double factor = 1;
   for (std::size_t day = lines.size() - 1; day > 0; --day) {
     const bool hasStep = HasStep(lines, day);
@@ -30,7 +76,6 @@ bool ByPreviousClose(std::span<const BarLine> lines, std::vector<Bar>& bars) {
     bars[day - 1].close = before * factor;
     if (hasStep) factor *= before / lines[day - 1].close;
   }
-  return true;
 }
 
 void BySteps(const FactorSteps& steps, std::vector<Bar>& bars) {
@@ -44,8 +89,7 @@ void BySteps(const FactorSteps& steps, std::vector<Bar>& bars) {
 }
 
 double Tolerance(double price) {
-  constexpr double kCents = 0.02;  // adjusted prices are rounded, on both days
-  return kCents / price;
+  return kRounding / price;
 }
 
 QString Percent(double fraction) {
@@ -60,8 +104,7 @@ QString DayText(const Bar& bar) {
 bool IsFirstDay(std::size_t day, const Bar& bar, int listDate) {
   constexpr std::size_t kFreeDays = 5;
   constexpr int kCalendarDays = 14;
-  if (day >= kFreeDays) return false;
-  return listDate == 0 || DayNumber(bar.date) - DayNumber(listDate) < kCalendarDays;
+  return day < kFreeDays && listDate != 0 && DayNumber(bar.date) - DayNumber(listDate) < kCalendarDays;
 }
 
 bool IsStock(int codeNumber) {
@@ -70,8 +113,8 @@ bool IsStock(int codeNumber) {
 
 }  // namespace
 
-Adjustment AdjustForward(std::span<const BarLine> lines, BarBasis basis, const FactorSteps* factors,
-                         std::vector<Bar>& bars) {
+Adjustment AdjustForward(std::span<const BarLine> lines, BarBasis basis, const BarRules& rules,
+                         std::span<const std::uint32_t> suspendedDates, std::vector<Bar>& bars) {
   if (lines.empty()) return Adjustment::AsTheyStand;
   const BarLine& last = lines.back();
   const auto scale = [&](auto closeOf) {
@@ -88,28 +131,19 @@ Adjustment AdjustForward(std::span<const BarLine> lines, BarBasis basis, const F
       scale([&](const BarLine& line) { return line.close * (line.basis / last.basis); });
       return Adjustment::OwnFactors;
     case BarBasis::PreviousClose:
-      return ByPreviousClose(lines, bars) ? Adjustment::PreviousClose : Adjustment::AsTheyStand;
+      if (AreAdjustedAlready(StepsOf(lines, rules, suspendedDates), lines.size())) return Adjustment::AsTheyStand;
+      ByPreviousClose(lines, bars);
+      return Adjustment::PreviousClose;
     case BarBasis::None:
     case BarBasis::Change:
       break;
   }
-  if (factors == nullptr) return Adjustment::AsTheyStand;
-  BySteps(*factors, bars);
-  return Adjustment::Factors;
+  if (rules.factors == nullptr) return Adjustment::AsTheyStand;
+  BySteps(*rules.factors, bars);
+  return rules.factorsFrom > bars.front().date ? Adjustment::LaterFactors : Adjustment::Factors;
 }
 
 namespace {
-
-/// Trading dates between two bars for which there is not even a line.
-std::ptrdiff_t DaysMissing(int from, int to, std::span<const int> tradingDates,
-                           std::span<const std::uint32_t> suspendedDates) {
-  const auto between = [from, to](const auto& dates) {
-    return std::count_if(dates.begin(), dates.end(), [from, to](auto date) {
-      return static_cast<int>(date) > from && static_cast<int>(date) < to;
-    });
-  };
-  return between(tradingDates) - between(suspendedDates);
-}
 
 std::optional<QString> JumpOn(std::size_t day, std::span<const Bar> bars, std::span<const BarLine> lines,
                               const BarRules& rules) {
@@ -128,26 +162,56 @@ std::optional<QString> ContradictionOn(std::size_t day, std::span<const BarLine>
   return QStringLiteral("%1 涨跌额与收盘价不符，相差 %2").arg(DayText(bar), Percent(reference / before - 1));
 }
 
+// The return over days without a line is not known; a reference above the close before is no dividend's.
+std::optional<QString> BridgeOn(std::size_t day, std::span<const BarLine> lines, const Bar& bar, const BarRules& rules,
+                                std::span<const std::uint32_t> suspendedDates) {
+  if (!HasStep(lines, day)) return std::nullopt;
+  const double difference = lines[day].basis / lines[day - 1].close - 1;
+  const auto missing = DaysMissing(lines, day, rules.tradingDates, suspendedDates);
+  if (missing <= 0 && !IsUpward(lines, day)) return std::nullopt;
+  const QString gap = missing > 0 ? QStringLiteral(" 之前缺 %1 个交易日的行情，").arg(missing) : QStringLiteral(" ");
+  return QStringLiteral("%1%2昨收%3于上一收盘 %4")
+      .arg(DayText(bar), gap, difference > 0 ? QStringLiteral("高") : QStringLiteral("低"),
+           Percent(std::fabs(difference)));
+}
+
+std::optional<QString> DoubtOn(std::size_t day, std::span<const Bar> bars, std::span<const BarLine> lines,
+                               BarBasis basis, Adjustment adjustment, const BarRules& rules,
+                               std::span<const std::uint32_t> suspendedDates) {
+  std::optional<QString> doubt = JumpOn(day, bars, lines, rules);
+  if (doubt) return doubt;
+  if (adjustment == Adjustment::PreviousClose) return BridgeOn(day, lines, bars[day], rules, suspendedDates);
+  if (basis == BarBasis::Change && adjustment == Adjustment::AsTheyStand) return ContradictionOn(day, lines, bars[day]);
+  return std::nullopt;
+}
+
+// Of the bars as a whole.
+std::optional<QString> DoubtAboutAll(std::span<const Bar> bars, std::span<const BarLine> lines, BarBasis basis,
+                                     Adjustment adjustment, const BarRules& rules,
+                                     std::span<const std::uint32_t> suspendedDates) {
+  if (adjustment == Adjustment::LaterFactors) {
+    return QStringLiteral("复权因子从 %1 开始，晚于第一根日线 %2，此前的除权没有复权")
+        .arg(QString::fromStdString(DateText(rules.factorsFrom)), DayText(bars.front()));
+  }
+  if (basis != BarBasis::PreviousClose || adjustment != Adjustment::AsTheyStand) return std::nullopt;
+  const Steps steps = StepsOf(lines, rules, suspendedDates);
+  if (steps.large == 0) return std::nullopt;
+  const std::size_t day = steps.firstLarge;
+  return QStringLiteral("有 %1 日昨收与上一收盘不符（%2 起，相差 %3），收盘价像是复权的而昨收不是，没有按昨收复权")
+      .arg(steps.large)
+      .arg(DayText(bars[day]), Percent(lines[day].basis / lines[day - 1].close - 1));
+}
+
 }  // namespace
 
 std::vector<QString> DoubtsAbout(std::span<const Bar> bars, std::span<const BarLine> lines, BarBasis basis,
                                  Adjustment adjustment, const BarRules& rules,
                                  std::span<const std::uint32_t> suspendedDates) {
   std::vector<QString> doubts;
+  if (bars.empty()) return doubts;
+  if (const auto doubt = DoubtAboutAll(bars, lines, basis, adjustment, rules, suspendedDates)) doubts.push_back(*doubt);
   for (std::size_t day = 1; day < bars.size(); ++day) {
-    std::optional<QString> doubt = JumpOn(day, bars, lines, rules);
-    if (!doubt && basis == BarBasis::Change && adjustment == Adjustment::AsTheyStand) {
-      doubt = ContradictionOn(day, lines, bars[day]);
-    }
-    if (!doubt && adjustment == Adjustment::PreviousClose && HasStep(lines, day)) {
-      const auto missing = DaysMissing(bars[day - 1].date, bars[day].date, rules.tradingDates, suspendedDates);
-      if (missing > 0 && lines[day].basis > lines[day - 1].close) {
-        doubt = QStringLiteral("%1 之前缺 %2 个交易日的行情，昨收高于上一收盘 %3")
-                    .arg(DayText(bars[day]))
-                    .arg(missing)
-                    .arg(Percent(lines[day].basis / lines[day - 1].close - 1));
-      }
-    }
+    const auto doubt = DoubtOn(day, bars, lines, basis, adjustment, rules, suspendedDates);
     if (doubt) doubts.push_back(*doubt);
   }
   return doubts;

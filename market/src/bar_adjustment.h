@@ -9,11 +9,12 @@
 namespace holdwise {
 
 /// Forward-adjusts `bars`, which hold the closes of `lines` (ascending by date, one each).
-Adjustment AdjustForward(std::span<const BarLine> lines, BarBasis basis, const FactorSteps* factors,
-                         std::vector<Bar>& bars);
+Adjustment AdjustForward(std::span<const BarLine> lines, BarBasis basis, const BarRules& rules,
+                         std::span<const std::uint32_t> suspendedDates, std::vector<Bar>& bars);
 
 /// What is doubtful about adjusted bars: moves beyond the board's limit, changes that contradict the closes, previous
-/// closes that bridge days without a bar. Chinese texts, with date and size.
+/// closes that bridge days without a bar or are above the close before, bars left as they stand against what their
+/// previous closes say. Chinese texts, with date and size.
 [[nodiscard]] std::vector<QString> DoubtsAbout(std::span<const Bar> bars, std::span<const BarLine> lines,
                                                BarBasis basis, Adjustment adjustment, const BarRules& rules,
                                                std::span<const std::uint32_t> suspendedDates);

@@ -50,6 +50,10 @@ bool SaysYes(std::string_view text) {
   return text == "1" || text == "1.0" || text == "True" || text == "true" || text == "是";
 }
 
+bool SaysNo(std::string_view text) {
+  return text == "0" || text == "0.0" || text == "False" || text == "false" || text == "否";
+}
+
 bool IsTradingDate(std::span<const int> tradingDates, int date) {
   if (tradingDates.empty() || date < tradingDates.front() || date > tradingDates.back()) return true;
   return std::binary_search(tradingDates.begin(), tradingDates.end(), date);
@@ -64,10 +68,17 @@ int CodeNumberIn(std::string_view text, bool isIndex) {
 }  // namespace
 
 BarLineReader::BarLineReader(CsvTable& table, const BarRules& rules)
-    : table_(table), rules_(rules), basis_(BasisOf(table)) {}
+    : table_(table), rules_(rules), basis_(BasisOf(table)) {
+  if (rules_.isIndex && basis_ == BarBasis::PreviousClose) basis_ = BarBasis::None;
+}
 
 bool BarLineReader::HasVolumes() const {
   return table_.Has(kBarVolume);
+}
+
+bool BarLineReader::SaysAsTraded() const {
+  const std::string_view flag = table_.Field(kBarAdjustFlag);
+  return !rules_.isIndex && (flag == "3" || flag == "3.0");
 }
 
 BarLineReader::Use BarLineReader::Read(BarLine& line) {
@@ -80,7 +91,7 @@ BarLineReader::Use BarLineReader::Read(BarLine& line) {
     return Use::Rejected;
   }
   if (rules_.lastDate != 0 && *date > rules_.lastDate) return Use::Later;
-  if (table_.Field(kBarAdjustFlag) == "1") {
+  if (const std::string_view flag = table_.Field(kBarAdjustFlag); flag == "1" || flag == "1.0") {
     throw Error(ErrorCategory::Refused,
                 "后复权行情（adjustflag 为 1）的价格不是成交价，请导出不复权（3）或前复权（2）的：" +
                     table_.Path().toStdString());
@@ -102,7 +113,7 @@ BarLineReader::Use BarLineReader::Read(BarLine& line) {
 
 bool BarLineReader::IsNoTrade() const {
   const std::string_view trades = table_.Field(kBarTrades);
-  return trades == "0" || trades == "停牌" || SaysYes(table_.Field(kBarPaused)) || SaysNothing();
+  return SaysNo(trades) || trades == "停牌" || SaysYes(table_.Field(kBarPaused)) || SaysNothing();
 }
 
 // A line that has no price at all and no volume is that of a day without a trade.
@@ -182,6 +193,24 @@ std::optional<QString> BarLineReader::CheckDay(int date) const {
   if (rules_.codeNumber == 0 || code.empty()) return std::nullopt;
   if (CodeNumberIn(code, IsIndexNumber(rules_.codeNumber)) == rules_.codeNumber) return std::nullopt;
   return QStringLiteral("代码“%1”与文件名不符").arg(Text(code));
+}
+
+void BarLines::Add(const BarLine& line, BarLineReader::Use use, const BarLineReader& reader) {
+  switch (use) {
+    case BarLineReader::Use::Bar:
+      lines.push_back(line);
+      sayAsTraded = sayAsTraded || reader.SaysAsTraded();
+      break;
+    case BarLineReader::Use::NoTrade:
+      suspendedDates.push_back(line.date);
+      break;
+    case BarLineReader::Use::Later:
+      ++laterLines;
+      break;
+    case BarLineReader::Use::Rejected:
+      if (reader.WasZeroPrice()) ++zeroPrices;
+      break;
+  }
 }
 
 }  // namespace holdwise

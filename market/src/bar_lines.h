@@ -28,15 +28,6 @@ struct LineFile {
   std::uint32_t linesBefore = 0;
 };
 
-/// The lines of one security.
-struct BarLines {
-  std::vector<BarLine> lines;
-  std::vector<std::uint32_t> suspendedDates;
-  BarBasis basis = BarBasis::None;
-  bool hasVolumes = false;
-  int zeroPrices = 0;
-};
-
 /// Reads the lines of a table of bars. Not thread-safe.
 class BarLineReader {
  public:
@@ -48,6 +39,8 @@ class BarLineReader {
   /// The table's current line; what is rejected is recorded with the table. A backward-adjusted one: Error(Refused).
   Use Read(BarLine& line);
   [[nodiscard]] bool WasZeroPrice() const { return wasZeroPrice_; }
+  /// Whether the line just read says that its prices are not adjusted.
+  [[nodiscard]] bool SaysAsTraded() const;
 
  private:
   [[nodiscard]] bool IsNoTrade() const;
@@ -61,6 +54,19 @@ class BarLineReader {
   BarRules rules_;
   BarBasis basis_;
   bool wasZeroPrice_ = false;
+};
+
+/// The lines of one security.
+struct BarLines {
+  std::vector<BarLine> lines;
+  std::vector<std::uint32_t> suspendedDates;
+  BarBasis basis = BarBasis::None;
+  bool hasVolumes = false;
+  int zeroPrices = 0;
+  int laterLines = 0;
+  bool sayAsTraded = false;
+  /// Keeps what a line that has been read says.
+  void Add(const BarLine& line, BarLineReader::Use use, const BarLineReader& reader);
 };
 
 /// One security's bars of its lines in any order; what is rejected here goes with those in `rejections`, by lines.

@@ -2,6 +2,7 @@
 #include "holdwise/market/bar_reader.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "bar_adjustment.h"
 #include "bar_lines.h"
@@ -50,6 +51,25 @@ int LongestStandstill(const std::vector<Bar>& bars) {
   return longest;
 }
 
+int DaysAfter(const std::vector<Bar>& bars, std::span<const int> tradingDates) {
+  if (tradingDates.empty()) return 0;
+  return static_cast<int>(std::count_if(bars.begin(), bars.end(),
+                                        [last = tradingDates.back()](const Bar& bar) { return bar.date > last; }));
+}
+
+// Closes of whole cents that are none when they are divided: the factor is that of prices as traded.
+bool LooksAsTraded(std::span<const BarLine> lines) {
+  constexpr std::size_t kOneOf = 4;  // some quotients are whole cents by chance
+  const auto isWholeCents = [](double price) {
+    const double cents = price * 100;
+    return std::fabs(cents - std::round(cents)) <= 1e-3 + cents * 1e-6;
+  };
+  const auto isWhole = [&](const BarLine& line) { return isWholeCents(line.close); };
+  const auto isBroken = [&](const BarLine& line) { return !isWholeCents(line.close / line.basis); };
+  const auto broken = static_cast<std::size_t>(std::count_if(lines.begin(), lines.end(), isBroken));
+  return broken * kOneOf > lines.size() && std::all_of(lines.begin(), lines.end(), isWhole);
+}
+
 int MissingDays(const std::vector<Bar>& bars, const std::vector<std::uint32_t>& suspendedDates,
                 std::span<const int> tradingDates) {
   if (bars.empty()) return 0;
@@ -71,24 +91,36 @@ BarFile AssembleBars(BarLines source, const std::vector<LineFile>& files, std::v
   BarFile file;
   file.rejections = std::move(rejections);
   SortAndRejectRepeated(source.lines, files, file);
+  if (source.basis == BarBasis::PriceFactor && LooksAsTraded(source.lines)) {
+    throw Error(ErrorCategory::Refused,
+                "factor 一列应当使“价格 / factor”是成交价，而收盘价本身像成交价：是累计复权因子的，请把列名改为 "
+                "adj_factor；价格是复权的，请多写几位小数：" +
+                    files.front().path.toStdString());
+  }
   file.bars.reserve(source.lines.size());
   for (const BarLine& line : source.lines) file.bars.push_back({static_cast<int>(line.date), line.close});
   if (source.hasVolumes) {
     file.volumes.reserve(source.lines.size());
     for (const BarLine& line : source.lines) file.volumes.push_back(line.volume);
   }
-  file.adjustment = AdjustForward(source.lines, source.basis, rules.factors, file.bars);
+  file.adjustment = AdjustForward(source.lines, source.basis, rules, source.suspendedDates, file.bars);
   if (!std::all_of(file.bars.begin(), file.bars.end(), [](const Bar& bar) { return IsPrice(bar.close); })) {
     throw Error(ErrorCategory::Refused,
                 "复权后的价格超出范围，请核对昨收或复权因子：" + files.front().path.toStdString());
+  }
+  if (source.sayAsTraded && file.adjustment == Adjustment::AsTheyStand && source.basis != BarBasis::PreviousClose) {
+    file.warnings.push_back({files.front().path, 0, QStringLiteral("行情不复权（adjustflag 为 3），又没有昨收")});
   }
   for (const QString& doubt :
        DoubtsAbout(file.bars, source.lines, source.basis, file.adjustment, rules, source.suspendedDates)) {
     file.warnings.push_back({files.front().path, 0, doubt});
   }
   file.counts = {static_cast<int>(source.suspendedDates.size()),
-                 MissingDays(file.bars, source.suspendedDates, rules.tradingDates), source.zeroPrices,
-                 LongestStandstill(file.bars)};
+                 MissingDays(file.bars, source.suspendedDates, rules.tradingDates),
+                 source.zeroPrices,
+                 LongestStandstill(file.bars),
+                 source.laterLines,
+                 DaysAfter(file.bars, rules.tradingDates)};
   return file;
 }
 
@@ -101,9 +133,7 @@ BarFile ReadBars(const QString& path, const BarRules& rules) {
   while (table.Next()) {
     BarLine line{};
     const BarLineReader::Use use = reader.Read(line);
-    if (use == BarLineReader::Use::Bar) lines.lines.push_back(line);
-    if (use == BarLineReader::Use::NoTrade) lines.suspendedDates.push_back(line.date);
-    if (use == BarLineReader::Use::Rejected && reader.WasZeroPrice()) ++lines.zeroPrices;
+    lines.Add(line, use, reader);
   }
   BarFile file = AssembleBars(std::move(lines), {{path, 0}}, table.TakeRejections(), rules);
   file.understood = table.Understood();

@@ -26,7 +26,7 @@ QString Text(std::string_view utf8) {
 }
 
 FactorColumn ColumnOf(const CsvTable& table, const QString& path) {
-  for (const FactorColumn column : {kCumulative, kForward, kDivisor, kOfEvent}) {
+  for (const FactorColumn column : {kCumulative, kForward, kDivisor, kOfEvent, kFactor}) {
     if (table.Has(column)) return column;
   }
   throw Error(ErrorCategory::Refused, "表头缺少列“adj_factor”：" + path.toStdString());
@@ -57,20 +57,57 @@ Factors ReadTable(CsvTable& table, FactorColumn column, int numberOfFile) {
   return factors;
 }
 
-FactorKind KindOf(FactorColumn column, const Factors& factors) {
-  if (column == kDivisor) return FactorKind::Divisor;
-  if (column != kOfEvent) return FactorKind::Cumulative;
-  // Prices fall when rights or dividends go off: a factor of 1 or more is that of a series.
-  const bool isSeries = std::any_of(factors.begin(), factors.end(), [](const auto& ofOne) {
-    return std::any_of(ofOne.second.begin(), ofOne.second.end(),
-                       [](const DatedFactor& dated) { return dated.factor >= 1; });
-  });
-  return isSeries ? FactorKind::Cumulative : FactorKind::OfEvent;
+/// How the values of all files that do not say it themselves look.
+class FactorLook {
+ public:
+  /// @param factors of one stock, ascending
+  void Add(const std::vector<DatedFactor>& factors);
+  /// A row a day, which repeats the value until something goes off.
+  [[nodiscard]] bool IsDaily() const { return repeatedSoon_ * 2 > pairs_; }
+  [[nodiscard]] bool CanBeCumulative() const { return IsDaily() && !returns_; }
+  /// Prices fall when rights or dividends go off.
+  [[nodiscard]] bool CanBeOfEvents() const { return !IsDaily() && highest_ <= 1; }
+  [[nodiscard]] bool MustBeOfEvents() const { return CanBeOfEvents() && highest_ < 1 && repeated_ * 2 <= pairs_; }
+
+ private:
+  std::size_t pairs_ = 0;
+  std::size_t repeated_ = 0;
+  std::size_t repeatedSoon_ = 0;
+  bool returns_ = false;  // to the value before a single other one: events in a row a day
+  double highest_ = 0;
+};
+
+void FactorLook::Add(const std::vector<DatedFactor>& factors) {
+  constexpr int kSoon = 12;  // days: over the longest holidays
+  for (std::size_t i = 0; i < factors.size(); ++i) {
+    highest_ = std::max(highest_, factors[i].factor);
+    if (i == 0) continue;
+    ++pairs_;
+    if (factors[i].factor == factors[i - 1].factor) {
+      ++repeated_;
+      if (DayNumber(factors[i].date) - DayNumber(factors[i - 1].date) <= kSoon) ++repeatedSoon_;
+    } else if (i > 1 && factors[i].factor == factors[i - 2].factor) {
+      returns_ = true;
+    }
+  }
 }
 
-FactorSteps StepsOf(std::vector<DatedFactor> factors, FactorKind kind) {
-  std::stable_sort(factors.begin(), factors.end(),
-                   [](const DatedFactor& a, const DatedFactor& b) { return a.date < b.date; });
+FactorKind KindOf(FactorColumn column, const FactorLook& look, const QString& path) {
+  if (column == kDivisor) return FactorKind::Divisor;
+  if (column == kCumulative || column == kForward) return FactorKind::Cumulative;
+  if (column == kFactor ? look.MustBeOfEvents() : look.CanBeOfEvents()) return FactorKind::OfEvent;
+  if (column == kFactor && look.CanBeCumulative()) return FactorKind::Cumulative;
+  throw Error(ErrorCategory::Refused,
+              column == kFactor
+                  ? "看不出 factor 一列是累计因子还是每次除权一个：是累计因子的，请把列名改为 adj_factor；"
+                    "每次除权一个、都小于 1 的，请改为 event_factor：" +
+                        path.toStdString()
+                  : "除权因子应当每次除权一行、小于 1（之前的价格乘以它）：是累计因子的，请把列名改为 "
+                    "adj_factor；大于 1 的请换成它的倒数：" +
+                        path.toStdString());
+}
+
+FactorSteps StepsOf(const std::vector<DatedFactor>& factors, FactorKind kind) {
   FactorSteps steps;
   double before = 0;
   for (const DatedFactor& dated : factors) {
@@ -101,27 +138,53 @@ QString KindText(FactorKind kind) {
   return QStringLiteral("每次除权一个，之前的价格乘以它");
 }
 
+struct FactorFile {
+  QString path;
+  QString understood;
+  FactorColumn column = kFactor;
+  Factors factors;
+};
+
+// With the code number of the file's name, or 0: then there must be a column of codes.
+FactorFile ReadFile(const QString& path, int number, std::vector<Rejection>& rejections) {
+  CsvTable table(path, FactorColumns());
+  if (number == 0 && !table.Has(kFactorCode)) {
+    throw Error(ErrorCategory::Refused, "表头缺少列“code”：" + path.toStdString());
+  }
+  FactorFile file{path, {}, ColumnOf(table, path), {}};
+  file.factors = ReadTable(table, file.column, number);
+  for (auto& [code, factors] : file.factors) {
+    std::stable_sort(factors.begin(), factors.end(),
+                     [](const DatedFactor& a, const DatedFactor& b) { return a.date < b.date; });
+  }
+  std::vector<Rejection> more = table.TakeRejections();
+  std::move(more.begin(), more.end(), std::back_inserter(rejections));
+  file.understood = table.Understood();
+  return file;
+}
+
 }  // namespace
 
 FactorTable ReadFactors(const QString& place, std::vector<Rejection>& rejections,
                         std::vector<std::pair<QString, QString>>& understood) {
   const BarSources sources = QFileInfo(place).isDir() ? ListStockFiles(place, rejections) : BarSources{{}, {place}};
+  std::vector<FactorFile> files;
+  for (const StockFile& file : sources.stocks) {
+    files.push_back(ReadFile(file.path, CodeNumberOfStock(file.code), rejections));
+  }
+  for (const QString& path : sources.tables) files.push_back(ReadFile(path, 0, rejections));
+  std::map<FactorColumn, FactorLook> looks;
+  for (const FactorFile& file : files) {
+    for (const auto& [code, factors] : file.factors) looks[file.column].Add(factors);
+  }
   FactorTable all;
-  const auto read = [&](const QString& path, int number) {
-    CsvTable table(path, FactorColumns());
-    if (number == 0 && !table.Has(kFactorCode)) {
-      throw Error(ErrorCategory::Refused, "表头缺少列“code”：" + path.toStdString());
+  for (const FactorFile& file : files) {
+    const FactorKind kind = KindOf(file.column, looks[file.column], file.path);
+    for (const auto& [code, factors] : file.factors) {
+      all[code] = {StepsOf(factors, kind), kind == FactorKind::OfEvent ? 0 : factors.front().date};
     }
-    const FactorColumn column = ColumnOf(table, path);
-    Factors factors = ReadTable(table, column, number);
-    const FactorKind kind = KindOf(column, factors);
-    for (auto& [code, ofOne] : factors) all[code] = StepsOf(std::move(ofOne), kind);
-    std::vector<Rejection> more = table.TakeRejections();
-    std::move(more.begin(), more.end(), std::back_inserter(rejections));
-    understood.emplace_back(path, table.Understood() + QStringLiteral("（") + KindText(kind) + QStringLiteral("）"));
-  };
-  for (const StockFile& file : sources.stocks) read(file.path, CodeNumberOfStock(file.code));
-  for (const QString& path : sources.tables) read(path, 0);
+    understood.emplace_back(file.path, file.understood + QStringLiteral("（") + KindText(kind) + QStringLiteral("）"));
+  }
   if (all.empty()) throw Error(ErrorCategory::Refused, "没有可用的复权因子：" + place.toStdString());
   return all;
 }

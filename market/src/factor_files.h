@@ -8,19 +8,27 @@
 
 namespace holdwise {
 
-/// Factors of stocks, by code number.
-using FactorTable = std::map<int, FactorSteps>;
+/// Of one stock, as BarRules has them.
+struct StockFactors {
+  FactorSteps steps;
+  int from = 0;  ///< of cumulative factors the first date, before which nothing is known; 0 = all events are there
+};
+/// By code number.
+using FactorTable = std::map<int, StockFactors>;
 
 /// Reads factors by which bars as traded are adjusted: one file with a code in every line, or a folder of files named
 /// after their codes. How a column counts is told by its heading:
 ///   adj_factor, 复权因子, 后复权因子, hfq_factor, backAdjustFactor, foreAdjustFactor, 前复权因子
 ///                      cumulative, in force from its date until the next one; prices times factor compare
 ///   qfq_factor         cumulative; prices divided by it compare
-///   factor, 除权因子, event_factor, ex_factor
-///                      of an event: prices before its date, times factor, compare with those from it on. A column
-///                      "factor" with a value of 1 or more anywhere in the file is cumulative.
-/// Several cumulative columns: the first of the list. Errors of a file as a whole: see CsvTable; no such column, or
-/// nothing usable: Error(Refused).
+///   除权因子, event_factor, ex_factor
+///                      of an event: prices before its date, times factor, compare with those from it on
+///   factor             told by the values of all files together: cumulative when most rows repeat the one of a few
+///   days
+///                      before (a row a day), of an event when there are single rows and all are below 1
+/// Several columns: the first of the list. Error(Refused) when a factor of an event is above 1 or stands in a row a
+/// day, when the values of `factor` tell neither, when there is no such column, or nothing usable. Errors of a file as
+/// a whole: see CsvTable.
 /// @param understood receives file and columns, with how they were taken
 [[nodiscard]] FactorTable ReadFactors(const QString& place, std::vector<Rejection>& rejections,
                                       std::vector<std::pair<QString, QString>>& understood);

@@ -144,7 +144,7 @@ std::span<const CsvColumn> EstimateColumns() {
 }
 
 std::span<const CsvColumn> FactorColumns() {
-  static const std::array<CsvColumn, kOfEvent + 1> columns{{
+  static const std::array<CsvColumn, kFactor + 1> columns{{
       Code(false),
       {"日期",
        {"date", "日期", "交易日期", "trade_date", "ex_date", "除权日", "除权除息日", "dividoperatedate", "datetime"},
@@ -156,7 +156,8 @@ std::span<const CsvColumn> FactorColumns() {
        AreSameNumber},
       {"前复权因子（乘）", {"foreadjustfactor", "前复权因子"}, false, AreSameNumber},
       {"前复权因子（除）", {"qfq_factor"}, false, AreSameNumber},
-      {"除权因子", {"factor", "除权因子", "event_factor", "ex_factor"}, false, AreSameNumber},
+      {"除权因子", {"除权因子", "event_factor", "ex_factor"}, false, AreSameNumber},
+      {"因子", {"factor"}, false, AreSameNumber},
   }};
   return columns;
 }

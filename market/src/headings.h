@@ -55,7 +55,7 @@ enum QuoteColumn : std::size_t { kQuoteCode, kQuotePrice, kQuotePreviousClose };
 enum EstimateColumn : std::size_t { kEstimateCode, kEstimatePrice };
 [[nodiscard]] std::span<const CsvColumn> EstimateColumns();
 
-enum FactorColumn : std::size_t { kFactorCode, kFactorDate, kCumulative, kForward, kDivisor, kOfEvent };
+enum FactorColumn : std::size_t { kFactorCode, kFactorDate, kCumulative, kForward, kDivisor, kOfEvent, kFactor };
 [[nodiscard]] std::span<const CsvColumn> FactorColumns();
 
 }  // namespace holdwise

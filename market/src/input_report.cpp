@@ -24,6 +24,8 @@ const char* AdjustmentText(Adjustment adjustment) {
       return "已复权，按价格因子还原到成交价";
     case Adjustment::AdjustedCloses:
       return "按复权收盘价列复权";
+    case Adjustment::LaterFactors:
+      return "的 --factors 晚于行情开始，只复权了一部分";
     case Adjustment::AsTheyStand:
       break;
   }
@@ -77,6 +79,10 @@ void InputReport::AddStock(const StockFile& stock, const BarFile& file, int last
   if (!file.warnings.empty()) doubted_.Add(code + u' ' + file.warnings.front().reason);
 }
 
+void InputReport::AddDoubt(const QString& doubt) {
+  if (oddReferences_++ == 0) oddReference_ = doubt;
+}
+
 std::vector<QString> InputReport::Understood(std::span<const int> tradingDates) const {
   std::vector<QString> lines;
   for (const Files& files : files_) {
@@ -110,12 +116,17 @@ std::vector<QString> InputReport::Brief() const {
 }
 
 std::vector<QString> InputReport::Advice() const {
-  if (doubts_ == 0) return {};
-  return {QStringLiteral("行情像是未复权的：%1 只股票 %2 处，如 %3。请用前复权的行情、带昨收一列的行情，或用 --factors "
-                         "给出复权因子")
-              .arg(doubted_.count)
-              .arg(doubts_)
-              .arg(doubted_.example)};
+  std::vector<QString> lines;
+  if (oddReferences_ > 0) {
+    lines.push_back(QStringLiteral("指数行情和交易日历有 %1 处要核对，如 %2").arg(oddReferences_).arg(oddReference_));
+  }
+  if (doubts_ == 0) return lines;
+  lines.push_back(QStringLiteral("行情像是未复权的：%1 只股票 %2 处，如 %3。请用前复权的行情、带昨收一列的行情，或用 "
+                                 "--factors 给出复权因子")
+                      .arg(doubted_.count)
+                      .arg(doubts_)
+                      .arg(doubted_.example));
+  return lines;
 }
 
 }  // namespace holdwise

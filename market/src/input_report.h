@@ -17,6 +17,9 @@ class InputReport {
   /// @param lastDate the market's last trading date
   void AddStock(const StockFile& stock, const BarFile& file, int lastDate);
 
+  /// What is odd about indices or dates.
+  void AddDoubt(const QString& doubt);
+
   /// Chinese lines: files with their columns, then what the bars are like.
   [[nodiscard]] std::vector<QString> Understood(std::span<const int> tradingDates) const;
   /// The part of it that matters after every build: how bars were adjusted, what is missing.
@@ -50,6 +53,8 @@ class InputReport {
   Some still_;
   Some doubted_;
   std::int64_t doubts_ = 0;
+  int oddReferences_ = 0;
+  QString oddReference_;
 };
 
 }  // namespace holdwise

@@ -28,9 +28,7 @@ void LongBars::Read(const QString& path) {
     BarLine line{};
     const BarLineReader::Use use = reader.Read(line);
     line.line += linesBefore_;
-    if (use == BarLineReader::Use::Bar) lines->lines.push_back(line);
-    if (use == BarLineReader::Use::NoTrade) lines->suspendedDates.push_back(line.date);
-    if (use == BarLineReader::Use::Rejected && reader.WasZeroPrice()) ++lines->zeroPrices;
+    lines->Add(line, use, reader);
   }
   if (table.Line() > std::numeric_limits<std::uint32_t>::max() - linesBefore_) {
     throw Error(ErrorCategory::Refused, "行数过多：" + path.toStdString());

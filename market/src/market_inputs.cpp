@@ -46,6 +46,7 @@ void MarketInputs::ReadIndices() {
   summary_.currentDate = options_.currentDate;
   const IndexSources sources = ListIndexFiles(options_.indicesFolder);
   BarRules rules;
+  rules.isIndex = true;
   rules.lastDate = options_.currentDate;
   for (const auto& [number, path] : sources.files) {
     rules.codeNumber = number;
@@ -75,10 +76,12 @@ void MarketInputs::TakeIndex(int number, BarFile file, const QString& path) {
     throw Error(ErrorCategory::Refused, until + "指数行情没有可用的行：" + path.toStdString());
   }
   if (!file.understood.isEmpty()) report_.AddFile(path, file.understood);
+  for (const Rejection& warning : file.warnings) Warn(path, warning.reason);
   indices_.emplace(number, std::move(file));
 }
 
 void MarketInputs::ReadDates() {
+  int lastOfCalendar = 0;
   if (options_.datesFile.isEmpty()) {
     std::set<int> dates;
     for (const auto& [number, file] : indices_) {
@@ -91,6 +94,7 @@ void MarketInputs::ReadDates() {
     tradingDates_ = ReadTradingDates(options_.datesFile, rejections, &understood);
     report_.AddFile(options_.datesFile, understood);
     Report(rejections);
+    if (!tradingDates_.empty()) lastOfCalendar = tradingDates_.back();
     std::erase_if(tradingDates_, [this](int date) { return date > summary_.currentDate; });
   }
   if (tradingDates_.empty()) {
@@ -98,6 +102,45 @@ void MarketInputs::ReadDates() {
   }
   const auto count = std::min<std::size_t>(static_cast<std::size_t>(options_.days), tradingDates_.size());
   window_ = {tradingDates_[tradingDates_.size() - count], tradingDates_.back()};
+  CheckIndices(lastOfCalendar);
+}
+
+void MarketInputs::CheckIndices(int lastOfCalendar) {
+  const auto dayText = [](int date) { return QString::fromStdString(DateText(date)); };
+  constexpr int kLongestClosure = 12;  // calendar days: the longest holidays
+  constexpr double kLowestLevel = 50;  // no index of these was ever lower
+  int lastBar = 0;
+  for (const auto& [number, file] : indices_) lastBar = std::max(lastBar, file.bars.back().date);
+  if (lastOfCalendar != 0 &&
+      (lastOfCalendar < lastBar || DayNumber(summary_.currentDate) - DayNumber(lastOfCalendar) > kLongestClosure)) {
+    Warn(options_.datesFile, QStringLiteral("交易日历只到 %1，早于当前日期 %2，此后的行情不在统计之内：请更新交易日历")
+                                 .arg(dayText(lastOfCalendar), dayText(summary_.currentDate)));
+  }
+  for (const auto& [number, file] : indices_) {
+    const std::vector<Bar>& bars = file.bars;
+    const QString name = QString::fromUtf8(IndexName(number));
+    const auto lowest =
+        std::min_element(bars.begin(), bars.end(), [](const Bar& a, const Bar& b) { return a.close < b.close; });
+    if (lowest->close < kLowestLevel) {
+      Warn(options_.indicesFolder,
+           QStringLiteral("指数 %1 在 %2 只有 %3 点，不像指数的点位（是不是同号股票的价格？）：请核对")
+               .arg(name, dayText(lowest->date), FormatFixed(lowest->close, 2)));
+    }
+    if (bars.back().date < window_.endDate) {
+      Warn(options_.indicesFolder, QStringLiteral("指数 %1 只到 %2，最后一个交易日是 %3：请更新")
+                                       .arg(name, dayText(bars.back().date), dayText(window_.endDate)));
+    }
+    const auto isMissing = [&](int date) {
+      return date > bars.front().date && date < bars.back().date &&
+             !std::binary_search(bars.begin(), bars.end(), Bar{date, 0},
+                                 [](const Bar& a, const Bar& b) { return a.date < b.date; });
+    };
+    const auto missing = std::count_if(tradingDates_.begin(), tradingDates_.end(), isMissing);
+    if (missing == 0) continue;
+    const int first = *std::find_if(tradingDates_.begin(), tradingDates_.end(), isMissing);
+    Warn(options_.indicesFolder,
+         QStringLiteral("指数 %1 中间缺 %2 个交易日，如 %3").arg(name).arg(missing).arg(dayText(first)));
+  }
 }
 
 void MarketInputs::ReadSecurityMaster() {
@@ -160,7 +203,10 @@ BarRules MarketInputs::RulesOf(const std::string& code) const {
   if (code.empty()) return rules;
   rules.codeNumber = CodeNumberOfStock(code);
   rules.listDate = byCode_.at(code)->listDate;
-  if (const auto found = factors_.find(rules.codeNumber); found != factors_.end()) rules.factors = &found->second;
+  if (const auto found = factors_.find(rules.codeNumber); found != factors_.end()) {
+    rules.factors = &found->second.steps;
+    rules.factorsFrom = found->second.from;
+  }
   return rules;
 }
 
@@ -205,6 +251,11 @@ void MarketInputs::Report(std::size_t place, const StockBars& bars) {
   if (Security* security = byCode_.at(stock.code); security->listDate == 0) {
     security->listDate = bars.file.bars.front().date;
   }
+  const BarCounts& counts = bars.file.counts;
+  // A current date that was asked for leaves out what is later.
+  const int later = counts.laterDays + (options_.currentDate == 0 ? counts.laterLines : 0);
+  laterDays_ += later;
+  if (later > 0) ++laterStocks_;
   report_.AddStock(stock, bars.file, window_.endDate);
 }
 
@@ -221,9 +272,21 @@ std::unordered_map<int, QuoteRow> MarketInputs::ReadQuotesFile() {
 }
 
 void MarketInputs::Finish() {
+  if (laterStocks_ > 0) {
+    Warn(options_.barsFolder,
+         QStringLiteral("%1 只股票有 %2 行晚于最后一个交易日 %3，不在统计之内：请更新指数行情和交易日历")
+             .arg(laterStocks_)
+             .arg(laterDays_)
+             .arg(QString::fromStdString(DateText(window_.endDate))));
+  }
   summary_.understood = report_.Understood(tradingDates_);
   summary_.brief = report_.Brief();
   summary_.advice = report_.Advice();
+}
+
+void MarketInputs::Warn(const QString& place, const QString& doubt) {
+  report_.AddDoubt(doubt);
+  if (observer_.onWarning) observer_.onWarning({place, 0, doubt});
 }
 
 void MarketInputs::Report(const std::vector<Rejection>& rejections) {

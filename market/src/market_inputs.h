@@ -53,6 +53,8 @@ class MarketInputs {
   void ReadIndices();
   void TakeIndex(int number, BarFile file, const QString& path);
   void ReadDates();
+  void CheckIndices(int lastOfCalendar);
+  void Warn(const QString& place, const QString& doubt);
   void ReadSecurityMaster();
   void Report(const std::vector<Rejection>& rejections);
   [[nodiscard]] BarRules RulesOf(const std::string& code) const;
@@ -67,6 +69,8 @@ class MarketInputs {
   std::vector<int> tradingDates_;
   Window window_;
   std::map<int, BarFile> indices_;
+  int laterStocks_ = 0;  // with lines behind the market's last trading date
+  std::int64_t laterDays_ = 0;
   DepositRates rates_;
   std::vector<EstimateValue> estimates_;
   FactorTable factors_;

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "holdwise/market/bar_reader.h"
+#include "holdwise/packet/error.h"
 #include "market_files.h"
 
 namespace holdwise {
@@ -15,9 +16,9 @@ BarFile ReadText(const QByteArray& csv, const BarRules& rules = {}) {
   return ReadBars(files.Path(QStringLiteral("a.csv")), rules);
 }
 
-void ExpectCloses(const BarFile& file, const std::vector<double>& closes) {
+void ExpectCloses(const BarFile& file, const std::vector<double>& closes, double tolerance = 1e-12) {
   ASSERT_EQ(file.bars.size(), closes.size());
-  for (std::size_t i = 0; i < closes.size(); ++i) EXPECT_NEAR(file.bars[i].close, closes[i], 1e-12) << i;
+  for (std::size_t i = 0; i < closes.size(); ++i) EXPECT_NEAR(file.bars[i].close, closes[i], tolerance) << i;
 }
 
 BarRules RulesOf(int codeNumber, int listDate = 20000101) {
@@ -52,6 +53,32 @@ TEST(AsTraded, PreviousClosesOfRoundedPricesDoNotAdjust) {
   const BarFile file = ReadText(csv);
   EXPECT_EQ(file.adjustment, Adjustment::AsTheyStand);
   for (const Bar& bar : file.bars) EXPECT_EQ(bar.close, 10);
+  EXPECT_TRUE(file.warnings.empty()) << "rounding";
+}
+
+// Closes adjusted for 1.00 that went off on the ninth, beside the previous closes as traded: in halves before it.
+TEST(AsTraded, AdjustedClosesBesidePreviousClosesAsTradedStayAndAreNamed) {
+  const BarFile file = ReadText(
+      "date,close,pre_close\n2024-01-08,5,10\n2024-01-09,5.1,10\n2024-01-10,5,10.2\n2024-01-11,5.2,5\n"
+      "2024-01-12,5.2,5.2\n2024-01-15,5.3,5.2\n",
+      RulesOf(1600519));
+  EXPECT_EQ(file.adjustment, Adjustment::AsTheyStand);
+  ExpectCloses(file, {5, 5.1, 5, 5.2, 5.2, 5.3});
+  ASSERT_EQ(file.warnings.size(), 1U);
+  EXPECT_EQ(file.warnings[0].reason.toStdString(),
+            "有 2 日昨收与上一收盘不符（2024-01-09 起，相差 100.00%），收盘价像是复权的而昨收不是，没有按昨收复权");
+  // Not on adjacent days, since some previous closes are missing, but upward as no dividend is.
+  const BarFile gaps = ReadText(
+      "date,close,pre_close\n2024-01-08,5,10\n2024-01-09,5,10\n2024-01-10,5,\n2024-01-11,5,10\n2024-01-12,5,\n"
+      "2024-01-15,5,10\n2024-01-16,5,\n",
+      RulesOf(1600519));
+  EXPECT_EQ(gaps.adjustment, Adjustment::AsTheyStand);
+  EXPECT_EQ(gaps.warnings.size(), 1U);
+  const BarFile once =
+      ReadText("date,close,pre_close\n2024-01-08,5,5\n2024-01-09,5,5.1\n2024-01-10,5,5\n", RulesOf(1600519));
+  EXPECT_EQ(once.adjustment, Adjustment::PreviousClose);
+  ASSERT_EQ(once.warnings.size(), 1U);
+  EXPECT_EQ(once.warnings[0].reason.toStdString(), "2024-01-09 昨收高于上一收盘 2.00%");
 }
 
 TEST(AsTraded, FactorsBesideTheCloses) {
@@ -80,6 +107,55 @@ TEST(AsTraded, StepsOfAnotherFile) {
   const BarFile file = ReadText(csv, rules);
   EXPECT_EQ(file.adjustment, Adjustment::Factors);
   ExpectCloses(file, {10 * 0.9 * 0.5, 9 * 0.5, 8 * 0.5, 4, 5});
+}
+
+TEST(AsTraded, APriceFactorBesidePricesAsTradedIsRefused) {
+  // 15.52 / 5 is no price in cents, nor is 15.37 / 5: these are prices as traded beside a cumulative factor.
+  try {
+    (void)ReadText("date,close,factor\n2024-01-02,15.52,5\n2024-01-03,15.37,5\n2024-01-04,15.11,5.2\n");
+    ADD_FAILURE();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Category(), ErrorCategory::Refused);
+    EXPECT_NE(std::string(error.what()).find("请把列名改为 adj_factor"), std::string::npos) << error.what();
+  }
+  const BarFile file = ReadText("date,close,factor\n2024-01-02,15.52,1\n2024-01-03,15.37,1\n");
+  EXPECT_EQ(file.adjustment, Adjustment::PriceFactors) << "a factor of one leaves them in cents";
+  // 15.52 and 15.37 times 5.0123 in six digits.
+  ExpectCloses(ReadText("date,close,factor\n2024-01-02,77.790896,5.0123\n2024-01-03,77.039051,5.0123\n"),
+               {15.52, 15.37}, 1e-7);
+}
+
+TEST(AsTraded, BarsThatSayTheyAreNotAdjustedNeedAPreviousClose) {
+  const BarFile bare = ReadText("date,close,adjustflag\n2024-01-02,10,3\n2024-01-03,10,3\n", RulesOf(1600519));
+  ASSERT_EQ(bare.warnings.size(), 1U);
+  EXPECT_EQ(bare.warnings[0].reason.toStdString(), "行情不复权（adjustflag 为 3），又没有昨收");
+  EXPECT_TRUE(ReadText("date,close,preclose,adjustflag\n2024-01-02,10,,3\n2024-01-03,10,10,3\n").warnings.empty());
+  EXPECT_TRUE(ReadText("date,close,adjustflag\n2024-01-02,10,2\n2024-01-03,10,2\n").warnings.empty());
+}
+
+TEST(AsTraded, WithoutAListDateTheFirstDaysHaveALimit) {
+  const QByteArray csv = "date,close\n2024-01-02,20\n2024-01-03,10\n";
+  EXPECT_EQ(ReadText(csv, RulesOf(1600519, 0)).warnings.size(), 1U);
+  EXPECT_TRUE(ReadText(csv, RulesOf(1600519, 20240102)).warnings.empty());
+}
+
+TEST(AsTraded, ADayWithoutATradeInEveryWord) {
+  for (const char* word : {"0", "0.0", "False", "false", "停牌"}) {
+    const BarFile file =
+        ReadText(QByteArray("date,close,tradestatus\n2024-01-02,10,1.0\n2024-01-03,10,") + word + "\n");
+    EXPECT_EQ(file.bars.size(), 1U) << word;
+    EXPECT_EQ(file.counts.suspendedDays, 1) << word;
+  }
+}
+
+TEST(AsTraded, AnIndexIsNotAdjustedByItsPreviousClose) {
+  BarRules rules;
+  rules.isIndex = true;
+  const BarFile file =
+      ReadText("date,close,pre_close,adjustflag\n2024-01-02,3000,2990,3\n2024-01-04,3100,3050,3\n", rules);
+  EXPECT_EQ(file.adjustment, Adjustment::AsTheyStand);
+  ExpectCloses(file, {3000, 3100});
+  EXPECT_TRUE(file.warnings.empty());
 }
 
 TEST(AsTraded, JumpsBeyondTheLimitOfTheBoardAreNamed) {
@@ -137,6 +213,30 @@ TEST(AsTraded, APreviousCloseOverMissingDaysIsNamed) {
   const BarFile file = ReadText("date,close,pre_close\n2024-01-02,10,\n2024-01-04,10.4,10.2\n", rules);
   ASSERT_EQ(file.warnings.size(), 1U);
   EXPECT_EQ(file.warnings[0].reason.toStdString(), "2024-01-04 之前缺 1 个交易日的行情，昨收高于上一收盘 2.00%");
+  const BarFile fall = ReadText("date,close,pre_close\n2024-01-02,10,\n2024-01-04,9.5,9.6\n", rules);
+  ASSERT_EQ(fall.warnings.size(), 1U);
+  EXPECT_EQ(fall.warnings[0].reason.toStdString(), "2024-01-04 之前缺 1 个交易日的行情，昨收低于上一收盘 4.00%");
+  // A line that says there was no trade is no gap: what is lower then is a dividend.
+  EXPECT_TRUE(
+      ReadText("date,close,pre_close\n2024-01-02,10,\n2024-01-03,,\n2024-01-04,9.5,9.6\n", rules).warnings.empty());
+}
+
+// 0.9 on the fourth by its row; what lies before the first row is not known.
+TEST(AsTraded, FactorsThatBeginAfterTheBarsAreNamed) {
+  const FactorSteps steps = {{20240104, 0.9}};
+  BarRules rules = RulesOf(1600519);
+  rules.factors = &steps;
+  rules.factorsFrom = 20240103;
+  const QByteArray csv = "date,close\n2024-01-02,10\n2024-01-03,10\n2024-01-04,9\n";
+  const BarFile file = ReadText(csv, rules);
+  EXPECT_EQ(file.adjustment, Adjustment::LaterFactors);
+  ExpectCloses(file, {9, 9, 9});
+  ASSERT_EQ(file.warnings.size(), 1U);
+  EXPECT_EQ(file.warnings[0].reason.toStdString(),
+            "复权因子从 2024-01-03 开始，晚于第一根日线 2024-01-02，此前的除权没有复权");
+  rules.factorsFrom = 20240102;
+  EXPECT_EQ(ReadText(csv, rules).adjustment, Adjustment::Factors);
+  EXPECT_TRUE(ReadText(csv, rules).warnings.empty());
 }
 
 }  // namespace

@@ -15,6 +15,11 @@ namespace holdwise {
 inline constexpr const char* kWeek =
     "date,close\n2024-01-02,10\n2024-01-03,11\n2024-01-04,12\n2024-01-05,13\n2024-01-08,14\n2024-01-09,15\n";
 
+// Levels that an index can have.
+inline constexpr const char* kIndexWeek =
+    "date,close\n2024-01-02,1000\n2024-01-03,1100\n2024-01-04,1200\n2024-01-05,1300\n2024-01-08,1400\n"
+    "2024-01-09,1500\n";
+
 struct Outcome {
   BuildSummary summary;
   std::string rejections;  // with paths relative to the test's folder

@@ -97,12 +97,13 @@ def baostock():
         return types.SimpleNamespace(get_data=lambda: Frame(columns, rows))
 
     def history(code, fields, start_date, end_date, frequency, adjustflag):
-        rows = []
+        rows, held = [], None
         for i, (day, *prices, before, volume) in enumerate(bars(digits(code))):
+            before, held = held or before, None  # over a suspended day the last close holds
             texts = [f"{price:.10f}" for price in (*prices, before)]
             suspended = i == 100 and digits(code) == "600519"
             if suspended:
-                texts = [texts[-1]] * 5
+                texts, held = [texts[-1]] * 5, before
             rows.append([day, code, *texts, *(["", "", adjustflag, "", "0"] if suspended
                                               else [volume, "1.5", adjustflag, "0.1", "1"]), "0.5", "0"])
         return data(fields.split(","), rows)

@@ -155,7 +155,11 @@ TEST_F(Sources, FactorsInEveryForm) {
       "code,dividOperateDate,foreAdjustFactor,backAdjustFactor,adjustFactor\nsh.600519,2000-01-01,0.72,9,9\n"
       "sh.600519,2024-01-05,0.8,10,10\nsh.600519,2024-01-09,1,12.5,12.5\n",
       "code,date,qfq_factor\n600519,2024-01-09,1\n600519,2024-01-05,1.25\n600519,1900-01-01,1.3888888888888888\n",
-      "code,date,factor\n600519,2000-01-01,1.8\n600519,2024-01-05,2\n600519,2024-01-09,2.5\n600519,2024-02-09,5\n",
+      "code,date,factor\n600519,2024-01-02,1.8\n600519,2024-01-03,1.8\n600519,2024-01-04,1.8\n600519,2024-01-05,2\n"
+      "600519,2024-01-08,2\n600519,2024-01-09,2.5\n600519,2024-01-10,2.5\n600519,2024-01-11,2.5\n",
+      "code,date,factor\n600519,2024-01-02,0.72\n600519,2024-01-03,0.72\n600519,2024-01-04,0.72\n"
+      "600519,2024-01-05,0.8\n600519,2024-01-08,0.8\n600519,2024-01-09,1\n600519,2024-01-10,1\n",
+      "code,ex_date,event_factor\n600519,2024-01-09,0.8\n600519,2024-01-05,0.9\n600519,2000-01-05,1\n",
   };
   for (const char* form : forms) {
     files_.Write(QStringLiteral("factors.csv"), form);
@@ -174,6 +178,37 @@ TEST_F(Sources, FactorsInEveryForm) {
   EXPECT_NEAR(Table(kMoutai).RealAt(0, 1), 14.4, 1e-12);
   files_.Write(QStringLiteral("factors/600519.csv"), "date,value\n2024-01-04,9\n");
   EXPECT_NE(Run().error.find("表头缺少列“adj_factor”"), std::string::npos) << Run().error;
+}
+
+TEST_F(Sources, FactorsThatCanBeTakenEitherWayAreRefused) {
+  options_.factorsPlace = files_.Path(QStringLiteral("factors.csv"));
+  const char* const eventsOfEveryDay =
+      "code,date,factor\n600519,2024-01-03,1\n600519,2024-01-04,1\n600519,2024-01-05,0.9\n600519,2024-01-08,1\n"
+      "600519,2024-01-09,1\n600519,2024-01-10,1\n600519,2024-01-11,1\n";
+  const char* const forms[] = {
+      // Of events by another rule, or cumulative.
+      "code,date,factor\n600519,2024-01-05,1.02\n600519,2024-01-09,1.04\n",
+      "code,date,factor\n600519,2000-01-01,1.8\n600519,2024-01-05,2\n600519,2024-01-09,2.5\n",
+      "code,date,factor\n600519,2023-01-05,0.95\n600519,2023-06-05,0.95\n",
+      eventsOfEveryDay,
+  };
+  for (const char* form : forms) {
+    files_.Write(QStringLiteral("factors.csv"), form);
+    const std::string error = Run().error;
+    EXPECT_TRUE(error.starts_with("看不出 factor 一列是累计因子还是每次除权一个")) << form << error;
+    EXPECT_NE(error.find("adj_factor"), std::string::npos);
+  }
+  files_.Write(QStringLiteral("factors.csv"), "code,date,ex_factor\n600519,2024-01-05,1.02\n600519,2024-01-09,1.04\n");
+  EXPECT_TRUE(Run().error.starts_with("除权因子应当每次除权一行、小于 1")) << Run().error;
+  // Told for a folder as a whole: the daily rows of one say what the single rows of the other are.
+  const QByteArray daily =
+      "date,factor\n2024-01-02,0.95\n2024-01-03,0.95\n2024-01-04,0.95\n2024-01-05,0.95\n2024-01-08,0.95\n";
+  files_.Write(QStringLiteral("factors/000001.csv"), daily);
+  files_.Write(QStringLiteral("factors/600519.csv"), "date,factor\n2024-01-05,0.9\n2024-01-09,0.99\n");
+  options_.factorsPlace = files_.Path(QStringLiteral("factors"));
+  EXPECT_EQ(Run().error, "");
+  const ResultSet table = Table(kMoutai);
+  EXPECT_NEAR(table.RealAt(0, table.Column("closeprice")), 13.5 * 0.9 / 0.99, 1e-12);
 }
 
 TEST_F(Sources, RatesAndQuotesInTheWordsOfTheirSources) {
@@ -205,6 +240,7 @@ TEST_F(Sources, AFileOfItsOwnComesBeforeATable) {
 }
 
 TEST_F(Sources, SaysThatBarsLookAsTraded) {
+  files_.WriteMarket(kIndexWeek);
   files_.Write(QStringLiteral("bars/600519.csv"),
                "date,close,change\n2024-01-05,20,1\n2024-01-08,15,-1\n2024-01-09,14.5,-0.5\n");
   std::string warnings;
@@ -217,6 +253,60 @@ TEST_F(Sources, SaysThatBarsLookAsTraded) {
             "10%。请用前复权的行情、带昨收一列的行情，或用 --factors 给出复权因子\n");
   files_.Write(QStringLiteral("bars/600519.csv"), "date,close\n2024-01-05,20\n2024-01-08,19\n");
   EXPECT_TRUE(BuildDataFolder(options_).advice.empty());
+}
+
+// The week has six days; what is odd is named with its date.
+TEST_F(Sources, StaleAndBrokenIndicesAndCalendarsAreNamed) {
+  std::string warnings;
+  BuildObserver observer;
+  observer.onWarning = [&](const Rejection& warning) { warnings += warning.reason.toStdString() + "\n"; };
+  const auto run = [&] {
+    warnings.clear();
+    return BuildDataFolder(options_, observer);
+  };
+  files_.WriteMarket(kIndexWeek);
+  EXPECT_TRUE(run().advice.empty());
+  EXPECT_EQ(warnings, "");
+
+  files_.Write(QStringLiteral("indices/399300.csv"),
+               "date,close,pre_close\n2024-01-02,1000,1000\n2024-01-04,1200,1100\n");
+  const BuildSummary summary = run();
+  EXPECT_EQ(warnings,
+            "指数 沪深300（399300.csv） 只到 2024-01-04，最后一个交易日是 2024-01-09：请更新\n"
+            "指数 沪深300（399300.csv） 中间缺 1 个交易日，如 2024-01-03\n");
+  EXPECT_EQ(Joined(summary.advice),
+            "指数行情和交易日历有 2 处要核对，如 指数 沪深300（399300.csv） 只到 2024-01-04，最后一个交易日是 "
+            "2024-01-09：请更新\n");
+
+  // All indices end before the bars do.
+  for (const char* name : {"indices/1.csv", "indices/399001.csv", "indices/399300.csv"}) {
+    files_.Write(QString::fromUtf8(name), "date,close\n2024-01-04,1200\n2024-01-05,1300\n");
+  }
+  (void)run();
+  EXPECT_EQ(warnings, "1 只股票有 2 行晚于最后一个交易日 2024-01-05，不在统计之内：请更新指数行情和交易日历\n");
+  options_.currentDate = 20240105;
+  (void)run();
+  EXPECT_EQ(warnings, "") << "asked for";
+
+  options_.currentDate = 0;
+  files_.WriteMarket(kIndexWeek);
+  files_.Write(QStringLiteral("dates.csv"), "date\n2024-01-02\n2024-01-03\n2024-01-04\n2024-01-05\n");
+  options_.datesFile = files_.Path(QStringLiteral("dates.csv"));
+  (void)run();
+  EXPECT_EQ(warnings,
+            "交易日历只到 2024-01-05，早于当前日期 2024-01-09，此后的行情不在统计之内：请更新交易日历\n"
+            "1 只股票有 2 行晚于最后一个交易日 2024-01-05，不在统计之内：请更新指数行情和交易日历\n");
+}
+
+TEST_F(Sources, AnIndexThatIsNoneIsNamed) {
+  files_.WriteMarket(kIndexWeek);
+  files_.Write(QStringLiteral("indices/1.csv"), "date,close\n2024-01-08,10.2\n2024-01-09,10.1\n");
+  std::string warnings;
+  BuildObserver observer;
+  observer.onWarning = [&](const Rejection& warning) { warnings += warning.reason.toStdString() + "\n"; };
+  EXPECT_EQ(BuildDataFolder(options_, observer).advice.size(), 1U);
+  EXPECT_EQ(warnings,
+            "指数 上证指数（1.csv） 在 2024-01-09 只有 10.10 点，不像指数的点位（是不是同号股票的价格？）：请核对\n");
 }
 
 TEST_F(Sources, ACheckSaysWhatItUnderstandsAndWritesNothing) {

@@ -102,5 +102,46 @@ TEST_F(Watch, SomethingWrongLeavesTheFolderAsItIs) {
   EXPECT_TRUE(BecomesTrue([this] { return CurrentDate() == 20240104; }));
 }
 
+TEST_F(Watch, ALastLineWithoutItsBreakIsWaitedFor) {
+  // 13.75 cut short is a price too.
+  const QByteArray lines = "date,close\n2024-01-02,10\n2024-01-03,11\n2024-01-04,13.75\n";
+  WriteIndices(lines.chopped(3));
+  QByteArray error;
+  ASSERT_TRUE(BecomesTrue([&] {
+    process_.waitForReadyRead(10);
+    error += process_.readAllStandardError();
+    return error.contains("像是还没写完");
+  })) << error.constData();
+  EXPECT_EQ(CurrentDate(), 20240103);
+  WriteIndices(lines);
+  EXPECT_TRUE(BecomesTrue([this] { return CurrentDate() == 20240104; }));
+}
+
+TEST(WatchFromTheStart, AnErrorOfTheFirstBuildIsWaitedOut) {
+  const MarketFiles files;
+  files.WriteMarket("date,close\n2024-01-02,10\n2024-01-03,11\n");
+  files.Write(QStringLiteral("bars/600519.csv"), "date,close\n2024-01-02,10\n2024-01-03,11\n");
+  const QString index = files.Path(QStringLiteral("indices/1.csv"));
+  ASSERT_TRUE(QFile::rename(index, files.Path(QStringLiteral("kept.csv"))));
+  QProcess process;
+  process.start(Program(), BuildArguments(files.Path(QString()), files.Path(QStringLiteral("out")))
+                               << QStringLiteral("--watch"));
+  QByteArray error;
+  QElapsedTimer timer;
+  timer.start();
+  while (!error.contains("数据目录没有改动") && timer.elapsed() < 20000) {
+    process.waitForReadyRead(10);
+    error += process.readAllStandardError();
+  }
+  EXPECT_TRUE(error.contains("缺少指数行情 上证指数")) << error.constData();
+  EXPECT_EQ(process.state(), QProcess::Running);
+  ASSERT_TRUE(QFile::rename(files.Path(QStringLiteral("kept.csv")), index));
+  const QString market = files.Path(QStringLiteral("out/market.dat"));
+  while (!QFileInfo::exists(market) && timer.elapsed() < 40000) process.waitForFinished(20);
+  EXPECT_TRUE(QFileInfo::exists(market));
+  process.kill();
+  process.waitForFinished();
+}
+
 }  // namespace
 }  // namespace holdwise

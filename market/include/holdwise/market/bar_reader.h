@@ -22,8 +22,9 @@ enum class Adjustment {
   OwnFactors,      ///< by the cumulative factor beside each close
   PriceFactors,    ///< closes were adjusted already, on another day's base: closes / factor are as traded
   AdjustedCloses,  ///< by the adjusted close beside each close
+  LaterFactors,    ///< by factors of another file that begin after the first bar: the days before them are not adjusted
 };
-inline constexpr int kAdjustments = 6;
+inline constexpr int kAdjustments = 7;
 
 /// What is odd about the bars, for a check.
 struct BarCounts {
@@ -31,6 +32,8 @@ struct BarCounts {
   int missingDays = 0;        ///< trading dates between first and last bar without a line
   int zeroPrices = 0;         ///< lines rejected for a price that is zero or negative
   int longestStandstill = 0;  ///< most bars in a row with one close
+  int laterLines = 0;         ///< lines after the last date: not read
+  int laterDays = 0;          ///< bars after the last of the trading dates
 };
 
 /// What a file of daily bars held.
@@ -56,9 +59,11 @@ using FactorSteps = std::vector<FactorStep>;
 struct BarRules {
   std::span<const int> tradingDates = {};  ///< ascending; empty = no check
   int lastDate = 0;                        ///< lines dated after it are not read; 0 = no limit
+  bool isIndex = false;                    ///< no rights and dividends: a previous close adjusts nothing
   int codeNumber = 0;                      ///< whose bars they are: a code in a line must be its; 0 = not known
   int listDate = 0;                        ///< 0 = not known
   const FactorSteps* factors = nullptr;    ///< for bars that do not say themselves how they are adjusted
+  int factorsFrom = 0;                     ///< the factors do not tell about days before it; 0 = about all
 };
 
 /// Reads one CSV file of daily bars: date and close are needed, open, high, low and volume are checked when they are
@@ -66,8 +71,9 @@ struct BarRules {
 /// a day without a trade (it says so, or its prices are blank) gives no bar. A Saturday or Sunday is rejected, and so
 /// is a date inside the trading dates that is not one of them. Bars as traded are forward-adjusted to the last bar:
 ///   by a previous close        a(i-1) = p(i) x f(i), f(i-1) = f(i) x p(i) / c(i-1): the return of a day is c / p - 1;
-///                              where it differs from the close before on more than a fifth of the days, prices are
-///                              rounded after adjustment and stay as they are
+///                              where it differs from the close before on adjacent days, upward more than twice, or
+///                              on more than a fifth of the days, the closes are adjusted already and stay as they
+///                              are: with a warning when a difference is more than that of rounding
 ///   by a factor per day        a(i) = c(i) x factor(i) / factor(last)
 ///   by steps                   a(i) = c(i) x product of the ratios of later steps up to the last bar
 ///   by an adjusted close       a(i) = adjusted(i) x c(last) / adjusted(last)
