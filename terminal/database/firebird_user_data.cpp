@@ -326,8 +326,7 @@ void FirebirdUserData::Advise(const std::vector<StatementAdvice>& advice) {
 
 QString SetDatabaseAside(const QString& file, const QDateTime& now) {
   const auto named = [&file](const QString& time) { return file + u'.' + time + QStringLiteral(".damaged"); };
-  const QString name =
-      named(FreeTimeText(now, [&named](const QString& time) { return QFileInfo::exists(named(time)); }));
+  QString name = named(FreeTimeText(now, [&named](const QString& time) { return QFileInfo::exists(named(time)); }));
   if (QFileInfo::exists(file)) RenameFileAtomically(file, name, Durability::Lasting);
   QFile::remove(firebird::MarkerOf(file));
   QFile::remove(firebird::CheckRecordOf(file));
