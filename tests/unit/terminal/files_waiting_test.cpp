@@ -8,6 +8,8 @@
 namespace holdwise {
 namespace {
 
+constexpr int kLong = 30'000;  // ms; a loaded machine takes its time for what is not waited for here
+
 TEST_F(FilesTest, SlowSourceTimesOutOnce) {
   ScriptedSource source;
   source.delay = 800;
@@ -23,14 +25,16 @@ TEST_F(FilesTest, SlowSourceTimesOutOnce) {
   EXPECT_EQ(events_, QStringList{QStringLiteral("failed a 2")});
   EXPECT_TRUE(QDir(work_.path()).isEmpty());
   source.delay = 0;
+  settings.downWaitTimeOut = kLong;
+  role_->Configure(settings);
   EXPECT_EQ(Event(QStringLiteral("b")), QStringLiteral("file b 0"));
 }
 
 TEST_F(FilesTest, TimeOutCountsForEachRequestByItself) {
   ScriptedSource source;
-  source.delay = 100;
+  source.delay = 300;
   Role::Settings settings;
-  settings.downWaitTimeOut = 350;  // less than all four together
+  settings.downWaitTimeOut = 1100;  // less than all four together
   Make(source, settings);
   for (int i = 0; i < 4; ++i) role_->Request(QStringLiteral("f%1").arg(i));
   ASSERT_TRUE(Events(4));
@@ -41,11 +45,11 @@ TEST_F(FilesTest, WaitingHintOnlyWhenSlowAndWanted) {
   ScriptedSource source;
   Role::Settings settings;
   settings.downWaitTips = true;
-  settings.downWaitStartTime = 300;
+  settings.downWaitStartTime = 1000;
   Make(source, settings);
   Event(QStringLiteral("quick"));
   EXPECT_TRUE(hints_.isEmpty());
-  source.delay = 600;
+  source.delay = 1500;
   Event(QStringLiteral("slow"));
   EXPECT_EQ(hints_, (QStringList{QStringLiteral("wait slow"), QStringLiteral("end slow")}));
   hints_.clear();
@@ -92,6 +96,8 @@ TEST_F(FilesTest, AReadThatHangsTimesOutAndIsLeftBehind) {
   Make(*source, settings);
   EXPECT_EQ(Event(QStringLiteral("a")), QStringLiteral("failed a 2"));
   WriteFile(Remote(QStringLiteral("b")), "content");
+  settings.downWaitTimeOut = kLong;
+  role_->Configure(settings);
   EXPECT_EQ(Event(QStringLiteral("b")), QStringLiteral("file b 0"));
   role_.reset();
   QElapsedTimer timer;
