@@ -15,6 +15,9 @@ struct ImportProblem {
   QString reason;
 };
 
+/// Ascending; those of one line stay in their order.
+void SortByLine(std::vector<ImportProblem>& problems);
+
 /// One holding as the file has it; quantity and price are the texts of the file, checked, without thousands commas and
 /// units.
 struct CsvHolding {

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "portfolio_collector.h"
 
-#include <algorithm>
-
 #include "holdings/portfolio_rules.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/text_file.h"
@@ -75,8 +73,7 @@ void PortfolioCollector::Finish() {
                    .arg(kMinHoldings)
                    .arg(kMaxHoldings));
   }
-  std::stable_sort(result_.problems.begin(), result_.problems.end(),
-                   [](const ImportProblem& a, const ImportProblem& b) { return a.line < b.line; });
+  SortByLine(result_.problems);
 }
 
 }  // namespace holdwise

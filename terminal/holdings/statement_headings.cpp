@@ -13,13 +13,7 @@
 namespace holdwise {
 namespace {
 
-constexpr auto kPortfolio = StatementColumn::Portfolio;
-constexpr auto kCode = StatementColumn::Code;
-constexpr auto kName = StatementColumn::Name;
-constexpr auto kQuantity = StatementColumn::Quantity;
-constexpr auto kCost = StatementColumn::Cost;
-constexpr auto kMarket = StatementColumn::Market;
-constexpr auto kDate = StatementColumn::Date;
+using Column = StatementColumn;
 
 struct HeadingWord {
   const char* word;  ///< in small letters, without blanks and unit
@@ -29,42 +23,51 @@ struct HeadingWord {
 /// Of several columns for the same the one whose word stands first is read. A quantity that can be sold, is frozen or
 /// was bought today is no holding, and a price of the market is no cost.
 constexpr HeadingWord kWords[] = {
-    {"组合名称", kPortfolio},  {"组合", kPortfolio},      {"portfolio", kPortfolio},
+    {"组合名称", Column::Portfolio},  {"组合", Column::Portfolio},      {"portfolio", Column::Portfolio},
 
-    {"证券代码", kCode},       {"股票代码", kCode},       {"代码", kCode},           {"品种代码", kCode},
-    {"产品代码", kCode},       {"ts_code", kCode},        {"symbol", kCode},         {"code", kCode},
-    {"ticker", kCode},         {"stockcode", kCode},      {"stock_code", kCode},     {"securitycode", kCode},
+    {"证券代码", Column::Code},       {"股票代码", Column::Code},       {"代码", Column::Code},
+    {"品种代码", Column::Code},       {"产品代码", Column::Code},       {"ts_code", Column::Code},
+    {"symbol", Column::Code},         {"code", Column::Code},           {"ticker", Column::Code},
+    {"stockcode", Column::Code},      {"stock_code", Column::Code},     {"securitycode", Column::Code},
 
-    {"证券名称", kName},       {"股票名称", kName},       {"证券简称", kName},       {"股票简称", kName},
-    {"名称", kName},           {"品种名称", kName},       {"产品名称", kName},       {"code_name", kName},
-    {"stockname", kName},      {"stock_name", kName},     {"securityname", kName},   {"name", kName},
+    {"证券名称", Column::Name},       {"股票名称", Column::Name},       {"证券简称", Column::Name},
+    {"股票简称", Column::Name},       {"名称", Column::Name},           {"品种名称", Column::Name},
+    {"产品名称", Column::Name},       {"code_name", Column::Name},      {"stockname", Column::Name},
+    {"stock_name", Column::Name},     {"securityname", Column::Name},   {"name", Column::Name},
 
-    {"当前持仓", kQuantity},   {"实际数量", kQuantity},   {"持仓数量", kQuantity},   {"持股数量", kQuantity},
-    {"证券数量", kQuantity},   {"股票数量", kQuantity},   {"持有数量", kQuantity},   {"当前数量", kQuantity},
-    {"当前拥股", kQuantity},   {"当前拥股数", kQuantity}, {"拥股数量", kQuantity},   {"参考持股", kQuantity},
-    {"参考持仓", kQuantity},   {"股份余额", kQuantity},   {"证券余额", kQuantity},   {"股票余额", kQuantity},
-    {"当前余额", kQuantity},   {"库存数量", kQuantity},   {"持仓股数", kQuantity},   {"持仓量", kQuantity},
-    {"持股数", kQuantity},     {"持仓", kQuantity},       {"持股", kQuantity},       {"股数", kQuantity},
-    {"数量", kQuantity},       {"quantity", kQuantity},   {"shares", kQuantity},     {"qty", kQuantity},
-    {"position", kQuantity},   {"holdings", kQuantity},
+    {"当前持仓", Column::Quantity},   {"实际数量", Column::Quantity},   {"持仓数量", Column::Quantity},
+    {"持股数量", Column::Quantity},   {"证券数量", Column::Quantity},   {"股票数量", Column::Quantity},
+    {"持有数量", Column::Quantity},   {"当前数量", Column::Quantity},   {"当前拥股", Column::Quantity},
+    {"当前拥股数", Column::Quantity}, {"拥股数量", Column::Quantity},   {"参考持股", Column::Quantity},
+    {"参考持仓", Column::Quantity},   {"股份余额", Column::Quantity},   {"证券余额", Column::Quantity},
+    {"股票余额", Column::Quantity},   {"当前余额", Column::Quantity},   {"库存数量", Column::Quantity},
+    {"持仓股数", Column::Quantity},   {"持仓量", Column::Quantity},     {"持股数", Column::Quantity},
+    {"持仓", Column::Quantity},       {"持股", Column::Quantity},       {"股数", Column::Quantity},
+    {"数量", Column::Quantity},       {"quantity", Column::Quantity},   {"shares", Column::Quantity},
+    {"qty", Column::Quantity},        {"position", Column::Quantity},   {"holdings", Column::Quantity},
 
-    {"成本价", kCost},         {"参考成本价", kCost},     {"持仓成本价", kCost},     {"单位成本", kCost},
-    {"成本价格", kCost},       {"成本均价", kCost},       {"持仓均价", kCost},       {"买入成本价", kCost},
-    {"买入均价", kCost},       {"买入价", kCost},         {"买入价格", kCost},       {"参考成本", kCost, true},
-    {"持仓成本", kCost, true}, {"买入成本", kCost, true}, {"摊薄成本价", kCost},     {"摊薄成本", kCost, true},
-    {"盈亏成本价", kCost},     {"盈亏成本", kCost, true}, {"保本价", kCost},         {"costprice", kCost},
-    {"cost_price", kCost},     {"avgcost", kCost},        {"avg_cost", kCost},       {"averagecost", kCost},
-    {"avgprice", kCost},       {"avg_price", kCost},      {"averageprice", kCost},   {"buyprice", kCost},
-    {"buy_price", kCost},      {"purchaseprice", kCost},  {"cost", kCost, true},
+    {"成本价", Column::Cost},         {"参考成本价", Column::Cost},     {"持仓成本价", Column::Cost},
+    {"单位成本", Column::Cost},       {"成本价格", Column::Cost},       {"成本均价", Column::Cost},
+    {"持仓均价", Column::Cost},       {"买入成本价", Column::Cost},     {"买入均价", Column::Cost},
+    {"买入价", Column::Cost},         {"买入价格", Column::Cost},       {"参考成本", Column::Cost, true},
+    {"持仓成本", Column::Cost, true}, {"买入成本", Column::Cost, true}, {"摊薄成本价", Column::Cost},
+    {"摊薄成本", Column::Cost, true}, {"盈亏成本价", Column::Cost},     {"盈亏成本", Column::Cost, true},
+    {"保本价", Column::Cost},         {"costprice", Column::Cost},      {"cost_price", Column::Cost},
+    {"avgcost", Column::Cost},        {"avg_cost", Column::Cost},       {"averagecost", Column::Cost},
+    {"avgprice", Column::Cost},       {"avg_price", Column::Cost},      {"averageprice", Column::Cost},
+    {"buyprice", Column::Cost},       {"buy_price", Column::Cost},      {"purchaseprice", Column::Cost},
+    {"cost", Column::Cost, true},
 
-    {"交易市场", kMarket},     {"证券市场", kMarket},     {"市场名称", kMarket},     {"交易所名称", kMarket},
-    {"交易所", kMarket},       {"市场", kMarket},         {"exchange", kMarket},     {"market", kMarket},
+    {"交易市场", Column::Market},     {"证券市场", Column::Market},     {"市场名称", Column::Market},
+    {"交易所名称", Column::Market},   {"交易所", Column::Market},       {"市场", Column::Market},
+    {"exchange", Column::Market},     {"market", Column::Market},
 
-    {"买入日期", kDate},       {"创建日期", kDate},
+    {"买入日期", Column::Date},       {"创建日期", Column::Date},
 };
 
 /// Behind all others.
-constexpr HeadingWord kOwnWords[] = {{"价格", kCost}, {"price", kCost}, {"日期", kDate}, {"date", kDate}};
+constexpr HeadingWord kOwnWords[] = {
+    {"价格", Column::Cost}, {"price", Column::Cost}, {"日期", Column::Date}, {"date", Column::Date}};
 
 constexpr const char* kTradeWords[] = {"操作",     "买卖",     "买卖标志", "买卖方向", "买卖类别",
                                        "成交日期", "成交时间", "成交价格", "成交数量"};
@@ -110,7 +113,7 @@ QStringList WordsOf(StatementColumn column) {
 }
 
 bool StatementHeading::IsWhole() const {
-  return Has(kCode) && Has(kQuantity) && Has(kCost) && tradeWord.isEmpty();
+  return Has(Column::Code) && Has(Column::Quantity) && Has(Column::Cost) && tradeWord.isEmpty();
 }
 
 int StatementHeading::Count() const {
@@ -132,7 +135,7 @@ StatementHeading ReadStatementHeading(const std::vector<std::string_view>& field
     const auto& [rank, word] = *found;
     if (!IsOwnWord(text)) heading.hasStatementWord = true;
     heading.places[static_cast<std::size_t>(word.column)].push_back({field, rank});
-    if (word.column != kCost || rank >= bestCost) continue;
+    if (word.column != Column::Cost || rank >= bestCost) continue;
     bestCost = rank;
     heading.isCostDoubtful = word.isDoubtful;
   }

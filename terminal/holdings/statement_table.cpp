@@ -15,13 +15,7 @@
 namespace holdwise {
 namespace {
 
-constexpr auto kPortfolio = StatementColumn::Portfolio;
-constexpr auto kCode = StatementColumn::Code;
-constexpr auto kName = StatementColumn::Name;
-constexpr auto kQuantity = StatementColumn::Quantity;
-constexpr auto kCost = StatementColumn::Cost;
-constexpr auto kMarket = StatementColumn::Market;
-constexpr auto kDate = StatementColumn::Date;
+using Column = StatementColumn;
 
 class StatementReader {
  public:
@@ -73,7 +67,7 @@ class StatementReader {
                                        "确是持仓时，删去这一列再导入")
                             .arg(word));
     }
-    for (const StatementColumn column : {kCode, kQuantity, kCost}) {
+    for (const StatementColumn column : {Column::Code, Column::Quantity, Column::Cost}) {
       if (found.heading.Has(column)) continue;
       AddProblem(result_.problems, found.line,
                  QStringLiteral("表头缺少%1列（例如“%2”）")
@@ -84,7 +78,7 @@ class StatementReader {
   void TakeRecord(const Records& records) {
     cells_.clear();
     for (const std::string_view field : records.Fields()) cells_.push_back(PlainCell(field));
-    const std::optional<StatementCode> code = ReadStatementCode(Cell(kCode));
+    const std::optional<StatementCode> code = ReadStatementCode(Cell(Column::Code));
     if (code && place_ == Place::InTable) return TakeRow(*code);
     if (TakeIfHeading(records)) return;
     if (place_ == Place::BehindTable) return;
@@ -99,7 +93,7 @@ class StatementReader {
       TakeHeading(std::move(heading));
       return true;
     }
-    if (!heading.Has(kCode) || heading.Count() < kFewest) return false;
+    if (!heading.Has(Column::Code) || heading.Count() < kFewest) return false;
     place_ = Place::BehindTable;
     AddOther(QStringLiteral("另一张表的表头，到下一个持仓表头为止没有读"));
     return true;
@@ -111,7 +105,7 @@ class StatementReader {
     TableShape& shape = result_.shape;
     if (shape.headingLine != 0) return;
     shape.headingLine = line_;
-    result_.isNameFree = !heading_.Has(kPortfolio);
+    result_.isNameFree = !heading_.Has(Column::Portfolio);
     std::vector<bool> isUsed(heading_.headings.size(), false);
     for (std::size_t column = 0; column < kStatementColumns; ++column) {
       const auto& places = heading_.places[column];
@@ -123,7 +117,7 @@ class StatementReader {
     for (std::size_t field = 0; field < isUsed.size(); ++field) {
       if (!isUsed[field] && !heading_.headings[field].isEmpty()) shape.unused << ShownText(heading_.headings[field]);
     }
-    if (heading_.isCostDoubtful) shape.doubtfulCost = heading_.headings[heading_.Of(kCost).front().field];
+    if (heading_.isCostDoubtful) shape.doubtfulCost = heading_.headings[heading_.Of(Column::Cost).front().field];
     if (result_.isNameFree && freeName_.isEmpty())
       AddProblem(result_.problems, 0, QStringLiteral("文件没有组合名称列，请用 --import-as 给组合起名"));
   }
@@ -143,7 +137,7 @@ class StatementReader {
     const bool hasTotal = std::any_of(cells_.begin(), cells_.end(), IsTotal);
     const bool hasDigits =
         std::any_of(cells_.begin(), cells_.end(), [](const QString& cell) { return cell.contains(kDigit); });
-    const QString code = Cell(kCode);
+    const QString code = Cell(Column::Code);
     if (isRule) return;
     if (hasTotal) return AddOther(QStringLiteral("合计"));
     if (filled == 1 && !(code.contains(kDigit) && kLikeACode.match(code).hasMatch()))
@@ -155,8 +149,8 @@ class StatementReader {
     }
     const bool hasCode = code.contains(kDigit);
     if (place_ == Place::PerhapsBehind) return AddOther(QStringLiteral("不是持仓"));
-    if (!hasCode && Cell(kName).isEmpty() && IsNothing(code)) return AddOther(QStringLiteral("没有代码和名称"));
-    if (!hasCode && IsNothing(Cell(kQuantity))) return AddOther(QStringLiteral("没有代码和数量"));
+    if (!hasCode && Cell(Column::Name).isEmpty() && IsNothing(code)) return AddOther(QStringLiteral("没有代码和名称"));
+    if (!hasCode && IsNothing(Cell(Column::Quantity))) return AddOther(QStringLiteral("没有代码和数量"));
     Report(CodeFormProblem(code));
   }
 
@@ -167,22 +161,22 @@ class StatementReader {
 
   void TakeRow(const StatementCode& code) {
     if (!HasAllFields() || !IsSaidOnce(code)) return;
-    const QString quantity = Cell(kQuantity);
+    const QString quantity = Cell(Column::Quantity);
     const std::optional<QString> shares = ReadShares(quantity);
     if (shares == QStringLiteral("0")) {
       CompareQuantities(*shares);
       result_.sold.push_back({line_, ShownText(What(code)), QStringLiteral("数量为%1").arg(ShownText(quantity))});
       return;
     }
-    const StatementMarket market = ReadStatementMarket(Cell(kMarket));
+    const StatementMarket market = ReadStatementMarket(Cell(Column::Market));
     if (code.isOther || market.isOther) {
-      const QString where = market.isOther ? Cell(kMarket) : KindOfStranger(code.sixDigits);
+      const QString where = market.isOther ? Cell(Column::Market) : KindOfStranger(code.sixDigits);
       result_.strangers.push_back({line_, ShownText(What(code)), ShownText(where)});
       return;
     }
-    if (!collector_.IsHeld(code.sixDigits, Cell(kName), line_)) return;
+    if (!collector_.IsHeld(code.sixDigits, Cell(Column::Name), line_)) return;
     const QString known = codes_.NameOf(QLatin1Char('1') + code.sixDigits);
-    if (IsNameOfOther(Cell(kName), known)) {
+    if (IsNameOfOther(Cell(Column::Name), known)) {
       const QString reason =
           QStringLiteral("名称不是这只股票的，行情数据里%1叫“%2”；确是它时，把名称改成这个").arg(code.sixDigits, known);
       result_.strangers.push_back({line_, ShownText(What(code)), ShownText(reason)});
@@ -198,13 +192,13 @@ class StatementReader {
   void TakeHolding(const StatementCode& code, const StatementMarket& market, const std::optional<QString>& shares) {
     bool good = shares.has_value() && HasItsMarket(code, market);
     const std::optional<QString> cost = TakeCost();
-    const QString name = heading_.Has(kPortfolio) ? Cell(kPortfolio) : freeName_;
+    const QString name = heading_.Has(Column::Portfolio) ? Cell(Column::Portfolio) : freeName_;
     if (const QString problem = NameProblem(name); !problem.isEmpty()) {
-      if (heading_.Has(kPortfolio)) Report(problem);
+      if (heading_.Has(Column::Portfolio)) Report(problem);
       return;
     }
     CsvPortfolio& portfolio = collector_.RowOf(name, line_);
-    good = collector_.TakeDate(portfolio, Cell(kDate), line_) && good;
+    good = collector_.TakeDate(portfolio, Cell(Column::Date), line_) && good;
     if (!collector_.IsFirst(portfolio, code.sixDigits, line_) || !good || !cost) return;
     CompareQuantities(*shares);
     CompareName(code.sixDigits);
@@ -213,7 +207,7 @@ class StatementReader {
   }
 
   [[nodiscard]] QString What(const StatementCode& code) const {
-    return heading_.Has(kName) ? code.sixDigits + QLatin1Char(' ') + Cell(kName) : code.sixDigits;
+    return heading_.Has(Column::Name) ? code.sixDigits + QLatin1Char(' ') + Cell(Column::Name) : code.sixDigits;
   }
 
   /// A row with more or fewer fields than the heading has may be shifted: thousands commas without quotes, say.
@@ -231,15 +225,15 @@ class StatementReader {
 
   /// Columns that say the same under several headings must agree.
   bool IsSaidOnce(const StatementCode& code) {
-    for (const StatementHeading::Place& place : heading_.Of(kCode)) {
+    for (const StatementHeading::Place& place : heading_.Of(Column::Code)) {
       const QString& cell = cells_[place.field];
       if (cell.isEmpty()) continue;
       const std::optional<StatementCode> other = ReadStatementCode(cell);
       if (other && other->sixDigits == code.sixDigits) continue;
-      Report(QStringLiteral("两列代码“%1”和“%2”不同").arg(Cell(kCode), cell));
+      Report(QStringLiteral("两列代码“%1”和“%2”不同").arg(Cell(Column::Code), cell));
       return false;
     }
-    for (const StatementColumn column : {kQuantity, kCost}) {
+    for (const StatementColumn column : {Column::Quantity, Column::Cost}) {
       const StatementHeading::Place& first = heading_.Of(column).front();
       for (const StatementHeading::Place& place : heading_.Of(column)) {
         if (place.rank != first.rank || cells_[place.field] == cells_[first.field]) continue;
@@ -254,12 +248,12 @@ class StatementReader {
     const int real = codes_.IsShanghaiStock(QLatin1Char('1') + code.sixDigits) ? 1 : 2;
     if ((code.market == 0 || code.market == real) && (market.market == 0 || market.market == real)) return true;
     Report(QStringLiteral("“%1”写的市场不是股票%2的市场")
-               .arg(code.market == 0 ? Cell(kMarket) : Cell(kCode), code.sixDigits));
+               .arg(code.market == 0 ? Cell(Column::Market) : Cell(Column::Code), code.sixDigits));
     return false;
   }
 
   std::optional<QString> TakeCost() {
-    const QString cell = Cell(kCost);
+    const QString cell = Cell(Column::Cost);
     std::optional<QString> cost = ReadCost(cell);
     if (cost) return cost;
     if (IsNothing(cell)) {
@@ -273,7 +267,7 @@ class StatementReader {
   }
 
   void CompareQuantities(const QString& shares) {
-    const auto& places = heading_.Of(kQuantity);
+    const auto& places = heading_.Of(Column::Quantity);
     const bool isOther = std::any_of(places.begin() + 1, places.end(), [&](const StatementHeading::Place& place) {
       return ReadShares(cells_[place.field]).value_or(shares) != shares;
     });
@@ -282,15 +276,15 @@ class StatementReader {
 
   void CompareName(const QString& sixDigits) {
     const QString known = codes_.NameOf(QLatin1Char('1') + sixDigits);
-    if (MayBeSameName(Cell(kName), known)) return;
+    if (MayBeSameName(Cell(Column::Name), known)) return;
     result_.remarks << ShownText(QStringLiteral("第 %1 行：%2 在文件里叫“%3”，行情数据里叫“%4”，请核对代码")
-                                     .arg(QString::number(line_), sixDigits, Cell(kName), known));
+                                     .arg(QString::number(line_), sixDigits, Cell(Column::Name), known));
   }
 
   void Finish() {
     if (!otherQuantities_.isEmpty()) {
       result_.remarks << ShownText(QStringLiteral("数量按“%1”，另一列数量与它不同的有第 %2 行，请核对")
-                                       .arg(heading_.headings[heading_.Of(kQuantity).front().field],
+                                       .arg(heading_.headings[heading_.Of(Column::Quantity).front().field],
                                             otherQuantities_.join(QStringLiteral("、"))));
     }
     const bool isEmpty = result_.portfolios.empty() && result_.strangers.empty() && result_.problems.empty();

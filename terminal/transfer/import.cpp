@@ -11,6 +11,7 @@
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/text_file.h"
+#include "import_checks.h"
 #include "import_preview.h"
 #include "import_saved.h"
 #include "import_statements.h"
@@ -73,9 +74,8 @@ void FindTakenNames(UserDataServices& database, const CsvPortfolios& file, std::
   constexpr std::size_t kEnough = 100;  // of a file that is refused anyway
   for (const CsvPortfolio& portfolio : file.portfolios) {
     if (problems.size() >= kEnough) return;
-    if (database.Count(import_sql::CountPortfolios(portfolio.name)) != 0) {
-      problems.push_back({portfolio.line, QStringLiteral("已有名称为“%1”的组合").arg(portfolio.name)});
-    }
+    if (const QString problem = TakenProblem(database, portfolio.name); !problem.isEmpty())
+      problems.push_back({portfolio.line, problem});
   }
 }
 
@@ -142,14 +142,6 @@ ImportResult Write(const std::vector<CsvPortfolio>& portfolios, const ImportServ
   for (const CsvPortfolio& portfolio : portfolios) result.holdings += static_cast<int>(portfolio.holdings.size());
   result.warnings = UnpricedStocks(HeldStocks(portfolios), services.dataCentre);
   return result;
-}
-
-ImportResult Refused(std::vector<ImportProblem> problems) {
-  ImportResult refused;
-  refused.problems = std::move(problems);
-  std::stable_sort(refused.problems.begin(), refused.problems.end(),
-                   [](const ImportProblem& a, const ImportProblem& b) { return a.line < b.line; });
-  return refused;
 }
 
 ImportResult Cancelled() {
@@ -225,26 +217,9 @@ Checked Check(const ImportServices& services, const CsvPortfolios& file, const I
 
 }  // namespace
 
-void RequireNoQuestion(const UserDataServices& database) {
-  if (database.InTransaction())
-    throw Error(ErrorCategory::Busy, "终端窗口里有一个提问还没有回答（例如是否删除组合），请先回答它，再导入一次");
-}
-
-QStringList UnpricedStocks(std::vector<int> stocks, const TDataCenter& dataCentre) {
-  std::sort(stocks.begin(), stocks.end());
-  stocks.erase(std::unique(stocks.begin(), stocks.end()), stocks.end());
-  QStringList warnings;
-  for (const int stock : stocks) {
-    if (dataCentre.StockNowData(stock).currentPrice > 0) continue;
-    warnings.append(QStringLiteral("股票%1没有行情，组合市值暂不包括它").arg(QString::number(stock).right(6)));
-  }
-  return warnings;
-}
-
 QString NewNameProblem(UserDataServices& database, const QString& name) {
   if (QString problem = NameProblem(name); !problem.isEmpty()) return problem;
-  const bool isTaken = database.Count(import_sql::CountPortfolios(name)) != 0;
-  return isTaken ? QStringLiteral("已有名称为“%1”的组合").arg(name) : QString();
+  return TakenProblem(database, name);
 }
 
 ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& services, const ImportProgress& progress,

@@ -2,13 +2,12 @@
 #include "import_saved.h"
 
 #include <QHash>
-#include <algorithm>
 
 #include "backup/portfolio_file.h"
 #include "backup/restore.h"
 #include "holdings/portfolio_rules.h"
 #include "holdwise/packet/number_text.h"
-#include "import_statements.h"
+#include "import_checks.h"
 
 namespace holdwise {
 namespace {
@@ -17,20 +16,11 @@ constexpr int kCodeDigits = 6;
 
 /// What keeps a whole portfolio of the file from being added here; empty when nothing does.
 QStringList ProblemsOf(const backup::SavedPortfolio& portfolio, const ImportServices& services) {
-  QStringList problems{NameProblem(portfolio.name)};
-  // A name that may not stand in a statement is not asked for.
-  if (problems.front().isEmpty() && services.database.Count(import_sql::CountPortfolios(portfolio.name)) != 0)
-    problems.append(QStringLiteral("已有名称为“%1”的组合").arg(portfolio.name));
+  QStringList problems{NewNameProblem(services.database, portfolio.name)};
   for (const backup::SavedHolding& holding : portfolio.holdings)
     problems.append(CodeProblem(QString::number(holding.code).right(kCodeDigits), services.codes));
   problems.removeAll(QString());
   return problems;
-}
-
-ImportResult Refused(std::vector<ImportProblem> problems) {
-  ImportResult refused;
-  refused.problems = std::move(problems);
-  return refused;
 }
 
 std::vector<ImportProblem> Check(const backup::ReadFile& file, const ImportServices& services) {
@@ -45,8 +35,6 @@ std::vector<ImportProblem> Check(const backup::ReadFile& file, const ImportServi
     firstLines.insert(portfolio.name, line);
   }
   if (file.set.portfolios.empty()) problems.push_back({0, QStringLiteral("文件只有表头，没有持股数据")});
-  std::stable_sort(problems.begin(), problems.end(),
-                   [](const ImportProblem& left, const ImportProblem& right) { return left.line < right.line; });
   return problems;
 }
 

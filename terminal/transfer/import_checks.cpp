@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "import_checks.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "import_statements.h"
+
+namespace holdwise {
+
+void RequireNoQuestion(const UserDataServices& database) {
+  if (database.InTransaction())
+    throw Error(ErrorCategory::Busy, "终端窗口里有一个提问还没有回答（例如是否删除组合），请先回答它，再导入一次");
+}
+
+QStringList UnpricedStocks(std::vector<int> stocks, const TDataCenter& dataCentre) {
+  std::sort(stocks.begin(), stocks.end());
+  stocks.erase(std::unique(stocks.begin(), stocks.end()), stocks.end());
+  QStringList warnings;
+  for (const int stock : stocks) {
+    if (dataCentre.StockNowData(stock).currentPrice > 0) continue;
+    warnings.append(QStringLiteral("股票%1没有行情，组合市值暂不包括它").arg(QString::number(stock).right(6)));
+  }
+  return warnings;
+}
+
+QString TakenProblem(UserDataServices& database, const QString& name) {
+  const bool isTaken = database.Count(import_sql::CountPortfolios(name)) != 0;
+  return isTaken ? QStringLiteral("已有名称为“%1”的组合").arg(name) : QString();
+}
+
+ImportResult Refused(std::vector<ImportProblem> problems) {
+  SortByLine(problems);
+  ImportResult refused;
+  refused.problems = std::move(problems);
+  return refused;
+}
+
+}  // namespace holdwise
