@@ -170,18 +170,18 @@ std::optional<QString> BarLineReader::ReadBasis(double& basis) const {
   const BasisColumn* known = BasisColumnOf(basis_);
   if (known == nullptr) return std::nullopt;
   const std::string_view text = table_.Field(known->column);
-  const QString title = QString::fromUtf8(known->title);
+  const auto named = [known](const QString& reason) { return QString::fromUtf8(known->title) + reason; };
   if (basis_ == BarBasis::Change) {
     basis = ParseReal(text).value_or(kUnknown);
     return std::nullopt;
   }
   if (basis_ == BarBasis::PreviousClose) {
     if (IsBlankCell(text) || text == "-" || text == "--") return std::nullopt;
-    if (const auto reason = ReadPlainDecimal(text, basis)) return title + *reason;
+    if (const auto reason = ReadPlainDecimal(text, basis)) return named(*reason);
     if (basis == 0) basis = kUnknown;  // a first trading day
     return std::nullopt;
   }
-  if (const auto reason = ReadPrice(text, basis)) return title + *reason;
+  if (const auto reason = ReadPrice(text, basis)) return named(*reason);
   return std::nullopt;
 }
 

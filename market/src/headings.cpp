@@ -44,6 +44,14 @@ CsvColumn Date(bool isRequired) {
           AreSameDate};
 }
 
+CsvColumn Industry(bool isRequired) {
+  return {"行业", {"industry", "行业", "所属行业", "行业名称", "行业分类", "industry_name"}, isRequired};
+}
+
+CsvColumn Exchange() {
+  return {"交易所", {"exchange", "交易所"}};
+}
+
 CsvColumn PreviousClose(bool isRequired) {
   return {"昨收",
           {"prev_close", "昨收", "昨收价", "昨收盘", "昨收盘价", "昨日收盘价", "昨日收盘", "前收盘", "前收盘价", "前收",
@@ -83,9 +91,9 @@ std::span<const CsvColumn> SecurityColumns() {
        {"name", "名称", "证券名称", "股票名称", "证券简称", "股票简称", "简称", "code_name", "a股简称", "display_name",
         "sec_name"},
        true},
-      {"行业", {"industry", "行业", "所属行业", "行业名称", "行业分类", "industry_name"}},
+      Industry(false),
       {"市场", {"market", "市场", "板块", "board"}},
-      {"交易所", {"exchange", "交易所"}},
+      Exchange(),
       {"上市日期",
        {"list_date", "上市日期", "listdate", "ipodate", "ipo_date", "a股上市日期", "上市时间", "start_date"},
        false,
@@ -98,7 +106,7 @@ std::span<const CsvColumn> SecurityColumns() {
 std::span<const CsvColumn> IndustryColumns() {
   static const std::array<CsvColumn, kIndustryName + 1> columns{{
       Code(true),
-      {"行业", {"industry", "行业", "所属行业", "行业名称", "行业分类", "industry_name"}, true},
+      Industry(true),
   }};
   return columns;
 }
@@ -107,7 +115,7 @@ std::span<const CsvColumn> CalendarColumns() {
   static const std::array<CsvColumn, kCalendarExchange + 1> columns{{
       Date(true),
       {"开市", {"is_open", "is_trading_day", "trade_status", "tradestatus", "isopen", "是否开市", "是否交易日"}},
-      {"交易所", {"exchange", "交易所"}},
+      Exchange(),
   }};
   return columns;
 }

@@ -80,7 +80,7 @@ void InputReport::AddStock(const StockFile& stock, const BarFile& file, int last
 }
 
 void InputReport::AddDoubt(const QString& doubt) {
-  if (oddReferences_++ == 0) oddReference_ = doubt;
+  oddReferences_.Add(doubt);
 }
 
 std::vector<QString> InputReport::Understood(std::span<const int> tradingDates) const {
@@ -117,8 +117,10 @@ std::vector<QString> InputReport::Brief() const {
 
 std::vector<QString> InputReport::Advice() const {
   std::vector<QString> lines;
-  if (oddReferences_ > 0) {
-    lines.push_back(QStringLiteral("指数行情和交易日历有 %1 处要核对，如 %2").arg(oddReferences_).arg(oddReference_));
+  if (oddReferences_.count > 0) {
+    lines.push_back(QStringLiteral("指数行情和交易日历有 %1 处要核对，如 %2")
+                        .arg(oddReferences_.count)
+                        .arg(oddReferences_.example));
   }
   if (doubts_ == 0) return lines;
   lines.push_back(QStringLiteral("行情像是未复权的：%1 只股票 %2 处，如 %3。请用前复权的行情、带昨收一列的行情，或用 "

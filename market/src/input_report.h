@@ -33,7 +33,7 @@ class InputReport {
     QString understood;
     int count = 0;
   };
-  /// How many stocks there are of a kind, and one of them.
+  /// How many there are of a kind, and one of them.
   struct Some {
     int count = 0;
     QString example;
@@ -53,8 +53,7 @@ class InputReport {
   Some still_;
   Some doubted_;
   std::int64_t doubts_ = 0;
-  int oddReferences_ = 0;
-  QString oddReference_;
+  Some oddReferences_;
 };
 
 }  // namespace holdwise

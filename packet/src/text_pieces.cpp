@@ -2,7 +2,6 @@
 #include "holdwise/packet/text_pieces.h"
 
 #include <algorithm>
-#include <cerrno>
 
 #include "holdwise/packet/error.h"
 #include "holdwise/packet/text_file.h"

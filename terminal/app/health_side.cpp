@@ -62,7 +62,8 @@ HealthSide::HealthSide(ProcessParts& process, WindowSide& window, const Database
 health::Table HealthSide::Now() const {
   health::Facts facts = FactsOf(process_.Asked());
   if (backupProblem) facts.backupProblem = backupProblem();
-  facts.databaseProblem = window_.PlaceProblem().isEmpty() ? guard_.Damage() : window_.PlaceProblem();
+  facts.databaseProblem = window_.PlaceProblem();
+  if (facts.databaseProblem.isEmpty()) facts.databaseProblem = guard_.Damage();
   facts.comparison = guard_.Comparison();
   if (market_ == nullptr) {
     facts.dataProblem = QStringLiteral("不能使用，原因见窗口");

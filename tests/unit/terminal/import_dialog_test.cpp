@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace holdwise {
@@ -69,9 +70,16 @@ TEST_F(ImportDialogTest, ATakenNameIsSaidUntilItIsAnother) {
 
 TEST_F(ImportDialogTest, CancelAndEscapeGiveItUp) {
   Open("A", 0);
+  QSignalSpy escaped(dialog_.get(), &QDialog::rejected);
   QTest::keyClick(dialog_.get(), Qt::Key_Escape);
   EXPECT_FALSE(dialog_->isVisible());
-  EXPECT_EQ(dialog_->result(), QDialog::Rejected);
+  EXPECT_EQ(escaped.count(), 1);
+  Open("A", 0);
+  QSignalSpy cancelled(dialog_.get(), &QDialog::rejected);
+  for (auto* button : dialog_->findChildren<QPushButton*>())
+    if (button->text() == QStringLiteral("取消")) QTest::mouseClick(button, Qt::LeftButton);
+  EXPECT_FALSE(dialog_->isVisible());
+  EXPECT_EQ(cancelled.count(), 1);
 }
 
 }  // namespace
