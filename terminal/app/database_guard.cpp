@@ -171,6 +171,8 @@ void DatabaseGuard::WriteBackup() {
 void DatabaseGuard::DamageFound(const QString& text) {
   if (std::exchange(isDamageTold_, true)) return;
   doubt_ = QStringLiteral("数据库文件已损坏：%1").arg(text);
+  // Views that cannot be read never settle: nobody is to wait for them.
+  if (process_.Asked().IsBatch()) QCoreApplication::exit(1);
   if (!HasBackups()) return process_.Log().TellFailure(doubt_);
   const QString whole =
       QStringLiteral(

@@ -77,6 +77,28 @@ TEST_F(DamagedDatabase, IsSaidByAnExportWithWhatIsSafe) {
   EXPECT_TRUE(SetAside().isEmpty());
 }
 
+// A page of the system's table of indices: not read before the statements of the views are prepared, and empty as one
+// that was never used.
+TEST_F(DamagedDatabase, FoundByAnExportOnTheWayEndsItAtOnce) {
+  constexpr char kRowsPage = 5;
+  const QByteArray secondPageOfIndices("\x01\0\0\0\x04\0", 6);  // its number among the table's pages, the table's id
+  QFile file(File());
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+  const QByteArray bytes = file.readAll();
+  qint64 page = 0;
+  while (page < bytes.size() && (bytes[page] != kRowsPage || bytes.mid(page + 16, 6) != secondPageOfIndices))
+    page += kPage;
+  ASSERT_LT(page, bytes.size());
+  ASSERT_TRUE(file.seek(page));
+  file.write(QByteArray(kPage, '\0'));
+  file.close();
+  const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("终端运行中发现")) << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.err.contains("2 个组合，4 条持股")) << outcome.err.toStdString();
+  EXPECT_FALSE(outcome.err.contains("没有进展")) << outcome.err.toStdString();
+}
+
 TEST_F(DamagedDatabase, ComesBackWithOneButton) {
   const Screen screen;
   if (!screen.IsThere()) GTEST_SKIP() << "Xvfb";
