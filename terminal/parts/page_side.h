@@ -43,6 +43,7 @@ class PageSide {
 
  private:
   void AddHostPages(MarketData& data);
+  [[nodiscard]] QuickEntryActions QuickActions(MarketData& data);
   /// The address with views; null when no plug-in has one.
   [[nodiscard]] TAddressItem* ViewAddress() const;
 

@@ -101,8 +101,10 @@ TEST_F(Sources, ClosedDaysOfACalendarAreNoTradingDays) {
 }
 
 TEST_F(Sources, SecuritiesAsTheirListsHaveThem) {
-  const std::string heading = "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer\n";
-  const std::string wanted = heading + "600519,贵州茅台,白酒,1,20010827,1\n000001,平安银行,银行,2,19910403,1\n";
+  const std::string heading =
+      "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer,pinyin:text\n";
+  const std::string wanted =
+      heading + "600519,贵州茅台,白酒,1,20010827,1,G Z M T\n000001,平安银行,银行,2,19910403,1,P A Y HX\n";
   const char* lists[] = {
       "ts_code,symbol,name,area,industry,market,list_date\n600519.SH,600519,贵州茅台,贵州,白酒,主板,20010827\n"
       "000001.SZ,000001,平安银行,深圳,银行,主板,19910403\n",
@@ -136,8 +138,8 @@ TEST_F(Sources, IndustriesAndListDatesComeFromElsewhere) {
   const Outcome outcome = Run();
   EXPECT_EQ(outcome.rejections, "industries.csv:5: 代码 600519 重复\nindustries.csv:6: 不是沪深证券代码“x”\n");
   EXPECT_EQ(Csv(QStringLiteral("securities.dat")),
-            "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer\n"
-            "600519,贵州茅台,食品饮料,1,20240105,1\n000001,平安银行,银行,2,,1\n")
+            "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer,pinyin:text\n"
+            "600519,贵州茅台,食品饮料,1,20240105,1,G Z M T\n000001,平安银行,银行,2,,1,P A Y HX\n")
       << "the security master comes first; without bars there is no list date";
 }
 

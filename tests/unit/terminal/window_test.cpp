@@ -23,7 +23,6 @@
 #include "window/dialogs.h"
 #include "window/main_window.h"
 #include "window/message_boxes.h"
-#include "window/quick_entry.h"
 #include "window/terminal_style.h"
 #include "window/title_frame.h"
 #include "window/work_area.h"
@@ -212,72 +211,6 @@ TEST(MainWindowTest, TellsInTheStatusBarWhatOfTheDataIsNotUsed) {
   EXPECT_EQ(told(), "accounts.dat &lt;坏&gt;<br>自选股");
   window.SetDataNotices({});
   EXPECT_EQ(told(), QString());
-}
-
-class QuickEntryTest : public testing::Test {
- protected:
-  QuickEntryTest() {
-    codes_.Add({"600000", "浦发银行", "银行", 1, {}, false});
-    window_.setCentralWidget(new QWidget);
-    window_.centralWidget()->setFocusPolicy(Qt::StrongFocus);
-    entry_ = std::make_unique<QuickEntry>(&window_, codes_);
-    entry_->OnChosen = [this](const QString& code) { chosen_.append(code); };
-    window_.resize(600, 400);
-    window_.show();
-    window_.activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
-    window_.centralWidget()->setFocus();
-  }
-  void Type(const QString& keys) {
-    for (const QChar key : keys) QTest::keyClick(QApplication::focusWidget(), key.toLatin1());
-  }
-  ScriptedCodeNums codes_;
-  QMainWindow window_;
-  std::unique_ptr<QuickEntry> entry_;
-  QStringList chosen_;
-};
-
-TEST_F(QuickEntryTest, DigitsOpenItAndEnterChooses) {
-  Type("600000");
-  EXPECT_TRUE(entry_->isVisible());
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-  EXPECT_EQ(chosen_, QStringList{"600000"});
-  EXPECT_FALSE(entry_->isVisible());
-}
-
-TEST_F(QuickEntryTest, AnUnknownCodeIsNotChosen) {
-  Type("600001");
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-  EXPECT_TRUE(chosen_.isEmpty());
-  EXPECT_TRUE(entry_->isVisible());
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-  EXPECT_FALSE(entry_->isVisible());
-}
-
-TEST_F(QuickEntryTest, EscapeGivesTheKeyboardBackToWhereItWas) {
-  QWidget list(window_.centralWidget());
-  list.setFocusPolicy(Qt::StrongFocus);
-  list.show();
-  list.setFocus();
-  Type("6");
-  ASSERT_NE(QApplication::focusWidget(), &list);
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-  EXPECT_EQ(QApplication::focusWidget(), &list);
-}
-
-TEST_F(QuickEntryTest, LeavesKeysToFramesThatSwitchItOffAndToEditBoxes) {
-  entry_->SetCaptureEnabled(false);
-  Type("6");
-  EXPECT_FALSE(entry_->isVisible());
-  entry_->SetCaptureEnabled(true);
-  QLineEdit edit(window_.centralWidget());
-  edit.show();
-  edit.setFocus();
-  Type("6");
-  EXPECT_FALSE(entry_->isVisible());
-  EXPECT_EQ(edit.text(), "6");
-  Type("x");
-  EXPECT_FALSE(entry_->isVisible());
 }
 
 }  // namespace
