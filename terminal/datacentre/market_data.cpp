@@ -16,13 +16,8 @@ constexpr int kShanghai = 1;
 constexpr int kShenzhen = 2;
 constexpr int kBeijingOffsetSeconds = 8 * 3600;
 
-struct IndexName {
-  const char* name;
-  const char* initials;
-};
-/// In the order of kIndexNumbers.
-constexpr IndexName kIndexNames[kIndexCount] = {
-    {"上证指数", "S Z Z S"}, {"深证成指", "S Z C Z"}, {"沪深300", "H S 3 0 0"}};
+/// First letters of kIndexNames.
+constexpr const char* kIndexInitials[kIndexCount] = {"S Z Z S", "S Z C Z", "H S 3 0 0"};
 
 /// Code number that a text stands for, 0 when it stands for none: "1" and the two Shenzhen index codes, else six digits
 /// or "1" and six digits.
@@ -93,13 +88,13 @@ bool MarketData::IsShenzhenStock(const QString& codeNumber) const {
 }
 
 QString MarketData::NameOf(const QString& code) const {
-  if (const int index = IndexPlace(CodeNumberOf(code)); index >= 0) return QString::fromUtf8(kIndexNames[index].name);
+  if (const int index = IndexPlace(CodeNumberOf(code)); index >= 0) return QString::fromUtf8(kIndexNames[index]);
   const Security* stock = FindStock(code);
   return stock != nullptr ? Text(stock->nameOffset, stock->nameBytes) : QString();
 }
 
 QString MarketData::InitialsOf(int codeNumber) const {
-  if (const int index = IndexPlace(codeNumber); index >= 0) return QString::fromLatin1(kIndexNames[index].initials);
+  if (const int index = IndexPlace(codeNumber); index >= 0) return QString::fromLatin1(kIndexInitials[index]);
   const int place = IndexOfSecurity(codeNumber);
   if (place < 0) return {};
   const Security& security = securities_[static_cast<std::size_t>(place)];
