@@ -51,6 +51,7 @@ struct BarFile {
 struct FactorStep {
   int date = 0;
   double ratio = 1;
+  bool operator==(const FactorStep&) const = default;
 };
 /// Ascending, one a date.
 using FactorSteps = std::vector<FactorStep>;
