@@ -143,8 +143,12 @@ int RunBuild(const BuildCommand& command) {
   observer.onWarning = [](const Rejection& warning) { PrintNote("请核对：", warning); };
   observer.onProgress = [&progress](int done, int total) { progress.Show(done, total); };
   if (command.onlyChecks) {
-    PrintCheck(CheckInputs(options, observer));
-    return 0;
+    const BuildSummary summary = CheckInputs(options, observer);
+    PrintCheck(summary);
+    if (summary.series > 0) return 0;
+    std::fflush(stdout);
+    std::fprintf(stderr, "错误：没有一只股票的行情可用，不能生成数据目录，原因见上面列出的未采用的行和文件\n");
+    return 1;
   }
   BuildMemory memory;
   if (!command.watches) {

@@ -264,6 +264,11 @@ void DataFolderBuild::WriteNamed(const QString& name, ResultSet table, const Pac
   Write(name, table, limits);
 }
 
+void CheckOptions(const BuildOptions& options) {
+  if (options.days < 1) throw Error(ErrorCategory::Refused, "窗口至少要有一个交易日");
+  CheckProposalOptions(options.proposals);
+}
+
 }  // namespace
 
 BuildMemory::BuildMemory() : work_(std::make_unique<Work>()) {}
@@ -275,13 +280,12 @@ BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& o
 }
 
 BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& observer, BuildMemory& memory) {
-  if (options.days < 1) throw Error(ErrorCategory::Refused, "窗口至少要有一个交易日");
-  CheckProposalOptions(options.proposals);
+  CheckOptions(options);
   return DataFolderBuild(options, observer, memory.GetWork()).Run();
 }
 
 BuildSummary CheckInputs(const BuildOptions& options, const BuildObserver& observer) {
-  if (options.days < 1) throw Error(ErrorCategory::Refused, "窗口至少要有一个交易日");
+  CheckOptions(options);
   QElapsedTimer timer;
   timer.start();
   BuildSummary summary;

@@ -3,6 +3,7 @@
 
 #include <QFileInfo>
 #include <algorithm>
+#include <utility>
 
 #include "bar_folder.h"
 #include "headings.h"
@@ -33,10 +34,6 @@ namespace {
 
 enum class FactorKind { Cumulative, Divisor, OfEvent };
 
-QString Text(std::string_view utf8) {
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
 FactorColumn ColumnOf(const CsvTable& table, const QString& path) {
   for (const FactorColumn column : {kCumulative, kForward, kDivisor, kOfEvent, kFactor}) {
     if (table.Has(column)) return column;
@@ -58,8 +55,8 @@ Factors ReadTable(CsvTable& table, FactorColumn column, int numberOfFile) {
     double factor = 0;
     std::optional<QString> reason = ReadPrice(table.Field(column), factor);
     if (reason) reason = QStringLiteral("因子") + *reason;
-    if (number == 0) reason = QStringLiteral("不是该证券的代码“%1”").arg(Text(table.Field(kFactorCode)));
-    if (!date) reason = QStringLiteral("日期无法识别“%1”").arg(Text(dateText));
+    if (number == 0) reason = QStringLiteral("不是该证券的代码“%1”").arg(FieldText(table.Field(kFactorCode)));
+    if (!date) reason = QStringLiteral("日期无法识别“%1”").arg(FieldText(dateText));
     if (reason) {
       table.Reject(*reason);
     } else {
@@ -119,10 +116,13 @@ FactorKind KindOf(FactorColumn column, const FactorLook& look, const QString& pa
                         path.toStdString());
 }
 
-FactorSteps StepsOf(const std::vector<DatedFactor>& factors, FactorKind kind) {
+/// @param isDaily there is a row a day, and where there is none it is missing
+FactorSteps StepsOf(const std::vector<DatedFactor>& factors, FactorKind kind, bool isDaily) {
   FactorSteps steps;
   double before = 0;
+  int dayBefore = 0;
   for (const DatedFactor& dated : factors) {
+    const int after = isDaily && kind != FactorKind::OfEvent ? std::exchange(dayBefore, dated.date) : 0;
     double ratio = dated.factor;
     if (kind != FactorKind::OfEvent) {
       ratio = before == 0 ? 1 : kind == FactorKind::Cumulative ? before / dated.factor : dated.factor / before;
@@ -132,7 +132,7 @@ FactorSteps StepsOf(const std::vector<DatedFactor>& factors, FactorKind kind) {
     if (!steps.empty() && steps.back().date == dated.date) {
       steps.back().ratio *= ratio;
     } else {
-      steps.push_back({dated.date, ratio});
+      steps.push_back({dated.date, ratio, after});
     }
   }
   return steps;
@@ -162,7 +162,7 @@ FactorFile ReadFile(const QString& path, int number) {
     std::stable_sort(factors.begin(), factors.end(),
                      [](const DatedFactor& a, const DatedFactor& b) { return a.date < b.date; });
   }
-  file.rejections = table.TakeRejections();
+  table.MoveRejectionsTo(file.rejections);
   file.understood = table.Understood();
   return file;
 }
@@ -200,7 +200,8 @@ FactorTable ReadFactors(const QString& place, std::vector<Rejection>& rejections
   for (const auto& file : files) {
     const FactorKind kind = KindOf(file->column, looks[file->column], file->path);
     for (const auto& [code, factors] : file->factors) {
-      all[code] = {StepsOf(factors, kind), kind == FactorKind::OfEvent ? 0 : factors.front().date};
+      all[code] = {StepsOf(factors, kind, looks[file->column].IsDaily()),
+                   kind == FactorKind::OfEvent ? 0 : factors.front().date};
     }
     understood.emplace_back(file->path,
                             file->understood + QStringLiteral("（") + KindText(kind) + QStringLiteral("）"));

@@ -53,12 +53,14 @@ void MarketInputs::ReadIndices() {
     rules.codeNumber = number;
     TakeIndex(number, ReadBars(path, rules), path);
   }
-  rules.codeNumber = 0;
-  LongBars tables([](std::string_view code) { return ParseIndexNumber(code, true); }, rules);
-  for (const QString& path : sources.tables) tables.Read(path);
-  Report(tables.TakeRejections());
-  for (const int number : tables.Numbers()) TakeIndex(number, tables.Take(number, rules), sources.tables.front());
-  for (const auto& [path, understood] : tables.Understood()) report_.AddFile(path, understood);
+  if (!sources.table.isEmpty()) {
+    rules.codeNumber = 0;
+    LongBars table([](std::string_view code) { return ParseIndexNumber(code, true); }, rules);
+    table.Read(sources.table);
+    Report(table.TakeRejections());
+    for (const int number : table.Numbers()) TakeIndex(number, table.Take(number, rules), sources.table);
+    for (const auto& [path, understood] : table.Understood()) report_.AddFile(path, understood);
+  }
   for (const int number : kIndexNumbers) {
     if (indices_.contains(number)) continue;
     throw Error(ErrorCategory::NotFound,

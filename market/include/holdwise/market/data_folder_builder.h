@@ -88,7 +88,7 @@ class BuildMemory {
 BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& observer, BuildMemory& memory);
 
 /// Reads what BuildDataFolder would, with the same errors and reports, and writes nothing: `outFolder` is not looked
-/// at.
+/// at. No usable bars of any stock are no Error here: the summary's `series` is 0.
 BuildSummary CheckInputs(const BuildOptions& options, const BuildObserver& observer = {});
 
 }  // namespace holdwise
