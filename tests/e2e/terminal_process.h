@@ -46,10 +46,14 @@ class Market {
  public:
   Market();
   [[nodiscard]] const QString& Data() const { return data_; }
+  /// Writes the bars and the index closes anew, up to a day (YYYY-MM-DD; empty: the last one).
+  void WriteBars(const QString& last = {}) const;
   /// Takes the lines of some days (YYYY-MM-DD, both included) out of a stock's bars; Build makes a folder of the rest.
   void RemoveBars(const QString& code, const QString& first, const QString& last) const;
   /// Gives the Shanghai Composite another close on a day (YYYY-MM-DD); Build makes a folder of it.
   void CorrectIndex(const QString& date, const QByteArray& close) const;
+  /// What makes holdwise-market build a data folder of the bars.
+  [[nodiscard]] QStringList BuildArguments(const QString& out) const;
   /// Writes a data folder of the bars as they are now, in place of the one that stands there.
   void Build(const QString& out, const QStringList& more = {}) const;
 
