@@ -241,4 +241,8 @@ QByteArray TwoPortfolios(const QByteArray& boughtOn) {
   return csv;
 }
 
+QByteArray OneMore() {
+  return "name,code,quantity,price\n丙,600003,10,3\n丙,600004,10,4\n";
+}
+
 }  // namespace holdwise::e2e

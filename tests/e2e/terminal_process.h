@@ -70,6 +70,9 @@ void CopyFolder(const QString& from, const QString& to);
 /// 600012 (bought at 10.00 and 12.00), on a day (YYYY-MM-DD) or on the market's date.
 QByteArray TwoPortfolios(const QByteArray& boughtOn = {});
 
+/// A third one, 丙, with ten of 600003 and ten of 600004, bought at 3 and 4 on the market's date.
+QByteArray OneMore();
+
 /// A work folder beside a folder for outputs, both gone at the end.
 class Bench {
  public:
