@@ -107,6 +107,11 @@ QString CalculationProblem() {
   return problem;
 }
 
+void ForgetCalculations() {
+  problem.clear();
+  RetryIncomplete();
+}
+
 void RetryIncomplete() {
   tried = {};
   ++retries;

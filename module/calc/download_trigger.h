@@ -19,7 +19,10 @@ bool DownData();
 /// empty when it could. User-interface thread.
 [[nodiscard]] QString CalculationProblem();
 
-/// They do from now on, once: the module has been loaded, or data may have come back. User-interface thread.
+/// As if nothing had been tried: for a host that loads the module anew. User-interface thread.
+void ForgetCalculations();
+
+/// They do from now on, once: data may have come back. User-interface thread.
 void RetryIncomplete();
 
 }  // namespace holdwise

@@ -33,6 +33,8 @@ class CommandRunner : public QObject {
   explicit CommandRunner(CommandTargets targets) : targets_(std::move(targets)) {}
   /// `answer` is called once, when the command has ended; from the event loop, never inside Run.
   void Run(const Command& command, HandOverServer::Answer answer);
+  /// Nothing is being carried out, and nothing waits.
+  [[nodiscard]] bool IsIdle() const { return !isBusy_ && jobs_.empty(); }
 
  private:
   struct Job {

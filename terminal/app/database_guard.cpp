@@ -81,7 +81,7 @@ void DatabaseGuard::TellInBox(const QString& text) {
 }
 
 bool DatabaseGuard::HasBackups() const {
-  return process_.Asked().command.database.isEmpty();
+  return process_.Asked().IsOwnDatabase();
 }
 
 void DatabaseGuard::OpenFile() {
@@ -117,7 +117,7 @@ void DatabaseGuard::Restore() {
 }
 
 health::Comparison DatabaseGuard::Comparison() const {
-  if (!HasBackups()) return {QStringLiteral("没有比较，只比较工作目录自己的数据库")};
+  if (!HasBackups()) return health::Comparison::OfForeign();
   if (!doubt_.isEmpty() && !isDamageTold_) return {doubt_, false};
   return comparison_;
 }

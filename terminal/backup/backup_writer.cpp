@@ -11,7 +11,9 @@ void BackupWriter::Look() {
   if (std::exchange(hasLooked_, true)) return;
   try {
     state_.newest = folder_.Newest();
-    if (state_.newest) last_ = LoadPortfolioFile(state_.newest->path);
+    if (!state_.newest) return;
+    PortfolioSet newest = LoadPortfolioFile(state_.newest->path);
+    if (ProblemsOf(newest).isEmpty()) last_ = std::move(newest);
   } catch (const std::exception& error) {
     log_.WriteLog(QStringLiteral("最新的组合备份不能使用，将重新写：%1").arg(QString::fromUtf8(error.what())));
   }
@@ -20,7 +22,12 @@ void BackupWriter::Look() {
 BackupWriter::Outcome BackupWriter::Write(const PortfolioSet& set) {
   Look();
   try {
-    const QStringList problems = ProblemsOf(set);
+    // A set that is known has been looked over before.
+    if (lastDoubtful_ == set) {
+      Report(doubt_);
+      return Outcome::Doubtful;
+    }
+    const QStringList problems = last_ == set ? QStringList() : ProblemsOf(set);
     return problems.isEmpty() ? WriteGeneration(set) : WriteDoubtful(set, problems);
   } catch (const std::exception& error) {
     Report(QStringLiteral("组合没有备份：%1").arg(QString::fromUtf8(error.what())));
@@ -43,12 +50,10 @@ BackupWriter::Outcome BackupWriter::WriteGeneration(const PortfolioSet& set) {
 }
 
 BackupWriter::Outcome BackupWriter::WriteDoubtful(const PortfolioSet& set, const QStringList& problems) {
-  if (lastDoubtful_ != set) {
-    const QString path = folder_.WriteDoubtful(set, clock_.Now());
-    lastDoubtful_ = set;
-    doubt_ = QStringLiteral("数据库里的组合有疑问，没有作为备份保存，另写在“%1”，以前的备份不变：\n%2")
-                 .arg(path, problems.join(QLatin1Char('\n')));
-  }
+  const QString path = folder_.WriteDoubtful(set, clock_.Now());
+  lastDoubtful_ = set;
+  doubt_ = QStringLiteral("数据库里的组合有疑问，没有作为备份保存，另写在“%1”，以前的备份不变：\n%2")
+               .arg(path, problems.join(QLatin1Char('\n')));
   Report(doubt_);
   return Outcome::Doubtful;
 }

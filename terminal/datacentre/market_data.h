@@ -40,8 +40,11 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   /// groups) are left out whole when they cannot be used: see Notices.
   void Load(const QString& folder);
   /// Reads quotes.dat and the edition again. Throws like Load and keeps the earlier quotes; Error(Refused) too when the
-  /// folder now stands at another date, whose other files are not read while the terminal runs. Emits QuotesChanged.
+  /// folder now stands at another date, of which this object takes nothing: see LaterDate. Emits QuotesChanged.
   void ReloadQuotes();
+  /// The date (YYYY-MM-DD) at which the last ReloadQuotes found the folder, if it is later than that of the data, which
+  /// stay as they are: a new object has to load it. Empty otherwise.
+  [[nodiscard]] QString LaterDate() const;
   /// Takes over current data as they arrive; quotes of unknown securities are ignored. Emits QuotesChanged.
   void ApplyQuotes(const std::vector<CodedQuote>& quotes);
   /// Replaces group "OptionalStock" by the user's own list: a text file (UTF-8 or GB18030) with one six-digit code a
@@ -148,6 +151,7 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   QString optionalStocksPath_;
   QStringList notices_;
   int currentDate_ = 0;
+  int laterDate_ = 0;  ///< of the folder; 0: not later than the current one
   bool simulated_ = false;
   std::vector<Security> securities_;  ///< by code number
   std::string texts_;

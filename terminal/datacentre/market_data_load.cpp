@@ -145,16 +145,23 @@ void MarketData::SetEdition(const QString& edition) {
 }
 
 void MarketData::ReloadQuotes() {
+  laterDate_ = 0;
   const QDir dir(folder_);
   const Market market = ReadMarket(dir.filePath(QStringLiteral("market.dat")));
   if (market.currentDate != currentDate_) {
-    throw Error(ErrorCategory::Refused, QStringLiteral("数据文件夹“%1”已换成日期%2的数据，重新启动终端后生效")
-                                            .arg(QDir::toNativeSeparators(folder_))
-                                            .arg(QString::fromStdString(DateText(market.currentDate)))
-                                            .toStdString());
+    if (market.currentDate > currentDate_) laterDate_ = market.currentDate;
+    throw Error(ErrorCategory::Refused,
+                QStringLiteral("数据文件夹“%1”已换成日期%2的数据，%3")
+                    .arg(QDir::toNativeSeparators(folder_), QString::fromStdString(DateText(market.currentDate)),
+                         laterDate_ == 0 ? QStringLiteral("重新启动终端后生效") : QStringLiteral("还没有换上"))
+                    .toStdString());
   }
   SetEdition(market.edition);
   ApplyQuotes(ReadQuotes(dir.filePath(QStringLiteral("quotes.dat")), market.edition));
+}
+
+QString MarketData::LaterDate() const {
+  return laterDate_ == 0 ? QString() : QString::fromStdString(DateText(laterDate_));
 }
 
 void MarketData::LoadSecurities(const QString& path) {

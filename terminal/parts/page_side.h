@@ -35,6 +35,14 @@ class PageSide {
   [[nodiscard]] bool GoTo(const QString& address, const QString& parameter);
   /// Enters the address with views unless it is entered; null when there is none.
   [[nodiscard]] ViewCatalogue* EnterViews();
+  /// The address with views; null when no plug-in has one.
+  [[nodiscard]] TAddressItem* ViewAddress() const;
+  /// The entered address; null when none.
+  [[nodiscard]] const TAddressItem* Current() const { return addresses_.Current(); }
+  /// What it was entered with.
+  [[nodiscard]] const QString& Parameter() const { return addresses_.Parameter(); }
+  /// Is a security's code being typed into the window's quick entry?
+  [[nodiscard]] bool IsTyping() const { return quickEntry_.isVisible(); }
   /// Tells the views that the data folder may hold now what was missing before. Nothing happens before they have been
   /// entered.
   void DataFolderChanged();
@@ -44,8 +52,6 @@ class PageSide {
  private:
   void AddHostPages(MarketData& data);
   [[nodiscard]] QuickEntryActions QuickActions(MarketData& data);
-  /// The address with views; null when no plug-in has one.
-  [[nodiscard]] TAddressItem* ViewAddress() const;
 
   ProcessParts& process_;
   WindowSide& window_;

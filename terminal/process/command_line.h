@@ -46,6 +46,11 @@ struct Options {
   QString database;  ///< file of the embedded engine or connection string of a server; empty: in the work folder
   Command command;
 
+  /// Is it the database of the work folder, of which the backups there tell?
+  [[nodiscard]] bool IsOwnDatabase() const { return command.database.isEmpty(); }
+  /// Where the engine keeps its locks.
+  [[nodiscard]] QString LockFolder() const { return workFolder + QStringLiteral("/lock"); }
+
   /// Do it and end: no window, questions and messages go to standard error.
   [[nodiscard]] bool IsBatch() const {
     return !command.exportFolder.isEmpty() || !command.backupFile.isEmpty() || !command.restoreFile.isEmpty();

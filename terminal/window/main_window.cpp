@@ -104,6 +104,12 @@ void MainWindow::BuildStatusBar() {
   progress_->setMaximumWidth(200);
   progress_->hide();
   statusBar()->addPermanentWidget(progress_);
+  newDay_ = new QPushButton(this);
+  newDay_->setObjectName(QStringLiteral("newDay"));
+  newDay_->setFocusPolicy(Qt::NoFocus);
+  newDay_->hide();
+  connect(newDay_, &QPushButton::clicked, this, [this] { actions_.takeNewDay(); });
+  statusBar()->addPermanentWidget(newDay_);
   quotesProblem_ = AddStatus(*statusBar());
   quotesProblem_->setText(QStringLiteral("行情没有更新"));
   quotesProblem_->hide();
@@ -159,6 +165,12 @@ void MainWindow::SetDataDate(const QString& text) {
 void MainWindow::SetQuotesProblem(const QString& text) {
   quotesProblem_->setVisible(!text.isEmpty());
   quotesProblem_->setToolTip(text);
+}
+
+void MainWindow::OfferNewDay(const QString& text, const QString& hint) {
+  newDay_->setText(text);
+  newDay_->setToolTip(hint);
+  newDay_->setVisible(!text.isEmpty());
 }
 
 void MainWindow::SetDataNotices(const QStringList& notices) {

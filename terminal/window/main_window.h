@@ -9,6 +9,7 @@
 class QActionGroup;
 class QLabel;
 class QProgressBar;
+class QPushButton;
 
 namespace holdwise {
 
@@ -23,6 +24,7 @@ struct WindowActions {
   std::function<void()> restorePortfolios;
   std::function<void(ThemeKind)> setTheme;
   std::function<void(const QString& address)> goTo;
+  std::function<void()> takeNewDay;
 };
 
 /// The window: menus, address tabs, work area, status bar. Only shows and reports; User-interface thread.
@@ -43,6 +45,8 @@ class MainWindow : public QMainWindow {
   void SetDataDate(const QString& text);
   /// Why the quotes shown are not those of the data folder; empty when they are.
   void SetQuotesProblem(const QString& text);
+  /// A button with that text for WindowActions::takeNewDay, and what its hint says; an empty text takes it away.
+  void OfferNewDay(const QString& text, const QString& hint);
   /// What of the data folder's optional files is not used, a line each; an empty list takes the sign away.
   void SetDataNotices(const QStringList& notices);
   void SetBusState(bool isConnected);
@@ -72,6 +76,7 @@ class MainWindow : public QMainWindow {
   QMenu* addressMenu_ = nullptr;
   QActionGroup* addressGroup_ = nullptr;
   QLabel* date_ = nullptr;
+  QPushButton* newDay_ = nullptr;
   QLabel* quotesProblem_ = nullptr;
   QLabel* dataNotices_ = nullptr;
   QLabel* health_ = nullptr;

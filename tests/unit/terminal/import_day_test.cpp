@@ -86,6 +86,24 @@ TEST_F(ImportDay, AnIndexWhoseDaysCannotBeIsNotBoughtAt) {
   }
 }
 
+/// Also when somebody is asked in between.
+TEST_F(ImportDay, TheClosesAreAskedForOnceAndOnlyWithADay) {
+  const auto timesOf = [this](const QByteArray& csv) {
+    int times = 0;
+    ImportServices services = Services();
+    services.indexCloses = [&times, read = services.indexCloses] {
+      ++times;
+      return read();
+    };
+    ImportOptions options;
+    options.ask = [](const ImportPreview& preview) { return ImportChoice{preview.name, false}; };
+    EXPECT_EQ(ImportPortfolios(csv, services, {}, options).portfolios, 1);
+    return times;
+  };
+  EXPECT_EQ(timesOf("name,code,quantity,price,date\n甲,600000,1,8,2024-05-24\n"), 1);
+  EXPECT_EQ(timesOf("name,code,quantity,price\n乙,600000,1,8\n"), 0);
+}
+
 TEST_F(ImportDay, AllHeadingsOfTheColumn) {
   int number = 0;
   for (const char* heading : {"date", "日期", "买入日期", "创建日期", " DATE "}) {

@@ -188,6 +188,27 @@ TEST(MainWindowTest, TellsInTheStatusBarWhileTheQuotesAreNotFollowed) {
   EXPECT_EQ(told(), QStringList());
 }
 
+TEST(MainWindowTest, OffersANewDayInTheStatusBar) {
+  RecordingLog log;
+  const ThemeServices theme(ThemeKind::Dark, log);
+  WindowActions actions;
+  int taken = 0;
+  actions.takeNewDay = [&taken] { ++taken; };
+  MainWindow window(theme, actions);
+  window.show();
+  auto* button = window.statusBar()->findChild<QPushButton*>("newDay");
+  ASSERT_NE(button, nullptr);
+  EXPECT_FALSE(button->isVisible());
+  window.OfferNewDay("新的一天(&N)", "等待");
+  EXPECT_TRUE(button->isVisible());
+  EXPECT_EQ(button->text(), "新的一天(&N)");
+  EXPECT_EQ(button->toolTip(), "等待");
+  QTest::mouseClick(button, Qt::LeftButton);
+  EXPECT_EQ(taken, 1);
+  window.OfferNewDay({}, {});
+  EXPECT_FALSE(button->isVisible());
+}
+
 TEST(MainWindowTest, TellsInTheStatusBarWhatWasNotDone) {
   RecordingLog log;
   const ThemeServices theme(ThemeKind::Dark, log);
