@@ -211,7 +211,11 @@ void TStringGrid::updateGeometries() {
   QTableView::updateGeometries();
   // After the base class, which sets the margins for headers that are not there. As many whole rows fit as before, so
   // the scroll bar stays right.
-  if (isWholeRows_) setViewportMargins(0, 0, 0, contentsRect().height() % rowHeight_);
+  if (!isWholeRows_) return;
+  setViewportMargins(0, 0, 0, contentsRect().height() % rowHeight_);
+  // At the end of the scroll bar the rows lie where the hidden header, as high as it is, has its last one.
+  verticalHeader()->resize(verticalHeader()->width(), viewport()->height());
+  QMetaObject::invokeMethod(verticalHeader(), "updateGeometries");  // a hidden one does not by itself
 }
 
 void TStringGrid::SetEmptyText(const QString& text) {
