@@ -185,7 +185,8 @@ void MainWindow::Tell(const QString& text) {
 }
 
 void MainWindow::TellFailure(const QString& text) {
-  statusBar()->showMessage(QStringLiteral("没有完成：%1").arg(text), kFailureMilliseconds);
+  const bool saysSo = text.contains(QStringLiteral("未完成"));
+  statusBar()->showMessage(saysSo ? text : QStringLiteral("没有完成：%1").arg(text), kFailureMilliseconds);
 }
 
 void MainWindow::ShowProgress(int done, int total) {

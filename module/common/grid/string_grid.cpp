@@ -157,6 +157,7 @@ QString TStringGrid::TextInItsUnit(const GridCell& cell) const {
 }
 
 QString TStringGrid::DrawnText(const GridCell& cell) const {
+  if (noFigures_.count({cell.column, cell.row}) != 0) return QStringLiteral("—");
   QString text = TextInItsUnit(cell).trimmed();
   const auto decimals = decimals_.find(cell.column);
   if (decimals == decimals_.end()) return text;
@@ -176,8 +177,14 @@ QString TStringGrid::RemarkOf(const GridCell& cell) const {
   return found == remarks_.end() ? QString() : found->second;
 }
 
+void TStringGrid::SetNoFigure(const GridCell& cell, const QString& remark) {
+  noFigures_.emplace(cell.column, cell.row);
+  SetRemark(cell, remark);
+}
+
 void TStringGrid::ClearRemarks() {
   remarks_.clear();
+  noFigures_.clear();
   viewport()->update();
 }
 
