@@ -2,6 +2,7 @@
 #include "window/main_window.h"
 
 #include <QActionGroup>
+#include <QCloseEvent>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMenuBar>
@@ -104,6 +105,10 @@ void MainWindow::BuildStatusBar() {
   progress_->setMaximumWidth(200);
   progress_->hide();
   statusBar()->addPermanentWidget(progress_);
+  cancel_ = new QPushButton(QStringLiteral("取消"), this);
+  cancel_->setFocusPolicy(Qt::NoFocus);
+  cancel_->hide();
+  statusBar()->addPermanentWidget(cancel_);
   quotesProblem_ = AddStatus(*statusBar());
   quotesProblem_->setText(QStringLiteral("行情没有更新"));
   quotesProblem_->hide();
@@ -191,10 +196,15 @@ void MainWindow::TellFailure(const QString& text) {
 
 void MainWindow::ShowProgress(int done, int total) {
   progress_->setVisible(total > 0);
+  cancel_->setVisible(total > 0);
   if (total <= 0) return;
   progress_->setRange(0, total);
   progress_->setValue(done);
   if (isVisible()) statusBar()->repaint();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->setAccepted(!MayClose || MayClose());
 }
 
 void MainWindow::ShowAbout() {

@@ -134,6 +134,13 @@ TEST(CommandLine, AStressTestThatCannotBeIsRefusedAtOnce) {
   EXPECT_TRUE(textOf({"--stress", "", "--export", "o"}).contains("--stress 的值为空"));
 }
 
+TEST(CommandLine, AnotherBusIsRefusedWhateverRuns) {
+  const ParsedCommandLine parsed = ParseCommandLine({"holdwise-terminal", "--bus", "nats://host"});
+  EXPECT_FALSE(parsed.options.has_value());
+  EXPECT_EQ(parsed.exitCode, 2);
+  EXPECT_TRUE(parsed.text.contains("--bus 只能是 inproc，不能是“nats://host”")) << parsed.text.toStdString();
+}
+
 TEST(CommandLine, ARunningTerminalKeepsItsDataAndDatabase) {
   const QTemporaryDir folder;
   ASSERT_TRUE(QDir(folder.path()).mkdir("data"));
@@ -293,7 +300,7 @@ TEST(CommandRunnerTest, CarriesOutOneAfterTheOtherInOrder) {
   runner.Run({ThemeKind::Light, "a", "p", "good", "out", {}, {}}, answer);
   runner.Run({{}, "none", {}, {}, {}, {}, {}}, answer);
   runner.Run({{}, {}, {}, "bad", "out", {}, {}}, answer);
-  runner.Run({}, answer);
+  runner.Run({{}, {}, "Skip", {}, {}, {}, {}}, answer);
   EXPECT_TRUE(record.isEmpty());
   QCoreApplication::processEvents();
   QTest::qWait(10);
@@ -302,7 +309,8 @@ TEST(CommandRunnerTest, CarriesOutOneAfterTheOtherInOrder) {
   pendingExport({"done", 0});
   QTest::qWait(10);
   EXPECT_EQ(record, QStringList({"answer 0 good\ndone", "go none ", "answer 2 没有地址“none”。", "import bad",
-                                 "answer 1 bad", "raise", "answer 0 "}));
+                                 "answer 1 bad", "go  Skip", "raise", "answer 0 "}))
+      << "a parameter alone goes to the views";
 }
 
 TEST(CommandRunnerTest, RestoresBeforeItImportsAndBacksUpWhatIsThereThen) {
