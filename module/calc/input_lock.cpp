@@ -53,7 +53,13 @@ bool InputLock::eventFilter(QObject* watched, QEvent* event) {
   if (window == nullptr) return false;
   if (event->type() == QEvent::WindowActivate) {
     QMetaObject::invokeMethod(
-        &dialog_, [dialog = &dialog_] { dialog->activateWindow(); }, Qt::QueuedConnection);
+        &dialog_,
+        [dialog = &dialog_] {
+          if (dialog->isMinimized()) dialog->showNormal();
+          dialog->raise();
+          dialog->activateWindow();
+        },
+        Qt::QueuedConnection);
     return false;
   }
   if (event->type() == QEvent::Close && event->spontaneous() && watched == window) {
