@@ -12,7 +12,7 @@ namespace holdwise {
 /// What a command can make the terminal do.
 struct CommandTargets {
   std::function<void(ThemeKind)> setTheme;
-  /// False when there is no such address.
+  /// An empty address is the one with views. False when there is no such address.
   std::function<bool(const QString& address, const QString& parameter)> goTo;
   std::function<HandOverAnswer(const QString& file)> restorePortfolios;
   /// The command's import file, as the command wants it.

@@ -82,7 +82,7 @@ void SecurityPage::Fill() {
   if (code.isEmpty()) {
     title_->setText(QStringLiteral("还没有选定股票"));
     price_->clear();
-    details_->setText(QStringLiteral("在组合的表格中点击一只股票，或直接键入代码、名称的拼音首字母。"));
+    details_->setText(QStringLiteral("在组合的表格中单击一只股票的代码或名称，或直接键入代码、名称的拼音首字母。"));
     return;
   }
   title_->setText(

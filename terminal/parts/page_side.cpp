@@ -118,6 +118,11 @@ bool PageSide::HasAddress(const QString& name) const {
   return addresses_.Find(name) != nullptr;
 }
 
+QString PageSide::CurrentAddress() const {
+  const TAddressItem* current = addresses_.Current();
+  return current == nullptr ? QString() : current->Name();
+}
+
 bool PageSide::GoTo(const QString& address, const QString& parameter) {
   if (!address.isEmpty()) return addresses_.GotoAddress(address, parameter);
   const TAddressItem* views = ViewAddress();

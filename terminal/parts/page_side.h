@@ -33,6 +33,8 @@ class PageSide {
   [[nodiscard]] bool HasAddress(const QString& name) const;
   /// Enters an address; empty: the one with views, if there is one. False when there is no such address.
   [[nodiscard]] bool GoTo(const QString& address, const QString& parameter);
+  /// Name of the address that is entered; empty when none is.
+  [[nodiscard]] QString CurrentAddress() const;
   /// Enters the address with views unless it is entered; null when there is none.
   [[nodiscard]] ViewCatalogue* EnterViews();
   /// The address with views; null when no plug-in has one.

@@ -13,7 +13,7 @@ namespace holdwise {
 struct Command {
   std::optional<ThemeKind> theme;
   QString address;    ///< empty: stay where the user is
-  QString parameter;  ///< for the address
+  QString parameter;  ///< for the address; without one, for the address with views
   QString importFile;
   QString exportFolder;
   QString dataFolder;     ///< empty: whichever the running terminal has

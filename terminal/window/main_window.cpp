@@ -2,6 +2,7 @@
 #include "window/main_window.h"
 
 #include <QActionGroup>
+#include <QCloseEvent>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMenuBar>
@@ -110,6 +111,10 @@ void MainWindow::BuildStatusBar() {
   newDay_->hide();
   connect(newDay_, &QPushButton::clicked, this, [this] { actions_.takeNewDay(); });
   statusBar()->addPermanentWidget(newDay_);
+  cancel_ = new QPushButton(QStringLiteral("取消"), this);
+  cancel_->setFocusPolicy(Qt::NoFocus);
+  cancel_->hide();
+  statusBar()->addPermanentWidget(cancel_);
   quotesProblem_ = AddStatus(*statusBar());
   quotesProblem_->setText(QStringLiteral("行情没有更新"));
   quotesProblem_->hide();
@@ -197,15 +202,21 @@ void MainWindow::Tell(const QString& text) {
 }
 
 void MainWindow::TellFailure(const QString& text) {
-  statusBar()->showMessage(QStringLiteral("没有完成：%1").arg(text), kFailureMilliseconds);
+  const bool saysSo = text.contains(QStringLiteral("未完成"));
+  statusBar()->showMessage(saysSo ? text : QStringLiteral("没有完成：%1").arg(text), kFailureMilliseconds);
 }
 
 void MainWindow::ShowProgress(int done, int total) {
   progress_->setVisible(total > 0);
+  cancel_->setVisible(total > 0);
   if (total <= 0) return;
   progress_->setRange(0, total);
   progress_->setValue(done);
   if (isVisible()) statusBar()->repaint();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->setAccepted(!MayClose || MayClose());
 }
 
 void MainWindow::ShowAbout() {

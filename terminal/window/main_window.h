@@ -57,8 +57,15 @@ class MainWindow : public QMainWindow {
   void Tell(const QString& text);
   /// One that stays there for a minute: something was not done.
   void TellFailure(const QString& text);
-  /// Progress of long work, painted at once because the event loop does not run meanwhile; `total` 0 hides it.
+  /// Progress of long work with 取消 beside it, painted at once because the event loop may not run meanwhile; `total` 0
+  /// hides both.
   void ShowProgress(int done, int total);
+  [[nodiscard]] QPushButton& CancelButton() { return *cancel_; }
+  /// Asked when the user closes the window; false keeps it. Unset: it may be closed.
+  std::function<bool()> MayClose;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
 
  private:
   void BuildMenus();
@@ -83,6 +90,7 @@ class MainWindow : public QMainWindow {
   QLabel* bus_ = nullptr;
   QLabel* database_ = nullptr;
   QProgressBar* progress_ = nullptr;
+  QPushButton* cancel_ = nullptr;
 };
 
 }  // namespace holdwise

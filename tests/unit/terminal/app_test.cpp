@@ -134,6 +134,13 @@ TEST(CommandLine, AStressTestThatCannotBeIsRefusedAtOnce) {
   EXPECT_TRUE(textOf({"--stress", "", "--export", "o"}).contains("--stress 的值为空"));
 }
 
+TEST(CommandLine, AnotherBusIsRefusedWhateverRuns) {
+  const ParsedCommandLine parsed = ParseCommandLine({"holdwise-terminal", "--bus", "nats://host"});
+  EXPECT_FALSE(parsed.options.has_value());
+  EXPECT_EQ(parsed.exitCode, 2);
+  EXPECT_TRUE(parsed.text.contains("--bus 只能是 inproc，不能是“nats://host”")) << parsed.text.toStdString();
+}
+
 TEST(CommandLine, ARunningTerminalKeepsItsDataAndDatabase) {
   const QTemporaryDir folder;
   ASSERT_TRUE(QDir(folder.path()).mkdir("data"));
@@ -299,7 +306,7 @@ TEST(CommandRunnerTest, CarriesOutOneAfterTheOtherInOrder) {
   runner.Run({{}, "none", {}, {}, {}, {}, {}}, answer);
   runner.Run({{}, {}, {}, "bad", "out", {}, {}}, answer);
   EXPECT_FALSE(runner.IsIdle()) << "they wait";
-  runner.Run({}, answer);
+  runner.Run({{}, {}, "Skip", {}, {}, {}, {}}, answer);
   EXPECT_TRUE(record.isEmpty());
   QCoreApplication::processEvents();
   QTest::qWait(10);
@@ -310,7 +317,8 @@ TEST(CommandRunnerTest, CarriesOutOneAfterTheOtherInOrder) {
   QTest::qWait(10);
   EXPECT_TRUE(runner.IsIdle());
   EXPECT_EQ(record, QStringList({"answer 0 good\ndone", "go none ", "answer 2 没有地址“none”。", "import bad",
-                                 "answer 1 bad", "raise", "answer 0 "}));
+                                 "answer 1 bad", "go  Skip", "raise", "answer 0 "}))
+      << "a parameter alone goes to the views";
 }
 
 TEST(CommandRunnerTest, RestoresBeforeItImportsAndBacksUpWhatIsThereThen) {
