@@ -2,6 +2,7 @@
 #include "holdwise/packet/atomic_file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QFile>
@@ -87,9 +88,18 @@ void FlushOpened(const FileDescriptor& folder, const QString& path) {
   if (folder.IsOpen() && ::fsync(folder.Get()) != 0 && errno != EINVAL) ThrowWriteError(path, errno);
 }
 
+/// A rename would put the file in the place of a pipe or a device.
+void RequireNoDevice(const QString& path) {
+  struct stat status {};
+  if (::stat(QFile::encodeName(path).constData(), &status) != 0 || S_ISREG(status.st_mode) || S_ISDIR(status.st_mode))
+    return;
+  throw Error(ErrorCategory::Io, QStringLiteral("“%1”不是普通文件，没有写").arg(path).toStdString());
+}
+
 }  // namespace
 
 void WriteFileAtomically(const QString& path, const QByteArray& bytes, Durability durability) {
+  RequireNoDevice(path);
   const bool lasting = durability == Durability::Lasting;
   const FileDescriptor folder(OpenFolderOf(path, durability));
   TemporaryFile file(path, lasting ? 0600 : 0666);

@@ -270,7 +270,8 @@ TEST(WorkFolder, ThatHoldsOtherThingsKeepsItsMode) {
 }
 
 TEST(WorkFolder, APipeInThePlaceOfAFileIsRefusedAtOnce) {
-  for (const char* name : {"settings.ini", "log/terminal.log", "terminal.lock", "holdwise.fdb", "TZZHMerge.dat"}) {
+  for (const char* name : {"settings.ini", "log/terminal.log", "terminal.lock", "holdwise.fdb", "holdwise.fdb.open",
+                           "holdwise.fdb.checked", "TZZHMerge.dat", "TZZHOwner.txt"}) {
     const Bench bench;
     ASSERT_TRUE(QDir().mkpath(bench.Work() + "/log"));
     bench.Write("work/optional_stocks.txt", "600001\n");

@@ -9,7 +9,7 @@ with the database away. The terminal exports. It must end by itself, not by a si
 the portfolios must still be in the folder: in the database, in the exchange pair or the one that was kept, or in a backup.
 Figures that differ though the entered values are the same are counted: stored figures have no second copy.
 
-    damage.py --bin DIR --market-data DIR [--databases 500] [--pairs 200] [--seed 1]
+    damage.py --bin DIR [--market-data DIR] [--databases 500] [--pairs 200] [--seed 1]
 """
 import argparse
 import pathlib
@@ -152,7 +152,7 @@ class Campaign:
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--bin", type=pathlib.Path, required=True, help="folder of the programs")
-    parser.add_argument("--market-data", type=pathlib.Path, required=True, help="folder with real daily bars")
+    parser.add_argument("--market-data", type=pathlib.Path, help="folder with real daily bars; without it they are made up")
     parser.add_argument("--databases", type=int, default=500, help="rounds with a damaged database")
     parser.add_argument("--pairs", type=int, default=200, help="rounds with a damaged exchange pair")
     parser.add_argument("--seed", type=int, default=1)
@@ -160,7 +160,7 @@ def main():
     report = Report()
     with tempfile.TemporaryDirectory(prefix="holdwise-damage-") as folder:
         folder = pathlib.Path(folder)
-        market = Market(arguments.bin.resolve(), arguments.market_data.resolve(), folder)
+        market = Market(arguments.bin.resolve(), arguments.market_data, folder)
         campaign = Campaign(market, folder, random.Random(arguments.seed), report)
         targets = ["database"] * arguments.databases + ["pair"] * arguments.pairs
         for number, target in enumerate(targets, 1):

@@ -9,7 +9,7 @@ to so much while the terminal is opening, importing, calculating or ending. The 
 signal, and say in Chinese, on standard error or in its log, that the space is the trouble, unless everything was done or the
 campaign itself has ended a window before it was through. Then the space is given back, and all must hold that holds after a kill (see kill_terminal.py).
 
-    full_disk.py --bin DIR --market-data DIR [--sizes 50] [--seed 1]
+    full_disk.py --bin DIR [--market-data DIR] [--sizes 50] [--seed 1]
 """
 import argparse
 import os
@@ -132,7 +132,7 @@ def rounds(count):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--bin", type=pathlib.Path, required=True, help="folder of the programs")
-    parser.add_argument("--market-data", type=pathlib.Path, required=True, help="folder with real daily bars")
+    parser.add_argument("--market-data", type=pathlib.Path, help="folder with real daily bars; without it they are made up")
     parser.add_argument("--sizes", type=int, default=50, help="number of rounds")
     parser.add_argument("--seed", type=int, default=1)
     arguments = parser.parse_args()
@@ -140,7 +140,7 @@ def main():
     report = Report()
     with tempfile.TemporaryDirectory(prefix="holdwise-full-") as folder:
         folder = pathlib.Path(folder)
-        market = Market(arguments.bin.resolve(), arguments.market_data.resolve(), folder)
+        market = Market(arguments.bin.resolve(), arguments.market_data, folder)
         campaign = Campaign(market, folder, random.Random(arguments.seed), report)
         for number, (kind, size_kb) in enumerate(rounds(arguments.sizes), 1):
             campaign.round(number, kind, size_kb)

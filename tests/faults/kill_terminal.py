@@ -9,7 +9,7 @@ its later rows whole; no portfolio that was there may be missing; of those being
 exchange files, when they were touched, must bring the earlier or the later portfolios back into an empty database. At last
 the next start must finish the work: statistics, figures, and every exported table equal those of an undisturbed run.
 
-    kill_terminal.py --bin DIR --market-data DIR [--kills 200] [--seed 1]
+    kill_terminal.py --bin DIR [--market-data DIR] [--kills 200] [--seed 1]
 """
 import argparse
 import pathlib
@@ -100,14 +100,14 @@ class Campaign:
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--bin", type=pathlib.Path, required=True, help="folder of the programs")
-    parser.add_argument("--market-data", type=pathlib.Path, required=True, help="folder with real daily bars")
+    parser.add_argument("--market-data", type=pathlib.Path, help="folder with real daily bars; without it they are made up")
     parser.add_argument("--kills", type=int, default=200)
     parser.add_argument("--seed", type=int, default=1)
     arguments = parser.parse_args()
     report = Report()
     with tempfile.TemporaryDirectory(prefix="holdwise-kill-") as folder:
         folder = pathlib.Path(folder)
-        market = Market(arguments.bin.resolve(), arguments.market_data.resolve(), folder)
+        market = Market(arguments.bin.resolve(), arguments.market_data, folder)
         campaign = Campaign(market, folder, random.Random(arguments.seed), report)
         print(f"undisturbed: {campaign.seconds[True]:.1f} s, first start {campaign.seconds[False]:.1f} s", flush=True)
         for number in range(1, arguments.kills + 1):

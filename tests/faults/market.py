@@ -1,7 +1,9 @@
 # SPDX-License-Identifier: MIT
 """A small market in two states, an earlier and a later day, two imports, and what the terminal must make of them."""
 import csv
+import datetime
 import os
+import random
 import re
 import shutil
 import subprocess
@@ -54,11 +56,31 @@ def same_holdings(stored, rows):
         s[:2] == w[:2] and abs(s[2] - w[2]) < 1e-12 and s[3] == w[3] for s, w in zip(stored, wanted))
 
 
+def made_up_source(folder):
+    """Daily bars of the stocks of the imports and of the indices, 260 weekdays of a random walk."""
+    choice = random.Random(1)
+    days = [day for day in (datetime.date(2024, 1, 1) + datetime.timedelta(days=n) for n in range(364)) if day.weekday() < 5]
+    for place, code in [("bars", code) for code in CODES] + [("indices", code) for code in sorted(INDICES)]:
+        (folder / place).mkdir(parents=True, exist_ok=True)
+        price, lines = 50.0, ["date,open,high,low,close,volume"]
+        for day in days:
+            price *= 1 + choice.gauss(0, 0.01)
+            lines.append(f"{day},{price:.2f},{price:.2f},{price:.2f},{price:.2f},1000")
+        (folder / place / f"{code}.csv").write_text("\n".join(lines) + "\n")
+    (folder / "trading_dates.csv").write_text("date\n" + "".join(f"{day}\n" for day in days))
+    (folder / "deposit_rates.csv").write_text("date,one_year\n2023-01-02,1.5\n")
+    (folder / "securities.csv").write_text("code,name,industry,market,list_date\n" + "".join(
+        f"{code},股票{code},行业,{'SH' if code[0] == '6' else 'SZ'},2010-01-04\n" for code in CODES), encoding="utf-8")
+    return folder
+
+
 class Market:
     """Two data folders of the same securities, made from daily bars."""
 
     def __init__(self, binaries, source, folder):
+        """source: a folder of real daily bars; None: made-up ones."""
         self.binaries, self.folder = binaries, folder
+        source = source.resolve() if source else made_up_source(folder / "source")
         with open(source / "indices" / "1.csv", encoding="utf-8") as file:
             days = sorted(row["date"] for row in csv.DictReader(file))
         self.data = []

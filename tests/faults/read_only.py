@@ -8,7 +8,7 @@ once more by its mode under another user (root only), and the downloads go to a 
 must end by itself with the exit code and the Chinese words expected; what it could not write must be as before. Then the right
 is given back, and all must hold that holds after a kill (see kill_terminal.py).
 
-    read_only.py --bin DIR --market-data DIR [--checks 10]
+    read_only.py --bin DIR [--market-data DIR] [--checks 10]
 """
 import argparse
 import os
@@ -133,14 +133,14 @@ class Campaign:
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--bin", type=pathlib.Path, required=True, help="folder of the programs")
-    parser.add_argument("--market-data", type=pathlib.Path, required=True, help="folder with real daily bars")
+    parser.add_argument("--market-data", type=pathlib.Path, help="folder with real daily bars; without it they are made up")
     parser.add_argument("--checks", type=int, default=10, help="so many of the places")
     arguments = parser.parse_args()
     enter_mount_name_space()
     report = Report()
     with tempfile.TemporaryDirectory(prefix="holdwise-read-only-") as folder:
         folder = pathlib.Path(folder)
-        campaign = Campaign(Market(arguments.bin.resolve(), arguments.market_data.resolve(), folder), folder, report)
+        campaign = Campaign(Market(arguments.bin.resolve(), arguments.market_data, folder), folder, report)
         campaign.all(arguments.checks)
     report.end("read-only places")
 

@@ -43,6 +43,20 @@ TEST(AtomicFile, WritesAndReplaces) {
   }
 }
 
+TEST(AtomicFile, DoesNotTakeThePlaceOfAPipe) {
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(QStringLiteral("pipe"));
+  ASSERT_EQ(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+  for (const Durability durability : {Durability::Replaceable, Durability::Lasting}) {
+    EXPECT_THROW(WriteFileAtomically(path, "x", durability), Error);
+    struct stat status {};
+    ASSERT_EQ(stat(QFile::encodeName(path).constData(), &status), 0);
+    EXPECT_TRUE(S_ISFIFO(status.st_mode));
+  }
+  EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot),
+            QStringList{"pipe"});
+}
+
 TEST(AtomicFile, ModeIsPrivateUnlessReplaceable) {
   const QTemporaryDir folder;
   const mode_t mask = ::umask(022);

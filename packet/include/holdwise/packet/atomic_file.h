@@ -14,7 +14,8 @@ enum class Durability {
 };
 
 /// Writes a whole file through a temporary name in the same folder and a rename; mode 0600 unless the file is
-/// replaceable data. A failure leaves an earlier file untouched and throws Error(Io).
+/// replaceable data. A failure leaves an earlier file untouched and throws Error(Io), as does a pipe or a device in the
+/// file's place.
 void WriteFileAtomically(const QString& path, const QByteArray& bytes, Durability durability);
 
 /// Renames a file within its folder in one step, replacing what stands under the new name; Lasting: flushed to the
