@@ -88,6 +88,13 @@ TEST_F(FirstLookTest, ADifferenceAfterAnOrderlyEndHasBothSides) {
   EXPECT_TRUE(look.Text().contains(QStringLiteral("进取")));
 }
 
+TEST_F(FirstLookTest, AChangedValueHasBothSides) {
+  WriteBackup();
+  Run(QStringLiteral("update alg_commain set COMNAME = '进去' where ID = 2"));
+  const FirstLook look = Look();
+  EXPECT_TRUE(look.Text().contains(QStringLiteral("“进取”：名称 进去 → 进取"))) << look.Text().toStdString();
+}
+
 TEST_F(FirstLookTest, EveryEnteredValueCounts) {
   for (const char* change :
        {"update alg_commain set COMNAME = '别名' where ID = 1",
