@@ -21,7 +21,7 @@ namespace {
 constexpr QSize kFirstSize{1280, 800};
 constexpr QSize kWindowBorders{16, 48};
 constexpr int kTellMilliseconds = 8000;
-constexpr int kFailureMilliseconds = 60'000;
+constexpr int kLongMilliseconds = 60'000;
 
 QLabel* AddStatus(QStatusBar& bar) {
   auto* label = new QLabel(&bar);
@@ -185,7 +185,11 @@ void MainWindow::Tell(const QString& text) {
 }
 
 void MainWindow::TellFailure(const QString& text) {
-  statusBar()->showMessage(QStringLiteral("没有完成：%1").arg(text), kFailureMilliseconds);
+  statusBar()->showMessage(QStringLiteral("没有完成：%1").arg(text), kLongMilliseconds);
+}
+
+void MainWindow::TellOutcome(const QString& text) {
+  statusBar()->showMessage(text, kLongMilliseconds);
 }
 
 void MainWindow::ShowProgress(int done, int total) {
