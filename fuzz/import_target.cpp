@@ -6,6 +6,7 @@
 #include "holdings/portfolio_rules.h"
 #include "holdwise/packet/characters.h"
 #include "holdwise/packet/csv_result_set.h"
+#include "holdwise/packet/entry_limits.h"
 #include "holdwise/packet/number_text.h"
 #include "properties.h"
 #include "targets.h"
@@ -35,7 +36,7 @@ class AllStocks final : public CodeNumServices {
 void CheckPortfolio(const CsvPortfolio& portfolio) {
   Require(!portfolio.name.isEmpty() && FitsAsName(portfolio.name), "a portfolio has a name");
   Require(!portfolio.name.contains(QLatin1Char('\'')), "a name can stand in a statement");
-  Require(portfolio.rows >= kMinHoldings && portfolio.rows <= kMaxHoldings, "a portfolio has a portfolio's size");
+  Require(portfolio.rows >= kMinHoldings && portfolio.rows <= kMostHoldings, "a portfolio has a portfolio's size");
   QSet<int> codes;
   for (const CsvHolding& holding : portfolio.holdings) {
     const bool isStock = (holding.codeNumber >= 1600000 && holding.codeNumber <= 1699999) ||

@@ -74,7 +74,8 @@ void CheckFactors(const QString& path, std::string_view input) {
   std::vector<Rejection> rejections;
   std::vector<std::pair<QString, QString>> understood;
   try {
-    const FactorTable factors = ReadFactors(path, rejections, understood);
+    KeptFactorFiles kept;
+    const FactorTable factors = ReadFactors(path, rejections, understood, kept);
     for (const auto& [number, ofOne] : factors) {
       const FactorSteps& steps = ofOne.steps;
       const auto isBehind = [](const FactorStep& a, const FactorStep& b) { return a.date >= b.date; };

@@ -36,9 +36,10 @@ TERMINAL = {
     "health": ["backup"],
     "files": [],
     "datacentre": [],
+    "search": [],
     "bus": ["datacentre"],
     "process": ["theme"],
-    "window": ["process", "theme"],
+    "window": ["process", "theme", "search"],
     "pages": ["datacentre", "process", "theme"],
     "holdings": [],
     "transfer": ["process", "backup", "holdings"],
@@ -51,8 +52,11 @@ ROOMS = {"module": MODULE, "terminal": TERMINAL}
 MARKET_IN_TERMINAL = re.compile(r"terminal/bus/(embedded_market|in_process_bus)\.(cpp|h)$")
 
 MOST_LINES, MANY_LINES = 600, 400
-STATEMENT = re.compile(r'"\s*(select|insert|update|delete|merge|execute (block|procedure))\s', re.IGNORECASE)
-COLOUR = re.compile(r'QColor\s*\w*\s*[({]\s*(0x|[0-9"])|qRgba?\(|Qt::(red|green|blue|black|white|gray|darkGray|lightGray|yellow|cyan|magenta)\b|QStringLiteral\("#[0-9a-fA-F]{3,8}"')
+STATEMENT = re.compile(r'"\(?\s*(update \w+ set|insert into|delete from|merge into|execute (block|procedure)|with \w+ as|set generator|'
+                       r'(create|alter|drop|recreate) \w+|select|insert|delete|merge)(\s|"|$)', re.IGNORECASE)
+COLOUR = re.compile(r'QColor\s*\w*\s*[({]\s*(0x|[0-9]|u?"|Qt::)|QColor::from|QColorConstants|qRgba?\(|Qt::(red|green|blue|black|white|gray|darkGray|lightGray|yellow|cyan|magenta)\b|QStringLiteral\("#[0-9a-fA-F]{3,8}"')
+# A colour that is given, whatever the theme.
+GIVEN_COLOUR = re.compile(r"\bkEditorColor\b")
 # A picture that the module brings itself has colours of its own.
 OWN_PICTURE = re.compile(r"module/common/.*_picture\.cpp$")
 THEME_KEY = re.compile(r'"(Qm_|QM_|KTR_|ktr_|Grid_|Invest_|Section_|TreeListColor|GridTitle)')
@@ -124,7 +128,10 @@ def check_arrows(files):
         if path.parts[0] in ROOMS and room_of(path.parts[0], "/".join(path.parts[1:-1])) is None:
             problems.append(f"{path} stands in no room")
         for number, line in enumerate(pathlib.Path(path).read_text(encoding="utf-8").splitlines(), 1):
-            include = re.match(r'\s*#include "([^"]+)"', line)
+            outside = re.match(r"\s*#\s*include\s*<([^>]+/[^>]+)>", line)
+            if outside and (outside[1].startswith("holdwise/") or pathlib.Path(path.parts[0], outside[1]).exists()):
+                problems.append(f"{path}:{number}: an include of our own stands in quotes: {outside[1]}")
+            include = re.match(r'\s*#\s*include\s*"([^"]+)"', line)
             if include and not include[1].startswith("moc_") and not include[1].endswith(".moc"):
                 check_include(path, number, include[1])
 
@@ -179,7 +186,7 @@ def check_texts(files):
                 continue
             if not place.startswith("module/common/store/"):
                 forbid(path, number, line, STATEMENT, "statements stand in module/common/store")
-            if not OWN_PICTURE.match(place):
+            if not OWN_PICTURE.match(place) and not GIVEN_COLOUR.search(line):
                 forbid(path, number, line, COLOUR, "colours come from the host's theme")
             if not place.startswith("module/common/host/"):
                 forbid(path, number, line, THEME_KEY, "keys of the theme stand in module/common/host")

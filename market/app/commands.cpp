@@ -104,8 +104,9 @@ BuildOptions OptionsOf(const BuildCommand& command) {
   return options;
 }
 
-void BuildOnce(const BuildCommand& command, const BuildOptions& options, const BuildObserver& observer) {
-  const BuildSummary summary = BuildDataFolder(options, observer);
+void BuildOnce(const BuildCommand& command, const BuildOptions& options, const BuildObserver& observer,
+               BuildMemory& memory) {
+  const BuildSummary summary = BuildDataFolder(options, observer, memory);
   std::printf(
       "数据目录：%s\n当前日期：%s\n证券：%d，有行情 %d\n统计行：%lld\n未采用的行：%lld，未采用的文件：%d\n"
       "当日停牌（价格取最后收盘价）：%d\n",
@@ -121,10 +122,10 @@ void BuildOnce(const BuildCommand& command, const BuildOptions& options, const B
 
 // The folder stays as it is while something is wrong with the files.
 void FollowInputs(InputWatch& watch, const BuildCommand& command, const BuildOptions& options,
-                  const BuildObserver& observer) {
+                  const BuildObserver& observer, BuildMemory& memory) {
   do {
     try {
-      BuildOnce(command, options, observer);
+      BuildOnce(command, options, observer, memory);
     } catch (const Error& error) {
       std::fprintf(stderr, "错误：%s\n数据目录没有改动，文件再有变化时重新生成\n", error.what());
     }
@@ -142,18 +143,23 @@ int RunBuild(const BuildCommand& command) {
   observer.onWarning = [](const Rejection& warning) { PrintNote("请核对：", warning); };
   observer.onProgress = [&progress](int done, int total) { progress.Show(done, total); };
   if (command.onlyChecks) {
-    PrintCheck(CheckInputs(options, observer));
-    return 0;
+    const BuildSummary summary = CheckInputs(options, observer);
+    PrintCheck(summary);
+    if (summary.series > 0) return 0;
+    std::fflush(stdout);
+    std::fprintf(stderr, "错误：没有一只股票的行情可用，不能生成数据目录，原因见上面列出的未采用的行和文件\n");
+    return 1;
   }
+  BuildMemory memory;
   if (!command.watches) {
-    BuildOnce(command, options, observer);
+    BuildOnce(command, options, observer, memory);
     return 0;
   }
   // Knows the files before they are read: what changes meanwhile is built again.
   InputWatch watch({options.barsFolder, options.indicesFolder, options.securitiesFile, options.industriesFile,
                     options.factorsPlace, options.datesFile, options.ratesFile, options.quotesFile,
                     options.estimatesFile});
-  FollowInputs(watch, command, options, observer);
+  FollowInputs(watch, command, options, observer, memory);
   return 0;
 }
 

@@ -2,7 +2,6 @@
 #include "input_watch.h"
 
 #include <signal.h>
-#include <sys/stat.h>
 
 #include <QDir>
 #include <QFile>
@@ -78,10 +77,9 @@ QString InputWatch::Unfinished(const Files& now) const {
 InputWatch::Files InputWatch::Look(const Files& last) const {
   Files files;
   const auto add = [&files, &last](const QString& path) {
-    struct stat status = {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0) return;
-    constexpr std::int64_t kNanoseconds = 1'000'000'000;
-    File file{status.st_ino, status.st_size, status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec, false};
+    const std::optional<FileState> state = FileStateOf(path);
+    if (!state) return;
+    File file{*state, false};
     const auto before = last.find(path);
     file.endsWithLine = before != last.end() && before->second.endsWithLine;
     if (before == last.end() || file != before->second) file.endsWithLine = EndsWithLine(path);

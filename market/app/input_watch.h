@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QString>
-#include <cstdint>
 #include <map>
 #include <vector>
+
+#include "holdwise/market/file_state.h"
 
 namespace holdwise {
 
@@ -20,9 +21,7 @@ class InputWatch {
 
  private:
   struct File {
-    std::uint64_t number;  // a file put in place by a rename is another one
-    std::int64_t bytes;
-    std::int64_t changedAt;  // nanoseconds
+    FileState state;
     bool endsWithLine;
     bool operator==(const File&) const = default;
   };

@@ -70,7 +70,7 @@ void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
       "编码为 UTF-8 或 "
       "GB18030。不能采用的行连同文件名和行号列在标准错误上，其余照常采用。原有数据目录最后一步整体替换，\n"
       "其中不由本命令生成的文件保留。\n"
-      "退出码：0 完成，1 没有作任何改动，大于 100 参数错误。");
+      "退出码：0 完成，1 没有作任何改动（--check：没有可用的行情），大于 100 参数错误。");
   AddText(build, "--bars", command.bars, "日线：目录（每只股票一个 CSV 文件，或每天一个），或所有股票的一个文件")
       ->required();
   AddText(build, "--indices", command.indices, "指数目录，内有 1.csv、399001.csv、399300.csv，或三个指数的一个文件")

@@ -26,14 +26,14 @@ bool IsUpward(std::span<const BarLine> lines, std::size_t day) {
 }
 
 // Trading dates between a bar and the one before for which there is not even a line.
-std::ptrdiff_t DaysMissing(std::span<const BarLine> lines, std::size_t day, std::span<const int> tradingDates,
-                           std::span<const std::uint32_t> suspendedDates) {
-  const auto from = static_cast<int>(lines[day - 1].date);
-  const auto to = static_cast<int>(lines[day].date);
+std::ptrdiff_t DaysMissing(const BarLines& source, std::size_t day, std::span<const int> tradingDates) {
+  const auto from = static_cast<int>(source.lines[day - 1].date);
+  const auto to = static_cast<int>(source.lines[day].date);
   const auto first = std::upper_bound(tradingDates.begin(), tradingDates.end(), from);
-  const auto suspended = std::count_if(suspendedDates.begin(), suspendedDates.end(), [from, to](std::uint32_t date) {
+  const auto isBetween = [from, to](std::uint32_t date) {
     return static_cast<int>(date) > from && static_cast<int>(date) < to;
-  });
+  };
+  const auto suspended = std::count_if(source.suspendedDates.begin(), source.suspendedDates.end(), isBetween);
   return std::lower_bound(first, tradingDates.end(), to) - first - suspended;
 }
 
@@ -46,13 +46,14 @@ struct Steps {
   std::size_t firstLarge = 0;
 };
 
-Steps StepsOf(std::span<const BarLine> lines, const BarRules& rules, std::span<const std::uint32_t> suspendedDates) {
+Steps StepsOf(const BarLines& source, const BarRules& rules) {
+  const std::span<const BarLine> lines = source.lines;
   Steps steps;
   std::size_t before = 0;
   for (std::size_t day = 1; day < lines.size(); ++day) {
     if (!HasStep(lines, day)) continue;
     ++steps.all;
-    if (DaysMissing(lines, day, rules.tradingDates, suspendedDates) > 0) continue;
+    if (DaysMissing(source, day, rules.tradingDates) > 0) continue;
     if (before != 0 && before + 1 == day) steps.areAdjacent = true;
     before = day;
     if (IsUpward(lines, day)) ++steps.upward;
@@ -113,14 +114,14 @@ bool IsStock(int codeNumber) {
 
 }  // namespace
 
-Adjustment AdjustForward(std::span<const BarLine> lines, BarBasis basis, const BarRules& rules,
-                         std::span<const std::uint32_t> suspendedDates, std::vector<Bar>& bars) {
+Adjustment AdjustForward(const BarLines& source, const BarRules& rules, std::vector<Bar>& bars) {
+  const std::span<const BarLine> lines = source.lines;
   if (lines.empty()) return Adjustment::AsTheyStand;
   const BarLine& last = lines.back();
   const auto scale = [&](auto closeOf) {
     for (std::size_t day = 0; day + 1 < lines.size(); ++day) bars[day].close = closeOf(lines[day]);
   };
-  switch (basis) {
+  switch (source.basis) {
     case BarBasis::AdjustedClose:
       scale([&](const BarLine& line) { return line.basis * (last.close / last.basis); });
       return Adjustment::AdjustedCloses;
@@ -131,7 +132,7 @@ Adjustment AdjustForward(std::span<const BarLine> lines, BarBasis basis, const B
       scale([&](const BarLine& line) { return line.close * (line.basis / last.basis); });
       return Adjustment::OwnFactors;
     case BarBasis::PreviousClose:
-      if (AreAdjustedAlready(StepsOf(lines, rules, suspendedDates), lines.size())) return Adjustment::AsTheyStand;
+      if (AreAdjustedAlready(StepsOf(source, rules), lines.size())) return Adjustment::AsTheyStand;
       ByPreviousClose(lines, bars);
       return Adjustment::PreviousClose;
     case BarBasis::None:
@@ -163,11 +164,11 @@ std::optional<QString> ContradictionOn(std::size_t day, std::span<const BarLine>
 }
 
 // The return over days without a line is not known; a reference above the close before is no dividend's.
-std::optional<QString> BridgeOn(std::size_t day, std::span<const BarLine> lines, const Bar& bar, const BarRules& rules,
-                                std::span<const std::uint32_t> suspendedDates) {
+std::optional<QString> BridgeOn(std::size_t day, const BarLines& source, const Bar& bar, const BarRules& rules) {
+  const std::span<const BarLine> lines = source.lines;
   if (!HasStep(lines, day)) return std::nullopt;
   const double difference = lines[day].basis / lines[day - 1].close - 1;
-  const auto missing = DaysMissing(lines, day, rules.tradingDates, suspendedDates);
+  const auto missing = DaysMissing(source, day, rules.tradingDates);
   if (missing <= 0 && !IsUpward(lines, day)) return std::nullopt;
   const QString gap = missing > 0 ? QStringLiteral(" 之前缺 %1 个交易日的行情，").arg(missing) : QStringLiteral(" ");
   return QStringLiteral("%1%2昨收%3于上一收盘 %4")
@@ -175,43 +176,57 @@ std::optional<QString> BridgeOn(std::size_t day, std::span<const BarLine> lines,
            Percent(std::fabs(difference)));
 }
 
-std::optional<QString> DoubtOn(std::size_t day, std::span<const Bar> bars, std::span<const BarLine> lines,
-                               BarBasis basis, Adjustment adjustment, const BarRules& rules,
-                               std::span<const std::uint32_t> suspendedDates) {
-  std::optional<QString> doubt = JumpOn(day, bars, lines, rules);
+std::optional<QString> DoubtOn(std::size_t day, std::span<const Bar> bars, const BarLines& source,
+                               Adjustment adjustment, const BarRules& rules) {
+  std::optional<QString> doubt = JumpOn(day, bars, source.lines, rules);
   if (doubt) return doubt;
-  if (adjustment == Adjustment::PreviousClose) return BridgeOn(day, lines, bars[day], rules, suspendedDates);
-  if (basis == BarBasis::Change && adjustment == Adjustment::AsTheyStand) return ContradictionOn(day, lines, bars[day]);
+  if (adjustment == Adjustment::PreviousClose) return BridgeOn(day, source, bars[day], rules);
+  if (source.basis == BarBasis::Change && adjustment == Adjustment::AsTheyStand) {
+    return ContradictionOn(day, source.lines, bars[day]);
+  }
   return std::nullopt;
 }
 
 // Of the bars as a whole.
-std::optional<QString> DoubtAboutAll(std::span<const Bar> bars, std::span<const BarLine> lines, BarBasis basis,
-                                     Adjustment adjustment, const BarRules& rules,
-                                     std::span<const std::uint32_t> suspendedDates) {
+std::optional<QString> DoubtAboutAll(std::span<const Bar> bars, const BarLines& source, Adjustment adjustment,
+                                     const BarRules& rules) {
   if (adjustment == Adjustment::LaterFactors) {
     return QStringLiteral("复权因子从 %1 开始，晚于第一根日线 %2，此前的除权没有复权")
         .arg(QString::fromStdString(DateText(rules.factorsFrom)), DayText(bars.front()));
   }
-  if (basis != BarBasis::PreviousClose || adjustment != Adjustment::AsTheyStand) return std::nullopt;
-  const Steps steps = StepsOf(lines, rules, suspendedDates);
+  if (source.basis != BarBasis::PreviousClose || adjustment != Adjustment::AsTheyStand) return std::nullopt;
+  const Steps steps = StepsOf(source, rules);
   if (steps.large == 0) return std::nullopt;
   const std::size_t day = steps.firstLarge;
   return QStringLiteral("有 %1 日昨收与上一收盘不符（%2 起，相差 %3），收盘价像是复权的而昨收不是，没有按昨收复权")
       .arg(steps.large)
-      .arg(DayText(bars[day]), Percent(lines[day].basis / lines[day - 1].close - 1));
+      .arg(DayText(bars[day]), Percent(source.lines[day].basis / source.lines[day - 1].close - 1));
+}
+
+// On which of the days without a factor something went off, nobody knows.
+void AddGaps(std::span<const Bar> bars, const FactorSteps& steps, std::vector<QString>& doubts) {
+  for (const FactorStep& step : steps) {
+    if (step.after == 0 || step.date > bars.back().date) continue;
+    const auto isAtOrBehind = [](const Bar& bar, int date) { return bar.date < date; };
+    const auto bar = std::lower_bound(bars.begin(), bars.end(), step.after + 1, isAtOrBehind);
+    if (bar == bars.end() || bar->date >= step.date) continue;
+    doubts.push_back(QStringLiteral("复权因子从 %1 到 %2 之间缺行，其间的除权（%3）按 %2 计算")
+                         .arg(QString::fromStdString(DateText(step.after)), QString::fromStdString(DateText(step.date)),
+                              Percent(step.ratio - 1)));
+  }
 }
 
 }  // namespace
 
-std::vector<QString> DoubtsAbout(std::span<const Bar> bars, std::span<const BarLine> lines, BarBasis basis,
-                                 Adjustment adjustment, const BarRules& rules,
-                                 std::span<const std::uint32_t> suspendedDates) {
+std::vector<QString> DoubtsAbout(std::span<const Bar> bars, const BarLines& source, Adjustment adjustment,
+                                 const BarRules& rules) {
   std::vector<QString> doubts;
   if (bars.empty()) return doubts;
-  if (const auto doubt = DoubtAboutAll(bars, lines, basis, adjustment, rules, suspendedDates)) doubts.push_back(*doubt);
+  if (const auto doubt = DoubtAboutAll(bars, source, adjustment, rules)) doubts.push_back(*doubt);
+  if (adjustment == Adjustment::Factors || adjustment == Adjustment::LaterFactors)
+    AddGaps(bars, *rules.factors, doubts);
   for (std::size_t day = 1; day < bars.size(); ++day) {
-    const auto doubt = DoubtOn(day, bars, lines, basis, adjustment, rules, suspendedDates);
+    const auto doubt = DoubtOn(day, bars, source, adjustment, rules);
     if (doubt) doubts.push_back(*doubt);
   }
   return doubts;

@@ -27,7 +27,8 @@ QFileInfoList CsvFiles(const QString& folder) {
 // Whether the lines of the file name their securities. What cannot be read is no such table.
 bool IsTable(const QString& path) {
   try {
-    return CsvTable(path, BarColumns()).Has(kBarCode);
+    constexpr std::int64_t kHeadingAndMore = 64 << 10;  // enough to tell the encoding
+    return CsvTable(path, BarColumns(), kHeadingAndMore).Has(kBarCode);
   } catch (const Error&) {
     return false;
   }
@@ -87,7 +88,7 @@ BarSources ListStockFiles(const QString& place, std::vector<Rejection>& rejectio
 IndexSources ListIndexFiles(const QString& place) {
   IndexSources sources;
   if (QFileInfo(place).isFile()) {
-    sources.tables.push_back(place);
+    sources.table = place;
     return sources;
   }
   for (const QFileInfo& info : CsvFiles(place)) {

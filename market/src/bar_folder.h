@@ -26,11 +26,11 @@ struct BarSources {
 [[nodiscard]] BarSources ListStockFiles(const QString& place, std::vector<Rejection>& rejections);
 
 struct IndexSources {
-  std::map<int, QString> files;  ///< by number; none where there are tables
-  std::vector<QString> tables;   ///< of which each may hold all of them
+  std::map<int, QString> files;  ///< by number; none where there is a table
+  QString table;                 ///< of all of them; empty where there are files
 };
-/// The files of the three indices in a folder, or the one file named. One missing in a folder without tables:
-/// Error(NotFound); two for one index: Error(Refused).
+/// The files of the three indices in a folder, or the one file named. One missing in a folder: Error(NotFound); two for
+/// one index: Error(Refused).
 [[nodiscard]] IndexSources ListIndexFiles(const QString& place);
 /// "上证指数（1.csv）".
 [[nodiscard]] const char* IndexName(int number);

@@ -16,10 +16,6 @@ namespace {
 
 constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
 
-QString Text(std::string_view utf8) {
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
 struct BasisColumn {
   BarBasis basis;
   BarColumn column;
@@ -44,14 +40,6 @@ BarBasis BasisOf(const CsvTable& table) {
     if (table.Has(known.column)) return known.basis;
   }
   return BarBasis::None;
-}
-
-bool SaysYes(std::string_view text) {
-  return text == "1" || text == "1.0" || text == "True" || text == "true" || text == "是";
-}
-
-bool SaysNo(std::string_view text) {
-  return text == "0" || text == "0.0" || text == "False" || text == "false" || text == "否";
 }
 
 bool IsTradingDate(std::span<const int> tradingDates, int date) {
@@ -87,7 +75,7 @@ BarLineReader::Use BarLineReader::Read(BarLine& line) {
   const std::optional<int> date = ReadTimedDate(dateText);
   if (!date) {
     table_.Reject(dateText.empty() ? QStringLiteral("日期缺失")
-                                   : QStringLiteral("日期无法识别“%1”").arg(Text(dateText)));
+                                   : QStringLiteral("日期无法识别“%1”").arg(FieldText(dateText)));
     return Use::Rejected;
   }
   if (rules_.lastDate != 0 && *date > rules_.lastDate) return Use::Later;
@@ -159,8 +147,8 @@ std::optional<QString> BarLineReader::CheckVolume(double& volume, double close, 
   }
   // Index volumes pass a price's bounds: the form is checked, not the size.
   const std::optional<double> number = ParseReal(text);
-  if (!number) return QStringLiteral("成交量不是数字“%1”").arg(Text(text));
-  if (*number < 0) return QStringLiteral("成交量为负数“%1”").arg(Text(text));
+  if (!number) return QStringLiteral("成交量不是数字“%1”").arg(FieldText(text));
+  if (*number < 0) return QStringLiteral("成交量为负数“%1”").arg(FieldText(text));
   volume = *number;
   return std::nullopt;
 }
@@ -187,12 +175,12 @@ std::optional<QString> BarLineReader::ReadBasis(double& basis) const {
 
 std::optional<QString> BarLineReader::CheckDay(int date) const {
   const std::string_view dateText = table_.Field(kBarDate);
-  if (!IsWeekday(date)) return QStringLiteral("%1 是周末，不是交易日").arg(Text(dateText));
-  if (!IsTradingDate(rules_.tradingDates, date)) return QStringLiteral("%1 不是交易日").arg(Text(dateText));
+  if (!IsWeekday(date)) return QStringLiteral("%1 是周末，不是交易日").arg(FieldText(dateText));
+  if (!IsTradingDate(rules_.tradingDates, date)) return QStringLiteral("%1 不是交易日").arg(FieldText(dateText));
   const std::string_view code = table_.Field(kBarCode);
   if (rules_.codeNumber == 0 || code.empty()) return std::nullopt;
   if (CodeNumberIn(code, IsIndexNumber(rules_.codeNumber)) == rules_.codeNumber) return std::nullopt;
-  return QStringLiteral("代码“%1”与文件名不符").arg(Text(code));
+  return QStringLiteral("代码“%1”与文件名不符").arg(FieldText(code));
 }
 
 void BarLines::Add(const BarLine& line, BarLineReader::Use use, const BarLineReader& reader) {

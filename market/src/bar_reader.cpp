@@ -77,11 +77,15 @@ int MissingDays(const std::vector<Bar>& bars, const std::vector<std::uint32_t>& 
   const int last = bars.back().date;
   const auto from = std::lower_bound(tradingDates.begin(), tradingDates.end(), first);
   const auto to = std::upper_bound(tradingDates.begin(), tradingDates.end(), last);
-  const auto isTradingDate = [&](int date) { return std::binary_search(from, to, date); };
-  const auto there = std::count_if(bars.begin(), bars.end(), [&](const Bar& bar) { return isTradingDate(bar.date); });
-  const auto suspended = std::count_if(suspendedDates.begin(), suspendedDates.end(),
-                                       [&](std::uint32_t date) { return isTradingDate(static_cast<int>(date)); });
-  return static_cast<int>(std::max<std::ptrdiff_t>(0, to - from - there - suspended));
+  auto bar = bars.begin();  // both ascend, and the last bar is not before the last date
+  const auto missing = std::count_if(from, to, [&bar](int date) {
+    while (bar->date < date) ++bar;
+    return bar->date != date;
+  });
+  const auto suspended = std::count_if(suspendedDates.begin(), suspendedDates.end(), [&](std::uint32_t date) {
+    return std::binary_search(from, to, static_cast<int>(date));
+  });
+  return static_cast<int>(std::max<std::ptrdiff_t>(0, missing - suspended));
 }
 
 }  // namespace
@@ -103,7 +107,7 @@ BarFile AssembleBars(BarLines source, const std::vector<LineFile>& files, std::v
     file.volumes.reserve(source.lines.size());
     for (const BarLine& line : source.lines) file.volumes.push_back(line.volume);
   }
-  file.adjustment = AdjustForward(source.lines, source.basis, rules, source.suspendedDates, file.bars);
+  file.adjustment = AdjustForward(source, rules, file.bars);
   if (!std::all_of(file.bars.begin(), file.bars.end(), [](const Bar& bar) { return IsPrice(bar.close); })) {
     throw Error(ErrorCategory::Refused,
                 "复权后的价格超出范围，请核对昨收或复权因子：" + files.front().path.toStdString());
@@ -111,8 +115,7 @@ BarFile AssembleBars(BarLines source, const std::vector<LineFile>& files, std::v
   if (source.sayAsTraded && file.adjustment == Adjustment::AsTheyStand && source.basis != BarBasis::PreviousClose) {
     file.warnings.push_back({files.front().path, 0, QStringLiteral("行情不复权（adjustflag 为 3），又没有昨收")});
   }
-  for (const QString& doubt :
-       DoubtsAbout(file.bars, source.lines, source.basis, file.adjustment, rules, source.suspendedDates)) {
+  for (const QString& doubt : DoubtsAbout(file.bars, source, file.adjustment, rules)) {
     file.warnings.push_back({files.front().path, 0, doubt});
   }
   file.counts = {static_cast<int>(source.suspendedDates.size()),
@@ -135,7 +138,9 @@ BarFile ReadBars(const QString& path, const BarRules& rules) {
     const BarLineReader::Use use = reader.Read(line);
     lines.Add(line, use, reader);
   }
-  BarFile file = AssembleBars(std::move(lines), {{path, 0}}, table.TakeRejections(), rules);
+  std::vector<Rejection> rejections;
+  table.MoveRejectionsTo(rejections);
+  BarFile file = AssembleBars(std::move(lines), {{path, 0}}, std::move(rejections), rules);
   file.understood = table.Understood();
   std::stable_sort(file.rejections.begin(), file.rejections.end(),
                    [](const Rejection& a, const Rejection& b) { return a.line < b.line; });

@@ -24,11 +24,10 @@ QString BaseFiles::Edition() const {
   return FingerprintOf(digests_);
 }
 
-void BaseFiles::Write(const QString& folder, const QString& edition, unsigned threads) {
+void BaseFiles::Write(const QString& folder, const QString& edition, unsigned threads) const {
   ParallelFor(files_.size(), threads, [&](std::size_t i) {
-    BaseFile& file = files_[i];
+    const BaseFile& file = files_[i];
     ResultSet table = file.make();
-    file.make = nullptr;
     NameEdition(table, edition);
     WritePacketFile(folder + u'/' + file.name, table, Durability::Replaceable, *file.limits);
   });

@@ -11,11 +11,11 @@
 namespace holdwise {
 
 /// A file of what the plug-in stores in its database. It keeps what its table is made of: the tables of all of them,
-/// which wait for the last one, would be too much.
+/// which wait for the last one, would be too much. Copies share it.
 struct BaseFile {
   BaseFile() = default;
-  /// `makeTable` gives the same table on every call, from any thread; it is called here too. `fileLimits` must live
-  /// longer.
+  /// `makeTable` gives the same table on every call, from any thread, and is cheap to copy; it is called here too.
+  /// `fileLimits` must live longer.
   BaseFile(QString fileName, std::function<ResultSet()> makeTable, const PacketLimits& fileLimits);
 
   QString name;  ///< inside the data folder
@@ -31,10 +31,9 @@ class BaseFiles {
   void Add(BaseFile file);
   /// The fingerprint of what has been added, in whatever order.
   [[nodiscard]] QString Edition() const;
-  /// Writes them into a folder that has their folders, and lets go of what their tables are made of. Once. Throws what
-  /// writing throws.
+  /// Writes them into a folder that has their folders. Throws what writing throws.
   /// @param edition that of all of them
-  void Write(const QString& folder, const QString& edition, unsigned threads);
+  void Write(const QString& folder, const QString& edition, unsigned threads) const;
 
  private:
   std::vector<BaseFile> files_;

@@ -5,9 +5,11 @@
 #include <QElapsedTimer>
 #include <algorithm>
 #include <array>
-#include <atomic>
+#include <memory>
+#include <optional>
 
 #include "base_files.h"
+#include "build_memory.h"
 #include "fingerprint.h"
 #include "holdwise/market/folder_swap.h"
 #include "holdwise/market/market_rules.h"
@@ -23,95 +25,82 @@
 #include "market_inputs.h"
 #include "parallel_for.h"
 #include "proposal_files.h"
+#include "stock_figures.h"
 
 namespace holdwise {
 namespace {
-
-QString StatisticsFolder() {
-  return QStringLiteral("QMTL/TZZH/Day250/");
-}
-
-QString StockName(const std::string& code) {
-  return StatisticsFolder() + QStringLiteral("股票/%1.dat").arg(QString::fromStdString(code));
-}
 
 QString RiskFolder() {
   return QStringLiteral("QMTL/TZZH/风险计量/");
 }
 
-ResultSet StatisticsTable(std::span<const SecurityStatistics> securities) {
-  ResultSet table = MakeStatisticsTable();
-  for (const SecurityStatistics& security : securities) AppendStatistics(table, security);
-  return table;
-}
-
 // File names in the order of kIndexNumbers.
 constexpr const char* kRiskFiles[] = {"SH.dat", "SZ.dat", "HS.dat"};
-using RiskOfIndices = std::array<Figures, std::size(kRiskFiles)>;
 static_assert(std::size(kRiskFiles) == std::size(kIndexNumbers));
 
-/// Reads the bars of all stocks, on several threads, and hands each to `use` there; what they say is reported in order.
-template <typename Use>
-void ReadAllStocks(MarketInputs& inputs, const BuildOptions& options, const BuildObserver& observer, const Use& use) {
+/// What `make` gives for each stock, called on several threads; what their bars say is reported in order.
+template <typename Make>
+std::vector<std::shared_ptr<const MadeStock>> MakeEachStock(MarketInputs& inputs, const BuildOptions& options,
+                                                            const BuildObserver& observer, const Make& make) {
   const std::size_t count = inputs.Stocks().size();
-  std::vector<MarketInputs::StockBars> read(count);
+  std::vector<std::shared_ptr<const MadeStock>> made(count);
   struct {
     Mutex mutex;
     int done HOLDWISE_GUARDED_BY(mutex) = 0;
   } progress;
   ParallelFor(count, ThreadsOr(options.threads), [&](std::size_t i) {
-    read[i] = inputs.ReadStock(i);
-    use(i, read[i].file);
-    read[i].LetBarsGo();
+    made[i] = make(i);
     const MutexLock lock(progress.mutex);
     ++progress.done;
     if (observer.onProgress) observer.onProgress(progress.done, static_cast<int>(count));
   });
-  for (std::size_t i = 0; i < count; ++i) inputs.Report(i, read[i]);
+  for (std::size_t i = 0; i < count; ++i) inputs.Report(i, made[i]->bars);
+  return made;
+}
+
+/// A stock's bars, and its figures when there is a market for them.
+std::shared_ptr<const MadeStock> MakeStock(MarketInputs& inputs, std::size_t place, const MarketBasis* market) {
+  auto made = std::make_shared<MadeStock>();
+  made->bars = inputs.ReadStock(place);
+  if (market != nullptr) made->figures = FiguresOfStock(inputs.Stocks()[place].code, made->bars.file, *market);
+  made->bars.LetBarsGo();
+  return made;
 }
 
 /// One run of the producer: each step fills what the next ones read.
 class DataFolderBuild {
  public:
-  DataFolderBuild(const BuildOptions& options, const BuildObserver& observer)
+  DataFolderBuild(const BuildOptions& options, const BuildObserver& observer, BuildMemory::Work& kept)
       : options_(options),
         observer_(observer),
+        kept_(kept),
         swap_(options.outFolder, QString::fromUtf8(kMarketFile)),
-        inputs_(options, observer, summary_) {}
+        inputs_(options, observer, summary_, kept.factorFiles) {}
 
   BuildSummary Run();
 
  private:
-  struct StockResult {
-    bool isUsable = false;
-    bool hasDays = false;  // inside the window
-    BaseFile file;
-    QuoteRow quote;
-    StockFacts facts;
-    RiskOfIndices risk;
-  };
-
   void WriteReferences();
   void WriteIndices();
+  std::vector<std::shared_ptr<const MadeStock>> MakeStocks();
   void WriteStocks();
-  StockResult FiguresOfStock(const StockFile& stock, const BarFile& file) const;
-  void WriteRisk(const std::vector<StockResult>& results) const;
+  void WriteRisk(const std::vector<std::shared_ptr<const MadeStock>>& stocks) const;
   void WriteQuotes();
   void WriteProposals();
   void WriteMarket();
 
   void Write(const QString& name, const ResultSet& table, const PacketLimits& limits) const;
   void WriteNamed(const QString& name, ResultSet table, const PacketLimits& limits) const;
-  [[nodiscard]] QuoteRow ClosingQuote(const std::vector<Bar>& bars) const;
 
   const BuildOptions& options_;
   const BuildObserver& observer_;
+  BuildMemory::Work& kept_;
   FolderSwap swap_;
   BuildSummary summary_;
   MarketInputs inputs_;
-  std::array<MarketReturns, kIndexCount> indexReturns_;  // in the order of kIndexNumbers
-  std::vector<StockFacts> stocks_;                       // those that have bars, if proposals are wanted
-  std::map<int, QuoteRow> quotes_;                       // by code number
+  MarketBasis market_;
+  std::vector<StockFacts> stocks_;  // those that have bars, if proposals are wanted
+  std::map<int, QuoteRow> quotes_;  // by code number
   BaseFiles baseFiles_;
   QString edition_;  // known when all stocks are
 };
@@ -153,14 +142,19 @@ void DataFolderBuild::WriteReferences() {
 }
 
 void DataFolderBuild::WriteIndices() {
+  market_.tradingDates = inputs_.TradingDates();
+  market_.window = inputs_.GetWindow();
+  market_.lastDate = summary_.currentDate;
+  market_.riskFreePerDay = RiskFreePerDay(inputs_.Rates());
+  market_.forProposals = options_.proposals.areWanted;
   std::vector<SecurityStatistics> statistics;
   for (std::size_t i = 0; i < std::size(kIndexNumbers); ++i) {
     const int number = kIndexNumbers[i];
     const std::vector<Bar>& bars = inputs_.Index(number).bars;
-    indexReturns_[i] = ReturnsOf(bars, inputs_.GetWindow());
+    market_.indexReturns[i] = ReturnsOf(bars, market_.window);
     statistics.push_back(
-        ComputeStatistics({number, bars, {}}, indexReturns_[i], inputs_.GetWindow(), RiskFreePerDay(inputs_.Rates())));
-    quotes_[number] = ClosingQuote(bars);
+        ComputeStatistics({number, bars, {}}, market_.indexReturns[i], market_.window, market_.riskFreePerDay));
+    quotes_[number] = ClosingQuote(bars, market_.window);
   }
   BaseFile file(
       StatisticsFolder() + QStringLiteral("指数/allzs.dat"),
@@ -169,62 +163,52 @@ void DataFolderBuild::WriteIndices() {
   baseFiles_.Add(std::move(file));
 }
 
+// What was made before of the same files in the same market, and the rest anew.
+std::vector<std::shared_ptr<const MadeStock>> DataFolderBuild::MakeStocks() {
+  if (kept_.basis != market_) kept_.stocks = {};
+  kept_.basis = market_;
+  std::vector<std::optional<StockSource>> sources(inputs_.Stocks().size());
+  auto made = MakeEachStock(inputs_, options_, observer_, [&](std::size_t i) {
+    sources[i] = inputs_.SourceOf(i);  // before it is read: what changes meanwhile is another one
+    auto stock = sources[i] ? kept_.stocks.Find(inputs_.Stocks()[i].path, *sources[i]) : nullptr;
+    return stock != nullptr ? stock : MakeStock(inputs_, i, &market_);
+  });
+  Kept<StockSource, MadeStock> now;
+  for (std::size_t i = 0; i < made.size(); ++i) {
+    if (sources[i]) now.Add(inputs_.Stocks()[i].path, std::move(*sources[i]), made[i]);
+  }
+  kept_.stocks = std::move(now);
+  return made;
+}
+
 void DataFolderBuild::WriteStocks() {
   inputs_.ListStocks();
-  const std::vector<StockFile>& stocks = inputs_.Stocks();
-  std::vector<StockResult> results(stocks.size());
-  ReadAllStocks(inputs_, options_, observer_, [&](std::size_t i, const BarFile& file) {
-    if (!file.bars.empty()) results[i] = FiguresOfStock(stocks[i], file);
-  });
+  const auto stocks = MakeStocks();
   for (std::size_t i = 0; i < stocks.size(); ++i) {
-    if (!results[i].isUsable) continue;
+    const StockFigures& figures = stocks[i]->figures;
+    if (!figures.isUsable) continue;
     ++summary_.series;
-    summary_.rows += results[i].file.rows;
-    baseFiles_.Add(std::move(results[i].file));
-    quotes_[CodeNumberOfStock(stocks[i].code)] = results[i].quote;
-    if (options_.proposals.areWanted) stocks_.push_back(std::move(results[i].facts));
+    summary_.rows += figures.file.rows;
+    baseFiles_.Add(figures.file);
+    quotes_[CodeNumberOfStock(inputs_.Stocks()[i].code)] = figures.quote;
+    if (market_.forProposals) stocks_.push_back(figures.facts);
   }
   if (summary_.series == 0) {
     throw Error(ErrorCategory::Refused, "没有可用的证券行情：" + options_.barsFolder.toStdString());
   }
   edition_ = baseFiles_.Edition();
-  WriteRisk(results);
+  WriteRisk(stocks);
 }
 
-void DataFolderBuild::WriteRisk(const std::vector<StockResult>& results) const {
+void DataFolderBuild::WriteRisk(const std::vector<std::shared_ptr<const MadeStock>>& stocks) const {
   for (std::size_t index = 0; index < std::size(kRiskFiles); ++index) {
     std::vector<RiskRow> rows;
-    for (std::size_t i = 0; i < results.size(); ++i) {
-      if (results[i].hasDays) rows.push_back({inputs_.Stocks()[i].code, results[i].risk[index]});
+    for (std::size_t i = 0; i < stocks.size(); ++i) {
+      const StockFigures& figures = stocks[i]->figures;
+      if (figures.hasDays) rows.push_back({inputs_.Stocks()[i].code, figures.risk[index]});
     }
     WriteNamed(RiskFolder() + QString::fromUtf8(kRiskFiles[index]), RiskTable(rows), kSecuritiesLimits);
   }
-}
-
-DataFolderBuild::StockResult DataFolderBuild::FiguresOfStock(const StockFile& stock, const BarFile& file) const {
-  StockResult result;
-  result.isUsable = true;
-  result.quote = ClosingQuote(file.bars);
-  const double riskFree = RiskFreePerDay(inputs_.Rates());
-  SecurityStatistics statistics = ComputeStatistics({CodeNumberOfStock(stock.code), file.bars, inputs_.TradingDates()},
-                                                    indexReturns_.front(), inputs_.GetWindow(), riskFree);
-  const auto& [days, figures] = statistics.ofTypes.front();
-  result.hasDays = !days.empty();
-  result.risk.front() = figures;
-  for (std::size_t i = 1; i < indexReturns_.size(); ++i) {
-    result.risk[i] = ComputeFigures(days, indexReturns_[i].front(), riskFree);
-  }
-  if (options_.proposals.areWanted) {
-    result.facts.code = stock.code;
-    result.facts.turnover = MeanTurnover(file, inputs_.TradingDates());
-    result.facts.returns = AlignReturns(days, indexReturns_.front().front());
-  }
-  result.file = {StockName(stock.code),
-                 [statistics = std::move(statistics)] {
-                   return StatisticsTable({&statistics, 1});
-                 },
-                 kStockSeriesLimits};
-  return result;
 }
 
 void DataFolderBuild::WriteQuotes() {
@@ -250,10 +234,10 @@ void DataFolderBuild::WriteProposals() {
   for (StockFacts& stock : stocks_) {
     CompleteFacts(stock, *securities.at(stock.code), quotes_.at(CodeNumberOfStock(stock.code)));
   }
-  const ReferenceFigures reference{indexReturns_.front().front(), RiskFreePerYear(inputs_.Rates()),
+  const ReferenceFigures reference{market_.indexReturns.front().front(), RiskFreePerYear(inputs_.Rates()),
                                    summary_.currentDate};
   ProposalFiles files = MakeProposalFiles(std::move(stocks_), reference, inputs_.Estimates(), options_.proposals,
-                                          ThreadsOr(options_.threads));
+                                          ThreadsOr(options_.threads), kept_.proposals);
   summary_.proposals = files.candidates;
   summary_.remarks = std::move(files.remarks);
   std::map<QString, QByteArray> digests;
@@ -280,33 +264,39 @@ void DataFolderBuild::WriteNamed(const QString& name, ResultSet table, const Pac
   Write(name, table, limits);
 }
 
-// Without a bar on the window's last day the price stood still on it.
-QuoteRow DataFolderBuild::ClosingQuote(const std::vector<Bar>& bars) const {
-  const Bar& last = bars.back();
-  if (last.date < inputs_.GetWindow().endDate) return {last.close, last.close, true};
-  return {last.close, bars.size() < 2 ? 0 : bars[bars.size() - 2].close, false};
+void CheckOptions(const BuildOptions& options) {
+  if (options.days < 1) throw Error(ErrorCategory::Refused, "窗口至少要有一个交易日");
+  CheckProposalOptions(options.proposals);
 }
 
 }  // namespace
 
+BuildMemory::BuildMemory() : work_(std::make_unique<Work>()) {}
+BuildMemory::~BuildMemory() = default;
+
 BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& observer) {
-  if (options.days < 1) throw Error(ErrorCategory::Refused, "窗口至少要有一个交易日");
-  CheckProposalOptions(options.proposals);
-  return DataFolderBuild(options, observer).Run();
+  BuildMemory memory;
+  return BuildDataFolder(options, observer, memory);
+}
+
+BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& observer, BuildMemory& memory) {
+  CheckOptions(options);
+  return DataFolderBuild(options, observer, memory.GetWork()).Run();
 }
 
 BuildSummary CheckInputs(const BuildOptions& options, const BuildObserver& observer) {
-  if (options.days < 1) throw Error(ErrorCategory::Refused, "窗口至少要有一个交易日");
+  CheckOptions(options);
   QElapsedTimer timer;
   timer.start();
   BuildSummary summary;
-  MarketInputs inputs(options, observer, summary);
+  KeptFactorFiles none;
+  MarketInputs inputs(options, observer, summary, none);
   inputs.ReadReferences();
   inputs.ListStocks();
-  std::atomic<int> usable = 0;
-  ReadAllStocks(inputs, options, observer,
-                [&usable](std::size_t, const BarFile& file) { usable += file.bars.empty() ? 0 : 1; });
-  summary.series = usable;
+  const auto stocks =
+      MakeEachStock(inputs, options, observer, [&inputs](std::size_t i) { return MakeStock(inputs, i, nullptr); });
+  summary.series = static_cast<int>(
+      std::count_if(stocks.begin(), stocks.end(), [](const auto& stock) { return !stock->bars.file.bars.empty(); }));
   (void)inputs.ReadQuotesFile();
   inputs.Finish();
   summary.seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;

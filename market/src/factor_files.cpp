@@ -3,6 +3,7 @@
 
 #include <QFileInfo>
 #include <algorithm>
+#include <utility>
 
 #include "bar_folder.h"
 #include "headings.h"
@@ -13,17 +14,25 @@
 namespace holdwise {
 namespace {
 
-enum class FactorKind { Cumulative, Divisor, OfEvent };
-
 struct DatedFactor {
   int date = 0;
   double factor = 1;
 };
 using Factors = std::map<int, std::vector<DatedFactor>>;
 
-QString Text(std::string_view utf8) {
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
+}  // namespace
+
+struct FactorFile {
+  QString path;
+  QString understood;
+  FactorColumn column = kFactor;
+  Factors factors;  // by code number, ascending by date
+  std::vector<Rejection> rejections;
+};
+
+namespace {
+
+enum class FactorKind { Cumulative, Divisor, OfEvent };
 
 FactorColumn ColumnOf(const CsvTable& table, const QString& path) {
   for (const FactorColumn column : {kCumulative, kForward, kDivisor, kOfEvent, kFactor}) {
@@ -46,8 +55,8 @@ Factors ReadTable(CsvTable& table, FactorColumn column, int numberOfFile) {
     double factor = 0;
     std::optional<QString> reason = ReadPrice(table.Field(column), factor);
     if (reason) reason = QStringLiteral("因子") + *reason;
-    if (number == 0) reason = QStringLiteral("不是该证券的代码“%1”").arg(Text(table.Field(kFactorCode)));
-    if (!date) reason = QStringLiteral("日期无法识别“%1”").arg(Text(dateText));
+    if (number == 0) reason = QStringLiteral("不是该证券的代码“%1”").arg(FieldText(table.Field(kFactorCode)));
+    if (!date) reason = QStringLiteral("日期无法识别“%1”").arg(FieldText(dateText));
     if (reason) {
       table.Reject(*reason);
     } else {
@@ -107,10 +116,13 @@ FactorKind KindOf(FactorColumn column, const FactorLook& look, const QString& pa
                         path.toStdString());
 }
 
-FactorSteps StepsOf(const std::vector<DatedFactor>& factors, FactorKind kind) {
+/// @param isDaily there is a row a day, and where there is none it is missing
+FactorSteps StepsOf(const std::vector<DatedFactor>& factors, FactorKind kind, bool isDaily) {
   FactorSteps steps;
   double before = 0;
+  int dayBefore = 0;
   for (const DatedFactor& dated : factors) {
+    const int after = isDaily && kind != FactorKind::OfEvent ? std::exchange(dayBefore, dated.date) : 0;
     double ratio = dated.factor;
     if (kind != FactorKind::OfEvent) {
       ratio = before == 0 ? 1 : kind == FactorKind::Cumulative ? before / dated.factor : dated.factor / before;
@@ -120,7 +132,7 @@ FactorSteps StepsOf(const std::vector<DatedFactor>& factors, FactorKind kind) {
     if (!steps.empty() && steps.back().date == dated.date) {
       steps.back().ratio *= ratio;
     } else {
-      steps.push_back({dated.date, ratio});
+      steps.push_back({dated.date, ratio, after});
     }
   }
   return steps;
@@ -138,52 +150,61 @@ QString KindText(FactorKind kind) {
   return QStringLiteral("每次除权一个，之前的价格乘以它");
 }
 
-struct FactorFile {
-  QString path;
-  QString understood;
-  FactorColumn column = kFactor;
-  Factors factors;
-};
-
 // With the code number of the file's name, or 0: then there must be a column of codes.
-FactorFile ReadFile(const QString& path, int number, std::vector<Rejection>& rejections) {
+FactorFile ReadFile(const QString& path, int number) {
   CsvTable table(path, FactorColumns());
   if (number == 0 && !table.Has(kFactorCode)) {
     throw Error(ErrorCategory::Refused, "表头缺少列“code”：" + path.toStdString());
   }
-  FactorFile file{path, {}, ColumnOf(table, path), {}};
+  FactorFile file{path, {}, ColumnOf(table, path), {}, {}};
   file.factors = ReadTable(table, file.column, number);
   for (auto& [code, factors] : file.factors) {
     std::stable_sort(factors.begin(), factors.end(),
                      [](const DatedFactor& a, const DatedFactor& b) { return a.date < b.date; });
   }
-  std::vector<Rejection> more = table.TakeRejections();
-  std::move(more.begin(), more.end(), std::back_inserter(rejections));
+  table.MoveRejectionsTo(file.rejections);
   file.understood = table.Understood();
   return file;
+}
+
+using FactorFiles = std::vector<std::shared_ptr<const FactorFile>>;
+
+FactorFiles ReadFiles(const BarSources& sources, KeptFactorFiles& kept) {
+  FactorFiles files;
+  KeptFactorFiles now;
+  const auto add = [&](const QString& path, int number) {
+    const std::optional<FileState> state = FileStateOf(path);
+    std::shared_ptr<const FactorFile> file = state ? kept.Find(path, *state) : nullptr;
+    if (file == nullptr) file = std::make_shared<const FactorFile>(ReadFile(path, number));
+    if (state && HasSettled(*state)) now.Add(path, *state, file);
+    files.push_back(std::move(file));
+  };
+  for (const StockFile& file : sources.stocks) add(file.path, CodeNumberOfStock(file.code));
+  for (const QString& path : sources.tables) add(path, 0);
+  kept = std::move(now);
+  return files;
 }
 
 }  // namespace
 
 FactorTable ReadFactors(const QString& place, std::vector<Rejection>& rejections,
-                        std::vector<std::pair<QString, QString>>& understood) {
+                        std::vector<std::pair<QString, QString>>& understood, KeptFactorFiles& kept) {
   const BarSources sources = QFileInfo(place).isDir() ? ListStockFiles(place, rejections) : BarSources{{}, {place}};
-  std::vector<FactorFile> files;
-  for (const StockFile& file : sources.stocks) {
-    files.push_back(ReadFile(file.path, CodeNumberOfStock(file.code), rejections));
-  }
-  for (const QString& path : sources.tables) files.push_back(ReadFile(path, 0, rejections));
+  const FactorFiles files = ReadFiles(sources, kept);
   std::map<FactorColumn, FactorLook> looks;
-  for (const FactorFile& file : files) {
-    for (const auto& [code, factors] : file.factors) looks[file.column].Add(factors);
+  for (const auto& file : files) {
+    rejections.insert(rejections.end(), file->rejections.begin(), file->rejections.end());
+    for (const auto& [code, factors] : file->factors) looks[file->column].Add(factors);
   }
   FactorTable all;
-  for (const FactorFile& file : files) {
-    const FactorKind kind = KindOf(file.column, looks[file.column], file.path);
-    for (const auto& [code, factors] : file.factors) {
-      all[code] = {StepsOf(factors, kind), kind == FactorKind::OfEvent ? 0 : factors.front().date};
+  for (const auto& file : files) {
+    const FactorKind kind = KindOf(file->column, looks[file->column], file->path);
+    for (const auto& [code, factors] : file->factors) {
+      all[code] = {StepsOf(factors, kind, looks[file->column].IsDaily()),
+                   kind == FactorKind::OfEvent ? 0 : factors.front().date};
     }
-    understood.emplace_back(file.path, file.understood + QStringLiteral("（") + KindText(kind) + QStringLiteral("）"));
+    understood.emplace_back(file->path,
+                            file->understood + QStringLiteral("（") + KindText(kind) + QStringLiteral("）"));
   }
   if (all.empty()) throw Error(ErrorCategory::Refused, "没有可用的复权因子：" + place.toStdString());
   return all;

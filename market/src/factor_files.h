@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "holdwise/market/bar_reader.h"
+#include "holdwise/market/file_state.h"
+#include "kept.h"
 
 namespace holdwise {
 
@@ -12,9 +15,14 @@ namespace holdwise {
 struct StockFactors {
   FactorSteps steps;
   int from = 0;  ///< of cumulative factors the first date, before which nothing is known; 0 = all events are there
+  bool operator==(const StockFactors&) const = default;
 };
 /// By code number.
 using FactorTable = std::map<int, StockFactors>;
+
+/// One file's, as they stand in it.
+struct FactorFile;
+using KeptFactorFiles = Kept<FileState, FactorFile>;
 
 /// Reads factors by which bars as traded are adjusted: one file with a code in every line, or a folder of files named
 /// after their codes. How a column counts is told by its heading:
@@ -30,7 +38,8 @@ using FactorTable = std::map<int, StockFactors>;
 /// day, when the values of `factor` tell neither, when there is no such column, or nothing usable. Errors of a file as
 /// a whole: see CsvTable.
 /// @param understood receives file and columns, with how they were taken
+/// @param kept files read before; afterwards those read now
 [[nodiscard]] FactorTable ReadFactors(const QString& place, std::vector<Rejection>& rejections,
-                                      std::vector<std::pair<QString, QString>>& understood);
+                                      std::vector<std::pair<QString, QString>>& understood, KeptFactorFiles& kept);
 
 }  // namespace holdwise

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "headings.h"
 
+#include <algorithm>
 #include <array>
 
 #include "holdwise/packet/code_text.h"
@@ -26,6 +27,17 @@ bool AreSameNumber(std::string_view one, std::string_view other) {
   if (IsBlankCell(one) && IsBlankCell(other)) return true;
   const std::optional<double> number = ParseReal(one);
   return number && number == ParseReal(other);
+}
+
+bool IsChinese(std::string_view text) {
+  // The first bytes of ideographs in UTF-8; no other byte of a character is one.
+  return std::any_of(text.begin(), text.end(), [](char c) { return c >= '\xE4' && c <= '\xE9'; });
+}
+
+// One family has the name under display_name and its initials under name.
+bool IsBetterName(std::string_view one, std::string_view other) {
+  if (IsBlankCell(other)) return !IsBlankCell(one);
+  return IsChinese(one) && !IsChinese(other);
 }
 
 CsvColumn Code(bool isRequired) {
@@ -88,9 +100,12 @@ std::span<const CsvColumn> SecurityColumns() {
   static const std::array<CsvColumn, kSecurityType + 1> columns{{
       Code(true),
       {"名称",
-       {"name", "名称", "证券名称", "股票名称", "证券简称", "股票简称", "简称", "code_name", "a股简称", "display_name",
-        "sec_name"},
-       true},
+       {"name", "证券简称", "股票简称", "简称", "a股简称", "display_name", "sec_name", "code_name", "名称", "证券名称",
+        "股票名称"},
+       true,
+       nullptr,
+       IsBetterName,
+       "名称不同时取中文的"},
       Industry(false),
       {"市场", {"market", "市场", "板块", "board"}},
       Exchange(),

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "long_bars.h"
 
-#include <iterator>
 #include <limits>
 
 #include "headings.h"
@@ -34,8 +33,7 @@ void LongBars::Read(const QString& path) {
     throw Error(ErrorCategory::Refused, "行数过多：" + path.toStdString());
   }
   linesBefore_ += static_cast<std::uint32_t>(table.Line());
-  std::vector<Rejection> more = table.TakeRejections();
-  std::move(more.begin(), more.end(), std::back_inserter(rejections_));
+  table.MoveRejectionsTo(rejections_);
   understood_.emplace_back(path, table.Understood());
 }
 

@@ -11,8 +11,9 @@
 
 namespace holdwise {
 
-MarketInputs::MarketInputs(const BuildOptions& options, const BuildObserver& observer, BuildSummary& summary)
-    : options_(options), observer_(observer), summary_(summary) {}
+MarketInputs::MarketInputs(const BuildOptions& options, const BuildObserver& observer, BuildSummary& summary,
+                           KeptFactorFiles& factorFiles)
+    : options_(options), observer_(observer), summary_(summary), factorFiles_(factorFiles) {}
 
 void MarketInputs::ReadReferences() {
   ReadIndices();
@@ -52,12 +53,14 @@ void MarketInputs::ReadIndices() {
     rules.codeNumber = number;
     TakeIndex(number, ReadBars(path, rules), path);
   }
-  rules.codeNumber = 0;
-  LongBars tables([](std::string_view code) { return ParseIndexNumber(code, true); }, rules);
-  for (const QString& path : sources.tables) tables.Read(path);
-  Report(tables.TakeRejections());
-  for (const int number : tables.Numbers()) TakeIndex(number, tables.Take(number, rules), sources.tables.front());
-  for (const auto& [path, understood] : tables.Understood()) report_.AddFile(path, understood);
+  if (!sources.table.isEmpty()) {
+    rules.codeNumber = 0;
+    LongBars table([](std::string_view code) { return ParseIndexNumber(code, true); }, rules);
+    table.Read(sources.table);
+    Report(table.TakeRejections());
+    for (const int number : table.Numbers()) TakeIndex(number, table.Take(number, rules), sources.table);
+    for (const auto& [path, understood] : table.Understood()) report_.AddFile(path, understood);
+  }
   for (const int number : kIndexNumbers) {
     if (indices_.contains(number)) continue;
     throw Error(ErrorCategory::NotFound,
@@ -155,7 +158,7 @@ void MarketInputs::ReadSecurityMaster() {
   for (Security& security : securities_) byCode_.emplace(security.code, &security);
   if (!options_.factorsPlace.isEmpty()) {
     std::vector<std::pair<QString, QString>> ofFiles;
-    factors_ = ReadFactors(options_.factorsPlace, rejections, ofFiles);
+    factors_ = ReadFactors(options_.factorsPlace, rejections, ofFiles, factorFiles_);
     for (const auto& [path, text] : ofFiles) report_.AddFile(path, text);
   }
   Report(rejections);
@@ -208,6 +211,18 @@ BarRules MarketInputs::RulesOf(const std::string& code) const {
     rules.factorsFrom = found->second.from;
   }
   return rules;
+}
+
+std::optional<StockSource> MarketInputs::SourceOf(std::size_t place) const {
+  const StockFile& stock = stocks_[place];
+  if (ofTables_.contains(stock.code)) return std::nullopt;
+  const std::optional<FileState> state = FileStateOf(stock.path);
+  if (!state || !HasSettled(*state)) return std::nullopt;
+  StockSource source{*state, byCode_.at(stock.code)->listDate, {}};
+  if (const auto found = factors_.find(CodeNumberOfStock(stock.code)); found != factors_.end()) {
+    source.factors = found->second;
+  }
+  return source;
 }
 
 MarketInputs::StockBars MarketInputs::ReadStock(std::size_t place) {

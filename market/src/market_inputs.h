@@ -9,6 +9,7 @@
 #include "bar_folder.h"
 #include "factor_files.h"
 #include "holdwise/market/data_folder_builder.h"
+#include "holdwise/market/file_state.h"
 #include "holdwise/market/period_series.h"
 #include "holdwise/market/reference_files.h"
 #include "input_report.h"
@@ -16,12 +17,22 @@
 
 namespace holdwise {
 
+/// What tells whether a stock's bars would be read as before, in a market with the same dates.
+struct StockSource {
+  FileState file;
+  int listDate = 0;
+  StockFactors factors;
+  bool operator==(const StockSource&) const = default;
+};
+
 /// All that a data folder is made from, as it is read. Errors as BuildDataFolder's. ReadStock may be called from
 /// several threads for different stocks; all else from one.
 class MarketInputs {
  public:
   /// What is not used, and what looks wrong, goes to the observer and is counted in the summary.
-  MarketInputs(const BuildOptions& options, const BuildObserver& observer, BuildSummary& summary);
+  /// @param factorFiles those read before
+  MarketInputs(const BuildOptions& options, const BuildObserver& observer, BuildSummary& summary,
+               KeptFactorFiles& factorFiles);
 
   /// Indices, trading dates, securities, rates, estimates.
   void ReadReferences();
@@ -33,6 +44,8 @@ class MarketInputs {
     /// Keeps what Report wants to know.
     void LetBarsGo();
   };
+  /// Of the i-th of Stocks(), as it stands now; none when its bars come from a table of many, or just change.
+  [[nodiscard]] std::optional<StockSource> SourceOf(std::size_t stock) const;
   /// The bars of the i-th of Stocks(), once.
   [[nodiscard]] StockBars ReadStock(std::size_t stock);
   /// After ReadStock of all: takes note of what it gave.
@@ -63,6 +76,7 @@ class MarketInputs {
   const BuildOptions& options_;
   const BuildObserver& observer_;
   BuildSummary& summary_;
+  KeptFactorFiles& factorFiles_;
   InputReport report_;
   std::vector<Security> securities_;
   std::map<std::string, Security*> byCode_;

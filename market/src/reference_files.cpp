@@ -10,13 +10,8 @@
 namespace holdwise {
 namespace {
 
-QString Text(std::string_view utf8) {
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
 void Finish(CsvTable& table, std::vector<Rejection>& rejections, QString* understood) {
-  std::vector<Rejection> more = table.TakeRejections();
-  std::move(more.begin(), more.end(), std::back_inserter(rejections));
+  table.MoveRejectionsTo(rejections);
   if (understood != nullptr) *understood = table.Understood();
 }
 
@@ -60,7 +55,7 @@ std::optional<QString> ReadIndustry(std::string_view text, std::string& industry
 std::optional<QString> ReadSecurity(const CsvTable& table, Security& security) {
   const std::string_view codeText = table.Field(kSecurityCode);
   const std::optional<std::string> code = ParseStockCode(codeText);
-  if (!code) return QStringLiteral("不是沪深证券代码“%1”").arg(Text(codeText));
+  if (!code) return QStringLiteral("不是沪深证券代码“%1”").arg(FieldText(codeText));
   security.code = *code;
   security.market = MarketOfStock(*code);
   security.name = table.Field(kSecurityName);
@@ -70,12 +65,12 @@ std::optional<QString> ReadSecurity(const CsvTable& table, Security& security) {
   for (const SecurityColumn column : {kSecurityMarket, kSecurityExchange}) {
     const std::string_view marketText = table.Field(column);
     if (!table.Has(column) || NamesMarket(marketText, security.market)) continue;
-    return QStringLiteral("市场“%1”与代码 %2 不符").arg(Text(marketText), QString::fromStdString(*code));
+    return QStringLiteral("市场“%1”与代码 %2 不符").arg(FieldText(marketText), QString::fromStdString(*code));
   }
   const std::string_view dateText = table.Field(kSecurityListDate);
   if (IsBlankCell(dateText)) return std::nullopt;
   const std::optional<int> listDate = ReadTimedDate(dateText);
-  if (!listDate) return QStringLiteral("上市日期无法识别“%1”").arg(Text(dateText));
+  if (!listDate) return QStringLiteral("上市日期无法识别“%1”").arg(FieldText(dateText));
   security.listDate = *listDate;
   return std::nullopt;
 }
@@ -84,17 +79,12 @@ std::optional<QString> ReadSecurity(const CsvTable& table, Security& security) {
 std::optional<int> OpenFlag(const CsvTable& table) {
   if (!table.Has(kCalendarOpen)) return 1;
   const std::string_view text = table.Field(kCalendarOpen);
-  for (const std::string_view open : {"1", "1.0", "True", "true", "TRUE", "Y", "是"}) {
-    if (text == open) return 1;
-  }
-  for (const std::string_view closed : {"0", "0.0", "False", "false", "FALSE", "N", "否"}) {
-    if (text == closed) return 0;
-  }
-  return std::nullopt;
+  if (SaysYes(text)) return 1;
+  return SaysNo(text) ? std::optional(0) : std::nullopt;
 }
 
 QString Repeated(std::string_view code) {
-  return QStringLiteral("代码 %1 重复").arg(Text(code));
+  return QStringLiteral("代码 %1 重复").arg(FieldText(code));
 }
 
 }  // namespace
@@ -129,7 +119,7 @@ void ReadIndustries(const QString& path, std::vector<Security>& securities, std:
     const std::optional<std::string> code = ParseStockCode(codeText);
     std::string industry;
     std::optional<QString> reason = ReadIndustry(table.Field(kIndustryName), industry);
-    if (!code) reason = QStringLiteral("不是沪深证券代码“%1”").arg(Text(codeText));
+    if (!code) reason = QStringLiteral("不是沪深证券代码“%1”").arg(FieldText(codeText));
     if (!reason && !known.insert(*code).second) reason = Repeated(*code);
     if (reason) {
       table.Reject(*reason);
@@ -148,13 +138,13 @@ std::vector<int> ReadTradingDates(const QString& path, std::vector<Rejection>& r
     const std::optional<int> date = ReadTimedDate(text);
     const std::optional<int> flag = OpenFlag(table);
     if (!date) {
-      table.Reject(QStringLiteral("日期无法识别“%1”").arg(Text(text)));
+      table.Reject(QStringLiteral("日期无法识别“%1”").arg(FieldText(text)));
     } else if (!flag) {
-      table.Reject(QStringLiteral("是否开市无法识别“%1”").arg(Text(table.Field(kCalendarOpen))));
+      table.Reject(QStringLiteral("是否开市无法识别“%1”").arg(FieldText(table.Field(kCalendarOpen))));
     } else if (const auto [known, isNew] = flags.emplace(*date, *flag); !isNew) {
       // One calendar of both exchanges has every day twice.
       if (table.Has(kCalendarExchange) && known->second == *flag) continue;
-      table.Reject(QStringLiteral("日期 %1 重复").arg(Text(text)));
+      table.Reject(QStringLiteral("日期 %1 重复").arg(FieldText(text)));
     }
   }
   Finish(table, rejections, understood);
@@ -206,8 +196,8 @@ DepositRates ReadDepositRates(const QString& path, int date, std::vector<Rejecti
     const std::optional<int> effective = ReadTimedDate(text);
     std::vector<DepositRate> rates;
     std::optional<QString> reason =
-        effective ? ReadRateLine(table, rates) : QStringLiteral("日期无法识别“%1”").arg(Text(text));
-    if (!reason && !known.insert(*effective).second) reason = QStringLiteral("日期 %1 重复").arg(Text(text));
+        effective ? ReadRateLine(table, rates) : QStringLiteral("日期无法识别“%1”").arg(FieldText(text));
+    if (!reason && !known.insert(*effective).second) reason = QStringLiteral("日期 %1 重复").arg(FieldText(text));
     if (reason) {
       table.Reject(*reason);
     } else if (*effective <= date && *effective > latest.effectiveDate) {
@@ -258,9 +248,9 @@ std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::uno
     QuoteRow quote;
     std::optional<QString> reason;
     if (codeNumber == 0) {
-      reason = QStringLiteral("不是沪深证券代码“%1”").arg(Text(codeText));
+      reason = QStringLiteral("不是沪深证券代码“%1”").arg(FieldText(codeText));
     } else if (!known.contains(codeNumber)) {
-      reason = QStringLiteral("代码 %1 不在证券表中").arg(Text(codeText));
+      reason = QStringLiteral("代码 %1 不在证券表中").arg(FieldText(codeText));
     } else if ((reason = ReadPlainDecimal(table.Field(kQuotePrice), quote.price))) {
       reason = QStringLiteral("价格") + *reason;
     } else if ((reason = ReadPlainDecimal(table.Field(kQuotePreviousClose), quote.previousClose))) {
@@ -268,7 +258,7 @@ std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::uno
     } else if (quote.price == 0 && quote.previousClose == 0) {
       reason = QStringLiteral("价格和昨收都是 0");
     } else if (!quotes.emplace(codeNumber, Traded(quote)).second) {
-      reason = QStringLiteral("代码 %1 重复").arg(Text(codeText));
+      reason = QStringLiteral("代码 %1 重复").arg(FieldText(codeText));
     }
     if (reason) table.Reject(*reason);
   }
@@ -287,13 +277,13 @@ std::vector<EstimateValue> ReadEstimates(const QString& path, const std::unorder
     double price = 0;
     std::optional<QString> reason;
     if (!code) {
-      reason = QStringLiteral("不是沪深证券代码“%1”").arg(Text(codeText));
+      reason = QStringLiteral("不是沪深证券代码“%1”").arg(FieldText(codeText));
     } else if (!known.contains(CodeNumberOfStock(*code))) {
-      reason = QStringLiteral("代码 %1 不在证券表中").arg(Text(codeText));
+      reason = QStringLiteral("代码 %1 不在证券表中").arg(FieldText(codeText));
     } else if ((reason = ReadPrice(table.Field(kEstimatePrice), price))) {
       reason = QStringLiteral("估值") + *reason;
     } else if (!seen.insert(*code).second) {
-      reason = QStringLiteral("代码 %1 重复").arg(Text(codeText));
+      reason = QStringLiteral("代码 %1 重复").arg(FieldText(codeText));
     }
     if (reason) {
       table.Reject(*reason);

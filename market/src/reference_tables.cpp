@@ -2,6 +2,7 @@
 #include "holdwise/market/reference_tables.h"
 
 #include "holdwise/market/market_rules.h"
+#include "holdwise/market/pinyin.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
 
@@ -23,6 +24,7 @@ ResultSet SecuritiesTable(const std::vector<Security>& securities) {
   const int market = table.AddColumn("market", ColumnType::Integer);
   const int listDate = table.AddColumn("list_date", ColumnType::Integer);
   const int aShare = table.AddColumn("a_share", ColumnType::Integer);
+  const int pinyin = table.AddColumn("pinyin", ColumnType::Text);
   table.Reserve(static_cast<int>(securities.size()));
   for (const Security& security : securities) {
     const int row = table.AppendRow();
@@ -32,6 +34,7 @@ ResultSet SecuritiesTable(const std::vector<Security>& securities) {
     table.SetInteger(row, market, security.market);
     if (security.listDate != 0) table.SetInteger(row, listDate, security.listDate);
     table.SetInteger(row, aShare, IsAShare(security.code) ? 1 : 0);
+    table.SetText(row, pinyin, PinyinInitials(QString::fromStdString(security.name)));
   }
   return table;
 }

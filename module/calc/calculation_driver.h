@@ -41,7 +41,7 @@ class CalculationDriver {
 
   void ExpectReference(Reference reference);
   [[nodiscard]] bool TakeReferenceEvent(Reference reference);
-  /// The reference table is up to date. A file that failed is never handled, and the run then does not end by itself.
+  /// The reference table is up to date, or its file is given up.
   void ReferenceHandled(Reference reference);
 
   /// True once a run, when all three streams are done.

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "calc/download_trigger.h"
 
+#include <QApplication>
 #include <QScopeGuard>
 #include <QSet>
+#include <cstdint>
 
 #include "calc/unfinished_work.h"
 #include "calc/untcalc2.h"
@@ -72,6 +74,15 @@ bool HasUnfinished(UserDataSession& session) {
   return true;
 }
 
+void SayGivenUp(UserDataSession& session) {
+  const std::int64_t left = session.Count(sql::kCountUnfinished);
+  if (left == 0) return;
+  problem = QStringLiteral("风险计算未完成：计算窗口被关闭，还有 %1 个组合没有算完。再打开一次这个页面就接着计算。")
+                .arg(left);
+  ModuleHost().Debug().WriteLog(problem);
+  ModuleHost().Debug().TellFailure(problem);
+}
+
 void ShowCalculation(UserDataSession& session) {
   const QString data = PresentData();
   const int before = retries;
@@ -79,6 +90,7 @@ void ShowCalculation(UserDataSession& session) {
   const auto release = qScopeGuard([] { frmCalc2.reset(); });
   frmCalc2->ShowModal();
   problem = frmCalc2->ReferenceProblem();
+  if (frmCalc2->IsGivenUp()) SayGivenUp(session);
   if (before == retries && !frmCalc2->IsWorthAnotherTry()) Remember(session, data, *frmCalc2);
 }
 
@@ -92,6 +104,7 @@ void LogDownDataFailure(const QString& text) {
 
 bool DownData() {
   if (frmCalc2) return true;  // it pumps messages, and a timer among them may come here again
+  if (QApplication::activeModalWidget() != nullptr) return false;
   const std::unique_ptr<UserDataSession> session = Database().OpenSession();
   try {
     if (!HasUnfinished(*session)) return true;
@@ -105,6 +118,11 @@ bool DownData() {
 
 QString CalculationProblem() {
   return problem;
+}
+
+void ForgetCalculations() {
+  problem.clear();
+  RetryIncomplete();
 }
 
 void RetryIncomplete() {

@@ -11,15 +11,20 @@ namespace holdwise {
 /// Portfolios that stayed incomplete when they were tried on the host's current date, because a file (also one of the
 /// reference files) was missing or damaged, do not bring the dialog up by themselves again, unless what was there could
 /// not be stored, for want of space or because of a lock; one that was finished and is marked unfinished since does.
+/// One that the user closes before the end is said to the host's user and in the log.
 /// @return false when there is something to calculate but not now, because the database's own line of statements is in
-/// a transaction of somebody else's (who waits for an answer, perhaps): to be called again
+/// a transaction of somebody else's (who waits for an answer, perhaps), or may be, because a dialog is open that the
+/// calculation's would cover: to be called again
 bool DownData();
 
-/// Why the last calculation could not begin, for the user to read (the reference file that is missing or damaged);
-/// empty when it could. User-interface thread.
+/// Why the last calculation could not begin or end, for the user to read (the reference file that is missing or
+/// damaged, the dialog that was closed); empty when it could. User-interface thread.
 [[nodiscard]] QString CalculationProblem();
 
-/// They do from now on, once: the module has been loaded, or data may have come back. User-interface thread.
+/// As if nothing had been tried: for a host that loads the module anew. User-interface thread.
+void ForgetCalculations();
+
+/// They do from now on, once: data may have come back. User-interface thread.
 void RetryIncomplete();
 
 }  // namespace holdwise

@@ -2,6 +2,7 @@
 #include "calc/untcalc2.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QFile>
 #include <QFrame>
 #include <QGuiApplication>
@@ -15,9 +16,11 @@
 #include "common/host/debug_log.h"
 #include "common/host/download_role.h"
 #include "common/host/host_access.h"
+#include "common/host/messages.h"
 #include "common/host/theme_colors.h"
 #include "common/store/database.h"
 #include "holdwise/packet/table_limits.h"
+#include "input_lock.h"
 
 namespace holdwise {
 namespace {
@@ -114,8 +117,38 @@ void TfrmCalc2::BuildDownloads() {
 }
 
 void TfrmCalc2::ShowModal() {
-  exec();
+  QEventLoop loop;
+  connect(this, &QDialog::finished, &loop, &QEventLoop::quit);
+  show();
+  QPointer<QWindow> leaving;
+  {
+    InputLock lock(*this);
+    lock.OnClose = [this, &leaving](const QPointer<QWindow>& window) {
+      if (AgreesToClose()) leaving = window;
+    };
+    loop.exec();
+  }
+  // Once whoever waits for the dialog has gone on. Not a call queued to the window, which would hand it to its widget.
+  if (leaving != nullptr) {
+    QTimer::singleShot(0, qApp, [leaving] {
+      if (leaving != nullptr) leaving->close();
+    });
+  }
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
+}
+
+bool TfrmCalc2::AgreesToClose() {
+  if (std::exchange(isAsking_, true)) return false;
+  const bool isAgreed =
+      Agrees(QStringLiteral("风险计算还没有完成。现在关闭吗？\n组合都在，没有算完的下次打开时再计算。"));
+  isAsking_ = false;
+  if (isAgreed && isVisible()) reject();
+  return isAgreed;
+}
+
+void TfrmCalc2::reject() {
+  isGivenUp_ = true;
+  QDialog::reject();
 }
 
 void TfrmCalc2::showEvent(QShowEvent* event) {
@@ -161,7 +194,7 @@ std::int64_t TfrmCalc2::GetProcessBarLen() const {
 void TfrmCalc2::GetBasicData() {
   if (!driver_.HasCodes()) {
     tmrCalc.stop();
-    reject();
+    done(Rejected);
     return;
   }
   if (const auto remoteName = driver_.NextBaseFile()) {
@@ -257,7 +290,7 @@ void TfrmCalc2::GiveUpReference(Reference reference, const QString& problem) {
   const bool isRate = reference == Reference::InterestRate;
   referenceProblem_ =
       (isRate ? QStringLiteral("利率文件 InterestRate.Dat ") : QStringLiteral("估值文件 GZ.dat ")) + problem;
-  reject();
+  done(Rejected);
 }
 
 void TfrmCalc2::DownBasicDataReciveAFile(const QString& fileName, int errorCode) {
@@ -311,7 +344,7 @@ void TfrmCalc2::Decisive(const std::function<void()>& step) {
     step();
   } catch (...) {
     failure_ = std::current_exception();
-    reject();
+    done(Rejected);
   }
 }
 

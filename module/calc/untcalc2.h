@@ -25,7 +25,9 @@ class TfrmCalc2 : public QDialog {
  public:
   TfrmCalc2();
 
-  /// Shows the dialog until it closes. What made the calculation impossible (a statement that failed) is thrown here.
+  /// Shows the dialog until it closes; other windows have no mouse and no keyboard meanwhile. One of them that the user
+  /// closes is closed after the dialog, if the user agrees. What made the calculation impossible (a statement that
+  /// failed) is thrown here.
   void ShowModal();
 
   /// Begins a run, some time after the dialog has been shown.
@@ -50,6 +52,8 @@ class TfrmCalc2 : public QDialog {
 
   /// Ids of the portfolios whose procedure has run.
   [[nodiscard]] const QStringList& Calculated() const { return calculated_; }
+  /// The user has closed it before the work was done.
+  [[nodiscard]] bool IsGivenUp() const { return isGivenUp_; }
   /// Why it closed without a calculation, for the user to read: the reference file that was missing or damaged; empty
   /// when none was.
   [[nodiscard]] const QString& ReferenceProblem() const { return referenceProblem_; }
@@ -60,6 +64,8 @@ class TfrmCalc2 : public QDialog {
   [[nodiscard]] const QProgressBar& ProgressBar() const { return *rzprgrsbr1; }
 
   void done(int result) override;
+  /// What the user's Escape and close do.
+  void reject() override;
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -69,6 +75,8 @@ class TfrmCalc2 : public QDialog {
 
   void BuildForm();
   void BuildDownloads();
+  /// Closes the dialog if the user agrees to it.
+  bool AgreesToClose();
   /// Runs the handler of an event for `fileName`; what it throws ends as a line in the debug log.
   void Handle(const QString& routine, const QString& fileName, const std::function<void()>& handler);
   /// Runs a step without which the calculation is impossible: what it throws closes the dialog and comes out of
@@ -99,6 +107,8 @@ class TfrmCalc2 : public QDialog {
   calc::DataState data_;
   QString referenceProblem_;
   bool isWorthAnotherTry_ = false;
+  bool isGivenUp_ = false;
+  bool isAsking_ = false;
   std::exception_ptr failure_;
   // NOLINTBEGIN(readability-identifier-naming): the names of the form's components
   QLabel* lbl1 = nullptr;

@@ -118,6 +118,17 @@ void NavigationTree::SetColors(const Colors& colors) {
   viewport()->update();
 }
 
+QModelIndex NavigationTree::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+  // Nothing opens or closes here: left leads out to the group, right into it.
+  const QModelIndex current = currentIndex();
+  if (action == MoveLeft) return current.parent().isValid() ? current.parent().siblingAtColumn(dxc_Text) : current;
+  if (action == MoveRight) {
+    const QModelIndex child = model()->index(0, dxc_Text, current.siblingAtColumn(0));
+    return child.isValid() ? child : current;
+  }
+  return QTreeWidget::moveCursor(action, modifiers);
+}
+
 QItemSelectionModel::SelectionFlags NavigationTree::selectionCommand(const QModelIndex& index,
                                                                      const QEvent* /*event*/) const {
   // The focused node is always the selected one; the Ctrl key would take the selection away.

@@ -41,6 +41,7 @@ class NavigationTree : public QTreeWidget {
   [[nodiscard]] const Colors& CurrentColors() const noexcept { return colors_; }
 
  protected:
+  QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
   void drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const override;
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
 

@@ -20,7 +20,7 @@ bool Initialize(holdwise::Host* host, int sdkVersion) {
   if (host == nullptr || sdkVersion != holdwise::kSdkVersion) return false;
   host->UserData().Advise(holdwise::sql::Advice());
   holdwise::SetModuleHost(host);
-  holdwise::RetryIncomplete();
+  holdwise::ForgetCalculations();
   return true;
 }
 

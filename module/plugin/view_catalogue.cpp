@@ -133,4 +133,12 @@ void HoldwiseViewCatalogue::DataChanged() {
   if (!mainFrame_.isNull()) mainFrame_->DataChanged();
 }
 
+QStringList HoldwiseViewCatalogue::Unstored() const {
+  QStringList lines;
+  if (mainFrame_.isNull()) return lines;
+  for (const TViewFrame* frame : mainFrame_->FrameList()) lines << frame->Unstored();
+  lines.removeAll(QString());
+  return lines;
+}
+
 }  // namespace holdwise

@@ -32,6 +32,7 @@ class HoldwiseViewCatalogue final : public ViewCatalogue {
   [[nodiscard]] QStringList Windows() const override;
   [[nodiscard]] std::unique_ptr<CatalogueWindow> MakeWindow(const QString& name) override;
   void DataChanged() override;
+  [[nodiscard]] QStringList Unstored() const override;
 
  private:
   [[nodiscard]] TViewFrame* CurFrame() const;

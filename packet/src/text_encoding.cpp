@@ -81,6 +81,8 @@ AsGb18030 ReadAsGb18030(const QByteArray& bytes) {
 
 EncodingFound FindEncoding(const QByteArray& bytes) {
   constexpr unsigned char kFirstLongLead = 0xE0;
+  const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+  if (std::all_of(bytes.begin(), bytes.end(), isAscii)) return {};
   const bool hasMark = bytes.startsWith("\xEF\xBB\xBF");
   if (QUtf8StringView(bytes).isValidUtf8()) {
     const bool hasLong = std::any_of(bytes.begin(), bytes.end(),

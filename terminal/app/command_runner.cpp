@@ -22,8 +22,13 @@ void CommandRunner::Next() {
 void CommandRunner::Carry(const Job& job) {
   const Command& command = job.command;
   if (command.theme) targets_.setTheme(*command.theme);
-  if (!command.address.isEmpty() && !targets_.goTo(command.address, command.parameter))
-    return End(job, {QStringLiteral("没有地址“%1”。").arg(command.address), kUnknownAddressExitCode});
+  const bool goes = !command.address.isEmpty() || !command.parameter.isEmpty();
+  if (goes && !targets_.goTo(command.address, command.parameter)) {
+    const QString what = command.address.isEmpty()
+                             ? QStringLiteral("没有投资组合页面，不能打开“%1”。").arg(command.parameter)
+                             : QStringLiteral("没有地址“%1”。").arg(command.address);
+    return End(job, {what, kUnknownAddressExitCode});
+  }
   HandOverAnswer answer;
   QStringList texts;
   const auto step = [&](const QString& file, const std::function<HandOverAnswer(const QString&)>& target) {

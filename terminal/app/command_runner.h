@@ -12,7 +12,7 @@ namespace holdwise {
 /// What a command can make the terminal do.
 struct CommandTargets {
   std::function<void(ThemeKind)> setTheme;
-  /// False when there is no such address.
+  /// An empty address is the one with views. False when there is no such address.
   std::function<bool(const QString& address, const QString& parameter)> goTo;
   std::function<HandOverAnswer(const QString& file)> restorePortfolios;
   /// The command's import file, as the command wants it.
@@ -33,6 +33,8 @@ class CommandRunner : public QObject {
   explicit CommandRunner(CommandTargets targets) : targets_(std::move(targets)) {}
   /// `answer` is called once, when the command has ended; from the event loop, never inside Run.
   void Run(const Command& command, HandOverServer::Answer answer);
+  /// Nothing is being carried out, and nothing waits.
+  [[nodiscard]] bool IsIdle() const { return !isBusy_ && jobs_.empty(); }
 
  private:
   struct Job {

@@ -2,8 +2,8 @@
 #include "commands.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <exception>
+#include <memory>
 #include <utility>
 
 #include "datacentre/index_closes.h"
@@ -14,11 +14,10 @@
 #include "transfer/import_report.h"
 #include "window/dialogs.h"
 #include "window/import_dialog.h"
+#include "window/long_work.h"
 
 namespace holdwise {
 namespace {
-
-constexpr int kProgressMilliseconds = 100;
 
 /// What the command sets in the smart allocation and in the stress view, whose controls the catalogue calls so. The
 /// index comes before the move: choosing one takes the move back to 0.
@@ -70,6 +69,7 @@ void Commands::RunFirst() {
   Command command = asked.command;
   if (!command.HasWork()) return;
   command.address.clear();  // entered already
+  command.parameter.clear();
   command.theme.reset();
   command.tells = true;
   runner_.Run(command, [this, isBatch = asked.IsBatch()](const HandOverAnswer& answer) {
@@ -115,21 +115,17 @@ HandOverAnswer Commands::Import(const Command& command) {
   } catch (const std::exception& error) {
     answer = {QStringLiteral("没有导入：%1").arg(QString::fromUtf8(error.what())), 1};
   }
-  parts_.window.Window().ShowProgress(0, 0);
   parts_.process.Log().WriteLog(answer.text);
   if (answer.exitCode == 0) views->DataChanged();
   return answer;
 }
 
 HandOverAnswer Commands::ImportFile(const Command& command) {
-  QElapsedTimer sincePainted;
-  sincePainted.start();
-  const ImportProgress progress = [this, &sincePainted](int done, int total) {
-    if (sincePainted.elapsed() >= kProgressMilliseconds) {
-      parts_.window.Window().ShowProgress(done, total);
-      sincePainted.restart();
-    }
-    return !signal_guard::Requested();
+  std::unique_ptr<LongWork> work;  // from the first step on: a person may be asked before
+  const ImportProgress progress = [this, &work](int done, int total) {
+    if (!work && !parts_.process.Asked().IsBatch())
+      work = std::make_unique<LongWork>(parts_.window.Window(), QStringLiteral("正在导入组合"));
+    return (!work || work->Step(done, total)) && !signal_guard::Requested();
   };
   MarketData& market = parts_.market->Data();
   const ImportServices services{parts_.database, market, market,
@@ -156,13 +152,17 @@ std::optional<ImportChoice> Commands::AskForImport(const QString& file, const Im
 }
 
 void Commands::Export(const Command& command, const HandOverServer::Answer& answer) {
+  const QString cameFrom = parts_.pages == nullptr ? QString() : parts_.pages->CurrentAddress();
   ViewCatalogue* views = EnterViews();
   if (views == nullptr) return answer({QStringLiteral("没有投资组合页面，不能导出。"), 1});
   MainWindow& window = parts_.window.Window();
   window.Tell(QStringLiteral("正在导出…"));
   exporter_ = std::make_unique<ViewExporter>(*views, window.Area());
-  exporter_->OnDone = [this, folder = command.exportFolder, answer](const QString& problem, const QString& lacking) {
+  exporter_->OnDone = [this, folder = command.exportFolder, cameFrom, answer](const QString& problem,
+                                                                              const QString& lacking) {
     exporter_.release()->deleteLater();
+    if (!cameFrom.isEmpty() && parts_.pages->CurrentAddress() != cameFrom)
+      (void)parts_.pages->GoTo(cameFrom, QString());
     const HandOverAnswer done = Exported(folder, problem, lacking);
     parts_.process.Log().WriteLog(done.text);
     parts_.window.Window().Tell(done.text);

@@ -42,6 +42,8 @@ class Commands {
   /// What the command line has to be carried out, once the first page has been entered; a batch ends with its exit
   /// code.
   void RunFirst();
+  /// Nothing is being carried out, and nothing waits.
+  [[nodiscard]] bool IsIdle() const { return runner_.IsIdle(); }
   /// Asks for the file or folder first.
   void ImportFromMenu();
   void ExportFromMenu();

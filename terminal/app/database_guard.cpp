@@ -83,7 +83,7 @@ void DatabaseGuard::TellInBox(const QString& text) {
 }
 
 bool DatabaseGuard::HasBackups() const {
-  return process_.Asked().command.database.isEmpty();
+  return process_.Asked().IsOwnDatabase();
 }
 
 void DatabaseGuard::OpenFile() {
@@ -123,7 +123,7 @@ QString DatabaseGuard::Doubt() const {
 }
 
 health::Comparison DatabaseGuard::Comparison() const {
-  if (!HasBackups()) return {QStringLiteral("没有比较，只比较工作目录自己的数据库")};
+  if (!HasBackups()) return health::Comparison::OfForeign();
   if (!doubt_.isEmpty() && !isDamageTold_) {
     const QString doubt = Doubt();
     return doubt.isEmpty() ? health::Comparison{QStringLiteral("启动时两者不同，现在已经一致")}

@@ -32,9 +32,9 @@ health::Facts FactsOf(const Options& options) {
 
 /// Of a database that has been found whole. Nothing is made, marked or brought up to date.
 health::Comparison CompareAtRest(const Options& options) {
-  if (!options.command.database.isEmpty()) return {QStringLiteral("没有比较，只比较工作目录自己的数据库")};
+  if (!options.IsOwnDatabase()) return health::Comparison::OfForeign();
   try {
-    const auto database = FirebirdUserData::OpenAsItIs(options.database, options.workFolder + QStringLiteral("/lock"));
+    const auto database = FirebirdUserData::OpenAsItIs(options.database, options.LockFolder());
     const FirstLook look = LookAtDatabase(*database, backup::BackupFolder(options.workFolder), database->WasClosed());
     const bool isWell = look.finding == FirstLook::Finding::Sound || look.finding == FirstLook::Finding::Newer;
     return {look.Line(), isWell};
@@ -96,7 +96,7 @@ int CheckAtRest(const Options& options) {
   health::Facts facts = FactsOf(options);
   facts.mirrorProblem = health::MirrorReader().Problem(facts.workFolder);
   try {
-    FirebirdUserData::Check(DatabaseTarget::FromText(options.database), options.workFolder + QStringLiteral("/lock"));
+    FirebirdUserData::Check(DatabaseTarget::FromText(options.database), options.LockFolder());
     facts.comparison = CompareAtRest(options);
   } catch (const std::exception& error) {
     facts.databaseProblem = QString::fromUtf8(error.what());

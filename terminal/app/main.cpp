@@ -89,24 +89,29 @@ bool MayClose(const QString& folder) {
 
 /// A terminal that has just ended may leave the file locked for a moment (the lock lives on in a child process that it
 /// had started and that has not yet let go), so "busy" is believed only after a while.
-OpenedDatabase OpenDatabase(const Options& options) {
+std::unique_ptr<FirebirdUserData> OpenWhenFree(const Options& options) {
   const DatabaseTarget target = DatabaseTarget::FromText(options.database);
   for (int attempt = 1;; ++attempt) {
     try {
-      auto database = FirebirdUserData::Open(target, options.workFolder + QStringLiteral("/lock"));
+      auto database = FirebirdUserData::Open(target, options.LockFolder());
       GiveIdentity(*database);
-      OpenedDatabase opened;
-      // Another database may have been used from another work folder meanwhile: no generation here tells of that.
-      if (options.command.database.isEmpty())
-        opened.look = LookAtDatabase(*database, backup::BackupFolder(options.workFolder, options.database),
-                                     database->WasClosed());
-      opened.database = std::move(database);
-      return opened;
+      return database;
     } catch (const Error& error) {
       if (error.Category() != ErrorCategory::Busy || attempt == kBusyAttempts || signal_guard::Requested()) throw;
     }
     QThread::msleep(kRetryMilliseconds);
   }
+}
+
+OpenedDatabase OpenDatabase(const Options& options) {
+  auto database = OpenWhenFree(options);
+  OpenedDatabase opened;
+  // Another database may have been used from another work folder meanwhile: no generation here tells of that.
+  if (options.IsOwnDatabase())
+    opened.look =
+        LookAtDatabase(*database, backup::BackupFolder(options.workFolder, options.database), database->WasClosed());
+  opened.database = std::move(database);
+  return opened;
 }
 
 /// Without a session bus Qt would have one started: a fork in the middle of the start, whose child holds copies of our
@@ -124,8 +129,9 @@ void Repair(const Options& options) {
   try {
     const QString name = SetDatabaseAside(options.database, QDateTime::currentDateTime());
     PrintError(QStringLiteral("数据库文件已改名保留为“%1”。").arg(name));
-    const OpenedDatabase fresh = OpenDatabase(options);
-    PrintError(RestoreNewest(*fresh.database, backup::BackupFolder(options.workFolder, options.database)));
+    const auto fresh = OpenWhenFree(options);
+    const QString restored = RestoreNewest(*fresh, backup::BackupFolder(options.workFolder, options.database));
+    PrintError(restored.isEmpty() ? QStringLiteral("没有可恢复的备份。") : restored);
   } catch (const Error& error) {
     PrintError(QStringLiteral("没有恢复：%1").arg(QString::fromUtf8(error.what())));
   }
@@ -252,7 +258,7 @@ int Main(int argc, char** argv) {
     return 2;
   }
   KeepSessionBusFromStarting();
-  PrepareFirebirdProcess(options.workFolder + QStringLiteral("/lock"));
+  PrepareFirebirdProcess(options.LockFolder());
   bool wantsRepair = false;
   const int exitCode = RunTerminal(argc, argv, options, wantsRepair);
   const bool isEngineEnded = ShutdownFirebird();

@@ -35,7 +35,10 @@ Terminal::Terminal(Options options, DatabaseOpener openDatabase)
           [this](const QString& text) { guard_.DamageMet(text); }),
       market_(std::make_unique<MarketSide>(process_, database_)),
       window_(process_, Actions()),
-      guard_(process_, database_, window_, look_) {
+      guard_(process_, database_, window_, look_),
+      dayChange_({process_, window_, market_, pages_}) {
+  dayChange_.isBusy = [this] { return commands_ == nullptr || !commands_->IsIdle(); };
+  dayChange_.take = [this] { ChangeDay(); };
   window_.OnThemeChanged = [this] {
     if (pages_ != nullptr) pages_->ChangeColorTheme();
   };
@@ -55,6 +58,7 @@ WindowActions Terminal::Actions() {
   actions.exportPortfolios = [this] { commands_->ExportPortfoliosFromMenu(); };
   actions.restorePortfolios = [this] { commands_->RestoreFromMenu(); };
   actions.setTheme = [this](ThemeKind kind) { window_.SetTheme(kind); };
+  actions.takeNewDay = [this] { dayChange_.TakeAsked(); };
   actions.goTo = [this](const QString& address) { (void)pages_->GoTo(address, QString()); };
   return actions;
 }
@@ -116,6 +120,7 @@ bool Terminal::OpenPages() {
   QObject::connect(&connection, &MarketConnection::DataFolderChanged, &connection, [this] {
     if (pages_ != nullptr) pages_->DataFolderChanged();
   });
+  dayChange_.Follow();
   if (pages_->LoadPlugins()) return true;
   window_.ShowObstacle(QStringLiteral("没有可用的插件"), pages_->Problems().join(QLatin1Char('\n')), QString(), again);
   return false;
@@ -130,14 +135,32 @@ void Terminal::TryAgain() {
   GoOn();
 }
 
+void Terminal::ChangeDay() {
+  auto next = std::make_unique<MarketSide>(process_, database_);
+  next->Open();
+  const MarketData& data = next->Data();
+  if (data.CurrentDate() <= market_->Data().CurrentDate()) {
+    throw Error(
+        ErrorCategory::Refused,
+        QStringLiteral("数据文件夹“%1”现在是日期%2的数据").arg(data.Folder(), data.CurrentDateText()).toStdString());
+  }
+  const PagePlace place = PlaceOf(*pages_, market_->Data());
+  pages_.reset();
+  market_ = std::move(next);
+  isReady_ = OpenPages();
+  if (!isReady_) return;
+  ReturnTo(place, *pages_, market_->Data());
+  GoOn();
+}
+
 void Terminal::EnterFirstPage() {
   (void)pages_->GoTo(process_.Asked().command.address, process_.Asked().command.parameter);
 }
 
 void Terminal::GoOn() {
-  if (!isReady_ || std::exchange(hasGoneOn_, true)) return;
+  if (!isReady_) return;
   market_->Connection().Connect();
-  commands_->RunFirst();
+  if (!std::exchange(hasGoneOn_, true)) commands_->RunFirst();
 }
 
 }  // namespace holdwise

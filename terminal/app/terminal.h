@@ -4,6 +4,7 @@
 
 #include "commands.h"
 #include "database_guard.h"
+#include "day_change.h"
 #include "health_side.h"
 #include "parts/database_side.h"
 #include "parts/market_side.h"
@@ -33,10 +34,13 @@ class Terminal {
   /// Waits for the data folder and loads the plug-ins; false when the views cannot be shown, which an obstacle tells.
   bool OpenPages();
   void TryAgain();
+  /// Loads the data folder anew and makes other pages, at the same place. Throws what loading it threw: everything is
+  /// as before then.
+  void ChangeDay();
   /// Goes to the page that the command line (or nobody) asked for, before anything is painted: the window's first
   /// picture is that page.
   void EnterFirstPage();
-  /// Once, after the first picture: connects the bus and starts the rest of the command, whose progress can be seen
+  /// After the first picture: connects the bus and, once, starts the rest of the command, whose progress can be seen
   /// now.
   void GoOn();
 
@@ -50,6 +54,7 @@ class Terminal {
   std::unique_ptr<PageSide> pages_;     ///< null: as the market
   std::unique_ptr<HealthSide> health_;  ///< null until the database is open
   std::unique_ptr<Commands> commands_;  ///< null until the database is open
+  DayChange dayChange_;                 ///< after all that it looks at
   bool isReady_ = false;
   bool hasGoneOn_ = false;
 };

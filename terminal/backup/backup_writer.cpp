@@ -23,6 +23,8 @@ void BackupWriter::Look() {
 }
 
 QStringList BackupWriter::DoubtsAbout(const PortfolioSet& set) const {
+  // A set that is known has been looked over before: files that read back have no problems.
+  if (last_ == set) return {};
   QStringList doubts = ProblemsOf(set);
   if (doubts.isEmpty() && last_ && folder_.IsUnsettled() && !IsEnteredAlike(set, *last_))
     doubts.append(QStringLiteral("启动时数据库与最近的备份不同，以哪一个为准还没有选择；下次打开窗口时会再问"));

@@ -26,6 +26,7 @@ class EmbeddedMarket final : public MarketConnection {
   /// Serves the quotes of the data, unless some are served.
   void Connect() override;
   [[nodiscard]] QString QuotesProblem() const override;
+  [[nodiscard]] QString LaterDate() const override { return data_.LaterDate(); }
 
  private:
   /// Returns the reason when the service refuses the quotes, which is logged and leaves the bus as it was.

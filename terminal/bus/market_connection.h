@@ -23,6 +23,9 @@ class MarketConnection : public QObject {
   /// Why the prices are not the latest at this moment, in words for the user, also when nobody has been told yet; empty
   /// when they are.
   [[nodiscard]] virtual QString QuotesProblem() const = 0;
+  /// The date (YYYY-MM-DD) of the data that could be had in the place of these, which are not the latest then, from a
+  /// new connection over newly loaded data; empty when there are none. Changes with QuotesChanged.
+  [[nodiscard]] virtual QString LaterDate() const = 0;
 
  Q_SIGNALS:
   /// The prices are the latest from now on (empty), or why they are not, in words for the user.

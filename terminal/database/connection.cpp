@@ -67,8 +67,15 @@ bool Connection::IsFileThere() const {
   return NumberOf(place_.file) == fileNumber_;
 }
 
-void Connection::NoteDamage(const Error& error) {
-  if (error.Category() == ErrorCategory::Corrupt) isDamaged_ = true;
+template <typename Action>
+auto Connection::Noted(Action action) {
+  const MutexLock lock(mutex_);
+  try {
+    return action();
+  } catch (const Error& error) {
+    if (error.Category() == ErrorCategory::Corrupt) isDamaged_ = true;
+    throw;
+  }
 }
 
 /// A file that was removed takes changes all the same, and they go with its last user.
@@ -148,8 +155,11 @@ Connection::Ready Connection::Prepare(Transaction& transaction, std::string_view
   return ready;
 }
 
-ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) try {
-  const MutexLock lock(mutex_);
+ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) {
+  return Noted([&]() HOLDWISE_REQUIRES(mutex_) { return Read(own, sql, maxRows); });
+}
+
+ResultSet Connection::Read(Transaction* own, const QString& sql, int maxRows) {
   // A server has other writers, of whom nothing is heard here.
   const bool mayKeep = own == nullptr && maxRows == kAllRows && place_.IsEmbedded();
   if (mayKeep) {
@@ -168,50 +178,46 @@ ResultSet Connection::Query(Transaction* own, const QString& sql, int maxRows) t
   ResultSet rows = Prepare(*transaction, text_).statement->Read(*transaction, maxRows);
   transaction->Commit();
   return rows;
-} catch (const Error& error) {
-  NoteDamage(error);
-  throw;
 }
 
-void Connection::Execute(Transaction* own, const QString& sql) try {
-  const MutexLock lock(mutex_);
-  const ChangeNote note(kept_);
-  ReadShape(sql);
-  if (shape_.Kind() == StatementKind::Definition) {
-    // The engine does not change what a prepared statement still uses.
-    cache_.Clear();
-    reading_.reset();
-  }
-  if (own != nullptr) {
-    Prepare(*own, text_).statement->Execute(*own);
-    return;
-  }
-  const std::unique_ptr<Transaction> transaction = StartChange();
-  Prepare(*transaction, text_).statement->Execute(*transaction);
-  transaction->Commit();
-} catch (const Error& error) {
-  NoteDamage(error);
-  throw;
+void Connection::Execute(Transaction* own, const QString& sql) {
+  Noted([&]() HOLDWISE_REQUIRES(mutex_) {
+    const ChangeNote note(kept_);
+    ReadShape(sql);
+    if (shape_.Kind() == StatementKind::Definition) {
+      // The engine does not change what a prepared statement still uses.
+      cache_.Clear();
+      reading_.reset();
+    }
+    if (own != nullptr) {
+      Prepare(*own, text_).statement->Execute(*own);
+      return;
+    }
+    const std::unique_ptr<Transaction> transaction = StartChange();
+    Prepare(*transaction, text_).statement->Execute(*transaction);
+    transaction->Commit();
+  });
 }
 
 std::unique_ptr<Transaction> Connection::Start() {
-  const MutexLock lock(mutex_);
-  return StartChange();
+  return Noted([&]() HOLDWISE_REQUIRES(mutex_) { return StartChange(); });
 }
 
 void Connection::Commit(std::unique_ptr<Transaction> transaction) {
-  const MutexLock lock(mutex_);
-  const ChangeNote note(kept_);
-  const std::unique_ptr<Transaction> ending = std::move(transaction);  // rolled back under the lock when this fails
-  RequireFile();
-  ending->Commit();
+  Noted([&]() HOLDWISE_REQUIRES(mutex_) {
+    const ChangeNote note(kept_);
+    const std::unique_ptr<Transaction> ending = std::move(transaction);  // rolled back under the lock when this fails
+    RequireFile();
+    ending->Commit();
+  });
 }
 
 void Connection::RollBack(std::unique_ptr<Transaction> transaction) {
-  const MutexLock lock(mutex_);
-  const ChangeNote note(kept_);  // the database may have a trigger on it
-  const std::unique_ptr<Transaction> ending = std::move(transaction);
-  ending->RollBack();
+  Noted([&]() HOLDWISE_REQUIRES(mutex_) {
+    const ChangeNote note(kept_);  // the database may have a trigger on it
+    const std::unique_ptr<Transaction> ending = std::move(transaction);
+    ending->RollBack();
+  });
 }
 
 void Connection::Advise(const std::vector<StatementAdvice>& advice) {

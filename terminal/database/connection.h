@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QString>
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <limits>
@@ -62,19 +61,23 @@ class Connection {
   PreparedStatement& PrepareForm(Transaction& transaction, std::string_view form) HOLDWISE_REQUIRES(mutex_);
   [[nodiscard]] PreparedStatement* PrepareShape(Transaction& transaction, std::string_view sql)
       HOLDWISE_REQUIRES(mutex_);
+  /// Of Query.
+  [[nodiscard]] ResultSet Read(Transaction* own, const QString& sql, int maxRows) HOLDWISE_REQUIRES(mutex_);
   [[nodiscard]] Transaction& Reading() HOLDWISE_REQUIRES(mutex_);
   template <typename Action>
   auto OnLiveConnection(Action action) HOLDWISE_REQUIRES(mutex_);
   [[nodiscard]] std::unique_ptr<Transaction> StartChange() HOLDWISE_REQUIRES(mutex_);
   [[nodiscard]] bool IsFileThere() const;
-  void NoteDamage(const Error& error);
+  /// Runs it under the lock; damage that it meets is kept in mind.
+  template <typename Action>
+  auto Noted(Action action) HOLDWISE_EXCLUDES(mutex_);
   void RequireFile() const;
   void ReadShape(const QString& sql) HOLDWISE_REQUIRES(mutex_);
 
   const Place place_;
   const std::pair<std::uint64_t, std::uint64_t> fileNumber_;  ///< device and number of the file; 0 and 0: none
-  std::atomic<bool> isDamaged_ = false;
   Mutex mutex_;
+  bool isDamaged_ HOLDWISE_GUARDED_BY(mutex_) = false;
   Status status_ HOLDWISE_GUARDED_BY(mutex_);
   Handle<Firebird::IAttachment> attachment_ HOLDWISE_GUARDED_BY(mutex_);
   std::unique_ptr<Transaction> reading_ HOLDWISE_GUARDED_BY(mutex_);

@@ -16,6 +16,9 @@ constexpr int kShanghai = 1;
 constexpr int kShenzhen = 2;
 constexpr int kBeijingOffsetSeconds = 8 * 3600;
 
+/// First letters of kIndexNames.
+constexpr const char* kIndexInitials[kIndexCount] = {"S Z Z S", "S Z C Z", "H S 3 0 0"};
+
 /// Code number that a text stands for, 0 when it stands for none: "1" and the two Shenzhen index codes, else six digits
 /// or "1" and six digits.
 int CodeNumberOf(const QString& text) {
@@ -85,18 +88,17 @@ bool MarketData::IsShenzhenStock(const QString& codeNumber) const {
 }
 
 QString MarketData::NameOf(const QString& code) const {
-  switch (CodeNumberOf(code)) {
-    case 1:
-      return QStringLiteral("上证指数");
-    case 399001:
-      return QStringLiteral("深证成指");
-    case 399300:
-      return QStringLiteral("沪深300");
-    default:
-      break;
-  }
+  if (const int index = IndexPlace(CodeNumberOf(code)); index >= 0) return QString::fromUtf8(kIndexNames[index]);
   const Security* stock = FindStock(code);
   return stock != nullptr ? Text(stock->nameOffset, stock->nameBytes) : QString();
+}
+
+QString MarketData::InitialsOf(int codeNumber) const {
+  if (const int index = IndexPlace(codeNumber); index >= 0) return QString::fromLatin1(kIndexInitials[index]);
+  const int place = IndexOfSecurity(codeNumber);
+  if (place < 0) return {};
+  const Security& security = securities_[static_cast<std::size_t>(place)];
+  return Text(security.nameOffset + security.nameBytes, security.initialsBytes);
 }
 
 QString MarketData::IndustryOf(int codeNumber) const {

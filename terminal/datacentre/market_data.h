@@ -40,14 +40,22 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   /// groups) are left out whole when they cannot be used: see Notices.
   void Load(const QString& folder);
   /// Reads quotes.dat and the edition again. Throws like Load and keeps the earlier quotes; Error(Refused) too when the
-  /// folder now stands at another date, whose other files are not read while the terminal runs. Emits QuotesChanged.
+  /// folder now stands at another date, of which this object takes nothing: see LaterDate. Emits QuotesChanged.
   void ReloadQuotes();
+  /// The date (YYYY-MM-DD) at which the last ReloadQuotes found the folder, if it is later than that of the data, which
+  /// stay as they are: a new object has to load it. Empty otherwise.
+  [[nodiscard]] QString LaterDate() const;
   /// Takes over current data as they arrive; quotes of unknown securities are ignored. Emits QuotesChanged.
   void ApplyQuotes(const std::vector<CodedQuote>& quotes);
   /// Replaces group "OptionalStock" by the user's own list: a text file (UTF-8 or GB18030) with one six-digit code a
   /// line, in order. A missing file, and one that cannot be read, changes nothing; a line that is no known stock's code
   /// or repeats one is left out. Never throws an Error: see Notices.
   void LoadOptionalStocks(const QString& path);
+  /// Adds a stock to group "OptionalStock", at its end, or takes it out, and writes the user's own list to the path of
+  /// LoadOptionalStocks, which has been called. Other lines of the file stay. Nothing happens when the stock is unknown
+  /// or when that is how it is. Throws Error(Io), (Corrupt), (Refused) when the list cannot be read or written; the
+  /// group stays as it was then.
+  void SetOptionalStock(int codeNumber, bool isMember);
   /// What the optional files of the last Load and LoadOptionalStocks hold that is not used, a text a file, in Chinese
   /// and with what to do, for the window to show; empty when all is used. The same stands in the log.
   [[nodiscard]] const QStringList& Notices() const { return notices_; }
@@ -56,6 +64,9 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   [[nodiscard]] QString Folder() const { return folder_; }
   /// Simulated market: its prices move and it counts as open at any time.
   [[nodiscard]] bool IsSimulated() const { return simulated_; }
+  /// First letters by which the name of a stock or index can be typed, the characters apart by a blank; empty when the
+  /// data folder has none.
+  [[nodiscard]] QString InitialsOf(int codeNumber) const;
   /// Current data of all securities and indices that have some, indices first, then by code number.
   [[nodiscard]] std::vector<CodedQuote> Quotes() const;
 
@@ -96,13 +107,14 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   void CurrentCodeChanged(const QString& code);
 
  private:
-  /// One stock; the texts stand in `texts_`, so that a security costs 20 bytes and its name.
+  /// One stock; the texts stand in `texts_`, the initials behind the name, so that a security costs 20 bytes and these.
   struct Security {
     std::int32_t codeNumber = 0;
     std::uint32_t nameOffset = 0;
     std::uint32_t industryOffset = 0;
     std::uint16_t nameBytes = 0;
     std::uint16_t industryBytes = 0;
+    std::uint16_t initialsBytes = 0;
     std::uint8_t market = 0;
     bool aShare = false;
   };
@@ -136,8 +148,10 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   DebugServers& log_;
   TLocatDBOper& localDatabase_;
   QString folder_;
+  QString optionalStocksPath_;
   QStringList notices_;
   int currentDate_ = 0;
+  int laterDate_ = 0;  ///< of the folder; 0: not later than the current one
   bool simulated_ = false;
   std::vector<Security> securities_;  ///< by code number
   std::string texts_;

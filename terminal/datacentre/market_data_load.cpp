@@ -8,10 +8,12 @@
 #include <unordered_set>
 
 #include "datacentre/market_data.h"
+#include "holdwise/packet/atomic_file.h"
 #include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/table_limits.h"
 #include "holdwise/packet/text_file.h"
+#include "own_stocks.h"
 #include "table_reader.h"
 
 namespace holdwise {
@@ -19,8 +21,6 @@ namespace {
 
 constexpr int kFormat = 1;
 constexpr char kOptionalStockGroup[] = "OptionalStock";
-/// Of a user's own list: a line a security would take a tenth.
-constexpr std::int64_t kMostOptionalBytes = 8LL << 20;
 constexpr qsizetype kMostShownLines = 10;
 
 /// The six digits as an integer, -1 when the text is anything else.
@@ -38,14 +38,17 @@ struct SecurityColumns {
         industry(file.Column("industry", ColumnType::Text, true)),
         market(file.Column("market", ColumnType::Integer)),
         listDate(file.Column("list_date", ColumnType::Integer, true)),
-        aShare(file.Column("a_share", ColumnType::Integer)) {}
+        aShare(file.Column("a_share", ColumnType::Integer)),
+        pinyin(file.Table().FindColumn("pinyin") < 0 ? -1 : file.Column("pinyin", ColumnType::Text, true)) {}
   int code, name, industry, market, listDate, aShare;
+  int pinyin;  ///< -1: none
 };
 
 struct SecurityRow {
   int digits = 0;
   std::string name;
   std::string industry;
+  std::string initials;
   int market = 0;
   bool aShare = false;
 };
@@ -64,8 +67,14 @@ SecurityRow ReadSecurity(const TableReader& file, const SecurityColumns& columns
   read.name = file.Table().Utf8At(row, columns.name);
   read.industry = file.Table().Utf8At(row, columns.industry);
   if (read.name.empty()) file.Refuse(row, QStringLiteral("证券名称为空"));
-  if (std::max(read.name.size(), read.industry.size()) > std::numeric_limits<std::uint16_t>::max()) {
-    file.Refuse(row, QStringLiteral("证券名称或行业过长"));
+  if (columns.pinyin >= 0) read.initials = file.Table().Utf8At(row, columns.pinyin);
+  const bool areInitials = std::all_of(read.initials.begin(), read.initials.end(), [](char c) {
+    return c == ' ' || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+  });
+  if (!areInitials) file.Refuse(row, QStringLiteral("拼音首字母无效"));
+  if (std::max({read.name.size(), read.industry.size(), read.initials.size()}) >
+      std::numeric_limits<std::uint16_t>::max()) {
+    file.Refuse(row, QStringLiteral("证券名称、行业或拼音首字母过长"));
   }
   read.market = file.IntegerAt(row, columns.market);
   if (read.market != 1 && read.market != 2) file.Refuse(row, QStringLiteral("市场%1应为1或2").arg(read.market));
@@ -136,16 +145,23 @@ void MarketData::SetEdition(const QString& edition) {
 }
 
 void MarketData::ReloadQuotes() {
+  laterDate_ = 0;
   const QDir dir(folder_);
   const Market market = ReadMarket(dir.filePath(QStringLiteral("market.dat")));
   if (market.currentDate != currentDate_) {
-    throw Error(ErrorCategory::Refused, QStringLiteral("数据文件夹“%1”已换成日期%2的数据，重新启动终端后生效")
-                                            .arg(QDir::toNativeSeparators(folder_))
-                                            .arg(QString::fromStdString(DateText(market.currentDate)))
-                                            .toStdString());
+    if (market.currentDate > currentDate_) laterDate_ = market.currentDate;
+    throw Error(ErrorCategory::Refused,
+                QStringLiteral("数据文件夹“%1”已换成日期%2的数据，%3")
+                    .arg(QDir::toNativeSeparators(folder_), QString::fromStdString(DateText(market.currentDate)),
+                         laterDate_ == 0 ? QStringLiteral("重新启动终端后生效") : QStringLiteral("还没有换上"))
+                    .toStdString());
   }
   SetEdition(market.edition);
   ApplyQuotes(ReadQuotes(dir.filePath(QStringLiteral("quotes.dat")), market.edition));
+}
+
+QString MarketData::LaterDate() const {
+  return laterDate_ == 0 ? QString() : QString::fromStdString(DateText(laterDate_));
 }
 
 void MarketData::LoadSecurities(const QString& path) {
@@ -163,7 +179,9 @@ void MarketData::LoadSecurities(const QString& path) {
     security.aShare = read.aShare;
     security.nameOffset = static_cast<std::uint32_t>(texts_.size());
     security.nameBytes = static_cast<std::uint16_t>(read.name.size());
+    security.initialsBytes = static_cast<std::uint16_t>(read.initials.size());
     texts_ += read.name;
+    texts_ += read.initials;
     const auto [known, isNew] = industries.try_emplace(read.industry, static_cast<std::uint32_t>(texts_.size()));
     if (isNew) texts_ += read.industry;
     security.industryOffset = known->second;
@@ -287,11 +305,33 @@ void MarketData::LoadGroups(const QString& path) {
 }
 
 void MarketData::LoadOptionalStocks(const QString& path) {
+  optionalStocksPath_ = path;
   LoadOptional(path, &MarketData::ReadOptionalStocks);
 }
 
+void MarketData::SetOptionalStock(int codeNumber, bool isMember) {
+  const QString group = QString::fromLatin1(kOptionalStockGroup);
+  std::vector<int> members = GetGroupCodeNumList(group);
+  const auto member = std::find(members.begin(), members.end(), codeNumber);
+  if (IndexOfSecurity(codeNumber) < 0 || (member != members.end()) == isMember) return;
+  const auto codeOf = [](int number) { return QByteArray::number(number).last(6); };
+  QByteArray text;
+  if (QFile::exists(optionalStocksPath_))
+    text = ReadTextFile(optionalStocksPath_, kMostOwnStocksBytes);
+  else  // until now the group was the data folder's
+    for (const int number : members) text = WithOwnStock(text, codeOf(number));
+  text = isMember ? WithOwnStock(text, codeOf(codeNumber)) : WithoutOwnStock(text, codeOf(codeNumber));
+  WriteFileAtomically(optionalStocksPath_, text, Durability::Lasting);
+  if (isMember)
+    members.push_back(codeNumber);
+  else
+    members.erase(member);
+  const WriteLock lock(mutex_);
+  groups_[group] = std::move(members);
+}
+
 void MarketData::ReadOptionalStocks(const QString& path) {
-  const QString text = QString::fromUtf8(ReadTextFile(path, kMostOptionalBytes));
+  const QString text = QString::fromUtf8(ReadTextFile(path, kMostOwnStocksBytes));
   std::vector<int> members;
   std::unordered_set<int> seen;
   int line = 0;

@@ -33,6 +33,9 @@ class MirrorReader {
 struct Comparison {
   QString text;
   bool isWell = true;
+
+  /// Of another database than the work folder's own: no backup here tells of that.
+  [[nodiscard]] static Comparison OfForeign() { return {QStringLiteral("没有比较，只比较工作目录自己的数据库")}; }
 };
 
 /// What the table is made from.

@@ -36,6 +36,10 @@ struct CsvPortfolio {
   std::vector<CsvHolding> holdings;
 };
 
+/// Quantity x price, yuan.
+[[nodiscard]] double CostOf(const CsvHolding& holding);
+[[nodiscard]] double CostOf(const CsvPortfolio& portfolio);
+
 /// A row that does not come in, what stands in it and why (Chinese).
 struct LeftOutRow {
   int line = 0;

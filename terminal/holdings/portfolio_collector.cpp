@@ -3,6 +3,7 @@
 
 #include "holdings/portfolio_rules.h"
 #include "holdwise/packet/dates.h"
+#include "holdwise/packet/entry_limits.h"
 #include "holdwise/packet/text_file.h"
 #include "records.h"
 
@@ -65,13 +66,13 @@ bool PortfolioCollector::IsHeld(const QString& sixDigits, const QString& name, i
 
 void PortfolioCollector::Finish() {
   for (const CsvPortfolio& portfolio : result_.portfolios) {
-    if (portfolio.rows <= kMaxHoldings) continue;
+    if (portfolio.rows <= kMostHoldings) continue;
     AddProblem(result_.problems, portfolio.line,
                QStringLiteral("组合“%1”有%2只股票，应为%3到%4只")
                    .arg(portfolio.name)
                    .arg(portfolio.rows)
                    .arg(kMinHoldings)
-                   .arg(kMaxHoldings));
+                   .arg(kMostHoldings));
   }
   SortByLine(result_.problems);
 }

@@ -9,7 +9,6 @@
 namespace holdwise {
 
 inline constexpr int kMinHoldings = 1;
-inline constexpr int kMaxHoldings = 500;
 
 /// Why a name cannot be taken; empty when it can.
 [[nodiscard]] QString NameProblem(const QString& name);

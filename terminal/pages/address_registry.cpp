@@ -33,6 +33,7 @@ bool AddressRegistry::GotoAddress(const QString& name, const QString& parameter)
   const std::shared_ptr<TAddressItem> item = *place;
   if (current_ != item) LeaveCurrent();
   current_ = item;
+  parameter_ = parameter;
   Guard(*item, "EnterAddress", [&] { item->EnterAddress(parameter); });
   if (OnEntered) OnEntered(name);
   return true;

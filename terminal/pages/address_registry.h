@@ -31,6 +31,8 @@ class AddressRegistry : public AddressServices {
   [[nodiscard]] TAddressItem* Find(const QString& name) const;
   /// The item now entered; null when none.
   [[nodiscard]] TAddressItem* Current() const { return current_.get(); }
+  /// What an address was last entered with.
+  [[nodiscard]] const QString& Parameter() const { return parameter_; }
 
   std::function<void()> OnListChanged;
   std::function<void(const QString& name)> OnEntered;
@@ -41,6 +43,7 @@ class AddressRegistry : public AddressServices {
   DebugServers& debug_;
   std::vector<std::shared_ptr<TAddressItem>> items_;
   std::shared_ptr<TAddressItem> current_;
+  QString parameter_;
 };
 
 }  // namespace holdwise

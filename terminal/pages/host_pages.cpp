@@ -82,20 +82,24 @@ void SecurityPage::Fill() {
   if (code.isEmpty()) {
     title_->setText(QStringLiteral("还没有选定股票"));
     price_->clear();
-    details_->setText(QStringLiteral("在组合的表格中双击一只股票，或直接键入六位代码。"));
+    details_->setText(QStringLiteral("在组合的表格中单击一只股票的代码或名称，或直接键入代码、名称的拼音首字母。"));
     return;
   }
-  title_->setText(QStringLiteral("%1  %2").arg(code.right(6), market_.NameOf(code)));
+  title_->setText(
+      QStringLiteral("%1  %2").arg(code.right(6).rightJustified(6, QLatin1Char('0')), market_.NameOf(code)));
   const int number = static_cast<int>(IntegerOr(code.size() == 6 ? QStringLiteral("1") + code : code));
   const bool isIndex = market_.IsIndex(code);
   const NowData now = isIndex ? market_.IndexNowData(static_cast<int>(IntegerOr(code))) : market_.StockNowData(number);
-  const double change = now.previousClose > 0 ? now.currentPrice - now.previousClose : 0;
+  const bool hasPrice = now.currentPrice > 0;
+  const double change = hasPrice && now.previousClose > 0 ? now.currentPrice - now.previousClose : 0;
   const double percent = now.previousClose > 0 ? change / now.previousClose * 100 : 0;
-  price_->setText(QStringLiteral("%1    %2 (%3%)")
-                      .arg(FormatFixed(now.currentPrice, 2), FormatFixed(change, 2), FormatFixed(percent, 2)));
+  price_->setText(hasPrice ? QStringLiteral("%1    %2 (%3%)")
+                                 .arg(FormatFixed(now.currentPrice, 2), FormatFixed(change, 2), FormatFixed(percent, 2))
+                           : QStringLiteral("— 无行情"));
   const char* key = change > 0 ? "Qm_KlineRedColor" : change < 0 ? "Qm_KlineBlueColor" : "Grid_UnSelTxtColor";
   SetTextColor(*price_, theme_.Colors().ColorOf(QString::fromLatin1(key)));
-  QStringList details{QStringLiteral("昨收：%1").arg(FormatFixed(now.previousClose, 2))};
+  QStringList details;
+  if (now.previousClose > 0) details.append(QStringLiteral("昨收：%1").arg(FormatFixed(now.previousClose, 2)));
   if (const QString industry = market_.IndustryOf(number); !industry.isEmpty())
     details.append(QStringLiteral("行业：%1").arg(industry));
   if (!parameter_.isEmpty()) details.append(QStringLiteral("参数：%1").arg(parameter_));

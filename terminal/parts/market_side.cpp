@@ -17,6 +17,7 @@ MarketSide::MarketSide(ProcessParts& process, TLocatDBOper& database)
 }
 
 void MarketSide::Open() {
+  if (connection_ != nullptr) return;
   loading_.get();
   data_.LoadOptionalStocks(process_.Asked().workFolder + QStringLiteral("/optional_stocks.txt"));
   files_ = std::make_unique<LocalFolderSource>(data_.Folder());

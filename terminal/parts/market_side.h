@@ -17,8 +17,8 @@ class MarketSide {
   /// Starts to read the data folder on a thread of its own. Both must outlive it.
   MarketSide(ProcessParts& process, TLocatDBOper& database);
 
-  /// Waits for the data folder and makes the rest. Throws what reading threw, and what the user's list of stocks did.
-  /// Nothing else may be called before.
+  /// Waits for the data folder and makes the rest; nothing happens when that is done. Throws what reading threw, and
+  /// what the user's list of stocks did. Nothing else may be called before.
   void Open();
 
   [[nodiscard]] MarketData& Data() { return data_; }

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "holdwise/packet/code_numbers.h"
+#include "holdwise/packet/error.h"
 #include "pages/host_pages.h"
 #include "process/print.h"
 
@@ -14,6 +16,24 @@ const QString kSecurityPage = QStringLiteral("分时走势");
 constexpr std::uint16_t kSecurityPageNumber = 1;
 constexpr std::uint16_t kToolbarPageNumber = 2;
 constexpr std::uint16_t kLogPageNumber = 3;
+constexpr int kAllAShares = 10;  // a category of the code-number service
+constexpr qsizetype kCodeDigits = 6;
+
+const QString kOwnStocks = QStringLiteral("OptionalStock");
+
+/// Stocks before indices, each by code.
+std::vector<SecurityEntry> Entries(const MarketData& data) {
+  std::vector<int> codeNumbers = data.CodeNumbersOf(kAllAShares);
+  codeNumbers.insert(codeNumbers.end(), std::begin(kIndexNumbers), std::end(kIndexNumbers));
+  std::vector<SecurityEntry> entries;
+  entries.reserve(codeNumbers.size());
+  for (const int codeNumber : codeNumbers) {
+    const QString number = QString::number(codeNumber);
+    entries.push_back({codeNumber, number.rightJustified(kCodeDigits, QLatin1Char('0')).last(kCodeDigits),
+                       data.NameOf(number), data.InitialsOf(codeNumber)});
+  }
+  return entries;
+}
 
 }  // namespace
 
@@ -21,7 +41,7 @@ PageSide::PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& ma
     : process_(process),
       window_(window),
       addresses_(process.Log()),
-      quickEntry_(&window.Window(), market.Data()),
+      quickEntry_(&window.Window(), QuickActions(market.Data())),
       host_({addresses_, window.Window().Area(), quickEntry_, window.Messages(), window.Theme(), process.Log(),
              process.Clock(), database, market.Data(), market.Connection().Bus(), market.Files()},
             process.Asked().workFolder),
@@ -32,11 +52,31 @@ PageSide::PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& ma
     for (const auto& item : addresses_.Items()) names.append(item->Name());
     window_.Window().SetAddresses(names, addresses_.ListedNames());
   };
-  quickEntry_.OnChosen = [this, &data = market.Data()](const QString& code) {
-    data.SetCurrentCode(code);
+  AddHostPages(market.Data());
+}
+
+QuickEntryActions PageSide::QuickActions(MarketData& data) {
+  const auto own = [&data] { return data.GetGroupCodeNumList(kOwnStocks); };
+  const auto isOwn = [own](int codeNumber) {
+    const std::vector<int> members = own();
+    return std::find(members.begin(), members.end(), codeNumber) != members.end();
+  };
+  QuickEntryActions actions;
+  actions.makeSearch = [&data] { return SecuritySearch(Entries(data)); };
+  actions.choose = [this, &data](int codeNumber) {
+    data.SetCurrentCode(QString::number(codeNumber));
     (void)GoTo(kSecurityPage, QString());
   };
-  AddHostPages(market.Data());
+  actions.isOwn = isOwn;
+  actions.canBeOwn = [](int codeNumber) { return !IsIndexNumber(codeNumber); };
+  actions.toggleOwn = [this, &data, isOwn](int codeNumber) {
+    try {
+      data.SetOptionalStock(codeNumber, !isOwn(codeNumber));
+    } catch (const Error& error) {
+      process_.Log().TellFailure(QStringLiteral("自选股没有改动。%1").arg(QString::fromUtf8(error.what())));
+    }
+  };
+  return actions;
 }
 
 PageSide::~PageSide() {
@@ -76,6 +116,11 @@ bool PageSide::LoadPlugins() {
 
 bool PageSide::HasAddress(const QString& name) const {
   return addresses_.Find(name) != nullptr;
+}
+
+QString PageSide::CurrentAddress() const {
+  const TAddressItem* current = addresses_.Current();
+  return current == nullptr ? QString() : current->Name();
 }
 
 bool PageSide::GoTo(const QString& address, const QString& parameter) {

@@ -33,8 +33,18 @@ class PageSide {
   [[nodiscard]] bool HasAddress(const QString& name) const;
   /// Enters an address; empty: the one with views, if there is one. False when there is no such address.
   [[nodiscard]] bool GoTo(const QString& address, const QString& parameter);
+  /// Name of the address that is entered; empty when none is.
+  [[nodiscard]] QString CurrentAddress() const;
   /// Enters the address with views unless it is entered; null when there is none.
   [[nodiscard]] ViewCatalogue* EnterViews();
+  /// The address with views; null when no plug-in has one.
+  [[nodiscard]] TAddressItem* ViewAddress() const;
+  /// The entered address; null when none.
+  [[nodiscard]] const TAddressItem* Current() const { return addresses_.Current(); }
+  /// What it was entered with.
+  [[nodiscard]] const QString& Parameter() const { return addresses_.Parameter(); }
+  /// Is a security's code being typed into the window's quick entry?
+  [[nodiscard]] bool IsTyping() const { return quickEntry_.isVisible(); }
   /// Tells the views that the data folder may hold now what was missing before. Nothing happens before they have been
   /// entered.
   void DataFolderChanged();
@@ -43,8 +53,7 @@ class PageSide {
 
  private:
   void AddHostPages(MarketData& data);
-  /// The address with views; null when no plug-in has one.
-  [[nodiscard]] TAddressItem* ViewAddress() const;
+  [[nodiscard]] QuickEntryActions QuickActions(MarketData& data);
 
   ProcessParts& process_;
   WindowSide& window_;

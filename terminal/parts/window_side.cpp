@@ -98,6 +98,11 @@ void WindowSide::ShowObstacle(const QString& title, const QString& text, const Q
     advice += QStringLiteral("\n\n下面两条命令生成一份模拟行情；自己的日线数据也用第二条命令转换。");
   PrintError(title + QStringLiteral("：") + advice + (commands.isEmpty() ? QString() : QLatin1Char('\n') + commands));
   if (process_.Asked().IsBatch()) return;
+  if (obstacle_) {
+    const QString time = process_.Clock().Now().toString(QStringLiteral("HH:mm:ss"));
+    advice += QStringLiteral("\n\n%1 又检查了一次，还是不能用。").arg(time);
+    window_.Tell(QStringLiteral("又检查了一次：%1。").arg(title));
+  }
   NoticeChoice again{QStringLiteral("重新检查"), [this, act = std::move(tryAgain)] {
                        // Leaves the button's own handler first: what follows removes the page.
                        QTimer::singleShot(0, &window_, act);

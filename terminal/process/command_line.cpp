@@ -148,7 +148,7 @@ QString EmptyOption(const QCommandLineParser& parser) {
 }  // namespace
 
 bool Command::IsEmpty() const {
-  return !theme && address.isEmpty() && !HasWork();
+  return !theme && address.isEmpty() && parameter.isEmpty() && !HasWork();
 }
 
 bool Command::HasWork() const {

@@ -13,7 +13,7 @@ namespace holdwise {
 struct Command {
   std::optional<ThemeKind> theme;
   QString address;    ///< empty: stay where the user is
-  QString parameter;  ///< for the address
+  QString parameter;  ///< for the address; without one, for the address with views
   QString importFile;
   QString exportFolder;
   QString dataFolder;     ///< empty: whichever the running terminal has
@@ -45,6 +45,11 @@ struct Options {
   QString workFolder;
   QString database;  ///< file of the embedded engine or connection string of a server; empty: in the work folder
   Command command;
+
+  /// Is it the database of the work folder, of which the backups there tell?
+  [[nodiscard]] bool IsOwnDatabase() const { return command.database.isEmpty(); }
+  /// Where the engine keeps its locks.
+  [[nodiscard]] QString LockFolder() const { return workFolder + QStringLiteral("/lock"); }
 
   /// Do it and end: no window, questions and messages go to standard error.
   [[nodiscard]] bool IsBatch() const {

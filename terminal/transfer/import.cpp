@@ -44,19 +44,14 @@ bool HasDay(const CsvPortfolio& portfolio) {
   return portfolio.date.value_or(0) != 0;
 }
 
-double Cost(const CsvHolding& holding) {
-  return RealOr(holding.quantity) * RealOr(holding.price);
-}
-
 void InsertPortfolio(UserDataServices& database, const CsvPortfolio& portfolio, const Purchase& purchase) {
   const std::int64_t id = database.Count(import_sql::kNextPortfolioId);
   if (id <= 0) throw Error(ErrorCategory::Database, "数据库没有给出新的组合编号");
-  double total = 0;
-  for (const CsvHolding& holding : portfolio.holdings) total += Cost(holding);
+  const double total = CostOf(portfolio);
   for (const CsvHolding& holding : portfolio.holdings) {
     MustExecute(database,
                 import_sql::InsertHolding({QString::number(id), QString::number(holding.codeNumber), holding.quantity,
-                                           ShortestText(Cost(holding) / total), holding.price}));
+                                           ShortestText(CostOf(holding) / total), holding.price}));
   }
   MustExecute(database, import_sql::InsertPortfolio({QString::number(id), portfolio.name, purchase.indexClose,
                                                      purchase.date, purchase.isClose}));
@@ -96,13 +91,13 @@ QString DayProblem(int date, const TDataCenter& dataCentre, const std::map<int, 
       .arg(day, QString::fromStdString(DateText(closes.begin()->first)));
 }
 
-/// The index's closes that the days of purchase need; empty when the file names no day.
-std::map<int, double> CheckDays(const ImportServices& services, const CsvPortfolios& file,
+/// The index's closes that the days of purchase need; empty when the file names no day. `closes`: those that were read
+/// before, if any.
+std::map<int, double> CheckDays(const ImportServices& services, const CsvPortfolios& file, std::map<int, double> closes,
                                 std::vector<ImportProblem>& problems) {
   if (std::none_of(file.portfolios.begin(), file.portfolios.end(), HasDay)) return {};
-  std::map<int, double> closes;
   try {
-    closes = services.indexCloses();
+    if (closes.empty()) closes = services.indexCloses();
   } catch (const Error& error) {
     problems.push_back({0, QStringLiteral("不能按买入日期导入：%1").arg(QString::fromUtf8(error.what()))});
   }
@@ -123,31 +118,19 @@ ImportResult Write(const std::vector<CsvPortfolio>& portfolios, const ImportServ
   const auto step = [&] { return !progress || progress(done++, total); };
 
   RequireNoQuestion(services.database);
-  ImportResult result;
   TransactionScope transaction(services.database);
   for (const CsvPortfolio& portfolio : portfolios) {
-    if (!step()) {
-      result.cancelled = true;
-      return result;
-    }
+    if (!step()) return Cancelled();
     InsertPortfolio(services.database, portfolio,
                     HasDay(portfolio) ? PurchaseOn(*portfolio.date, closes.at(*portfolio.date)) : now);
   }
-  if (!step()) {
-    result.cancelled = true;
-    return result;
-  }
+  if (!step()) return Cancelled();
   transaction.Commit();
+  ImportResult result;
   result.portfolios = static_cast<int>(portfolios.size());
   for (const CsvPortfolio& portfolio : portfolios) result.holdings += static_cast<int>(portfolio.holdings.size());
   result.warnings = UnpricedStocks(HeldStocks(portfolios), services.dataCentre);
   return result;
-}
-
-ImportResult Cancelled() {
-  ImportResult cancelled;
-  cancelled.cancelled = true;
-  return cancelled;
 }
 
 /// A word such as 持仓成本 is a share's cost to some and the whole position's to others. The market's prices tell.
@@ -205,11 +188,12 @@ struct Checked {
   std::map<int, double> closes;
 };
 
-/// `choice`: none while a person has still to make it.
-Checked Check(const ImportServices& services, const CsvPortfolios& file, const ImportChoice* choice) {
+/// `choice`: none while a person has still to make it. `closes`: of an earlier check, if any.
+Checked Check(const ImportServices& services, const CsvPortfolios& file, const ImportChoice* choice,
+              std::map<int, double> closes = {}) {
   Checked checked{file.problems, {}};
   if (choice != nullptr || !file.isNameFree) FindTakenNames(services.database, file, checked.problems);
-  checked.closes = CheckDays(services, file, checked.problems);
+  checked.closes = CheckDays(services, file, std::move(closes), checked.problems);
   CheckCosts(file, services.dataCentre, checked.problems);
   CheckStrangers(file, choice == nullptr || choice->skipStrangers, checked.problems);
   return checked;
@@ -232,8 +216,7 @@ ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& servi
   if (const QString problem = options.name.isEmpty() ? QString() : NameProblem(options.name); !problem.isEmpty())
     return Refused({{0, problem}});
   CsvPortfolios file = ParsePortfolioCsv(csv, services.codes, choice.name);
-  if (!options.name.isEmpty() && !file.isNameFree && file.problems.empty())
-    file.problems.push_back({0, QStringLiteral("文件里写有组合名称，不能用 --import-as 另起名称")});
+  if (!options.name.isEmpty() && !file.isNameFree && file.problems.empty()) file.problems.push_back(NamesStandThere());
   Checked checked = Check(services, file, isAsked ? nullptr : &choice);
   if (!checked.problems.empty()) return Refused(std::move(checked.problems));
   const QString understood = PreviewText(file);
@@ -247,7 +230,7 @@ ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& servi
       for (CsvPortfolio& portfolio : file.portfolios) portfolio.name = answer->name;
     }
     // What was asked took its time.
-    checked = Check(services, file, &choice);
+    checked = Check(services, file, &choice, std::move(checked.closes));
     if (!checked.problems.empty()) return Refused(std::move(checked.problems));
   }
   const bool isToSay = !isAsked && (file.shape.isStatement || !file.strangers.empty());

@@ -36,4 +36,14 @@ ImportResult Refused(std::vector<ImportProblem> problems) {
   return refused;
 }
 
+ImportResult Cancelled() {
+  ImportResult cancelled;
+  cancelled.cancelled = true;
+  return cancelled;
+}
+
+ImportProblem NamesStandThere() {
+  return {0, QStringLiteral("文件里写有组合名称，不能用 --import-as 另起名称")};
+}
+
 }  // namespace holdwise

@@ -13,5 +13,9 @@ void RequireNoQuestion(const UserDataServices& database);
 [[nodiscard]] QStringList UnpricedStocks(std::vector<int> stocks, const TDataCenter& dataCentre);
 /// Nothing written, for these problems, ascending by line.
 [[nodiscard]] ImportResult Refused(std::vector<ImportProblem> problems);
+/// Nothing written, because somebody gave it up.
+[[nodiscard]] ImportResult Cancelled();
+/// A name was asked for, of a file with names.
+[[nodiscard]] ImportProblem NamesStandThere();
 
 }  // namespace holdwise

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "import_preview.h"
 
-#include <QStringList>
 #include <algorithm>
 
 #include "holdwise/packet/number_text.h"
@@ -29,15 +28,6 @@ QString ShapeText(const TableShape& shape) {
   return text;
 }
 
-QString PortfolioText(const CsvPortfolio& portfolio) {
-  double cost = 0;
-  for (const CsvHolding& holding : portfolio.holdings) cost += RealOr(holding.quantity) * RealOr(holding.price);
-  return QStringLiteral("组合“%1”：%2 只股票，总成本 %3 元")
-      .arg(portfolio.name)
-      .arg(portfolio.holdings.size())
-      .arg(FormatFixed(cost, kCostDecimals));
-}
-
 void AddRows(QStringList& lines, const QString& title, const std::vector<LeftOutRow>& rows) {
   if (rows.empty()) return;
   lines << title.arg(rows.size());
@@ -50,16 +40,26 @@ void AddRows(QStringList& lines, const QString& title, const std::vector<LeftOut
 
 }  // namespace
 
-QString PreviewText(const CsvPortfolios& file) {
-  QStringList lines{ShapeText(file.shape)};
-  std::size_t named = 0;
-  for (const CsvPortfolio& portfolio : file.portfolios) {
-    if (named++ == kMostNamed) {
-      lines << QStringLiteral("其余 %1 个组合没有列出").arg(file.portfolios.size() - kMostNamed);
-      break;
-    }
-    lines << PortfolioText(portfolio);
+QStringList LinesOf(const std::vector<PreviewedPortfolio>& portfolios) {
+  QStringList lines;
+  for (std::size_t place = 0; place < std::min(portfolios.size(), kMostNamed); ++place) {
+    const PreviewedPortfolio& portfolio = portfolios[place];
+    lines << QStringLiteral("组合“%1”：%2 只股票，总成本 %3 元")
+                 .arg(portfolio.name)
+                 .arg(portfolio.stocks)
+                 .arg(FormatFixed(portfolio.cost, kCostDecimals));
   }
+  if (portfolios.size() > kMostNamed)
+    lines << QStringLiteral("其余 %1 个组合没有列出").arg(portfolios.size() - kMostNamed);
+  return lines;
+}
+
+QString PreviewText(const CsvPortfolios& file) {
+  std::vector<PreviewedPortfolio> portfolios;
+  portfolios.reserve(file.portfolios.size());
+  for (const CsvPortfolio& portfolio : file.portfolios)
+    portfolios.push_back({portfolio.name, portfolio.holdings.size(), CostOf(portfolio)});
+  QStringList lines = QStringList{ShapeText(file.shape)} + LinesOf(portfolios);
   AddRows(lines, QStringLiteral("不是可以导入的沪深A股，略去 %1 行："), file.strangers);
   AddRows(lines, QStringLiteral("数量为0，略去 %1 行："), file.sold);
   AddRows(lines, QStringLiteral("不是持仓，没有读 %1 行："), file.others);

@@ -6,8 +6,8 @@
 #include "backup/portfolio_file.h"
 #include "backup/restore.h"
 #include "holdings/portfolio_rules.h"
-#include "holdwise/packet/number_text.h"
 #include "import_checks.h"
+#include "import_preview.h"
 
 namespace holdwise {
 namespace {
@@ -39,22 +39,16 @@ std::vector<ImportProblem> Check(const backup::ReadFile& file, const ImportServi
 }
 
 QString PreviewText(const backup::PortfolioSet& set) {
-  QStringList lines{QStringLiteral("从本程序导出的 %1 个组合：").arg(set.portfolios.size())};
-  constexpr qsizetype kMostNamed = 100;
+  std::vector<PreviewedPortfolio> portfolios;
+  portfolios.reserve(set.portfolios.size());
   for (const backup::SavedPortfolio& portfolio : set.portfolios) {
-    if (lines.size() > kMostNamed) {
-      lines << QStringLiteral("其余没有列出");
-      break;
-    }
-    double cost = 0;
+    PreviewedPortfolio previewed{portfolio.name, portfolio.holdings.size()};
     for (const backup::SavedHolding& holding : portfolio.holdings)
-      cost += static_cast<double>(holding.quantity) * holding.buyPrice;
-    lines << QStringLiteral("组合“%1”：%2 只股票，总成本 %3 元")
-                 .arg(portfolio.name)
-                 .arg(portfolio.holdings.size())
-                 .arg(FormatFixed(cost, 2));
+      previewed.cost += static_cast<double>(holding.quantity) * holding.buyPrice;
+    portfolios.push_back(std::move(previewed));
   }
-  return lines.join(QLatin1Char('\n'));
+  QStringList lines{QStringLiteral("从本程序导出的 %1 个组合：").arg(set.portfolios.size())};
+  return (lines + LinesOf(portfolios)).join(QLatin1Char('\n'));
 }
 
 }  // namespace
@@ -66,26 +60,23 @@ ImportResult ImportSaved(const QByteArray& csv, const ImportServices& services, 
   for (const backup::FileProblem& problem : file.problems)
     problems.push_back({static_cast<int>(problem.line), problem.reason});
   if (problems.empty()) problems = Check(file, services);
-  if (problems.empty() && !options.name.isEmpty())
-    problems.push_back({0, QStringLiteral("文件里写有组合名称，不能用 --import-as 另起名称")});
+  if (problems.empty() && !options.name.isEmpty()) problems.push_back(NamesStandThere());
   if (!problems.empty()) return Refused(std::move(problems));
 
-  ImportResult cancelled;
-  cancelled.cancelled = true;
-  if (options.ask && !options.ask({PreviewText(file.set), {}, 0})) return cancelled;
+  if (options.ask && !options.ask({PreviewText(file.set), {}, 0})) return Cancelled();
   RequireNoQuestion(services.database);
   ImportResult result;
   std::vector<int> stocks;
   const int total = static_cast<int>(file.set.portfolios.size());
   TransactionScope transaction(services.database);
   for (const backup::SavedPortfolio& portfolio : file.set.portfolios) {
-    if (progress && !progress(result.portfolios, total)) return cancelled;
+    if (progress && !progress(result.portfolios, total)) return Cancelled();
     backup::AddAsNew(services.database, portfolio);
     ++result.portfolios;
     result.holdings += static_cast<int>(portfolio.holdings.size());
     for (const backup::SavedHolding& holding : portfolio.holdings) stocks.push_back(static_cast<int>(holding.code));
   }
-  if (progress && !progress(total, total)) return cancelled;
+  if (progress && !progress(total, total)) return Cancelled();
   transaction.Commit();
   result.warnings = UnpricedStocks(std::move(stocks), services.dataCentre);
   return result;

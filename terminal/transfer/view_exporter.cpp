@@ -54,6 +54,23 @@ QString Harmless(const QString& cell) {
 
 }  // namespace
 
+void PutBackInputs(ViewCatalogue& views, const std::vector<ViewCatalogue::Input>& former) {
+  const auto present = [&views](const QString& name) {
+    const auto inputs = views.Inputs();
+    const auto one = std::find_if(inputs.begin(), inputs.end(),
+                                  [&name](const ViewCatalogue::Input& input) { return input.name == name; });
+    return one == inputs.end() ? ViewCatalogue::Input() : *one;
+  };
+  for (const ViewCatalogue::Input& input : former) {
+    const ViewCatalogue::Input now = present(input.name);
+    const QString& wanted = InForce(input);
+    if (now.value != wanted || InForce(now) != wanted) views.SetInput(input.name, wanted);
+  }
+  // What had been typed or chosen and not applied, once what was applied is in force again.
+  for (const ViewCatalogue::Input& input : former)
+    if (present(input.name).value != input.value) views.PutInput(input.name, input.value);
+}
+
 QByteArray GridToCsv(const GridText& grid) {
   QStringList headings;
   for (int column = 0; column < grid.titles.size(); ++column) {
@@ -180,23 +197,8 @@ void ViewExporter::KeepInputs() {
 }
 
 void ViewExporter::RestoreInputs() {
-  const auto present = [this](const QString& name) {
-    const auto inputs = views_.Inputs();
-    const auto one = std::find_if(inputs.begin(), inputs.end(),
-                                  [&name](const ViewCatalogue::Input& input) { return input.name == name; });
-    return one == inputs.end() ? ViewCatalogue::Input() : *one;
-  };
-  for (const auto& [frameId, inputs] : std::exchange(former_, {})) {
-    if (views_.Current() != frameId && !views_.Show(frameId)) continue;
-    for (const ViewCatalogue::Input& input : inputs) {
-      const ViewCatalogue::Input now = present(input.name);
-      const QString& wanted = InForce(input);
-      if (now.value != wanted || InForce(now) != wanted) views_.SetInput(input.name, wanted);
-    }
-    // What had been typed or chosen and not applied, once what was applied is in force again.
-    for (const ViewCatalogue::Input& input : inputs)
-      if (present(input.name).value != input.value) views_.PutInput(input.name, input.value);
-  }
+  for (const auto& [frameId, inputs] : std::exchange(former_, {}))
+    if (views_.Current() == frameId || views_.Show(frameId)) PutBackInputs(views_, inputs);
 }
 
 void ViewExporter::WritePicture(QWidget& picture, const QString& name, const QString& caption) {

@@ -26,6 +26,10 @@ struct ViewInput {
   QString value;
 };
 
+/// Gives the shown view's inputs back what they were: what was in force, then what had been typed or chosen there and
+/// not applied. What is refused stays as it is.
+void PutBackInputs(ViewCatalogue& views, const std::vector<ViewCatalogue::Input>& former);
+
 /// Visits every view of an address and writes what it shows into a folder: "<frame id>.png", each grid as
 /// "<frame id>-<grid>.csv", the grid that follows the selected portfolio as "<frame id>-<grid>-<portfolio>.csv" for
 /// each portfolio, a window that belongs to the views as "<window>.png" and "<window>-<grid>.csv", and what the figures

@@ -2,6 +2,7 @@
 #include "window/main_window.h"
 
 #include <QActionGroup>
+#include <QCloseEvent>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMenuBar>
@@ -104,6 +105,16 @@ void MainWindow::BuildStatusBar() {
   progress_->setMaximumWidth(200);
   progress_->hide();
   statusBar()->addPermanentWidget(progress_);
+  newDay_ = new QPushButton(this);
+  newDay_->setObjectName(QStringLiteral("newDay"));
+  newDay_->setFocusPolicy(Qt::NoFocus);
+  newDay_->hide();
+  connect(newDay_, &QPushButton::clicked, this, [this] { actions_.takeNewDay(); });
+  statusBar()->addPermanentWidget(newDay_);
+  cancel_ = new QPushButton(QStringLiteral("取消"), this);
+  cancel_->setFocusPolicy(Qt::NoFocus);
+  cancel_->hide();
+  statusBar()->addPermanentWidget(cancel_);
   quotesProblem_ = AddStatus(*statusBar());
   quotesProblem_->setText(QStringLiteral("行情没有更新"));
   quotesProblem_->hide();
@@ -161,6 +172,12 @@ void MainWindow::SetQuotesProblem(const QString& text) {
   quotesProblem_->setToolTip(text);
 }
 
+void MainWindow::OfferNewDay(const QString& text, const QString& hint) {
+  newDay_->setText(text);
+  newDay_->setToolTip(hint);
+  newDay_->setVisible(!text.isEmpty());
+}
+
 void MainWindow::SetDataNotices(const QStringList& notices) {
   ShowSign(*dataNotices_, QStringLiteral("数据有%1处未采用"), notices);
 }
@@ -185,7 +202,8 @@ void MainWindow::Tell(const QString& text) {
 }
 
 void MainWindow::TellFailure(const QString& text) {
-  statusBar()->showMessage(QStringLiteral("没有完成：%1").arg(text), kLongMilliseconds);
+  const bool saysSo = text.contains(QStringLiteral("未完成"));
+  statusBar()->showMessage(saysSo ? text : QStringLiteral("没有完成：%1").arg(text), kLongMilliseconds);
 }
 
 void MainWindow::TellOutcome(const QString& text) {
@@ -194,10 +212,15 @@ void MainWindow::TellOutcome(const QString& text) {
 
 void MainWindow::ShowProgress(int done, int total) {
   progress_->setVisible(total > 0);
+  cancel_->setVisible(total > 0);
   if (total <= 0) return;
   progress_->setRange(0, total);
   progress_->setValue(done);
   if (isVisible()) statusBar()->repaint();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->setAccepted(!MayClose || MayClose());
 }
 
 void MainWindow::ShowAbout() {

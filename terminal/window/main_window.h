@@ -9,6 +9,7 @@
 class QActionGroup;
 class QLabel;
 class QProgressBar;
+class QPushButton;
 
 namespace holdwise {
 
@@ -23,6 +24,7 @@ struct WindowActions {
   std::function<void()> restorePortfolios;
   std::function<void(ThemeKind)> setTheme;
   std::function<void(const QString& address)> goTo;
+  std::function<void()> takeNewDay;
 };
 
 /// The window: menus, address tabs, work area, status bar. Only shows and reports; User-interface thread.
@@ -43,6 +45,8 @@ class MainWindow : public QMainWindow {
   void SetDataDate(const QString& text);
   /// Why the quotes shown are not those of the data folder; empty when they are.
   void SetQuotesProblem(const QString& text);
+  /// A button with that text for WindowActions::takeNewDay, and what its hint says; an empty text takes it away.
+  void OfferNewDay(const QString& text, const QString& hint);
   /// What of the data folder's optional files is not used, a line each; an empty list takes the sign away.
   void SetDataNotices(const QStringList& notices);
   void SetBusState(bool isConnected);
@@ -55,8 +59,15 @@ class MainWindow : public QMainWindow {
   void TellFailure(const QString& text);
   /// One that stays there for a minute: something was done that can be undone.
   void TellOutcome(const QString& text);
-  /// Progress of long work, painted at once because the event loop does not run meanwhile; `total` 0 hides it.
+  /// Progress of long work with 取消 beside it, painted at once because the event loop may not run meanwhile; `total` 0
+  /// hides both.
   void ShowProgress(int done, int total);
+  [[nodiscard]] QPushButton& CancelButton() { return *cancel_; }
+  /// Asked when the user closes the window; false keeps it. Unset: it may be closed.
+  std::function<bool()> MayClose;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
 
  private:
   void BuildMenus();
@@ -74,12 +85,14 @@ class MainWindow : public QMainWindow {
   QMenu* addressMenu_ = nullptr;
   QActionGroup* addressGroup_ = nullptr;
   QLabel* date_ = nullptr;
+  QPushButton* newDay_ = nullptr;
   QLabel* quotesProblem_ = nullptr;
   QLabel* dataNotices_ = nullptr;
   QLabel* health_ = nullptr;
   QLabel* bus_ = nullptr;
   QLabel* database_ = nullptr;
   QProgressBar* progress_ = nullptr;
+  QPushButton* cancel_ = nullptr;
 };
 
 }  // namespace holdwise

@@ -2,40 +2,82 @@
 #include "window/quick_entry.h"
 
 #include <QApplication>
-#include <QHBoxLayout>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QRegularExpressionValidator>
+#include <QTableWidget>
+#include <QVBoxLayout>
+#include <utility>
 
 namespace holdwise {
 namespace {
 
-constexpr int kCodeDigits = 6;
+constexpr int kMostTyped = 16;
+constexpr std::size_t kMostFound = 10;
 constexpr int kDistanceFromEdge = 24;
+constexpr int kWidth = 320;
+enum Column { kCode, kName, kOwn, kColumns };
 
 bool TakesText(const QWidget* widget) {
   return widget != nullptr && (widget->testAttribute(Qt::WA_InputMethodEnabled) || widget->inherits("QComboBox"));
 }
 
+bool IsPlainCharacter(const QKeyEvent& key) {
+  const QString text = key.text();
+  if (text.size() != 1 || (key.modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) != Qt::NoModifier) return false;
+  const char16_t character = text.at(0).toUpper().unicode();
+  return (character >= u'0' && character <= u'9') || (character >= u'A' && character <= u'Z');
+}
+
 }  // namespace
 
-QuickEntry::QuickEntry(QWidget* window, const CodeNumServices& codes)
-    : QFrame(window), codes_(codes), code_(new QLineEdit(this)), name_(new QLabel(this)) {
+QuickEntry::QuickEntry(QWidget* window, QuickEntryActions actions)
+    : QFrame(window),
+      actions_(std::move(actions)),
+      text_(new QLineEdit(this)),
+      list_(new QTableWidget(0, kColumns, this)),
+      hint_(new QLabel(this)) {
+  MakeLayout();
+  hide();
+  connect(text_, &QLineEdit::textChanged, this, [this] { ShowFound(); });
+  connect(list_, &QTableWidget::currentCellChanged, this, [this] { TellWhatEnterDoes(); });
+  connect(list_, &QTableWidget::cellClicked, this, [this](int row, int column) {
+    if (column == kOwn)
+      ToggleOwn(row);
+    else
+      Choose();
+  });
+  text_->installEventFilter(this);
+  qApp->installEventFilter(this);
+}
+
+void QuickEntry::MakeLayout() {
   setFrameShape(QFrame::StyledPanel);
   setAutoFillBackground(true);
-  code_->setMaxLength(kCodeDigits);
-  code_->setPlaceholderText(QStringLiteral("股票代码"));
-  code_->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,6}")), code_));
-  name_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("没有这只股票")) + 8);
-  auto* layout = new QHBoxLayout(this);
-  layout->addWidget(code_);
-  layout->addWidget(name_);
-  hide();
-  connect(code_, &QLineEdit::textChanged, this, [this] { ShowName(); });
-  connect(code_, &QLineEdit::returnPressed, this, [this] { Choose(); });
-  code_->installEventFilter(this);
-  qApp->installEventFilter(this);
+  setFixedWidth(kWidth);
+  text_->setMaxLength(kMostTyped);
+  text_->setPlaceholderText(QStringLiteral("代码、名称或拼音首字母"));
+  text_->setAccessibleName(QStringLiteral("查找股票"));
+  list_->setAccessibleName(QStringLiteral("找到的股票"));
+  list_->setFocusPolicy(Qt::NoFocus);  // the keys stay with the text
+  list_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  list_->setSelectionMode(QAbstractItemView::SingleSelection);
+  list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  list_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  list_->setShowGrid(false);
+  list_->setFrameShape(QFrame::NoFrame);
+  list_->verticalHeader()->hide();
+  list_->horizontalHeader()->hide();
+  list_->horizontalHeader()->setSectionResizeMode(kCode, QHeaderView::ResizeToContents);
+  list_->horizontalHeader()->setSectionResizeMode(kName, QHeaderView::Stretch);
+  list_->horizontalHeader()->setSectionResizeMode(kOwn, QHeaderView::ResizeToContents);
+  hint_->setWordWrap(true);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(text_);
+  layout->addWidget(list_);
+  layout->addWidget(hint_);
 }
 
 void QuickEntry::SetCaptureEnabled(bool enabled) {
@@ -44,50 +86,118 @@ void QuickEntry::SetCaptureEnabled(bool enabled) {
 }
 
 bool QuickEntry::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == code_ && event->type() == QEvent::FocusOut) hide();
+  if (watched == text_ && event->type() == QEvent::FocusOut) hide();
+  if (watched == parent() && event->type() == QEvent::Resize && isVisible()) Place();
   if (event->type() != QEvent::KeyPress) return false;
-  auto* key = static_cast<QKeyEvent*>(event);
-  if (watched == code_ && key->key() == Qt::Key_Escape) {
-    hide();
-    if (cameFrom_ != nullptr) cameFrom_->setFocus();
-    return true;
-  }
-  const auto* target = qobject_cast<QWidget*>(watched);
-  const bool isDigit = key->key() >= Qt::Key_0 && key->key() <= Qt::Key_9 && key->text().size() == 1;
-  const bool isPlain = (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-  if (!isEnabled_ || isVisible() || !isDigit || !isPlain || target == nullptr || target->window() != window() ||
-      QApplication::activeModalWidget() != nullptr || TakesText(QApplication::focusWidget()))
-    return false;
-  Open(key->text());
+  const auto& key = *static_cast<QKeyEvent*>(event);
+  if (watched == text_) return HandleKey(key);
+  if (!Opens(watched, key)) return false;
+  Open(key.text());
   return true;
 }
 
-void QuickEntry::Open(const QString& firstDigit) {
+bool QuickEntry::Opens(const QObject* watched, const QKeyEvent& key) const {
+  const auto* target = qobject_cast<const QWidget*>(watched);
+  return isEnabled_ && !isVisible() && IsPlainCharacter(key) && target != nullptr && target->window() == window() &&
+         QApplication::activeModalWidget() == nullptr && !TakesText(QApplication::focusWidget());
+}
+
+bool QuickEntry::HandleKey(const QKeyEvent& key) {
+  switch (key.key()) {
+    case Qt::Key_Escape:
+      hide();
+      if (cameFrom_ != nullptr) cameFrom_->setFocus();
+      return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (key.modifiers().testFlag(Qt::ControlModifier))
+        ToggleOwn(list_->currentRow());
+      else
+        Choose();
+      return true;
+    case Qt::Key_Up:
+    case Qt::Key_Down: {
+      const int row = list_->currentRow() + (key.key() == Qt::Key_Down ? 1 : -1);
+      if (row >= 0 && row < list_->rowCount()) list_->selectRow(row);
+      return true;
+    }
+    default:
+      return false;
+  }
+}
+
+void QuickEntry::Open(const QString& first) {
+  if (!search_) search_.emplace(actions_.makeSearch());
   cameFrom_ = QApplication::focusWidget();
-  code_->setText(firstDigit);
+  text_->setText(first);
+  show();
+  raise();
+  text_->setFocus();
+  text_->setCursorPosition(static_cast<int>(first.size()));
+}
+
+void QuickEntry::Place() {
   adjustSize();
   const QWidget* window = parentWidget();
   move(window->width() - width() - kDistanceFromEdge, window->height() - height() - 2 * kDistanceFromEdge);
-  show();
-  raise();
-  code_->setFocus();
-  code_->setCursorPosition(static_cast<int>(firstDigit.size()));
 }
 
-void QuickEntry::ShowName() {
-  if (code_->text().size() < kCodeDigits)
-    name_->clear();
-  else if (codes_.IsKnownSecurity(code_->text()))
-    name_->setText(codes_.NameOf(code_->text()));
-  else
-    name_->setText(QStringLiteral("没有这只股票"));
+void QuickEntry::ShowFound() {
+  found_ = search_->Find(text_->text(), kMostFound);
+  list_->setRowCount(static_cast<int>(found_.size()));
+  for (int row = 0; row < list_->rowCount(); ++row) {
+    const SecurityEntry& entry = *found_[static_cast<std::size_t>(row)];
+    list_->setItem(row, kCode, new QTableWidgetItem(entry.code));
+    list_->setItem(row, kName, new QTableWidgetItem(entry.name));
+    ShowOwn(row);
+  }
+  if (!found_.empty()) list_->selectRow(0);
+  list_->setFixedHeight(list_->verticalHeader()->length());
+  list_->setVisible(!found_.empty());
+  TellWhatEnterDoes();
+  Place();
+}
+
+void QuickEntry::ShowOwn(int row) {
+  const int codeNumber = found_[static_cast<std::size_t>(row)]->codeNumber;
+  const QString mark = !actions_.canBeOwn(codeNumber) ? QString()
+                       : actions_.isOwn(codeNumber)   ? QStringLiteral("★ 自选")
+                                                      : QStringLiteral("☆ 自选");
+  list_->setItem(row, kOwn, new QTableWidgetItem(mark));
+}
+
+void QuickEntry::TellWhatEnterDoes() {
+  const SecurityEntry* entry = Selected();
+  if (entry == nullptr) {
+    hint_->setText(QStringLiteral("没有这只股票"));
+    return;
+  }
+  QString hint = QStringLiteral("Enter 分时走势");
+  if (actions_.canBeOwn(entry->codeNumber))
+    hint += actions_.isOwn(entry->codeNumber) ? QStringLiteral(" · Ctrl+Enter 移出自选")
+                                              : QStringLiteral(" · Ctrl+Enter 加入自选");
+  hint_->setText(hint);
+}
+
+const SecurityEntry* QuickEntry::Selected() const {
+  const int row = list_->currentRow();
+  return row >= 0 && row < static_cast<int>(found_.size()) ? found_[static_cast<std::size_t>(row)] : nullptr;
 }
 
 void QuickEntry::Choose() {
-  const QString code = code_->text();
-  if (!codes_.IsKnownSecurity(code)) return ShowName();
+  const SecurityEntry* entry = Selected();
+  if (entry == nullptr) return;
   hide();
-  if (OnChosen) OnChosen(code);
+  actions_.choose(entry->codeNumber);
+}
+
+void QuickEntry::ToggleOwn(int row) {
+  if (row < 0 || row >= static_cast<int>(found_.size())) return;
+  const int codeNumber = found_[static_cast<std::size_t>(row)]->codeNumber;
+  if (!actions_.canBeOwn(codeNumber)) return;
+  actions_.toggleOwn(codeNumber);
+  ShowOwn(row);
+  TellWhatEnterDoes();
 }
 
 }  // namespace holdwise

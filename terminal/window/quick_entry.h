@@ -3,38 +3,59 @@
 #include <QFrame>
 #include <QPointer>
 #include <functional>
+#include <optional>
 
-#include "holdwise/sdk/codenum.h"
 #include "holdwise/sdk/services.h"
+#include "search/security_search.h"
 
 class QLabel;
 class QLineEdit;
+class QTableWidget;
 
 namespace holdwise {
 
-/// Quick entry of a security: digits typed anywhere in the window, outside an edit box, open a small box in which the
-/// code is completed; Enter chooses it, Escape closes and gives the keyboard back to where it was. While a frame has
-/// switched the capture off, keys go to the frame.
+/// What the quick entry asks of the terminal; all are set, and outlive it.
+struct QuickEntryActions {
+  std::function<SecuritySearch()> makeSearch;     ///< all securities; asked for once, when it is opened first
+  std::function<void(int codeNumber)> choose;     ///< goes to the security
+  std::function<bool(int codeNumber)> isOwn;      ///< is it one of the user's own stocks?
+  std::function<void(int codeNumber)> toggleOwn;  ///< adds it to them, or takes it out
+  std::function<bool(int codeNumber)> canBeOwn;   ///< indices cannot
+};
+
+/// Quick entry of a security: digits or letters typed anywhere in the window, outside an edit box, open a small box
+/// that lists what they may mean: codes, names, first letters of the pinyin. The arrow keys select, Enter goes there,
+/// Ctrl+Enter adds it to the user's own stocks or takes it out, Escape closes and gives the keyboard back to where it
+/// was. While a frame has switched the capture off, keys go to the frame. User-interface thread.
 class QuickEntry : public QFrame, public KeyCodeServices {
  public:
-  /// @param window the main window, whose keys are captured; `codes` must outlive the entry
-  QuickEntry(QWidget* window, const CodeNumServices& codes);
+  /// @param window the main window, whose keys are captured
+  QuickEntry(QWidget* window, QuickEntryActions actions);
 
   void SetCaptureEnabled(bool enabled) override;
-  /// A known security has been chosen; six digits.
-  std::function<void(const QString& code)> OnChosen;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void Open(const QString& firstDigit);
-  void ShowName();
+  [[nodiscard]] bool Opens(const QObject* watched, const QKeyEvent& key) const;
+  [[nodiscard]] bool HandleKey(const QKeyEvent& key);
+  void MakeLayout();
+  void Open(const QString& first);
+  void Place();
+  void ShowFound();
+  void ShowOwn(int row);
+  void TellWhatEnterDoes();
   void Choose();
+  void ToggleOwn(int row);
+  [[nodiscard]] const SecurityEntry* Selected() const;
 
-  const CodeNumServices& codes_;
-  QLineEdit* code_;
-  QLabel* name_;
+  QuickEntryActions actions_;
+  std::optional<SecuritySearch> search_;
+  std::vector<const SecurityEntry*> found_;
+  QLineEdit* text_;
+  QTableWidget* list_;
+  QLabel* hint_;
   QPointer<QWidget> cameFrom_;
   bool isEnabled_ = true;
 };

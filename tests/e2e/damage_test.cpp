@@ -136,7 +136,7 @@ class DamageWhileRunning : public DamagedDatabase {
     ASSERT_TRUE(terminal_->WaitForWindow());
     DamagePages();
     import_.setProcessEnvironment(BareEnvironment());
-    const QString more = bench_.Write("more.csv", "name,code,quantity,price\n丙,600003,10,3\n丙,600004,10,4\n");
+    const QString more = bench_.Write("more.csv", OneMore());
     import_.start(Program("holdwise-terminal"), bench_.Arguments({"--import", more}));
   }
   void DamagePages() const {

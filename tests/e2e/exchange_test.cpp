@@ -47,7 +47,7 @@ TEST_F(ExchangeFiles, BringEverythingBackWhenTheDatabaseIsLost) {
   const auto oldHoldings = Ids(kPair[0]);
   EXPECT_EQ(oldPortfolios.second, 2U);
   EXPECT_EQ(oldHoldings.second, 4U);
-  const Outcome outcome = bench_.Import("name,code,quantity,price\n丙,600003,100,3.00\n丙,600004,100,4.00\n", "after");
+  const Outcome outcome = bench_.Import(OneMore(), "after");
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
 
   // The newest stands first, under ids of its own; below it everything is as it was, the figures too.
@@ -102,7 +102,7 @@ TEST_F(ExchangeFiles, ThatBringEverythingBackLeaveNoDoubtBehind) {
 }
 
 TEST_F(ExchangeFiles, BelongToOneDatabase) {
-  const QString csv = bench_.Write("more.csv", "name,code,quantity,price\n丙,600003,100,3.00\n丙,600004,100,4.00\n");
+  const QString csv = bench_.Write("more.csv", OneMore());
   // The lost one, made anew, inherits.
   ASSERT_EQ(RunTerminal(bench_.Arguments({"--export", bench_.File("again")})).exitCode, 0);
   EXPECT_EQ(Rows("again", "2001-strngrd"), Rows("before", "2001-strngrd"));

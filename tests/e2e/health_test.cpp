@@ -37,8 +37,7 @@ TEST_F(HealthCheck, AtRestAllIsWellAndTheDatabaseHasBeenRead) {
 TEST_F(HealthCheck, ADifferenceFromTheNewestBackupIsShownWithBothSides) {
   const QString backups = bench_.Work() + "/backups";
   CopyFolder(backups, bench_.File("earlier"));
-  const QString more = bench_.Write("more.csv", "name,code,quantity,price\n丙,600003,10,3\n丙,600004,10,4\n");
-  ASSERT_EQ(RunTerminal(bench_.Arguments({"--import", more, "--export", bench_.File("out2")})).exitCode, 0);
+  ASSERT_EQ(bench_.Import(OneMore(), "out2").exitCode, 0);
   ASSERT_TRUE(QDir(backups).removeRecursively());
   CopyFolder(bench_.File("earlier"), backups);
   const Outcome outcome = RunTerminal(bench_.Arguments({"--check"}));
@@ -54,7 +53,7 @@ TEST_F(HealthCheck, AtRestLeavesTheMarkOfAnUncleanEnd) {
   {
     RunningTerminal running(bench_.Arguments({}));
     ASSERT_TRUE(running.WaitForWindow());
-    const QString more = bench_.Write("more.csv", "name,code,quantity,price\n丙,600003,10,3\n丙,600004,10,4\n");
+    const QString more = bench_.Write("more.csv", OneMore());
     ASSERT_EQ(RunTerminal(bench_.Arguments({"--import", more})).exitCode, 0);
     (void)running.Signal(SIGKILL);
   }

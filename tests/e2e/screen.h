@@ -59,17 +59,16 @@ class Screen {
   void Type(const QString& text) const { (void)Do({"type", "--delay", "60", text}); }
   /// How many points of the screen's lower eighth, where a status bar is, have that colour.
   [[nodiscard]] int PointsBelow(const QColor& colour) const {
-    QFile file(picture_.filePath(QStringLiteral("Xvfb_screen0")));
-    if (!file.open(QIODevice::ReadOnly)) return -1;
-    const QByteArray dump = file.readAll();  // a window dump: numbers of four bytes, then a colour map, then the points
-    const auto number = [&dump](int place) { return qFromBigEndian<quint32>(dump.constData() + 4 * place); };
-    constexpr int kHeaderBytes = 0, kHeight = 5, kLineBytes = 12, kColours = 19, kColourBytes = 12;
-    const qsizetype begin = number(kHeaderBytes) + number(kColours) * kColourBytes;
-    const qsizetype end = begin + qsizetype{number(kHeight)} * number(kLineBytes);
+    const QByteArray all = Points();
     int points = 0;
-    for (qsizetype at = end - (end - begin) / 8; at + 4 <= std::min(end, dump.size()); at += 4)
-      if ((qFromLittleEndian<quint32>(dump.constData() + at) & 0xFFFFFF) == (colour.rgb() & 0xFFFFFF)) ++points;
-    return points;
+    for (qsizetype at = all.size() - all.size() / 8; at + 4 <= all.size(); at += 4)
+      if ((qFromLittleEndian<quint32>(all.constData() + at) & 0xFFFFFF) == (colour.rgb() & 0xFFFFFF)) ++points;
+    return all.isEmpty() ? -1 : points;
+  }
+  /// The points of the rest of the screen, to be compared.
+  [[nodiscard]] QByteArray PictureAbove() const {
+    const QByteArray all = Points();
+    return all.first(all.size() - all.size() / 8);
   }
   void Click(int x, int y) const {
     (void)Do({"mousemove", QString::number(x), QString::number(y), "click", "1"});
@@ -90,6 +89,17 @@ class Screen {
       QThread::msleep(100);
     } while (timer.elapsed() < kMilliseconds);
     return window;
+  }
+
+  /// Four bytes each, line by line from the top; none when they cannot be had.
+  [[nodiscard]] QByteArray Points() const {
+    QFile file(picture_.filePath(QStringLiteral("Xvfb_screen0")));
+    if (!file.open(QIODevice::ReadOnly)) return {};
+    const QByteArray dump = file.readAll();  // a window dump: numbers of four bytes, then a colour map, then the points
+    const auto number = [&dump](int place) { return qFromBigEndian<quint32>(dump.constData() + 4 * place); };
+    constexpr int kHeaderBytes = 0, kHeight = 5, kLineBytes = 12, kColours = 19, kColourBytes = 12;
+    return dump.mid(number(kHeaderBytes) + number(kColours) * kColourBytes,
+                    qsizetype{number(kHeight)} * number(kLineBytes));
   }
 
   QTemporaryDir picture_;

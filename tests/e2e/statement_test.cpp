@@ -74,8 +74,7 @@ TEST_F(Statement, MayHaveMoreStocksThanTheEditorTakes) {
   QByteArray text = "证券代码,证券名称,持仓数量,成本价\n";
   for (int number = 1; number <= 12; ++number)
     text += QByteArray::number(600000 + number) + ",股票" + QByteArray::number(number) + ",100,1.5\n";
-  const Outcome outcome =
-      RunTerminal(bench_.Arguments({"--import", bench_.Write("p.csv", text), "--export", bench_.File("out")}));
+  const Outcome outcome = bench_.Import(text);
   ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
   // 100 x (1.60 + 2.60 + ... + 12.60) = 100 x 85.2.
   const std::vector<QStringList> portfolios = ReadCsv(bench_.File("out/2001-strngrd.csv"));

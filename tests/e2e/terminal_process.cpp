@@ -31,10 +31,11 @@ std::vector<QDate> Weekdays(int count) {
 }
 
 /// Bars whose close is `base` + day / 100, in hundredths of a yuan.
-QByteArray Bars(int baseHundredths) {
+QByteArray Bars(int baseHundredths, const QString& last) {
   QByteArray text = "date,close\n";
   int day = 0;
   for (const QDate& date : Weekdays(60)) {
+    if (!last.isEmpty() && date > QDate::fromString(last, Qt::ISODate)) break;
     const int hundredths = baseHundredths + ++day;
     text += date.toString(Qt::ISODate).toLatin1() + ',' + QByteArray::number(hundredths / 100) + '.' +
             QByteArray::number(hundredths % 100).rightJustified(2, '0') + '\n';
@@ -77,19 +78,23 @@ Outcome RunTerminal(const QStringList& arguments, const QProcessEnvironment& env
 }
 
 Market::Market() : data_(folder_.filePath("data")) {
-  QDir root(folder_.path());
+  const QDir root(folder_.path());
   root.mkpath("bars");
   root.mkpath("indices");
+  WriteBars();
   QByteArray securities = "code,name,industry,market,list_date\n";
   for (int stock = 1; stock <= 12; ++stock) {
-    const QByteArray code = QByteArray::number(600000 + stock);
-    securities += code + ",股票" + QByteArray::number(stock) + ",行业,1,2010-01-04\n";
-    WriteText(root.filePath("bars/" + code + ".csv"), Bars(stock * 100));
+    securities += QByteArray::number(600000 + stock) + ",股票" + QByteArray::number(stock) + ",行业,1,2010-01-04\n";
   }
   WriteText(root.filePath("securities.csv"), securities);
-  for (const char* index : {"1", "399001", "399300"})
-    WriteText(root.filePath(QString("indices/%1.csv").arg(index)), Bars(300000));
   Build(data_);
+}
+
+void Market::WriteBars(const QString& last) const {
+  for (int stock = 1; stock <= 12; ++stock)
+    WriteText(folder_.filePath(QString("bars/%1.csv").arg(600000 + stock)), Bars(stock * 100, last));
+  for (const char* index : {"1", "399001", "399300"})
+    WriteText(folder_.filePath(QString("indices/%1.csv").arg(index)), Bars(300000, last));
 }
 
 void Market::RemoveBars(const QString& code, const QString& first, const QString& last) const {
@@ -113,17 +118,20 @@ void Market::CorrectIndex(const QString& date, const QByteArray& close) const {
   WriteText(path, corrected);
 }
 
+QStringList Market::BuildArguments(const QString& out) const {
+  return {"build",
+          "--bars",
+          folder_.filePath("bars"),
+          "--indices",
+          folder_.filePath("indices"),
+          "--securities",
+          folder_.filePath("securities.csv"),
+          "--out",
+          out};
+}
+
 void Market::Build(const QString& out, const QStringList& more) const {
-  const QStringList arguments{"build",
-                              "--bars",
-                              folder_.filePath("bars"),
-                              "--indices",
-                              folder_.filePath("indices"),
-                              "--securities",
-                              folder_.filePath("securities.csv"),
-                              "--out",
-                              out};
-  const Outcome built = Run(Program("holdwise-market"), arguments + more);
+  const Outcome built = Run(Program("holdwise-market"), BuildArguments(out) + more);
   EXPECT_EQ(built.exitCode, 0) << built.err.toStdString();
 }
 
@@ -231,6 +239,10 @@ QByteArray TwoPortfolios(const QByteArray& boughtOn) {
        {"甲,600001,100,1.00", "甲,600002,200,2.00", "乙,600010,1000,10.00", "乙,600012,300,12.00"})
     csv += boughtOn.isEmpty() ? QByteArray(holding) + '\n' : QByteArray(holding) + ',' + boughtOn + '\n';
   return csv;
+}
+
+QByteArray OneMore() {
+  return "name,code,quantity,price\n丙,600003,10,3\n丙,600004,10,4\n";
 }
 
 }  // namespace holdwise::e2e

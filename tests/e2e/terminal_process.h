@@ -46,10 +46,14 @@ class Market {
  public:
   Market();
   [[nodiscard]] const QString& Data() const { return data_; }
+  /// Writes the bars and the index closes anew, up to a day (YYYY-MM-DD; empty: the last one).
+  void WriteBars(const QString& last = {}) const;
   /// Takes the lines of some days (YYYY-MM-DD, both included) out of a stock's bars; Build makes a folder of the rest.
   void RemoveBars(const QString& code, const QString& first, const QString& last) const;
   /// Gives the Shanghai Composite another close on a day (YYYY-MM-DD); Build makes a folder of it.
   void CorrectIndex(const QString& date, const QByteArray& close) const;
+  /// What makes holdwise-market build a data folder of the bars.
+  [[nodiscard]] QStringList BuildArguments(const QString& out) const;
   /// Writes a data folder of the bars as they are now, in place of the one that stands there.
   void Build(const QString& out, const QStringList& more = {}) const;
 
@@ -65,6 +69,9 @@ void CopyFolder(const QString& from, const QString& to);
 /// Two portfolios. 甲 holds 100 of 600001 and 200 of 600002 (bought at 1.00 and 2.00), 乙 1000 of 600010 and 300 of
 /// 600012 (bought at 10.00 and 12.00), on a day (YYYY-MM-DD) or on the market's date.
 QByteArray TwoPortfolios(const QByteArray& boughtOn = {});
+
+/// A third one, 丙, with ten of 600003 and ten of 600004, bought at 3 and 4 on the market's date.
+QByteArray OneMore();
 
 /// A work folder beside a folder for outputs, both gone at the end.
 class Bench {

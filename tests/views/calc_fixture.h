@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QCoreApplication>
+
 #include "../unit/module/engine_fixture.h"
 #include "calc/download_trigger.h"
 #include "calc/untcalc2.h"

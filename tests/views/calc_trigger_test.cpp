@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include <QApplication>
+#include <QDialog>
+#include <QPushButton>
 #include <QTest>
+#include <QWindow>
 
 #include "calc_trigger_fixture.h"
 #include "common/frames/frame_parts.h"
@@ -29,14 +33,20 @@ TEST_F(Trigger, WithNothingUnfinishedTheProcedureIsRolledBack) {
 }
 
 TEST_F(Trigger, UnfinishedPortfoliosAreCalculatedInTheDialog) {
-  bool wasModal = false;
+  QPushButton other;
+  other.show();
+  int clicks = 0;
+  QObject::connect(&other, &QPushButton::clicked, [&clicks] { ++clicks; });
   WhenShown([&] {
-    wasModal = frmCalc2->isModal();
+    QTest::mouseClick(&other, Qt::LeftButton);
+    QTest::keyClick(&other, Qt::Key_Space);
     DownData();  // a timer of the main frame may ask for it meanwhile
     FinishAll();
   });
   DownData();
-  EXPECT_TRUE(wasModal);
+  EXPECT_EQ(clicks, 0) << "the dialog has mouse and keyboard for itself";
+  QTest::mouseClick(&other, Qt::LeftButton);
+  EXPECT_EQ(clicks, 1);
   EXPECT_FALSE(frmCalc2);
   EXPECT_EQ(Unfinished(), QStringList());
   EXPECT_EQ(host_.DownFiles(QStringLiteral("DownBasicData")).size(), 1U);
@@ -124,6 +134,55 @@ TEST_F(Trigger, ADialogThatTheUserClosedComesAgain) {
   WhenShown([&] { FinishAll(); });
   DownData();
   EXPECT_EQ(Unfinished(), QStringList());
+}
+
+TEST_F(Trigger, ADialogThatTheUserClosedIsSaidInTheLogAndToTheUser) {
+  WhenShown([&] { QTest::keyClick(frmCalc2.get(), Qt::Key_Escape); });
+  DownData();
+  EXPECT_EQ(LogLinesWith(QStringLiteral("风险计算未完成：计算窗口被关闭，还有 2 个组合没有算完")), 1);
+  ASSERT_EQ(host_.debug.Failures().size(), 1U);
+  EXPECT_TRUE(host_.debug.Failures()[0].startsWith(QStringLiteral("风险计算未完成")));
+  EXPECT_EQ(CalculationProblem(), host_.debug.Failures()[0]);
+  WhenShown([&] { FinishAll(); });
+  DownData();
+  EXPECT_EQ(CalculationProblem(), QString());
+  EXPECT_EQ(host_.debug.Failures().size(), 1U);
+}
+
+TEST_F(Trigger, TheDialogWaitsForOtherDialogs) {
+  QDialog report;
+  report.setModal(true);
+  report.show();
+  ASSERT_EQ(QApplication::activeModalWidget(), &report);
+  EXPECT_FALSE(DownData());
+  EXPECT_TRUE(host_.DownFiles(QStringLiteral("DownBasicData")).empty());
+  report.close();
+  WhenShown([&] { FinishAll(); });
+  EXPECT_TRUE(DownData());
+  EXPECT_EQ(Unfinished(), QStringList());
+}
+
+TEST_F(Trigger, ClosingAnotherWindowMeanwhileAsksFirst) {
+  for (const int answer : {MessageBoxService::kCancel, MessageBoxService::kOk}) {
+    QWidget window;
+    window.show();
+    host_.messageBoxes.calls.clear();
+    host_.messageBoxes.answers = {answer};
+    bool isOpen = false;
+    WhenShown([&] {
+      window.windowHandle()->close();
+      QCoreApplication::processEvents();
+      isOpen = frmCalc2->isVisible();
+      EXPECT_TRUE(window.isVisible()) << "until the dialog has gone";
+      if (isOpen) FinishAll();
+    });
+    DownData();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(host_.messageBoxes.calls.size(), 1U);
+    EXPECT_EQ(isOpen, answer == MessageBoxService::kCancel);
+    EXPECT_EQ(window.isVisible(), isOpen);
+    Run("update alg_commain set ISFINISHED = 0 where ID < 3");
+  }
 }
 
 TEST_F(Trigger, AFailureInsideTheDialogIsLogged) {
@@ -267,6 +326,32 @@ TEST_F(MainFrame, ReadsAndWritesTheExchangeFiles) {
     const TMainFrm frame;
     EXPECT_FALSE(IsLoadDataFromFile);
   }
+}
+
+/// No figure looks like one: the stored texts are zeros, a dash is drawn.
+TEST_F(MainFrame, AfterTheDialogWasClosedNoZeroIsShownAsAFigure) {
+  TMainFrm frame;
+  frame.resize(1200, 600);
+  frame.show();
+  Run("update alg_commain set ZHBZC = 0.02 where ID = 3");
+  WhenShown([&] { QTest::keyClick(frmCalc2.get(), Qt::Key_Escape); });
+  for (const char* view : {"风险计量", "总体评价"}) {
+    const auto nodes = frame.dxTL().findItems(QString::fromUtf8(view), Qt::MatchRecursive | Qt::MatchExactly, 1);
+    frame.dxTL().setCurrentItem(nodes.value(0));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !timer_.isActive() && !frmCalc2; }, 30000));
+    const auto* grid = frame.CurFrame()->findChild<TStringGrid*>(QStringLiteral("strngrd"));
+    ASSERT_EQ(grid->RowCount(), 3);
+    for (int row = 0; row < 3; ++row) {
+      // p3, the newest, is finished.
+      EXPECT_EQ(grid->RemarkOf({4, row}), row == 0 ? QString() : QStringLiteral("还没有计算过")) << view << row;
+      EXPECT_EQ(grid->TextWidth({4, row}) == grid->fontMetrics().horizontalAdvance(QStringLiteral("—")), row != 0);
+    }
+    const QLabel& notice = frame.findChildren<TitleStrip*>().front()->Notice();
+    EXPECT_TRUE(notice.text().contains(QStringLiteral("2 个组合没有计算"))) << notice.text().toStdString();
+    EXPECT_TRUE(notice.toolTip().contains(QStringLiteral("风险计算未完成"))) << notice.toolTip().toStdString();
+    WhenShown([&] { QTest::keyClick(frmCalc2.get(), Qt::Key_Escape); });
+  }
+  timer_.stop();
 }
 
 TEST_F(MainFrame, AViewWithSavedPortfoliosBringsTheDialogUp) {

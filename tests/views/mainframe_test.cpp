@@ -61,6 +61,23 @@ TEST(MainFrameIds, AGroupStandsForItsFirstChild) {
   EXPECT_EQ(TMainFrm::GetFID(3000), 3001);
 }
 
+TEST_F(MainFrame, LeftLeadsToTheGroupAndRightIntoIt) {
+  Open();
+  bench.ClickNode(2003);
+  NavigationTree& tree = bench.mainFrame->dxTL();
+  tree.setFocus();
+  const auto after = [&tree](Qt::Key key) {
+    QTest::keyClick(&tree, key);
+    return NavigationTree::IdOf(tree.currentItem());
+  };
+  EXPECT_EQ(after(Qt::Key_Left), 2000);
+  EXPECT_EQ(bench.mainFrame->CurFrame()->Tag(), kPerformance) << "a group shows its first view";
+  EXPECT_EQ(after(Qt::Key_Left), 2000) << "there is nothing further out";
+  EXPECT_EQ(after(Qt::Key_Right), 2001);
+  EXPECT_EQ(after(Qt::Key_Right), 2001);
+  EXPECT_EQ(after(Qt::Key_Up), 2000);
+}
+
 TEST_F(MainFrame, AGroupShowsItsFirstViewUnderThatViewsCaption) {
   Open();
   bench.ClickNode(2000);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QLibrary>
+#include <QLineEdit>
 #include <QTest>
 
 #include "common/grid/string_grid.h"
@@ -278,6 +279,17 @@ TEST_F(Plugin, ChangedDataIsReadAgain) {
   ASSERT_EQ(views->Grids()[0].rows.size(), 1U);
   EXPECT_EQ(bench.PriceRole()->Commands(), std::vector<QString>{QStringLiteral("0|01600000")});
   EXPECT_FALSE(views->IsSettled());
+}
+
+TEST_F(Plugin, TheCatalogueNamesWhatIsBeingMadeInAnyView) {
+  EXPECT_EQ(item->Views()->Unstored(), QStringList()) << "before the first enter";
+  item->EnterAddress(QStringLiteral("Skip自选配置"));
+  auto* name = item->Views()->Frame()->findChild<QLineEdit*>(QStringLiteral("RzEdit1"));
+  ASSERT_NE(name, nullptr);
+  EXPECT_EQ(item->Views()->Unstored(), QStringList());
+  name->setText(QStringLiteral("新组合"));
+  item->EnterAddress(QStringLiteral("Skip组合表现"));
+  EXPECT_EQ(item->Views()->Unstored(), QStringList{QStringLiteral("自选配置里的组合“新组合”还没有存")});
 }
 
 TEST_F(Plugin, DataThatChangedWhileTheAddressWasLeftIsReadWhenItIsEnteredAgain) {

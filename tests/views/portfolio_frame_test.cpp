@@ -162,6 +162,27 @@ TEST_P(PortfolioFrame, TheRightButtonOnALinkOpensTheMenuOnly) {
   EXPECT_TRUE(bench.host.codeNums.setCodes.empty());
 }
 
+TEST_P(PortfolioFrame, TheMiddleButtonOpensNothing) {
+  OpenWithTwo();
+  const QPoint at = holdings->CellRect(kCode, 1).center();
+  QTest::mouseMove(holdings->viewport(), at);
+  QTest::mouseClick(holdings->viewport(), Qt::MiddleButton, {}, at);
+  EXPECT_TRUE(bench.host.codeNums.setCodes.empty());
+}
+
+TEST_P(PortfolioFrame, AtTheEndTheLastPortfolioIsSeenWhole) {
+  for (int id = 1; id <= 9; ++id) bench.AddPortfolio(id, QStringLiteral("组合%1").arg(id), {{1600000, 200, 1, 9.5}});
+  Open();
+  portfolios->setFocus();
+  QTest::keyClick(portfolios, Qt::Key_End);
+  ASSERT_EQ(portfolios->Row(), 8);
+  const QRect last = portfolios->CellRect(0, 8);
+  EXPECT_EQ(last.height(), TStringGrid::kDefaultRowHeight);
+  EXPECT_TRUE(portfolios->viewport()->rect().contains(last))
+      << last.bottom() << ' ' << portfolios->viewport()->height();
+  EXPECT_EQ(portfolios->viewport()->height() % TStringGrid::kDefaultRowHeight, 0) << "no row is cut at the top either";
+}
+
 TEST_P(PortfolioFrame, OnlyTheTextsOfCodeAndNameAreLinks) {
   OpenWithTwo();
   const QPoint beside = holdings->CellRect(kCode, 0).topLeft() + QPoint(1, 13);

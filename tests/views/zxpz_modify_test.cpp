@@ -35,6 +35,24 @@ TEST_F(EditorModify, ModifyingBringsThePortfolioIntoTheEditor) {
                 {QStringLiteral("600519"), QStringLiteral("贵州茅台"), QStringLiteral("1800"), QStringLiteral("10")}}));
 }
 
+TEST_F(EditorModify, WhatIsBeingMadeIsNamedUntilItIsStored) {
+  OpenWithThree();
+  EXPECT_EQ(frame->Unstored(), QString());
+  Name().setText(QStringLiteral(" "));
+  EXPECT_EQ(frame->Unstored(), QString()) << "nothing but a blank";
+  Name().setText(QStringLiteral("新组合"));
+  EXPECT_EQ(frame->Unstored(), QStringLiteral("自选配置里的组合“新组合”还没有存"));
+  Fill({}, TwoRows());
+  EXPECT_EQ(frame->Unstored(), QStringLiteral("自选配置里还没有名称的组合没有存"));
+  Fill(QStringLiteral("新组合"), TwoRows());
+  Confirm();
+  EXPECT_EQ(frame->Unstored(), QString());
+  Press(kModify, 1);
+  EXPECT_EQ(frame->Unstored(), QStringLiteral("自选配置里对组合“进取”的修改还没有存"));
+  Confirm();
+  EXPECT_EQ(frame->Unstored(), QString());
+}
+
 TEST_F(EditorModify, AModificationKeepsTheIdAndTakesTheMarketsDate) {
   OpenWithThree();
   Press(kModify, 0);

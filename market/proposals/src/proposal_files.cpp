@@ -100,9 +100,9 @@ QString ExclusionText(const StockPool& pool) {
 
 ProposalFiles MakeProposalFiles(std::vector<StockFacts> stocks, const ReferenceFigures& reference,
                                 const std::vector<EstimateValue>& estimates, const ProposalOptions& options,
-                                unsigned threads) {
+                                unsigned threads, KeptProposals& kept) {
   const StockPool pool = ChoosePool(std::move(stocks), options.pool);
-  const Proposals proposals = MakeProposals(pool, reference.index, reference.yearRate, options, threads);
+  const Proposals& proposals = kept.Make(pool, reference.index, reference.yearRate, options, threads);
   ProposalFiles files;
   files.remarks.push_back(QStringLiteral("股票池 %1 只，未收：%2").arg(pool.stocks.size()).arg(ExclusionText(pool)));
   const bool isCut = pool.excluded[static_cast<std::size_t>(PoolExclusion::Turnover)] > 0;

@@ -6,6 +6,7 @@
 
 #include "holdwise/market/proposals.h"
 #include "holdwise/packet/result_set.h"
+#include "kept_proposals.h"
 
 /// Proposals as files of the data folder (docs/data-folder.md). Pure and thread-safe.
 namespace holdwise {
@@ -25,9 +26,10 @@ struct ReferenceFigures {
 
 /// @param stocks all that have bars
 /// @param estimates of the stocks that somebody gave one for
+/// @param kept the last proposals
 [[nodiscard]] ProposalFiles MakeProposalFiles(std::vector<StockFacts> stocks, const ReferenceFigures& reference,
                                               const std::vector<EstimateValue>& estimates,
-                                              const ProposalOptions& options, unsigned threads);
+                                              const ProposalOptions& options, unsigned threads, KeptProposals& kept);
 
 /// Is this the name, relative to the data folder, of a file that proposals are written to? Those of an earlier build
 /// must not outlive it.

@@ -24,8 +24,7 @@ HoldingsPanel::HoldingsPanel(const Design& design, QWidget* parent)
   layout->addWidget(header_);
   layout->addWidget(grid_, 1);
   grid_->OnMouseDown = [this](Qt::MouseButton button, Qt::KeyboardModifiers, const QPoint& position) {
-    // The right one's click is the context menu's.
-    if (button != Qt::RightButton) links_.MouseDown(position);
+    if (button == Qt::LeftButton) links_.MouseDown(position);
   };
   grid_->OnMouseMove = [this](const QPoint& position) { MouseMove(position); };
   grid_->OnClientWidthChanged = [this](int) { Fit(); };

@@ -75,6 +75,8 @@ class TViewFrame : public QWidget {
   virtual QString SetInput(const QString& name, const QString& value);
   /// Puts into one what the user has typed or chosen there and not applied. @return as SetInput
   virtual QString PutInput(const QString& name, const QString& value);
+  /// What the user is working on in the view and has not stored, in words; empty when nothing.
+  [[nodiscard]] virtual QString Unstored() const { return {}; }
   /// Read after each message but FrameMessage::ChangeSkin, and when the view says that it has changed.
   [[nodiscard]] virtual ViewNotice Notice() const { return {}; }
   std::function<void()> OnNoticeChanged;

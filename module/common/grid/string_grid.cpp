@@ -157,6 +157,7 @@ QString TStringGrid::TextInItsUnit(const GridCell& cell) const {
 }
 
 QString TStringGrid::DrawnText(const GridCell& cell) const {
+  if (noFigures_.count({cell.column, cell.row}) != 0) return QStringLiteral("—");
   QString text = TextInItsUnit(cell).trimmed();
   const auto decimals = decimals_.find(cell.column);
   if (decimals == decimals_.end()) return text;
@@ -176,8 +177,14 @@ QString TStringGrid::RemarkOf(const GridCell& cell) const {
   return found == remarks_.end() ? QString() : found->second;
 }
 
+void TStringGrid::SetNoFigure(const GridCell& cell, const QString& remark) {
+  noFigures_.emplace(cell.column, cell.row);
+  SetRemark(cell, remark);
+}
+
 void TStringGrid::ClearRemarks() {
   remarks_.clear();
+  noFigures_.clear();
   viewport()->update();
 }
 
@@ -211,7 +218,11 @@ void TStringGrid::updateGeometries() {
   QTableView::updateGeometries();
   // After the base class, which sets the margins for headers that are not there. As many whole rows fit as before, so
   // the scroll bar stays right.
-  if (isWholeRows_) setViewportMargins(0, 0, 0, contentsRect().height() % rowHeight_);
+  if (!isWholeRows_) return;
+  setViewportMargins(0, 0, 0, contentsRect().height() % rowHeight_);
+  // At the end of the scroll bar the rows lie where the hidden header, as high as it is, has its last one.
+  verticalHeader()->resize(verticalHeader()->width(), viewport()->height());
+  QMetaObject::invokeMethod(verticalHeader(), "updateGeometries");  // a hidden one does not by itself
 }
 
 void TStringGrid::SetEmptyText(const QString& text) {

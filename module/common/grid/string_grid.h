@@ -122,6 +122,8 @@ class TStringGrid : public QTableView {
   /// its text. Empty takes it away, as ClearStrnGrd does from every cell.
   void SetRemark(const GridCell& cell, const QString& remark);
   [[nodiscard]] QString RemarkOf(const GridCell& cell) const;
+  /// A remark on a cell whose text is no figure: a dash is drawn in its place.
+  void SetNoFigure(const GridCell& cell, const QString& remark);
   void ClearRemarks();
   /// Colours of the rows and of the area beside and below them.
   void SetColors(const GridColors& colors);
@@ -207,6 +209,7 @@ class TStringGrid : public QTableView {
   std::map<int, int> decimals_;                     ///< by column
   std::set<int> percents_;                          ///< columns of fractions that are drawn in percent
   std::map<std::pair<int, int>, QString> remarks_;  ///< by column and row
+  std::set<std::pair<int, int>> noFigures_;         ///< likewise
   int rowHeight_ = kDefaultRowHeight;
   bool isRangeSelect_ = false;
   bool isDragging_ = false;

@@ -10,6 +10,7 @@
 #include "common/series/holding_rows.h"
 #include "common/store/database.h"
 #include "common/store/statements.h"
+#include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/number_text.h"
 #include "holdwise/packet/packet_file.h"
 #include "holdwise/packet/table_limits.h"
@@ -28,7 +29,11 @@ const std::array<QString, 3> kRiskFiles = {
 }  // namespace
 
 const QStringList& IndexNames() {
-  static const QStringList names = {QStringLiteral("上证指数"), QStringLiteral("深证成指"), QStringLiteral("沪深300")};
+  static const QStringList names = [] {
+    QStringList shown;
+    for (const char* name : kIndexNames) shown += QString::fromUtf8(name);
+    return shown;
+  }();
   return names;
 }
 

@@ -10,6 +10,7 @@
 #include "exchange_pair.h"
 #include "exchange_rows.h"
 #include "holdwise/packet/packet_file.h"
+#include "holdwise/packet/table_limits.h"
 
 namespace holdwise {
 namespace {
@@ -34,7 +35,8 @@ struct Pair {
 };
 
 Pair ReadPair() {
-  return {ReadPacketFile(exchange::DetailPath()), ReadPacketFile(exchange::MergePath())};
+  return {ReadPacketFile(exchange::DetailPath(), kHoldingsLimits),
+          ReadPacketFile(exchange::MergePath(), kPortfoliosLimits)};
 }
 
 /// Why the rows cannot be what a person has entered; empty when they can.

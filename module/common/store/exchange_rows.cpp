@@ -2,6 +2,7 @@
 #include "exchange_rows.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "common/store/cell_literal.h"
@@ -87,10 +88,12 @@ void RequirePlausible(const ResultSet& holdings, const ResultSet& portfolios) {
   RequireInRange(portfolios, kPortfolioColumns);
   const auto portfolioIds = IdsIn(portfolios, "ID");
   const int owner = holdings.Column("MAINID");
+  std::unordered_map<std::int64_t, int> counts;
   for (int row = 0; row < holdings.RowCount(); ++row) {
-    if (portfolioIds.count(IntegerOr(TextOf(holdings, row, "MAINID", Kind::Integer))) == 0) {
-      sql::RefuseCell(holdings, row, owner, QStringLiteral("指的组合不存在"));
-    }
+    const std::int64_t id = IntegerOr(TextOf(holdings, row, "MAINID", Kind::Integer));
+    if (portfolioIds.count(id) == 0) sql::RefuseCell(holdings, row, owner, QStringLiteral("指的组合不存在"));
+    if (++counts[id] > kMostHoldings)
+      sql::RefuseCell(holdings, row, owner, QStringLiteral("指的组合持股超过%1条").arg(kMostHoldings));
   }
 }
 

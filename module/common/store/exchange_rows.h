@@ -10,7 +10,8 @@ namespace holdwise::exchange {
 
 /// Refuses, with Error(Refused) that names row and column, what cannot be what a person has entered: a missing value or
 /// one that cannot stand in a statement, an id that leaves the generators no room, a code, quantity, weight, price or
-/// index level out of range, a holding of no portfolio. Error(NotFound) for a missing column.
+/// index level out of range, a holding of no portfolio or of one that has more than kMostHoldings. Error(NotFound) for
+/// a missing column.
 void RequirePlausible(const ResultSet& holdings, const ResultSet& portfolios);
 /// Name of the first portfolio without holdings; empty when each has some. Throws as above for a missing column.
 [[nodiscard]] QString WithoutHoldings(const ResultSet& holdings, const ResultSet& portfolios);

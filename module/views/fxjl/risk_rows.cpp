@@ -2,6 +2,7 @@
 #include "risk_rows.h"
 
 #include "common/frames/security_links.h"
+#include "common/frames/uncalculated.h"
 #include "common/host/codes.h"
 #include "common/series/all_stock_data.h"
 #include "common/series/holding_rows.h"
@@ -41,6 +42,7 @@ void ShowPortfolios(const ResultSet& portfolios, TStringGrid& grid) {
     grid.SetCells(kAlpha, row, FigureText(NumberAt(portfolios, row, alpha)));
     grid.SetCells(kBeta, row, FigureText(NumberAt(portfolios, row, beta)));
     grid.SetCells(kId, row, portfolios.TextAt(row, id));
+    MarkUncalculated(portfolios, row, {kVariance, kDeviation, kAlpha, kBeta}, grid);
   }
 }
 

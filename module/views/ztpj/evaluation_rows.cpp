@@ -2,6 +2,7 @@
 #include "evaluation_rows.h"
 
 #include "common/frames/security_links.h"
+#include "common/frames/uncalculated.h"
 #include "common/host/codes.h"
 #include "common/series/all_stock_data.h"
 #include "common/series/holding_rows.h"
@@ -40,6 +41,7 @@ void ShowPortfolios(const ResultSet& portfolios, double rate, TStringGrid& grid)
     grid.SetCells(kSharpe, row, FigureText(NumberAt(portfolios, row, sharpe)));
     grid.SetCells(kTreynor, row, FigureText(NumberAt(portfolios, row, treynor)));
     grid.SetCells(kId, row, portfolios.TextAt(row, id));
+    MarkUncalculated(portfolios, row, {kBeta, kSharpe, kTreynor}, grid);
   }
 }
 

@@ -104,6 +104,13 @@ QString TFrm_ZXPZ::NameIn(int row) const {
   return portfolios_->List().Cells(editor::kName, row).trimmed();
 }
 
+QString TFrm_ZXPZ::Unstored() const {
+  const QString name = editor_->RzEdit1->text().trimmed();
+  if (IsModifying()) return QStringLiteral("自选配置里对组合“%1”的修改还没有存").arg(name);
+  if (!name.isEmpty()) return QStringLiteral("自选配置里的组合“%1”还没有存").arg(name);
+  return editor_->Holdings->GetIshaveData() ? QString() : QStringLiteral("自选配置里还没有名称的组合没有存");
+}
+
 void TFrm_ZXPZ::Label1Click() {
   const QPointer<TFrm_ZXPZ> alive(this);
   HoldingsEditor& holdings = *editor_->Holdings;

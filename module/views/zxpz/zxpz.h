@@ -27,6 +27,8 @@ class TFrm_ZXPZ : public TViewFrame {
   /// Reads the list again; what is being edited stays.
   void DoInit_() override;
   void FrameResize() override;
+  /// The portfolio above, from its first character or stock on.
+  [[nodiscard]] QString Unstored() const override;
 
  protected:
   void showEvent(QShowEvent* event) override;

@@ -55,7 +55,14 @@ TEST(BarForms, DaysWithoutATradeAreNoMistakes) {
   EXPECT_EQ(read.file.counts.suspendedDays, 5);
   EXPECT_EQ(read.file.counts.zeroPrices, 2);
   EXPECT_EQ(read.rejections, ":8: 成交量缺失\n:9: 收盘价缺失\n:10: 开盘价不是正数“0”\n:11: 收盘价为负数“-8”\n");
-  EXPECT_EQ(ReadText("date,close,paused\n2024-01-02,8,0\n2024-01-03,8,1.0\n").bars, "20240102=8;");
+  for (const char* paused : {"TRUE", "True", "true", "1", "1.0", "是", "Y"}) {
+    const Read day = ReadText(QByteArray("date,close,paused\n2024-01-02,8,0\n2024-01-03,8,") + paused + "\n");
+    EXPECT_EQ(day.bars, "20240102=8;") << paused;
+    EXPECT_EQ(day.file.counts.suspendedDays, 1) << paused;
+  }
+  for (const char* paused : {"FALSE", "False", "false", "0", "0.0", "否", "N", ""}) {
+    EXPECT_EQ(ReadText(QByteArray("date,close,paused\n2024-01-03,8,") + paused + "\n").bars, "20240103=8;") << paused;
+  }
 }
 
 TEST(BarForms, AColumnUnderTwoNamesMustAgreeInEveryLine) {

@@ -20,9 +20,9 @@ TEST_F(Build, WritesTheWholeFolder) {
                          QStringLiteral("trading_dates.dat")}));
   EXPECT_EQ(Rows(QStringLiteral("market.dat"), {"current_date", "simulated", "format"}), "20240109 0 1 \n");
   EXPECT_EQ(Csv(QStringLiteral("securities.dat")),
-            "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer\n"
-            "600519,贵州茅台,白酒,1,20010827,1\n"
-            "000001,平安银行,银行,2,19910403,1\n");
+            "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer,pinyin:text\n"
+            "600519,贵州茅台,白酒,1,20010827,1,G Z M T\n"
+            "000001,平安银行,银行,2,19910403,1,P A Y HX\n");
   EXPECT_EQ(Csv(QStringLiteral("trading_dates.dat")),
             "date:integer\n20240102\n20240103\n20240104\n20240105\n20240108\n20240109\n");
   EXPECT_EQ(QuotesCsv(),
@@ -170,9 +170,9 @@ TEST_F(Build, GoesOnWithoutTheFilesItCannotUse) {
   EXPECT_EQ(outcome.summary.rejectedLines, 5);
   EXPECT_EQ(outcome.summary.series, 2);
   EXPECT_EQ(Csv(QStringLiteral("securities.dat")),
-            "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer\n"
-            "600519,贵州茅台,\"\",1,20010827,1\n000001,平安银行,\"\",2,20240108,1\n000006,六,\"\",2,,1\n000007,七,\"\","
-            "2,,1\n");
+            "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer,pinyin:text\n"
+            "600519,贵州茅台,\"\",1,20010827,1,G Z M T\n000001,平安银行,\"\",2,20240108,1,P A Y HX\n"
+            "000006,六,\"\",2,,1,L\n000007,七,\"\",2,,1,Q\n");
 }
 
 TEST_F(Build, NamesWhatIsNoFile) {

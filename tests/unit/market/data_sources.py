@@ -3,7 +3,9 @@
 
 Usage: data_sources.py DOCUMENT PROGRAM WORK_FOLDER
 The stand-ins give frames of exactly the packages' columns, of a made-up market of two stocks; no network. Each family's
-command must take every line. Prints the families.
+command must take every line. On one day a dividend of 3.00 goes off a stock that closed at 100.00: the exchange's reference
+is 97.00, the day's close 98.94, so the return 98.94 / 97 - 1 is 2 % in every family, not the -1.06 % of the closes as traded.
+Prints the families.
 """
 import contextlib
 import datetime
@@ -16,8 +18,13 @@ import subprocess
 import sys
 import types
 
+from check_statistics import columns_of
+
 STOCKS = {"600519": ("sh", "贵州茅台"), "000001": ("sz", "平安银行")}
 DAYS = [day for day in (datetime.date(2024, 1, 1) + datetime.timedelta(days=i) for i in range(400)) if day.weekday() < 5][:260]
+EX_CODE, EX_PLACE, EX_DAY = "600519", 150, DAYS[150]
+EX_CLOSES, DIVIDEND, EX_REFERENCE, EX_RETURN = (100.00, 98.94), 3.00, 97.00, 0.02
+EX_FACTOR = 0.97
 
 
 class Frame:
@@ -40,15 +47,33 @@ class Frame:
 
 def closes(code, days=DAYS):
     base = 10 + int(code) % 97
-    return {day: round(base * (1 + 0.05 * math.sin(i * (1 + int(code) % 7) / 9)), 2) for i, day in enumerate(days)}
+    prices = {day: round(base * (1 + 0.05 * math.sin(i * (1 + int(code) % 7) / 9)), 2) for i, day in enumerate(days)}
+    if code == EX_CODE:
+        prices[DAYS[EX_PLACE - 1]], prices[EX_DAY] = EX_CLOSES
+    return prices
 
 
 def bars(code):
-    """date, open, high, low, close, previous close, volume"""
+    """As traded: date, open, high, low, close, previous close (the exchange's reference), volume"""
     before = None
     for day, close in closes(code).items():
+        if code == EX_CODE and day == EX_DAY:
+            before = EX_REFERENCE
         yield day, close, round(close + 0.05, 2), round(close - 0.05, 2), close, before or close, 123400
         before = close
+
+
+def factor(code, day):
+    return EX_FACTOR if code == EX_CODE and day < EX_DAY else 1.0
+
+
+def adjusted(code):
+    """The same with prices before the dividend as they compare with those behind it."""
+    before = None
+    for day, *prices, _, volume in bars(code):
+        prices = [price * factor(code, day) for price in prices]
+        yield day, *prices, before or prices[-1], volume
+        before = prices[-1]
 
 
 def digits(code):
@@ -58,8 +83,9 @@ def digits(code):
 def akshare():
     def hist(symbol, period, start_date, end_date, adjust):
         return Frame("日期,股票代码,开盘,收盘,最高,最低,成交量,成交额,振幅,涨跌幅,涨跌额,换手率".split(","),
-                     [[day, symbol, opened, close, high, low, volume, 1.5e8, 1.2, 0.3, round(close - before, 2), 0.1]
-                      for day, opened, high, low, close, before, volume in bars(symbol)])
+                     [[day, symbol, *(round(price, 2) for price in (opened, close, high, low)), volume, 1.5e8, 1.2, 0.3,
+                       round(close - before, 2), 0.1]
+                      for day, opened, high, low, close, before, volume in adjusted(symbol)])
 
     def index_daily(symbol):
         return Frame("date,open,high,low,close,volume".split(","),
@@ -124,8 +150,9 @@ def baostock():
 
 def yfinance():
     def ticker(code):
-        rows = [[repr(value * 1.0000000298) for value in (opened, high, low, close)] + [volume, 0.0, 0.0]
-                for _, opened, high, low, close, _, volume in bars(digits(code))]
+        rows = [[repr(value * 1.0000000298) for value in (opened, high, low, close)]
+                + [volume, DIVIDEND if digits(code) == EX_CODE and day == EX_DAY else 0.0, 0.0]
+                for day, opened, high, low, close, _, volume in adjusted(digits(code))]
         index = (["Date"], [[f"{day} 00:00:00+08:00"] for day in DAYS])
         frame = Frame(["Open", "High", "Low", "Close", "Volume", "Dividends", "Stock Splits"], rows, index)
         return types.SimpleNamespace(history=lambda start, end: frame)
@@ -139,7 +166,8 @@ def qlib():
         for code in codes:
             for day, opened, high, low, close, _, volume in bars(digits(code)):
                 keys.append([code, day])
-                rows.append([opened * 1.25, close * 1.25, high * 1.25, low * 1.25, volume / 1.25, 1.25])
+                scale = 1.25 * factor(digits(code), day)
+                rows.append([opened * scale, close * scale, high * scale, low * scale, volume / scale, scale])
         return Frame(fields, rows, (["instrument", "datetime"], keys))
 
     root, part = types.ModuleType("qlib"), types.ModuleType("qlib.data")
@@ -161,6 +189,10 @@ def run(family, code, command, program, work):
     output = built.stdout + built.stderr
     if built.returncode != 0 or "有行情 2\n" not in output or "未采用的行：0，未采用的文件：0" not in output or "未复权" in output:
         sys.exit(f"{family}:\n{output}")
+    _, rows = columns_of(folder / "my/data/QMTL/TZZH/Day250/股票" / f"{EX_CODE}.dat")
+    returns = [row["ggqjsyl"] for row in rows if row["hqtype"] == 0 and row["hqdate"] == int(EX_DAY.strftime("%Y%m%d"))]
+    if len(returns) != 1 or abs(returns[0] - EX_RETURN) > 1e-9:
+        sys.exit(f"{family}: return {returns} on {EX_DAY}, expected {EX_RETURN}")
 
 
 @contextlib.contextmanager

@@ -79,6 +79,23 @@ TEST(Shapes, BarsAsTradedHaveTheReturnsOfTheirPreviousCloses) {
   EXPECT_TRUE(factors.out.contains("174 只按 --factors 复权")) << factors.out.constData();
 }
 
+// What build would refuse is no good check, and what it said is there all the same.
+TEST(Shapes, ACheckWithoutAUsableBarFails) {
+  const MarketFiles files;
+  files.WriteMarket("date,close\n2024-01-02,1000\n2024-01-03,1100\n");
+  files.Write(QStringLiteral("bars/600519.csv"), "date,close\n2024-01-02,x\n");
+  const QStringList check = BuildArguments(files.Path(QString()), files.Path(QStringLiteral("out")))
+                            << QStringLiteral("--check");
+  const Result nothing = RunProgram(check);
+  EXPECT_EQ(nothing.exitCode, 1);
+  EXPECT_TRUE(nothing.error.contains("没有一只股票的行情可用")) << nothing.error.constData();
+  EXPECT_TRUE(nothing.error.contains("收盘价不是数字“x”")) << nothing.error.constData();
+  EXPECT_TRUE(nothing.out.contains("证券：2，有行情 0")) << nothing.out.constData();
+  files.Write(QStringLiteral("bars/600519.csv"), "date,close\n2024-01-02,10\n");
+  EXPECT_EQ(RunProgram(check).exitCode, 0);
+  EXPECT_FALSE(QFileInfo::exists(files.Path(QStringLiteral("out"))));
+}
+
 // Every block of the page, with stand-ins for the packages.
 TEST(Shapes, TheBlocksOfThePageWriteWhatIsTaken) {
   const MarketFiles files;

@@ -101,8 +101,10 @@ TEST_F(Sources, ClosedDaysOfACalendarAreNoTradingDays) {
 }
 
 TEST_F(Sources, SecuritiesAsTheirListsHaveThem) {
-  const std::string heading = "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer\n";
-  const std::string wanted = heading + "600519,贵州茅台,白酒,1,20010827,1\n000001,平安银行,银行,2,19910403,1\n";
+  const std::string heading =
+      "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer,pinyin:text\n";
+  const std::string wanted =
+      heading + "600519,贵州茅台,白酒,1,20010827,1,G Z M T\n000001,平安银行,银行,2,19910403,1,P A Y HX\n";
   const char* lists[] = {
       "ts_code,symbol,name,area,industry,market,list_date\n600519.SH,600519,贵州茅台,贵州,白酒,主板,20010827\n"
       "000001.SZ,000001,平安银行,深圳,银行,主板,19910403\n",
@@ -128,6 +130,33 @@ TEST_F(Sources, SecuritiesAsTheirListsHaveThem) {
             "bars/600519.csv: 代码不在证券表中\n");
 }
 
+// One family has the Chinese name under display_name, its initials under name; others the short name beside the full.
+TEST_F(Sources, OfTwoNamesTheChineseOneCounts) {
+  const auto names = [this](const char* list) {
+    files_.Write(QStringLiteral("securities.csv"), list);
+    const Outcome outcome = Run();
+    EXPECT_EQ(outcome.error + outcome.rejections, "") << list;
+    return Rows(QStringLiteral("securities.dat"), {"code", "name"});
+  };
+  const std::string wanted = "600519 贵州茅台 \n000001 平安银行 \n";
+  EXPECT_EQ(names("code,display_name,name,start_date,end_date,type\n"
+                  "600519.XSHG,贵州茅台,GZMT,2001-08-27,2200-01-01,stock\n"
+                  "000001.XSHE,平安银行,PAYH,1991-04-03,2200-01-01,stock\n"),
+            wanted);
+  EXPECT_EQ(names("code,name,display_name\n600519,GZMT,贵州茅台\n000001,平安银行,nan\n"), wanted);
+  EXPECT_EQ(names("代码,证券名称,证券简称\n600519,贵州茅台酒股份有限公司,贵州茅台\n000001,平安银行,平安银行\n"),
+            wanted);
+  EXPECT_EQ(names("代码,证券简称,证券名称\n600519,贵州茅台,Kweichow Moutai\n000001,PAB,平安银行\n"), wanted);
+  const std::string understood = Joined(CheckInputs(options_).understood);
+  EXPECT_NE(understood.find("代码=代码，名称=证券简称，名称=证券名称，名称不同时取中文的\n"), std::string::npos)
+      << understood;
+  // What a security is called may differ, its code may not.
+  files_.Write(QStringLiteral("securities.csv"), "code,symbol,name\n600519,600518,贵州茅台\n000001,000001,平安银行\n");
+  EXPECT_EQ(Run().rejections,
+            "securities.csv:2: 列“code”与“symbol”不一致：“600519”，“600518”\n"
+            "bars/600519.csv: 代码不在证券表中\n");
+}
+
 TEST_F(Sources, IndustriesAndListDatesComeFromElsewhere) {
   files_.Write(QStringLiteral("securities.csv"), "证券代码,证券简称,行业\n600519,贵州茅台,\n000001,平安银行,银行\n");
   files_.Write(QStringLiteral("industries.csv"),
@@ -136,8 +165,8 @@ TEST_F(Sources, IndustriesAndListDatesComeFromElsewhere) {
   const Outcome outcome = Run();
   EXPECT_EQ(outcome.rejections, "industries.csv:5: 代码 600519 重复\nindustries.csv:6: 不是沪深证券代码“x”\n");
   EXPECT_EQ(Csv(QStringLiteral("securities.dat")),
-            "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer\n"
-            "600519,贵州茅台,食品饮料,1,20240105,1\n000001,平安银行,银行,2,,1\n")
+            "code:text,name:text,industry:text,market:integer,list_date:integer,a_share:integer,pinyin:text\n"
+            "600519,贵州茅台,食品饮料,1,20240105,1,G Z M T\n000001,平安银行,银行,2,,1,P A Y HX\n")
       << "the security master comes first; without bars there is no list date";
 }
 
@@ -207,6 +236,36 @@ TEST_F(Sources, FactorsThatCanBeTakenEitherWayAreRefused) {
   EXPECT_EQ(Run().error, "");
   const ResultSet table = Table(kMoutai);
   EXPECT_NEAR(table.RealAt(0, table.Column("closeprice")), 13.5 * 0.9 / 0.99, 1e-12);
+}
+
+// A row a day, of which two days lack it: on which of the three something went off cannot be told.
+TEST_F(Sources, AnEventInsideAGapOfTheFactorsIsNamed) {
+  options_.factorsPlace = files_.Path(QStringLiteral("factors.csv"));
+  files_.Write(QStringLiteral("bars/600519.csv"), "date,close\n2024-01-05,15\n2024-01-08,14.3\n2024-01-09,13.6\n");
+  const auto warnings = [this](const char* factors) {
+    files_.Write(QStringLiteral("factors.csv"), factors);
+    std::string text;
+    BuildObserver observer;
+    observer.onWarning = [&](const Rejection& warning) {
+      if (warning.file.contains(QStringLiteral("600519"))) text += warning.reason.toStdString() + "\n";
+    };
+    (void)BuildDataFolder(options_, observer);
+    return text;
+  };
+  EXPECT_EQ(warnings("code,date,adj_factor\n600519,2024-01-02,9\n600519,2024-01-03,9\n600519,2024-01-04,9\n"
+                     "600519,2024-01-09,10\n600519,2024-01-10,10\n"),
+            "600519 复权因子从 2024-01-04 到 2024-01-09 之间缺行，其间的除权（-10.00%）按 2024-01-09 计算\n");
+  EXPECT_EQ(warnings("code,date,adj_factor\n600519,2024-01-02,9\n600519,2024-01-03,9\n600519,2024-01-04,9\n"
+                     "600519,2024-01-05,9\n600519,2024-01-08,10\n600519,2024-01-10,10\n"),
+            "")
+      << "the day behind a weekend";
+  EXPECT_EQ(warnings("code,date,adj_factor\n600519,2023-01-02,9\n600519,2024-01-09,10\n"), "")
+      << "a row an event says on which day it was";
+  files_.Write(QStringLiteral("bars/600519.csv"), "date,close\n2024-01-04,15\n2024-01-09,13.5\n");
+  EXPECT_EQ(warnings("code,date,adj_factor\n600519,2024-01-02,9\n600519,2024-01-03,9\n600519,2024-01-04,9\n"
+                     "600519,2024-01-09,10\n600519,2024-01-10,10\n"),
+            "")
+      << "no bar inside the gap: its day does not matter";
 }
 
 TEST_F(Sources, RatesAndQuotesInTheWordsOfTheirSources) {

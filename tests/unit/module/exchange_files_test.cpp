@@ -110,6 +110,33 @@ TEST_F(ExchangeFiles, TextsOfAFileDoNotChangeAStatement) {
   ExpectRefused();
 }
 
+TEST_F(ExchangeFiles, MoreHoldingsThanAPortfolioCanHaveAreRefused) {
+  const auto holdings = [](int count) {
+    std::vector<std::vector<QString>> rows;
+    for (int id = 1; id <= count; ++id)
+      rows.push_back({QString::number(id), "7", QString::number(1600000 + id), "100", "0", "9.5"});
+    return Details(rows);
+  };
+  WritePair();
+  Write("TZZHDetail.dat", holdings(501));
+  ExpectRefused();
+  WritePair();
+  Write("TZZHDetail.dat", holdings(500));
+  EXPECT_TRUE(LoadZHFile());
+  EXPECT_EQ(Database().Count(sql::kCountHoldings), 500);
+}
+
+// Half a megabyte that unpacks to more than portfolios can hold is not unpacked.
+TEST_F(ExchangeFiles, MoreRowsThanThereCanBeAreRefusedUnread) {
+  WritePair();
+  ResultSet rows;
+  for (const ColumnSpec& column : kDetailColumns) rows.AddColumn(column.name, column.type);
+  for (int row = 0; row <= 1'000'000; ++row) rows.AppendRow();
+  Write("TZZHDetail.dat", rows);
+  ExpectRefused();
+  EXPECT_TRUE(host_.debug.Lines()[0].contains(QStringLiteral("行数"))) << host_.debug.Lines()[0].toStdString();
+}
+
 TEST_F(ExchangeFiles, ValuesThatAreNoPlainNumbersAreRefused) {
   const std::vector<ColumnSpec> texts = {{"ID", ColumnType::Text},       {"MAINID", ColumnType::Text},
                                          {"SECUCODE", ColumnType::Text}, {"PZSL", ColumnType::Text},

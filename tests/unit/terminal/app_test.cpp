@@ -134,6 +134,13 @@ TEST(CommandLine, AStressTestThatCannotBeIsRefusedAtOnce) {
   EXPECT_TRUE(textOf({"--stress", "", "--export", "o"}).contains("--stress 的值为空"));
 }
 
+TEST(CommandLine, AnotherBusIsRefusedWhateverRuns) {
+  const ParsedCommandLine parsed = ParseCommandLine({"holdwise-terminal", "--bus", "nats://host"});
+  EXPECT_FALSE(parsed.options.has_value());
+  EXPECT_EQ(parsed.exitCode, 2);
+  EXPECT_TRUE(parsed.text.contains("--bus 只能是 inproc，不能是“nats://host”")) << parsed.text.toStdString();
+}
+
 TEST(CommandLine, ARunningTerminalKeepsItsDataAndDatabase) {
   const QTemporaryDir folder;
   ASSERT_TRUE(QDir(folder.path()).mkdir("data"));
@@ -242,6 +249,10 @@ TEST_F(AddressTest, GoingElsewhereLeavesGoingAgainDoesNot) {
   EXPECT_FALSE(registry_.GotoAddress("c", ""));
   EXPECT_EQ(record_, QStringList({"enter a 1", "enter a 2", "leave a", "enter b "}));
   EXPECT_EQ(registry_.Current()->Name(), "b");
+  EXPECT_EQ(registry_.Parameter(), "");
+  registry_.GotoAddress("a", "3");
+  registry_.GotoAddress("c", "4");
+  EXPECT_EQ(registry_.Parameter(), "3");
 }
 
 TEST_F(AddressTest, UnregisteringLeavesTheEnteredItem) {
@@ -287,22 +298,27 @@ TEST(CommandRunnerTest, CarriesOutOneAfterTheOtherInOrder) {
   };
   targets.raise = [&] { record.append("raise"); };
   CommandRunner runner(targets);
+  EXPECT_TRUE(runner.IsIdle());
   const auto answer = [&record](const HandOverAnswer& given) {
     record.append(QString("answer %1 %2").arg(given.exitCode).arg(given.text));
   };
   runner.Run({ThemeKind::Light, "a", "p", "good", "out", {}, {}}, answer);
   runner.Run({{}, "none", {}, {}, {}, {}, {}}, answer);
   runner.Run({{}, {}, {}, "bad", "out", {}, {}}, answer);
-  runner.Run({}, answer);
+  EXPECT_FALSE(runner.IsIdle()) << "they wait";
+  runner.Run({{}, {}, "Skip", {}, {}, {}, {}}, answer);
   EXPECT_TRUE(record.isEmpty());
   QCoreApplication::processEvents();
   QTest::qWait(10);
   EXPECT_EQ(record, QStringList({"theme light", "go a p", "import good", "export out"}));
+  EXPECT_FALSE(runner.IsIdle());
   record.clear();
   pendingExport({"done", 0});
   QTest::qWait(10);
+  EXPECT_TRUE(runner.IsIdle());
   EXPECT_EQ(record, QStringList({"answer 0 good\ndone", "go none ", "answer 2 没有地址“none”。", "import bad",
-                                 "answer 1 bad", "raise", "answer 0 "}));
+                                 "answer 1 bad", "go  Skip", "raise", "answer 0 "}))
+      << "a parameter alone goes to the views";
 }
 
 TEST(CommandRunnerTest, RestoresBeforeItImportsAndBacksUpWhatIsThereThen) {

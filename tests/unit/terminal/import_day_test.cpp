@@ -70,6 +70,40 @@ TEST_F(ImportDay, TheIndexOfAnotherEditionIsNotBoughtAt) {
   EXPECT_EQ(Problems(rows), QStringList());
 }
 
+TEST_F(ImportDay, AnIndexWhoseDaysCannotBeIsNotBoughtAt) {
+  const QByteArray rows = "甲,600000,1,8,2024-05-24\n甲,600036,1,34,2024-05-24\n";
+  struct Case {
+    const char* day;
+    const char* reason;
+  };
+  for (const Case& one : {Case{"20240524", "重复或没有按先后顺序排列"}, Case{"20240523", "重复或没有按先后顺序排列"},
+                          Case{"20240525", "不是交易日"}, Case{"20240532", "不是交易日"}}) {
+    WriteIndex({{"1", "0", "20240524", "3088.87"}, {"1", "0", one.day, "2000"}});
+    const QStringList problems = Problems(rows);
+    ASSERT_EQ(problems.size(), 1) << one.day;
+    for (const char* part : {"allzs.dat", "第2行", one.day, one.reason})
+      EXPECT_TRUE(problems[0].contains(QString::fromUtf8(part))) << problems[0].toStdString();
+  }
+}
+
+/// Also when somebody is asked in between.
+TEST_F(ImportDay, TheClosesAreAskedForOnceAndOnlyWithADay) {
+  const auto timesOf = [this](const QByteArray& csv) {
+    int times = 0;
+    ImportServices services = Services();
+    services.indexCloses = [&times, read = services.indexCloses] {
+      ++times;
+      return read();
+    };
+    ImportOptions options;
+    options.ask = [](const ImportPreview& preview) { return ImportChoice{preview.name, false}; };
+    EXPECT_EQ(ImportPortfolios(csv, services, {}, options).portfolios, 1);
+    return times;
+  };
+  EXPECT_EQ(timesOf("name,code,quantity,price,date\n甲,600000,1,8,2024-05-24\n"), 1);
+  EXPECT_EQ(timesOf("name,code,quantity,price\n乙,600000,1,8\n"), 0);
+}
+
 TEST_F(ImportDay, AllHeadingsOfTheColumn) {
   int number = 0;
   for (const char* heading : {"date", "日期", "买入日期", "创建日期", " DATE "}) {

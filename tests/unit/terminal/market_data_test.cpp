@@ -259,6 +259,16 @@ TEST_F(MarketDataTest, TheEditionIsThatOfTheFolderOfItsDate) {
   folder_.WriteMarket(20240530, false, QStringLiteral("other"));
   EXPECT_THROW(data_.ReloadQuotes(), Error);
   EXPECT_EQ(data_.DataEdition(), QStringLiteral("0a1B")) << "of another date nothing is taken";
+  EXPECT_EQ(data_.LaterDate(), QStringLiteral("2024-05-30"));
+  folder_.WriteMarket(20240528, false, QStringLiteral("other"));
+  EXPECT_THROW(data_.ReloadQuotes(), Error);
+  EXPECT_EQ(data_.LaterDate(), QString()) << "an earlier one";
+  folder_.WriteMarket(20240530, false, QStringLiteral("other"));
+  EXPECT_THROW(data_.ReloadQuotes(), Error);
+  folder_.WriteMarket(20240529, false, QStringLiteral("0a1B"));
+  data_.ReloadQuotes();
+  EXPECT_EQ(data_.LaterDate(), QString()) << "its own again";
+  folder_.WriteMarket(20240530, false, QStringLiteral("other"));
   Load();
   EXPECT_EQ(data_.DataEdition(), QStringLiteral("other"));
 }

@@ -62,7 +62,7 @@ TEST_F(QuotesWatcherTest, MalformedReplacementIsLoggedAndIgnored) {
   EXPECT_TRUE(SeesPrice(9.06));
 }
 
-TEST_F(QuotesWatcherTest, QuotesOfAnotherDateWaitForARestart) {
+TEST_F(QuotesWatcherTest, QuotesOfAnotherDateAreNotTaken) {
   folder_.WriteMarket(20240530, false);
   folder_.WriteQuotes({Row("1600000,9.07,8.2")});
   ASSERT_TRUE(QTest::qWaitFor([&] { return !log_.Lines().empty(); }, 30000));

@@ -1,29 +1,43 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
+#include <QAction>
 #include <QDir>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMainWindow>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
+#include <QProgressBar>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QStyleOption>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QTranslator>
+#include <QWindow>
+#include <functional>
+#include <memory>
+#include <vector>
 
 #include "contrast.h"
+#include "pages/host_pages.h"
+#include "parts/process_parts.h"
+#include "parts/terminal_application.h"
 #include "scripted_host.h"
 #include "theme/theme_services.h"
 #include "window/dialogs.h"
+#include "window/long_work.h"
 #include "window/main_window.h"
 #include "window/message_boxes.h"
-#include "window/quick_entry.h"
 #include "window/terminal_style.h"
 #include "window/title_frame.h"
 #include "window/work_area.h"
@@ -76,6 +90,62 @@ TEST(DialogsTest, TheDeleteKeyTakesNothingAway) {
     EXPECT_EQ(ask(nullptr), QString());
     EXPECT_TRUE(QDir(folder.filePath("work/log")).exists());
   }
+}
+
+/// What a person reads in a widget and all that is in it, with its tool tips.
+QStringList TextsIn(const QWidget& widget) {
+  QStringList texts{widget.windowTitle()};
+  for (const QWidget* child : widget.findChildren<QWidget*>()) {
+    if (child->isHidden()) continue;
+    texts << child->toolTip();
+    if (const auto* label = qobject_cast<const QLabel*>(child)) texts << label->text();
+    if (const auto* button = qobject_cast<const QAbstractButton*>(child)) texts << button->text();
+    if (const auto* header = qobject_cast<const QHeaderView*>(child)) {
+      for (int column = 0; column < header->count(); ++column)
+        texts << header->model()->headerData(column, Qt::Horizontal).toString();
+    }
+  }
+  for (const QAction* action : widget.findChildren<QAction*>()) texts << action->text() << action->toolTip();
+  texts.removeAll(QString());
+  return texts;
+}
+
+/// Words of two Latin letters or more; keys and names of file types are no words.
+QStringList EnglishIn(const QStringList& texts) {
+  static const QRegularExpression word(QStringLiteral("[A-Za-z]{2,}"));
+  QStringList found;
+  for (QString text : texts) {
+    text.remove(QRegularExpression(QStringLiteral("<[^>]*>|Ctrl|Alt|Shift|\\*\\.[a-z]+|/\\S+")));
+    if (text.contains(word)) found << text;
+  }
+  return found;
+}
+
+TEST(DialogsTest, FileDialogsAndTheLogsMenuSpeakChinese) {
+  TerminalApplication::Translate();
+  const std::unique_ptr<QTranslator> translator(qApp->findChild<QTranslator*>());
+  ASSERT_NE(translator, nullptr);
+  const auto askForNew = [](QWidget* window) { return AskForNewFile(window, QStringLiteral("组合.csv")); };
+  const std::vector<std::function<QString(QWidget*)>> all{AskForFile, AskForFolder, askForNew, AskForBackup};
+  for (const auto& ask : all) {
+    QTimer::singleShot(200, qApp, [] {
+      auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      const QStringList texts = TextsIn(*dialog);
+      EXPECT_GT(texts.size(), 15);
+      EXPECT_EQ(EnglishIn(texts), QStringList());
+      dialog->reject();
+    });
+    (void)ask(nullptr);
+  }
+  SystemClock clock;
+  const QTemporaryDir folder;
+  DebugLog log(folder.filePath("log"), clock);
+  LogPage page(log);
+  const std::unique_ptr<QMenu> menu(page.createStandardContextMenu());
+  QStringList texts;
+  for (const QAction* action : menu->actions()) texts << action->text();
+  EXPECT_EQ(EnglishIn(texts), QStringList());
 }
 
 // --- widgets ---
@@ -189,6 +259,27 @@ TEST(MainWindowTest, TellsInTheStatusBarWhileTheQuotesAreNotFollowed) {
   EXPECT_EQ(told(), QStringList());
 }
 
+TEST(MainWindowTest, OffersANewDayInTheStatusBar) {
+  RecordingLog log;
+  const ThemeServices theme(ThemeKind::Dark, log);
+  WindowActions actions;
+  int taken = 0;
+  actions.takeNewDay = [&taken] { ++taken; };
+  MainWindow window(theme, actions);
+  window.show();
+  auto* button = window.statusBar()->findChild<QPushButton*>("newDay");
+  ASSERT_NE(button, nullptr);
+  EXPECT_FALSE(button->isVisible());
+  window.OfferNewDay("新的一天(&N)", "等待");
+  EXPECT_TRUE(button->isVisible());
+  EXPECT_EQ(button->text(), "新的一天(&N)");
+  EXPECT_EQ(button->toolTip(), "等待");
+  QTest::mouseClick(button, Qt::LeftButton);
+  EXPECT_EQ(taken, 1);
+  window.OfferNewDay({}, {});
+  EXPECT_FALSE(button->isVisible());
+}
+
 TEST(MainWindowTest, TellsInTheStatusBarWhatWasNotDone) {
   RecordingLog log;
   const ThemeServices theme(ThemeKind::Dark, log);
@@ -216,70 +307,83 @@ TEST(MainWindowTest, TellsInTheStatusBarWhatOfTheDataIsNotUsed) {
   EXPECT_EQ(told(), QString());
 }
 
-class QuickEntryTest : public testing::Test {
+/// A window with work of a thousand steps of a millisecond in it.
+class LongWorkTest : public testing::Test {
  protected:
-  QuickEntryTest() {
-    codes_.Add({"600000", "浦发银行", "银行", 1, {}, false});
-    window_.setCentralWidget(new QWidget);
-    window_.centralWidget()->setFocusPolicy(Qt::StrongFocus);
-    entry_ = std::make_unique<QuickEntry>(&window_, codes_);
-    entry_->OnChosen = [this](const QString& code) { chosen_.append(code); };
-    window_.resize(600, 400);
+  LongWorkTest() {
     window_.show();
-    window_.activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
-    window_.centralWidget()->setFocus();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window_));
   }
-  void Type(const QString& keys) {
-    for (const QChar key : keys) QTest::keyClick(QApplication::focusWidget(), key.toLatin1());
+  int Run(const std::function<void(int step)>& during) {
+    LongWork work(window_, QStringLiteral("正在试验"));
+    for (int step = 0; step < 1000; ++step) {
+      if (!work.Step(step, 1000)) return step;
+      during(step);
+      QTest::qSleep(1);
+    }
+    return 1000;
   }
-  ScriptedCodeNums codes_;
-  QMainWindow window_;
-  std::unique_ptr<QuickEntry> entry_;
-  QStringList chosen_;
+  [[nodiscard]] QProgressBar& Bar() { return *window_.statusBar()->findChild<QProgressBar*>(); }
+
+  RecordingLog log_;
+  ThemeServices theme_{ThemeKind::Dark, log_};
+  MainWindow window_{theme_, {}};
 };
 
-TEST_F(QuickEntryTest, DigitsOpenItAndEnterChooses) {
-  Type("600000");
-  EXPECT_TRUE(entry_->isVisible());
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-  EXPECT_EQ(chosen_, QStringList{"600000"});
-  EXPECT_FALSE(entry_->isVisible());
+TEST_F(LongWorkTest, IsShownWithAButtonThatGivesItUp) {
+  int clicks = 0;
+  QPushButton other(&window_);
+  other.setGeometry(10, 100, 80, 30);
+  other.show();
+  QObject::connect(&other, &QPushButton::clicked, [&clicks] { ++clicks; });
+  const int done = Run([&](int step) {
+    if (step == 200) {
+      EXPECT_TRUE(Bar().isVisible());
+      EXPECT_GT(Bar().value(), 100);
+      QTest::mouseClick(&other, Qt::LeftButton);
+    }
+    if (step == 300) QTest::mouseClick(&window_.CancelButton(), Qt::LeftButton);
+  });
+  EXPECT_GE(done, 300);
+  EXPECT_LE(done, 302);
+  EXPECT_EQ(clicks, 0) << "nothing else is used meanwhile";
+  EXPECT_FALSE(Bar().isVisible());
+  EXPECT_FALSE(window_.CancelButton().isVisible());
+  QTest::mouseClick(&other, Qt::LeftButton);
+  EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(QuickEntryTest, AnUnknownCodeIsNotChosen) {
-  Type("600001");
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-  EXPECT_TRUE(chosen_.isEmpty());
-  EXPECT_TRUE(entry_->isVisible());
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-  EXPECT_FALSE(entry_->isVisible());
+TEST_F(LongWorkTest, TimersWaitForItsEnd) {
+  QTimer timer;
+  int fired = 0;
+  timer.callOnTimeout([&fired] { ++fired; });
+  timer.setSingleShot(true);
+  timer.start(10);
+  EXPECT_EQ(Run([](int) {}), 1000);
+  EXPECT_EQ(fired, 0);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return fired == 1; }));
 }
 
-TEST_F(QuickEntryTest, EscapeGivesTheKeyboardBackToWhereItWas) {
-  QWidget list(window_.centralWidget());
-  list.setFocusPolicy(Qt::StrongFocus);
-  list.show();
-  list.setFocus();
-  Type("6");
-  ASSERT_NE(QApplication::focusWidget(), &list);
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-  EXPECT_EQ(QApplication::focusWidget(), &list);
-}
-
-TEST_F(QuickEntryTest, LeavesKeysToFramesThatSwitchItOffAndToEditBoxes) {
-  entry_->SetCaptureEnabled(false);
-  Type("6");
-  EXPECT_FALSE(entry_->isVisible());
-  entry_->SetCaptureEnabled(true);
-  QLineEdit edit(window_.centralWidget());
-  edit.show();
-  edit.setFocus();
-  Type("6");
-  EXPECT_FALSE(entry_->isVisible());
-  EXPECT_EQ(edit.text(), "6");
-  Type("x");
-  EXPECT_FALSE(entry_->isVisible());
+TEST_F(LongWorkTest, ClosingTheWindowAsksFirst) {
+  for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Tab}) {
+    bool isAsked = false;
+    const int done = Run([&](int step) {
+      if (step != 100) return;
+      QTimer::singleShot(100, qApp, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        isAsked = box->text().contains(QStringLiteral("正在试验。放弃并关闭吗？"));
+        if (key == Qt::Key_Escape) return box->reject();
+        for (QAbstractButton* button : box->buttons())
+          if (button->text() == QStringLiteral("确定")) button->click();
+      });
+      window_.windowHandle()->close();
+    });
+    EXPECT_TRUE(isAsked);
+    EXPECT_EQ(done, key == Qt::Key_Escape ? 1000 : 101);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window_.isVisible(), key == Qt::Key_Escape);
+  }
 }
 
 }  // namespace

@@ -51,6 +51,8 @@ struct BarFile {
 struct FactorStep {
   int date = 0;
   double ratio = 1;
+  int after = 0;  ///< it may have been on any day behind this one, of which there is no factor; 0 = on `date`
+  bool operator==(const FactorStep&) const = default;
 };
 /// Ascending, one a date.
 using FactorSteps = std::vector<FactorStep>;

@@ -30,17 +30,22 @@ struct CsvColumn {
   bool isRequired = false;
   /// Whether two fields of a line say the same, where the table has the column under two headings; none: equal texts.
   bool (*agree)(std::string_view, std::string_view) = nullptr;
+  /// Where two that differ are no contradiction: whether the one counts rather than the other. Of two as good the one
+  /// under the earlier of the headings counts.
+  bool (*isBetter)(std::string_view one, std::string_view other) = nullptr;
+  const char* choice = nullptr;  ///< the same in Chinese, for people
 };
 
 /// A CSV file with one heading line, its columns in any order. Headings are compared without regard to ASCII case and
 /// without a unit in brackets behind them; columns that are not asked for are ignored. A column may stand there twice,
-/// under two of its headings: lines in which the fields disagree are rejected. Files of any size are read piece by
-/// piece. Not thread-safe.
+/// under two of its headings: lines in which the fields disagree are rejected, unless the column says which counts.
+/// Files of any size are read piece by piece. Not thread-safe.
 class CsvTable {
  public:
   /// Reads the heading. Missing: Error(NotFound); unreadable: Error(Io); neither UTF-8 nor GB18030: Error(Corrupt);
   /// no heading line, a required column missing or a heading given twice: Error(Refused).
-  CsvTable(const QString& path, std::span<const CsvColumn> columns);
+  /// @param pieceBytes as TextPieces: little for who wants to see the heading alone
+  CsvTable(const QString& path, std::span<const CsvColumn> columns, std::int64_t pieceBytes = TextPieces::kPieceBytes);
   CsvTable(const CsvTable&) = delete;
   CsvTable& operator=(const CsvTable&) = delete;
 
@@ -48,7 +53,7 @@ class CsvTable {
   /// behind a closing quote is rejected and passed over; what stands behind an unclosed quote is rejected whole (in
   /// very large files: for some megabytes). Error as the constructor where a later piece cannot be read.
   bool Next();
-  [[nodiscard]] bool Has(std::size_t column) const { return places_[column] >= 0; }
+  [[nodiscard]] bool Has(std::size_t column) const { return firstPlaces_[column] >= 0; }
   /// Field of the current line; empty when the table has no such column.
   [[nodiscard]] std::string_view Field(std::size_t column) const;
   [[nodiscard]] const QString& Path() const { return path_; }
@@ -58,7 +63,8 @@ class CsvTable {
 
   /// Records that the current line is not used.
   void Reject(const QString& reason);
-  [[nodiscard]] std::vector<Rejection> TakeRejections() { return std::move(rejections_); }
+  /// Appends what has been rejected so far to `rejections`, and forgets it.
+  void MoveRejectionsTo(std::vector<Rejection>& rejections);
 
  private:
   struct SecondPlace {
@@ -67,7 +73,9 @@ class CsvTable {
   };
 
   void MapHeadings();
+  void SetBetterFirst();
   bool NextPiece();
+  void ChooseFields();
   [[nodiscard]] std::optional<QString> Disagreement() const;
 
   QString path_;
@@ -77,11 +85,18 @@ class CsvTable {
   std::unique_ptr<CsvReader> reader_;
   std::int64_t linesBefore_ = 0;  // in the pieces before
   std::vector<std::string> headings_;
-  std::vector<int> places_;  // field index of each asked column, -1 = not there
+  std::vector<int> firstPlaces_;  // field index of each asked column, -1 = not there
+  std::vector<int> places_;       // the same in the current line
   std::vector<SecondPlace> secondPlaces_;
   std::vector<Rejection> rejections_;
 };
 
+/// A field as a text.
+[[nodiscard]] QString FieldText(std::string_view utf8);
+/// 1, 1.0, true, Y, 是; letters in either case.
+[[nodiscard]] bool SaysYes(std::string_view text) noexcept;
+/// 0, 0.0, false, N, 否; letters in either case.
+[[nodiscard]] bool SaysNo(std::string_view text) noexcept;
 /// Nothing, or what programs write for it: nan, NaN, None, null, NaT and the like.
 [[nodiscard]] bool IsBlankCell(std::string_view text) noexcept;
 /// Above zero, below 1e9.

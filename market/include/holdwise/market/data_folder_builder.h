@@ -3,6 +3,7 @@
 #include <QString>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "holdwise/market/csv_table.h"
@@ -65,8 +66,29 @@ struct BuildObserver {
 /// outside its range.
 BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& observer = {});
 
+/// What a build has made of its files, for the next one: of a file of one stock's bars that has not been touched since,
+/// of which list date and factors are the same, in a market whose indices, trading dates, rates and options are the
+/// same, all that is made of it; of factor files what they hold; the proposals while their stocks are the same. As much
+/// as a build holds at its peak, some 15 KB a stock. One build at a time; not thread-safe.
+class BuildMemory {
+ public:
+  BuildMemory();
+  ~BuildMemory();
+  BuildMemory(const BuildMemory&) = delete;
+  BuildMemory& operator=(const BuildMemory&) = delete;
+
+  struct Work;
+  [[nodiscard]] Work& GetWork() { return *work_; }
+
+ private:
+  std::unique_ptr<Work> work_;
+};
+
+/// The same, byte for byte, in less time after a build with the same memory. An Error leaves the memory usable.
+BuildSummary BuildDataFolder(const BuildOptions& options, const BuildObserver& observer, BuildMemory& memory);
+
 /// Reads what BuildDataFolder would, with the same errors and reports, and writes nothing: `outFolder` is not looked
-/// at.
+/// at. No usable bars of any stock are no Error here: the summary's `series` is 0.
 BuildSummary CheckInputs(const BuildOptions& options, const BuildObserver& observer = {});
 
 }  // namespace holdwise

@@ -14,6 +14,7 @@ namespace holdwise {
 struct IndexReturns {
   std::vector<int> periods;  ///< as PeriodRow::period
   std::vector<double> returns;
+  bool operator==(const IndexReturns&) const = default;
 };
 /// The first bar of all has no previous close and therefore no return.
 [[nodiscard]] IndexReturns ReturnsOf(const PeriodSeries& series);
@@ -27,6 +28,7 @@ struct AlignedReturns {
   int first = 0;               ///< place in the index's periods of the first one that counts
   std::vector<double> values;  ///< from that one to the index's last, fractions; 0 in a period without a row
   int traded = 0;              ///< periods with a row among them
+  bool operator==(const AlignedReturns&) const = default;
 };
 /// What counts is said at ComputeFigures. Nothing: empty.
 [[nodiscard]] AlignedReturns AlignReturns(const PeriodSeries& series, const IndexReturns& index);

@@ -15,6 +15,7 @@ inline constexpr PeriodType kPeriodTypes[] = {PeriodType::Day, PeriodType::Week,
 struct Window {
   int startDate = 0;
   int endDate = 0;
+  bool operator==(const Window&) const = default;
 };
 
 struct PeriodRow {

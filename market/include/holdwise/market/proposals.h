@@ -22,6 +22,7 @@ struct ProposalOptions {
   int mostWeight = 200;     ///< of one stock, percent of the equal weight 1 / n; 100 to 1000
   int mostOfIndustry = 40;  ///< of one industry, percent, 1 to 100; with few stocks 1.5 / n
   int premium = 5;          ///< expected return of the composite index above the deposit rate, percent a year; 0 to 30
+  bool operator==(const ProposalOptions&) const = default;
 };
 /// Throws Error(Refused), naming the command line's option, when one is outside its range.
 void CheckProposalOptions(const ProposalOptions& options);

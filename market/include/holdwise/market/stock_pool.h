@@ -27,6 +27,7 @@ struct StockFacts {
   bool isSuspended = false;
   double turnover = 0;     ///< as MeanTurnover
   AlignedReturns returns;  ///< on the composite index's days
+  bool operator==(const StockFacts&) const = default;
 };
 
 /// Adds what is not in the bars.
@@ -40,6 +41,7 @@ struct PoolRules {
   bool takesSpecialTreatment = false;  ///< ST, *ST or being delisted (退) by its name
   int leastReturns = 200;              ///< days with a bar and a return inside the window
   int most = 300;                      ///< the stocks of the highest turnover, at most so many
+  bool operator==(const PoolRules&) const = default;
 };
 
 /// Why a stock is not in the pool, in the order in which it is asked.

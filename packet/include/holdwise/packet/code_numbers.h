@@ -11,6 +11,8 @@ inline constexpr int kCompositeIndex = 1;
 /// Shanghai Composite, Shenzhen Component, CSI 300.
 inline constexpr int kIndexNumbers[] = {kCompositeIndex, 399001, 399300};
 inline constexpr int kIndexCount = 3;
+/// Their names as shown, UTF-8.
+inline constexpr const char* kIndexNames[kIndexCount] = {"上证指数", "深证成指", "沪深300"};
 
 /// Place of an index in kIndexNumbers, -1 when the number is no index.
 [[nodiscard]] constexpr int IndexPlace(int codeNumber) noexcept {

@@ -16,5 +16,7 @@ inline constexpr double kLargestPrice = 1e6;
 /// Weights of a portfolio are rounded one by one.
 inline constexpr double kLargestWeight = 1.01;
 inline constexpr int kLargestStockNumber = 2 * kStockBase - 1;
+/// Holdings of one portfolio.
+inline constexpr int kMostHoldings = 500;
 
 }  // namespace holdwise

@@ -58,4 +58,8 @@ inline constexpr PacketLimits kTradingDatesLimits = LimitsOf({.rows = 100'000});
 inline constexpr PacketLimits kGroupsLimits =
     LimitsOf({.rows = 2 * kMostSecurities, .columns = 8, .rowTextBytes = 256});
 
+/// The exchange files: portfolios, and the holdings of all of them.
+inline constexpr PacketLimits kPortfoliosLimits = LimitsOf({.rows = 100'000, .rowTextBytes = 4096});
+inline constexpr PacketLimits kHoldingsLimits = LimitsOf({.rows = 1'000'000, .rowTextBytes = 256});
+
 }  // namespace holdwise

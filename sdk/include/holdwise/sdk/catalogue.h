@@ -95,6 +95,9 @@ class ViewCatalogue {
   /// The data behind the views has changed (an import): reload the shown view and ask for prices again. Nothing happens
   /// before the item has been entered.
   virtual void DataChanged() = 0;
+  /// What the user is working on in the views and has not stored, a line each in words for the user: it is lost with
+  /// the views. Empty when there is nothing. What stands in Inputs is not meant.
+  [[nodiscard]] virtual QStringList Unstored() const { return {}; }
 };
 
 }  // namespace holdwise

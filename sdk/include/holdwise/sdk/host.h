@@ -53,7 +53,7 @@ class Host {
 };
 
 /// Version of these headers; a plug-in refuses a host of another version.
-inline constexpr int kSdkVersion = 4;
+inline constexpr int kSdkVersion = 5;
 
 /// The functions a plug-in library exports with C linkage, in the order a host calls them: Initialize, GetPlugInName
 /// and GetPlugInVersion (UTF-8, static storage), GetPlugInEnter, ..., GetPlugInExit, Finalize. The library stays

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+// The terminal's window under a window manager: what its close button does meanwhile, and what a start remembers.
+#include <gtest/gtest.h>
+
+#include "hung_file.h"
+#include "screen.h"
+
+namespace holdwise::e2e {
+namespace {
+
+class Window : public testing::Test {
+ protected:
+  void SetUp() override {
+    for (const QString& missing : {MissingProgram(), MissingManager()})
+      if (!missing.isEmpty()) GTEST_SKIP() << missing.toStdString();
+    ASSERT_TRUE(screen_.IsThere());
+    manager_.setProcessEnvironment(screen_.Environment());
+    manager_.start(QStringLiteral("openbox"), {});
+    ASSERT_TRUE(manager_.waitForStarted());
+  }
+  void TearDown() override {
+    manager_.kill();
+    manager_.waitForFinished();
+  }
+  static QString MissingManager() {
+    return QStandardPaths::findExecutable(QStringLiteral("openbox")).isEmpty() ? QStringLiteral("openbox") : QString();
+  }
+  [[nodiscard]] static bool IsGone(RunningTerminal& terminal, int milliseconds = 30'000) {
+    return terminal.Process().waitForFinished(milliseconds);
+  }
+  /// On the button that the window manager has drawn at the right end of the main window's title.
+  void ClickClose() const {
+    const QString window = screen_.Do({"search", "--onlyvisible", "--name", "^Holdwise"}).section('\n', 0, 0);
+    (void)screen_.Do({"windowmove", "--sync", window, "0", "60"});
+    const QString width = screen_.Do({"getwindowgeometry", "--shell", window}).section("WIDTH=", 1).section('\n', 0, 0);
+    screen_.Click(width.toInt() - 9, 50);
+  }
+  [[nodiscard]] bool LogSays(const char* text) const {
+    return Until([&] { return Bytes(bench_.Work() + "/log/terminal.log").contains(text); }, 30'000);
+  }
+
+  const Screen screen_;
+  QProcess manager_;
+  Bench bench_;
+};
+
+TEST_F(Window, ClosedWhileItCalculatesItAsksFirst) {
+  bench_.data = bench_.File("data");
+  CopyFolder(SharedMarket().Data(), bench_.data);
+  test::HungFile rates(bench_.data + "/QMTL/TZZH/InterestRate.Dat");
+  if (!rates.IsHung()) GTEST_SKIP() << "no leases here";
+  RunningTerminal terminal(
+      bench_.Arguments({"--import", bench_.Write("p.csv", TwoPortfolios()), "--parameter", "Skip风险计量"}),
+      screen_.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  ASSERT_TRUE(screen_.Enter("^投资组合$")) << "the calculation's dialog";
+  ClickClose();
+  ASSERT_TRUE(screen_.Enter("询问"));
+  screen_.Keys({"Return"});  // of a question that is Cancel
+  ASSERT_TRUE(screen_.IsGone("询问"));
+  EXPECT_FALSE(IsGone(terminal, 500));
+  ClickClose();
+  ASSERT_TRUE(screen_.Enter("询问"));
+  screen_.Keys({"Tab", "space"});
+  EXPECT_TRUE(IsGone(terminal));
+  EXPECT_EQ(terminal.Process().exitCode(), 0);
+  EXPECT_TRUE(LogSays("风险计算未完成"));
+  rates.Release();
+  EXPECT_EQ(bench_.Export("2001-strngrd").size(), 2U) << "the portfolios are there";
+}
+
+/// Thousands of portfolios are on their way in, the window answers all the time, and Escape leaves none of them.
+TEST_F(Window, AnImportCanBeGivenUp) {
+  RunningTerminal terminal(bench_.Arguments({}), screen_.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  QByteArray csv = "name,code,quantity,price\n";
+  for (int portfolio = 0; portfolio < 20'000; ++portfolio)
+    for (int stock = 1; stock <= 3; ++stock)
+      csv += 'p' + QByteArray::number(portfolio) + ',' + QByteArray::number(600000 + stock) + ",100,1.00\n";
+  const QString file = bench_.Write("many.csv", csv);
+  ASSERT_TRUE(screen_.Enter("Holdwise"));
+  QProcess second;
+  second.setProcessEnvironment(BareEnvironment());
+  second.start(Program("holdwise-terminal"), bench_.Arguments({"--import", file}));
+  bool isGivenUp = false;
+  for (int attempt = 0; attempt < 40 && !isGivenUp && second.state() != QProcess::NotRunning; ++attempt) {
+    screen_.Keys({"Escape"});
+    isGivenUp = second.waitForFinished(200);
+  }
+  ASSERT_TRUE(isGivenUp);
+  EXPECT_NE(second.exitCode(), 0) << second.readAllStandardOutput().toStdString();
+  EXPECT_EQ(bench_.Export("2001-strngrd").size(), 0U);
+}
+
+}  // namespace
+}  // namespace holdwise::e2e
