@@ -64,12 +64,22 @@ HandOverAnswer Backups::WriteFile(const QString& file) {
   }
 }
 
+void Backups::KeepBeforeRestore() {
+  service_.Changed(ChangedBy::User);
+  const bool isTried = service_.WriteNow();
+  const backup::BackupState state = service_.State();
+  if (isTried && !state.isLost) return;
+  throw Error(ErrorCategory::Io, QStringLiteral("现在的组合要先留一份备份，但没有写成。%1")
+                                     .arg(isTried ? state.problem : QStringLiteral("数据库或磁盘没有及时回答"))
+                                     .toStdString());
+}
+
 HandOverAnswer Backups::RestoreFile(const QString& file, RestoreExtent extent) {
   try {
     const backup::PortfolioSet set = backup::LoadPortfolioFile(file);
-    service_.Changed(ChangedBy::User);
-    service_.WriteNow();
+    KeepBeforeRestore();
     const backup::RestorePlan plan = backup::Restore(database_, set, extent);
+    if (extent == RestoreExtent::Everything) folder_.Settle();  // the user has chosen
     return Told({QStringLiteral("已从“%1”恢复：\n%2").arg(file, plan.Text()), 0});
   } catch (const std::exception& error) {
     return Told({QStringLiteral("没有恢复，组合没有改变：%1").arg(TextOf(error)), 1});

@@ -26,7 +26,8 @@ class Backups {
 
   /// All portfolios into one file. Never throws.
   [[nodiscard]] HandOverAnswer WriteFile(const QString& file);
-  /// All portfolios from one file; what was there before is kept as a generation. Never throws.
+  /// All portfolios from one file; what was there before is kept as a generation, or beside them while it may be
+  /// damage, and nothing is restored when that fails. Never throws.
   [[nodiscard]] HandOverAnswer RestoreFile(const QString& file, backup::RestoreExtent extent);
   /// Asks for the file.
   void ExportFromMenu();
@@ -38,6 +39,8 @@ class Backups {
   /// `read`: the files looked at before, to which this one comes.
   [[nodiscard]] static RestorePreview PreviewOf(const backup::PortfolioSet& now, const QString& file,
                                                 bool isMissingOnly, std::map<QString, backup::PortfolioSet>& read);
+  /// Error(Io): what is there now could not be kept.
+  void KeepBeforeRestore();
   [[nodiscard]] HandOverAnswer Told(const HandOverAnswer& answer);
 
   ProcessParts& process_;

@@ -83,7 +83,10 @@ void Commands::RunFirst() {
 }
 
 ViewCatalogue* Commands::EnterViews() {
-  return parts_.pages == nullptr ? nullptr : parts_.pages->EnterViews();
+  ViewCatalogue* views = parts_.pages == nullptr ? nullptr : parts_.pages->EnterViews();
+  // What the plug-in has put back from its own files may be what the newest backup holds, which settles the doubt.
+  if (views != nullptr && !parts_.guard.Doubt().isEmpty()) parts_.backups.Service().WriteNow();
+  return views;
 }
 
 HandOverAnswer Commands::Restore(const QString& file) {
@@ -97,7 +100,9 @@ HandOverAnswer Commands::Restore(const QString& file) {
 HandOverAnswer Commands::BackUp(const QString& file) {
   // The plug-in may have portfolios to put back first.
   (void)EnterViews();
-  return parts_.backups.WriteFile(file);
+  HandOverAnswer answer = parts_.backups.WriteFile(file);
+  const QString doubt = parts_.guard.Doubt();
+  return doubt.isEmpty() ? answer : HandOverAnswer{answer.text + QLatin1Char('\n') + doubt, 1};
 }
 
 HandOverAnswer Commands::Import(const Command& command) {

@@ -53,6 +53,7 @@ class Commands {
  private:
   [[nodiscard]] CommandTargets Targets();
   void TakeHandedOver(const Command& command, HandOverServer::Answer answer);
+  /// Null: there are none.
   [[nodiscard]] ViewCatalogue* EnterViews();
   [[nodiscard]] HandOverAnswer Restore(const QString& file);
   [[nodiscard]] HandOverAnswer BackUp(const QString& file);

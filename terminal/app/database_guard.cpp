@@ -14,6 +14,8 @@ namespace {
 const QString kSetAside = QStringLiteral("移开数据库文件并恢复备份…");
 const QString kQuestionText = QStringLiteral("是否移开现在的数据库文件（改名保留）并恢复备份?\n%1");
 
+const health::Comparison kWrittenAnew{QStringLiteral("启动时两者不同，以数据库里的为准，已重新备份")};
+
 QString TextOf(const std::exception& error) {
   return QString::fromUtf8(error.what());
 }
@@ -116,9 +118,17 @@ void DatabaseGuard::Restore() {
   }
 }
 
+QString DatabaseGuard::Doubt() const {
+  return isUnsettled_ && !backups_.IsUnsettled() ? QString() : doubt_;
+}
+
 health::Comparison DatabaseGuard::Comparison() const {
   if (!HasBackups()) return health::Comparison::OfForeign();
-  if (!doubt_.isEmpty() && !isDamageTold_) return {doubt_, false};
+  if (!doubt_.isEmpty() && !isDamageTold_) {
+    const QString doubt = Doubt();
+    return doubt.isEmpty() ? health::Comparison{QStringLiteral("启动时两者不同，现在已经一致")}
+                           : health::Comparison{doubt, false};
+  }
   return comparison_;
 }
 
@@ -126,9 +136,15 @@ bool DatabaseGuard::Settle() {
   comparison_ = {QStringLiteral("启动时：") + look_.Line(), look_.finding == FirstLook::Finding::Sound};
   switch (look_.finding) {
     case FirstLook::Finding::Sound:
+      backups_.Settle();
+      return true;
+    case FirstLook::Finding::Uncompared:
+      if (!look_.backupProblem.isEmpty()) process_.Log().TellFailure(look_.backupProblem);
+      if (look_.now.portfolios.empty()) return true;
+      WriteBackup({QStringLiteral("启动时%1，已重新备份").arg(look_.Line()), look_.backupProblem.isEmpty()});
       return true;
     case FirstLook::Finding::Newer:
-      WriteBackup();
+      WriteBackup(kWrittenAnew);
       return true;
     case FirstLook::Finding::Differs:
     case FirstLook::Finding::Doubtful:
@@ -140,7 +156,7 @@ bool DatabaseGuard::Settle() {
 bool DatabaseGuard::SettleDifference() {
   const bool isDoubtful = look_.finding == FirstLook::Finding::Doubtful;
   const QString title = isDoubtful ? QStringLiteral("数据库里的组合有疑问") : QStringLiteral("数据库与最近的备份不同");
-  if (isDoubtful) doubt_ = title + QStringLiteral("：") + look_.problems.join(QStringLiteral("；"));
+  doubt_ = title + QStringLiteral("：") + (isDoubtful ? look_.problems.join(QStringLiteral("；")) : look_.Line());
   const QString why =
       isDoubtful
           ? QString()
@@ -149,18 +165,35 @@ bool DatabaseGuard::SettleDifference() {
   QStringList choices{QStringLiteral("保留数据库里的")};
   if (look_.backup) choices << kSetAside;
   const int chosen = Ask(title, why + look_.Text(), choices);
-  if (chosen == 0 && !isDoubtful) WriteBackup();
-  if (chosen <= 0) return true;
-  MoveFile();
+  if (chosen < 0) {
+    LeaveUnsettled();
+    isUnsettled_ = !isDoubtful;
+    return true;
+  }
+  if (isDoubtful && chosen == 0) return true;
   doubt_.clear();
+  if (chosen == 0) {
+    backups_.Settle();
+    WriteBackup(kWrittenAnew);
+    return true;
+  }
+  MoveFile();
   return false;
 }
 
-void DatabaseGuard::WriteBackup() {
+void DatabaseGuard::LeaveUnsettled() {
+  try {
+    backups_.MarkUnsettled();
+  } catch (const Error& error) {
+    process_.Log().TellFailure(QStringLiteral("不能记下还没有选择以哪一个为准：%1").arg(TextOf(error)));
+  }
+}
+
+void DatabaseGuard::WriteBackup(const health::Comparison& told) {
   try {
     const backup::Generation written = backups_.Write(look_.now, process_.Clock().Now());
     process_.Log().WriteLog(QStringLiteral("组合已备份到“%1”").arg(written.path));
-    comparison_ = {QStringLiteral("启动时两者不同，以数据库里的为准，已重新备份")};
+    comparison_ = told;
   } catch (const Error& error) {
     const QString text = QStringLiteral("组合没有备份：%1").arg(TextOf(error));
     process_.Log().WriteLog(text);
@@ -171,6 +204,7 @@ void DatabaseGuard::WriteBackup() {
 void DatabaseGuard::DamageFound(const QString& text) {
   if (std::exchange(isDamageTold_, true)) return;
   doubt_ = QStringLiteral("数据库文件已损坏：%1").arg(text);
+  isUnsettled_ = false;
   // Views that cannot be read never settle: nobody is to wait for them.
   if (process_.Asked().IsBatch()) QCoreApplication::exit(1);
   if (!HasBackups()) return process_.Log().TellFailure(doubt_);

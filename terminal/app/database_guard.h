@@ -34,7 +34,7 @@ class DatabaseGuard {
   /// A statement has met a damaged file; said and asked about once. Any thread.
   void DamageMet(const QString& text);
   /// What an export has to say about the stored portfolios; empty when nothing.
-  [[nodiscard]] const QString& Doubt() const { return doubt_; }
+  [[nodiscard]] QString Doubt() const;
   /// Why the file is damaged, which was found while the terminal runs; empty when that was not.
   [[nodiscard]] QString Damage() const { return isDamageTold_ ? doubt_ : QString(); }
   /// What the start has found out about the database and the newest backup, and what the user chose.
@@ -53,7 +53,10 @@ class DatabaseGuard {
   /// True unless the file was set aside: then the database is to be opened again.
   [[nodiscard]] bool Settle();
   [[nodiscard]] bool SettleDifference();
-  void WriteBackup();
+  /// `told`: how the comparison stands once it is written.
+  void WriteBackup(const health::Comparison& told);
+  /// Until the user has chosen, what may be damage takes no backup's place.
+  void LeaveUnsettled();
   void DamageFound(const QString& text);
   /// The place of the choice, which for setting the file aside was confirmed; below 0: none.
   [[nodiscard]] int Ask(const QString& title, const QString& text, const QStringList& choices);
@@ -65,6 +68,7 @@ class DatabaseGuard {
   const FirstLook& look_;
   const backup::BackupFolder backups_;
   QString doubt_;
+  bool isUnsettled_ = false;  ///< the doubt lasts until the folder of the backups is settled
   health::Comparison comparison_;
   bool isDamageTold_ = false;
   bool wantsRepair_ = false;

@@ -11,7 +11,8 @@ namespace holdwise {
 /// What there is to restore, for the user.
 [[nodiscard]] QString SafeText(const backup::BackupFolder& folder);
 
-/// Brings the newest generation that can be read back into the database, which then holds nothing else. @return what
+/// Brings the newest generation that can be read back into the database, which then holds nothing else: what was
+/// unsettled is settled. @return what
 /// was restored, for the user; empty when there is no generation. Throws what backup::Restore throws: nothing has
 /// changed. The thread of `database`.
 QString RestoreNewest(UserDataServices& database, const backup::BackupFolder& folder);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "first_look.h"
 
-#include "backup/portfolio_file.h"
 #include "backup/restore.h"
 
 namespace holdwise {
@@ -9,17 +8,26 @@ namespace {
 
 void ReadBackup(FirstLook& look, const backup::BackupFolder& folder) {
   try {
-    look.newest = folder.Newest();
-    if (look.newest) look.backup = backup::LoadPortfolioFile(look.newest->path);
-  } catch (const Error&) {  // nothing to compare with
-    look.newest.reset();
+    const std::optional<backup::Generation> newest = folder.Newest();
+    if (std::optional<backup::UsableGeneration> usable = folder.NewestUsable()) {
+      look.newest = std::move(usable->generation);
+      look.backup = std::move(usable->set);
+    }
+    if (newest && (!look.newest || look.newest->path != newest->path))
+      look.backupProblem = QStringLiteral("最近的备份“%1”不能使用").arg(newest->path);
+  } catch (const Error& error) {
+    look.backupProblem = QString::fromUtf8(error.what());
   }
 }
 
-FirstLook::Finding FindingOf(const FirstLook& look, bool wasClosed) {
-  if (!look.problems.isEmpty()) return FirstLook::Finding::Doubtful;
-  if (!look.backup || *look.backup == look.now) return FirstLook::Finding::Sound;
-  return wasClosed ? FirstLook::Finding::Differs : FirstLook::Finding::Newer;
+FirstLook::Finding FindingOf(const FirstLook& look, bool mayBeNewer) {
+  using Finding = FirstLook::Finding;
+  if (!look.problems.isEmpty()) return Finding::Doubtful;
+  const bool isAnythingKept = look.backup || !look.now.portfolios.empty() || !look.backupProblem.isEmpty();
+  if (!isAnythingKept) return Finding::Sound;
+  if (!look.backup) return Finding::Uncompared;
+  if (*look.backup == look.now) return look.backupProblem.isEmpty() ? Finding::Sound : Finding::Uncompared;
+  return mayBeNewer ? Finding::Newer : Finding::Differs;
 }
 
 }  // namespace
@@ -34,9 +42,12 @@ QString TextOf(const backup::Generation& generation) {
 QString FirstLook::Text() const {
   if (finding == Finding::Sound) return {};
   QStringList lines;
+  if (!backupProblem.isEmpty()) lines << backupProblem;
   if (!problems.isEmpty()) lines << QStringLiteral("数据库里有不可能是输入的内容：") << problems;
   lines << QStringLiteral("数据库：%1 个组合，%2 条持股").arg(now.portfolios.size()).arg(now.HoldingCount());
-  lines << (newest ? QStringLiteral("最近的备份：") + holdwise::TextOf(*newest) : QStringLiteral("没有可用的备份"));
+  lines << (newest ? (backupProblem.isEmpty() ? QStringLiteral("最近的备份：") : QStringLiteral("之前的备份：")) +
+                         holdwise::TextOf(*newest)
+                   : QStringLiteral("没有可用的备份"));
   if (backup && *backup != now) {
     lines << QStringLiteral("用备份恢复会这样改变数据库：")
           << backup::PlanRestore(now, *backup, backup::RestoreExtent::Everything).Text();
@@ -54,7 +65,7 @@ FirstLook LookAtDatabase(DatabaseStatements& database, const backup::BackupFolde
   look.now = backup::ReadPortfolios(database);
   look.problems = backup::ProblemsOf(look.now, backup::ReadGenerators(database));
   ReadBackup(look, folder);
-  look.finding = FindingOf(look, wasClosed);
+  look.finding = FindingOf(look, !wasClosed && !folder.IsUnsettled());
   return look;
 }
 

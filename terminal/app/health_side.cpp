@@ -64,6 +64,7 @@ health::Table HealthSide::Now() const {
   if (backupProblem) facts.backupProblem = backupProblem();
   facts.databaseProblem = window_.PlaceProblem();
   if (facts.databaseProblem.isEmpty()) facts.databaseProblem = guard_.Damage();
+  facts.mirrorProblem = mirror_.Problem(facts.workFolder);
   facts.comparison = guard_.Comparison();
   if (market_ == nullptr) {
     facts.dataProblem = QStringLiteral("不能使用，原因见窗口");
@@ -93,6 +94,7 @@ void HealthSide::Look() {
 
 int CheckAtRest(const Options& options) {
   health::Facts facts = FactsOf(options);
+  facts.mirrorProblem = health::MirrorReader().Problem(facts.workFolder);
   try {
     FirebirdUserData::Check(DatabaseTarget::FromText(options.database), options.LockFolder());
     facts.comparison = CompareAtRest(options);

@@ -39,6 +39,7 @@ class HealthSide {
   WindowSide& window_;
   const DatabaseGuard& guard_;
   const std::unique_ptr<MarketSide>& market_;
+  mutable health::MirrorReader mirror_;  ///< only remembers
   QTimer timer_;
 };
 

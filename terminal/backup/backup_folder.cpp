@@ -83,9 +83,11 @@ void BackupFolder::Make() const {
 
 std::vector<Generation> BackupFolder::List() const {
   const QDir folder(path_);
-  if (!folder.exists()) return {};
-  if (!QFileInfo(path_).isReadable())
-    throw Error(ErrorCategory::Io, QStringLiteral("备份目录“%1”不能读取").arg(path_).toStdString());
+  const QFileInfo place(path_);
+  const QFileInfo parent(place.path());
+  if (!place.exists() && (parent.isDir() || !parent.exists())) return {};
+  if (!place.isDir() || !place.isReadable())
+    throw Error(ErrorCategory::Io, QStringLiteral("备份目录“%1”不是目录或不能读取").arg(path_).toStdString());
   std::vector<Generation> generations;
   for (const QString& name : folder.entryList(QDir::Files, QDir::Name | QDir::Reversed))
     if (const auto generation = GenerationOf(folder, name)) generations.push_back(*generation);
@@ -98,6 +100,16 @@ std::optional<Generation> BackupFolder::Newest() const {
   const std::vector<Generation> generations = List();
   if (generations.empty()) return std::nullopt;
   return generations.front();
+}
+
+std::optional<UsableGeneration> BackupFolder::NewestUsable() const {
+  for (const Generation& generation : List()) {
+    try {
+      return UsableGeneration{generation, LoadPortfolioFile(generation.path)};
+    } catch (const Error&) {  // an older one, then
+    }
+  }
+  return std::nullopt;
 }
 
 std::vector<Generation> BackupFolder::Superfluous(const std::vector<Generation>& newestFirst) {
@@ -139,6 +151,19 @@ QString BackupFolder::WriteDoubtful(const PortfolioSet& set, const QDateTime& no
       folder.entryList({QStringLiteral("doubtful-*.csv")}, QDir::Files, QDir::Name | QDir::Reversed);
   for (const QString& name : names.mid(kDoubtfulKept)) QFile::remove(folder.filePath(name));
   return path;
+}
+
+bool BackupFolder::IsUnsettled() const {
+  return QFileInfo::exists(MarkPath());
+}
+
+void BackupFolder::MarkUnsettled() const {
+  Make();
+  WriteFileAtomically(MarkPath(), {}, Durability::Lasting);
+}
+
+void BackupFolder::Settle() const {
+  QFile::remove(MarkPath());
 }
 
 }  // namespace holdwise::backup

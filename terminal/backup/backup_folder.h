@@ -17,6 +17,12 @@ struct Generation {
   int holdings = 0;
 };
 
+/// A generation that has been read.
+struct UsableGeneration {
+  Generation generation;
+  PortfolioSet set;
+};
+
 /// The folder of a database's generations: "backups" in the work folder for the database there, a folder of its own in
 /// that one for any other:
 /// "portfolios-YYYYMMDD-HHMMSS-<portfolios>-<holdings>.csv" each. What stays: the ten newest, the last of each of the
@@ -27,10 +33,12 @@ class BackupFolder {
   explicit BackupFolder(const QString& workFolder, const QString& database = {});
 
   [[nodiscard]] const QString& Path() const { return path_; }
-  /// Newest first. A folder that is not there has none; one that cannot be read: Error(Io). Opens no file.
+  /// Newest first. A folder that is not there has none; one that cannot be read or is none: Error(Io). Opens no file.
   [[nodiscard]] std::vector<Generation> List() const;
   /// The first of List.
   [[nodiscard]] std::optional<Generation> Newest() const;
+  /// The newest one that can be read back. Error(Io): the folder cannot be read.
+  [[nodiscard]] std::optional<UsableGeneration> NewestUsable() const;
 
   /// Writes a new generation, flushed to the disk, reads it back and only then removes those that need not stay. A set
   /// with problems (ProblemsOf): Error(Refused). Not written, or not what was written: Error(Io, Corrupt), and the
@@ -41,11 +49,19 @@ class BackupFolder {
   /// three newest stay. Error(Io).
   QString WriteDoubtful(const PortfolioSet& set, const QDateTime& now) const;
 
+  /// Whether the database may be damaged, which nobody has decided yet: until then no generation is made of it.
+  [[nodiscard]] bool IsUnsettled() const;
+  /// Notes that, also for starts to come. Error(Io).
+  void MarkUnsettled() const;
+  /// It has been decided.
+  void Settle() const;
+
   /// Which of the generations (newest first) need not stay. Pure.
   [[nodiscard]] static std::vector<Generation> Superfluous(const std::vector<Generation>& newestFirst);
 
  private:
   void Make() const;
+  [[nodiscard]] QString MarkPath() const { return path_ + QStringLiteral("/unsettled"); }
 
   QString path_;
 };

@@ -65,13 +65,14 @@ void BackupService::Changed(ChangedBy by) {
   wake_.TellAll();
 }
 
-void BackupService::WriteNow(std::chrono::milliseconds longest) {
+bool BackupService::WriteNow(std::chrono::milliseconds longest) {
   const auto latest = Clock::now() + longest;
   const MutexLock lock(mutex_);
   const unsigned number = ++asked_;
   wake_.TellAll();
   while (served_ < number && done_.WaitUntil(mutex_, latest)) {
   }
+  return served_ >= number;
 }
 
 BackupState BackupService::State() const {

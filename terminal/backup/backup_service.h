@@ -48,8 +48,9 @@ class BackupService {
   void BeforeChange();
   /// After a commit that may have changed something. Any thread.
   void Changed(ChangedBy by);
-  /// Writes what is not written yet; returns when that was tried, or after `longest`. Any thread but the service's.
-  void WriteNow(std::chrono::milliseconds longest = std::chrono::minutes(1));
+  /// Writes what is not written yet; returns when that was tried, or after `longest`: then false. Any thread but the
+  /// service's.
+  bool WriteNow(std::chrono::milliseconds longest = std::chrono::minutes(1));
   /// How the generations stand. Any thread.
   [[nodiscard]] BackupState State() const;
 

@@ -141,6 +141,14 @@ int PortfolioSet::HoldingCount() const {
   return static_cast<int>(count);
 }
 
+bool IsEnteredAlike(const PortfolioSet& left, const PortfolioSet& right) {
+  const auto entered = [](PortfolioSet set) {
+    for (SavedPortfolio& portfolio : set.portfolios) portfolio.isClose = portfolio.knownTo = std::nullopt;
+    return set;
+  };
+  return entered(left) == entered(right);
+}
+
 PortfolioSet ReadPortfolios(DatabaseStatements& database) {
   const ResultSet rows = database.Query(sql::kAllRows);
   return RowReader(rows).Read();

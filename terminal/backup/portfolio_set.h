@@ -49,6 +49,10 @@ struct PortfolioSet {
   [[nodiscard]] int HoldingCount() const;
 };
 
+/// Whether a person has entered the same in both: they may differ in what the plug-in itself finds out about an index
+/// level, which the exchange files do not bring back.
+[[nodiscard]] bool IsEnteredAlike(const PortfolioSet& left, const PortfolioSet& right);
+
 /// The last numbers given away; 0 when none was.
 struct Generators {
   std::int64_t portfolio = 0;

@@ -6,11 +6,13 @@
 #include <unordered_set>
 
 #include "backup_statements.h"
+#include "portfolio_change.h"
 
 namespace holdwise::backup {
 namespace {
 
 constexpr qsizetype kMostNames = 20;
+constexpr qsizetype kMostChanges = 10;
 
 /// A plan with what carries it out.
 struct Work {
@@ -57,6 +59,7 @@ void PlanBack(const SavedPortfolio& portfolio, const SavedPortfolio* there, cons
     return;
   } else {
     work.plan.changed.append(portfolio.name);
+    if (work.plan.changes.size() < kMostChanges) work.plan.changes.append(ChangeText(*there, portfolio));
     work.deleted.push_back(portfolio.id);
   }
   work.inserted.push_back(&portfolio);
@@ -128,9 +131,9 @@ bool RestorePlan::IsNothing() const {
 }
 
 QString RestorePlan::Text() const {
-  QStringList lines{Line(QStringLiteral("恢复"), added), Line(QStringLiteral("改回"), changed),
-                    Line(QStringLiteral("去掉"), removed),
-                    Line(QStringLiteral("因名称或编号已被占用而不恢复"), leftOut)};
+  QStringList lines{Line(QStringLiteral("恢复"), added), Line(QStringLiteral("改回"), changed)};
+  lines << changes << Line(QStringLiteral("去掉"), removed)
+        << Line(QStringLiteral("因名称或编号已被占用而不恢复"), leftOut);
   if (orphans > 0) lines.append(QStringLiteral("去掉%1条不属于任何组合的持股").arg(orphans));
   if (IsNothing()) lines.append(QStringLiteral("没有要改变的"));
   lines.append(QStringLiteral("不变的组合：%1个").arg(unchanged));

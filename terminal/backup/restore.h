@@ -18,12 +18,14 @@ enum class RestoreExtent {
 struct RestorePlan {
   QStringList added;    ///< come back
   QStringList changed;  ///< are as in the set afterwards
+  QStringList changes;  ///< what of them, a line each, as it is and as it will be; of ten at most
   QStringList removed;  ///< are not in the set and go
   QStringList leftOut;  ///< would come back, but another portfolio has the name or the numbers of its holdings by now
   int unchanged = 0;
   int orphans = 0;  ///< holdings of no portfolio, which go
   [[nodiscard]] bool IsNothing() const;
-  /// For the user, a line each for what is added, changed, removed, left out (at most 20 names each). Never empty.
+  /// For the user, a line each for what is added, changed, removed, left out (at most 20 names each), and the changes.
+  /// Never empty.
   [[nodiscard]] QString Text() const;
 };
 

@@ -10,6 +10,7 @@
 
 #include "backup/backup_folder.h"
 #include "holdwise/packet/error.h"
+#include "holdwise/packet/packet_file.h"
 
 namespace holdwise::health {
 namespace {
@@ -69,11 +70,19 @@ Row CheckRow(const Facts& facts) {
   return {subject, QStringLiteral("%1 完整检查过，没有发现损坏").arg(TimeText(record.lastModified()))};
 }
 
+QFileInfo DetailOf(const QString& workFolder) {
+  return QFileInfo(QDir(workFolder).filePath(QStringLiteral("TZZHDetail.dat")));
+}
+
+QFileInfo MergeOf(const QString& workFolder) {
+  return QFileInfo(QDir(workFolder).filePath(QStringLiteral("TZZHMerge.dat")));
+}
+
 Row MirrorRow(const Facts& facts) {
   const QString subject = QStringLiteral("镜像文件");
   const QDir folder(facts.workFolder);
-  const QFileInfo detail(folder.filePath(QStringLiteral("TZZHDetail.dat")));
-  const QFileInfo merge(folder.filePath(QStringLiteral("TZZHMerge.dat")));
+  const QFileInfo detail = DetailOf(facts.workFolder);
+  const QFileInfo merge = MergeOf(facts.workFolder);
   const QStringList refused = folder.entryList({QStringLiteral("TZZH*.bad*")}, QDir::Files);
   if (!refused.isEmpty()) {
     return {subject,
@@ -85,6 +94,11 @@ Row MirrorRow(const Facts& facts) {
   if (detail.exists() != merge.exists())
     return {subject, QStringLiteral("两个镜像文件缺了一个，正常退出一次会重新写"), false};
   if (!detail.exists()) return {subject, QStringLiteral("还没有写过，正常退出时写")};
+  if (!facts.mirrorProblem.isEmpty()) {
+    return {subject,
+            QStringLiteral("读不出来（%1），正常退出一次会重新写，读不出来的一份会保留").arg(facts.mirrorProblem),
+            false};
+  }
   return {subject, QStringLiteral("写于 %1").arg(TimeText(std::min(detail.lastModified(), merge.lastModified())))};
 }
 
@@ -184,6 +198,24 @@ Row LogRow(const Facts& facts) {
 }
 
 }  // namespace
+
+const QString& MirrorReader::Problem(const QString& workFolder) {
+  QString now;
+  for (const QFileInfo& file : {DetailOf(workFolder), MergeOf(workFolder)}) {
+    now += QStringLiteral("%1 %2 %3 ").arg(file.isFile()).arg(file.size()).arg(file.lastModified().toMSecsSinceEpoch());
+  }
+  if (now == read_) return problem_;
+  read_ = now;
+  problem_.clear();
+  for (const QFileInfo& file : {DetailOf(workFolder), MergeOf(workFolder)}) {
+    try {
+      (void)ReadPacketFile(file.filePath());
+    } catch (const Error& error) {
+      if (error.Category() != ErrorCategory::NotFound) problem_ = QString::fromUtf8(error.what());
+    }
+  }
+  return problem_;
+}
 
 Table TableOf(const Facts& facts) {
   return {DatabaseRow(facts), CheckRow(facts), MirrorRow(facts), BackupRow(facts), ComparisonRow(facts),

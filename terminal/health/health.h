@@ -6,8 +6,8 @@
 #include <optional>
 #include <vector>
 
-/// Whether the terminal and what it keeps are well, as one table. Reads files' names, sizes and dates and nothing else;
-/// what has to be asked of others is handed in. Any thread; never throws.
+/// Whether the terminal and what it keeps are well, as one table. Reads files' names, sizes and dates and, with
+/// MirrorReader, the exchange files; what has to be asked of others is handed in. Any thread; never throws.
 namespace holdwise::health {
 
 /// One line of the table.
@@ -17,6 +17,17 @@ struct Row {
   bool isWell = true;  ///< false: somebody should look
 };
 using Table = std::vector<Row>;
+
+/// Reads the exchange files of a work folder, again only when they have been written. One thread at a time.
+class MirrorReader {
+ public:
+  /// Why the two cannot be read; empty when they can, or when one of them is not there.
+  [[nodiscard]] const QString& Problem(const QString& workFolder);
+
+ private:
+  QString read_;  ///< what was read last, by sizes and dates
+  QString problem_;
+};
 
 /// How the database stands beside the newest backup.
 struct Comparison {
@@ -35,6 +46,7 @@ struct Facts {
   bool isServer = false;    ///< nothing is known of its file
   QString databaseProblem;  ///< why it cannot be used; empty when it can
   QString checkRecord;      ///< file whose date is that of the last full check; empty: there is none
+  QString mirrorProblem;    ///< MirrorReader's
   QString backupProblem;    ///< why the latest change is in no backup; empty when it is
   Comparison comparison;
   QString dataFolder;

@@ -46,10 +46,15 @@ WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
     QMetaObject::invokeMethod(
         &window_, [this, text] { window_.TellFailure(text); }, Qt::QueuedConnection);
   });
+  process_.Log().SetOutcomeListener([this](const QString& text) {
+    QMetaObject::invokeMethod(
+        &window_, [this, text] { window_.TellOutcome(text); }, Qt::QueuedConnection);
+  });
 }
 
 WindowSide::~WindowSide() {
   process_.Log().SetFailureListener({});
+  process_.Log().SetOutcomeListener({});
   if (places_ && !places_->Problem().isEmpty()) return;  // settings would make the folder anew
   if (!process_.Asked().IsBatch()) process_.Settings().setValue(kGeometrySetting, window_.saveGeometry());
 }

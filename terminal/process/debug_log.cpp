@@ -52,6 +52,16 @@ void DebugLog::SetFailureListener(std::function<void(const QString&)> listener) 
   failureListener_ = std::move(listener);
 }
 
+void DebugLog::TellOutcome(const QString& text) {
+  const MutexLock lock(listenerMutex_);
+  if (outcomeListener_) outcomeListener_(text);
+}
+
+void DebugLog::SetOutcomeListener(std::function<void(const QString&)> listener) {
+  const MutexLock lock(listenerMutex_);
+  outcomeListener_ = std::move(listener);
+}
+
 QStringList DebugLog::Lines() const {
   const MutexLock lock(mutex_);
   return lines_;

@@ -26,6 +26,7 @@ class DebugLog : public DebugServers {
   /// Any thread.
   void WriteLog(const QString& text) override;
   void TellFailure(const QString& text) override;
+  void TellOutcome(const QString& text) override;
 
   /// The lines in memory with their time, oldest first. Any thread.
   [[nodiscard]] QStringList Lines() const;
@@ -34,6 +35,8 @@ class DebugLog : public DebugServers {
   void SetListener(std::function<void()> listener);
   /// The same for what TellFailure is called with.
   void SetFailureListener(std::function<void(const QString&)> listener);
+  /// The same for TellOutcome.
+  void SetOutcomeListener(std::function<void(const QString&)> listener);
 
  private:
   void MakeRoom() HOLDWISE_REQUIRES(mutex_);
@@ -45,6 +48,7 @@ class DebugLog : public DebugServers {
   Mutex listenerMutex_;  ///< apart, so that a listener may read the lines
   std::function<void()> listener_ HOLDWISE_GUARDED_BY(listenerMutex_);
   std::function<void(const QString&)> failureListener_ HOLDWISE_GUARDED_BY(listenerMutex_);
+  std::function<void(const QString&)> outcomeListener_ HOLDWISE_GUARDED_BY(listenerMutex_);
 };
 
 }  // namespace holdwise

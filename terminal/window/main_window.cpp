@@ -22,7 +22,7 @@ namespace {
 constexpr QSize kFirstSize{1280, 800};
 constexpr QSize kWindowBorders{16, 48};
 constexpr int kTellMilliseconds = 8000;
-constexpr int kFailureMilliseconds = 60'000;
+constexpr int kLongMilliseconds = 60'000;
 
 QLabel* AddStatus(QStatusBar& bar) {
   auto* label = new QLabel(&bar);
@@ -203,7 +203,11 @@ void MainWindow::Tell(const QString& text) {
 
 void MainWindow::TellFailure(const QString& text) {
   const bool saysSo = text.contains(QStringLiteral("未完成"));
-  statusBar()->showMessage(saysSo ? text : QStringLiteral("没有完成：%1").arg(text), kFailureMilliseconds);
+  statusBar()->showMessage(saysSo ? text : QStringLiteral("没有完成：%1").arg(text), kLongMilliseconds);
+}
+
+void MainWindow::TellOutcome(const QString& text) {
+  statusBar()->showMessage(text, kLongMilliseconds);
 }
 
 void MainWindow::ShowProgress(int done, int total) {

@@ -57,6 +57,8 @@ class MainWindow : public QMainWindow {
   void Tell(const QString& text);
   /// One that stays there for a minute: something was not done.
   void TellFailure(const QString& text);
+  /// One that stays there for a minute: something was done that can be undone.
+  void TellOutcome(const QString& text);
   /// Progress of long work with 取消 beside it, painted at once because the event loop may not run meanwhile; `total` 0
   /// hides both.
   void ShowProgress(int done, int total);

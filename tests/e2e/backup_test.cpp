@@ -78,6 +78,64 @@ TEST_F(Backups, AFileThatIsNotWholeIsRefused) {
   EXPECT_EQ(AllPortfolios(bench_.Work()), before);
 }
 
+TEST_F(Backups, WithoutOneOfWhatIsThereNothingIsRestored) {
+  Import();
+  const QByteArray before = AllPortfolios(bench_.Work());
+  Bench elsewhere;
+  ASSERT_EQ(RunTerminal(elsewhere.Arguments({"--import",
+                                             elsewhere.Write("p.csv",
+                                                             "name,code,quantity,price\n丙,600003,10,3\n"
+                                                             "丙,600004,10,4\n"),
+                                             "--backup", bench_.File("other.csv")}))
+                .exitCode,
+            0);
+  ASSERT_TRUE(QDir(bench_.Work() + "/backups").removeRecursively());
+  (void)bench_.Write("work/backups", "x");
+  const Outcome outcome = Alone({"--restore", bench_.File("other.csv")}, bench_.Work());
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains(QStringLiteral("没有恢复，组合没有改变"))) << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.err.contains(QStringLiteral("要先留一份备份"))) << outcome.err.toStdString();
+  ASSERT_TRUE(QFile::remove(bench_.Work() + "/backups"));
+  EXPECT_EQ(AllPortfolios(bench_.Work()), before);
+}
+
+TEST_F(Backups, WithoutOneOfWhatIsThereNothingIsRestoredFromTheMenu) {
+  const Screen screen;
+  if (!screen.IsThere()) GTEST_SKIP() << "no Xvfb";
+  Import();
+  const QByteArray before = AllPortfolios(bench_.Work());
+  Bench other;
+  ASSERT_EQ(RunTerminal(other.Arguments({"--import",
+                                         other.Write("p.csv",
+                                                     "name,code,quantity,price\n丙,600003,10,3\n"
+                                                     "丙,600004,10,4\n"),
+                                         "--backup", bench_.File("other.csv")}))
+                .exitCode,
+            0);
+  {
+    RunningTerminal running(bench_.Arguments({}), screen.Environment());
+    ASSERT_TRUE(running.WaitForWindow());
+    ASSERT_TRUE(screen.Enter("Holdwise"));
+    screen.Keys({"alt+f", "r"});
+    ASSERT_TRUE(screen.Enter("恢复组合"));
+    screen.Keys({"alt+o"});
+    ASSERT_TRUE(screen.Enter("选择备份"));
+    screen.Keys({"ctrl+a"});
+    screen.Type(bench_.File("other.csv"));
+    screen.Keys({"Return"});
+    ASSERT_TRUE(screen.Enter("恢复组合"));
+    screen.Keys({"alt+a"});
+    ASSERT_TRUE(QDir(bench_.Work() + "/backups").removeRecursively());
+    (void)bench_.Write("work/backups", "x");
+    screen.Keys({"alt+r"});
+    ASSERT_TRUE(screen.Enter("恢复结果"));
+    screen.Keys({"Return"});
+    ASSERT_GE(running.Signal(SIGTERM), 0);
+  }
+  ASSERT_TRUE(QFile::remove(bench_.Work() + "/backups"));
+  EXPECT_EQ(AllPortfolios(bench_.Work()), before);
+}
+
 class BackupsAtTheEnd : public Backups, public testing::WithParamInterface<int> {};
 INSTANTIATE_TEST_SUITE_P(Signals, BackupsAtTheEnd, testing::Values(SIGTERM, SIGHUP, SIGQUIT));
 

@@ -201,10 +201,122 @@ class ChangedDatabase : public DamagedDatabase {
   static constexpr const char* kTitle = "数据库与最近的备份不同";
 };
 
-TEST_F(ChangedDatabase, IsSaidByAnExportWhichGoesOn) {
+TEST_F(ChangedDatabase, IsSaidByAnExportWhichGoesOnAndEndsWithOne) {
+  const QString newest = Backups().Newest()->path;
+  for (const char* time : {"once", "again"}) {
+    const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File(time)}));
+    EXPECT_EQ(outcome.exitCode, 1) << time;
+    EXPECT_TRUE(outcome.err.contains(kTitle)) << outcome.err.toStdString();
+    EXPECT_EQ(ReadCsv(bench_.File(QString(time) + "/2001-strngrd.csv")).size(), 3U) << "the figures are there";
+    EXPECT_EQ(Backups().Newest()->path, newest);
+  }
+  const Outcome saved = RunTerminal(bench_.Arguments({"--backup", bench_.File("all.csv")}));
+  EXPECT_EQ(saved.exitCode, 1);
+  EXPECT_TRUE(saved.err.contains(kTitle)) << saved.err.toStdString();
+  EXPECT_TRUE(Bytes(bench_.File("all.csv")).contains("甲,600001,101,"));
+  EXPECT_EQ(Backups().Newest()->path, newest);
+  const Outcome check = RunTerminal(bench_.Arguments({"--check"}));
+  EXPECT_EQ(check.exitCode, 1);
+  EXPECT_TRUE(check.out.contains("注意  与备份比较：")) << check.out.toStdString();
+}
+
+TEST_F(ChangedDatabase, WhatIsEnteredMeanwhileIsKeptBesideTheBackups) {
+  const QString newest = Backups().Newest()->path;
+  for (const char* name : {"一", "二", "三", "四"}) {
+    const QString more = bench_.Write(
+        "more.csv", QByteArray("name,code,quantity,price\n") + name + ",600003,10,3\n" + name + ",600004,10,4\n");
+    const Outcome outcome = RunTerminal(bench_.Arguments({"--import", more}));
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    EXPECT_TRUE(outcome.err.contains("没有作为备份保存")) << outcome.err.toStdString();
+  }
+  EXPECT_EQ(Backups().Newest()->path, newest);
+  const QStringList beside = QDir(Backups().Path()).entryList({"doubtful-*.csv"}, QDir::Files, QDir::Name);
+  ASSERT_EQ(beside.size(), 3);
+  EXPECT_TRUE(Bytes(Backups().Path() + '/' + beside.back()).contains("\n四,"));
+}
+
+TEST_F(ChangedDatabase, IsAskedAboutAgainWhenThePageWasClosed) {
+  const Screen screen;
+  if (!screen.IsThere()) GTEST_SKIP() << "Xvfb";
+  const QString newest = Backups().Newest()->path;
+  for (const int signal : {SIGTERM, SIGKILL, SIGTERM}) {
+    RunningTerminal terminal(bench_.Arguments({}), screen.Environment());
+    ASSERT_TRUE(screen.Enter(kTitle));
+    screen.Keys({"Escape"});
+    ASSERT_TRUE(terminal.WaitForWindow());
+    const Outcome check = RunTerminal(bench_.Arguments({"--check"}));
+    EXPECT_TRUE(check.out.contains("注意  与备份比较：")) << check.out.toStdString();
+    (void)terminal.Signal(signal);
+    EXPECT_EQ(Backups().Newest()->path, newest);
+  }
+}
+
+TEST_F(ChangedDatabase, IsSettledByAnOrderedRestore) {
+  const QString file = Backups().Newest()->path;
+  EXPECT_EQ(RunTerminal(bench_.Arguments({"--restore", file})).exitCode, 0);
   const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
   EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
-  EXPECT_TRUE(outcome.err.contains(kTitle)) << outcome.err.toStdString();
+}
+
+// The pair is sound and holds nothing, the database is gone: neither says what was there, the backup does.
+TEST_F(DamagedDatabase, AnEmptyMirrorTakesNoBackupsPlace) {
+  const Bench empty;
+  ASSERT_EQ(RunTerminal(empty.Arguments({"--export", empty.File("out")})).exitCode, 0);
+  for (const char* name : {"/TZZHDetail.dat", "/TZZHMerge.dat"}) {
+    ASSERT_TRUE(QFile::remove(bench_.Work() + name));
+    ASSERT_TRUE(QFile::copy(empty.Work() + name, bench_.Work() + name));
+  }
+  ASSERT_TRUE(QFile::remove(File()));
+  for (const char* time : {"once", "again"}) {
+    const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File(time)}));
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(outcome.err.contains("数据库与最近的备份不同")) << outcome.err.toStdString();
+    EXPECT_EQ(Backups().Newest()->portfolios, 2);
+  }
+}
+
+/// Backups that cannot be compared with.
+class SpoiledBackups : public DamagedDatabase {
+ protected:
+  [[nodiscard]] Outcome Check() const { return RunTerminal(bench_.Arguments({"--check"})); }
+};
+
+TEST_F(SpoiledBackups, APlainFileInTheirPlaceIsSaid) {
+  ASSERT_TRUE(QDir(Backups().Path()).removeRecursively());
+  (void)bench_.Write("work/backups", "x");
+  const Outcome check = Check();
+  EXPECT_EQ(check.exitCode, 1);
+  EXPECT_TRUE(check.out.contains("注意  备份：")) << check.out.toStdString();
+  EXPECT_TRUE(check.out.contains("注意  与备份比较：")) << check.out.toStdString();
+}
+
+TEST_F(SpoiledBackups, NoneBesidePortfoliosIsSaidAndTheNextStartWritesOne) {
+  ASSERT_TRUE(QDir(Backups().Path()).removeRecursively());
+  const Outcome check = Check();
+  EXPECT_EQ(check.exitCode, 1);
+  EXPECT_TRUE(check.out.contains("没有可用的备份")) << check.out.toStdString();
+  EXPECT_EQ(RunTerminal(bench_.Arguments({"--export", bench_.File("after")})).exitCode, 0);
+  EXPECT_EQ(Check().exitCode, 0);
+  EXPECT_EQ(Backups().Newest()->portfolios, 2);
+}
+
+TEST_F(SpoiledBackups, ThatCannotBeReadAreSaidAndFollowedByAGoodOne) {
+  for (const backup::Generation& generation : Backups().List()) {
+    QFile file(generation.path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    QByteArray bytes = file.readAll();
+    bytes[bytes.indexOf("600001") + 5] = '3';
+    ASSERT_TRUE(file.seek(0));
+    file.write(bytes);
+  }
+  const QString spoiled = Backups().Newest()->path;
+  const Outcome check = Check();
+  EXPECT_EQ(check.exitCode, 1);
+  EXPECT_TRUE(check.out.contains(spoiled)) << check.out.toStdString();
+  const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
+  EXPECT_TRUE(outcome.err.contains(spoiled)) << outcome.err.toStdString();
+  EXPECT_EQ(Check().exitCode, 0);
+  EXPECT_NE(Backups().Newest()->path, spoiled);
 }
 
 TEST_F(ChangedDatabase, IsKeptWhenTheUserWantsItAndNotAskedAboutAgain) {

@@ -92,6 +92,15 @@ TEST_F(ExchangeFiles, ThatAreDamagedAreNotHalfRead) {
   EXPECT_TRUE(log.contains(kPair[1])) << log.toStdString();
 }
 
+TEST_F(ExchangeFiles, ThatBringEverythingBackLeaveNoDoubtBehind) {
+  for (const char* time : {"again", "later"}) {
+    const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File(time)}));
+    EXPECT_EQ(outcome.exitCode, 0) << time << outcome.err.toStdString();
+    EXPECT_EQ(outcome.err.contains("数据库与最近的备份不同"), QString(time) == "again") << outcome.err.toStdString();
+  }
+  EXPECT_EQ(RunTerminal(bench_.Arguments({"--check"})).exitCode, 0);
+}
+
 TEST_F(ExchangeFiles, BelongToOneDatabase) {
   const QString csv = bench_.Write("more.csv", OneMore());
   // The lost one, made anew, inherits.

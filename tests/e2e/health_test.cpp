@@ -110,6 +110,27 @@ TEST_F(HealthCheck, TheStatusBarIsAmberWhileSomethingIsNotWell) {
   EXPECT_GE(running.Signal(SIGTERM), 0);
 }
 
+TEST_F(HealthCheck, AnEmptiedMirrorIsSaidAndTheEndWritesItAnew) {
+  const QString work = bench_.Work();
+  for (const char* name : {"/TZZHDetail.dat", "/TZZHMerge.dat"}) {
+    QFile file(work + name);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+  }
+  const Outcome ill = RunTerminal(bench_.Arguments({"--check"}));
+  EXPECT_EQ(ill.exitCode, 1);
+  EXPECT_TRUE(LineOf(ill.out, "镜像文件").startsWith("注意")) << ill.out.toStdString();
+  {
+    RunningTerminal running(bench_.Arguments({}));
+    ASSERT_TRUE(running.WaitForWindow());
+    EXPECT_EQ(RunTerminal(bench_.Arguments({"--check"})).exitCode, 1);
+    ASSERT_GE(running.Signal(SIGTERM), 0);
+  }
+  EXPECT_EQ(RunTerminal(bench_.Arguments({"--check"})).exitCode, 0);
+  const QString log = QString::fromUtf8(Bytes(work + "/log/terminal.log"));
+  EXPECT_TRUE(log.contains("原先保存的组合文件读不出来")) << log.toStdString();
+  EXPECT_FALSE(log.contains("比原先的少"));
+}
+
 TEST_F(HealthCheck, TheRunningTerminalAnswers) {
   RunningTerminal running(bench_.Arguments({}));
   ASSERT_TRUE(running.WaitForWindow());

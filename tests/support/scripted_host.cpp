@@ -167,6 +167,16 @@ std::vector<QString> ScriptedDebug::Failures() const {
   return failures_;
 }
 
+void ScriptedDebug::TellOutcome(const QString& text) {
+  const std::lock_guard guard(lock_);
+  outcomes_.push_back(text);
+}
+
+std::vector<QString> ScriptedDebug::Outcomes() const {
+  const std::lock_guard guard(lock_);
+  return outcomes_;
+}
+
 std::vector<QString> ScriptedDebug::Lines() const {
   const std::lock_guard guard(lock_);
   return lines_;

@@ -86,11 +86,15 @@ class ScriptedDebug final : public DebugServers {
   void TellFailure(const QString& text) override;
   /// What the user was told.
   [[nodiscard]] std::vector<QString> Failures() const;
+  void TellOutcome(const QString& text) override;
+  /// What the user was told that was no failure.
+  [[nodiscard]] std::vector<QString> Outcomes() const;
 
  private:
   mutable std::mutex lock_;
   std::vector<QString> lines_;
   std::vector<QString> failures_;
+  std::vector<QString> outcomes_;
 };
 
 class ScriptedKeyCodes final : public KeyCodeServices {

@@ -137,6 +137,8 @@ TEST_F(PerformanceDeletion, IsLoggedWithTheName) {
   PressPicture(0);
   ASSERT_EQ(bench.host.debug.Lines().size(), 1U);
   EXPECT_TRUE(bench.host.debug.Lines().front().contains(QStringLiteral("已删除组合“进取”")));
+  EXPECT_EQ(bench.host.debug.Outcomes(),
+            std::vector<QString>{QStringLiteral("已删除组合“进取”，可用“文件→恢复…”找回")});
 }
 
 TEST_F(PerformanceDeletion, TheQuestionsPortfolioGoesEvenWhenTheListMovesBehindIt) {

@@ -356,6 +356,37 @@ TEST_F(PerformanceView, AnIndustryWiderThanItsColumnIsHinted) {
   EXPECT_FALSE(QToolTip::isVisible());
 }
 
+// Holdings that are not found.
+
+TEST_F(PerformanceView, ANameThatTheDatabaseDoesNotFindIsSaid) {
+  AddTwo();
+  Open();
+  EXPECT_EQ(frame->Notice().text, QString());
+  bench.database.Service().Execute(QStringLiteral("update alg_commain set COMNAME = '稳建' where ID = 1"));
+  Click(*portfolios, kName, 1);
+  EXPECT_EQ(Title(), QStringLiteral("稳健-成分股表现"));
+  EXPECT_EQ(holdings->RowCount(), 3) << "unchanged: intended";
+  EXPECT_EQ(frame->Notice().text, QStringLiteral("没有找到持股"));
+  EXPECT_TRUE(frame->Notice().hint.contains(QStringLiteral("“稳健”"))) << frame->Notice().hint.toStdString();
+  const QString told = bench.mainFrame->findChild<TitleStrip*>()->Notice().text();
+  EXPECT_TRUE(told.contains(QStringLiteral("没有找到持股"))) << told.toStdString();
+  bench.database.Service().Execute(QStringLiteral("update alg_commain set COMNAME = '稳健' where ID = 1"));
+  Click(*portfolios, kName, 0);
+  Click(*portfolios, kName, 1);
+  EXPECT_EQ(holdings->RowCount(), 1);
+  EXPECT_EQ(frame->Notice().text, QString());
+}
+
+TEST_F(PerformanceView, APortfolioWithoutHoldingsIsSaidBecauseTheListStandsStill) {
+  AddTwo();
+  bench.database.Service().Execute(QStringLiteral("delete from alg_comdetail where MAINID = 2"));
+  Open();
+  bench.DeliverPrices(PricesOfThree());
+  Refresh();
+  EXPECT_EQ(portfolios->Cells(kValue, 1), QString()) << "intended";
+  EXPECT_TRUE(frame->Notice().hint.contains(QStringLiteral("“进取”"))) << frame->Notice().hint.toStdString();
+}
+
 // Layout and painting.
 
 TEST_F(PerformanceView, ColumnsFollowTheWidth) {

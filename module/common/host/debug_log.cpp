@@ -38,7 +38,9 @@ void LogCurrentException(const QString& unit, const QString& routine) {
 }
 
 void LogDeletion(const QString& portfolioName) {
-  ModuleHost().Debug().WriteLog(QStringLiteral("用户已删除组合“%1”，可用“文件→恢复…”找回").arg(portfolioName));
+  const QString text = QStringLiteral("已删除组合“%1”，可用“文件→恢复…”找回").arg(portfolioName);
+  ModuleHost().Debug().WriteLog(QStringLiteral("用户") + text);
+  ModuleHost().Debug().TellOutcome(text);
 }
 
 }  // namespace holdwise

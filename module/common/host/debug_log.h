@@ -15,7 +15,8 @@ void LogFailure(const QString& unit, const QString& routine, const QString& text
 /// see.
 void LogCurrentException(const QString& unit, const QString& routine);
 
-/// Writes to the host's debug log that the user has deleted a portfolio, with its name. Any thread.
+/// Writes to the host's debug log that the user has deleted a portfolio, with its name, and tells the user how it comes
+/// back. Any thread.
 void LogDeletion(const QString& portfolioName);
 
 }  // namespace holdwise

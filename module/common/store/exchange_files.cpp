@@ -53,7 +53,8 @@ QString DoubtAbout(const Pair& pair) {
 /// What is lost when a new pair takes the place of the one in the folder.
 struct Loss {
   bool isAny = false;
-  QString doubt;  ///< why it is no loss that a person can have meant; empty when it may be one
+  bool isUnreadable = false;  ///< nobody knows of what
+  QString doubt;              ///< why it is no loss that a person can have meant; empty when it may be one
 };
 
 Loss LossBy(const Pair& next) {
@@ -61,14 +62,15 @@ Loss LossBy(const Pair& next) {
   std::optional<Pair> earlier;
   try {
     earlier = ReadPair();
-  } catch (const Error&) {  // nobody knows what is in it
-    return {true, {}};
+  } catch (const Error&) {
+    return {true, true, {}};
   }
   const QString doubt = DoubtAbout(next);
   const bool wasSound = !earlier->portfolios.IsEmpty() && DoubtAbout(*earlier).isEmpty();
-  if (wasSound && !doubt.isEmpty()) return {true, doubt};
+  if (wasSound && !doubt.isEmpty()) return {true, false, doubt};
   return {next.holdings.RowCount() < earlier->holdings.RowCount() ||
               next.portfolios.RowCount() < earlier->portfolios.RowCount(),
+          false,
           {}};
 }
 
@@ -80,9 +82,10 @@ void SavePair(const Pair& pair, const exchange::Identity& database) {
   const QString time = exchange::Replace(pair.holdings, pair.portfolios, loss.isAny);
   exchange::NoteOwner(database);
   if (time.isEmpty()) return;
-  QString text =
-      QStringLiteral("保存的组合比原先的少，原先的一份另存为 TZZHDetail.dat.%1.kept 和 TZZHMerge.dat.%1.kept")
-          .arg(time);
+  QString text = QStringLiteral("%1，原先的一份另存为 TZZHDetail.dat.%2.kept 和 TZZHMerge.dat.%2.kept")
+                     .arg(loss.isUnreadable ? QStringLiteral("原先保存的组合文件读不出来，已重新写")
+                                            : QStringLiteral("保存的组合比原先的少"),
+                          time);
   if (!loss.doubt.isEmpty()) text = QStringLiteral("数据库里的组合可能已损坏：%1。").arg(loss.doubt) + text;
   ModuleHost().Debug().WriteLog(text);
   if (!loss.doubt.isEmpty()) ModuleHost().Debug().TellFailure(text);

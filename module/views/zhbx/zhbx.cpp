@@ -93,11 +93,33 @@ void TFrm_ZHBX::InitAppear() {
 }
 
 void TFrm_ZHBX::DoInit_() {
+  unfound_.clear();
   list_->ReflashData();
   SendFrameMessage(*this, FrameMessage::ReflashNowPrice);
 }
 
+ViewNotice TFrm_ZHBX::Notice() const {
+  if (unfound_.isEmpty()) return {};
+  return {.text = QStringLiteral("没有找到持股"),
+          .hint = QStringLiteral(
+                      "没有找到组合“%1”的持股，选中它时下面的持股不是它的，列表里的实时数据也不更新；数据库可能已"
+                      "损坏，请看“帮助→状态”，可用“文件→恢复…”从备份找回")
+                      .arg(unfound_.join(QStringLiteral("”、“"))),
+          .lacking = {}};
+}
+
+void TFrm_ZHBX::Note(const QString& name, bool isFound) {
+  const bool wasFound = !unfound_.contains(name);
+  if (isFound == wasFound) return;
+  if (isFound)
+    unfound_.removeAll(name);
+  else
+    unfound_.append(name);
+  NoticeChanged();
+}
+
 void TFrm_ZHBX::ReflashNowPrice() {
+  // The list stands still, too, while the selected portfolio shows no holdings: intended. Notice says so.
   if (holdings_->Grid().IsEmpty() || list_->Grid().IsEmpty()) return;
   performance::RefreshHoldings(holdings_->Grid(), closesDue_);
   performance::RefreshPortfolios(list_->Grid());
@@ -108,9 +130,10 @@ void TFrm_ZHBX::ShowHoldings(int row) {
   const QString& name = list_->Grid().Cells(performance::kName, row);
   holdings_->SetCaption(name + QStringLiteral("-") + HoldingsCaption());
   const auto id = Database().Count(sql::PortfolioByName(name));
-  if (id <= -1) return;
+  if (id <= -1) return Note(name, false);
   const ResultSet holdings = Database().Query(sql::HoldingsOf(QString::number(id)));
   closesDue_ = performance::ShowHoldings(holdings, holdings_->Grid());
+  Note(name, !holdings.IsEmpty());
   SendFrameMessage(*this, FrameMessage::ReflashNowPrice);
 }
 

@@ -19,10 +19,13 @@ class TFrm_ZHBX : public TViewFrame {
 
   void DoInit_() override;
   void ReflashNowPrice() override;
+  [[nodiscard]] ViewNotice Notice() const override;
 
  private:
   void InitAppear();
   void ShowHoldings(int row);
+  /// Whether the portfolio's holdings were there when it was shown.
+  void Note(const QString& name, bool isFound);
   void AskAndDelete(int row);
   /// Makes an unsaved copy for the editor, and says what it is called.
   void CopyToEditor(int row);
@@ -32,6 +35,7 @@ class TFrm_ZHBX : public TViewFrame {
   PortfolioList* list_;
   HoldingsPanel* holdings_;
   CellButtons delete_;
+  QStringList unfound_;    ///< portfolios shown without holdings, by name
   QStringList closesDue_;  ///< codes of the holdings shown, until their closes are read
 };
 

@@ -77,6 +77,9 @@ TEST_F(ExchangeFiles, APairThatNobodyCanReadIsKept) {
   const QByteArray pair = PairBytes();
   SaveZHFile();
   EXPECT_EQ(KeptPair(".kept"), pair);
+  ASSERT_EQ(host_.debug.Lines().size(), 1U);
+  EXPECT_TRUE(host_.debug.Lines()[0].contains(QStringLiteral("读不出来"))) << host_.debug.Lines()[0].toStdString();
+  EXPECT_FALSE(host_.debug.Lines()[0].contains(QStringLiteral("比原先的少"))) << "nobody knows";
 }
 
 // What a damaged database gives: as many portfolios as before, and rows that nobody entered.

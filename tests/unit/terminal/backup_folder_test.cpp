@@ -187,6 +187,43 @@ TEST_F(BackupFolderTest, DamageThatComesBackIsSaidAgain) {
   EXPECT_EQ(Files().filter(QStringLiteral("doubtful-")).size(), 1);
 }
 
+TEST_F(BackupFolderTest, WhatNobodyHasDecidedDoesNotBecomeAGeneration) {
+  AddThree();
+  const Generation newest = folder_.Write(Now(), At(2026, 3, 4));
+  const PortfolioSet good = Now();
+  folder_.MarkUnsettled();
+  Do(QStringLiteral("update alg_commain set COMNAME='价直' where ID=1"));
+  BackupWriter writer(folder_, clock_, log_);
+  EXPECT_EQ(writer.Write(Now()), BackupWriter::Outcome::Doubtful);
+  EXPECT_TRUE(writer.State().problem.contains(QStringLiteral("还没有选择"))) << writer.State().problem.toStdString();
+  EXPECT_FALSE(writer.State().isLost);
+  EXPECT_EQ(folder_.Newest()->path, newest.path);
+  const QStringList beside = Files().filter(QStringLiteral("doubtful-"));
+  ASSERT_EQ(beside.size(), 1);
+  EXPECT_EQ(LoadPortfolioFile(folder_.Path() + QLatin1Char('/') + beside[0]), Now()) << "it can be restored from";
+  // Alike in what a person has entered: what the exchange files bring back.
+  Do(QStringLiteral("update alg_commain set COMNAME='稳健一号',INDEXISCLOSE=null,KNOWNTO=null where ID=1"));
+  ASSERT_NE(Now(), good);
+  EXPECT_EQ(writer.Write(Now()), BackupWriter::Outcome::Done);
+  EXPECT_FALSE(folder_.IsUnsettled());
+  EXPECT_EQ(writer.State().problem, QString());
+  Do(QStringLiteral("update alg_commain set COMNAME='价直' where ID=1"));
+  EXPECT_EQ(writer.Write(Now()), BackupWriter::Outcome::Done);
+  EXPECT_EQ(LoadPortfolioFile(folder_.Newest()->path), Now());
+}
+
+TEST_F(BackupFolderTest, AnOlderGenerationHoldsBackWhenTheNewestCannotBeRead) {
+  AddThree();
+  folder_.Write(Now(), At(2026, 3, 4));
+  QFile file(folder_.Write(Now(), At(2026, 3, 5)).path);
+  ASSERT_TRUE(file.resize(file.size() / 2));
+  folder_.MarkUnsettled();
+  Do(QStringLiteral("update alg_commain set COMNAME='价直' where ID=1"));
+  BackupWriter writer(folder_, clock_, log_);
+  EXPECT_EQ(writer.Write(Now()), BackupWriter::Outcome::Doubtful);
+  EXPECT_EQ(folder_.List().size(), 2U);
+}
+
 TEST_F(BackupFolderTest, ANewestGenerationThatIsDamagedIsFollowedByAGoodOne) {
   AddThree();
   BackupWriter first(folder_, clock_, log_);
@@ -206,9 +243,13 @@ TEST_F(BackupFolderTest, WhatIsNotWrittenIsSaid) {
   BackupWriter writer(folder_, clock_, log_);
   EXPECT_EQ(writer.Write(Now()), BackupWriter::Outcome::Failed);
   EXPECT_TRUE(writer.State().problem.contains(folder_.Path())) << writer.State().problem.toStdString();
+  EXPECT_TRUE(writer.State().isLost);
+  EXPECT_THROW((void)folder_.List(), Error) << "not that there is none";
+  EXPECT_THROW((void)BackupFolder(work_.path(), QStringLiteral("/elsewhere/other.fdb")).List(), Error);
   ASSERT_TRUE(inTheWay.remove());
   EXPECT_EQ(writer.Write(Now()), BackupWriter::Outcome::Done);
   EXPECT_EQ(writer.State().problem, QString());
+  EXPECT_FALSE(writer.State().isLost);
 }
 
 }  // namespace

@@ -58,6 +58,11 @@ TEST(DebugLogTest, FailuresGoToTheirListenerAndNotIntoTheLog) {
   log.SetFailureListener({});
   log.TellFailure("nobody listens");
   EXPECT_EQ(told, QStringList{"磁盘空间不足"});
+  log.SetOutcomeListener([&told](const QString& text) { told.append(text); });
+  log.TellOutcome("已删除");
+  log.SetOutcomeListener({});
+  log.TellOutcome("nobody listens");
+  EXPECT_EQ(told, (QStringList{"磁盘空间不足", "已删除"}));
   EXPECT_TRUE(log.Lines().isEmpty());
 }
 

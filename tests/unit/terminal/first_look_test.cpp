@@ -37,6 +37,11 @@ class FirstLookTest : public testing::Test {
   void WriteBackup() {
     (void)folder_.Write(backup::ReadPortfolios(Data()), QDateTime(QDate(2024, 5, 30), QTime(15, 1, 2)));
   }
+  static void Spoil(const QString& path) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write("rubbish");
+  }
   [[nodiscard]] FirstLook Look(bool wasClosed = true) { return LookAtDatabase(Data(), folder_, wasClosed); }
 
   test::TempDatabase temporary_;
@@ -44,9 +49,20 @@ class FirstLookTest : public testing::Test {
   backup::BackupFolder folder_{work_.path()};
 };
 
-TEST_F(FirstLookTest, WithoutABackupThereIsNothingToCompare) {
+TEST_F(FirstLookTest, WithoutABackupItIsUncomparedUnlessNothingWasEntered) {
+  EXPECT_EQ(Look().finding, FirstLook::Finding::Uncompared);
+  EXPECT_TRUE(Look().Line().contains(QStringLiteral("数据库：2 个组合，4 条持股；没有可用的备份")));
+  for (const char* table : {"alg_comdetail", "alg_commain"})
+    Data().Execute(QStringLiteral("delete from ") + QString::fromUtf8(table));
   EXPECT_EQ(Look().finding, FirstLook::Finding::Sound);
   EXPECT_EQ(Look().Text(), QString());
+}
+
+TEST_F(FirstLookTest, AFolderOfBackupsThatIsNoneIsSaid) {
+  QFile inTheWay(folder_.Path());
+  ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+  EXPECT_EQ(Look().finding, FirstLook::Finding::Uncompared);
+  EXPECT_TRUE(Look().Line().contains(QStringLiteral("不是目录"))) << Look().Line().toStdString();
 }
 
 TEST_F(FirstLookTest, AlikeIsSoundHoweverItEnded) {
@@ -70,6 +86,13 @@ TEST_F(FirstLookTest, ADifferenceAfterAnOrderlyEndHasBothSides) {
   EXPECT_TRUE(look.Text().contains(QStringLiteral("数据库：1 个组合，2 条持股"))) << look.Text().toStdString();
   EXPECT_TRUE(look.Text().contains(QStringLiteral("最近的备份：2024-05-30 15:01:02（2 个组合，4 条持股）")));
   EXPECT_TRUE(look.Text().contains(QStringLiteral("进取")));
+}
+
+TEST_F(FirstLookTest, AChangedValueHasBothSides) {
+  WriteBackup();
+  Run(QStringLiteral("update alg_commain set COMNAME = '进去' where ID = 2"));
+  const FirstLook look = Look();
+  EXPECT_TRUE(look.Text().contains(QStringLiteral("“进取”：名称 进去 → 进取"))) << look.Text().toStdString();
 }
 
 TEST_F(FirstLookTest, EveryEnteredValueCounts) {
@@ -114,14 +137,36 @@ TEST_F(FirstLookTest, WhatNobodyCanHaveEnteredIsDoubtfulWithOrWithoutABackup) {
   }
 }
 
-TEST_F(FirstLookTest, ABackupThatCannotBeReadIsNoSide) {
+TEST_F(FirstLookTest, AnOlderBackupTakesThePlaceOfOneThatCannotBeRead) {
   WriteBackup();
-  QFile file(folder_.Newest()->path);
-  ASSERT_TRUE(file.open(QIODevice::Append));
-  file.write("rubbish");
-  file.close();
+  const QString older = folder_.Newest()->path;
+  (void)folder_.Write(backup::PortfolioSet{}, QDateTime(QDate(2024, 5, 31), QTime(15, 0)));
+  const QString newest = folder_.Newest()->path;
+  Spoil(newest);
+  FirstLook look = Look();
+  EXPECT_EQ(look.finding, FirstLook::Finding::Uncompared) << "alike the older one";
+  EXPECT_TRUE(look.Line().contains(newest)) << look.Line().toStdString();
   Run(QStringLiteral("update alg_comdetail set PZSL = 301 where ID = 1"));
-  EXPECT_EQ(Look().finding, FirstLook::Finding::Sound);
+  look = Look();
+  EXPECT_EQ(look.finding, FirstLook::Finding::Differs);
+  EXPECT_TRUE(look.Text().contains(newest)) << look.Text().toStdString();
+  EXPECT_TRUE(look.Text().contains(QStringLiteral("之前的备份：2024-05-30 15:01:02（2 个组合，4 条持股）")));
+  EXPECT_EQ(Look(false).finding, FirstLook::Finding::Newer);
+  Spoil(older);
+  look = Look();
+  EXPECT_EQ(look.finding, FirstLook::Finding::Uncompared);
+  EXPECT_TRUE(look.Text().contains(newest)) << look.Text().toStdString();
+  EXPECT_TRUE(look.Text().contains(QStringLiteral("没有可用的备份")));
+}
+
+TEST_F(FirstLookTest, ADifferenceThatNobodyHasDecidedOutlivesAnUncleanEnd) {
+  WriteBackup();
+  Run(QStringLiteral("update alg_comdetail set PZSL = 301 where ID = 1"));
+  folder_.MarkUnsettled();
+  EXPECT_EQ(Look(false).finding, FirstLook::Finding::Differs);
+  (void)RestoreNewest(Data(), folder_);
+  EXPECT_FALSE(folder_.IsUnsettled()) << "the user has chosen";
+  EXPECT_EQ(Look(false).finding, FirstLook::Finding::Sound);
 }
 
 // --- repair ---

@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include "holdwise/packet/packet_file.h"
+
 namespace holdwise::health {
 namespace {
 
@@ -101,6 +103,25 @@ TEST_F(HealthTest, TheMirror) {
   ASSERT_TRUE(QFile::remove(folder_.filePath("TZZHMerge.dat.20240531-093000.bad")));
   ASSERT_TRUE(QFile::remove(folder_.filePath("TZZHMerge.dat")));
   ExpectIn("镜像文件", false, "缺了一个");
+}
+
+TEST_F(HealthTest, AMirrorThatCannotBeReadIsSaidUntilItIsWrittenAnew) {
+  const QString detail = folder_.filePath("TZZHDetail.dat");
+  const QString merge = folder_.filePath("TZZHMerge.dat");
+  MirrorReader reader;
+  WritePacketFile(detail, ResultSet(), Durability::Replaceable);
+  WritePacketFile(merge, ResultSet(), Durability::Replaceable);
+  EXPECT_EQ(reader.Problem(folder_.path()), QString());
+  ExpectIn("镜像文件", true, "写于");
+  Write(merge, {});
+  facts_.mirrorProblem = reader.Problem(folder_.path());
+  EXPECT_TRUE(facts_.mirrorProblem.contains(merge)) << facts_.mirrorProblem.toStdString();
+  EXPECT_EQ(reader.Problem(folder_.path()), facts_.mirrorProblem) << "remembered";
+  ExpectIn("镜像文件", false, "读不出来");
+  WritePacketFile(merge, ResultSet(), Durability::Replaceable);
+  EXPECT_EQ(reader.Problem(folder_.path()), QString());
+  ASSERT_TRUE(QFile::remove(merge));
+  EXPECT_EQ(reader.Problem(folder_.path()), QString()) << "said otherwise";
 }
 
 TEST_F(HealthTest, BackupQuotesDataAndLog) {

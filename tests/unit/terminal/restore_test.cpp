@@ -65,12 +65,44 @@ TEST_F(RestoreTest, ThePlanSaysWhatChanges) {
   Add(QStringLiteral("新的"), 2);
   const QString unchanged = Everything();
   const RestorePlan plan = PlanRestore(Now(), set, RestoreExtent::Everything);
-  EXPECT_EQ(plan.Text(), QStringLiteral("恢复1个组合：老张's，\"甲\"\n改回1个组合：稳健一号\n去掉1个组合：新的\n"
+  EXPECT_EQ(plan.Text(), QStringLiteral("恢复1个组合：老张's，\"甲\"\n改回1个组合：稳健一号\n"
+                                        "“稳健一号”：600000 数量 999 → 100\n去掉1个组合：新的\n"
                                         "去掉1条不属于任何组合的持股\n不变的组合：1个"));
   EXPECT_EQ(Everything(), unchanged);  // looking at the plan has done nothing
   Bring(set);
   EXPECT_EQ(Now(), set);
   EXPECT_TRUE(PlanRestore(Now(), set, RestoreExtent::Everything).IsNothing());
+}
+
+TEST_F(RestoreTest, ThePlanShowsBothSidesOfWhatChanges) {
+  AddThree();
+  const PortfolioSet set = Now();
+  const std::pair<const char*, const char*> cases[] = {
+      {"update alg_commain set COMNAME='稳健\x01号' where ID=1", "“稳健一号”：名称 稳健\\x01号 → 稳健一号"},
+      {"update alg_commain set ZSCLOSEPRICE=3123.5 where ID=1", "“稳健一号”：上证指数 3123.5 → 3123.45"},
+      {"update alg_commain set ZHFG=null,MBSYL=0.13 where ID=1",
+       "“稳健一号”：目标收益率 0.13 → 0.12；组合风格 无 → 稳健型"},
+      {"update alg_comdetail set SECUCODE=1600008 where ID=2", "“稳健一号”：600008 代码 600008 → 600007"},
+      {"delete from alg_comdetail where ID=2", "“稳健一号”：600007 无 → 200股"},
+      {"insert into alg_comdetail (ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE) values (900,1,1000001,5,0.1,1)",
+       "“稳健一号”：000001 5股 → 无"},
+      {"update alg_comdetail set PZSL=PZSL+1,BUYPRICE=1,PZBL=0.25 where MAINID=1",
+       "“稳健一号”：600000 数量 101 → 100；600000 买入价 1 → 8.01；600000 比例 0.25 → 0.3333333333333333；"
+       "600007 数量 201 → 200；600007 买入价 1 → 9.01；600007 比例 0.25 → 0.3333333333333333；另有3处"}};
+  for (const auto& [change, expected] : cases) {
+    Do(QString::fromUtf8(change));
+    EXPECT_EQ(PlanRestore(Now(), set, RestoreExtent::Everything).changes, QStringList{QString::fromUtf8(expected)});
+    Bring(set);
+  }
+}
+
+TEST_F(RestoreTest, ThePlanShowsTenOfManyChanges) {
+  for (int number = 0; number < 12; ++number) Add(QStringLiteral("组合%1").arg(number), 1);
+  const PortfolioSet set = Now();
+  Do(QStringLiteral("update alg_comdetail set PZSL=PZSL+1"));
+  const RestorePlan plan = PlanRestore(Now(), set, RestoreExtent::Everything);
+  EXPECT_EQ(plan.changed.size(), 12);
+  EXPECT_EQ(plan.changes.size(), 10);
 }
 
 TEST_F(RestoreTest, MissingOnesComeBackBesideWhatIsNewer) {

@@ -286,6 +286,8 @@ TEST(MainWindowTest, TellsInTheStatusBarWhatWasNotDone) {
   MainWindow window(theme, {});
   window.TellFailure("磁盘空间不足");
   EXPECT_EQ(window.statusBar()->currentMessage(), "没有完成：磁盘空间不足");
+  window.TellOutcome("已删除");
+  EXPECT_EQ(window.statusBar()->currentMessage(), "已删除");
 }
 
 TEST(MainWindowTest, TellsInTheStatusBarWhatOfTheDataIsNotUsed) {

@@ -28,6 +28,8 @@ class DebugServers {
   /// What the user has to know at once: something was not done because the disk is full, the database is locked or the
   /// like. Not an addition to the log; a host shows it without asking for an answer, or ignores it. Throws nothing.
   virtual void TellFailure(const QString& /*text*/) {}
+  /// What was done and how to undo it. As TellFailure in all else.
+  virtual void TellOutcome(const QString& /*text*/) {}
 };
 
 /// The host's keyboard capture for its own quick entry. User-interface thread only.
