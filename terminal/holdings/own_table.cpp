@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "holdings/portfolio_rules.h"
+#include "holdwise/packet/code_text.h"
 #include "portfolio_collector.h"
 #include "records.h"
 #include "security_names.h"
@@ -38,6 +39,14 @@ int ColumnOf(const QString& heading) {
       {QStringLiteral("买入日期"), kDate},     {QStringLiteral("创建日期"), kDate},
   };
   return kHeadings.value(NormalisedHeading(heading), -1);
+}
+
+/// What each field of a heading row stands for; -1: none of the columns.
+std::vector<int> ColumnsOf(const std::vector<std::string_view>& fields) {
+  std::vector<int> columns;
+  columns.reserve(fields.size());
+  for (const std::string_view field : fields) columns.push_back(ColumnOf(TextOf(field)));
+  return columns;
 }
 
 bool IsNameOfAnything(const QString& heading) {
@@ -95,21 +104,19 @@ class Parser {
     const int line = records.Line();
     const std::size_t before = result_.problems.size();
     columns_.fill(-1);
-    int place = 0;
-    for (const std::string_view field : records.Fields()) {
-      const QString heading = TextOf(field);
-      const int column = ColumnOf(heading);
-      if (column < 0) {
+    const std::vector<int> columns = ColumnsOf(records.Fields());
+    fieldCount_ = columns.size();
+    for (std::size_t place = 0; place < fieldCount_; ++place) {
+      const QString heading = TextOf(records.Fields()[place]);
+      if (columns[place] < 0) {
         Report(line, QStringLiteral("表头第%1列“%2”不认识").arg(place + 1).arg(heading));
-      } else if (int& slot = columns_[static_cast<std::size_t>(column)]; slot >= 0) {
+      } else if (int& slot = columns_[static_cast<std::size_t>(columns[place])]; slot >= 0) {
         Report(line, QStringLiteral("表头第%1列“%2”重复").arg(place + 1).arg(heading));
       } else {
-        slot = place;
-        result_.shape.used.emplace_back(heading, QString::fromUtf8(kTitles[static_cast<std::size_t>(column)]));
+        slot = static_cast<int>(place);
+        result_.shape.used.emplace_back(heading, QString::fromUtf8(kTitles[static_cast<std::size_t>(columns[place])]));
       }
-      ++place;
     }
-    fieldCount_ = static_cast<std::size_t>(place);
     result_.shape.headingLine = line;
     for (std::size_t column = 0; column < kNeeded; ++column) {
       if (columns_[column] < 0) {
@@ -128,7 +135,8 @@ class Parser {
     for (std::size_t column = 0; column < texts.size(); ++column) {
       if (columns_[column] >= 0) texts[column] = TextOf(fields[static_cast<std::size_t>(columns_[column])]);
     }
-    const QString reasons[] = {NameProblem(texts[kName]), CodeFormProblem(texts[kCode]),
+    const std::optional<NamedCode> code = ParseNamedCode(texts[kCode].toStdString());
+    const QString reasons[] = {NameProblem(texts[kName]), code ? QString() : CodeFormProblem(texts[kCode]),
                                QuantityProblem(texts[kQuantity]), PriceProblem(texts[kPrice])};
     bool good = true;
     for (const QString& reason : reasons) {
@@ -136,13 +144,21 @@ class Parser {
       Report(line, reason);
       good = false;
     }
-    const bool isHeld = reasons[kCode].isEmpty() && collector_.IsHeld(texts[kCode], {}, line);
+    const QString digits = code ? QString::fromStdString(code->digits) : QString();
+    const bool isHeld = code && IsHeld(digits, code->market, line);
+    if (isHeld && !collector_.HasItsMarket(digits, code->market, texts[kCode], line)) good = false;
     if (!reasons[kName].isEmpty()) return;
     CsvPortfolio& portfolio = collector_.RowOf(texts[kName], line);
     if (!collector_.TakeDate(portfolio, texts[kDate], line)) good = false;
-    if (!isHeld || !collector_.IsFirst(portfolio, texts[kCode], line)) return;
-    const int codeNumber = (QLatin1Char('1') + texts[kCode]).toInt();
-    if (good) portfolio.holdings.push_back({line, codeNumber, texts[kQuantity], texts[kPrice]});
+    if (!isHeld || !collector_.IsFirst(portfolio, digits, line) || !good) return;
+    portfolio.holdings.push_back({line, CodeNumberOf(digits), texts[kQuantity], texts[kPrice]});
+  }
+
+  bool IsHeld(const QString& digits, int market, int line) {
+    constexpr int kBeijing = 3;
+    if (market != kBeijing) return collector_.IsHeld(digits, {}, line);
+    result_.strangers.push_back({line, digits, KindOfStranger(digits)});
+    return false;
   }
 
   CsvPortfolios result_;
@@ -166,16 +182,14 @@ bool IsOwnWord(const QString& heading) {
 }
 
 std::optional<OwnHeading> ReadOwnHeading(const std::vector<std::string_view>& fields) {
-  std::array<bool, kColumns> isThere{};
-  OwnHeading heading{OwnNames::None, true};
-  for (const std::string_view field : fields) {
-    const int column = ColumnOf(TextOf(field));
-    if (column >= 0) isThere[static_cast<std::size_t>(column)] = true;
-    if (column == kName)
-      heading.names = IsNameOfAnything(TextOf(field)) ? OwnNames::OfAnything : OwnNames::OfPortfolios;
-    heading.isAlone = heading.isAlone && column >= 0;
+  const std::vector<int> columns = ColumnsOf(fields);
+  const auto isThere = [&columns](int column) { return std::count(columns.begin(), columns.end(), column) != 0; };
+  OwnHeading heading{OwnNames::None, !isThere(-1)};
+  for (std::size_t place = 0; place < columns.size(); ++place) {
+    if (columns[place] == kName)
+      heading.names = IsNameOfAnything(TextOf(fields[place])) ? OwnNames::OfAnything : OwnNames::OfPortfolios;
   }
-  const bool isOwn = isThere[kCode] && isThere[kQuantity] && isThere[kPrice] && (isThere[kName] || heading.isAlone);
+  const bool isOwn = isThere(kCode) && isThere(kQuantity) && isThere(kPrice) && (isThere(kName) || heading.isAlone);
   return isOwn ? std::optional(heading) : std::nullopt;
 }
 
@@ -187,10 +201,9 @@ bool IsNamedAfterStocks(std::string_view utf8, char separator, const CodeNumServ
   Records records(utf8, separator, nullptr);
   std::array<std::size_t, kColumns> places{};
   if (!records.Next()) return false;
-  for (std::size_t place = 0; place < records.Fields().size(); ++place) {
-    const int column = ColumnOf(TextOf(records.Fields()[place]));
-    if (column >= 0) places[static_cast<std::size_t>(column)] = place;
-  }
+  const std::vector<int> columns = ColumnsOf(records.Fields());
+  for (std::size_t place = 0; place < columns.size(); ++place)
+    if (columns[place] >= 0) places[static_cast<std::size_t>(columns[place])] = place;
   QHash<QString, QString> codeOfName;
   bool any = false;
   while (records.Next()) {
@@ -202,7 +215,7 @@ bool IsNamedAfterStocks(std::string_view utf8, char separator, const CodeNumServ
     const auto known = codeOfName.constFind(name);
     if (known != codeOfName.constEnd() && *known != code->sixDigits) return false;
     codeOfName.insert(name, code->sixDigits);
-    any = any || IsStocksName(name, codes.NameOf(QLatin1Char('1') + code->sixDigits));
+    any = any || IsStocksName(name, codes.NameOf(CodeNumberText(code->sixDigits)));
   }
   return any;
 }

@@ -57,6 +57,12 @@ bool PortfolioCollector::IsFirst(const CsvPortfolio& portfolio, const QString& s
   return false;
 }
 
+bool PortfolioCollector::HasItsMarket(const QString& sixDigits, int market, const QString& cell, int line) {
+  if (market == 0 || market == codes_.MarketTypeOf(CodeNumberText(sixDigits))) return true;
+  AddProblem(result_.problems, line, QStringLiteral("“%1”写的市场不是股票%2的市场").arg(cell, sixDigits));
+  return false;
+}
+
 bool PortfolioCollector::IsHeld(const QString& sixDigits, const QString& name, int line) {
   if (IsHeldStock(sixDigits, codes_)) return true;
   const QString what = name.isEmpty() ? sixDigits : sixDigits + QLatin1Char(' ') + name;

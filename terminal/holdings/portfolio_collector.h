@@ -24,6 +24,9 @@ class PortfolioCollector {
   bool TakeDate(CsvPortfolio& portfolio, const QString& text, int line);
   /// True when six digits come into the portfolio for the first time; else it is reported.
   bool IsFirst(const CsvPortfolio& portfolio, const QString& sixDigits, int line);
+  /// True when a market written beside the code (`cell`; 1 Shanghai, 2 Shenzhen, 0 not said) is that of the A-share;
+  /// else it is reported.
+  bool HasItsMarket(const QString& sixDigits, int market, const QString& cell, int line);
   /// True for an A-share of the market; else the row is a stranger.
   bool IsHeld(const QString& sixDigits, const QString& name, int line);
   /// Reports portfolios of more stocks than may be, and brings the problems into order.

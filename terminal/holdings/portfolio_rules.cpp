@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "holdwise/packet/characters.h"
+#include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/code_text.h"
 
 namespace holdwise {
@@ -60,8 +61,16 @@ QString CodeFormProblem(const QString& code) {
   return {};
 }
 
+int CodeNumberOf(const QString& sixDigits) {
+  return kStockBase + sixDigits.toInt();
+}
+
+QString CodeNumberText(const QString& sixDigits) {
+  return QString::number(CodeNumberOf(sixDigits));
+}
+
 bool IsHeldStock(const QString& sixDigits, const CodeNumServices& codes) {
-  const QString codeNumber = QLatin1Char('1') + sixDigits;
+  const QString codeNumber = CodeNumberText(sixDigits);
   return codes.IsShanghaiStock(codeNumber) || codes.IsShenzhenStock(codeNumber);
 }
 

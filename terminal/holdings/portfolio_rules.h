@@ -18,6 +18,9 @@ inline constexpr int kMinHoldings = 1;
 [[nodiscard]] QString CodeFormProblem(const QString& code);
 /// Why a text is no stock that can be held: its form, or the market has none; empty when it is one.
 [[nodiscard]] QString CodeProblem(const QString& code, const CodeNumServices& codes);
+/// A stock's code number as the host has it, of its six digits.
+[[nodiscard]] int CodeNumberOf(const QString& sixDigits);
+[[nodiscard]] QString CodeNumberText(const QString& sixDigits);
 /// Is it six digits of an A-share of the market?
 [[nodiscard]] bool IsHeldStock(const QString& sixDigits, const CodeNumServices& codes);
 /// What six digits are that are no A-share of the market, as far as their beginning tells: 基金, 债券, ... The five

@@ -86,6 +86,10 @@ bool IsTradeWord(const QString& word) {
                      [&word](const char* one) { return word == QString::fromUtf8(one); });
 }
 
+bool IsMarginWord(const QString& word) {
+  return word.startsWith(QStringLiteral("融资")) || word.startsWith(QStringLiteral("融券"));
+}
+
 using Ranks = QHash<QString, std::pair<std::size_t, HeadingWord>>;
 
 Ranks RanksOf(OwnWords ownWords) {
@@ -130,6 +134,7 @@ StatementHeading ReadStatementHeading(const std::vector<std::string_view>& field
     const QString text = PlainCell(fields[field]);
     heading.headings.push_back(text);
     if (heading.tradeWord.isEmpty() && IsTradeWord(WordOf(text))) heading.tradeWord = text;
+    if (heading.marginWord.isEmpty() && IsMarginWord(WordOf(text))) heading.marginWord = text;
     const auto found = ranks.constFind(WordOf(text));
     if (found == ranks.constEnd()) continue;
     const auto& [rank, word] = *found;

@@ -30,6 +30,7 @@ struct StatementHeading {
   bool hasStatementWord = false;                             ///< one that the table of the documents has not
   bool isCostDoubtful = false;  ///< the preferred cost is a word that some brokers use for the whole position
   QString tradeWord;            ///< a heading that only a list of trades or orders has; empty: none
+  QString marginWord;           ///< a heading that tells of 融资 or 融券; empty: none
 
   [[nodiscard]] const std::vector<Place>& Of(StatementColumn column) const {
     return places[static_cast<std::size_t>(column)];

@@ -49,6 +49,7 @@ class StatementReader {
   enum class Place {
     InTable,
     BehindTable,    ///< behind the heading of a table of other things
+    OnMargin,       ///< in a further table, of what was bought or sold on margin
     PerhapsBehind,  ///< behind a row of words, which may be such a heading
   };
 
@@ -81,7 +82,8 @@ class StatementReader {
     const std::optional<StatementCode> code = ReadStatementCode(Cell(Column::Code));
     if (code && place_ == Place::InTable) return TakeRow(*code);
     if (TakeIfHeading(records)) return;
-    if (place_ == Place::BehindTable) return;
+    if (place_ == Place::BehindTable || (place_ == Place::OnMargin && !code)) return;
+    if (place_ == Place::OnMargin) return TakeOnMargin(*code);
     if (!code) return TakeRowWithoutCode();
     Report(QStringLiteral("像是持仓，但是在第%1行的文字之后；是持仓就删去第%1行，不是就删去这一行").arg(wordsLine_));
   }
@@ -90,7 +92,9 @@ class StatementReader {
     constexpr int kFewest = 2;
     StatementHeading heading = ReadStatementHeading(records.Fields());
     if (heading.IsWhole()) {
+      const bool isOnMargin = !heading.marginWord.isEmpty() && !hasMarginWord_;
       TakeHeading(std::move(heading));
+      if (isOnMargin) place_ = Place::OnMargin;
       return true;
     }
     if (!heading.Has(Column::Code) || heading.Count() < kFewest) return false;
@@ -99,12 +103,20 @@ class StatementReader {
     return true;
   }
 
+  /// The contracts of a margin account: what was bought with them stands among the holdings, too.
+  void TakeOnMargin(const StatementCode& code) {
+    result_.strangers.push_back(
+        {line_, ShownText(What(code)),
+         QStringLiteral("在表头有“%1”的另一张表里，看来是融资融券的合约，不是持仓").arg(heading_.marginWord)});
+  }
+
   void TakeHeading(StatementHeading heading) {
     heading_ = std::move(heading);
     place_ = Place::InTable;
     TableShape& shape = result_.shape;
     if (shape.headingLine != 0) return;
     shape.headingLine = line_;
+    hasMarginWord_ = !heading_.marginWord.isEmpty();
     result_.isNameFree = !heading_.Has(Column::Portfolio);
     std::vector<bool> isUsed(heading_.headings.size(), false);
     for (std::size_t column = 0; column < kStatementColumns; ++column) {
@@ -175,7 +187,7 @@ class StatementReader {
       return;
     }
     if (!collector_.IsHeld(code.sixDigits, Cell(Column::Name), line_)) return;
-    const QString known = codes_.NameOf(QLatin1Char('1') + code.sixDigits);
+    const QString known = codes_.NameOf(CodeNumberText(code.sixDigits));
     if (IsNameOfOther(Cell(Column::Name), known)) {
       const QString reason =
           QStringLiteral("名称不是这只股票的，行情数据里%1叫“%2”；确是它时，把名称改成这个").arg(code.sixDigits, known);
@@ -202,8 +214,7 @@ class StatementReader {
     if (!collector_.IsFirst(portfolio, code.sixDigits, line_) || !good || !cost) return;
     CompareQuantities(*shares);
     CompareName(code.sixDigits);
-    const int codeNumber = (QLatin1Char('1') + code.sixDigits).toInt();
-    portfolio.holdings.push_back({line_, codeNumber, *shares, *cost});
+    portfolio.holdings.push_back({line_, CodeNumberOf(code.sixDigits), *shares, *cost});
   }
 
   [[nodiscard]] QString What(const StatementCode& code) const {
@@ -245,11 +256,8 @@ class StatementReader {
   }
 
   bool HasItsMarket(const StatementCode& code, const StatementMarket& market) {
-    const int real = codes_.IsShanghaiStock(QLatin1Char('1') + code.sixDigits) ? 1 : 2;
-    if ((code.market == 0 || code.market == real) && (market.market == 0 || market.market == real)) return true;
-    Report(QStringLiteral("“%1”写的市场不是股票%2的市场")
-               .arg(code.market == 0 ? Cell(Column::Market) : Cell(Column::Code), code.sixDigits));
-    return false;
+    return collector_.HasItsMarket(code.sixDigits, code.market, Cell(Column::Code), line_) &&
+           collector_.HasItsMarket(code.sixDigits, market.market, Cell(Column::Market), line_);
   }
 
   std::optional<QString> TakeCost() {
@@ -275,7 +283,7 @@ class StatementReader {
   }
 
   void CompareName(const QString& sixDigits) {
-    const QString known = codes_.NameOf(QLatin1Char('1') + sixDigits);
+    const QString known = codes_.NameOf(CodeNumberText(sixDigits));
     if (MayBeSameName(Cell(Column::Name), known)) return;
     result_.remarks << ShownText(QStringLiteral("第 %1 行：%2 在文件里叫“%3”，行情数据里叫“%4”，请核对代码")
                                      .arg(QString::number(line_), sixDigits, Cell(Column::Name), known));
@@ -302,6 +310,7 @@ class StatementReader {
   PortfolioCollector collector_;
   StatementHeading heading_;
   Place place_ = Place::InTable;
+  bool hasMarginWord_ = false;  ///< the table of the holdings
   int line_ = 0;
   int wordsLine_ = 0;
   std::vector<QString> cells_;

@@ -89,7 +89,10 @@ TEST_F(ImportCsv, EachKindOfBadLine) {
   ExpectBadLine(QStringLiteral("甲,1600000,100,8"), "多于六位");
   ExpectBadLine(QStringLiteral("甲,60000O,100,8"), "不是六位数字");
   ExpectBadLine(QStringLiteral("甲,６０００００,100,8"), "不是六位数字");
-  ExpectBadLine(QStringLiteral("甲,SH600000,100,8"), "不是六位数字");
+  ExpectBadLine(QStringLiteral("甲,Sh600000,100,8"), "不是六位数字");
+  ExpectBadLine(QStringLiteral("甲,SH300750,100,8"), "“SH300750”写的市场不是股票300750的市场");
+  ExpectBadLine(QStringLiteral("甲,600000.SZ,100,8"), "“600000.SZ”写的市场不是股票600000的市场");
+  ExpectBadLine(QStringLiteral("甲,BJ830799,100,8"), "没有代码为830799");
   ExpectBadLine(QStringLiteral("甲,\"600000\n\",100,8"), "不是六位数字");
   ExpectBadLine(QStringLiteral("甲,999999,100,8"), "没有代码为999999");
   ExpectBadLine(QStringLiteral("甲,900901,100,8"), "A股");  // known, but no A-share
@@ -106,6 +109,17 @@ TEST_F(ImportCsv, EachKindOfBadLine) {
   }
   ExpectBadLine(QStringLiteral("甲,600000,100"), "有3个字段，应为4个");
   ExpectBadLine(QStringLiteral("甲,600000,100,8,9"), "有5个字段，应为4个");
+}
+
+TEST_F(ImportCsv, CodesInAnyFormWithTheMarketBesideThem) {
+  const ImportResult result =
+      Import("name,code,quantity,price\n甲,SH600000,1,8\n甲,600036.SH,2,34\n甲,sz.000001,3,11\n甲,XSHE.300750,4,199\n");
+  EXPECT_TRUE(result.problems.empty()) << result.problems[0].reason.toStdString();
+  EXPECT_EQ(Dump("select SECUCODE,PZSL from alg_comdetail order by ID"),
+            QStringLiteral("1600000|1\n1600036|2\n1000001|3\n1300750|4"));
+  const ImportResult twice = Import("name,code,quantity,price\n乙,SH600000,1,8\n乙,600000,1,8\n");
+  ASSERT_EQ(twice.problems.size(), 1U);
+  EXPECT_TRUE(twice.problems[0].reason.contains(QStringLiteral("股票600000与第2行重复")));
 }
 
 TEST_F(ImportCsv, LimitsThemselvesAreAccepted) {
