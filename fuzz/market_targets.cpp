@@ -211,6 +211,17 @@ void ReferenceFiles(std::string_view input) {
     }
   }
 
+  std::vector<Account> accounts;
+  if (Reads([&](auto& rejections) { accounts = ReadAccounts(path, known, kToday, rejections); }, input)) {
+    const auto isBehind = [](const Account& a, const Account& b) { return a.codeNumber >= b.codeNumber; };
+    Require(std::adjacent_find(accounts.begin(), accounts.end(), isBehind) == accounts.end(), "accounts ascend");
+    for (const Account& account : accounts) {
+      Require(known.contains(account.codeNumber), "only known securities have accounts");
+      Require(account.totalShares >= 0, "there are no fewer shares than none");
+    }
+    CheckAccepted(AccountsTable(accounts));
+  }
+
   std::vector<EstimateValue> estimates;
   if (Reads([&](auto& rejections) { estimates = ReadEstimates(path, known, rejections); }, input)) {
     for (const EstimateValue& value : estimates) {

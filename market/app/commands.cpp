@@ -95,6 +95,7 @@ BuildOptions OptionsOf(const BuildCommand& command) {
   options.ratesFile = Path(command.rates);
   options.quotesFile = Path(command.quotes);
   options.estimatesFile = Path(command.estimates);
+  options.accountsFile = Path(command.accounts);
   options.outFolder = Path(command.out);
   options.days = command.days;
   options.isSimulated = command.isSimulated;
@@ -158,7 +159,7 @@ int RunBuild(const BuildCommand& command) {
   // Knows the files before they are read: what changes meanwhile is built again.
   InputWatch watch({options.barsFolder, options.indicesFolder, options.securitiesFile, options.industriesFile,
                     options.factorsPlace, options.datesFile, options.ratesFile, options.quotesFile,
-                    options.estimatesFile});
+                    options.estimatesFile, options.accountsFile});
   FollowInputs(watch, command, options, observer, memory);
   return 0;
 }

@@ -19,6 +19,7 @@ struct BuildCommand {
   std::string rates;
   std::string quotes;
   std::string estimates;
+  std::string accounts;
   std::string date;
   int days = 250;
   std::string out;

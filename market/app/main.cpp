@@ -86,6 +86,8 @@ void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
   AddText(build, "--quotes", command.quotes,
           "行情 CSV：code、price、prev_close，price 为 0 即停牌（默认：最近两个收盘价）");
   AddText(build, "--estimates", command.estimates, "股票估值 CSV：code、price（默认：没有）");
+  AddText(build, "--accounts", command.accounts,
+          "每股指标 CSV：code、eps、bps（每股净资产，元），如有 end_date 取最晚的（默认：保留目录里原有的）");
   AddText(build, "--date", command.date, "市场当前日期，其后的日线不读（默认：指数的最后一个交易日）");
   AddNumber(build, "--days", command.days, "窗口的交易日数");
   CLI::Option* out = AddText(build, "--out", command.out, "要生成或替换的数据目录");

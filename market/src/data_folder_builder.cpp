@@ -135,6 +135,9 @@ BuildSummary DataFolderBuild::Run() {
 
 void DataFolderBuild::WriteReferences() {
   Write(QStringLiteral("trading_dates.dat"), TradingDatesTable(inputs_.TradingDates()), kTradingDatesLimits);
+  if (!options_.accountsFile.isEmpty()) {
+    Write(QStringLiteral("accounts.dat"), AccountsTable(inputs_.Accounts()), kSecuritiesLimits);
+  }
   baseFiles_.Add({QStringLiteral("QMTL/TZZH/InterestRate.Dat"),
                   [this] { return InterestRateTable(inputs_.Rates(), summary_.currentDate); }, kInterestRateLimits});
   baseFiles_.Add(

@@ -166,6 +166,21 @@ std::span<const CsvColumn> EstimateColumns() {
   return columns;
 }
 
+std::span<const CsvColumn> AccountColumns() {
+  static const std::array<CsvColumn, kAccountShares + 1> columns{{
+      Code(true),
+      {"报告期",
+       {"end_date", "报告期", "报告日期", "截止日期", "report_date", "statdate", "date", "日期"},
+       false,
+       AreSameDate},
+      {"每股收益", {"eps", "每股收益", "基本每股收益", "basic_eps", "epsttm", "eps_ttm"}, true, AreSameNumber},
+      {"每股净资产", {"net_asset_per_share", "每股净资产", "bps", "bvps", "book_value_per_share"}, true, AreSameNumber},
+      // In shares: a "total_share" is counted in ten thousands by some.
+      {"总股本", {"total_shares", "totalshare"}, false, AreSameNumber},
+  }};
+  return columns;
+}
+
 std::span<const CsvColumn> FactorColumns() {
   static const std::array<CsvColumn, kFactor + 1> columns{{
       Code(false),

@@ -55,6 +55,10 @@ enum QuoteColumn : std::size_t { kQuoteCode, kQuotePrice, kQuotePreviousClose };
 enum EstimateColumn : std::size_t { kEstimateCode, kEstimatePrice };
 [[nodiscard]] std::span<const CsvColumn> EstimateColumns();
 
+/// The date is that of which the figures are.
+enum AccountColumn : std::size_t { kAccountCode, kAccountDate, kAccountEarnings, kAccountNetAssets, kAccountShares };
+[[nodiscard]] std::span<const CsvColumn> AccountColumns();
+
 enum FactorColumn : std::size_t { kFactorCode, kFactorDate, kCumulative, kForward, kDivisor, kOfEvent, kFactor };
 [[nodiscard]] std::span<const CsvColumn> FactorColumns();
 

@@ -36,11 +36,24 @@ void MarketInputs::ReadReferences() {
                 "没有在 " + DateText(summary_.currentDate) + " 或之前生效的利率：" + options_.ratesFile.toStdString());
   }
   summary_.securities = static_cast<int>(securities_.size());
+  ReadAccountsFile();
   if (options_.estimatesFile.isEmpty()) return;
   rejections.clear();
   estimates_ = ReadEstimates(options_.estimatesFile, KnownStocks(), rejections, &understood);
   report_.AddFile(options_.estimatesFile, understood);
   Report(rejections);
+}
+
+void MarketInputs::ReadAccountsFile() {
+  if (options_.accountsFile.isEmpty()) return;
+  std::vector<Rejection> rejections;
+  QString understood;
+  accounts_ = ReadAccounts(options_.accountsFile, KnownStocks(), summary_.currentDate, rejections, &understood);
+  report_.AddFile(options_.accountsFile, understood);
+  Report(rejections);
+  if (accounts_.empty()) {
+    throw Error(ErrorCategory::Refused, "没有可用的每股指标：" + options_.accountsFile.toStdString());
+  }
 }
 
 void MarketInputs::ReadIndices() {

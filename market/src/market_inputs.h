@@ -34,7 +34,7 @@ class MarketInputs {
   MarketInputs(const BuildOptions& options, const BuildObserver& observer, BuildSummary& summary,
                KeptFactorFiles& factorFiles);
 
-  /// Indices, trading dates, securities, rates, estimates.
+  /// Indices, trading dates, securities, rates, accounts, estimates.
   void ReadReferences();
   /// Which stocks have bars; of tables of many stocks their lines.
   void ListStocks();
@@ -61,6 +61,7 @@ class MarketInputs {
   [[nodiscard]] const BarFile& Index(int number) const { return indices_.at(number); }
   [[nodiscard]] const DepositRates& Rates() const { return rates_; }
   [[nodiscard]] const std::vector<EstimateValue>& Estimates() const { return estimates_; }
+  [[nodiscard]] const std::vector<Account>& Accounts() const { return accounts_; }
 
  private:
   void ReadIndices();
@@ -69,6 +70,7 @@ class MarketInputs {
   void CheckIndices(int lastOfCalendar);
   void Warn(const QString& place, const QString& doubt);
   void ReadSecurityMaster();
+  void ReadAccountsFile();
   void Report(const std::vector<Rejection>& rejections);
   [[nodiscard]] BarRules RulesOf(const std::string& code) const;
   [[nodiscard]] std::unordered_set<int> KnownStocks() const;
@@ -87,6 +89,7 @@ class MarketInputs {
   std::int64_t laterDays_ = 0;
   DepositRates rates_;
   std::vector<EstimateValue> estimates_;
+  std::vector<Account> accounts_;
   FactorTable factors_;
   std::vector<StockFile> stocks_;
   std::unique_ptr<LongBars> tables_;

@@ -47,6 +47,24 @@ ResultSet TradingDatesTable(const std::vector<int>& dates) {
   return table;
 }
 
+ResultSet AccountsTable(const std::vector<Account>& accounts) {
+  constexpr double kScale = 10'000;
+  ResultSet table;
+  const int code = table.AddColumn("code_number", ColumnType::Integer);
+  const int earnings = table.AddColumn("eps", ColumnType::Real);
+  const int netAssets = table.AddColumn("net_asset_per_share", ColumnType::Real);
+  const int shares = table.AddColumn("total_shares", ColumnType::Real);
+  table.Reserve(static_cast<int>(accounts.size()));
+  for (const Account& account : accounts) {
+    const int row = table.AppendRow();
+    table.SetInteger(row, code, account.codeNumber);
+    table.SetReal(row, earnings, account.earnings * kScale);
+    table.SetReal(row, netAssets, account.netAssets * kScale);
+    table.SetReal(row, shares, account.totalShares * kScale);
+  }
+  return table;
+}
+
 void NameEdition(ResultSet& table, const QString& edition) {
   NameInFirstRow(table, "edition", edition);
 }

@@ -35,6 +35,7 @@ class BuildAgain : public testing::Test {
     options_.datesFile = Place("trading_dates.csv");
     options_.ratesFile = Place("deposit_rates.csv");
     options_.estimatesFile = Place("estimates.csv");
+    options_.accountsFile = Place("accounts.csv");
     options_.industriesFile = Place("industries.csv");
     options_.quotesFile = Place("quotes.csv");
     options_.factorsPlace = Place("factors");
@@ -42,6 +43,7 @@ class BuildAgain : public testing::Test {
     options_.days = 30;
     options_.proposals.pool.leastReturns = 5;
     Write("industries.csv", "code,industry\n600000,港口\n");
+    Write("accounts.csv", "code,eps,bps\n600519,1,2\n");
     Write("quotes.csv", "code,price,prev_close\n600519,20.5,20\n");
     for (const QString& code : Codes()) WriteFactors(code, {});
   }
@@ -190,7 +192,10 @@ class BuildAgainAtRandom : public BuildAgain {
   }
   std::string ChangeReferences() {
     const QString code = changes_.OneOf(Codes());
-    switch (changes_.Below(8)) {
+    switch (changes_.Below(9)) {
+      case 8:
+        Write("accounts.csv", "code,eps,bps\n" + code.toUtf8() + ",1.5,8\n");
+        return "accounts";
       case 0:
         ChangeSecurity(code, code.toUtf8() + ",*ST某,房地产,,2024-06-03");
         return code.toStdString() + " has another name and list date";

@@ -26,7 +26,8 @@ TEST(Program, HelpNamesEveryOption) {
                              "--pool-limit",   "--pool-star",    "--pool-st",
                              "--least-weight", "--most-weight",  "--industry-weight",
                              "--premium",      "--no-proposals", "--industries",
-                             "--factors",      "--check",        "--watch"}) {
+                             "--factors",      "--check",        "--watch",
+                             "--accounts"}) {
     EXPECT_TRUE(help.out.contains(option)) << option;
   }
   EXPECT_FALSE(help.out.contains("Options") || help.out.contains("REQUIRED")) << "one language";

@@ -23,6 +23,7 @@ struct BuildOptions {
   QString quotesFile;  ///< optional: prices; without it, and for what it lacks, the last two closes (twice the last one
                        ///< where the last trading date has no bar)
   QString estimatesFile;  ///< optional: estimate values of stocks; without it there are none
+  QString accountsFile;   ///< optional: earnings and net assets a share; without it those of the old folder stay
   QString outFolder;
   int currentDate = 0;  ///< YYYYMMDD, the market's current date; 0 = last date of the index bars
   int days = 250;       ///< trading days in the window, at least 1

@@ -7,9 +7,9 @@
 
 #include "holdwise/market/csv_table.h"
 
-/// The files beside the daily bars: security master, trading dates, deposit rates, quotes, estimate values. Each reader
-/// throws for the file as a whole as CsvTable does, names every line that it does not use, tells by `understood` (may
-/// be null) which columns it took, and is thread-safe.
+/// The files beside the daily bars: security master, trading dates, deposit rates, quotes, accounts, estimate values.
+/// Each reader throws for the file as a whole as CsvTable does, names every line that it does not use, tells by
+/// `understood` (may be null) which columns it took, and is thread-safe.
 namespace holdwise {
 
 struct Security {
@@ -68,6 +68,21 @@ struct QuoteRow {
 [[nodiscard]] std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::unordered_set<int>& known,
                                                            std::vector<Rejection>& rejections,
                                                            QString* understood = nullptr);
+
+/// What a stock earns and owns.
+struct Account {
+  int codeNumber = 0;
+  double earnings = 0;     ///< yuan a share, a loss below 0
+  double netAssets = 0;    ///< yuan a share
+  double totalShares = 0;  ///< 0 = not known
+  bool operator==(const Account&) const = default;
+};
+/// Reads code, earnings and net assets a share (both needed in every line), and the number of shares. Where lines say
+/// of which date they are, the latest of each stock that is not after `date` counts. Stocks that are not in `known`
+/// (code numbers) are passed over; a second line of a stock and date is rejected when it says something else.
+/// Ascending by code number.
+[[nodiscard]] std::vector<Account> ReadAccounts(const QString& path, const std::unordered_set<int>& known, int date,
+                                                std::vector<Rejection>& rejections, QString* understood = nullptr);
 
 /// The value at which somebody estimates a stock, yuan a share.
 struct EstimateValue {

@@ -19,6 +19,8 @@ namespace holdwise {
 void NameEdition(ResultSet& table, const QString& edition);
 /// The same with "proposals": the fingerprint of the proposals that the file is one of.
 void NameProposals(ResultSet& table, const QString& proposals);
+/// One row a stock, every figure times 10000, in the order given.
+[[nodiscard]] ResultSet AccountsTable(const std::vector<Account>& accounts);
 /// No values: a table without rows, which readers take as "nothing new".
 [[nodiscard]] ResultSet EstimateTable(const std::vector<EstimateValue>& values);
 
