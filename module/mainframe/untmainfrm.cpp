@@ -109,6 +109,7 @@ TMainFrm::~TMainFrm() {
 
 void TMainFrm::BuildPanels() {
   splitter_ = new FrameSplitter(Qt::Horizontal, this);
+  splitter_->setObjectName(QStringLiteral("Splitter1"));
   splitter_->setHandleWidth(kSplitterWidth);
   splitter_->setChildrenCollapsible(false);
   auto* whole = new QVBoxLayout(this);

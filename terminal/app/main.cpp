@@ -29,6 +29,7 @@
 #include "process/signal_guard.h"
 #include "process/work_folder.h"
 #include "terminal.h"
+#include "window/app_icon.h"
 #include "window/terminal_style.h"
 
 namespace holdwise {
@@ -173,6 +174,7 @@ int RunTerminal(int argc, char** argv, const Options& options, bool& wantsRepair
   QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
   TerminalApplication application(argc, argv);
   application.Translate();
+  QApplication::setWindowIcon(AppIcon());
   QCoreApplication::setApplicationName(QStringLiteral("holdwise-terminal"));
   QFont font(QStringList{QStringLiteral("Noto Sans CJK SC"), QStringLiteral("Microsoft YaHei"),
                          QStringLiteral("WenQuanYi Micro Hei")});

@@ -55,6 +55,7 @@ WindowActions Terminal::Actions() {
   actions.importPortfolios = [this] { commands_->ImportFromMenu(); };
   actions.exportViews = [this] { commands_->ExportFromMenu(); };
   actions.showHealth = [this] { health_->Show(); };
+  actions.showAbout = [this] { window_.ShowAbout(pages_ == nullptr ? QString() : pages_->PluginNames()); };
   actions.exportPortfolios = [this] { commands_->ExportPortfoliosFromMenu(); };
   actions.restorePortfolios = [this] { commands_->RestoreFromMenu(); };
   actions.setTheme = [this](ThemeKind kind) { window_.SetTheme(kind); };
@@ -97,7 +98,10 @@ int Terminal::Run() {
   if (!isReady_ && asked.IsBatch()) commands_->RunFirst();
   // A minimised window paints nothing.
   QTimer::singleShot(kLatestGoOn, &window_.Window(), [this] { GoOn(); });
-  return QApplication::exec();
+  const int exitCode = QApplication::exec();
+  const bool isRemembered = pages_ != nullptr && !asked.IsBatch() && window_.PlaceProblem().isEmpty();
+  if (isRemembered) pages_->RememberPage(process_.Settings());
+  return exitCode;
 }
 
 bool Terminal::OpenPages() {
@@ -154,7 +158,10 @@ void Terminal::ChangeDay() {
 }
 
 void Terminal::EnterFirstPage() {
-  (void)pages_->GoTo(process_.Asked().command.address, process_.Asked().command.parameter);
+  const Options& asked = process_.Asked();
+  const bool isGiven = !asked.command.address.isEmpty() || !asked.command.parameter.isEmpty();
+  if (!isGiven && !asked.IsBatch() && pages_->GoToRemembered(process_.Settings())) return;
+  (void)pages_->GoTo(asked.command.address, asked.command.parameter);
 }
 
 void Terminal::GoOn() {

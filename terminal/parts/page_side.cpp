@@ -12,6 +12,8 @@
 namespace holdwise {
 namespace {
 
+const QString kAddressSetting = QStringLiteral("address");
+const QString kViewSetting = QStringLiteral("view");
 const QString kSecurityPage = QStringLiteral("分时走势");
 constexpr std::uint16_t kSecurityPageNumber = 1;
 constexpr std::uint16_t kToolbarPageNumber = 2;
@@ -121,6 +123,31 @@ bool PageSide::HasAddress(const QString& name) const {
 QString PageSide::CurrentAddress() const {
   const TAddressItem* current = addresses_.Current();
   return current == nullptr ? QString() : current->Name();
+}
+
+QString PageSide::PluginNames() const {
+  QStringList names;
+  for (const LoadedPlugin& plugin : plugins_.Plugins()) names << plugin.name + QLatin1Char(' ') + plugin.version;
+  return names.join(QStringLiteral("、"));
+}
+
+void PageSide::RememberPage(QSettings& settings) const {
+  TAddressItem* current = addresses_.Current();
+  if (current == nullptr) return;
+  settings.setValue(kAddressSetting, current->Name());
+  QString caption;
+  if (const ViewCatalogue* views = current->Views(); views != nullptr) {
+    for (const ViewCatalogue::View& view : views->List())
+      if (view.frameId == views->Current()) caption = view.caption;
+  }
+  settings.setValue(kViewSetting, caption);
+}
+
+bool PageSide::GoToRemembered(const QSettings& settings) {
+  const QString address = settings.value(kAddressSetting).toString();
+  const QString view = settings.value(kViewSetting).toString();
+  if (address.isEmpty() || !HasAddress(address)) return false;
+  return GoTo(address, view.isEmpty() ? QString() : QStringLiteral("Skip") + view);
 }
 
 bool PageSide::GoTo(const QString& address, const QString& parameter) {

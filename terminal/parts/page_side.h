@@ -35,6 +35,12 @@ class PageSide {
   [[nodiscard]] bool GoTo(const QString& address, const QString& parameter);
   /// Name of the address that is entered; empty when none is.
   [[nodiscard]] QString CurrentAddress() const;
+  /// Name and version of each plug-in that runs, in a line.
+  [[nodiscard]] QString PluginNames() const;
+  /// Remembers which page, and which view of it, is shown.
+  void RememberPage(QSettings& settings) const;
+  /// Goes there again; false, and nothing happens, when there is no such page.
+  [[nodiscard]] bool GoToRemembered(const QSettings& settings);
   /// Enters the address with views unless it is entered; null when there is none.
   [[nodiscard]] ViewCatalogue* EnterViews();
   /// The address with views; null when no plug-in has one.

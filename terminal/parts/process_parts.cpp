@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "parts/terminal_application.h"
+#include "process/settings_file.h"
 
 namespace holdwise {
 namespace {
@@ -28,8 +29,10 @@ QDateTime SystemClock::Now() const {
 ProcessParts::ProcessParts(Options options)
     : options_(std::move(options)),
       log_(MadeLogFolder(options_.workFolder) + QStringLiteral("/terminal.log"), clock_),
+      settingsProblem_(SetAsideIfDamaged(options_.workFolder + QStringLiteral("/settings.ini"))),
       settings_(options_.workFolder + QStringLiteral("/settings.ini"), QSettings::IniFormat) {
   Application().SetLog(&log_);
+  if (!settingsProblem_.isEmpty()) log_.WriteLog(settingsProblem_);
 }
 
 ProcessParts::~ProcessParts() {

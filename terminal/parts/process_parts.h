@@ -28,12 +28,16 @@ class ProcessParts {
   [[nodiscard]] const Options& Asked() const { return options_; }
   [[nodiscard]] SystemClock& Clock() { return clock_; }
   [[nodiscard]] DebugLog& Log() { return log_; }
+  /// The one settings file, in the work folder.
   [[nodiscard]] QSettings& Settings() { return settings_; }
+  /// What became of a settings file that was damaged, for the user; empty when it was well.
+  [[nodiscard]] const QString& SettingsProblem() const { return settingsProblem_; }
 
  private:
   Options options_;
   SystemClock clock_;
   DebugLog log_;
+  QString settingsProblem_;
   QSettings settings_;
 };
 

@@ -10,6 +10,8 @@
 
 #include "pages/notice_page.h"
 #include "process/print.h"
+#include "window/dialogs.h"
+#include "window/help_dialogs.h"
 
 namespace holdwise {
 namespace {
@@ -36,7 +38,12 @@ const ThemeServices& Applied(const ThemeServices& theme) {
 WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
     : process_(process), theme_(FirstTheme(process), process.Log()), window_(Applied(theme_), std::move(actions)) {
   theme_.OnChanged = [this] { ApplyTheme(); };
-  if (!process_.Asked().IsBatch()) window_.restoreGeometry(process_.Settings().value(kGeometrySetting).toByteArray());
+  if (!process_.Asked().IsBatch()) {
+    window_.restoreGeometry(process_.Settings().value(kGeometrySetting).toByteArray());
+    splitters_.emplace(process_.Settings());
+    KeepDialogFoldersIn(&process_.Settings());
+    if (!process_.SettingsProblem().isEmpty()) window_.TellFailure(process_.SettingsProblem());
+  }
   window_.ShowThemeKind(theme_.Kind());
   window_.SetDatabase(process_.Asked().database);
   window_.SetBusState(false);
@@ -53,6 +60,7 @@ WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
 }
 
 WindowSide::~WindowSide() {
+  KeepDialogFoldersIn(nullptr);
   process_.Log().SetFailureListener({});
   process_.Log().SetOutcomeListener({});
   if (places_ && !places_->Problem().isEmpty()) return;  // settings would make the folder anew
@@ -81,6 +89,19 @@ void WindowSide::Prepare() {
   QFont titles = QApplication::font();
   titles.setBold(true);
   (void)QFontMetrics(titles).horizontalAdvance(window_.windowTitle());  // reads the bold font's file
+}
+
+void WindowSide::ShowAbout(const QString& plugins) {
+  const Options& asked = process_.Asked();
+  holdwise::ShowAbout(&window_, {{QStringLiteral("插件"), plugins},
+                                 {QStringLiteral("Qt"), QString::fromLatin1(qVersion())},
+                                 {QStringLiteral("数据目录"), asked.dataFolder},
+                                 {QStringLiteral("消息总线"), QStringLiteral("进程内，") + bus_},
+                                 {QStringLiteral("数据库"), asked.database},
+                                 {QStringLiteral("工作目录"), asked.workFolder},
+                                 {QStringLiteral("设置"), process_.Settings().fileName()},
+                                 {QStringLiteral("日志"), asked.workFolder + QStringLiteral("/log/terminal.log")},
+                                 {QStringLiteral("备份"), asked.workFolder + QStringLiteral("/backups")}});
 }
 
 void WindowSide::Raise() {
@@ -146,9 +167,15 @@ void WindowSide::ShowMarket(const MarketData& data, MarketConnection& connection
   window_.SetDataNotices(data.Notices());
   window_.SetBusState(false);
   QObject::connect(&connection.Bus(), &MessageBus::ConnectionStateChanged, &window_,
-                   [this](MessageBus::State state) { window_.SetBusState(state == MessageBus::State::Connected); });
+                   [this](MessageBus::State state) { ShowBus(state == MessageBus::State::Connected); });
   QObject::connect(&connection, &MarketConnection::QuotesChanged, &window_,
                    [this](const QString& problem) { window_.SetQuotesProblem(problem); });
+}
+
+void WindowSide::ShowBus(bool isConnected) {
+  bus_ = isConnected ? QStringLiteral("已连接") : QStringLiteral("没有连接");
+  process_.Log().WriteLog(QStringLiteral("消息总线%1").arg(bus_));
+  window_.SetBusState(isConnected);
 }
 
 void WindowSide::FollowPlaces(std::function<void()> saveElsewhere) {

@@ -11,6 +11,7 @@
 #include "theme/theme_services.h"
 #include "window/main_window.h"
 #include "window/message_boxes.h"
+#include "window/splitter_memory.h"
 #include "window/urgent_notice.h"
 
 namespace holdwise {
@@ -38,6 +39,8 @@ class WindowSide {
 
   /// Makes what the first picture will need of the window system and the fonts; the window stays hidden.
   void Prepare();
+  /// Shows the page of the help menu with version, licence and where everything is; `plugins`: those that run.
+  void ShowAbout(const QString& plugins);
   /// Brings the window to the user's eyes; nothing in a batch.
   void Raise();
 
@@ -61,12 +64,15 @@ class WindowSide {
 
  private:
   void ApplyTheme();
+  void ShowBus(bool isConnected);
 
   ProcessParts& process_;
   ThemeServices theme_;
   MessageBoxes messageBoxes_;
   PrintedMessages printedMessages_;
   MainWindow window_;
+  std::optional<SplitterMemory> splitters_;  ///< none in a batch
+  QString bus_ = QStringLiteral("没有连接");
   std::unique_ptr<QWidget> obstacle_;
   std::optional<PlaceWatch> places_;  ///< from FollowPlaces on
   std::unique_ptr<UrgentNotice> notice_;

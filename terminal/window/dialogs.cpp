@@ -4,8 +4,10 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSettings>
 #include <QVBoxLayout>
 
 namespace holdwise {
@@ -13,7 +15,13 @@ namespace {
 
 constexpr QSize kReportSize{640, 360};
 
-QString Ask(QFileDialog& dialog, const QString& accept) {
+QSettings* folders = nullptr;
+
+/// `purpose`: the name under which the folder is remembered.
+QString Ask(QFileDialog& dialog, const QString& accept, const char* purpose) {
+  const QString key = QStringLiteral("folders/") + QLatin1String(purpose);
+  const QString last = folders == nullptr ? QString() : folders->value(key).toString();
+  if (!last.isEmpty() && QFileInfo(last).isDir()) dialog.setDirectory(last);
   // A place to choose from, not to tidy up: without this the Delete key takes whole folders away.
   dialog.setOption(QFileDialog::ReadOnly);
   dialog.setLabelText(QFileDialog::Accept, accept);
@@ -22,23 +30,29 @@ QString Ask(QFileDialog& dialog, const QString& accept) {
   dialog.setLabelText(QFileDialog::FileName, QStringLiteral("名称"));
   dialog.setLabelText(QFileDialog::FileType, QStringLiteral("类型"));
   if (dialog.exec() != QDialog::Accepted) return {};
-  return dialog.selectedFiles().value(0);
+  QString chosen = dialog.selectedFiles().value(0);
+  if (folders != nullptr && !chosen.isEmpty()) folders->setValue(key, QFileInfo(chosen).absolutePath());
+  return chosen;
 }
 
 }  // namespace
+
+void KeepDialogFoldersIn(QSettings* settings) {
+  folders = settings;
+}
 
 QString AskForFile(QWidget* window) {
   QFileDialog dialog(window, QStringLiteral("导入组合"), QString(),
                      QStringLiteral("组合或持仓表 (*.csv *.txt *.tsv *.xls);;所有文件 (*)"));
   dialog.setFileMode(QFileDialog::ExistingFile);
-  return Ask(dialog, QStringLiteral("导入"));
+  return Ask(dialog, QStringLiteral("导入"), "import");
 }
 
 QString AskForFolder(QWidget* window) {
   QFileDialog dialog(window, QStringLiteral("导出到目录"));
   dialog.setFileMode(QFileDialog::Directory);
   dialog.setOption(QFileDialog::ShowDirsOnly);
-  return Ask(dialog, QStringLiteral("导出"));
+  return Ask(dialog, QStringLiteral("导出"), "export");
 }
 
 QString AskForNewFile(QWidget* window, const QString& name) {
@@ -46,13 +60,13 @@ QString AskForNewFile(QWidget* window, const QString& name) {
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(QStringLiteral("csv"));
   dialog.selectFile(name);
-  return Ask(dialog, QStringLiteral("导出"));
+  return Ask(dialog, QStringLiteral("导出"), "portfolios");
 }
 
 QString AskForBackup(QWidget* window) {
   QFileDialog dialog(window, QStringLiteral("选择备份文件"), QString(), QStringLiteral("组合 (*.csv);;所有文件 (*)"));
   dialog.setFileMode(QFileDialog::ExistingFile);
-  return Ask(dialog, QStringLiteral("选择"));
+  return Ask(dialog, QStringLiteral("选择"), "backup");
 }
 
 void ShowReport(QWidget* window, const QString& title, const QString& text) {

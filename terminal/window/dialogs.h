@@ -2,9 +2,14 @@
 #pragma once
 #include <QString>
 
+class QSettings;
 class QWidget;
 
 namespace holdwise {
+
+/// The settings in which each of the dialogs below remembers the folder that was last used in it; null: nowhere. They
+/// outlive this. User-interface thread, as all of these.
+void KeepDialogFoldersIn(QSettings* settings);
 
 /// Asks for the file to import; empty when the user gives up.
 [[nodiscard]] QString AskForFile(QWidget* window);

@@ -6,7 +6,6 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
@@ -15,6 +14,7 @@
 #include <utility>
 
 #include "address_bar.h"
+#include "window/help_dialogs.h"
 
 namespace holdwise {
 namespace {
@@ -95,8 +95,9 @@ void MainWindow::BuildMenus() {
   addressGroup_ = new QActionGroup(this);
 
   QMenu* help = menuBar()->addMenu(QStringLiteral("帮助(&H)"));
+  help->addAction(QStringLiteral("键盘(&K)…"), QKeySequence(Qt::Key_F1), this, [this] { ShowKeys(this); });
   help->addAction(QStringLiteral("状态(&S)…"), this, [this] { actions_.showHealth(); });
-  help->addAction(QStringLiteral("关于(&A)"), this, [this] { ShowAbout(); });
+  help->addAction(QStringLiteral("关于(&A)…"), this, [this] { actions_.showAbout(); });
 }
 
 void MainWindow::BuildStatusBar() {
@@ -221,14 +222,6 @@ void MainWindow::ShowProgress(int done, int total) {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->setAccepted(!MayClose || MayClose());
-}
-
-void MainWindow::ShowAbout() {
-  QMessageBox box(QMessageBox::NoIcon, QStringLiteral("关于"),
-                  QStringLiteral("Holdwise 1.0.0\n\n投资组合终端：沪深 A 股组合的配置、跟踪与评价。"),
-                  QMessageBox::NoButton, this);
-  box.addButton(QStringLiteral("确定"), QMessageBox::AcceptRole);
-  box.exec();
 }
 
 }  // namespace holdwise

@@ -20,6 +20,7 @@ struct WindowActions {
   std::function<void()> importPortfolios;
   std::function<void()> exportViews;
   std::function<void()> showHealth;
+  std::function<void()> showAbout;
   std::function<void()> exportPortfolios;
   std::function<void()> restorePortfolios;
   std::function<void(ThemeKind)> setTheme;
@@ -72,7 +73,6 @@ class MainWindow : public QMainWindow {
  private:
   void BuildMenus();
   void BuildStatusBar();
-  void ShowAbout();
 
   const ThemeServices& theme_;
   WindowActions actions_;

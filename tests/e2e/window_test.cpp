@@ -2,6 +2,9 @@
 // The terminal's window under a window manager: what its close button does meanwhile, and what a start remembers.
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <csignal>
+
 #include "hung_file.h"
 #include "screen.h"
 
@@ -67,6 +70,47 @@ TEST_F(Window, ClosedWhileItCalculatesItAsksFirst) {
   EXPECT_TRUE(LogSays("风险计算未完成"));
   rates.Release();
   EXPECT_EQ(bench_.Export("2001-strngrd").size(), 2U) << "the portfolios are there";
+}
+
+/// The page, its view, the colours and the edge of the tree are where they were left; a start that names a page goes
+/// there.
+TEST_F(Window, OpensWhereItWasLeft) {
+  const QString settings = bench_.Work() + "/settings.ini";
+  const auto run = [&](const QStringList& more) {
+    RunningTerminal terminal(bench_.Arguments(more), screen_.Environment());
+    EXPECT_TRUE(terminal.WaitForWindow());
+    EXPECT_GE(terminal.Signal(SIGTERM), 0);
+    return QString::fromUtf8(Bytes(settings));
+  };
+  EXPECT_TRUE(run({"--parameter", "Skip压力测试", "--theme", "light"}).contains("view=压力测试"));
+  const QString second = run({});
+  EXPECT_TRUE(second.contains("address=投资组合")) << second.toStdString();
+  EXPECT_TRUE(second.contains("view=压力测试")) << second.toStdString();
+  EXPECT_TRUE(second.contains("theme=light")) << second.toStdString();
+  EXPECT_TRUE(run({"--address", "分时走势"}).contains("address=分时走势"));
+  EXPECT_TRUE(run({}).contains("address=分时走势"));
+  EXPECT_EQ(bench_.Import().exitCode, 0);
+  EXPECT_TRUE(QString::fromUtf8(Bytes(settings)).contains("address=分时走势")) << "a batch leaves it alone";
+}
+
+TEST_F(Window, ADamagedSettingsFileIsSaidAndTheTerminalOpens) {
+  ASSERT_TRUE(QDir().mkpath(bench_.Work()));
+  ASSERT_TRUE(QFile::setPermissions(bench_.Work(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+  (void)bench_.Write("work/settings.ini", QByteArray("\x00\x01\x02 rubbish", 11));
+  RunningTerminal terminal(bench_.Arguments({}), screen_.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  EXPECT_TRUE(LogSays("settings.ini”已损坏，没有采用"));
+  EXPECT_GE(terminal.Signal(SIGTERM), 0);
+  EXPECT_TRUE(Bytes(bench_.Work() + "/settings.ini.damaged").endsWith("rubbish"));
+}
+
+/// An export that is asked for on another page comes back to that page.
+TEST_F(Window, AnExportComesBackToWhereItWasAskedFor) {
+  RunningTerminal terminal(bench_.Arguments({"--address", "分时走势"}), screen_.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  EXPECT_TRUE(bench_.Export("2001-strngrd").empty());
+  EXPECT_GE(terminal.Signal(SIGTERM), 0);
+  EXPECT_TRUE(QString::fromUtf8(Bytes(bench_.Work() + "/settings.ini")).contains("address=分时走势"));
 }
 
 /// Thousands of portfolios are on their way in, the window answers all the time, and Escape leaves none of them.

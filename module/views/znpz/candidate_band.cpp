@@ -45,6 +45,7 @@ CandidateBand::CandidateBand(QWidget* parent)
                 if (OnSave) OnSave(row);
               }}}) {
   setObjectName(QStringLiteral("RzPanel2"));
+  Splitter1->setObjectName(QStringLiteral("ZNPZ.Splitter1"));
   Splitter1->setChildrenCollapsible(false);
   for (QWidget* side : {left_, static_cast<QWidget*>(holdings_)}) side->setMinimumWidth(kLeastWidth);
   Splitter1->setStretchFactor(0, kCandidatesShare);

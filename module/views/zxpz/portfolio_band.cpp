@@ -57,6 +57,7 @@ PortfolioBand::PortfolioBand(QWidget* parent)
              CellButtons::Places::FromLeft) {
   setObjectName(QStringLiteral("RzPanel2"));
   Splitter1->setObjectName(QStringLiteral("Splitter1"));
+  Splitter1->setObjectName(QStringLiteral("ZXPZ.Splitter1"));
   Splitter1->setHandleWidth(kSplitterWidth);
   Splitter1->setChildrenCollapsible(false);
   StackedIn(*this)->addWidget(Splitter1);

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#include "window/help_dialogs.h"
+
+#include <QClipboard>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+#include "window/app_icon.h"
+
+namespace holdwise {
+namespace {
+
+constexpr int kIconSize = 64;
+constexpr int kDialogWidth = 720;
+constexpr int kMostRowsShown = 16;
+
+struct Key {
+  const char* where;
+  const char* key;
+  const char* does;
+};
+constexpr Key kKeys[] = {
+    {"全部页面", "F1", "这张表"},
+    {"全部页面", "Ctrl+O", "导入组合或券商持仓表"},
+    {"全部页面", "Ctrl+S", "导出全部视图的图片和表格"},
+    {"全部页面", "Ctrl+Q", "退出"},
+    {"全部页面", "Alt+F、Alt+V、Alt+H", "打开文件、视图、帮助菜单"},
+    {"全部页面", "Tab、Shift+Tab", "到下一处、上一处"},
+    {"全部页面", "数字", "输入六位股票代码，Enter 打开分时走势，Esc 放弃"},
+    {"页签（有焦点时）", "←、→", "前一页、后一页"},
+    {"左边的导航", "↑、↓", "上一个、下一个视图"},
+    {"左边的导航", "←、→", "到所属的组、到组里的第一个视图"},
+    {"表格", "↑、↓、PageUp、PageDown、Home、End", "选择一行"},
+    {"表格", "Ctrl+C", "复制整张表格，可粘贴到电子表格软件"},
+    {"表格", "鼠标右键", "菜单：复制表格等"},
+    {"自选配置的持仓表", "Ctrl+V", "粘贴代码、数量、价格各列"},
+    {"导入、计算中", "Esc", "取消"},
+};
+
+QTableWidget* TableOf(const std::vector<QStringList>& rows, const QStringList& titles) {
+  auto* table = new QTableWidget(static_cast<int>(rows.size()), static_cast<int>(rows.front().size()));
+  table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table->setTabKeyNavigation(false);
+  table->verticalHeader()->hide();
+  table->setHorizontalHeaderLabels(titles);
+  table->horizontalHeader()->setVisible(!titles.isEmpty());
+  table->horizontalHeader()->setHighlightSections(false);
+  table->setShowGrid(false);
+  table->setWordWrap(true);
+  for (int row = 0; row < table->rowCount(); ++row) {
+    for (int column = 0; column < table->columnCount(); ++column) {
+      const QString& text = rows[static_cast<std::size_t>(row)][column];
+      auto* item = new QTableWidgetItem(text);
+      item->setToolTip(text);
+      table->setItem(row, column, item);
+    }
+  }
+  table->horizontalHeader()->setStretchLastSection(true);
+  table->resizeColumnsToContents();
+  const int shown = std::min(table->rowCount(), kMostRowsShown);
+  table->setMinimumHeight(table->verticalHeader()->defaultSectionSize() * (shown + (titles.isEmpty() ? 0 : 1)) + 4);
+  return table;
+}
+
+QDialogButtonBox* CloseButton(QDialog& dialog) {
+  auto* buttons = new QDialogButtonBox;
+  buttons->addButton(QStringLiteral("确定"), QDialogButtonBox::AcceptRole);
+  QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+  return buttons;
+}
+
+}  // namespace
+
+void ShowAbout(QWidget* window, const Lines& facts) {
+  QDialog dialog(window);
+  dialog.setWindowTitle(QStringLiteral("关于"));
+  auto* layout = new QVBoxLayout(&dialog);
+  auto* head = new QHBoxLayout;
+  auto* icon = new QLabel;
+  icon->setPixmap(AppIcon().pixmap(kIconSize));
+  head->addWidget(icon);
+  const QString about = QStringLiteral(
+      "Holdwise 1.0.0\n投资组合终端：沪深 A 股组合的配置、跟踪与评价。\n"
+      "按 MIT 许可证发布（见随源代码的 LICENSE），不提供任何担保；所示数据不构成投资建议。");
+  auto* text = new QLabel(about);
+  text->setTextFormat(Qt::PlainText);
+  text->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  head->addWidget(text, 1);
+  layout->addLayout(head);
+  std::vector<QStringList> rows;
+  QString all = about;
+  for (const auto& [what, how] : facts) {
+    rows.push_back({what, how});
+    all += QLatin1Char('\n') + what + QStringLiteral("：") + how;
+  }
+  layout->addWidget(TableOf(rows, {}));
+  QDialogButtonBox* buttons = CloseButton(dialog);
+  QPushButton* copy = buttons->addButton(QStringLiteral("复制(&C)"), QDialogButtonBox::ActionRole);
+  QObject::connect(copy, &QPushButton::clicked, &dialog, [all] { QGuiApplication::clipboard()->setText(all); });
+  layout->addWidget(buttons);
+  dialog.resize(kDialogWidth, dialog.sizeHint().height());
+  dialog.exec();
+}
+
+void ShowKeys(QWidget* window) {
+  QDialog dialog(window);
+  dialog.setWindowTitle(QStringLiteral("键盘"));
+  auto* layout = new QVBoxLayout(&dialog);
+  std::vector<QStringList> rows;
+  for (const Key& key : kKeys)
+    rows.push_back({QString::fromUtf8(key.where), QString::fromUtf8(key.key), QString::fromUtf8(key.does)});
+  layout->addWidget(TableOf(rows, {QStringLiteral("在哪里"), QStringLiteral("键"), QStringLiteral("做什么")}));
+  layout->addWidget(CloseButton(dialog));
+  dialog.resize(kDialogWidth, dialog.sizeHint().height());
+  dialog.exec();
+}
+
+}  // namespace holdwise
