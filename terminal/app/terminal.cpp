@@ -153,7 +153,11 @@ void Terminal::ChangeDay() {
   market_ = std::move(next);
   isReady_ = OpenPages();
   if (!isReady_) return;
-  ReturnTo(place, *pages_, market_->Data());
+  try {
+    ReturnTo(place, *pages_, market_->Data());
+  } catch (const std::exception& error) {
+    process_.Log().WriteLog(QStringLiteral("换上行情后没有完全回到原处：%1").arg(TextOf(error)));
+  }
   GoOn();
 }
 

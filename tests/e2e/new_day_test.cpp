@@ -2,6 +2,8 @@
 // The data folder under a running terminal becomes one of a later date.
 #include <signal.h>
 
+#include <QDir>
+
 #include "other_data_fixture.h"
 #include "screen.h"
 
@@ -73,14 +75,25 @@ TEST_F(NewDay, WhatCannotBeReadIsNotTaken) {
   EXPECT_TRUE(Takes("2024-05-31"));
 }
 
+class NewDayOnAScreen : public NewDay {
+ protected:
+  void SetUp() override {
+    if (const QString missing = MissingProgram(); !missing.isEmpty()) GTEST_SKIP() << missing.toStdString();
+    ASSERT_TRUE(screen_.IsThere());
+    Build("2024-05-24");
+  }
+  const Screen screen_;
+};
+
 /// A nightly job replaces the bars, the producer follows them, and the terminal follows the producer.
-TEST_F(NewDay, ComesFromAWatchingProducer) {
+TEST_F(NewDayOnAScreen, ComesFromAWatchingProducer) {
   market_.WriteBars("2024-05-24");
+  ASSERT_TRUE(QDir(bench_.data).removeRecursively());
   QProcess producer;
   producer.setProcessEnvironment(BareEnvironment());
   producer.start(Program("holdwise-market"), market_.BuildArguments(bench_.data) + QStringList{"--watch"});
   ASSERT_TRUE(Until([this] { return QFile::exists(bench_.data + "/market.dat"); }, kLongest));
-  RunningTerminal running(bench_.Arguments({}));
+  RunningTerminal running(bench_.Arguments({}), screen_.Environment());
   ASSERT_TRUE(running.WaitForWindow());
   ASSERT_EQ(Export(Import()).exitCode, 0);
   ASSERT_TRUE(Shows("2024-05-24"));
@@ -91,16 +104,6 @@ TEST_F(NewDay, ComesFromAWatchingProducer) {
   producer.terminate();
   EXPECT_TRUE(producer.waitForFinished());
 }
-
-class NewDayOnAScreen : public NewDay {
- protected:
-  void SetUp() override {
-    if (const QString missing = MissingProgram(); !missing.isEmpty()) GTEST_SKIP() << missing.toStdString();
-    ASSERT_TRUE(screen_.IsThere());
-    Build("2024-05-24");
-  }
-  const Screen screen_;
-};
 
 TEST_F(NewDayOnAScreen, ThePageStays) {
   const auto picture = [this](const QString& page) {
