@@ -63,16 +63,16 @@ bool DatabaseGuard::Open() {
       if (Settle()) return true;
       isRestoreDue = true;
     } catch (const std::exception& error) {
-      process_.Log().WriteLog(QStringLiteral("数据库不能打开：%1").arg(TextOf(error)));
       if (IsDamage(error) && HasBackups()) {
         if (!SetAside(TextOf(error))) return false;
         isRestoreDue = true;
         continue;
       }
       const QString text = QStringLiteral("数据库“%1”不能打开。\n%2").arg(process_.Asked().database, TextOf(error));
-      PrintError(text);
-      if (!process_.Asked().IsBatch()) TellInBox(text);
-      return false;
+      constexpr int kAgain = 0;
+      if (window_.Choose(QStringLiteral("数据库不能打开"), text, {QStringLiteral("再试"), QStringLiteral("退出")}) !=
+          kAgain)
+        return false;
     }
   }
 }
@@ -82,8 +82,17 @@ void DatabaseGuard::TellInBox(const QString& text) {
                                     MessageBoxService::kNotice);
 }
 
+bool DatabaseGuard::IsCompared() const {
+  return !DatabaseTarget::FromText(process_.Asked().database).IsServer();
+}
+
 bool DatabaseGuard::HasBackups() const {
-  return process_.Asked().IsOwnDatabase();
+  if (process_.Asked().IsOwnDatabase()) return true;
+  try {
+    return IsCompared() && backups_.NewestUsable();
+  } catch (const Error&) {  // nobody can restore from it
+    return false;
+  }
 }
 
 void DatabaseGuard::OpenFile() {
@@ -91,6 +100,7 @@ void DatabaseGuard::OpenFile() {
 }
 
 void DatabaseGuard::MoveFile() {
+  LeaveUnsettled();  // the empty database that follows takes no backup's place, should the restoring fail
   database_.Close();
   const QString name = SetDatabaseAside(process_.Asked().database, process_.Clock().Now());
   process_.Log().WriteLog(QStringLiteral("数据库文件已改名保留为“%1”").arg(name));
@@ -123,7 +133,7 @@ QString DatabaseGuard::Doubt() const {
 }
 
 health::Comparison DatabaseGuard::Comparison() const {
-  if (!HasBackups()) return health::Comparison::OfForeign();
+  if (!IsCompared()) return health::Comparison::OfServer();
   if (!doubt_.isEmpty() && !isDamageTold_) {
     const QString doubt = Doubt();
     return doubt.isEmpty() ? health::Comparison{QStringLiteral("启动时两者不同，现在已经一致")}
@@ -157,11 +167,13 @@ bool DatabaseGuard::SettleDifference() {
   const bool isDoubtful = look_.finding == FirstLook::Finding::Doubtful;
   const QString title = isDoubtful ? QStringLiteral("数据库里的组合有疑问") : QStringLiteral("数据库与最近的备份不同");
   doubt_ = title + QStringLiteral("：") + (isDoubtful ? look_.problems.join(QStringLiteral("；")) : look_.Line());
+  const QString writer =
+      process_.Asked().IsOwnDatabase() ? QStringLiteral("另一个程序") : QStringLiteral("另一个程序或另一个工作目录");
   const QString why =
       isDoubtful
           ? QString()
-          : QStringLiteral(
-                "终端上次正常退出时两者应当一致：数据库文件损坏了，另一个程序写过它，或那次的备份没有写成。\n\n");
+          : QStringLiteral("终端上次正常退出时两者应当一致：数据库文件损坏了，%1写过它，或那次的备份没有写成。\n\n")
+                .arg(writer);
   QStringList choices{QStringLiteral("保留数据库里的")};
   if (look_.backup) choices << kSetAside;
   const int chosen = Ask(title, why + look_.Text(), choices);
@@ -170,15 +182,16 @@ bool DatabaseGuard::SettleDifference() {
     isUnsettled_ = !isDoubtful;
     return true;
   }
-  if (isDoubtful && chosen == 0) return true;
-  doubt_.clear();
-  if (chosen == 0) {
-    backups_.Settle();
-    WriteBackup(kWrittenAnew);
-    return true;
+  if (chosen > 0) {
+    doubt_.clear();
+    MoveFile();
+    return false;
   }
-  MoveFile();
-  return false;
+  backups_.Settle();
+  if (isDoubtful) return true;
+  doubt_.clear();
+  WriteBackup(kWrittenAnew);
+  return true;
 }
 
 void DatabaseGuard::LeaveUnsettled() {
@@ -214,6 +227,7 @@ void DatabaseGuard::DamageFound(const QString& text) {
           .arg(process_.Asked().database, text, SafeText(backups_));
   if (Ask(QStringLiteral("数据库已损坏"), whole, {kSetAside, QStringLiteral("暂不处理")}) != 0)
     return window_.Window().TellFailure(doubt_);
+  LeaveUnsettled();
   wantsRepair_ = true;
   QCoreApplication::exit(0);
 }

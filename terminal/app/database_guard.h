@@ -29,7 +29,8 @@ class DatabaseGuard {
   DatabaseGuard(ProcessParts& process, DatabaseSide& database, WindowSide& window, const FirstLook& look);
 
   /// False when the terminal is to end, which the user has been told. A damaged file can be set aside with one button
-  /// and the newest backup restored; so can one that differs from it.
+  /// and the newest backup restored; so can one that differs from it. What else keeps it from being opened (a full
+  /// disk, another program) can be tried again.
   [[nodiscard]] bool Open();
   /// A statement has met a damaged file; said and asked about once. Any thread.
   void DamageMet(const QString& text);
@@ -44,7 +45,9 @@ class DatabaseGuard {
 
  private:
   void OpenFile();
-  /// The generations are those of the work folder's own database.
+  /// A database file, not a server's.
+  [[nodiscard]] bool IsCompared() const;
+  /// There is something to restore: a generation or, for the work folder's own database, the exchange files.
   [[nodiscard]] bool HasBackups() const;
   /// Asks whether the damaged file is to be set aside, and does it.
   [[nodiscard]] bool SetAside(const QString& reason);

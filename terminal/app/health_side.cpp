@@ -32,10 +32,11 @@ health::Facts FactsOf(const Options& options) {
 
 /// Of a database that has been found whole. Nothing is made, marked or brought up to date.
 health::Comparison CompareAtRest(const Options& options) {
-  if (!options.IsOwnDatabase()) return health::Comparison::OfForeign();
+  if (DatabaseTarget::FromText(options.database).IsServer()) return health::Comparison::OfServer();
   try {
     const auto database = FirebirdUserData::OpenAsItIs(options.database, options.LockFolder());
-    const FirstLook look = LookAtDatabase(*database, backup::BackupFolder(options.workFolder), database->WasClosed());
+    const FirstLook look =
+        LookAtDatabase(*database, backup::BackupFolder(options.workFolder, options.database), database->WasClosed());
     const bool isWell = look.finding == FirstLook::Finding::Sound || look.finding == FirstLook::Finding::Newer;
     return {look.Line(), isWell};
   } catch (const std::exception& error) {

@@ -107,8 +107,7 @@ std::unique_ptr<FirebirdUserData> OpenWhenFree(const Options& options) {
 OpenedDatabase OpenDatabase(const Options& options) {
   auto database = OpenWhenFree(options);
   OpenedDatabase opened;
-  // Another database may have been used from another work folder meanwhile: no generation here tells of that.
-  if (options.IsOwnDatabase())
+  if (!DatabaseTarget::FromText(options.database).IsServer())
     opened.look =
         LookAtDatabase(*database, backup::BackupFolder(options.workFolder, options.database), database->WasClosed());
   opened.database = std::move(database);

@@ -64,8 +64,12 @@ void MakeFolder(const QString& path) {
 
 }  // namespace
 
-BackupFolder::BackupFolder(const QString& workFolder, const QString& database)
-    : path_(workFolder + QStringLiteral("/backups")) {
+void BackupFolder::WriteLasting(const QString& path, const QByteArray& bytes) {
+  WriteFileAtomically(path, bytes, Durability::Lasting);
+}
+
+BackupFolder::BackupFolder(const QString& workFolder, const QString& database, FileWriter write)
+    : path_(workFolder + QStringLiteral("/backups")), write_(write) {
   constexpr qsizetype kDigits = 12;
   if (database.isEmpty() || database == workFolder + QStringLiteral("/holdwise.fdb")) return;
   const QByteArray name = QCryptographicHash::hash(database.toUtf8(), QCryptographicHash::Md5).toHex().left(kDigits);
@@ -125,6 +129,17 @@ std::vector<Generation> BackupFolder::Superfluous(const std::vector<Generation>&
   return superfluous;
 }
 
+void BackupFolder::WriteAndReadBack(const QString& path, const PortfolioSet& set) const {
+  write_(path, PortfolioFileText(set));
+  try {
+    if (LoadPortfolioFile(path) == set) return;
+  } catch (const Error&) {  // nor is that what was written
+  }
+  QFile::remove(path);
+  throw Error(ErrorCategory::Corrupt,
+              QStringLiteral("备份文件“%1”读回的内容与写入的不同，没有留下它；请检查磁盘").arg(path).toStdString());
+}
+
 Generation BackupFolder::Write(const PortfolioSet& set, const QDateTime& now) const {
   if (const QStringList problems = ProblemsOf(set); !problems.isEmpty())
     throw Error(ErrorCategory::Refused, problems.join(QLatin1Char('\n')).toStdString());
@@ -134,10 +149,7 @@ Generation BackupFolder::Write(const PortfolioSet& set, const QDateTime& now) co
   if (newest && time <= newest->time) time = newest->time.addSecs(1);
   Generation written{path_ + QLatin1Char('/') + NameOf(set, time), time, static_cast<int>(set.portfolios.size()),
                      set.HoldingCount()};
-  WriteFileAtomically(written.path, PortfolioFileText(set), Durability::Lasting);
-  if (LoadPortfolioFile(written.path) != set)
-    throw Error(ErrorCategory::Corrupt,
-                QStringLiteral("备份文件“%1”读回的内容与写入的不同").arg(written.path).toStdString());
+  WriteAndReadBack(written.path, set);
   for (const Generation& old : Superfluous(List())) QFile::remove(old.path);
   return written;
 }

@@ -29,8 +29,12 @@ struct UsableGeneration {
 /// seven latest days and of each of the twelve latest months that have one. Not synchronised: one thread at a time.
 class BackupFolder {
  public:
+  /// Puts bytes into a file, flushed to the disk, or throws Error(Io).
+  using FileWriter = void (*)(const QString& path, const QByteArray& bytes);
+  static void WriteLasting(const QString& path, const QByteArray& bytes);
+
   /// @param database file or connection string; empty: the one in the work folder
-  explicit BackupFolder(const QString& workFolder, const QString& database = {});
+  explicit BackupFolder(const QString& workFolder, const QString& database = {}, FileWriter write = WriteLasting);
 
   [[nodiscard]] const QString& Path() const { return path_; }
   /// Newest first. A folder that is not there has none; one that cannot be read or is none: Error(Io). Opens no file.
@@ -41,9 +45,9 @@ class BackupFolder {
   [[nodiscard]] std::optional<UsableGeneration> NewestUsable() const;
 
   /// Writes a new generation, flushed to the disk, reads it back and only then removes those that need not stay. A set
-  /// with problems (ProblemsOf): Error(Refused). Not written, or not what was written: Error(Io, Corrupt), and the
-  /// earlier ones stay. What a writing left that was cut short goes too. A time that is not after the newest one's
-  /// counts as a second after it.
+  /// with problems (ProblemsOf): Error(Refused). Not written, or not read back as it was written: Error(Io, Corrupt),
+  /// nothing of it is left and the earlier ones stay. What a writing left that was cut short goes too. A time that is
+  /// not after the newest one's counts as a second after it.
   Generation Write(const PortfolioSet& set, const QDateTime& now) const;
   /// Writes a set with problems beside the generations, for a person to look at: "doubtful-YYYYMMDD-HHMMSS.csv". The
   /// three newest stay. Error(Io).
@@ -61,9 +65,11 @@ class BackupFolder {
 
  private:
   void Make() const;
+  void WriteAndReadBack(const QString& path, const PortfolioSet& set) const;
   [[nodiscard]] QString MarkPath() const { return path_ + QStringLiteral("/unsettled"); }
 
   QString path_;
+  FileWriter write_;
 };
 
 }  // namespace holdwise::backup

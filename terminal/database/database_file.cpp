@@ -33,10 +33,6 @@ constexpr int kSmallestPage = 4096;
 constexpr int kLargestPage = 16384;
 constexpr int kHeaderBytes = 32;
 
-int HelperTimeoutFor(const QString& file) {
-  return kHelperTimeoutMs + static_cast<int>(QFileInfo(file).size() / kBytesAMillisecond);
-}
-
 /// Every page says its number and its kind; one that was never written is empty. What the engine meets elsewhere it
 /// takes for what it should be, and may crash over it.
 QString PageHeadProblem(QFile& input, quint16 pageSize) {
@@ -109,7 +105,11 @@ QString HeaderProblem(const QString& file) {
   return PageHeadProblem(input, pageSize);
 }
 
-bool CheckInHelper(const QString& file, const QString& lockFolder) {
+int LongestCheckMilliseconds(const QString& file) {
+  return kHelperTimeoutMs + static_cast<int>(QFileInfo(file).size() / kBytesAMillisecond);
+}
+
+bool CheckInHelper(const QString& file, const QString& lockFolder, int longestMilliseconds) {
   // Not QCoreApplication: the file may be opened on another thread before the application object is there.
   const QString program =
       QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).path() + QStringLiteral("/holdwise-dbcheck");
@@ -121,10 +121,10 @@ bool CheckInHelper(const QString& file, const QString& lockFolder) {
     if (::getppid() != parent) ::_exit(kHelperRefused);
   });
   helper.start(program, {file, lockFolder});
-  if (!helper.waitForFinished(HelperTimeoutFor(file))) {
+  if (!helper.waitForFinished(longestMilliseconds)) {
     helper.kill();
     helper.waitForFinished(kHelperTimeoutMs);
-    throw NotCompleted(file, QStringLiteral("没有在%1秒内结束").arg(HelperTimeoutFor(file) / 1000));
+    throw NotCompleted(file, QStringLiteral("没有在%1秒内结束").arg(longestMilliseconds / 1000));
   }
   if (helper.exitStatus() == QProcess::NormalExit) {
     const QString report = QString::fromUtf8(helper.readAllStandardOutput()).trimmed();

@@ -22,9 +22,12 @@ namespace holdwise::firebird {
 
 /// Lets a process of its own read the whole database and the engine check it. Returns true when all is well;
 /// Error(Corrupt) when not or when the engine crashed over it, Error(TimedOut) when the check was not completed (it was
-/// killed or took too long: that says nothing of the file), Error(Busy) when another program holds the file. Without
-/// the helper program nothing is checked and false is returned.
-bool CheckInHelper(const QString& file, const QString& lockFolder);
+/// killed or took longer than `longestMilliseconds`: that says nothing of the file), Error(Busy) when another program
+/// holds the file. Without the helper program nothing is checked and false is returned.
+bool CheckInHelper(const QString& file, const QString& lockFolder, int longestMilliseconds);
+
+/// How long a check of the file may take on the slowest disk.
+[[nodiscard]] int LongestCheckMilliseconds(const QString& file);
 
 /// The file whose date says when CheckInHelper last read a whole database.
 [[nodiscard]] QString CheckRecordOf(const QString& file);

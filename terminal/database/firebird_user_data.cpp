@@ -117,7 +117,7 @@ void CreateFile(const QString& file) {
 
 /// The engine's full check where it can be had; otherwise what the header says.
 void CheckWhole(const QString& file, const QString& lockFolder, const QString& headerProblem) {
-  if (!firebird::CheckInHelper(file, lockFolder) && !headerProblem.isEmpty())
+  if (!firebird::CheckInHelper(file, lockFolder, firebird::LongestCheckMilliseconds(file)) && !headerProblem.isEmpty())
     throw firebird::Damaged(file, headerProblem);
 }
 

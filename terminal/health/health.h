@@ -34,8 +34,8 @@ struct Comparison {
   QString text;
   bool isWell = true;
 
-  /// Of another database than the work folder's own: no backup here tells of that.
-  [[nodiscard]] static Comparison OfForeign() { return {QStringLiteral("没有比较，只比较工作目录自己的数据库")}; }
+  /// Of a server's database, which other terminals may use at the same time.
+  [[nodiscard]] static Comparison OfServer() { return {QStringLiteral("没有比较，只比较本机的数据库文件")}; }
 };
 
 /// What the table is made from.

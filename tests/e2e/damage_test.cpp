@@ -275,6 +275,65 @@ TEST_F(DamagedDatabase, AnEmptyMirrorTakesNoBackupsPlace) {
   }
 }
 
+/// A database file elsewhere, whose backups are in the work folder.
+class OtherDatabase : public testing::Test {
+ protected:
+  void SetUp() override {
+    const Outcome outcome =
+        RunTerminal(Arguments({"--import", bench_.Write("p.csv", TwoPortfolios()), "--export", bench_.File("before")}));
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    ASSERT_TRUE(Backups().Newest());
+  }
+  [[nodiscard]] QString File() const { return bench_.File("other.fdb"); }
+  [[nodiscard]] QStringList Arguments(const QStringList& more) const {
+    return bench_.Arguments(QStringList{"--db", File()} + more);
+  }
+  [[nodiscard]] backup::BackupFolder Backups() const { return backup::BackupFolder(bench_.Work(), File()); }
+  void Damage() const {
+    QFile file(File());
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.seek(2 * kPage));
+    file.write(QByteArray(static_cast<qsizetype>(file.size()) - 2 * kPage, '\x5A'));
+  }
+
+  Bench bench_;
+};
+
+TEST_F(OtherDatabase, ADifferenceIsSaidWithAllItsCausesAndNotTakenOver) {
+  {
+    const auto database = FirebirdUserData::Open({File(), {}, {}}, test::TempDatabase::LockFolder());
+    database->Execute(QStringLiteral("update alg_commain set COMNAME = '己' where COMNAME = '乙'"));
+  }
+  const QString newest = Backups().Newest()->path;
+  const Outcome outcome = RunTerminal(Arguments({"--export", bench_.File("after")}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("另一个程序或另一个工作目录写过它")) << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.err.contains("“乙”：名称 己 → 乙")) << outcome.err.toStdString();
+  EXPECT_EQ(Backups().Newest()->path, newest);
+  const Outcome check = RunTerminal(Arguments({"--check"}));
+  EXPECT_TRUE(check.out.contains("注意  与备份比较：")) << check.out.toStdString();
+}
+
+TEST_F(OtherDatabase, ComesBackWithOneButton) {
+  const Screen screen;
+  if (!screen.IsThere()) GTEST_SKIP() << "Xvfb";
+  Damage();
+  const Outcome outcome = RunTerminal(Arguments({"--export", bench_.File("after")}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains("最近的备份完好")) << outcome.err.toStdString();
+  {
+    RunningTerminal terminal(Arguments({}), screen.Environment());
+    ASSERT_TRUE(screen.Enter("数据库已损坏"));
+    screen.Keys({"space"});
+    ASSERT_TRUE(screen.Enter("^询问$"));
+    screen.Keys({"Tab", "space"});
+    ASSERT_TRUE(terminal.WaitForWindow());
+    EXPECT_GE(terminal.Signal(SIGTERM), 0);
+  }
+  EXPECT_EQ(RunTerminal(Arguments({"--export", bench_.File("again")})).exitCode, 0);
+  EXPECT_EQ(ReadCsv(bench_.File("again/2001-strngrd.csv")), ReadCsv(bench_.File("before/2001-strngrd.csv")));
+}
+
 /// Backups that cannot be compared with.
 class SpoiledBackups : public DamagedDatabase {
  protected:

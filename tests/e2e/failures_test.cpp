@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
@@ -247,6 +249,26 @@ TEST(Database, HeldByAnotherTerminalIsTold) {
   EXPECT_EQ(holder.Process().state(), QProcess::Running);
 }
 
+TEST(Database, ThatCannotBeOpenedIsTriedAgainWithOneButton) {
+  const Screen screen;
+  if (!screen.IsThere()) GTEST_SKIP() << "Xvfb";
+  const Bench first;
+  const Bench second;
+  const QStringList sameFile{"--db", first.File("shared.fdb")};
+  RunningTerminal holder(first.Arguments(sameFile));
+  ASSERT_TRUE(holder.WaitForWindow());
+  RunningTerminal waiting(second.Arguments(sameFile), screen.Environment());
+  ASSERT_TRUE(screen.Enter("^数据库不能打开$"));
+  screen.Keys({"space"});
+  ASSERT_TRUE(screen.IsGone("^数据库不能打开$"));
+  ASSERT_TRUE(screen.Enter("^数据库不能打开$")) << "still held";
+  EXPECT_GE(holder.Signal(SIGTERM), 0);
+  screen.Keys({"space"});
+  EXPECT_TRUE(waiting.WaitForWindow());
+  EXPECT_GE(waiting.Signal(SIGTERM), 0);
+  EXPECT_EQ(waiting.Process().exitCode(), 0);
+}
+
 TEST(WorkFolder, ThatCannotBeMadeIsTold) {
   const Bench bench;
   const QString file = bench.Write("file", "x");
@@ -267,6 +289,48 @@ TEST(WorkFolder, ThatHoldsOtherThingsKeepsItsMode) {
   EXPECT_TRUE(outcome.err.contains("chmod 700")) << outcome.err.toStdString();
   EXPECT_EQ(QFile::permissions(bench.Work()), open);
   EXPECT_EQ(QDir(bench.Work()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"photos"});
+}
+
+/// Runs a terminal from a text terminal where somebody has typed a line. @return its exit code; `said` is what stood
+/// there then
+int RunFromTextTerminal(const QStringList& arguments, const QByteArray& line, QByteArray& said) {
+  const int master = ::posix_openpt(O_RDWR | O_NOCTTY);
+  if (master < 0 || ::grantpt(master) != 0 || ::unlockpt(master) != 0) return -1;
+  const QByteArray name = ::ptsname(master);
+  QProcess process;
+  process.setProcessEnvironment(BareEnvironment());
+  process.setChildProcessModifier([&name] {
+    const int end = ::open(name.constData(), O_RDWR | O_NOCTTY);
+    ::dup2(end, STDIN_FILENO);
+    ::dup2(end, STDERR_FILENO);
+  });
+  if (::write(master, line.constData(), static_cast<std::size_t>(line.size())) != line.size()) return -1;
+  process.start(Program("holdwise-terminal"), arguments);
+  const bool isFinished = process.waitForFinished(60'000);
+  said.resize(4096);
+  said.resize(std::max<ssize_t>(0, ::read(master, said.data(), static_cast<std::size_t>(said.size()))));
+  ::close(master);
+  return isFinished ? process.exitCode() : -1;
+}
+
+TEST(WorkFolder, ThatHoldsOtherThingsIsClosedWhenTheUserAgrees) {
+  for (const bool agrees : {false, true}) {
+    const Bench bench;
+    ASSERT_TRUE(QDir().mkpath(bench.Work() + "/photos"));
+    const auto open = QFile::permissions(bench.Work()) | QFileDevice::ReadOther | QFileDevice::ExeOther;
+    ASSERT_TRUE(QFile::setPermissions(bench.Work(), open));
+    QByteArray said;
+    const int exitCode =
+        RunFromTextTerminal(bench.Arguments({"--export", bench.File("out")}), agrees ? "y\n" : "n\n", said);
+    EXPECT_EQ(exitCode, agrees ? 0 : 1) << said.toStdString();
+    EXPECT_TRUE(said.contains("改吗？")) << said.toStdString();
+    EXPECT_TRUE(said.contains(bench.Work().toUtf8())) << said.toStdString();
+    struct stat mode {};
+    ASSERT_EQ(::stat(QFile::encodeName(bench.Work()).constData(), &mode), 0);
+    EXPECT_EQ((mode.st_mode & 0777U) == 0700U, agrees);
+    EXPECT_TRUE(QFileInfo(bench.Work() + "/photos").isDir());
+    EXPECT_EQ(QFile::exists(bench.Work() + "/holdwise.fdb"), agrees);
+  }
 }
 
 TEST(WorkFolder, APipeInThePlaceOfAFileIsRefusedAtOnce) {

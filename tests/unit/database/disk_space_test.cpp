@@ -185,6 +185,29 @@ TEST(Helper, ACheckThatWasKilledSaysNothingOfTheFile) {
   }
 }
 
+TEST(Helper, ACheckThatIsSlowSaysNothingOfTheFile) {
+  const TempDatabase db(false);
+  QFile file(db.File());
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QByteArray bytes = file.readAll();
+  try {
+    // Less than a program needs to begin.
+    firebird::CheckInHelper(db.File(), TempDatabase::LockFolder(), 1);
+    FAIL() << "completed";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.Category(), ErrorCategory::TimedOut) << error.what();
+    EXPECT_TRUE(QString::fromUtf8(error.what()).contains(QStringLiteral("这次的检查没有完成"))) << error.what();
+    EXPECT_FALSE(QString::fromUtf8(error.what()).contains(QStringLiteral("已损坏"))) << error.what();
+  }
+  EXPECT_FALSE(QFile::exists(firebird::CheckRecordOf(db.File()))) << "nothing was checked";
+  ASSERT_TRUE(file.seek(0));
+  EXPECT_EQ(file.readAll(), bytes);
+  EXPECT_GE(firebird::LongestCheckMilliseconds(db.File()), 30'000);
+  EXPECT_TRUE(
+      firebird::CheckInHelper(db.File(), TempDatabase::LockFolder(), firebird::LongestCheckMilliseconds(db.File())));
+  EXPECT_TRUE(QFile::exists(firebird::CheckRecordOf(db.File())));
+}
+
 TEST(Helper, EndsWithTheProcessThatAsked) {
   const TempDatabase db(false);
   QFile marker(firebird::MarkerOf(db.File()));

@@ -137,6 +137,37 @@ TEST_F(BackupFolderTest, AFullDiskAtAnyByteLeavesTheEarlierGenerations) {
   EXPECT_EQ(LoadPortfolioFile(folder_.Write(set, At(2026, 3, 5)).path), set);
 }
 
+// A disk that takes everything and gives something else back.
+TEST_F(BackupFolderTest, WhatDoesNotReadBackLeavesTheEarlierGenerationsAndNothingElse) {
+  AddThree();
+  for (int second = 0; second < 10; ++second) folder_.Write(Now(), At(2026, 3, 4, 12, 0, second));
+  const QStringList before = Files();
+  const PortfolioSet good = Now();
+  Do(QStringLiteral("update alg_comdetail set PZSL=101 where ID=1"));
+  const PortfolioSet set = Now();
+  const BackupFolder::FileWriter cuts = [](const QString& path, const QByteArray& bytes) {
+    BackupFolder::WriteLasting(path, bytes.first(bytes.size() / 2));
+  };
+  // A file that is sound in itself, and another.
+  const BackupFolder::FileWriter forgets = [](const QString& path, const QByteArray&) {
+    BackupFolder::WriteLasting(path, PortfolioFileText(PortfolioSet{}));
+  };
+  for (const BackupFolder::FileWriter write : {cuts, forgets}) {
+    const BackupFolder bad(work_.path(), {}, write);
+    try {
+      bad.Write(set, At(2026, 3, 5));
+      ADD_FAILURE() << "written";
+    } catch (const Error& error) {
+      EXPECT_EQ(error.Category(), ErrorCategory::Corrupt);
+    }
+    EXPECT_EQ(Files(), before);
+    BackupWriter writer(bad, clock_, log_);
+    EXPECT_EQ(writer.Write(set), BackupWriter::Outcome::Failed);
+    EXPECT_TRUE(writer.State().isLost);
+  }
+  EXPECT_EQ(LoadPortfolioFile(folder_.Newest()->path), good);
+}
+
 TEST_F(BackupFolderTest, NothingIsWrittenWhenNothingHasChanged) {
   AddThree();
   BackupWriter writer(folder_, clock_, log_);
