@@ -83,6 +83,7 @@ std::vector<Account> ReadAccounts(const QString& path, const std::unordered_set<
   table.MoveRejectionsTo(rejections);
   if (understood != nullptr) *understood = table.Understood();
   std::vector<Account> accounts;
+  accounts.reserve(latest.size());
   for (const auto& [codeNumber, line] : latest) accounts.push_back(line.account);
   return accounts;
 }

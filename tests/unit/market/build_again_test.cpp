@@ -298,14 +298,14 @@ TEST_F(BuildAgain, WhatHasNotChangedIsNotMadeAgain) {
   const auto made = [this] {
     const Said said = Build("out", memory_);
     EXPECT_TRUE(said.folder.contains(QStringLiteral("market.dat"))) << said.lines.back();
-    std::map<QString, const void*> stocks;
+    std::map<QString, std::shared_ptr<const MadeStock>> stocks;  // held: no other can take its place in memory
     for (const QString& code : Codes()) {
       const QString path = Place(Bars(code));
       StockSource source{*FileStateOf(path), 0, {{}, 20200102}};
       for (const QByteArray& line : Read(QStringLiteral("securities.csv")).split('\n')) {
         if (line.startsWith(code.toUtf8())) source.listDate = line.split(',').last().replace("-", "").toInt();
       }
-      stocks[code] = memory_.GetWork().stocks.Find(path, source).get();
+      stocks[code] = memory_.GetWork().stocks.Find(path, source);
     }
     return stocks;
   };
