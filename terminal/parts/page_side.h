@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QTimer>
+
 #include "holdwise/sdk/catalogue.h"
 #include "pages/address_registry.h"
 #include "parts/database_side.h"
@@ -51,6 +53,8 @@ class PageSide {
 
  private:
   void AddHostPages(MarketData& data);
+  /// Has the window say what of the views' figures is incomplete.
+  void LookForIncomplete();
   /// The address with views; null when no plug-in has one.
   [[nodiscard]] TAddressItem* ViewAddress() const;
 
@@ -60,6 +64,7 @@ class PageSide {
   QuickEntry quickEntry_;
   TerminalHost host_;
   PluginLoader plugins_;
+  QTimer incomplete_;
 };
 
 }  // namespace holdwise
