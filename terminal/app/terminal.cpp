@@ -35,6 +35,7 @@ Terminal::Terminal(Options options, DatabaseOpener openDatabase)
           [this](const QString& text) { guard_.DamageMet(text); }),
       market_(std::make_unique<MarketSide>(process_, database_)),
       window_(process_, Actions()),
+      firstData_(process_, window_, [this] { TryAgain(); }),
       guard_(process_, database_, window_, look_) {
   window_.OnThemeChanged = [this] {
     if (pages_ != nullptr) pages_->ChangeColorTheme();
@@ -111,7 +112,8 @@ bool Terminal::OpenPages() {
     if (process_.Asked().IsBatch() && !process_.Asked().command.NeedsViews())
       process_.Log().WriteLog(title + QStringLiteral("：") + TextOf(error));
     else
-      window_.ShowObstacle(title, TextOf(error), DataFolderCommands(process_.Asked().dataFolder), again);
+      window_.ShowObstacle(title, TextOf(error), DataFolderCommands(process_.Asked().dataFolder), again,
+                           firstData_.Choices());
     return false;
   }
   window_.ClearObstacle();
