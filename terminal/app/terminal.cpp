@@ -35,6 +35,7 @@ Terminal::Terminal(Options options, DatabaseOpener openDatabase)
           [this](const QString& text) { guard_.DamageMet(text); }),
       market_(std::make_unique<MarketSide>(process_, database_)),
       window_(process_, Actions()),
+      firstData_(process_, window_, [this] { TryAgain(); }),
       guard_(process_, database_, window_, look_),
       dayChange_({process_, window_, market_, pages_}) {
   dayChange_.isBusy = [this] { return commands_ == nullptr || !commands_->IsIdle(); };
@@ -115,7 +116,8 @@ bool Terminal::OpenPages() {
     if (process_.Asked().IsBatch() && !process_.Asked().command.NeedsViews())
       process_.Log().WriteLog(title + QStringLiteral("：") + TextOf(error));
     else
-      window_.ShowObstacle(title, TextOf(error), DataFolderCommands(process_.Asked().dataFolder), again);
+      window_.ShowObstacle(title, TextOf(error), DataFolderCommands(process_.Asked().dataFolder), again,
+                           firstData_.Choices());
     return false;
   }
   window_.ClearObstacle();

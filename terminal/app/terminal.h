@@ -5,6 +5,7 @@
 #include "commands.h"
 #include "database_guard.h"
 #include "day_change.h"
+#include "first_data.h"
 #include "health_side.h"
 #include "parts/database_side.h"
 #include "parts/market_side.h"
@@ -49,6 +50,7 @@ class Terminal {
   DatabaseSide database_;
   std::unique_ptr<MarketSide> market_;  ///< null: the data folder could not be used
   WindowSide window_;
+  FirstData firstData_;
   DatabaseGuard guard_;
   std::unique_ptr<Backups> backups_;    ///< null until the database is open; ends after all who change something
   std::unique_ptr<PageSide> pages_;     ///< null: as the market

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "pages/notice_page.h"
 
+#include <QClipboard>
+#include <QCoreApplication>
 #include <QFontDatabase>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -41,6 +45,10 @@ NoticePage::NoticePage(const QString& title, const QString& text, const QString&
     lines->setMaximumWidth(kWidest);
     lines->setFixedHeight(lines->fontMetrics().lineSpacing() * 6);
     layout->addWidget(lines);
+    auto* copy = new QPushButton(QStringLiteral("复制命令(&C)"));
+    copy->setAutoDefault(false);
+    connect(copy, &QPushButton::clicked, this, [commands] { QGuiApplication::clipboard()->setText(commands); });
+    layout->addWidget(copy, 0, Qt::AlignLeft);
   }
   auto* buttons = new QHBoxLayout;
   for (NoticeChoice& choice : choices) {
@@ -55,11 +63,14 @@ NoticePage::NoticePage(const QString& title, const QString& text, const QString&
 }
 
 QString DataFolderCommands(const QString& dataFolder) {
+  QString program = QCoreApplication::applicationDirPath() + QStringLiteral("/holdwise-market");
+  static const QRegularExpression plain(QRegularExpression::anchoredPattern(QStringLiteral("[A-Za-z0-9/._+-]+")));
+  if (!plain.match(program).hasMatch()) program = QLatin1Char('\'') + program + QLatin1Char('\'');
   return QStringLiteral(
-             "holdwise-market simulate --securities 5000 --days 500 --seed 1 --out csv\n"
-             "holdwise-market build --bars csv/bars --indices csv/indices --securities csv/securities.csv \\\n"
+             "%2 simulate --securities 5000 --days 500 --seed 1 --out csv\n"
+             "%2 build --bars csv/bars --indices csv/indices --securities csv/securities.csv \\\n"
              "    --dates csv/trading_dates.csv --rates csv/deposit_rates.csv --simulated --out '%1'")
-      .arg(dataFolder);
+      .arg(dataFolder, program);
 }
 
 }  // namespace holdwise

@@ -2,6 +2,7 @@
 #include "parts/page_side.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "holdwise/packet/code_numbers.h"
@@ -15,6 +16,7 @@ namespace {
 const QString kAddressSetting = QStringLiteral("address");
 const QString kViewSetting = QStringLiteral("view");
 const QString kSecurityPage = QStringLiteral("分时走势");
+constexpr int kLookMilliseconds = 10'000;
 constexpr std::uint16_t kSecurityPageNumber = 1;
 constexpr std::uint16_t kToolbarPageNumber = 2;
 constexpr std::uint16_t kLogPageNumber = 3;
@@ -55,6 +57,8 @@ PageSide::PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& ma
     window_.Window().SetAddresses(names, addresses_.ListedNames());
   };
   AddHostPages(market.Data());
+  incomplete_.callOnTimeout(&window.Window(), [this] { LookForIncomplete(); });
+  if (!process.Asked().IsBatch()) incomplete_.start(kLookMilliseconds);
 }
 
 QuickEntryActions PageSide::QuickActions(MarketData& data) {
@@ -82,6 +86,7 @@ QuickEntryActions PageSide::QuickActions(MarketData& data) {
 }
 
 PageSide::~PageSide() {
+  window_.Window().SetIncomplete({});
   addresses_.LeaveCurrent();  // a plug-in's page is left before the plug-in is told to end
   addresses_.OnListChanged = nullptr;
   window_.Window().SetAddresses({}, {});
@@ -114,6 +119,15 @@ bool PageSide::LoadPlugins() {
   if (plugins_.Plugins().empty()) return false;
   for (const QString& problem : plugins_.Problems()) PrintError(problem);
   return true;
+}
+
+void PageSide::LookForIncomplete() {
+  TAddressItem* item = ViewAddress();
+  if (item == nullptr) return;
+  try {
+    window_.Window().SetIncomplete(item->Views()->Incomplete());
+  } catch (const std::exception&) {  // said where the same statement serves a view
+  }
 }
 
 bool PageSide::HasAddress(const QString& name) const {

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QTimer>
+
 #include "holdwise/sdk/catalogue.h"
 #include "pages/address_registry.h"
 #include "parts/database_side.h"
@@ -60,6 +62,8 @@ class PageSide {
  private:
   void AddHostPages(MarketData& data);
   [[nodiscard]] QuickEntryActions QuickActions(MarketData& data);
+  /// Has the window say what of the views' figures is incomplete.
+  void LookForIncomplete();
 
   ProcessParts& process_;
   WindowSide& window_;
@@ -67,6 +71,7 @@ class PageSide {
   QuickEntry quickEntry_;
   TerminalHost host_;
   PluginLoader plugins_;
+  QTimer incomplete_;
 };
 
 }  // namespace holdwise

@@ -10,6 +10,8 @@
 namespace holdwise {
 namespace {
 
+const QString kDataSetting = QStringLiteral("data");
+
 TerminalApplication& Application() {
   return *static_cast<TerminalApplication*>(QCoreApplication::instance());
 }
@@ -32,7 +34,15 @@ ProcessParts::ProcessParts(Options options)
       settingsProblem_(SetAsideIfDamaged(options_.workFolder + QStringLiteral("/settings.ini"))),
       settings_(options_.workFolder + QStringLiteral("/settings.ini"), QSettings::IniFormat) {
   Application().SetLog(&log_);
+  const QString remembered = settings_.value(kDataSetting).toString();
+  const bool isRestored = options_.command.dataFolder.isEmpty() && !options_.IsBatch() && !remembered.isEmpty();
+  if (isRestored) options_.dataFolder = remembered;
   if (!settingsProblem_.isEmpty()) log_.WriteLog(settingsProblem_);
+}
+
+void ProcessParts::UseDataFolder(const QString& folder) {
+  options_.dataFolder = folder;
+  settings_.setValue(kDataSetting, folder);
 }
 
 ProcessParts::~ProcessParts() {

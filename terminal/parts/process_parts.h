@@ -26,6 +26,8 @@ class ProcessParts {
   ProcessParts& operator=(const ProcessParts&) = delete;
 
   [[nodiscard]] const Options& Asked() const { return options_; }
+  /// Another data folder than the one asked for, from now on and, unless a start names one, for the starts to come.
+  void UseDataFolder(const QString& folder);
   [[nodiscard]] SystemClock& Clock() { return clock_; }
   [[nodiscard]] DebugLog& Log() { return log_; }
   /// The one settings file, in the work folder.

@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "pages/notice_page.h"
+#include "parts/quote_status.h"
 #include "process/print.h"
 #include "window/dialogs.h"
 #include "window/help_dialogs.h"
@@ -45,8 +45,9 @@ WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
     if (!process_.SettingsProblem().isEmpty()) window_.TellFailure(process_.SettingsProblem());
   }
   window_.ShowThemeKind(theme_.Kind());
-  window_.SetDatabase(process_.Asked().database);
-  window_.SetBusState(false);
+  process_.Log().WriteLog(
+      QStringLiteral("工作目录 %1；数据目录 %2；数据库 %3")
+          .arg(process_.Asked().workFolder, process_.Asked().dataFolder, process_.Asked().database));
   messageBoxes_.SetWindow(&window_);
   process_.Log().SetFailureListener([this](const QString& text) {
     PrintError(text);
@@ -112,13 +113,21 @@ void WindowSide::Raise() {
 }
 
 void WindowSide::ShowObstacle(const QString& title, const QString& text, const QString& commands,
-                              std::function<void()> tryAgain) {
+                              std::function<void()> tryAgain, std::vector<NoticeChoice> choices) {
   process_.Log().WriteLog(title + QStringLiteral("：") + text);
-  QString advice = text;
-  if (!commands.isEmpty())
-    advice += QStringLiteral("\n\n下面两条命令生成一份模拟行情；自己的日线数据也用第二条命令转换。");
-  PrintError(title + QStringLiteral("：") + advice + (commands.isEmpty() ? QString() : QLatin1Char('\n') + commands));
+  const QString how = commands.isEmpty()
+                          ? QString()
+                          : QStringLiteral("\n\n下面两条命令生成一份模拟行情；自己的日线数据也用第二条命令转换。");
+  PrintError(title + QStringLiteral("：") + text + how +
+             (commands.isEmpty() ? QString() : QLatin1Char('\n') + commands));
   if (process_.Asked().IsBatch()) return;
+  QString advice = text;
+  if (!choices.empty()) {
+    advice += QStringLiteral(
+        "\n\n第一次使用：按“试用模拟行情”，就在这里生成一份虚构的行情并打开。已有数据目录的，按“选择数据目录…”。"
+        "两者下次启动仍有效。");
+  }
+  advice += how;
   if (obstacle_) {
     const QString time = process_.Clock().Now().toString(QStringLiteral("HH:mm:ss"));
     advice += QStringLiteral("\n\n%1 又检查了一次，还是不能用。").arg(time);
@@ -128,7 +137,8 @@ void WindowSide::ShowObstacle(const QString& title, const QString& text, const Q
                        // Leaves the button's own handler first: what follows removes the page.
                        QTimer::singleShot(0, &window_, act);
                      }};
-  obstacle_ = std::make_unique<NoticePage>(title, advice, commands, std::vector<NoticeChoice>{std::move(again)});
+  choices.push_back(std::move(again));
+  obstacle_ = std::make_unique<NoticePage>(title, advice, commands, std::move(choices));
   window_.Area().ShowFrame(obstacle_.get());
 }
 
@@ -162,10 +172,10 @@ void WindowSide::ClearObstacle() {
 
 void WindowSide::ShowMarket(const MarketData& data, MarketConnection& connection) {
   window_.SetSimulated(data.IsSimulated());
-  window_.SetDataDate(data.CurrentDateText());
   window_.SetQuotesProblem({});
   window_.SetDataNotices(data.Notices());
-  window_.SetBusState(false);
+  // It follows this connection and goes with it.
+  (new QuoteStatus(data, connection, process_.Clock(), window_))->setParent(&connection);
   QObject::connect(&connection.Bus(), &MessageBus::ConnectionStateChanged, &window_,
                    [this](MessageBus::State state) { ShowBus(state == MessageBus::State::Connected); });
   QObject::connect(&connection, &MarketConnection::QuotesChanged, &window_,
@@ -175,16 +185,13 @@ void WindowSide::ShowMarket(const MarketData& data, MarketConnection& connection
 void WindowSide::ShowBus(bool isConnected) {
   bus_ = isConnected ? QStringLiteral("已连接") : QStringLiteral("没有连接");
   process_.Log().WriteLog(QStringLiteral("消息总线%1").arg(bus_));
-  window_.SetBusState(isConnected);
 }
 
 void WindowSide::FollowPlaces(std::function<void()> saveElsewhere) {
-  const QString database = process_.Asked().database;
-  places_.emplace(process_.Asked().workFolder, database);
-  places_->OnGone = [this, database, save = std::move(saveElsewhere)](const QString& text) {
+  places_.emplace(process_.Asked().workFolder, process_.Asked().database);
+  places_->OnGone = [this, save = std::move(saveElsewhere)](const QString& text) {
     process_.Log().WriteLog(text);
     PrintError(text);
-    window_.SetDatabase(QStringLiteral("不在原处：") + database);
     window_.TellFailure(text);
     if (process_.Asked().IsBatch()) return;
     notice_ = std::make_unique<UrgentNotice>(&window_, QStringLiteral("数据的位置不在了"), text,
@@ -192,11 +199,10 @@ void WindowSide::FollowPlaces(std::function<void()> saveElsewhere) {
     notice_->show();
     notice_->raise();
   };
-  places_->OnBack = [this, database] {
+  places_->OnBack = [this] {
     const QString text = QStringLiteral("工作目录和数据库文件又在原处了。");
     process_.Log().WriteLog(text);
     notice_.reset();
-    window_.SetDatabase(database);
     window_.Tell(text);
   };
   places_->Start();

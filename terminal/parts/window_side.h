@@ -3,9 +3,11 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "bus/market_connection.h"
 #include "datacentre/market_data.h"
+#include "pages/notice_page.h"
 #include "parts/place_watch.h"
 #include "parts/process_parts.h"
 #include "theme/theme_services.h"
@@ -44,9 +46,10 @@ class WindowSide {
   /// Brings the window to the user's eyes; nothing in a batch.
   void Raise();
 
-  /// What stands in the way of the views: a line on standard error and in the log and, unless in a batch, a page with a
-  /// button that calls `tryAgain`. `commands`: command lines that help; may be empty.
-  void ShowObstacle(const QString& title, const QString& text, const QString& commands, std::function<void()> tryAgain);
+  /// What stands in the way of the views: a line on standard error and in the log and, unless in a batch, a page with
+  /// those buttons and one that calls `tryAgain`. `commands`: command lines that help; may be empty.
+  void ShowObstacle(const QString& title, const QString& text, const QString& commands, std::function<void()> tryAgain,
+                    std::vector<NoticeChoice> choices = {});
   static constexpr int kNothingChosen = -1;
   /// What has to be answered before the terminal goes on: a line on standard error and in the log and, unless in a
   /// batch, a page over the window with a button for each choice. @return the number of the one that was pressed;

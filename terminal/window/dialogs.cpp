@@ -55,6 +55,13 @@ QString AskForFolder(QWidget* window) {
   return Ask(dialog, QStringLiteral("导出"), "export");
 }
 
+QString AskForDataFolder(QWidget* window) {
+  QFileDialog dialog(window, QStringLiteral("选择数据目录"));
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  return Ask(dialog, QStringLiteral("选择"), "data");
+}
+
 QString AskForNewFile(QWidget* window, const QString& name) {
   QFileDialog dialog(window, QStringLiteral("导出组合"), QString(), QStringLiteral("组合 (*.csv);;所有文件 (*)"));
   dialog.setAcceptMode(QFileDialog::AcceptSave);

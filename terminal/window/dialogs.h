@@ -15,6 +15,8 @@ void KeepDialogFoldersIn(QSettings* settings);
 [[nodiscard]] QString AskForFile(QWidget* window);
 /// Asks for the folder to export to; empty when the user gives up.
 [[nodiscard]] QString AskForFolder(QWidget* window);
+/// Asks for a data folder; empty when the user gives up.
+[[nodiscard]] QString AskForDataFolder(QWidget* window);
 /// Asks for the file to write all portfolios to, with that name offered, and before one is replaced; empty when the
 /// user gives up.
 [[nodiscard]] QString AskForNewFile(QWidget* window, const QString& name);

@@ -19,6 +19,7 @@ namespace {
 constexpr int kIconSize = 64;
 constexpr int kDialogWidth = 720;
 constexpr int kMostRowsShown = 16;
+constexpr int kColumnGap = 16;
 
 struct Key {
   const char* where;
@@ -63,7 +64,10 @@ QTableWidget* TableOf(const std::vector<QStringList>& rows, const QStringList& t
     }
   }
   table->horizontalHeader()->setStretchLastSection(true);
+  table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   table->resizeColumnsToContents();
+  for (int column = 0; column + 1 < table->columnCount(); ++column)
+    table->setColumnWidth(column, table->columnWidth(column) + kColumnGap);
   const int shown = std::min(table->rowCount(), kMostRowsShown);
   table->setMinimumHeight(table->verticalHeader()->defaultSectionSize() * (shown + (titles.isEmpty() ? 0 : 1)) + 4);
   return table;

@@ -10,10 +10,13 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QStatusBar>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <utility>
 
 #include "address_bar.h"
+#include "holdwise/packet/number_text.h"
+#include "window/dialogs.h"
 #include "window/help_dialogs.h"
 
 namespace holdwise {
@@ -21,6 +24,7 @@ namespace {
 
 constexpr QSize kFirstSize{1280, 800};
 constexpr QSize kWindowBorders{16, 48};
+constexpr int kIndices = 3;
 constexpr int kTellMilliseconds = 8000;
 constexpr int kLongMilliseconds = 60'000;
 
@@ -32,11 +36,16 @@ QLabel* AddStatus(QStatusBar& bar) {
   return label;
 }
 
+/// A text for a tool tip, as it stands.
+QString PlainHint(const QString& text) {
+  return text.toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>"));
+}
+
 /// Shown while there are lines, which stand in its hint; `text` has a place for their number.
 void ShowSign(QLabel& sign, const QString& text, const QStringList& lines) {
   sign.setVisible(!lines.isEmpty());
   sign.setText(text.arg(lines.size()));
-  sign.setToolTip(lines.join(QLatin1Char('\n')).toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>")));
+  sign.setToolTip(PlainHint(lines.join(QLatin1Char('\n'))));
 }
 
 /// The whole window is on the screen. An offscreen screen is made up, and small.
@@ -123,11 +132,22 @@ void MainWindow::BuildStatusBar() {
   dataNotices_->hide();
   health_ = AddStatus(*statusBar());
   health_->setObjectName(QStringLiteral("health"));
-  health_->setAutoFillBackground(true);
   health_->hide();
-  date_ = AddStatus(*statusBar());
-  bus_ = AddStatus(*statusBar());
-  database_ = AddStatus(*statusBar());
+  incomplete_ = new QToolButton(this);
+  incomplete_->setObjectName(QStringLiteral("incomplete"));
+  incomplete_->setAutoRaise(true);
+  incomplete_->setToolTip(QStringLiteral("单击列出是哪些、缺什么"));
+  incomplete_->hide();
+  connect(incomplete_, &QToolButton::clicked, this,
+          [this] { ShowReport(this, QStringLiteral("不完整的数据"), incompleteLines_.join(QLatin1Char('\n'))); });
+  statusBar()->addPermanentWidget(incomplete_);
+  for (int index = 0; index < kIndices; ++index) {
+    indices_.push_back(AddStatus(*statusBar()));
+    indices_.back()->setObjectName(QStringLiteral("index%1").arg(index));
+    indices_.back()->setTextFormat(Qt::RichText);
+  }
+  quotes_ = AddStatus(*statusBar());
+  quotes_->setObjectName(QStringLiteral("quotes"));
 }
 
 void MainWindow::SetAddresses(const QStringList& addresses, const QStringList& listed) {
@@ -153,10 +173,8 @@ void MainWindow::SetPortfolioActionsEnabled(bool isEnabled) {
 
 void MainWindow::ShowThemeKind(ThemeKind kind) {
   (kind == ThemeKind::Dark ? dark_ : light_)->setChecked(true);
-  QPalette amber = palette();
-  amber.setColor(QPalette::Window, theme_.Colors().ColorOf(QStringLiteral("Qm_KlineYellowColor")));
-  amber.setColor(QPalette::WindowText, theme_.Colors().ColorOf(QStringLiteral("Qm_BGCorlor")));
-  health_->setPalette(amber);
+  for (QLabel* sign : {health_, quotesProblem_}) SetAmber(*sign, true);
+  SetAmber(*quotes_, quotes_->autoFillBackground());
   bar_->update();
 }
 
@@ -164,8 +182,45 @@ void MainWindow::SetSimulated(bool isSimulated) {
   setWindowTitle(isSimulated ? QStringLiteral("Holdwise — 模拟行情") : QStringLiteral("Holdwise"));
 }
 
-void MainWindow::SetDataDate(const QString& text) {
-  date_->setText(QStringLiteral("行情日期 %1").arg(text));
+void MainWindow::SetAmber(QLabel& label, bool isAmber) const {
+  QPalette colors = palette();
+  if (isAmber) {
+    colors.setColor(QPalette::Window, theme_.Colors().ColorOf(QStringLiteral("Qm_KlineYellowColor")));
+    colors.setColor(QPalette::WindowText, theme_.Colors().ColorOf(QStringLiteral("Qm_BGCorlor")));
+  }
+  label.setAutoFillBackground(isAmber);
+  label.setPalette(colors);
+}
+
+void MainWindow::SetQuotes(const QString& text, const QString& reason) {
+  constexpr int kWidestReason = 320;
+  const QString shown = quotes_->fontMetrics().elidedText(reason, Qt::ElideRight, kWidestReason);
+  quotes_->setText(reason.isEmpty() ? text : text + QStringLiteral("：") + shown);
+  quotes_->setToolTip(PlainHint(reason));
+  if (quotes_->autoFillBackground() != !reason.isEmpty()) SetAmber(*quotes_, !reason.isEmpty());
+}
+
+void MainWindow::SetIndices(const std::vector<IndexLevel>& levels) {
+  for (std::size_t index = 0; index < indices_.size() && index < levels.size(); ++index) {
+    const IndexLevel& one = levels[index];
+    QLabel& label = *indices_[index];
+    if (!(one.level > 0)) {
+      label.setText(one.name + QStringLiteral(" —"));
+      continue;
+    }
+    const double percent = one.previousClose > 0 ? (one.level / one.previousClose - 1) * 100 : 0;
+    const QString change = (percent > 0 ? QStringLiteral("+") : QString()) + FormatFixed(percent, 2);
+    const char* key = percent > 0 ? "Qm_KlineRedColor" : percent < 0 ? "Qm_KlineBlueColor" : "Grid_UnSelTxtColor";
+    label.setText(QStringLiteral("%1 %2 <span style='color:%3'>%4%</span>")
+                      .arg(one.name, FormatFixed(one.level, 2),
+                           theme_.Colors().ColorOf(QString::fromLatin1(key)).name(), change));
+  }
+}
+
+void MainWindow::SetIncomplete(const QStringList& lines) {
+  incompleteLines_ = lines;
+  incomplete_->setVisible(!lines.isEmpty());
+  incomplete_->setText(QStringLiteral("%1 项数据不完整").arg(lines.size()));
 }
 
 void MainWindow::SetQuotesProblem(const QString& text) {
@@ -185,17 +240,6 @@ void MainWindow::SetDataNotices(const QStringList& notices) {
 
 void MainWindow::SetHealthProblems(const QStringList& problems) {
   ShowSign(*health_, QStringLiteral("%1处需要注意"), problems);
-}
-
-void MainWindow::SetBusState(bool isConnected) {
-  bus_->setText(isConnected ? QStringLiteral("总线 已连接") : QStringLiteral("总线 已断开"));
-}
-
-void MainWindow::SetDatabase(const QString& text) {
-  constexpr int kWidest = 420;
-  database_->setText(
-      QStringLiteral("数据库 %1").arg(database_->fontMetrics().elidedText(text, Qt::ElideMiddle, kWidest)));
-  database_->setToolTip(text);
 }
 
 void MainWindow::Tell(const QString& text) {

@@ -2,6 +2,7 @@
 #pragma once
 #include <QMainWindow>
 #include <functional>
+#include <vector>
 
 #include "theme/theme_services.h"
 #include "window/work_area.h"
@@ -10,6 +11,7 @@ class QActionGroup;
 class QLabel;
 class QProgressBar;
 class QPushButton;
+class QToolButton;
 
 namespace holdwise {
 
@@ -28,6 +30,13 @@ struct WindowActions {
   std::function<void()> takeNewDay;
 };
 
+/// Level of an index; 0 where it is not known.
+struct IndexLevel {
+  QString name;
+  double level = 0;
+  double previousClose = 0;
+};
+
 /// The window: menus, address tabs, work area, status bar. Only shows and reports; User-interface thread.
 class MainWindow : public QMainWindow {
  public:
@@ -43,17 +52,21 @@ class MainWindow : public QMainWindow {
   void ShowThemeKind(ThemeKind kind);
   void SetSimulated(bool isSimulated);
 
-  void SetDataDate(const QString& text);
+  /// How new the prices are; in amber while there is a reason why that is not as it should be.
+  void SetQuotes(const QString& text, const QString& reason);
+  /// The three indices, in the order they are shown.
+  void SetIndices(const std::vector<IndexLevel>& levels);
+  /// Portfolios and views whose figures are incomplete, a line each, listed by a click; an empty list takes the sign
+  /// away.
+  void SetIncomplete(const QStringList& lines);
   /// Why the quotes shown are not those of the data folder; empty when they are.
   void SetQuotesProblem(const QString& text);
   /// A button with that text for WindowActions::takeNewDay, and what its hint says; an empty text takes it away.
   void OfferNewDay(const QString& text, const QString& hint);
   /// What of the data folder's optional files is not used, a line each; an empty list takes the sign away.
   void SetDataNotices(const QStringList& notices);
-  void SetBusState(bool isConnected);
   /// What is not well, a line each, for the amber sign in the status bar; an empty list takes it away.
   void SetHealthProblems(const QStringList& problems);
-  void SetDatabase(const QString& text);
   /// A passing message in the status bar.
   void Tell(const QString& text);
   /// One that stays there for a minute: something was not done.
@@ -73,6 +86,7 @@ class MainWindow : public QMainWindow {
  private:
   void BuildMenus();
   void BuildStatusBar();
+  void SetAmber(QLabel& label, bool isAmber) const;
 
   const ThemeServices& theme_;
   WindowActions actions_;
@@ -84,13 +98,14 @@ class MainWindow : public QMainWindow {
   QAction* light_ = nullptr;
   QMenu* addressMenu_ = nullptr;
   QActionGroup* addressGroup_ = nullptr;
-  QLabel* date_ = nullptr;
   QPushButton* newDay_ = nullptr;
+  QLabel* quotes_ = nullptr;
   QLabel* quotesProblem_ = nullptr;
   QLabel* dataNotices_ = nullptr;
   QLabel* health_ = nullptr;
-  QLabel* bus_ = nullptr;
-  QLabel* database_ = nullptr;
+  std::vector<QLabel*> indices_;
+  QToolButton* incomplete_ = nullptr;
+  QStringList incompleteLines_;
   QProgressBar* progress_ = nullptr;
   QPushButton* cancel_ = nullptr;
 };

@@ -72,6 +72,45 @@ TEST_F(Window, ClosedWhileItCalculatesItAsksFirst) {
   EXPECT_EQ(bench_.Export("2001-strngrd").size(), 2U) << "the portfolios are there";
 }
 
+/// Without any data: one key makes a simulated market and opens it, and the next start has it again.
+TEST_F(Window, AFirstStartGetsToADemoMarket) {
+  const QString log = bench_.Work() + "/log/terminal.log";
+  const QStringList arguments{"--work", bench_.Work()};
+  {
+    RunningTerminal terminal(arguments, screen_.Environment());
+    ASSERT_TRUE(terminal.WaitForWindow());
+    ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+    screen_.Keys({"alt+d"});
+    ASSERT_TRUE(screen_.Enter("模拟行情"));
+    EXPECT_TRUE(LogSays("插件“投资组合”"));
+    EXPECT_GE(terminal.Signal(SIGTERM), 0);
+  }
+  EXPECT_TRUE(QFile::exists(bench_.Work() + "/market/market.dat"));
+  EXPECT_TRUE(QDir(bench_.Work()).entryList({"demo-*"}).isEmpty()) << "nothing is left of its making";
+  RunningTerminal again(arguments, screen_.Environment());
+  ASSERT_TRUE(again.WaitForWindow());
+  EXPECT_TRUE(screen_.Enter("模拟行情"));
+}
+
+TEST_F(Window, ADataFolderThatWasChosenIsOpenedAgain) {
+  const QStringList arguments{"--work", bench_.Work()};
+  {
+    RunningTerminal terminal(arguments, screen_.Environment());
+    ASSERT_TRUE(terminal.WaitForWindow());
+    ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+    screen_.Keys({"alt+o"});
+    ASSERT_TRUE(screen_.Enter("选择数据目录"));
+    screen_.Type(bench_.data);
+    screen_.Keys({"Return"});
+    EXPECT_TRUE(LogSays("插件“投资组合”"));
+    EXPECT_GE(terminal.Signal(SIGTERM), 0);
+  }
+  ASSERT_TRUE(QFile::remove(bench_.Work() + "/log/terminal.log"));
+  RunningTerminal again(arguments, screen_.Environment());
+  ASSERT_TRUE(again.WaitForWindow());
+  EXPECT_TRUE(LogSays("插件“投资组合”"));
+}
+
 /// The page, its view, the colours and the edge of the tree are where they were left; a start that names a page goes
 /// there.
 TEST_F(Window, OpensWhereItWasLeft) {

@@ -45,7 +45,10 @@ TEST_P(PortfolioFrame, WithoutSavedPortfoliosBothGridsAndTheTitleAreEmpty) {
   const auto* hint = portfolios->viewport()->findChild<QLabel*>();
   ASSERT_NE(hint, nullptr);
   EXPECT_TRUE(hint->isVisible());
-  EXPECT_EQ(hint->text(), QStringLiteral("暂无已保存的组合"));
+  EXPECT_TRUE(hint->text().startsWith(QStringLiteral("暂无已保存的组合\n")));
+  for (const char* way : {"自选配置", "粘贴", "智能配置", "Ctrl+O"})
+    EXPECT_TRUE(hint->text().contains(QString::fromUtf8(way))) << way;
+  EXPECT_LE(hint->sizeHint().height(), portfolios->viewport()->height());
   const QImage lower = holdings->viewport()->grab().toImage();
   for (int y = 0; y < lower.height(); y += 3) {
     for (int x = 0; x < lower.width(); x += 3) ASSERT_EQ(lower.pixelColor(x, y), Color("Qm_BGCorlor")) << x << ' ' << y;

@@ -10,6 +10,12 @@
 
 namespace holdwise {
 
+QString NoSavedPortfolios() {
+  return QStringLiteral(
+      "暂无已保存的组合\n在“自选配置”中选股或粘贴持仓（Ctrl+V）建立，在“智能配置”中取用候选组合，\n"
+      "或用终端的“文件→导入组合”（Ctrl+O）读入组合或券商持仓表");
+}
+
 PortfolioList::PortfolioList(const Design& design, QWidget* parent)
     : FramePart(parent),
       statement_(design.statement),

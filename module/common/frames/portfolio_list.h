@@ -12,6 +12,9 @@ namespace holdwise {
 class CellButtons;
 class HeaderStrip;
 
+/// For an empty list of saved portfolios: that there is none, and how to begin.
+[[nodiscard]] QString NoSavedPortfolios();
+
 /// A grid of portfolios with its header strip: reads them from the database, keeps one selected and says which. A
 /// failing statement throws out of the calls. Without a statement whoever owns the list fills its grid and does not
 /// call ReflashData. User-interface thread only.

@@ -23,7 +23,7 @@ TFrm_YJFJ::TFrm_YJFJ(QWidget* parent)
                                .statement = sql::kSavedPortfolios,
                                .columns = decomposition::PortfolioTable(),
                                .keyColumn = decomposition::kId,
-                               .emptyText = QStringLiteral("暂无已保存的组合")},
+                               .emptyText = NoSavedPortfolios()},
                               this)),
       chart_(new StepChartPart(kUnit, QStringLiteral("RzPanel5"), this)) {
   AddPart(*list_, false);

@@ -37,7 +37,7 @@ TFrm_ZHBX::TFrm_ZHBX(QWidget* parent)
                                .statement = sql::kSavedPortfolios,
                                .columns = performance::PortfolioTable(),
                                .keyColumn = performance::kId,
-                               .emptyText = QStringLiteral("暂无已保存的组合")},
+                               .emptyText = NoSavedPortfolios()},
                               this)),
       holdings_(new HoldingsPanel({.unit = kUnit, .columns = performance::HoldingTable(), .caption = HoldingsCaption()},
                                   this)),

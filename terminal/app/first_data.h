@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <QObject>
+#include <QProcess>
+#include <QString>
+#include <QTemporaryDir>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "pages/notice_page.h"
+#include "parts/process_parts.h"
+#include "parts/window_side.h"
+
+namespace holdwise {
+
+/// Ways to a data folder for who has none that can be used: a simulated market, made here and now by holdwise-market,
+/// and another folder. What is chosen is remembered. User-interface thread.
+class FirstData : public QObject {
+ public:
+  /// `changed` is called when another folder is to be opened. All outlive it.
+  FirstData(ProcessParts& process, WindowSide& window, std::function<void()> changed);
+  /// Ends what is being made.
+  ~FirstData() override;
+
+  /// A button each, for the page that says that there is none.
+  [[nodiscard]] std::vector<NoticeChoice> Choices();
+
+ private:
+  void MakeDemo();
+  void Choose();
+  void Run(const QStringList& arguments, void (FirstData::*next)());
+  void Build();
+  void Open();
+  void ShowProgress();
+  void End(const QString& problem);
+
+  ProcessParts& process_;
+  WindowSide& window_;
+  std::function<void()> changed_;
+  QString folder_;                     ///< that is being made
+  std::optional<QTemporaryDir> bars_;  ///< while something is being made
+  QProcess maker_;
+  QByteArray said_;
+  bool isGivenUp_ = false;
+  void (FirstData::*next_)() = nullptr;
+};
+
+}  // namespace holdwise
