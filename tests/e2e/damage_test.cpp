@@ -225,8 +225,8 @@ TEST_F(ChangedDatabase, WhatIsEnteredMeanwhileIsKeptBesideTheBackups) {
   for (const char* name : {"一", "二", "三", "四"}) {
     const QString more = bench_.Write(
         "more.csv", QByteArray("name,code,quantity,price\n") + name + ",600003,10,3\n" + name + ",600004,10,4\n");
-    const Outcome outcome = RunTerminal(bench_.Arguments({"--import", more}));
-    EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+    const Outcome outcome = RunTerminal(bench_.Arguments({"--import", more, "--backup", bench_.File("all.csv")}));
+    EXPECT_EQ(outcome.exitCode, 1) << outcome.err.toStdString();
     EXPECT_TRUE(outcome.err.contains("没有作为备份保存")) << outcome.err.toStdString();
   }
   EXPECT_EQ(Backups().Newest()->path, newest);
