@@ -156,12 +156,22 @@ Generation BackupFolder::Write(const PortfolioSet& set, const QDateTime& now) co
 
 QString BackupFolder::WriteDoubtful(const PortfolioSet& set, const QDateTime& now) const {
   Make();
-  QString path = path_ + QStringLiteral("/doubtful-%1.csv").arg(now.toString(kTimeFormat));
-  WriteFileAtomically(path, PortfolioFileText(set), Durability::Lasting);
   const QDir folder(path_);
-  const QStringList names =
-      folder.entryList({QStringLiteral("doubtful-*.csv")}, QDir::Files, QDir::Name | QDir::Reversed);
-  for (const QString& name : names.mid(kDoubtfulKept)) QFile::remove(folder.filePath(name));
+  const auto newestFirst = [&folder] {
+    return folder.entryList({QStringLiteral("doubtful-*.csv")}, QDir::Files, QDir::Name | QDir::Reversed);
+  };
+  const auto nameOf = [](const QDateTime& time) {
+    return QStringLiteral("doubtful-%1.csv").arg(time.toString(kTimeFormat));
+  };
+  const QString newest = newestFirst().value(0);
+  QDateTime time = now;
+  if (nameOf(time) <= newest) {
+    const QDateTime before = QDateTime::fromString(newest.section(QLatin1Char('-'), 1).chopped(4), kTimeFormat);
+    if (before.isValid()) time = before.addSecs(1);
+  }
+  QString path = folder.filePath(nameOf(time));
+  WriteFileAtomically(path, PortfolioFileText(set), Durability::Lasting);
+  for (const QString& name : newestFirst().mid(kDoubtfulKept)) QFile::remove(folder.filePath(name));
   return path;
 }
 

@@ -50,7 +50,7 @@ class BackupFolder {
   /// not after the newest one's counts as a second after it.
   Generation Write(const PortfolioSet& set, const QDateTime& now) const;
   /// Writes a set with problems beside the generations, for a person to look at: "doubtful-YYYYMMDD-HHMMSS.csv". The
-  /// three newest stay. Error(Io).
+  /// three newest stay. A time that is not after the newest one's counts as a second after it. Error(Io).
   QString WriteDoubtful(const PortfolioSet& set, const QDateTime& now) const;
 
   /// Whether the database may be damaged, which nobody has decided yet: until then no generation is made of it.
