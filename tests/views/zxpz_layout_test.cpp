@@ -54,7 +54,7 @@ TEST_F(EditorLayout, TheBandsKeepTheirDesignSizes) {
   for (const int width : {900, 1024, 1920, 2560}) {
     OpenWithThree(width);
     EXPECT_EQ(Band().height(), 270) << width;
-    EXPECT_EQ(frame->findChild<QSplitter*>(QStringLiteral("Splitter1"))->widget(1)->width(), 190) << width;
+    EXPECT_EQ(frame->findChild<QSplitter*>(QStringLiteral("ZXPZ.Splitter1"))->widget(1)->width(), 190) << width;
     EXPECT_EQ(portfolios->width() + 190 + 5, frame->width()) << width;
     EXPECT_GE(portfolios->ColWidth(kOperation), 68) << "the three pictures, at " << width;
     EXPECT_EQ(portfolios->CellRect(kOperation, 0).right() + 1, portfolios->ClientWidth()) << width;

@@ -56,7 +56,6 @@ PortfolioBand::PortfolioBand(QWidget* parent)
                .staysPressed = true}},
              CellButtons::Places::FromLeft) {
   setObjectName(QStringLiteral("RzPanel2"));
-  Splitter1->setObjectName(QStringLiteral("Splitter1"));
   Splitter1->setObjectName(QStringLiteral("ZXPZ.Splitter1"));
   Splitter1->setHandleWidth(kSplitterWidth);
   Splitter1->setChildrenCollapsible(false);
