@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kIconSize = 64;
 constexpr int kDialogWidth = 720;
-constexpr int kMostRowsShown = 16;
+constexpr int kMostRowsShown = 20;
 constexpr int kColumnGap = 16;
 
 struct Key {
@@ -33,14 +33,19 @@ constexpr Key kKeys[] = {
     {"全部页面", "Ctrl+Q", "退出"},
     {"全部页面", "Alt+F、Alt+V、Alt+H", "打开文件、视图、帮助菜单"},
     {"全部页面", "Tab、Shift+Tab", "到下一处、上一处"},
-    {"全部页面", "数字", "输入六位股票代码，Enter 打开分时走势，Esc 放弃"},
+    {"全部页面", "数字、字母", "按代码、名称的拼音首字母找股票；Esc 放弃"},
+    {"找到的股票", "Enter", "打开分时走势"},
+    {"找到的股票", "Ctrl+Enter", "加入自选，或从自选移出"},
+    {"全部页面", "Alt+N", "有新一天的行情时：现在就换上"},
     {"页签（有焦点时）", "←、→", "前一页、后一页"},
     {"左边的导航", "↑、↓", "上一个、下一个视图"},
     {"左边的导航", "←、→", "到所属的组、到组里的第一个视图"},
     {"表格", "↑、↓、PageUp、PageDown、Home、End", "选择一行"},
     {"表格", "Ctrl+C", "复制整张表格，可粘贴到电子表格软件"},
     {"表格", "鼠标右键", "菜单：复制表格等"},
+    {"自选配置", "Ctrl+Enter", "确定"},
     {"自选配置的持仓表", "Ctrl+V", "粘贴代码、数量、价格各列"},
+    {"自选配置的组合表", "F4、F2、Delete", "保存、修改、删除"},
     {"导入、计算中", "Esc", "取消"},
 };
 
