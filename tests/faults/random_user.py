@@ -106,6 +106,8 @@ class Session:
             self.start()
             return True
         done, seconds = timed(self.arguments + command, 20, self.offscreen())
+        if done is None and self.process.poll() is not None:
+            return self.look(command)  # it had just been left: the command was a terminal of its own
         if done is None:
             self.report.problem(f"seed {self.seed}: does not answer any more")
             return False
