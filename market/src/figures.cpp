@@ -48,9 +48,8 @@ IndexReturns ReturnsOf(const PeriodSeries& series) {
 
 MarketReturns ReturnsOf(std::span<const Bar> indexBars, Window window) {
   MarketReturns market;
-  for (std::size_t i = 0; i < market.size(); ++i) {
-    market[i] = ReturnsOf(ComputeSeries(indexBars, kPeriodTypes[i], window));
-  }
+  std::transform(std::begin(kPeriodTypes), std::end(kPeriodTypes), market.begin(),
+                 [&](PeriodType type) { return ReturnsOf(ComputeSeries(indexBars, type, window)); });
   return market;
 }
 

@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include "holdwise/sdk/host.h"
 #include "plugin/untpluginterface.h"
 
 // The plain names by which a host finds the plug-in.
 extern "C" {
+
+HOLDWISE_EXPORTED int GetPlugInContract() {
+  return holdwise::kSdkVersion;
+}
 
 HOLDWISE_EXPORTED bool Initialize(holdwise::Host* host, int sdkVersion) {
   return Untpluginterface::Initialize(host, sdkVersion);

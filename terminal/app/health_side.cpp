@@ -54,8 +54,8 @@ void AddMarket(health::Facts& facts, const MarketData& data) {
 }  // namespace
 
 HealthSide::HealthSide(ProcessParts& process, WindowSide& window, const DatabaseGuard& guard,
-                       const std::unique_ptr<MarketSide>& market)
-    : process_(process), window_(window), guard_(guard), market_(market) {
+                       const std::unique_ptr<MarketSide>& market, const std::unique_ptr<PageSide>& pages)
+    : process_(process), window_(window), guard_(guard), market_(market), pages_(pages) {
   QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { Look(); });
   timer_.start(kBetweenLooks);
 }
@@ -72,6 +72,10 @@ health::Table HealthSide::Now() const {
   } else {
     AddMarket(facts, market_->Data());
     facts.quotesProblem = market_->Connection().QuotesProblem();
+  }
+  if (pages_ != nullptr) {
+    facts.plugins = pages_->PluginNames();
+    facts.pluginProblems = pages_->Problems();
   }
   return health::TableOf(facts);
 }

@@ -8,6 +8,7 @@
 #include "database_guard.h"
 #include "health/health.h"
 #include "parts/market_side.h"
+#include "parts/page_side.h"
 #include "parts/process_parts.h"
 #include "parts/window_side.h"
 #include "process/hand_over.h"
@@ -18,9 +19,9 @@ namespace holdwise {
 /// --check. User-interface thread.
 class HealthSide {
  public:
-  /// All outlive it; the market is null while the data folder cannot be used.
+  /// All outlive it; market and pages are null while the data folder cannot be used.
   HealthSide(ProcessParts& process, WindowSide& window, const DatabaseGuard& guard,
-             const std::unique_ptr<MarketSide>& market);
+             const std::unique_ptr<MarketSide>& market, const std::unique_ptr<PageSide>& pages);
   HealthSide(const HealthSide&) = delete;
   HealthSide& operator=(const HealthSide&) = delete;
 
@@ -39,6 +40,7 @@ class HealthSide {
   WindowSide& window_;
   const DatabaseGuard& guard_;
   const std::unique_ptr<MarketSide>& market_;
+  const std::unique_ptr<PageSide>& pages_;
   mutable health::MirrorReader mirror_;  ///< only remembers
   QTimer timer_;
 };

@@ -84,7 +84,7 @@ int Terminal::Run() {
   look_ = {};
   if (signal_guard::Requested()) return asked.IsBatch() ? 1 : 0;
   backups_ = std::make_unique<Backups>(process_, database_, window_);
-  health_ = std::make_unique<HealthSide>(process_, window_, guard_, market_);
+  health_ = std::make_unique<HealthSide>(process_, window_, guard_, market_, pages_);
   health_->backupProblem = [this] { return backups_->Service().State().problem; };
   commands_ = std::make_unique<Commands>(
       CommandParts{process_, database_, window_, *health_, *backups_, market_, pages_, guard_});
@@ -128,7 +128,11 @@ bool Terminal::OpenPages() {
   });
   dayChange_.Follow();
   if (pages_->LoadPlugins()) return true;
-  window_.ShowObstacle(QStringLiteral("没有可用的插件"), pages_->Problems().join(QLatin1Char('\n')), QString(), again);
+  window_.ShowObstacle(
+      QStringLiteral("没有可用的插件"),
+      pages_->Problems().join(QLatin1Char('\n')) +
+          QStringLiteral("\n\n请重新安装终端，它的插件应在目录“%1”中；然后按“重新检查”。").arg(PluginLoader::Folder()),
+      QString(), again);
   return false;
 }
 

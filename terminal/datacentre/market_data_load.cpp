@@ -130,7 +130,10 @@ MarketData::Market MarketData::ReadMarket(const QString& path) {
   const int format = file.Column("format", ColumnType::Integer);
   if (file.RowCount() != 1) file.Refuse(1, QStringLiteral("只应有一行数据"));
   if (file.IntegerAt(0, format) != kFormat) {
-    file.Refuse(0, QStringLiteral("格式版本%1不受支持，需要版本%2").arg(file.IntegerAt(0, format)).arg(kFormat));
+    file.Refuse(0,
+                QStringLiteral("数据是格式版本%1的，本终端需要版本%2：请用与本终端一起安装的 holdwise-market 重新生成")
+                    .arg(file.IntegerAt(0, format))
+                    .arg(kFormat));
   }
   const int currentDate = file.IntegerAt(0, date);
   if (!IsMarketDate(currentDate)) file.Refuse(0, QStringLiteral("日期%1无效").arg(currentDate));

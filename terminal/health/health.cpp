@@ -165,6 +165,13 @@ Row DataRow(const Facts& facts) {
   return {subject, text};
 }
 
+Row PluginRow(const Facts& facts) {
+  const QString subject = QStringLiteral("插件");
+  const QString running = facts.plugins.isEmpty() ? QStringLiteral("没有可用的插件") : facts.plugins;
+  if (facts.pluginProblems.isEmpty()) return {subject, running};
+  return {subject, running + QStringLiteral("。") + facts.pluginProblems.join(QStringLiteral("；")), false};
+}
+
 Row DiskRow(const Facts& facts) {
   Row row{QStringLiteral("磁盘"), {}};
   QStringList folders{facts.workFolder};
@@ -218,8 +225,12 @@ const QString& MirrorReader::Problem(const QString& workFolder) {
 }
 
 Table TableOf(const Facts& facts) {
-  return {DatabaseRow(facts), CheckRow(facts), MirrorRow(facts), BackupRow(facts), ComparisonRow(facts),
-          QuotesRow(facts),   DataRow(facts),  DiskRow(facts),   LogRow(facts)};
+  Table table{DatabaseRow(facts),   CheckRow(facts),  MirrorRow(facts), BackupRow(facts),
+              ComparisonRow(facts), QuotesRow(facts), DataRow(facts)};
+  if (!facts.plugins.isEmpty() || !facts.pluginProblems.isEmpty()) table.push_back(PluginRow(facts));
+  table.push_back(DiskRow(facts));
+  table.push_back(LogRow(facts));
+  return table;
 }
 
 int ProblemsIn(const Table& table) {

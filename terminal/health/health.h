@@ -55,11 +55,13 @@ struct Facts {
   QString dataEdition;  ///< which making of the folder it is; empty: unknown
   bool isSimulated = false;
   QStringList dataNotices;               ///< what of its files is not used or missing
+  QString plugins;                       ///< that run; empty with no problem: nobody has loaded them
+  QStringList pluginProblems;            ///< why one does not run
   std::optional<QString> quotesProblem;  ///< why quotes are not followed, empty when they are; none: nobody follows
 };
 
 /// All rows, in the order of the page: database, its last check, mirror, backups, comparison with the newest one,
-/// quotes, data folder, disk, log.
+/// quotes, data folder, plug-ins if they have been loaded, disk, log.
 [[nodiscard]] Table TableOf(const Facts& facts);
 [[nodiscard]] int ProblemsIn(const Table& table);
 /// A line a row, "正常" or "注意" in front of it.

@@ -49,7 +49,7 @@ PageSide::PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& ma
       host_({addresses_, window.Window().Area(), quickEntry_, window.Messages(), window.Theme(), process.Log(),
              process.Clock(), database, market.Data(), market.Connection().Bus(), market.Files()},
             process.Asked().workFolder),
-      plugins_(host_) {
+      plugins_(host_, addresses_) {
   addresses_.OnEntered = [this](const QString& name) { window_.Window().SetCurrentAddress(name); };
   addresses_.OnListChanged = [this] {
     QStringList names;

@@ -127,7 +127,7 @@ void WindowSide::ShowObstacle(const QString& title, const QString& text, const Q
         "\n\n第一次使用：按“试用模拟行情”，就在这里生成一份虚构的行情并打开。已有数据目录的，按“选择数据目录…”。"
         "两者下次启动仍有效。");
   }
-  advice += how;
+  advice += how + QStringLiteral("\n\n已保存的组合不受影响，仍在数据库“%1”里。").arg(process_.Asked().database);
   if (obstacle_) {
     const QString time = process_.Clock().Now().toString(QStringLiteral("HH:mm:ss"));
     advice += QStringLiteral("\n\n%1 又检查了一次，还是不能用。").arg(time);

@@ -4,9 +4,25 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QLibrary>
+#include <algorithm>
 #include <exception>
+#include <utility>
 
 namespace holdwise {
+namespace {
+
+/// A plug-in may throw anything.
+QString TextOfCurrentException() {
+  try {
+    throw;
+  } catch (const std::exception& error) {
+    return QString::fromUtf8(error.what());
+  } catch (...) {
+    return QStringLiteral("原因不明");
+  }
+}
+
+}  // namespace
 
 PluginLoader::~PluginLoader() {
   EndAll();
@@ -24,8 +40,8 @@ void PluginLoader::LoadAll(const QString& folder) {
   for (const QString& file : files) {
     try {
       Load(folder + QLatin1Char('/') + file);
-    } catch (const std::exception& error) {
-      problems_.append(QStringLiteral("插件“%1”启动时出错：%2").arg(file, QString::fromUtf8(error.what())));
+    } catch (...) {
+      problems_.append(QStringLiteral("插件“%1”启动时出错，没有采用它：%2").arg(file, TextOfCurrentException()));
     }
   }
 }
@@ -38,37 +54,62 @@ void PluginLoader::Load(const QString& path) {
     problems_.append(QStringLiteral("插件“%1”不能装入：%2").arg(file, library.errorString()));
     return;
   }
+  const auto contract = reinterpret_cast<PlugInContractFunction>(library.resolve("GetPlugInContract"));
   const auto initialize = reinterpret_cast<InitializeFunction>(library.resolve("Initialize"));
   const auto name = reinterpret_cast<PlugInTextFunction>(library.resolve("GetPlugInName"));
   const auto version = reinterpret_cast<PlugInTextFunction>(library.resolve("GetPlugInVersion"));
   const auto enter = reinterpret_cast<PlugInVoidFunction>(library.resolve("GetPlugInEnter"));
   const auto exit = reinterpret_cast<PlugInVoidFunction>(library.resolve("GetPlugInExit"));
   const auto finalize = reinterpret_cast<PlugInVoidFunction>(library.resolve("Finalize"));
-  if (!initialize || !name || !version || !enter || !exit || !finalize) {
-    problems_.append(QStringLiteral("“%1”不是插件：缺少入口函数。").arg(file));
+  if (!contract || !initialize || !name || !version || !enter || !exit || !finalize) {
+    problems_.append(QStringLiteral("“%1”不是本终端的插件：缺少入口函数。").arg(file));
+    return;
+  }
+  if (const int built = contract(); built != kSdkVersion) {
+    problems_.append(QStringLiteral("插件“%1”适用于接口版本 %2，本终端的接口版本是 %3：请安装与本终端一起发布的插件。")
+                         .arg(file)
+                         .arg(built)
+                         .arg(kSdkVersion));
     return;
   }
   if (!initialize(&host_, kSdkVersion)) {
-    problems_.append(QStringLiteral("插件“%1”拒绝启动：它不适用于本终端的接口版本 %2。").arg(file).arg(kSdkVersion));
+    problems_.append(QStringLiteral("插件“%1”拒绝启动。").arg(file));
     return;
   }
-  // From here on the plug-in counts as loaded, so that it is ended in order even when entering it fails.
-  plugins_.push_back({QString::fromUtf8(name()), QString::fromUtf8(version()), exit, finalize});
-  enter();
+  LoadedPlugin plugin{QString::fromUtf8(name()), QString::fromUtf8(version()), exit, finalize};
+  Enter(plugin, enter);
+  plugins_.push_back(std::move(plugin));
+}
+
+void PluginLoader::Enter(const LoadedPlugin& plugin, PlugInVoidFunction enter) {
+  const auto before = addresses_.Items();
+  try {
+    enter();
+  } catch (...) {
+    End(plugin);
+    const auto after = addresses_.Items();
+    for (const auto& item : after) {
+      if (std::find(before.begin(), before.end(), item) == before.end()) addresses_.UnregisterAddressItem(item);
+    }
+    throw;
+  }
+}
+
+void PluginLoader::End(const LoadedPlugin& plugin) {
+  for (const PlugInVoidFunction step : {plugin.exit, plugin.finalize}) {
+    try {
+      step();
+    } catch (...) {
+      host_.Debug().WriteLog(QStringLiteral("插件“%1”结束时出错：%2").arg(plugin.name, TextOfCurrentException()));
+    }
+  }
 }
 
 void PluginLoader::EndAll() {
   while (!plugins_.empty()) {
     const LoadedPlugin plugin = plugins_.back();
     plugins_.pop_back();
-    for (const PlugInVoidFunction step : {plugin.exit, plugin.finalize}) {
-      try {
-        step();
-      } catch (const std::exception& error) {
-        host_.Debug().WriteLog(
-            QStringLiteral("插件“%1”结束时出错：%2").arg(plugin.name, QString::fromUtf8(error.what())));
-      }
-    }
+    End(plugin);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "holdwise/sdk/host.h"
+#include "pages/address_registry.h"
 
 namespace holdwise {
 
@@ -19,15 +20,17 @@ struct LoadedPlugin {
 /// Loads plug-ins and ends them in reverse order. User-interface thread.
 class PluginLoader {
  public:
-  explicit PluginLoader(Host& host) : host_(host) {}
+  /// `addresses` are the host's. Both outlive it.
+  PluginLoader(Host& host, AddressRegistry& addresses) : host_(host), addresses_(addresses) {}
   ~PluginLoader();
   PluginLoader(const PluginLoader&) = delete;
   PluginLoader& operator=(const PluginLoader&) = delete;
 
   /// Folder searched: HOLDWISE_PLUGIN_DIR, else ../lib/holdwise beside the program's folder.
   [[nodiscard]] static QString Folder();
-  /// Loads every *.so of the folder in alphabetical order: entry functions by name, Initialize, name and version,
-  /// GetPlugInEnter. What could not be loaded or refused to start is told in Problems; the others go on.
+  /// Loads every *.so of the folder in alphabetical order: entry functions by name, the contract's version before any
+  /// other is called, Initialize, name and version, GetPlugInEnter. What is of another version, could not be loaded,
+  /// refused to start or threw is left out and told in Problems, with its addresses gone; the others go on.
   void LoadAll(const QString& folder);
   /// GetPlugInExit and Finalize of each plug-in, last loaded first. Called by the destructor too.
   void EndAll();
@@ -38,8 +41,11 @@ class PluginLoader {
 
  private:
   void Load(const QString& path);
+  void Enter(const LoadedPlugin& plugin, PlugInVoidFunction enter);
+  void End(const LoadedPlugin& plugin);
 
   Host& host_;
+  AddressRegistry& addresses_;
   std::vector<LoadedPlugin> plugins_;
   QStringList problems_;
 };

@@ -355,7 +355,9 @@ TEST(PluginLibrary, ExportsPlainAndQualifiedNames) {
   const auto name = reinterpret_cast<PlugInTextFunction>(library.resolve("GetPlugInName"));
   const auto version = reinterpret_cast<PlugInTextFunction>(library.resolve("GetPlugInVersion"));
   const auto initialize = reinterpret_cast<InitializeFunction>(library.resolve("Initialize"));
-  ASSERT_TRUE(name != nullptr && version != nullptr && initialize != nullptr);
+  const auto contract = reinterpret_cast<PlugInContractFunction>(library.resolve("GetPlugInContract"));
+  ASSERT_TRUE(name != nullptr && version != nullptr && initialize != nullptr && contract != nullptr);
+  EXPECT_EQ(contract(), kSdkVersion);
   EXPECT_STREQ(name(), "投资组合");
   EXPECT_STREQ(version(), "1.0.0.0");
   ScriptedHost host;

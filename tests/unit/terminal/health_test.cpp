@@ -75,6 +75,16 @@ TEST_F(HealthTest, AllIsWell) {
   ExpectIn("数据目录", true, "版本 e1");
 }
 
+TEST_F(HealthTest, PluginsAreThereOnceTheyHaveBeenLoaded) {
+  facts_.plugins = "投资组合 1.0";
+  ExpectIn("插件", true, "投资组合 1.0");
+  facts_.pluginProblems = QStringList{"“x.so”不是本终端的插件"};
+  ExpectIn("插件", false, "x.so");
+  ExpectIn("插件", false, "投资组合 1.0");
+  facts_.plugins.clear();
+  ExpectIn("插件", false, "没有可用的插件");
+}
+
 TEST_F(HealthTest, TheDatabase) {
   facts_.databaseProblem = "坏了";
   ExpectIn("数据库", false, "坏了");

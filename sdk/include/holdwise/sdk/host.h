@@ -52,13 +52,15 @@ class Host {
   [[nodiscard]] virtual std::unique_ptr<TFrmQMTitle> MakeTitleFrame() = 0;
 };
 
-/// Version of these headers; a plug-in refuses a host of another version.
-inline constexpr int kSdkVersion = 5;
+/// Version of these headers. A host and a plug-in of different versions have nothing to say to each other.
+inline constexpr int kSdkVersion = 6;
 
-/// The functions a plug-in library exports with C linkage, in the order a host calls them: Initialize, GetPlugInName
-/// and GetPlugInVersion (UTF-8, static storage), GetPlugInEnter, ..., GetPlugInExit, Finalize. The library stays
-/// loaded. All on the user-interface thread. What one of them throws the host reports; after a failing GetPlugInEnter
-/// the plug-in is still ended in order.
+/// The functions a plug-in library exports with C linkage, in the order a host calls them: GetPlugInContract, which is
+/// kSdkVersion as the library was built with and the only one that is called when it is not the host's; Initialize,
+/// GetPlugInName and GetPlugInVersion (UTF-8, static storage), GetPlugInEnter, ..., GetPlugInExit, Finalize. The
+/// library stays loaded. All on the user-interface thread. What one of them throws the host reports; a plug-in whose
+/// GetPlugInEnter fails is ended in order at once, what it has registered goes, and the host does without it.
+using PlugInContractFunction = int (*)();                         ///< GetPlugInContract; throws nothing
 using InitializeFunction = bool (*)(Host* host, int sdkVersion);  ///< false: refused (version or null), nothing is kept
 using PlugInTextFunction = const char* (*)();                     ///< GetPlugInName, GetPlugInVersion; never null
 using PlugInVoidFunction = void (*)();                            ///< GetPlugInEnter, GetPlugInExit, Finalize

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+// A plug-in that goes wrong in the one way ODD_PLUGIN names. It writes down in the host's log what is called of it.
+#include <memory>
+#include <stdexcept>
+
+#include "holdwise/sdk/host.h"
+
+namespace {
+
+constexpr int kOtherVersion = 1, kThrowsAtStart = 2, kThrowsAtEnter = 3, kThrowsAnything = 4, kThrowsAtEnd = 5;
+holdwise::Host* theHost = nullptr;
+
+class Page final : public holdwise::TAddressItem {
+ public:
+  Page() : TAddressItem(QStringLiteral("异常插件%1").arg(ODD_PLUGIN), 200, QString(), false, true) {}
+  void EnterAddress(const QString& /*parameter*/) override {}
+  [[nodiscard]] bool GetIsWorkState() const override { return false; }
+};
+
+void Say(const char* what) {
+  if (theHost != nullptr)
+    theHost->Debug().WriteLog(QStringLiteral("%1 %2").arg(ODD_PLUGIN).arg(QString::fromUtf8(what)));
+}
+
+}  // namespace
+
+extern "C" {
+
+Q_DECL_EXPORT int GetPlugInContract() {
+  return ODD_PLUGIN == kOtherVersion ? holdwise::kSdkVersion + 1 : holdwise::kSdkVersion;
+}
+
+Q_DECL_EXPORT bool Initialize(holdwise::Host* host, int /*sdkVersion*/) {
+  theHost = host;
+  Say("Initialize");
+  if (ODD_PLUGIN == kThrowsAtStart) throw std::runtime_error("装不上");
+  return true;
+}
+
+Q_DECL_EXPORT const char* GetPlugInName() {
+  return "异常插件";
+}
+
+Q_DECL_EXPORT const char* GetPlugInVersion() {
+  return "0";
+}
+
+Q_DECL_EXPORT void GetPlugInEnter() {
+  Say("GetPlugInEnter");
+  theHost->Addresses().RegisterAddressItem(std::make_shared<Page>());
+  if (ODD_PLUGIN == kThrowsAtEnter) throw std::runtime_error("进不去");
+  if (ODD_PLUGIN == kThrowsAnything) throw 5;
+}
+
+Q_DECL_EXPORT void GetPlugInExit() {
+  Say("GetPlugInExit");
+  if (ODD_PLUGIN == kThrowsAtEnd) throw 6;
+}
+
+Q_DECL_EXPORT void Finalize() {
+  Say("Finalize");
+}
+}
