@@ -90,10 +90,11 @@ class OwnStocksAddress final : public holdwise::TAddressItem {
   void MakePage() {
     title_ = host_.MakeTitleFrame();
     title_->SetCaptionText(kAddress);
-    auto* layout = new QVBoxLayout(title_->ClientPanel());
-    layout->setContentsMargins(0, 0, 0, 0);
+    QWidget* panel = title_->ClientPanel();
+    if (panel->layout() == nullptr) panel->setLayout(new QVBoxLayout);  // a host may have given it one
+    panel->layout()->setContentsMargins(0, 0, 0, 0);
     page_ = new OwnStocksPage(host_);
-    layout->addWidget(page_);
+    panel->layout()->addWidget(page_);
   }
 
   Host& host_;
