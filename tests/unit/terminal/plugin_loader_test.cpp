@@ -8,35 +8,17 @@
 #include <QTableWidget>
 #include <QTemporaryDir>
 
-#include "scripted_host.h"
+#include "wrapped_host.h"
 
 namespace holdwise::test {
 namespace {
 
 /// The scripted host with the terminal's own navigation.
-class HostWithAddresses final : public Host {
+class HostWithAddresses final : public WrappedHost {
  public:
   AddressServices& Addresses() override { return addresses; }
-  CodeNumServices& CodeNums() override { return scripted.CodeNums(); }
-  PlugSystemInfo& System() override { return scripted.System(); }
-  UserDataServices& UserData() override { return scripted.UserData(); }
-  DebugServers& Debug() override { return scripted.Debug(); }
-  KeyCodeServices& KeyCodes() override { return scripted.KeyCodes(); }
-  TDataCenter& DataCenter() override { return scripted.DataCenter(); }
-  ColorThemeServices& ColorTheme() override { return scripted.ColorTheme(); }
-  MessageBoxService& MessageBoxes() override { return scripted.MessageBoxes(); }
-  ClockService& Clock() override { return scripted.Clock(); }
-  [[nodiscard]] QString SysWorkDataPath() const override { return scripted.SysWorkDataPath(); }
-  [[nodiscard]] std::unique_ptr<TDSBAsynDataDownRole> MakeDataDownRole() override {
-    return scripted.MakeDataDownRole();
-  }
-  [[nodiscard]] std::unique_ptr<TDSBAsynDownFileRole> MakeDownFileRole() override {
-    return scripted.MakeDownFileRole();
-  }
-  [[nodiscard]] std::unique_ptr<TFrmQMTitle> MakeTitleFrame() override { return scripted.MakeTitleFrame(); }
-
-  ScriptedHost scripted;
   AddressRegistry addresses{scripted.debug};
+};
 };
 
 QString Built(const QString& name) {
