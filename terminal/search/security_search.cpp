@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "search/security_search.h"
 
+#include <QList>
 #include <algorithm>
 #include <span>
 #include <tuple>

@@ -199,11 +199,11 @@ std::vector<QStringList> ReadCsv(const QString& path) {
 }
 
 RunningTerminal::RunningTerminal(const QStringList& arguments, QProcessEnvironment environment,
-                                 std::function<void()> inChild) {
+                                 const std::function<void()>& inChild) {
   if (!environment.contains("QT_QPA_PLATFORM")) environment.insert("QT_QPA_PLATFORM", "offscreen");
   environment.insert("HOLDWISE_TRACE_START", "1");
   process_.setProcessEnvironment(environment);
-  if (inChild) process_.setChildProcessModifier(std::move(inChild));
+  if (inChild) process_.setChildProcessModifier(inChild);
   process_.start(Program("holdwise-terminal"), arguments);
   EXPECT_TRUE(process_.waitForStarted());
 }

@@ -104,7 +104,7 @@ std::vector<QStringList> ReadCsv(const QString& path);
 class RunningTerminal {
  public:
   explicit RunningTerminal(const QStringList& arguments, QProcessEnvironment environment = BareEnvironment(),
-                           std::function<void()> inChild = {});
+                           const std::function<void()>& inChild = {});
   ~RunningTerminal();
   /// Waits until the first view has been painted; false when that takes too long.
   bool WaitForWindow();

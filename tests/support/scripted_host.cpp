@@ -230,7 +230,7 @@ void ScriptedTheme::AssignPicture(const QString& key, QLabel& image) const {
 
 QPixmap ScriptedTheme::PictureOf(const QString& key, const QSize& size) const {
   if (!colors.contains(key)) return {};
-  if (const QPixmap painted = paint ? paint(key, size) : QPixmap(); !painted.isNull()) return painted;
+  if (QPixmap painted = paint ? paint(key, size) : QPixmap(); !painted.isNull()) return painted;
   QPixmap picture(size);
   picture.fill(ColorOf(key));
   return picture;

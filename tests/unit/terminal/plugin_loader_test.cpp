@@ -19,7 +19,6 @@ class HostWithAddresses final : public WrappedHost {
   AddressServices& Addresses() override { return addresses; }
   AddressRegistry addresses{scripted.debug};
 };
-};
 
 QString Built(const QString& name) {
   return qEnvironmentVariable("HOLDWISE_BIN") + QStringLiteral("/../lib/") + name;
