@@ -40,6 +40,7 @@ NoticePage::NoticePage(const QString& title, const QString& text, const QString&
   if (!commands.isEmpty()) {
     auto* lines = new QPlainTextEdit(commands);
     lines->setReadOnly(true);
+    lines->setAccessibleName(QStringLiteral("命令"));
     lines->setLineWrapMode(QPlainTextEdit::NoWrap);
     lines->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     lines->setMaximumWidth(kWidest);

@@ -29,6 +29,8 @@ void AddressBar::SetNames(const QStringList& names) {
 
 void AddressBar::SetCurrent(const QString& name) {
   current_ = static_cast<int>(names_.indexOf(name));
+  setAccessibleName(QStringLiteral("页签：%1").arg(names_.join(QStringLiteral("、"))));
+  setAccessibleDescription(QStringLiteral("当前：%1").arg(name));
   update();
 }
 

@@ -109,7 +109,9 @@ void ShowAbout(QWidget* window, const Lines& facts) {
     rows.push_back({what, how});
     all += QLatin1Char('\n') + what + QStringLiteral("：") + how;
   }
-  layout->addWidget(TableOf(rows, {}));
+  QTableWidget* table = TableOf(rows, {});
+  table->setAccessibleName(QStringLiteral("版本和位置"));
+  layout->addWidget(table);
   QDialogButtonBox* buttons = CloseButton(dialog);
   QPushButton* copy = buttons->addButton(QStringLiteral("复制(&C)"), QDialogButtonBox::ActionRole);
   QObject::connect(copy, &QPushButton::clicked, &dialog, [all] { QGuiApplication::clipboard()->setText(all); });
@@ -125,7 +127,9 @@ void ShowKeys(QWidget* window) {
   std::vector<QStringList> rows;
   for (const Key& key : kKeys)
     rows.push_back({QString::fromUtf8(key.where), QString::fromUtf8(key.key), QString::fromUtf8(key.does)});
-  layout->addWidget(TableOf(rows, {QStringLiteral("在哪里"), QStringLiteral("键"), QStringLiteral("做什么")}));
+  QTableWidget* table = TableOf(rows, {QStringLiteral("在哪里"), QStringLiteral("键"), QStringLiteral("做什么")});
+  table->setAccessibleName(QStringLiteral("键盘"));
+  layout->addWidget(table);
   layout->addWidget(CloseButton(dialog));
   dialog.resize(kDialogWidth, dialog.sizeHint().height());
   dialog.exec();

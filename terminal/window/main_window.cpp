@@ -74,6 +74,7 @@ MainWindow::MainWindow(const ThemeServices& theme, WindowActions actions)
   SetPortfolioActionsEnabled(false);
   resize(FirstSize(screen()));
   area_->setFocusPolicy(Qt::ClickFocus);
+  area_->setAccessibleName(QStringLiteral("工作区"));
   area_->setFocus();  // else the address bar would show itself focused from the start
 }
 
@@ -113,6 +114,7 @@ void MainWindow::BuildStatusBar() {
   statusBar()->setSizeGripEnabled(false);
   progress_ = new QProgressBar(this);
   progress_->setMaximumWidth(200);
+  progress_->setAccessibleName(QStringLiteral("进度"));
   progress_->hide();
   statusBar()->addPermanentWidget(progress_);
   newDay_ = new QPushButton(this);
