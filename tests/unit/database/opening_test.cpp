@@ -335,7 +335,8 @@ const Damage kDamages[] = {
        const qint64 pages = QFileInfo(file).size() / kPage;
        for (qint64 page = 3; page < pages; ++page) Overwrite(file, page * kPage + 1, QByteArray(1, '\x80'));
      }},
-    {"randomInTheMiddle", [](const QString& file) { Overwrite(file, 40 * 4096, RandomBytes(40 * 4096, 7)); }},
+    {"randomInTheMiddle",
+     [](const QString& file) { Overwrite(file, qint64{40} * 4096, RandomBytes(qint64{40} * 4096, 7)); }},
     {"notClosedAndHolesInside",
      [](const QString& file) {
        QFile(firebird::MarkerOf(file)).open(QIODevice::WriteOnly);
