@@ -201,7 +201,8 @@ bool SaysNo(std::string_view text) noexcept {
 }
 
 bool IsBlankCell(std::string_view text) noexcept {
-  constexpr std::string_view kBlanks[] = {"", "nan", "NaN", "NAN", "None", "none", "null", "NULL", "NaT", "<NA>"};
+  constexpr std::string_view kBlanks[] = {"",     "nan",  "NaN", "NAN",  "None", "none",
+                                          "null", "NULL", "NaT", "<NA>", "-",    "--"};
   return std::find(std::begin(kBlanks), std::end(kBlanks), text) != std::end(kBlanks);
 }
 

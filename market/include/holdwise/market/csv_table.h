@@ -97,7 +97,7 @@ class CsvTable {
 [[nodiscard]] bool SaysYes(std::string_view text) noexcept;
 /// 0, 0.0, false, N, 否; letters in either case.
 [[nodiscard]] bool SaysNo(std::string_view text) noexcept;
-/// Nothing, or what programs write for it: nan, NaN, None, null, NaT and the like.
+/// Nothing, or what programs write for it: nan, NaN, None, null, NaT, -, -- and the like.
 [[nodiscard]] bool IsBlankCell(std::string_view text) noexcept;
 /// Above zero, below 1e9.
 [[nodiscard]] bool IsPrice(double value) noexcept;
