@@ -226,7 +226,7 @@ double RiskFreePerDay(const DepositRates& rates) {
 
 namespace {
 
-// Feeds give a suspended security the price 0.
+// Feeds give a suspended security the price 0, or none.
 QuoteRow Traded(QuoteRow quote) {
   quote.isSuspended = quote.price == 0;
   if (quote.isSuspended) quote.price = quote.previousClose;
@@ -246,12 +246,13 @@ std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::uno
       if (const auto stock = ParseStockCode(codeText)) codeNumber = CodeNumberOfStock(*stock);
     }
     QuoteRow quote;
+    const bool isWithoutPrice = codeNumber >= kStockBase && IsBlankCell(table.Field(kQuotePrice));
     std::optional<QString> reason;
     if (codeNumber == 0) {
       reason = QStringLiteral("不是沪深证券代码“%1”").arg(FieldText(codeText));
     } else if (!known.contains(codeNumber)) {
       reason = QStringLiteral("代码 %1 不在证券表中").arg(FieldText(codeText));
-    } else if ((reason = ReadPlainDecimal(table.Field(kQuotePrice), quote.price))) {
+    } else if (!isWithoutPrice && (reason = ReadPlainDecimal(table.Field(kQuotePrice), quote.price))) {
       reason = QStringLiteral("价格") + *reason;
     } else if ((reason = ReadPlainDecimal(table.Field(kQuotePreviousClose), quote.previousClose))) {
       reason = QStringLiteral("昨收") + *reason;
