@@ -183,6 +183,23 @@ TEST(BarReader, ControlCharactersOfAHeadingAreShown) {
   }
 }
 
+TEST(BarReader, AHeadingThatIsNotUnderstoodComesWithAHint) {
+  const MarketFiles files;
+  const auto refusal = [&](const QByteArray& text) {
+    files.Write(QStringLiteral("a.csv"), text);
+    try {
+      (void)ReadBars(files.Path(QStringLiteral("a.csv")));
+    } catch (const Error& error) {
+      return QString::fromUtf8(error.what());
+    }
+    return QString();
+  };
+  EXPECT_TRUE(refusal("date;close\n2024-01-02;1\n").contains(QStringLiteral("逗号分隔")));
+  EXPECT_TRUE(refusal("date\tclose\n2024-01-02\t1\n").contains(QStringLiteral("逗号分隔")));
+  EXPECT_TRUE(refusal("Price,Close\nTicker,600519.SS\nDate,\n").contains(QStringLiteral("multi_level_index=False")));
+  EXPECT_TRUE(refusal("day,close\n2024-01-02,1\n").contains(QStringLiteral("表头缺少列“date”：")));
+}
+
 TEST(BarReader, ABadQuoteCostsItsOwnLine) {
   const MarketFiles files;
   files.Write(QStringLiteral("a.csv"), "date,close\n\"2024-01-02\"x,1\n2024-01-03,2\n");
