@@ -65,7 +65,7 @@ void AddBuild(CLI::App& program, BuildCommand& command, int& exitCode) {
       "文件，以六位代码命名（600519.csv、sh600519.csv、sh.600519.csv、600519.SH.csv、600519.SS."
       "csv），或带代码一列的文件，\n"
       "第一行是表头；列的顺序不限，"
-      "表头中英文均可：日期和收盘价必须有，开盘、最高、最低、成交量如有则核对。日期写作 YYYY-MM-DD、YYYYMMDD 或 "
+      "表头中英文均可：日期和收盘价必须有，开盘、最高、最低、成交量如有则核对。日期写作 YYYY-M-D、YYYYMMDD 或 "
       "YYYY/M/D；\n"
       "编码为 UTF-8 或 "
       "GB18030。不能采用的行连同文件名和行号列在标准错误上，其余照常采用。原有数据目录最后一步整体替换，\n"

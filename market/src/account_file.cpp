@@ -2,6 +2,7 @@
 #include <cmath>
 #include <map>
 
+#include "beijing_lines.h"
 #include "headings.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/market/reference_files.h"
@@ -57,8 +58,10 @@ std::vector<Account> ReadAccounts(const QString& path, const std::unordered_set<
                                   std::vector<Rejection>& rejections, QString* understood) {
   CsvTable table(path, AccountColumns());
   std::map<int, DatedAccount> latest;
+  BeijingLines beijing;
   while (table.Next()) {
     const std::string_view codeText = table.Field(kAccountCode);
+    if (beijing.Take(codeText, path, table.Line())) continue;
     const std::optional<std::string> code = ParseStockCode(codeText);
     DatedAccount line;
     if (!code) {
@@ -81,6 +84,7 @@ std::vector<Account> ReadAccounts(const QString& path, const std::unordered_set<
     }
   }
   table.MoveRejectionsTo(rejections);
+  beijing.AddTo(rejections);
   if (understood != nullptr) *understood = table.Understood();
   std::vector<Account> accounts;
   accounts.reserve(latest.size());

@@ -104,11 +104,14 @@ bool BarLineReader::IsNoTrade() const {
   return SaysNo(trades) || trades == "停牌" || SaysYes(table_.Field(kBarPaused)) || SaysNothing();
 }
 
-// A line that has no price at all and no volume is that of a day without a trade.
+// A line that has no price and no volume is that of a day without a trade; some sources repeat the last close in it.
 bool BarLineReader::SaysNothing() const {
-  for (const BarColumn column : {kBarClose, kBarOpen, kBarHigh, kBarLow}) {
+  bool hasOthers = false;
+  for (const BarColumn column : {kBarOpen, kBarHigh, kBarLow}) {
     if (!IsBlankCell(table_.Field(column))) return false;
+    hasOthers = hasOthers || table_.Has(column);
   }
+  if (!IsBlankCell(table_.Field(kBarClose)) && !(hasOthers && HasVolumes())) return false;
   const std::string_view volume = table_.Field(kBarVolume);
   return IsBlankCell(volume) || ParseReal(volume) == 0.0;
 }
@@ -139,16 +142,20 @@ std::optional<QString> BarLineReader::CheckVolume(double& volume, double close, 
   volume = 0;
   if (!table_.Has(kBarVolume)) return std::nullopt;
   const std::string_view text = table_.Field(kBarVolume);
+  // Some sources repeat the last close on days without a trade.
+  const auto isStandingStill = [&] {
+    return table_.Has(kBarHigh) && table_.Has(kBarLow) && ParseReal(table_.Field(kBarHigh)) == close &&
+           ParseReal(table_.Field(kBarLow)) == close;
+  };
   if (IsBlankCell(text)) {
-    // Some sources repeat the last close on days without a trade.
-    isSuspended = table_.Has(kBarHigh) && table_.Has(kBarLow) && ParseReal(table_.Field(kBarHigh)) == close &&
-                  ParseReal(table_.Field(kBarLow)) == close;
+    isSuspended = isStandingStill();
     return isSuspended ? std::nullopt : std::optional(QStringLiteral("成交量缺失"));
   }
   // Index volumes pass a price's bounds: the form is checked, not the size.
   const std::optional<double> number = ParseReal(text);
   if (!number) return QStringLiteral("成交量不是数字“%1”").arg(FieldText(text));
   if (*number < 0) return QStringLiteral("成交量为负数“%1”").arg(FieldText(text));
+  isSuspended = *number == 0 && !rules_.isIndex && isStandingStill();
   volume = *number;
   return std::nullopt;
 }
@@ -164,7 +171,7 @@ std::optional<QString> BarLineReader::ReadBasis(double& basis) const {
     return std::nullopt;
   }
   if (basis_ == BarBasis::PreviousClose) {
-    if (IsBlankCell(text) || text == "-" || text == "--") return std::nullopt;
+    if (IsBlankCell(text)) return std::nullopt;
     if (const auto reason = ReadPlainDecimal(text, basis)) return named(*reason);
     if (basis == 0) basis = kUnknown;  // a first trading day
     return std::nullopt;

@@ -33,6 +33,15 @@ std::string PlainHeading(std::string_view heading) {
   return plain;
 }
 
+// What people do not see in a heading of which nothing is known.
+std::string HintAbout(const std::vector<std::string>& headings) {
+  if (headings.size() == 1 && headings.front().find_first_of(";\t") != std::string::npos) {
+    return "（看来是用分号或制表符分隔的，请另存为逗号分隔的 CSV）";
+  }
+  if (headings.front() == "Price") return "（列名有几层，请在 yf.download 里加上 multi_level_index=False）";
+  return {};
+}
+
 }  // namespace
 
 QString Rejection::ToText() const {
@@ -81,7 +90,8 @@ void CsvTable::MapHeadings() {
   places_ = firstPlaces_;
   for (std::size_t column = 0; column < columns_.size(); ++column) {
     if (!columns_[column].isRequired || firstPlaces_[column] >= 0) continue;
-    throw Error(ErrorCategory::Refused, "表头缺少列“" + std::string(columns_[column].headings.front()) + "”");
+    throw Error(ErrorCategory::Refused,
+                "表头缺少列“" + std::string(columns_[column].headings.front()) + "”" + HintAbout(headings_));
   }
 }
 
@@ -127,7 +137,7 @@ QString CsvTable::Understood() const {
       taken << QString::fromUtf8(column.title) + u'=' + heading;
       if (column.choice != nullptr) choices << QString::fromUtf8(column.choice);
     } else {
-      unused << heading;
+      unused << (heading.isEmpty() ? QStringLiteral("（没有列名）") : heading);
     }
   }
   choices.removeDuplicates();
@@ -201,7 +211,8 @@ bool SaysNo(std::string_view text) noexcept {
 }
 
 bool IsBlankCell(std::string_view text) noexcept {
-  constexpr std::string_view kBlanks[] = {"", "nan", "NaN", "NAN", "None", "none", "null", "NULL", "NaT", "<NA>"};
+  constexpr std::string_view kBlanks[] = {"",     "nan",  "NaN", "NAN",  "None", "none",
+                                          "null", "NULL", "NaT", "<NA>", "-",    "--"};
   return std::find(std::begin(kBlanks), std::end(kBlanks), text) != std::end(kBlanks);
 }
 

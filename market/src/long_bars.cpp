@@ -3,10 +3,22 @@
 
 #include <limits>
 
+#include "beijing_lines.h"
 #include "headings.h"
+#include "holdwise/packet/code_text.h"
 #include "holdwise/packet/error.h"
 
 namespace holdwise {
+namespace {
+
+const char* WhyUnknown(std::string_view code) {
+  const std::optional<NamedCode> named = ParseNamedCode(code);
+  const int market = named ? MarketOfStock(named->digits) : 0;
+  const bool contradicts = market != 0 && named->market != 0 && named->market != market;
+  return contradicts ? "的市场与代码不符" : "不在证券表中，或不是沪深证券代码";
+}
+
+}  // namespace
 
 LongBars::LongBars(std::function<int(std::string_view)> numberOf, const BarRules& rules)
     : numberOf_(std::move(numberOf)), rules_(rules) {}
@@ -58,12 +70,16 @@ BarLines* LongBars::LinesOf(std::string_view code, const CsvTable& table, const 
 }
 
 std::vector<Rejection> LongBars::TakeRejections() {
+  BeijingLines beijing;
   for (const auto& [code, unknown] : unknown_) {
-    rejections_.push_back({unknown.path, unknown.line,
-                           QStringLiteral("代码“%1”不在证券表中，或不是沪深证券代码（共 %2 行）")
-                               .arg(QString::fromStdString(code))
-                               .arg(unknown.lines)});
+    if (beijing.Take(code, unknown.path, unknown.line, unknown.lines)) continue;
+    rejections_.push_back(
+        {unknown.path, unknown.line,
+         QStringLiteral("代码“%1”%2（共 %3 行）")
+             .arg(QString::fromStdString(code), QString::fromUtf8(WhyUnknown(code)), QString::number(unknown.lines)),
+         unknown.lines});
   }
+  beijing.AddTo(rejections_);
   unknown_.clear();
   return std::move(rejections_);
 }

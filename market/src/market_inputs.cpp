@@ -322,7 +322,7 @@ void MarketInputs::Report(const std::vector<Rejection>& rejections) {
     if (rejection.line == 0) {
       ++summary_.rejectedFiles;
     } else {
-      ++summary_.rejectedLines;
+      summary_.rejectedLines += rejection.lines;
     }
     if (observer_.onRejection) observer_.onRejection(rejection);
   }

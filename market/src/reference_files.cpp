@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "beijing_lines.h"
 #include "headings.h"
 #include "holdwise/market/market_rules.h"
 #include "holdwise/packet/dates.h"
@@ -93,8 +94,10 @@ std::vector<Security> ReadSecurities(const QString& path, std::vector<Rejection>
   CsvTable table(path, SecurityColumns());
   std::vector<Security> securities;
   std::unordered_set<std::string> known;
+  BeijingLines beijing;
   while (table.Next()) {
     if (IsOfOtherKind(table.Field(kSecurityType))) continue;
+    if (beijing.Take(table.Field(kSecurityCode), path, table.Line())) continue;
     Security security;
     std::optional<QString> reason = ReadSecurity(table, security);
     if (!reason && !known.insert(security.code).second) reason = Repeated(security.code);
@@ -105,6 +108,7 @@ std::vector<Security> ReadSecurities(const QString& path, std::vector<Rejection>
     }
   }
   Finish(table, rejections, understood);
+  beijing.AddTo(rejections);
   return securities;
 }
 
@@ -114,8 +118,10 @@ void ReadIndustries(const QString& path, std::vector<Security>& securities, std:
   std::unordered_map<std::string, Security*> byCode;
   for (Security& security : securities) byCode.emplace(security.code, &security);
   std::unordered_set<std::string> known;
+  BeijingLines beijing;
   while (table.Next()) {
     const std::string_view codeText = table.Field(kIndustryCode);
+    if (beijing.Take(codeText, path, table.Line())) continue;
     const std::optional<std::string> code = ParseStockCode(codeText);
     std::string industry;
     std::optional<QString> reason = ReadIndustry(table.Field(kIndustryName), industry);
@@ -128,6 +134,7 @@ void ReadIndustries(const QString& path, std::vector<Security>& securities, std:
     }
   }
   Finish(table, rejections, understood);
+  beijing.AddTo(rejections);
 }
 
 std::vector<int> ReadTradingDates(const QString& path, std::vector<Rejection>& rejections, QString* understood) {
@@ -226,7 +233,7 @@ double RiskFreePerDay(const DepositRates& rates) {
 
 namespace {
 
-// Feeds give a suspended security the price 0.
+// Feeds give a suspended security the price 0, or none.
 QuoteRow Traded(QuoteRow quote) {
   quote.isSuspended = quote.price == 0;
   if (quote.isSuspended) quote.price = quote.previousClose;
@@ -239,19 +246,22 @@ std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::uno
                                              std::vector<Rejection>& rejections, QString* understood) {
   CsvTable table(path, QuoteColumns());
   std::unordered_map<int, QuoteRow> quotes;
+  BeijingLines beijing;
   while (table.Next()) {
     const std::string_view codeText = table.Field(kQuoteCode);
+    if (beijing.Take(codeText, path, table.Line())) continue;
     int codeNumber = ParseIndexNumber(codeText, false);
     if (codeNumber == 0) {
       if (const auto stock = ParseStockCode(codeText)) codeNumber = CodeNumberOfStock(*stock);
     }
     QuoteRow quote;
+    const bool isWithoutPrice = codeNumber >= kStockBase && IsBlankCell(table.Field(kQuotePrice));
     std::optional<QString> reason;
     if (codeNumber == 0) {
       reason = QStringLiteral("不是沪深证券代码“%1”").arg(FieldText(codeText));
     } else if (!known.contains(codeNumber)) {
       reason = QStringLiteral("代码 %1 不在证券表中").arg(FieldText(codeText));
-    } else if ((reason = ReadPlainDecimal(table.Field(kQuotePrice), quote.price))) {
+    } else if (!isWithoutPrice && (reason = ReadPlainDecimal(table.Field(kQuotePrice), quote.price))) {
       reason = QStringLiteral("价格") + *reason;
     } else if ((reason = ReadPlainDecimal(table.Field(kQuotePreviousClose), quote.previousClose))) {
       reason = QStringLiteral("昨收") + *reason;
@@ -263,6 +273,7 @@ std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::uno
     if (reason) table.Reject(*reason);
   }
   Finish(table, rejections, understood);
+  beijing.AddTo(rejections);
   return quotes;
 }
 

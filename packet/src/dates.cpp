@@ -117,7 +117,7 @@ std::optional<int> ReadMarketDate(std::string_view text) noexcept {
   if (year < 0 || text.empty()) return std::nullopt;
   const char mark = text.front();
   const bool hasMarks = mark == '-' || mark == '/';
-  const int leastDigits = mark == '/' ? 1 : 2;
+  const int leastDigits = hasMarks ? 1 : 2;
   if (hasMarks) TakeMark(text, mark);
   const int month = TakeDigits(text, leastDigits, 2);
   if (month < 0 || (hasMarks && !TakeMark(text, mark))) return std::nullopt;

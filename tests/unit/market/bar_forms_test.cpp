@@ -50,9 +50,13 @@ TEST(BarForms, DaysWithoutATradeAreNoMistakes) {
       "2024-01-10,8,9,8,8,,1\n"        // a trade whose volume is missing
       "2024-01-11,8,9,8,,5,1\n"        // and one whose close is
       "2024-01-12,0,9,8,8,5,1\n"
-      "2024-01-15,8,9,8,-8,5,1\n");
-  EXPECT_EQ(read.bars, "20240102=8;");
-  EXPECT_EQ(read.file.counts.suspendedDays, 5);
+      "2024-01-15,8,9,8,-8,5,1\n"
+      "2024-01-16,8,8,8,8,0,1\n"  // the last close repeated, and said that none was traded
+      "2024-01-17,nan,nan,nan,8,0,1\n"
+      "2024-01-18,--,--,--,8,--,1\n"
+      "2024-01-19,8,9,8,8,0,1\n");  // prices of trades
+  EXPECT_EQ(read.bars, "20240102=8;20240119=8;");
+  EXPECT_EQ(read.file.counts.suspendedDays, 8);
   EXPECT_EQ(read.file.counts.zeroPrices, 2);
   EXPECT_EQ(read.rejections, ":8: 成交量缺失\n:9: 收盘价缺失\n:10: 开盘价不是正数“0”\n:11: 收盘价为负数“-8”\n");
   for (const char* paused : {"TRUE", "True", "true", "1", "1.0", "是", "Y"}) {

@@ -32,9 +32,10 @@ TEST(MarketDate, ReadsThreeFormsAndNothingElse) {
   EXPECT_EQ(ReadMarketDate("20240229"), 20240229);
   EXPECT_EQ(ReadMarketDate("2024/2/9"), 20240209);
   EXPECT_EQ(ReadMarketDate("2024/02/09"), 20240209);
-  for (const char* text : {"2023-02-29", "2024-13-01", "2024-00-10", "2024-1-2", "2024-01-02 ", " 2024-01-02",
-                           "2024-01/02", "202401022", "2024010", "24-01-02", "1899-12-31", "2101-01-01", "",
-                           "2024-04-31", "2024/1/", "２０２４-01-02", "+024-01-02", "2024-01-02 00:00:00"}) {
+  EXPECT_EQ(ReadMarketDate("2024-2-9"), 20240209);
+  for (const char* text : {"2023-02-29", "2024-13-01", "2024-00-10", "2024-1-", "2024-001-02", "2024-01-02 ",
+                           " 2024-01-02", "2024-01/02", "202401022", "2024010", "24-01-02", "1899-12-31", "2101-01-01",
+                           "", "2024-04-31", "2024/1/", "２０２４-01-02", "+024-01-02", "2024-01-02 00:00:00"}) {
     EXPECT_FALSE(ReadMarketDate(text)) << text;
   }
 }
@@ -119,7 +120,7 @@ TEST(BarReader, NamesEveryLineItDoesNotUse) {
             ":11: 日期 2024-01-02 重复，首次在第 2 行\n"
             ":12: 开盘价不是数字“x”\n"
             ":13: 收盘价不在最低价与最高价之间\n"
-            ":14: 成交量不是数字“-”\n"
+            ":14: 成交量缺失\n"
             ":15: 收盘价不是数字“nan”\n"
             ":17: 收盘价不是数字“7,900”\n");
 }
@@ -180,6 +181,23 @@ TEST(BarReader, ControlCharactersOfAHeadingAreShown) {
   } catch (const Error& error) {
     EXPECT_EQ(QString::fromUtf8(error.what()), QStringLiteral("表头重复“close(\\x1b[2J)”：") + path);
   }
+}
+
+TEST(BarReader, AHeadingThatIsNotUnderstoodComesWithAHint) {
+  const MarketFiles files;
+  const auto refusal = [&](const QByteArray& text) {
+    files.Write(QStringLiteral("a.csv"), text);
+    try {
+      (void)ReadBars(files.Path(QStringLiteral("a.csv")));
+    } catch (const Error& error) {
+      return QString::fromUtf8(error.what());
+    }
+    return QString();
+  };
+  EXPECT_TRUE(refusal("date;close\n2024-01-02;1\n").contains(QStringLiteral("逗号分隔")));
+  EXPECT_TRUE(refusal("date\tclose\n2024-01-02\t1\n").contains(QStringLiteral("逗号分隔")));
+  EXPECT_TRUE(refusal("Price,Close\nTicker,600519.SS\nDate,\n").contains(QStringLiteral("multi_level_index=False")));
+  EXPECT_TRUE(refusal("day,close\n2024-01-02,1\n").contains(QStringLiteral("表头缺少列“date”：")));
 }
 
 TEST(BarReader, ABadQuoteCostsItsOwnLine) {

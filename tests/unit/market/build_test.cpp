@@ -242,6 +242,18 @@ TEST_F(Build, AQuoteOfPriceZeroIsASuspendedStock) {
   EXPECT_EQ(outcome.summary.suspended, 1);
 }
 
+TEST_F(Build, AQuoteWithoutAPriceIsASuspendedStock) {
+  for (const char* blank : {"", "nan", "-"}) {
+    files_.Write(QStringLiteral("quotes.csv"),
+                 QByteArray("代码,名称,最新价,昨收\n600519,茅台,") + blank + ",15.25\n000001,平安,,\n399001,深成,,9\n");
+    options_.quotesFile = files_.Path(QStringLiteral("quotes.csv"));
+    const Outcome outcome = Run();
+    EXPECT_EQ(outcome.rejections, "quotes.csv:3: 昨收缺失\nquotes.csv:4: 价格缺失\n") << blank;
+    EXPECT_EQ(outcome.summary.suspended, 1) << blank;
+    EXPECT_NE(QuotesCsv().find("\n1600519,15.25,15.25\n"), std::string::npos) << QuotesCsv();
+  }
+}
+
 TEST_F(Build, NamesThatNobodyHasAreLeftOut) {
   const QByteArray longName(600, 'n');
   files_.Write(QStringLiteral("securities.csv"), "code,name\n600519,甲\n000001," + longName + "\n");

@@ -51,16 +51,18 @@ TEST_F(Sources, ATableNamesItsBadLinesAndTheCodesThatNobodyWants) {
   RemoveBars();
   files_.Write(QStringLiteral("bars/a.csv"),
                "code,date,close\n600519,2024-01-08,14.5\n600519,2024-01-09,x\n430047.BJ,2024-01-09,1\n"
-               "510300,2024-01-09,4\n510300,2024-01-08,4\nsz600519,2024-01-09,4\n");
+               "510300,2024-01-09,4\n510300,2024-01-08,4\nsz600519,2024-01-09,4\n430047.BJ,2024-01-08,1\n"
+               "bj920001,2024-01-08,1\n");
   files_.Write(QStringLiteral("bars/b.csv"), "code,date,close\n600519,2024-01-08,14.6\n600519,2024-01-09,15.5\n");
   const Outcome outcome = Run();
   EXPECT_EQ(outcome.error, "");
   EXPECT_EQ(outcome.rejections,
             "bars/a.csv:3: 收盘价不是数字“x”\n"
-            "bars/a.csv:4: 代码“430047.BJ”不在证券表中，或不是沪深证券代码（共 1 行）\n"
             "bars/a.csv:5: 代码“510300”不在证券表中，或不是沪深证券代码（共 2 行）\n"
-            "bars/a.csv:7: 代码“sz600519”不在证券表中，或不是沪深证券代码（共 1 行）\n"
+            "bars/a.csv:7: 代码“sz600519”的市场与代码不符（共 1 行）\n"
+            "bars/a.csv:4: 北京证券交易所的代码，如“430047.BJ”，不采用（共 3 行）\n"
             "bars/b.csv:2: 日期 2024-01-08 重复，首次在 bars/a.csv 第 2 行\n");
+  EXPECT_EQ(outcome.summary.rejectedLines, 8);
   EXPECT_EQ(Rows(kMoutai, {"hqtype", "closeprice"}).substr(0, 14), "0 14.5 \n0 15.5");
   files_.Write(QStringLiteral("bars/b.csv"), "code,date,close,pre_close\n600519,2024-01-09,15.5,15\n");
   EXPECT_TRUE(Run().error.starts_with("与前面的文件的复权依据列不一致")) << Run().error;
@@ -123,10 +125,12 @@ TEST_F(Sources, SecuritiesAsTheirListsHaveThem) {
   }
   files_.Write(
       QStringLiteral("securities.csv"),
-      "code,name,market\n600519,贵州茅台,创业板\n000001,平安银行,科创板\n600000,浦发银行,主板\n600004,nan,主板\n");
+      "code,name,market\n600519,贵州茅台,创业板\n000001,平安银行,科创板\n600000,浦发银行,主板\n600004,nan,主板\n"
+      "830799,艾融软件,北交所\n920002.BJ,万达轴承,北交所\n");
   EXPECT_EQ(Run().rejections,
             "securities.csv:2: 市场“创业板”与代码 600519 不符\nsecurities.csv:3: 市场“科创板”与代码 000001 不符\n"
             "securities.csv:5: 名称缺失\n"
+            "securities.csv:6: 北京证券交易所的代码，如“830799”，不采用（共 2 行）\n"
             "bars/600519.csv: 代码不在证券表中\n");
 }
 

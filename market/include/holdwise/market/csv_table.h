@@ -14,11 +14,12 @@
 
 namespace holdwise {
 
-/// A line or a whole file that was not used, and why.
+/// A line, several lines or a whole file that was not used, and why.
 struct Rejection {
   QString file;
-  std::int64_t line = 0;  ///< 1-based; 0 = the whole file
-  QString reason;         ///< Chinese
+  std::int64_t line = 0;   ///< 1-based; 0 = the whole file
+  QString reason;          ///< Chinese
+  std::int64_t lines = 1;  ///< so many with the same reason, of which `line` is the first
   /// "file:line: reason", without the line for a whole file.
   [[nodiscard]] QString ToText() const;
 };
@@ -97,7 +98,7 @@ class CsvTable {
 [[nodiscard]] bool SaysYes(std::string_view text) noexcept;
 /// 0, 0.0, false, N, 否; letters in either case.
 [[nodiscard]] bool SaysNo(std::string_view text) noexcept;
-/// Nothing, or what programs write for it: nan, NaN, None, null, NaT and the like.
+/// Nothing, or what programs write for it: nan, NaN, None, null, NaT, -, -- and the like.
 [[nodiscard]] bool IsBlankCell(std::string_view text) noexcept;
 /// Above zero, below 1e9.
 [[nodiscard]] bool IsPrice(double value) noexcept;

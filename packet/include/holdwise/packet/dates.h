@@ -17,7 +17,7 @@ namespace holdwise {
 /// Reads exactly "YYYY-MM-DD" of a calendar date; none for anything else.
 [[nodiscard]] std::optional<int> ReadIsoDate(std::string_view text) noexcept;
 [[nodiscard]] std::optional<int> ReadIsoDate(QStringView text) noexcept;
-/// Reads a market date as people write it: "YYYY-MM-DD", "YYYYMMDD" or "YYYY/M/D"; nothing before or behind.
+/// Reads a market date as people write it: "YYYY-M-D", "YYYY/M/D" or "YYYYMMDD"; nothing before or behind.
 [[nodiscard]] std::optional<int> ReadMarketDate(std::string_view text) noexcept;
 
 /// The same, or with a time behind it as programs write one: a blank or "T", hours and minutes, perhaps seconds with or
