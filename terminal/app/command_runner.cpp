@@ -2,9 +2,16 @@
 #include "command_runner.h"
 
 #include <QTimer>
+#include <QTimerEvent>
 #include <utility>
 
 namespace holdwise {
+namespace {
+
+constexpr int kLookMilliseconds = 250;
+constexpr int kLooksBeforeRefusal = 4;
+
+}  // namespace
 
 void CommandRunner::Run(const Command& command, HandOverServer::Answer answer) {
   jobs_.push_back({command, std::move(answer)});
@@ -12,8 +19,9 @@ void CommandRunner::Run(const Command& command, HandOverServer::Answer answer) {
 }
 
 void CommandRunner::Next() {
-  if (isBusy_ || jobs_.empty()) return;
+  if (isBusy_ || jobs_.empty()) return Watch();
   isBusy_ = true;
+  askedBefore_ = targets_.awaitedAnswer();
   const Job job = std::move(jobs_.front());
   jobs_.pop_front();
   Carry(job);
@@ -53,8 +61,28 @@ void CommandRunner::Carry(const Job& job) {
 
 void CommandRunner::End(const Job& job, const HandOverAnswer& answer) {
   isBusy_ = false;
-  job.answer(answer);
+  // First: whoever takes the answer may show it and come back once it has been read.
   QTimer::singleShot(0, this, [this] { Next(); });
+  job.answer(answer);
+}
+
+void CommandRunner::Watch() {
+  if (!isBusy_ || jobs_.empty() || looks_.isActive()) return;
+  asking_ = 0;
+  looks_.start(kLookMilliseconds, this);
+}
+
+// Not a QTimer, which does not fire during an import.
+void CommandRunner::timerEvent(QTimerEvent* event) {
+  if (event->timerId() != looks_.timerId()) return QObject::timerEvent(event);
+  if (!isBusy_ || jobs_.empty()) return looks_.stop();
+  const QString title = targets_.awaitedAnswer();
+  asking_ = title.isEmpty() || title == askedBefore_ ? 0 : asking_ + 1;
+  if (asking_ < kLooksBeforeRefusal) return;
+  looks_.stop();
+  const QString text =
+      QStringLiteral("终端的窗口里开着“%1”，等用户回答，命令没有执行。请先回答它，再试一次。").arg(title);
+  for (const Job& job : std::exchange(jobs_, {})) job.answer({text, 1});
 }
 
 }  // namespace holdwise

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "window/message_boxes.h"
 
+#include <QApplication>
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPixmap>
 #include <QPushButton>
 
 #include "process/print.h"
+#include "window/import_dialog.h"
+#include "window/restore_dialog.h"
 
 namespace holdwise {
 namespace {
@@ -54,6 +58,22 @@ int MessageBoxes::Vex_MessageBox(const QString& text, const QString& caption, in
   box.setDefaultButton(standard);
   box.exec();
   return box.clickedButton() == ok ? Box::kOk : Box::kCancel;
+}
+
+bool AgreesToClose(QWidget& window, const QString& what) {
+  MessageBoxes boxes;
+  boxes.SetWindow(&window);
+  return boxes.Vex_MessageBox(QStringLiteral("%1。放弃并关闭吗？").arg(what), QStringLiteral("关闭"), Box::kOkAndCancel,
+                              Box::kQuestion) == Box::kOk;
+}
+
+QString AwaitedAnswer() {
+  const QWidget* modal = QApplication::activeModalWidget();
+  const bool isAsking =
+      qobject_cast<const QMessageBox*>(modal) != nullptr || qobject_cast<const QFileDialog*>(modal) != nullptr ||
+      qobject_cast<const ImportDialog*>(modal) != nullptr || dynamic_cast<const RestoreDialog*>(modal) != nullptr;
+  if (!isAsking) return {};
+  return modal->windowTitle().isEmpty() ? QStringLiteral("Holdwise") : modal->windowTitle();
 }
 
 int PrintedMessages::Vex_MessageBox(const QString& text, const QString& caption, int buttons, int /*style*/) {
