@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <QTimerEvent>
 #include <utility>
+#include <vector>
 
 namespace holdwise {
 namespace {
@@ -18,12 +19,17 @@ void CommandRunner::Run(const Command& command, HandOverServer::Answer answer) {
   QTimer::singleShot(0, this, [this] { Next(); });
 }
 
+bool CommandRunner::MayBegin(const Job& job) const {
+  return job.command.exportFolder.isEmpty() || targets_.awaitedAnswer().isEmpty();
+}
+
 void CommandRunner::Next() {
-  if (isBusy_ || jobs_.empty()) return Watch();
+  if (isBusy_ || jobs_.empty() || !MayBegin(jobs_.front())) return Watch();
   isBusy_ = true;
   askedBefore_ = targets_.awaitedAnswer();
   const Job job = std::move(jobs_.front());
   jobs_.pop_front();
+  Watch();
   Carry(job);
 }
 
@@ -67,7 +73,7 @@ void CommandRunner::End(const Job& job, const HandOverAnswer& answer) {
 }
 
 void CommandRunner::Watch() {
-  if (!isBusy_ || jobs_.empty() || looks_.isActive()) return;
+  if (jobs_.empty() || looks_.isActive()) return;
   asking_ = 0;
   looks_.start(kLookMilliseconds, this);
 }
@@ -75,14 +81,27 @@ void CommandRunner::Watch() {
 // Not a QTimer, which does not fire during an import.
 void CommandRunner::timerEvent(QTimerEvent* event) {
   if (event->timerId() != looks_.timerId()) return QObject::timerEvent(event);
-  if (!isBusy_ || jobs_.empty()) return looks_.stop();
+  if (jobs_.empty()) return looks_.stop();
   const QString title = targets_.awaitedAnswer();
-  asking_ = title.isEmpty() || title == askedBefore_ ? 0 : asking_ + 1;
-  if (asking_ < kLooksBeforeRefusal) return;
+  const bool isKept = !title.isEmpty() && (!isBusy_ || title != askedBefore_);
+  if (!isBusy_ && !isKept) {
+    looks_.stop();
+    return Next();
+  }
+  asking_ = isKept ? asking_ + 1 : 0;
+  if (asking_ >= kLooksBeforeRefusal) Refuse(title);
+}
+
+void CommandRunner::Refuse(const QString& title) {
   looks_.stop();
   const QString text =
-      QStringLiteral("终端的窗口里开着“%1”，等用户回答，命令没有执行。请先回答它，再试一次。").arg(title);
-  for (const Job& job : std::exchange(jobs_, {})) job.answer({text, 1});
+      QStringLiteral("终端的窗口里开着“%1”，等用户回答，命令没有执行。请先回答或关闭它，再试一次。").arg(title);
+  // The first one alone, when it only cannot begin: others may.
+  const auto last = isBusy_ ? jobs_.end() : jobs_.begin() + 1;
+  const std::vector<Job> refused(jobs_.begin(), last);
+  jobs_.erase(jobs_.begin(), last);
+  for (const Job& job : refused) job.answer({text, 1});
+  QTimer::singleShot(0, this, [this] { Next(); });
 }
 
 }  // namespace holdwise

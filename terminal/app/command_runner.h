@@ -29,7 +29,8 @@ struct CommandTargets {
 
 /// Carries commands out one after the other, each in the order theme, address, restore, import, backup, export; the
 /// first step that fails ends its command. One that would have to wait until the user has answered a dialog is refused
-/// after a second. User-interface thread.
+/// after a second: an export, for which the views would not get ready meanwhile, and all that wait for one that is
+/// being carried out and asks. User-interface thread.
 class CommandRunner : public QObject {
  public:
   static constexpr int kUnknownAddressExitCode = 2;
@@ -51,14 +52,16 @@ class CommandRunner : public QObject {
   void Next();
   void Carry(const Job& job);
   void End(const Job& job, const HandOverAnswer& answer);
+  [[nodiscard]] bool MayBegin(const Job& job) const;
   void Watch();
+  void Refuse(const QString& title);
 
   CommandTargets targets_;
   std::deque<Job> jobs_;
   bool isBusy_ = false;
   QString askedBefore_;  ///< the awaited answer when the present command began, which does not wait for it
   QBasicTimer looks_;    ///< while commands wait
-  int asking_ = 0;       ///< looks in a row at which the present command may have been waiting for an answer
+  int asking_ = 0;       ///< looks in a row at which the first of them was kept by a dialog
 };
 
 }  // namespace holdwise

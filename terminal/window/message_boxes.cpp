@@ -2,15 +2,12 @@
 #include "window/message_boxes.h"
 
 #include <QApplication>
-#include <QFileDialog>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPixmap>
 #include <QPushButton>
 
 #include "process/print.h"
-#include "window/import_dialog.h"
-#include "window/restore_dialog.h"
 
 namespace holdwise {
 namespace {
@@ -69,10 +66,7 @@ bool AgreesToClose(QWidget& window, const QString& what) {
 
 QString AwaitedAnswer() {
   const QWidget* modal = QApplication::activeModalWidget();
-  const bool isAsking =
-      qobject_cast<const QMessageBox*>(modal) != nullptr || qobject_cast<const QFileDialog*>(modal) != nullptr ||
-      qobject_cast<const ImportDialog*>(modal) != nullptr || dynamic_cast<const RestoreDialog*>(modal) != nullptr;
-  if (!isAsking) return {};
+  if (modal == nullptr) return {};
   return modal->windowTitle().isEmpty() ? QStringLiteral("Holdwise") : modal->windowTitle();
 }
 

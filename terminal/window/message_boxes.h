@@ -19,8 +19,7 @@ class MessageBoxes : public MessageBoxService {
 
 /// Asks, while `what` goes on ("正在导入组合"), whether to give it up and close.
 [[nodiscard]] bool AgreesToClose(QWidget& window, const QString& what);
-/// The title of the message box, or of the dialog for a file or an import, that the user has to answer before anything
-/// else; empty when there is none.
+/// The title of the dialog that the user has to answer or close before anything else; empty when there is none.
 [[nodiscard]] QString AwaitedAnswer();
 
 /// For runs without a user: notices go to standard error, questions are answered with Cancel.

@@ -10,13 +10,17 @@
 namespace holdwise {
 namespace {
 
-/// The first command is an export that ends when the test says so.
+/// An export ends when the test says so.
 class WaitingCommands : public testing::Test {
  protected:
   [[nodiscard]] CommandTargets Targets() {
     CommandTargets targets;
     targets.setTheme = [](ThemeKind) {};
     targets.raise = [] {};
+    targets.importPortfolios = [](const Command&) {
+      QTest::qWait(2000);  // lets events run, as a long import does
+      return HandOverAnswer{QStringLiteral("imported"), 0};
+    };
     targets.exportViews = [this](const Command&, const HandOverServer::Answer& answer) { export_ = answer; };
     targets.awaitedAnswer = [this] { return title_; };
     return targets;
@@ -59,16 +63,34 @@ TEST_F(WaitingCommands, AreRefusedWhenThePresentOneWaitsForTheUser) {
   EXPECT_EQ(answers_.mid(2), QStringList({QStringLiteral("export 0 done"), QStringLiteral("theme 0 ")}));
 }
 
-TEST_F(WaitingCommands, WaitForOneThatGoesOnWhateverTheUserIsAsked) {
-  title_ = QStringLiteral("导入组合");  // open before the export began, which needs no answer to it
+TEST_F(WaitingCommands, AnExportDoesNotBeginBehindADialogAndKeepsNobodyElse) {
+  title_ = QStringLiteral("导入组合");
   Run(true);
-  QTest::qWait(50);
   Run(false);
-  QTest::qWait(2000);
-  EXPECT_EQ(answers_, QStringList());
-  export_({QStringLiteral("done"), 0});
-  ASSERT_TRUE(QTest::qWaitFor([this] { return answers_.size() == 2; }));
+  ASSERT_TRUE(QTest::qWaitFor([this] { return answers_.size() == 2; }, 2000));
+  EXPECT_FALSE(export_);
+  EXPECT_TRUE(answers_[0].startsWith(QStringLiteral("export 1 终端的窗口里开着“导入组合”")))
+      << answers_[0].toStdString();
   EXPECT_EQ(answers_[1], QStringLiteral("theme 0 "));
+}
+
+TEST_F(WaitingCommands, AnExportBeginsOnceTheDialogIsClosed) {
+  title_ = QStringLiteral("导入组合");
+  Run(true);
+  QTest::qWait(500);
+  title_.clear();
+  ASSERT_TRUE(QTest::qWaitFor([this] { return export_ != nullptr; }, 1000));
+  EXPECT_EQ(answers_, QStringList());
+}
+
+TEST_F(WaitingCommands, WaitForAnImportThatGoesOnBehindADialogThatWasThereBefore) {
+  title_ = QStringLiteral("恢复");
+  Command command;
+  command.importFile = QStringLiteral("p.csv");
+  runner_.Run(command, [this](const HandOverAnswer& answer) { answers_ << answer.text; });
+  Run(false);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return answers_.size() == 2; }));
+  EXPECT_EQ(answers_, QStringList({QStringLiteral("imported"), QStringLiteral("theme 0 ")}));
 }
 
 TEST_F(WaitingCommands, AQuestionThatIsSoonAnsweredRefusesNothing) {
