@@ -106,7 +106,7 @@ RestorePreview Backups::PreviewOf(const backup::PortfolioSet& now, const QString
   }
 }
 
-void Backups::RestoreFromMenu(const std::function<void()>& restored) {
+void Backups::RestoreFromMenu(const std::function<bool()>& mayChange, const std::function<void()>& restored) {
   MainWindow& window = window_.Window();
   try {
     service_.WriteNow();
@@ -121,6 +121,9 @@ void Backups::RestoreFromMenu(const std::function<void()>& restored) {
         [&](const QString& file, bool isMissingOnly) { return PreviewOf(now, file, isMissingOnly, read); },
         [&window] { return AskForBackup(&window); });
     if (dialog.exec() != QDialog::Accepted) return;
+    if (!mayChange())
+      throw Error(ErrorCategory::Busy,
+                  "没有恢复，组合没有改变：终端正在导出，或在执行别的命令。请等它结束，再试一次。");
     const HandOverAnswer answer =
         RestoreFile(dialog.Path(), dialog.IsMissingOnly() ? RestoreExtent::MissingOnly : RestoreExtent::Everything);
     if (answer.exitCode == 0) restored();

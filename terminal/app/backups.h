@@ -31,9 +31,10 @@ class Backups {
   [[nodiscard]] HandOverAnswer RestoreFile(const QString& file, backup::RestoreExtent extent);
   /// Asks for the file.
   void ExportFromMenu();
-  /// Shows the generations and what each would change; then the outcome. `restored` is called after something has
+  /// Shows the generations and what each would change; then the outcome. `mayChange` is asked once the user has chosen:
+  /// false while another command that has come meanwhile is carried out. `restored` is called after something has
   /// changed.
-  void RestoreFromMenu(const std::function<void()>& restored);
+  void RestoreFromMenu(const std::function<bool()>& mayChange, const std::function<void()>& restored);
 
  private:
   /// `read`: the files looked at before, to which this one comes.

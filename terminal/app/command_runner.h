@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QBasicTimer>
 #include <QObject>
 #include <deque>
 #include <functional>
@@ -22,10 +23,14 @@ struct CommandTargets {
   std::function<void(const Command& command, HandOverServer::Answer)> exportViews;
   /// Brings the window to the user's eyes.
   std::function<void()> raise;
+  /// Title of the dialog that the user has to answer before anything else; empty when there is none.
+  std::function<QString()> awaitedAnswer = [] { return QString(); };
 };
 
 /// Carries commands out one after the other, each in the order theme, address, restore, import, backup, export; the
-/// first step that fails ends its command. User-interface thread.
+/// first step that fails ends its command. One that would have to wait until the user has answered a dialog is refused
+/// after a second: an export, for which the views would not get ready meanwhile, and all that wait for one that is
+/// being carried out and asks. User-interface thread.
 class CommandRunner : public QObject {
  public:
   static constexpr int kUnknownAddressExitCode = 2;
@@ -36,6 +41,9 @@ class CommandRunner : public QObject {
   /// Nothing is being carried out, and nothing waits.
   [[nodiscard]] bool IsIdle() const { return !isBusy_ && jobs_.empty(); }
 
+ protected:
+  void timerEvent(QTimerEvent* event) override;
+
  private:
   struct Job {
     Command command;
@@ -44,10 +52,16 @@ class CommandRunner : public QObject {
   void Next();
   void Carry(const Job& job);
   void End(const Job& job, const HandOverAnswer& answer);
+  [[nodiscard]] bool MayBegin(const Job& job) const;
+  void Watch();
+  void Refuse(const QString& title);
 
   CommandTargets targets_;
   std::deque<Job> jobs_;
   bool isBusy_ = false;
+  QString askedBefore_;  ///< the awaited answer when the present command began, which does not wait for it
+  QBasicTimer looks_;    ///< while commands wait
+  int asking_ = 0;       ///< looks in a row at which the first of them was kept by a dialog
 };
 
 }  // namespace holdwise

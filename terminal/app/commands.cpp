@@ -2,6 +2,7 @@
 #include "commands.h"
 
 #include <QCoreApplication>
+#include <QMenuBar>
 #include <exception>
 #include <memory>
 #include <utility>
@@ -15,6 +16,7 @@
 #include "window/dialogs.h"
 #include "window/import_dialog.h"
 #include "window/long_work.h"
+#include "window/message_boxes.h"
 
 namespace holdwise {
 namespace {
@@ -54,6 +56,7 @@ CommandTargets Commands::Targets() {
     Export(command, answer);
   };
   targets.raise = [this] { parts_.window.Raise(); };
+  targets.awaitedAnswer = [] { return AwaitedAnswer(); };
   return targets;
 }
 
@@ -151,16 +154,32 @@ std::optional<ImportChoice> Commands::AskForImport(const QString& file, const Im
   return ImportChoice{dialog.Name(), dialog.SkipsStrangers()};
 }
 
+void Commands::ShowExport() {
+  isExportGivenUp_ = false;
+  if (parts_.process.Asked().IsBatch()) return;
+  shownExport_ = std::make_unique<OngoingWork>(parts_.window.Window(), QStringLiteral("正在导出"));
+  shownExport_->OnGivenUp = [this] {
+    isExportGivenUp_ = true;
+    if (exporter_) exporter_->GiveUp();
+  };
+}
+
 void Commands::Export(const Command& command, const HandOverServer::Answer& answer) {
   const QString cameFrom = parts_.pages == nullptr ? QString() : parts_.pages->CurrentAddress();
+  ShowExport();
   ViewCatalogue* views = EnterViews();
-  if (views == nullptr) return answer({QStringLiteral("没有投资组合页面，不能导出。"), 1});
+  if (views == nullptr) {
+    shownExport_.reset();
+    return answer({QStringLiteral("没有投资组合页面，不能导出。"), 1});
+  }
   MainWindow& window = parts_.window.Window();
-  window.Tell(QStringLiteral("正在导出…"));
   exporter_ = std::make_unique<ViewExporter>(*views, window.Area());
+  exporter_->Spare(*window.menuBar());
+  exporter_->Spare(window.CancelButton());
   exporter_->OnDone = [this, folder = command.exportFolder, cameFrom, answer](const QString& problem,
                                                                               const QString& lacking) {
     exporter_.release()->deleteLater();
+    shownExport_.reset();
     if (!cameFrom.isEmpty() && parts_.pages->CurrentAddress() != cameFrom)
       (void)parts_.pages->GoTo(cameFrom, QString());
     const HandOverAnswer done = Exported(folder, problem, lacking);
@@ -169,6 +188,7 @@ void Commands::Export(const Command& command, const HandOverServer::Answer& answ
     answer(done);
   };
   exporter_->Start(command.exportFolder, InputsOf(command), parts_.market->Data().IsSimulated());
+  if (isExportGivenUp_) exporter_->GiveUp();  // while the page was entered
 }
 
 HandOverAnswer Commands::Exported(const QString& folder, const QString& problem, const QString& lacking) const {
@@ -201,9 +221,10 @@ void Commands::ExportPortfoliosFromMenu() {
 
 void Commands::RestoreFromMenu() {
   (void)EnterViews();
-  parts_.backups.RestoreFromMenu([this] {
-    if (ViewCatalogue* views = EnterViews()) views->DataChanged();
-  });
+  parts_.backups.RestoreFromMenu([this] { return runner_.IsIdle(); },
+                                 [this] {
+                                   if (ViewCatalogue* views = EnterViews()) views->DataChanged();
+                                 });
 }
 
 void Commands::ExportFromMenu() {
@@ -212,7 +233,8 @@ void Commands::ExportFromMenu() {
   Command command;
   command.exportFolder = folder;
   runner_.Run(command, [this](const HandOverAnswer& answer) {
-    if (answer.exitCode != 0) ShowReport(&parts_.window.Window(), QStringLiteral("导出"), answer.text);
+    const bool isNews = answer.exitCode != 0 && !isExportGivenUp_;
+    if (isNews) ShowReport(&parts_.window.Window(), QStringLiteral("导出"), answer.text);
   });
 }
 

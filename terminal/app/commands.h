@@ -14,6 +14,7 @@
 #include "parts/window_side.h"
 #include "transfer/import.h"
 #include "transfer/view_exporter.h"
+#include "window/ongoing_work.h"
 
 namespace holdwise {
 
@@ -61,12 +62,15 @@ class Commands {
   [[nodiscard]] HandOverAnswer ImportFile(const Command& command);
   [[nodiscard]] std::optional<ImportChoice> AskForImport(const QString& file, const ImportPreview& preview);
   void Export(const Command& command, const HandOverServer::Answer& answer);
+  void ShowExport();
   [[nodiscard]] HandOverAnswer Exported(const QString& folder, const QString& problem, const QString& lacking) const;
 
   CommandParts parts_;
   CommandRunner runner_;
   HandOverServer handOver_;
   std::unique_ptr<ViewExporter> exporter_;
+  std::unique_ptr<OngoingWork> shownExport_;  ///< none in a batch
+  bool isExportGivenUp_ = false;              ///< the last one, by the user
 };
 
 }  // namespace holdwise

@@ -2,6 +2,7 @@
 #include "database_guard.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <utility>
 
 #include "database/firebird_user_data.h"
@@ -163,10 +164,27 @@ bool DatabaseGuard::Settle() {
   return SettleDifference();
 }
 
+bool DatabaseGuard::CanBeLeftToExchangeFiles() const {
+  const Options& asked = process_.Asked();
+  if (!look_.isFileNew || !look_.now.portfolios.empty() || !asked.IsOwnDatabase()) return false;
+  return QFile::exists(asked.workFolder + QStringLiteral("/TZZHMerge.dat")) &&
+         QFile::exists(asked.workFolder + QStringLiteral("/TZZHDetail.dat"));
+}
+
 bool DatabaseGuard::SettleDifference() {
   const bool isDoubtful = look_.finding == FirstLook::Finding::Doubtful;
   const QString title = isDoubtful ? QStringLiteral("数据库里的组合有疑问") : QStringLiteral("数据库与最近的备份不同");
   doubt_ = title + QStringLiteral("：") + (isDoubtful ? look_.problems.join(QStringLiteral("；")) : look_.Line());
+  if (!process_.Asked().IsBatch() && CanBeLeftToExchangeFiles()) {
+    // Nothing is there to choose from. Should they bring back something else, the next start asks.
+    isLeftToExchangeFiles_ = true;
+    LeaveUnsettled();
+    isUnsettled_ = true;
+    const QString text = QStringLiteral("数据库文件不在原处，已新建；组合从退出时保存的文件读入。");
+    process_.Log().WriteLog(text);
+    window_.Window().TellOutcome(text);
+    return true;
+  }
   const QString writer =
       process_.Asked().IsOwnDatabase() ? QStringLiteral("另一个程序") : QStringLiteral("另一个程序或另一个工作目录");
   const QString why =

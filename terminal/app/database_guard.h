@@ -40,6 +40,9 @@ class DatabaseGuard {
   [[nodiscard]] QString Damage() const { return isDamageTold_ ? doubt_ : QString(); }
   /// What the start has found out about the database and the newest backup, and what the user chose.
   [[nodiscard]] health::Comparison Comparison() const;
+  /// The file of the database was gone, and the exchange files are there: nothing has been asked about, for they bring
+  /// the portfolios back once the views are entered.
+  [[nodiscard]] bool IsLeftToExchangeFiles() const { return isLeftToExchangeFiles_; }
   /// The user wants the file of the database set aside and the newest backup restored, once the terminal has ended.
   [[nodiscard]] bool WantsRepair() const { return wantsRepair_; }
 
@@ -56,6 +59,7 @@ class DatabaseGuard {
   /// True unless the file was set aside: then the database is to be opened again.
   [[nodiscard]] bool Settle();
   [[nodiscard]] bool SettleDifference();
+  [[nodiscard]] bool CanBeLeftToExchangeFiles() const;
   /// `told`: how the comparison stands once it is written.
   void WriteBackup(const health::Comparison& told);
   /// Until the user has chosen, what may be damage takes no backup's place.
@@ -72,6 +76,7 @@ class DatabaseGuard {
   const backup::BackupFolder backups_;
   QString doubt_;
   bool isUnsettled_ = false;  ///< the doubt lasts until the folder of the backups is settled
+  bool isLeftToExchangeFiles_ = false;
   health::Comparison comparison_;
   bool isDamageTold_ = false;
   bool wantsRepair_ = false;

@@ -21,6 +21,7 @@ struct FirstLook {
     Doubtful,    ///< holds what no person can have entered
   };
   Finding finding = Finding::Sound;
+  bool isFileNew = false;                      ///< it was not there and has been made; known to the opener
   backup::PortfolioSet now;                    ///< the database's
   std::optional<backup::PortfolioSet> backup;  ///< the newest generation's that can be read; none: there is none
   std::optional<backup::Generation> newest;    ///< that one

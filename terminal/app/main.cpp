@@ -105,11 +105,14 @@ std::unique_ptr<FirebirdUserData> OpenWhenFree(const Options& options) {
 }
 
 OpenedDatabase OpenDatabase(const Options& options) {
+  const bool isFileNew = !QFileInfo::exists(options.database);
   auto database = OpenWhenFree(options);
   OpenedDatabase opened;
-  if (!DatabaseTarget::FromText(options.database).IsServer())
+  if (!DatabaseTarget::FromText(options.database).IsServer()) {
     opened.look =
         LookAtDatabase(*database, backup::BackupFolder(options.workFolder, options.database), database->WasClosed());
+    opened.look.isFileNew = isFileNew;
+  }
   opened.database = std::move(database);
   return opened;
 }

@@ -170,7 +170,8 @@ void Terminal::ChangeDay() {
 void Terminal::EnterFirstPage() {
   const Options& asked = process_.Asked();
   const bool isGiven = !asked.command.address.isEmpty() || !asked.command.parameter.isEmpty();
-  if (!isGiven && !asked.IsBatch() && pages_->GoToRemembered(process_.Settings())) return;
+  const bool isFree = !isGiven && !asked.IsBatch() && !guard_.IsLeftToExchangeFiles();
+  if (isFree && pages_->GoToRemembered(process_.Settings())) return;
   (void)pages_->GoTo(asked.command.address, asked.command.parameter);
 }
 

@@ -111,7 +111,21 @@ void ViewExporter::Start(const QString& folder, std::vector<ViewInput> inputs, b
   });
 }
 
+bool ViewExporter::IsKeptOff(const QObject* watched) const {
+  // Dialogs of the view stay usable: the view may be waiting for an answer.
+  const auto* widget = qobject_cast<const QWidget*>(watched);
+  if (widget == nullptr || widget->window() != picture_.window()) return false;
+  return std::none_of(spared_.begin(), spared_.end(),
+                      [widget](const QWidget* part) { return part == widget || part->isAncestorOf(widget); });
+}
+
 bool ViewExporter::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Shortcut) {
+    // Sent by the application. Its receiver may be any object below the widget that it is for.
+    const QObject* owner = watched;
+    while (owner != nullptr && !owner->isWidgetType()) owner = owner->parent();
+    return owner == &picture_ || (owner != nullptr && picture_.isAncestorOf(static_cast<const QWidget*>(owner)));
+  }
   if (!event->spontaneous()) return false;
   switch (event->type()) {
     case QEvent::MouseButtonPress:
@@ -120,18 +134,16 @@ bool ViewExporter::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Wheel:
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
-    case QEvent::Shortcut:
-    case QEvent::ShortcutOverride: {
-      // Dialogs of the view stay usable: the view may be waiting for an answer.
-      const auto* widget = qobject_cast<QWidget*>(watched);
-      return widget != nullptr && widget->window() == picture_.window();
-    }
+    case QEvent::ShortcutOverride:
+    case QEvent::ContextMenu:
+      return IsKeptOff(watched);
     default:
       return false;
   }
 }
 
 void ViewExporter::Look() {
+  if (isGivenUp_) return Finish(QStringLiteral("已取消，目录“%1”中的文件不全。").arg(folder_));
   const bool isSettled = window_ ? window_->IsSettled() : views_.IsSettled();
   settledLooks_ = isSettled ? settledLooks_ + 1 : 0;
   look_.setInterval(kLookMilliseconds);

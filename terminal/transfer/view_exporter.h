@@ -38,7 +38,7 @@ void PutBackInputs(ViewCatalogue& views, const std::vector<ViewCatalogue::Input>
 /// were: what was in force, and what had been typed or chosen there and not applied. Of an earlier export into the same
 /// folder the tables of those of its grids stay no longer whose view or portfolio is gone, nor anything of a view that
 /// was not written because an input was refused, nor that note when the market is none; other files are left alone.
-/// Works along with the event loop; the user's mouse and keys do not reach the window meanwhile.
+/// Works along with the event loop; the user's mouse and keys reach nothing of the window meanwhile but what is spared.
 class ViewExporter : public QObject {
  public:
   /// Longest time that one view or portfolio may take to settle without coming any further.
@@ -56,11 +56,17 @@ class ViewExporter : public QObject {
   /// that is refused, or whose view does not exist, is a problem; its view is not written, the others are.
   /// @param isSimulated of the market that the views show
   void Start(const QString& folder, std::vector<ViewInput> inputs = {}, bool isSimulated = false);
+  /// A part of the window that the user's mouse and keys reach all the same, with what is in it. It outlives the
+  /// export.
+  void Spare(const QWidget& part) { spared_.push_back(&part); }
+  /// Ends the export soon, with a problem that says so; from anywhere after Start.
+  void GiveUp() { isGivenUp_ = true; }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  [[nodiscard]] bool IsKeptOff(const QObject* watched) const;
   void Look();
   void NextView();
   void SetInputs();
@@ -95,6 +101,8 @@ class ViewExporter : public QObject {
   QStringList problems_;              ///< that do not end the export
   QStringList notWritten_;            ///< pictures of views whose input was refused
   bool isSimulated_ = false;
+  std::vector<const QWidget*> spared_;
+  bool isGivenUp_ = false;
   ViewCatalogue::View view_;
   int shownBefore_ = 0;
   QString followingGrid_;

@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -17,8 +18,25 @@ constexpr QSize kReportSize{640, 360};
 
 QSettings* folders = nullptr;
 
+/// Knows a file by its name. Qt's own reads the beginning of every file in the folder, on the user-interface thread:
+/// one that does not answer (on a network folder, or below /proc) would stop the terminal.
+class PlainIcons final : public QFileIconProvider {
+ public:
+  [[nodiscard]] QIcon icon(const QFileInfo& file) const override {
+    return QFileIconProvider::icon(file.isDir() ? IconType::Folder : IconType::File);
+  }
+  using QFileIconProvider::icon;
+  [[nodiscard]] QString type(const QFileInfo& file) const override {
+    if (file.isDir()) return QStringLiteral("文件夹");
+    const QString suffix = file.suffix();
+    return suffix.isEmpty() ? QStringLiteral("文件") : QStringLiteral("%1 文件").arg(suffix);
+  }
+};
+
 /// `purpose`: the name under which the folder is remembered.
 QString Ask(QFileDialog& dialog, const QString& accept, const char* purpose) {
+  static auto* const icons = new PlainIcons;  // for all, and never gone: pictures do not outlive the application
+  dialog.setIconProvider(icons);
   const QString key = QStringLiteral("folders/") + QLatin1String(purpose);
   const QString last = folders == nullptr ? QString() : folders->value(key).toString();
   if (!last.isEmpty() && QFileInfo(last).isDir()) dialog.setDirectory(last);

@@ -46,7 +46,7 @@ constexpr Key kKeys[] = {
     {"自选配置", "Ctrl+Enter", "确定"},
     {"自选配置的持仓表", "Ctrl+V", "粘贴代码、数量、价格各列"},
     {"自选配置的组合表", "F4、F2、Delete", "保存、修改、删除"},
-    {"导入、计算中", "Esc", "取消"},
+    {"导入、导出、计算中", "Esc", "取消"},
 };
 
 QTableWidget* TableOf(const std::vector<QStringList>& rows, const QStringList& titles) {

@@ -68,11 +68,7 @@ bool LongWork::eventFilter(QObject* watched, QEvent* event) {
 bool LongWork::MayClose() {
   if (isAsking_ || isClosing_) return false;
   isAsking_ = true;
-  MessageBoxes boxes;
-  boxes.SetWindow(&window_);
-  isClosing_ =
-      boxes.Vex_MessageBox(QStringLiteral("%1。放弃并关闭吗？").arg(what_), QStringLiteral("关闭"),
-                           MessageBoxService::kOkAndCancel, MessageBoxService::kQuestion) == MessageBoxService::kOk;
+  isClosing_ = AgreesToClose(window_, what_);
   isAsking_ = false;
   isGivenUp_ = isGivenUp_ || isClosing_;
   return false;

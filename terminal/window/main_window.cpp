@@ -88,7 +88,7 @@ void MainWindow::BuildMenus() {
   file->addAction(QStringLiteral("导出组合(&P)…"), this, [this] { actions_.exportPortfolios(); });
   file->addAction(QStringLiteral("恢复(&R)…"), this, [this] { actions_.restorePortfolios(); });
   file->addSeparator();
-  file->addAction(QStringLiteral("退出(&X)"), QKeySequence(QStringLiteral("Ctrl+Q")), this, &QWidget::close);
+  quit_ = file->addAction(QStringLiteral("退出(&X)"), QKeySequence(QStringLiteral("Ctrl+Q")), this, &QWidget::close);
 
   QMenu* view = menuBar()->addMenu(QStringLiteral("视图(&V)"));
   QMenu* themes = view->addMenu(QStringLiteral("主题(&T)"));
@@ -108,10 +108,14 @@ void MainWindow::BuildMenus() {
   help->addAction(QStringLiteral("键盘(&K)…"), QKeySequence(Qt::Key_F1), this, [this] { ShowKeys(this); });
   help->addAction(QStringLiteral("状态(&S)…"), this, [this] { actions_.showHealth(); });
   help->addAction(QStringLiteral("关于(&A)…"), this, [this] { actions_.showAbout(); });
+  menus_ = {file, view, help};
 }
 
 void MainWindow::BuildStatusBar() {
   statusBar()->setSizeGripEnabled(false);
+  ongoing_ = AddStatus(*statusBar());
+  ongoing_->setObjectName(QStringLiteral("ongoing"));
+  ongoing_->hide();
   progress_ = new QProgressBar(this);
   progress_->setMaximumWidth(200);
   progress_->setAccessibleName(QStringLiteral("进度"));
@@ -169,8 +173,24 @@ void MainWindow::SetCurrentAddress(const QString& name) {
 }
 
 void MainWindow::SetPortfolioActionsEnabled(bool isEnabled) {
-  import_->setEnabled(isEnabled);
-  export_->setEnabled(isEnabled);
+  hasPortfolioPage_ = isEnabled;
+  OfferActions();
+}
+
+void MainWindow::SetOngoing(const QString& text, const QString& hint) {
+  isOngoing_ = !text.isEmpty();
+  ongoing_->setText(text);
+  ongoing_->setToolTip(PlainHint(hint));
+  ongoing_->setVisible(isOngoing_);
+  cancel_->setVisible(isOngoing_);
+  OfferActions();
+}
+
+void MainWindow::OfferActions() {
+  for (const QMenu* menu : menus_)
+    for (QAction* action : menu->actions()) action->setEnabled(action == quit_ || !isOngoing_);
+  for (QAction* action : {import_, export_}) action->setEnabled(hasPortfolioPage_ && !isOngoing_);
+  newDay_->setEnabled(!isOngoing_);
 }
 
 void MainWindow::ShowThemeKind(ThemeKind kind) {
@@ -267,7 +287,8 @@ void MainWindow::ShowProgress(int done, int total) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  event->setAccepted(!MayClose || MayClose());
+  const auto mayClose = MayClose;  // while it asks, it may be exchanged
+  event->setAccepted(!mayClose || mayClose());
 }
 
 }  // namespace holdwise

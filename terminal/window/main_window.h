@@ -49,6 +49,9 @@ class MainWindow : public QMainWindow {
   void SetCurrentAddress(const QString& name);
   /// Import and export need a portfolio page.
   void SetPortfolioActionsEnabled(bool isEnabled);
+  /// While there is a text, which stands in the status bar with 取消 beside it, the menus offer nothing but 退出, with
+  /// their keys, and no new day is taken.
+  void SetOngoing(const QString& text, const QString& hint);
   void ShowThemeKind(ThemeKind kind);
   void SetSimulated(bool isSimulated);
 
@@ -85,6 +88,7 @@ class MainWindow : public QMainWindow {
 
  private:
   void BuildMenus();
+  void OfferActions();
   void BuildStatusBar();
   void SetAmber(QLabel& label, bool isAmber) const;
 
@@ -92,6 +96,10 @@ class MainWindow : public QMainWindow {
   WindowActions actions_;
   AddressBar* bar_ = nullptr;
   WorkArea* area_ = nullptr;
+  QList<QMenu*> menus_;
+  QAction* quit_ = nullptr;
+  bool hasPortfolioPage_ = false;
+  bool isOngoing_ = false;
   QAction* import_ = nullptr;
   QAction* export_ = nullptr;
   QAction* dark_ = nullptr;
@@ -99,6 +107,7 @@ class MainWindow : public QMainWindow {
   QMenu* addressMenu_ = nullptr;
   QActionGroup* addressGroup_ = nullptr;
   QPushButton* newDay_ = nullptr;
+  QLabel* ongoing_ = nullptr;
   QLabel* quotes_ = nullptr;
   QLabel* quotesProblem_ = nullptr;
   QLabel* dataNotices_ = nullptr;

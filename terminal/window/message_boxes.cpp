@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "window/message_boxes.h"
 
+#include <QApplication>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPixmap>
@@ -54,6 +55,19 @@ int MessageBoxes::Vex_MessageBox(const QString& text, const QString& caption, in
   box.setDefaultButton(standard);
   box.exec();
   return box.clickedButton() == ok ? Box::kOk : Box::kCancel;
+}
+
+bool AgreesToClose(QWidget& window, const QString& what) {
+  MessageBoxes boxes;
+  boxes.SetWindow(&window);
+  return boxes.Vex_MessageBox(QStringLiteral("%1。放弃并关闭吗？").arg(what), QStringLiteral("关闭"), Box::kOkAndCancel,
+                              Box::kQuestion) == Box::kOk;
+}
+
+QString AwaitedAnswer() {
+  const QWidget* modal = QApplication::activeModalWidget();
+  if (modal == nullptr) return {};
+  return modal->windowTitle().isEmpty() ? QStringLiteral("Holdwise") : modal->windowTitle();
 }
 
 int PrintedMessages::Vex_MessageBox(const QString& text, const QString& caption, int buttons, int /*style*/) {

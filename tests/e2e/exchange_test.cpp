@@ -4,9 +4,10 @@
 #include <QDir>
 #include <QFile>
 #include <algorithm>
+#include <csignal>
 
 #include "holdwise/packet/packet_file.h"
-#include "terminal_process.h"
+#include "screen.h"
 
 namespace holdwise::e2e {
 namespace {
@@ -99,6 +100,61 @@ TEST_F(ExchangeFiles, ThatBringEverythingBackLeaveNoDoubtBehind) {
     EXPECT_EQ(outcome.err.contains("数据库与最近的备份不同"), QString(time) == "again") << outcome.err.toStdString();
   }
   EXPECT_EQ(RunTerminal(bench_.Arguments({"--check"})).exitCode, 0);
+}
+
+/// The same at a window.
+class ExchangeFilesAtAWindow : public ExchangeFiles {
+ protected:
+  void SetUp() override {
+    if (!MissingProgram().isEmpty()) GTEST_SKIP() << MissingProgram().toStdString();
+    ASSERT_TRUE(screen_.IsThere());
+    ExchangeFiles::SetUp();
+  }
+  [[nodiscard]] bool CheckSays(const char* text) const {
+    return Until([&] { return RunTerminal(bench_.Arguments({"--check"})).out.contains(text); }, 30'000);
+  }
+
+  const Screen screen_;
+};
+
+TEST_F(ExchangeFilesAtAWindow, BringEverythingBackUnasked) {
+  {
+    RunningTerminal terminal(bench_.Arguments({}), screen_.Environment());
+    ASSERT_TRUE(terminal.WaitForWindow());
+    EXPECT_TRUE(CheckSays("正常  与备份比较：")) << "once the backup of it has been written";
+    EXPECT_GE(terminal.Signal(SIGTERM), 0);
+  }
+  EXPECT_TRUE(Bytes(bench_.Work() + "/log/terminal.log").contains("数据库文件不在原处，已新建"));
+  const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err.toStdString();
+  for (const char* grid : {"2001-strngrd", "2002-strngrd"}) EXPECT_EQ(Rows("after", grid), Rows("before", grid));
+}
+
+/// Sound ones that hold nothing leave the choice to the next start.
+TEST_F(ExchangeFilesAtAWindow, WhatTheyDoNotBringBackIsAskedAboutLater) {
+  const Bench empty;
+  ASSERT_EQ(RunTerminal(empty.Arguments({"--export", empty.File("out")})).exitCode, 0);
+  for (const QString& name : kPair) {
+    ASSERT_TRUE(QFile::remove(Work(name)));
+    ASSERT_TRUE(QFile::copy(empty.Work() + '/' + name, Work(name)));
+  }
+  {
+    RunningTerminal terminal(bench_.Arguments({}), screen_.Environment());
+    ASSERT_TRUE(terminal.WaitForWindow());
+    EXPECT_TRUE(CheckSays("注意  与备份比较："));
+    EXPECT_GE(terminal.Signal(SIGTERM), 0);
+  }
+  {
+    RunningTerminal terminal(bench_.Arguments({}), screen_.Environment());
+    ASSERT_TRUE(screen_.Enter("数据库与最近的备份不同")) << terminal.Process().readAllStandardError().toStdString();
+    screen_.Keys({"Tab", "space"});
+    ASSERT_TRUE(screen_.Enter("^询问$"));
+    screen_.Keys({"Tab", "space"});
+    ASSERT_TRUE(terminal.WaitForWindow());
+    EXPECT_GE(terminal.Signal(SIGTERM), 0);
+  }
+  EXPECT_EQ(RunTerminal(bench_.Arguments({"--export", bench_.File("after")})).exitCode, 0);
+  EXPECT_EQ(Rows("after", "2001-strngrd"), Rows("before", "2001-strngrd"));
 }
 
 TEST_F(ExchangeFiles, BelongToOneDatabase) {

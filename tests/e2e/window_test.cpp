@@ -4,6 +4,9 @@
 
 #include <QDir>
 #include <csignal>
+#include <memory>
+#include <optional>
+#include <vector>
 
 #include "hung_file.h"
 #include "screen.h"
@@ -173,6 +176,104 @@ TEST_F(Window, AnImportCanBeGivenUp) {
   ASSERT_TRUE(isGivenUp);
   EXPECT_NE(second.exitCode(), 0) << second.readAllStandardOutput().toStdString();
   EXPECT_EQ(bench_.Export("2001-strngrd").size(), 0U);
+}
+
+/// An export that was handed over and waits for files that do not come.
+class WindowDuringAnExport : public Window {
+ protected:
+  void SetUp() override {
+    Window::SetUp();
+    if (IsSkipped()) return;
+    bench_.data = bench_.File("data");
+    CopyFolder(SharedMarket().Data(), bench_.data);
+    ASSERT_EQ(bench_.Import().exitCode, 0);
+    for (const char* name : {"SH", "SZ", "HS"}) {
+      risks_.push_back(std::make_unique<test::HungFile>(bench_.data + "/QMTL/TZZH/风险计量/" + name + ".dat"));
+      if (!risks_.back()->IsHung()) GTEST_SKIP() << "no leases here";
+    }
+    terminal_.emplace(bench_.Arguments({}), screen_.Environment());
+    ASSERT_TRUE(terminal_->WaitForWindow());
+    export_.setProcessEnvironment(BareEnvironment());
+    export_.start(Program("holdwise-terminal"), bench_.Arguments({"--export", bench_.File("waits")}));
+    ASSERT_TRUE(Until([this] { return QDir(bench_.File("waits")).exists(); }, 30'000));
+    ASSERT_TRUE(screen_.Enter("^Holdwise"));
+  }
+  void ExpectTheExportToFail(const char* text) {
+    ASSERT_TRUE(export_.waitForFinished(30'000));
+    EXPECT_EQ(export_.exitCode(), 1);
+    const QString said = QString::fromUtf8(export_.readAllStandardError());
+    EXPECT_TRUE(said.contains(text)) << said.toStdString();
+  }
+  [[nodiscard]] QString Windows() const { return screen_.Do({"search", "--onlyvisible", "--name", "导入组合|键盘"}); }
+
+  std::vector<std::unique_ptr<test::HungFile>> risks_;
+  std::optional<RunningTerminal> terminal_;
+  QProcess export_;
+};
+
+TEST_F(WindowDuringAnExport, TheKeysOfTheMenusOpenNothingUntilItEnds) {
+  screen_.Keys({"ctrl+o", "F1", "ctrl+s"});
+  QThread::msleep(1000);
+  EXPECT_EQ(Windows(), QString());
+  EXPECT_FALSE(export_.waitForFinished(0));
+  risks_.clear();
+  ASSERT_TRUE(export_.waitForFinished(60'000));
+  EXPECT_EQ(export_.exitCode(), 0) << export_.readAllStandardError().toStdString();
+  ASSERT_TRUE(screen_.Enter("^Holdwise"));
+  screen_.Keys({"ctrl+o"});
+  EXPECT_TRUE(screen_.Enter("导入组合"));
+}
+
+TEST_F(WindowDuringAnExport, EscapeEndsIt) {
+  screen_.Keys({"Escape"});
+  ExpectTheExportToFail("导出没有完成：已取消");
+  EXPECT_FALSE(IsGone(*terminal_, 500));
+  ASSERT_TRUE(screen_.Enter("^Holdwise"));
+  screen_.Keys({"ctrl+o"});
+  EXPECT_TRUE(screen_.Enter("导入组合"));
+}
+
+TEST_F(WindowDuringAnExport, ClosingItAsksFirst) {
+  ClickClose();
+  ASSERT_TRUE(screen_.Enter("^关闭$"));
+  screen_.Keys({"Return"});  // of a question that is Cancel
+  ASSERT_TRUE(screen_.IsGone("^关闭$"));
+  EXPECT_FALSE(IsGone(*terminal_, 500));
+  EXPECT_FALSE(export_.waitForFinished(0));
+  ASSERT_TRUE(screen_.Enter("^Holdwise"));
+  screen_.Keys({"ctrl+q"});
+  ASSERT_TRUE(screen_.Enter("^关闭$"));
+  screen_.Keys({"Tab", "space"});
+  ExpectTheExportToFail("导出没有完成：已取消");
+  EXPECT_TRUE(IsGone(*terminal_));
+  EXPECT_EQ(terminal_->Process().exitCode(), 0);
+}
+
+/// A command that would have to wait until the user has answered is refused, and says why.
+TEST_F(Window, ACommandDoesNotWaitForADialog) {
+  RunningTerminal terminal(bench_.Arguments({}), screen_.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  ASSERT_TRUE(screen_.Enter("^Holdwise"));
+  screen_.Keys({"ctrl+o"});
+  ASSERT_TRUE(screen_.Enter("导入组合"));
+  const QStringList toLight = bench_.Arguments({"--theme", "light"});
+  EXPECT_EQ(RunTerminal(toLight).exitCode, 0) << "which can be done behind a dialog";
+  const auto expectRefusal = [](const QStringList& arguments, const char* title) {
+    QElapsedTimer timer;
+    timer.start();
+    const Outcome refused = e2e::Run(Program("holdwise-terminal"), arguments, BareEnvironment(), 10'000);
+    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_TRUE(refused.err.contains(title)) << refused.err.toStdString();
+  };
+  expectRefusal(bench_.Arguments({"--export", bench_.File("none")}), "开着“导入组合”");
+  screen_.Type(bench_.Write("p.csv", TwoPortfolios()));
+  screen_.Keys({"Return"});
+  ASSERT_TRUE(screen_.Enter("导入预览"));
+  expectRefusal(toLight, "开着“导入预览”");
+  screen_.Keys({"Escape"});
+  ASSERT_TRUE(screen_.Enter("^导入组合$")) << "the report that nothing was imported";
+  EXPECT_EQ(RunTerminal(toLight).exitCode, 0);
 }
 
 }  // namespace

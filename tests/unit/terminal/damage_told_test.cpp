@@ -62,5 +62,37 @@ TEST(DatabaseSide, TellsOfDamageThatAnyStatementMeets) {
   }
 }
 
+/// Damage that is met only where a transaction ends.
+class DamagedAtTheEnd final : public Failing<UserDataServices> {
+ public:
+  using Failing::Failing;
+  void StartTransaction() override { isOpen_ = true; }
+  void Commit() override { End(); }
+  void RollBack() override { End(); }
+  bool InTransaction() const override { return isOpen_; }
+  std::unique_ptr<UserDataSession> OpenSession() override { return nullptr; }
+
+ private:
+  void End() {
+    isOpen_ = false;
+    throw Error(category_, "bad page");
+  }
+  bool isOpen_ = false;
+};
+
+TEST(DatabaseSide, TellsOfDamageThatTheEndOfAScopeMeetsAndNothingLeavesIt) {
+  QStringList told;
+  DatabaseSide watched([] { return std::make_unique<DamagedAtTheEnd>(ErrorCategory::Corrupt); },
+                       [&told](const QString& text) { told.append(text); });
+  ASSERT_TRUE(watched.Open().isEmpty());
+  { const TransactionScope scope(watched); }
+  EXPECT_EQ(told, QStringList(QStringLiteral("bad page"))) << "by the roll-back";
+  EXPECT_FALSE(watched.InTransaction());
+  TransactionScope scope(watched);
+  EXPECT_THROW(scope.Commit(), Error);
+  EXPECT_EQ(told.size(), 2);
+  EXPECT_FALSE(watched.InTransaction());
+}
+
 }  // namespace
 }  // namespace holdwise

@@ -5,6 +5,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QPushButton>
+#include <QShortcut>
 #include <QTemporaryDir>
 #include <QTest>
 #include <functional>
@@ -302,6 +304,66 @@ TEST(ViewExporterTest, GivesUpOnlyWhenNothingMoves) {
     EXPECT_EQ(done.first() == "done|", isMoving) << done.first().toStdString();
     EXPECT_EQ(done.first().contains("“one”"), !isMoving) << done.first().toStdString();
   }
+}
+
+TEST(ViewExporterTest, GivenUpItEndsSoonWhereItBegan) {
+  const QTemporaryDir folder;
+  FakeViews views;
+  views.looksOfOne = 1'000'000;
+  QWidget picture;
+  ViewExporter exporter(views, picture);
+  QStringList ends;
+  exporter.OnDone = [&ends](const QString& problem, const QString& /*lacking*/) { ends.append(problem); };
+  exporter.Start(folder.path());
+  ASSERT_TRUE(QTest::qWaitFor([&views] { return views.Current() == 1; }));
+  exporter.GiveUp();
+  ASSERT_TRUE(QTest::qWaitFor([&ends] { return !ends.isEmpty(); }, 1000));
+  QTest::qWait(200);
+  EXPECT_EQ(ends, QStringList(QStringLiteral("已取消，目录“%1”中的文件不全。").arg(folder.path())));
+  EXPECT_EQ(views.shown, QList<int>({1, 2}));
+}
+
+TEST(ViewExporterTest, MouseAndKeysReachOnlyWhatIsSparedMeanwhile) {
+  const QTemporaryDir folder;
+  QWidget window;
+  auto* picture = new QWidget(&window);
+  auto* inside = new QPushButton(picture);
+  auto* beside = new QPushButton(&window);
+  auto* spared = new QWidget(&window);
+  auto* cancel = new QPushButton(spared);
+  auto* viewsKey = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return), picture);
+  auto* windowsKey = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), &window);
+  QStringList used;
+  QObject::connect(inside, &QPushButton::clicked, [&used] { used << "inside"; });
+  QObject::connect(beside, &QPushButton::clicked, [&used] { used << "beside"; });
+  QObject::connect(cancel, &QPushButton::clicked, [&used] { used << "cancel"; });
+  QObject::connect(viewsKey, &QShortcut::activated, [&used] { used << "view's key"; });
+  QObject::connect(windowsKey, &QShortcut::activated, [&used] { used << "window's key"; });
+  window.show();
+  window.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  const auto useAll = [&] {
+    used.clear();
+    for (QPushButton* button : {inside, beside, cancel}) QTest::mouseClick(button, Qt::LeftButton);
+    QTest::keyClick(&window, Qt::Key_Return, Qt::ControlModifier);
+    QTest::keyClick(&window, Qt::Key_Q, Qt::ControlModifier);
+    return used;
+  };
+  const QStringList all{"inside", "beside", "cancel", "view's key", "window's key"};
+  EXPECT_EQ(useAll(), all);
+  FakeViews views;
+  views.looksOfOne = 1'000'000;
+  {
+    ViewExporter exporter(views, *picture);
+    bool isDone = false;
+    exporter.OnDone = [&isDone](const QString&, const QString&) { isDone = true; };
+    exporter.Spare(*spared);
+    exporter.Start(folder.path());
+    EXPECT_EQ(useAll(), QStringList({"cancel", "window's key"}));
+    exporter.GiveUp();
+    ASSERT_TRUE(QTest::qWaitFor([&isDone] { return isDone; }));
+  }
+  EXPECT_EQ(useAll(), all);
 }
 
 TEST(ViewExporterTest, SaysWhatIsMissing) {

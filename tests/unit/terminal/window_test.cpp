@@ -4,6 +4,8 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLabel>
@@ -27,6 +29,7 @@
 #include <vector>
 
 #include "contrast.h"
+#include "hung_file.h"
 #include "pages/host_pages.h"
 #include "parts/process_parts.h"
 #include "parts/terminal_application.h"
@@ -87,6 +90,27 @@ TEST(DialogsTest, TheDeleteKeyTakesNothingAway) {
     EXPECT_EQ(ask(nullptr), QString());
     EXPECT_TRUE(QDir(folder.filePath("work/log")).exists());
   }
+}
+
+/// Of a file that does not answer only the name is looked at.
+TEST(DialogsTest, AFileThatDoesNotAnswerStopsNothing) {
+  const QTemporaryDir folder;
+  for (const char* name : {"unknown", "p.csv"}) ASSERT_TRUE(QFile(folder.filePath(name)).open(QIODevice::WriteOnly));
+  test::HungFile file(folder.filePath("unknown"));
+  if (!file.IsHung()) GTEST_SKIP() << "no leases here";
+  QElapsedTimer timer;
+  QTimer::singleShot(0, qApp, [&] {
+    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    timer.start();
+    dialog->setDirectory(folder.path());
+    auto* list = dialog->findChild<QListView*>("listView");
+    EXPECT_TRUE(QTest::qWaitFor([list] { return list->model()->rowCount(list->rootIndex()) == 1; })) << "the table";
+    QTest::qWait(200);
+    dialog->reject();
+  });
+  EXPECT_EQ(AskForFile(nullptr), QString());
+  EXPECT_LT(timer.elapsed(), 5000);
 }
 
 /// What a person reads in a widget and all that is in it, with its tool tips.
