@@ -133,7 +133,7 @@ void WindowSide::ShowObstacle(const QString& title, const QString& text, const Q
     advice += QStringLiteral("\n\n%1 又检查了一次，还是不能用。").arg(time);
     window_.Tell(QStringLiteral("又检查了一次：%1。").arg(title));
   }
-  NoticeChoice again{QStringLiteral("重新检查"), [this, act = std::move(tryAgain)] {
+  NoticeChoice again{QStringLiteral("重新检查(&R)"), [this, act = std::move(tryAgain)] {
                        // Leaves the button's own handler first: what follows removes the page.
                        QTimer::singleShot(0, &window_, act);
                      }};

@@ -95,6 +95,40 @@ TEST_F(Window, AFirstStartGetsToADemoMarket) {
   EXPECT_TRUE(screen_.Enter("模拟行情"));
 }
 
+/// No data: the page stays, says that it has looked, and opens the market once it is there.
+TEST_F(Window, LookingAgainIsSeenAndOpensWhatHasCome) {
+  const QString data = bench_.File("data");
+  ASSERT_TRUE(QDir().mkpath(data));
+  RunningTerminal terminal({"--work", bench_.Work(), "--data", data}, screen_.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+  const auto looks = [&] { return Bytes(bench_.Work() + "/log/terminal.log").count("没有可用的行情数据"); };
+  ASSERT_EQ(looks(), 1);
+  const QByteArray before = screen_.PictureAbove();
+  screen_.Keys({"alt+r"});
+  EXPECT_TRUE(Until([&] { return looks() == 2; }, 30'000));
+  EXPECT_TRUE(Until([&] { return screen_.PictureAbove() != before; }, 30'000)) << "a line more, with the time";
+  for (const QString& name : QDir(bench_.data).entryList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot))
+    ASSERT_TRUE(QFile::link(bench_.data + "/" + name, data + "/" + name));
+  screen_.Keys({"alt+r"});
+  EXPECT_TRUE(LogSays("插件“投资组合”"));
+}
+
+TEST_F(Window, APluginFolderWithoutPluginsSaysSoAndIsLookedAtAgain) {
+  const QString plugins = bench_.File("plugins");
+  ASSERT_TRUE(QDir().mkpath(plugins));
+  QProcessEnvironment environment = screen_.Environment();
+  environment.insert("HOLDWISE_PLUGIN_DIR", plugins);
+  RunningTerminal terminal(bench_.Arguments({}), environment);
+  ASSERT_TRUE(terminal.WaitForWindow());
+  EXPECT_TRUE(LogSays("没有可用的插件"));
+  ASSERT_TRUE(screen_.Enter("^Holdwise"));
+  const QString built = qEnvironmentVariable("HOLDWISE_BIN") + "/../lib/holdwise/Holdwise.so";
+  ASSERT_TRUE(QFile::copy(built, plugins + "/Holdwise.so"));
+  screen_.Keys({"alt+r"});
+  EXPECT_TRUE(LogSays("插件“投资组合”"));
+}
+
 TEST_F(Window, ADataFolderThatWasChosenIsOpenedAgain) {
   const QStringList arguments{"--work", bench_.Work()};
   {
