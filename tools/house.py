@@ -43,13 +43,14 @@ TERMINAL = {
     "pages": ["datacentre", "process", "theme"],
     "holdings": [],
     "transfer": ["process", "backup", "holdings"],
+    "intraday": ["bus", "datacentre", "theme"],
     "plugins": ["bus", "files", "datacentre", "pages", "window", "theme"],
-    "parts": ["plugins"],
+    "parts": ["plugins", "intraday"],
     "app": ["parts", "transfer", "database", "backup", "health"],
 }
 ROOMS = {"module": MODULE, "terminal": TERMINAL}
 # The one way from the terminal to the producer: the quote service inside the terminal's process.
-MARKET_IN_TERMINAL = re.compile(r"terminal/bus/(embedded_market|in_process_bus)\.(cpp|h)$")
+MARKET_IN_TERMINAL = re.compile(r"terminal/bus/(embedded_market|in_process_bus|simulation_file)\.(cpp|h)$")
 
 MOST_LINES, MANY_LINES = 600, 400
 STATEMENT = re.compile(r'"\(?\s*(update \w+ set|insert into|delete from|merge into|execute (block|procedure)|with \w+ as|set generator|'

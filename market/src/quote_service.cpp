@@ -15,6 +15,7 @@ constexpr std::uint32_t kSubscribe = 0;
 constexpr std::uint32_t kCancel = 1;
 constexpr std::uint32_t kMalformed = 1;
 constexpr int kBusCodeBase = 1'000'000;
+constexpr int kPriceDecimals = 2;
 
 // Shared by all field sets, so that an entry costs no allocation for its names.
 const QByteArray& CodeField() {
@@ -24,6 +25,34 @@ const QByteArray& CodeField() {
 const QByteArray& PriceField() {
   static const QByteArray name("Price");
   return name;
+}
+
+/// A field of the day and where its number stands.
+struct DayField {
+  QByteArray name;
+  std::int64_t DayTrade::*number;
+};
+const std::vector<DayField>& DayFields() {
+  static const std::vector<DayField> fields{{"Volume", &DayTrade::volume},
+                                            {"Amount", &DayTrade::amount},
+                                            {"Open", &DayTrade::open},
+                                            {"High", &DayTrade::high},
+                                            {"Low", &DayTrade::low}};
+  return fields;
+}
+
+/// Puts what is known of `news` into `day` and its fields into the entry; false when nothing is new.
+bool TakeDay(const DayTrade& news, DayTrade& day, TDFieldSet& entry) {
+  bool isNew = false;
+  for (const DayField& field : DayFields()) {
+    const std::int64_t number = news.*field.number;
+    if (number < 0 || number == day.*field.number) continue;
+    day.*field.number = number;
+    entry.Set(field.name,
+              field.number == &DayTrade::volume ? TDFieldValue(number) : TDFieldValue(Decimal{number, kPriceDecimals}));
+    isNew = true;
+  }
+  return isNew;
 }
 
 // On the bus the Shanghai Composite is 000001 of Shanghai and stock 000001 is of Shenzhen.
@@ -62,6 +91,8 @@ QuoteService::QuoteService(std::vector<Quote> quotes) : quotes_(std::move(quotes
     TDFieldSet& entry = entries_[static_cast<std::size_t>(i)];
     entry.Set(CodeField(), SixDigits(quote.codeNumber % kBusCodeBase));
     entry.Set(PriceField(), quote.price);
+    DayTrade day;
+    TakeDay(quote.day, day, entry);
   }
 }
 
@@ -114,6 +145,7 @@ TDMessage QuoteService::PriceList(const TDRequestProfile& profile, const std::ve
   list->reserve(positions.size());
   for (const int position : positions) list->push_back(entries_[static_cast<std::size_t>(position)]);
   TDMessage reply = Answer(profile, 0);
+  if (marketTime_) reply.fields.Set("MarketTime", *marketTime_);
   reply.fields.Set("CURRENT_PRICET_LIST", TDSequence(std::move(list)));
   return reply;
 }
@@ -143,7 +175,7 @@ bool QuoteService::SetPrice(int codeNumber, Decimal price) {
   CheckPrice(codeNumber, price);
   const auto found = byCodeNumber_.find(codeNumber);
   if (found == byCodeNumber_.end()) return false;
-  StorePrice(found->second, price);
+  Store(found->second, {codeNumber, price});
   return true;
 }
 
@@ -151,15 +183,16 @@ void QuoteService::SetPrices(std::span<const PriceChange> changes) {
   for (const PriceChange& change : changes) CheckPrice(change.codeNumber, change.price);
   for (const PriceChange& change : changes) {
     const auto found = byCodeNumber_.find(change.codeNumber);
-    if (found != byCodeNumber_.end()) StorePrice(found->second, change.price);
+    if (found != byCodeNumber_.end()) Store(found->second, change);
   }
 }
 
-void QuoteService::StorePrice(int position, const Decimal& price) {
+void QuoteService::Store(int position, const PriceChange& change) {
   const auto at = static_cast<std::size_t>(position);
-  if (quotes_[at].price == price) return;
-  quotes_[at].price = price;
-  entries_[at].Set(PriceField(), price);
+  const bool hasTraded = TakeDay(change.day, quotes_[at].day, entries_[at]);
+  if (quotes_[at].price == change.price && !hasTraded) return;
+  quotes_[at].price = change.price;
+  entries_[at].Set(PriceField(), change.price);
   changedIn_[at] = ++version_;
 }
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <limits>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace holdwise {
@@ -25,7 +26,8 @@ bool Cancels(const TDMessage& message) {
 /// The part of the role that hears the bus and the clock.
 class DataDownRole::Engine final : public QObject {
  public:
-  Engine(MessageBus& bus, DataDownRole& role) : role_(role), bus_(&bus) {
+  Engine(MessageBus& bus, DataDownRole& role, RequestListener onRequest)
+      : role_(role), bus_(&bus), onRequest_(std::move(onRequest)) {
     subscriber_ =
         bus.Attach([this](MessageBus::RequestId request, const TDMessage& message) { Hear(request, message); });
     deadline_.setSingleShot(true);
@@ -43,6 +45,7 @@ class DataDownRole::Engine final : public QObject {
     TDMessage message{profile_, {}};
     if (role_.OnParameter) role_.OnParameter(command, message);
     if (!bus_) return;
+    if (onRequest_) onRequest_(message);
     if (Cancels(message)) {
       current_.reset();
       waiting_.clear();
@@ -120,6 +123,7 @@ class DataDownRole::Engine final : public QObject {
 
   DataDownRole& role_;
   QPointer<MessageBus> bus_;
+  RequestListener onRequest_;
   MessageBus::SubscriberId subscriber_ = 0;
   TDRequestProfile profile_;
   std::vector<Waiting> waiting_;
@@ -127,7 +131,8 @@ class DataDownRole::Engine final : public QObject {
   QTimer deadline_;
 };
 
-DataDownRole::DataDownRole(MessageBus& bus) : engine_(std::make_unique<Engine>(bus, *this)) {}
+DataDownRole::DataDownRole(MessageBus& bus, RequestListener onRequest)
+    : engine_(std::make_unique<Engine>(bus, *this, std::move(onRequest))) {}
 DataDownRole::~DataDownRole() = default;
 void DataDownRole::SetComponentName(const QString& name) {
   engine_->SetComponentName(name);

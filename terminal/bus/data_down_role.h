@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <functional>
 #include <memory>
 
 #include "bus/message_bus.h"
@@ -13,8 +14,10 @@ namespace holdwise {
 /// subscription in force is sent again. The destructor cancels the subscription.
 class DataDownRole final : public TDSBAsynDataDownRole {
  public:
+  /// Told of every request as it is sent.
+  using RequestListener = std::function<void(const TDMessage& request)>;
   /// `bus` must outlive the role.
-  explicit DataDownRole(MessageBus& bus);
+  explicit DataDownRole(MessageBus& bus, RequestListener onRequest = {});
   ~DataDownRole() override;
 
   void SetComponentName(const QString& name) override;

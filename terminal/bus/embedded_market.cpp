@@ -2,13 +2,16 @@
 #include "bus/embedded_market.h"
 
 #include <QRandomGenerator>
+#include <optional>
 
 #include "in_process_bus.h"
+#include "simulation_file.h"
 
 namespace holdwise {
 namespace {
 
 constexpr int kPriceDecimals = 2;
+constexpr int kStepsBetweenKeeping = 30;
 
 std::vector<Quote> ServiceQuotes(const MarketData& data) {
   std::vector<Quote> quotes;
@@ -26,15 +29,21 @@ std::optional<std::uint64_t> Seed(const MarketData& data) {
 
 }  // namespace
 
-EmbeddedMarket::EmbeddedMarket(MarketData& data, DebugServers& log)
-    : data_(data), log_(log), bus_(std::make_unique<InProcessBus>(Seed(data))), watcher_(data, log) {
-  connect(&watcher_, &QuotesWatcher::Reloaded, this, [this] { Tell(ServeQuotes()); });
+EmbeddedMarket::EmbeddedMarket(MarketData& data, DebugServers& log, const SimulationSetting& simulation)
+    : data_(data),
+      log_(log),
+      stateFile_(simulation.stateFile),
+      bus_(std::make_unique<InProcessBus>(Seed(data), simulation.speed)),
+      watcher_(data, log) {
+  connect(&watcher_, &QuotesWatcher::Reloaded, this, [this] { Tell(ServeQuotes(false)); });
   connect(&watcher_, &QuotesWatcher::Refused, this, &EmbeddedMarket::Tell);
   connect(&watcher_, &QuotesWatcher::FolderChanged, this, &MarketConnection::DataFolderChanged);
   connect(bus_.get(), &InProcessBus::PricesMoved, this, &EmbeddedMarket::FollowSimulation);
 }
 
-EmbeddedMarket::~EmbeddedMarket() = default;
+EmbeddedMarket::~EmbeddedMarket() {
+  KeepSimulation();
+}
 
 MessageBus& EmbeddedMarket::Bus() {
   return *bus_;
@@ -42,7 +51,8 @@ MessageBus& EmbeddedMarket::Bus() {
 
 void EmbeddedMarket::Connect() {
   if (bus_->ConnectionState() == MessageBus::State::Connected) return;
-  if (const QString problem = ServeQuotes(); !problem.isEmpty()) Tell(problem);
+  if (const QString problem = ServeQuotes(true); !problem.isEmpty()) return Tell(problem);
+  if (data_.IsSimulated()) FollowSimulation();
 }
 
 QString EmbeddedMarket::QuotesProblem() const {
@@ -54,9 +64,12 @@ void EmbeddedMarket::Tell(const QString& problem) {
   Q_EMIT QuotesChanged(problem);
 }
 
-QString EmbeddedMarket::ServeQuotes() {
+QString EmbeddedMarket::ServeQuotes(bool isFirst) {
+  std::optional<LiveSimulation::State> simulation;
+  if (isFirst && data_.IsSimulated() && !stateFile_.isEmpty())
+    simulation = ReadSimulation(stateFile_, SimulationIdentity(data_));
   try {
-    bus_->SetQuotes(ServiceQuotes(data_));
+    bus_->SetQuotes(ServiceQuotes(data_), simulation);
     return {};
   } catch (const Error& error) {
     QString problem = QStringLiteral("报价服务没有接受新行情：%1").arg(QString::fromUtf8(error.what()));
@@ -72,6 +85,19 @@ void EmbeddedMarket::FollowSimulation() {
     moved.push_back({quote.codeNumber, {quote.price.ToDouble(), quote.previousClose.ToDouble()}});
   }
   data_.ApplyQuotes(moved);
+  if (++stepsToKeep_ >= kStepsBetweenKeeping) KeepSimulation();
+}
+
+void EmbeddedMarket::KeepSimulation() {
+  stepsToKeep_ = 0;
+  const LiveSimulation* simulation = bus_->Simulation();
+  if (simulation == nullptr || stateFile_.isEmpty()) return;
+  try {
+    WriteSimulation(stateFile_, SimulationIdentity(data_), simulation->Now());
+  } catch (const Error& error) {
+    log_.WriteLog(QStringLiteral("模拟行情的进度没有保存：%1").arg(QString::fromUtf8(error.what())));
+    stateFile_.clear();  // once is enough
+  }
 }
 
 }  // namespace holdwise

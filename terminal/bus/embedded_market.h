@@ -11,6 +11,12 @@ namespace holdwise {
 
 class InProcessBus;
 
+/// How a simulated market is run.
+struct SimulationSetting {
+  double speed = 1;   ///< seconds of trading a second
+  QString stateFile;  ///< where it is kept how far the day has come, for the next start; empty: nowhere
+};
+
 /// The market of one machine put together: an in-process bus over the quotes of the data folder, which follows the
 /// folder (see QuotesWatcher) and, when the market is simulated, keeps the data centre's current data in step with the
 /// bus. User-interface thread.
@@ -19,7 +25,8 @@ class EmbeddedMarket final : public MarketConnection {
 
  public:
   /// `data` is loaded; both must outlive it.
-  EmbeddedMarket(MarketData& data, DebugServers& log);
+  EmbeddedMarket(MarketData& data, DebugServers& log, const SimulationSetting& simulation = {});
+  /// Keeps how far a simulated day has come.
   ~EmbeddedMarket() override;
 
   [[nodiscard]] MessageBus& Bus() override;
@@ -29,13 +36,17 @@ class EmbeddedMarket final : public MarketConnection {
   [[nodiscard]] QString LaterDate() const override { return data_.LaterDate(); }
 
  private:
-  /// Returns the reason when the service refuses the quotes, which is logged and leaves the bus as it was.
-  QString ServeQuotes();
+  /// Returns the reason when the service refuses the quotes, which is logged and leaves the bus as it was. `isFirst`: a
+  /// simulated day goes on where the last start left it.
+  QString ServeQuotes(bool isFirst);
   void FollowSimulation();
+  void KeepSimulation();
   void Tell(const QString& problem);
 
   MarketData& data_;
   DebugServers& log_;
+  QString stateFile_;
+  int stepsToKeep_ = 0;
   std::unique_ptr<InProcessBus> bus_;
   QuotesWatcher watcher_;
   QString problem_;  ///< as last told

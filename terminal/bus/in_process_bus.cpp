@@ -22,7 +22,8 @@ bool IsAccepted(const TDMessage& reply) {
 
 }  // namespace
 
-InProcessBus::InProcessBus(std::optional<std::uint64_t> simulationSeed) : seed_(simulationSeed) {
+InProcessBus::InProcessBus(std::optional<std::uint64_t> simulationSeed, double simulationSpeed)
+    : seed_(simulationSeed), speed_(simulationSpeed) {
   clock_.start();
   timer_.setInterval(kTickMilliseconds);
   connect(&timer_, &QTimer::timeout, this, &InProcessBus::Tick);
@@ -58,10 +59,11 @@ MessageBus::RequestId InProcessBus::Request(SubscriberId subscriber, const TDMes
   return request;
 }
 
-void InProcessBus::SetQuotes(std::vector<Quote> quotes) {
+void InProcessBus::SetQuotes(std::vector<Quote> quotes, const std::optional<LiveSimulation::State>& simulation) {
   auto service = std::make_unique<QuoteService>(std::move(quotes));
   const bool isFirst = std::exchange(service_, std::move(service)) == nullptr;
-  if (seed_) simulation_ = std::make_unique<LiveSimulation>(*service_, *seed_);
+  if (seed_) simulation_ = std::make_unique<LiveSimulation>(*service_, *seed_, speed_);
+  if (simulation_ && simulation) (void)simulation_->GoOnFrom(*simulation);
   for (const auto& [id, subscriber] : subscribers_) {
     if (!subscriber.subscription) continue;
     Deliver(id, subscriber.subscription->request, service_->Handle(id, subscriber.subscription->message));

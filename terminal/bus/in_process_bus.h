@@ -20,8 +20,8 @@ class InProcessBus : public MessageBus {
   Q_OBJECT
 
  public:
-  /// `simulationSeed`: moves the prices when given.
-  explicit InProcessBus(std::optional<std::uint64_t> simulationSeed = std::nullopt);
+  /// `simulationSeed`: moves the prices when given, by `simulationSpeed` seconds of trading a second.
+  explicit InProcessBus(std::optional<std::uint64_t> simulationSeed = std::nullopt, double simulationSpeed = 1);
   ~InProcessBus() override;
 
   [[nodiscard]] SubscriberId Attach(Receiver receiver) override;
@@ -30,10 +30,13 @@ class InProcessBus : public MessageBus {
   [[nodiscard]] State ConnectionState() const override { return service_ ? State::Connected : State::Disconnected; }
 
   /// Puts other quotes in place (a new snapshot); every subscription in force is answered again. The first quotes
-  /// connect the bus. Quotes that the service refuses change nothing: Error(Refused).
-  void SetQuotes(std::vector<Quote> quotes);
+  /// connect the bus. A simulation begins with them, or goes on from `simulation` before anybody is answered. Quotes
+  /// that the service refuses change nothing: Error(Refused).
+  void SetQuotes(std::vector<Quote> quotes, const std::optional<LiveSimulation::State>& simulation = std::nullopt);
   /// Quotes with their current prices. Connected only.
   [[nodiscard]] const std::vector<Quote>& Quotes() const { return service_->Quotes(); }
+  /// The simulation that moves them; null without one, and before the bus is connected. The next SetQuotes ends it.
+  [[nodiscard]] const LiveSimulation* Simulation() const { return simulation_.get(); }
 
  Q_SIGNALS:
   /// The simulated market has made a step.
@@ -56,6 +59,7 @@ class InProcessBus : public MessageBus {
   std::unique_ptr<QuoteService> service_;  // null: not connected
   std::unique_ptr<LiveSimulation> simulation_;
   std::optional<std::uint64_t> seed_;
+  double speed_;
   std::map<SubscriberId, Subscriber> subscribers_;
   SubscriberId lastSubscriber_ = 0;
   RequestId lastRequest_ = 0;

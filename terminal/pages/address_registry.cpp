@@ -31,7 +31,10 @@ bool AddressRegistry::GotoAddress(const QString& name, const QString& parameter)
       std::find_if(items_.begin(), items_.end(), [&name](const auto& item) { return item->Name() == name; });
   if (place == items_.end()) return false;
   const std::shared_ptr<TAddressItem> item = *place;
-  if (current_ != item) LeaveCurrent();
+  if (current_ != item) {
+    if (current_ != nullptr && OnLeft) OnLeft(current_->Name());
+    LeaveCurrent();
+  }
   current_ = item;
   parameter_ = parameter;
   Guard(*item, "EnterAddress", [&] { item->EnterAddress(parameter); });

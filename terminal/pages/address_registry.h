@@ -36,6 +36,8 @@ class AddressRegistry : public AddressServices {
 
   std::function<void()> OnListChanged;
   std::function<void(const QString& name)> OnEntered;
+  /// Before the item is left for another one.
+  std::function<void(const QString& name)> OnLeft;
 
  private:
   void Guard(const TAddressItem& item, const char* step, const std::function<void()>& call);

@@ -6,10 +6,8 @@
 #include <atomic>
 #include <functional>
 
-#include "datacentre/market_data.h"
 #include "holdwise/sdk/address.h"
 #include "process/debug_log.h"
-#include "theme/theme_services.h"
 
 class QLabel;
 
@@ -31,28 +29,6 @@ class HostPageAddress : public TAddressItem {
   std::unique_ptr<QWidget> page_;
   PlugSystemInfo& system_;
   Show show_;
-};
-
-/// The current security: code, name, industry, current price and change; and the parameter it was entered with.
-class SecurityPage : public QWidget {
- public:
-  /// `market` and `theme` must outlive the page.
-  SecurityPage(MarketData& market, const ThemeServices& theme);
-  void SetParameter(const QString& parameter);
-
- protected:
-  void showEvent(QShowEvent* event) override;
-  void changeEvent(QEvent* event) override;
-
- private:
-  void Fill();
-
-  MarketData& market_;
-  const ThemeServices& theme_;
-  QString parameter_;
-  QLabel* title_;
-  QLabel* price_;
-  QLabel* details_;
 };
 
 /// A page that only tells with which parameter it was entered.

@@ -21,7 +21,11 @@ void MarketSide::Open() {
   loading_.get();
   data_.LoadOptionalStocks(process_.Asked().workFolder + QStringLiteral("/optional_stocks.txt"));
   files_ = std::make_unique<LocalFolderSource>(data_.Folder());
-  connection_ = std::make_unique<EmbeddedMarket>(data_, process_.Log());
+  const Options& asked = process_.Asked();
+  SimulationSetting simulation;
+  simulation.speed = asked.simulationSpeed;
+  if (!asked.IsBatch()) simulation.stateFile = asked.workFolder + QStringLiteral("/simulation.dat");
+  connection_ = std::make_unique<EmbeddedMarket>(data_, process_.Log(), simulation);
 }
 
 }  // namespace holdwise

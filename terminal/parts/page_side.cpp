@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "parts/page_side.h"
 
+#include <QApplication>
 #include <algorithm>
 #include <exception>
 #include <utility>
 
 #include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/error.h"
+#include "intraday/intraday_page.h"
 #include "pages/host_pages.h"
 #include "process/print.h"
 
@@ -24,6 +26,11 @@ constexpr int kAllAShares = 10;  // a category of the code-number service
 constexpr qsizetype kCodeDigits = 6;
 
 const QString kOwnStocks = QStringLiteral("OptionalStock");
+
+/// Where the ticks of the day stay; a batch leaves them alone.
+QString TickFile(const Options& asked) {
+  return asked.IsBatch() ? QString() : asked.workFolder + QStringLiteral("/ticks.dat");
+}
 
 /// Stocks before indices, each by code.
 std::vector<SecurityEntry> Entries(const MarketData& data) {
@@ -44,13 +51,19 @@ std::vector<SecurityEntry> Entries(const MarketData& data) {
 PageSide::PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& market, WindowSide& window)
     : process_(process),
       window_(window),
+      recorder_(market.Connection().Bus(), market.Data(), process.Clock(), process.Log(), TickFile(process.Asked())),
       addresses_(process.Log()),
       quickEntry_(&window.Window(), QuickActions(market.Data())),
       host_({addresses_, window.Window().Area(), quickEntry_, window.Messages(), window.Theme(), process.Log(),
-             process.Clock(), database, market.Data(), market.Connection().Bus(), market.Files()},
+             process.Clock(), database, market.Data(), market.Connection().Bus(), market.Files(),
+             [this](const TDMessage& request) { recorder_.FollowRequest(request); }},
             process.Asked().workFolder),
       plugins_(host_, addresses_) {
   addresses_.OnEntered = [this](const QString& name) { window_.Window().SetCurrentAddress(name); };
+  addresses_.OnLeft = [this](const QString& name) {
+    cameFrom_ = name;
+    keyboardWas_ = QApplication::focusWidget();
+  };
   addresses_.OnListChanged = [this] {
     QStringList names;
     for (const auto& item : addresses_.Items()) names.append(item->Name());
@@ -58,7 +71,9 @@ PageSide::PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& ma
   };
   AddHostPages(market.Data());
   incomplete_.callOnTimeout(&window.Window(), [this] { LookForIncomplete(); });
-  if (!process.Asked().IsBatch()) incomplete_.start(kLookMilliseconds);
+  if (process.Asked().IsBatch()) return;
+  incomplete_.start(kLookMilliseconds);
+  recorder_.Start();
 }
 
 QuickEntryActions PageSide::QuickActions(MarketData& data) {
@@ -99,15 +114,29 @@ void PageSide::AddHostPages(MarketData& data) {
     addresses_.RegisterAddressItem(std::make_shared<HostPageAddress>(name, number, isListed, std::move(page),
                                                                      window_.Window().Area(), std::move(show)));
   };
-  auto security = std::make_unique<SecurityPage>(data, window_.Theme());
-  auto* securityPage = security.get();
-  add(kSecurityPage, kSecurityPageNumber, true, std::move(security),
-      [securityPage](const QString& parameter) { securityPage->SetParameter(parameter); });
+  AddIntradayPage(data);
   auto toolbar = std::make_unique<ToolbarPage>();
   auto* toolbarPage = toolbar.get();
   add(QStringLiteral("工具条"), kToolbarPageNumber, true, std::move(toolbar),
       [toolbarPage](const QString& parameter) { toolbarPage->SetParameter(parameter); });
   add(QStringLiteral("日志"), kLogPageNumber, false, std::make_unique<LogPage>(process_.Log()), {});
+}
+
+void PageSide::AddIntradayPage(MarketData& data) {
+  auto page = std::make_unique<IntradayPage>(data, window_.Theme(), recorder_);
+  auto* shown = page.get();
+  shown->OnReturn = [this, &data] { ReturnFromSecurity(data); };
+  addresses_.RegisterAddressItem(std::make_shared<HostPageAddress>(
+      kSecurityPage, kSecurityPageNumber, true, std::move(page), window_.Window().Area(),
+      [shown](const QString& parameter) { shown->SetParameter(parameter); }));
+}
+
+void PageSide::ReturnFromSecurity(const MarketData& data) {
+  const QString address = cameFrom_ == kSecurityPage ? QString() : cameFrom_;
+  const QPointer<QWidget> keyboard = keyboardWas_;
+  // The current security stays what it is: the portfolios' page would choose one of its own.
+  (void)GoTo(address, data.CurrentCode());
+  if (keyboard != nullptr && keyboard->isVisible()) keyboard->setFocus();
 }
 
 bool PageSide::LoadPlugins() {

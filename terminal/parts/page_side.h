@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QPointer>
 #include <QTimer>
 
 #include "holdwise/sdk/catalogue.h"
+#include "intraday/tick_recorder.h"
 #include "pages/address_registry.h"
 #include "parts/database_side.h"
 #include "parts/market_side.h"
@@ -61,13 +63,19 @@ class PageSide {
 
  private:
   void AddHostPages(MarketData& data);
+  void AddIntradayPage(MarketData& data);
+  /// Goes back to where the security's page was opened from, with the keyboard where it was.
+  void ReturnFromSecurity(const MarketData& data);
   [[nodiscard]] QuickEntryActions QuickActions(MarketData& data);
   /// Has the window say what of the views' figures is incomplete.
   void LookForIncomplete();
 
   ProcessParts& process_;
   WindowSide& window_;
+  TickRecorder recorder_;
   AddressRegistry addresses_;
+  QString cameFrom_;  ///< address before the current one
+  QPointer<QWidget> keyboardWas_;
   QuickEntry quickEntry_;
   TerminalHost host_;
   PluginLoader plugins_;

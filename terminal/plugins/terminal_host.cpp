@@ -31,7 +31,7 @@ TerminalHost::TerminalHost(const HostParts& parts, const QString& workFolder)
     : parts_(parts), workFolder_(workFolder) {}
 
 std::unique_ptr<TDSBAsynDataDownRole> TerminalHost::MakeDataDownRole() {
-  return std::make_unique<DataDownRole>(parts_.bus);
+  return std::make_unique<DataDownRole>(parts_.bus, parts_.onPriceRequest);
 }
 
 std::unique_ptr<TDSBAsynDownFileRole> TerminalHost::MakeDownFileRole() {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <functional>
 #include <memory>
 
 #include "bus/message_bus.h"
@@ -24,6 +25,8 @@ struct HostParts {
   MarketData& market;          ///< loaded
   MessageBus& bus;
   FileSource& files;
+  /// Told of what the plug-ins ask prices for; may be empty.
+  std::function<void(const TDMessage& request)> onPriceRequest{};
 };
 
 /// The services of this terminal, handed to the plug-ins. User-interface thread.

@@ -20,9 +20,9 @@ QString Absolute(const QString& path) {
   return path.isEmpty() ? path : QDir::cleanPath(QDir::current().absoluteFilePath(path));
 }
 
-constexpr const char* kValueOptions[] = {"data",         "work",      "db",     "bus",     "theme",
-                                         "address",      "parameter", "import", "export",  "stress",
-                                         "stress-index", "capital",   "backup", "restore", "import-as"};
+constexpr const char* kValueOptions[] = {"data",      "work",    "db",        "bus",    "theme",        "address",
+                                         "parameter", "import",  "export",    "stress", "stress-index", "capital",
+                                         "backup",    "restore", "import-as", "speed"};
 
 /// A command's texts by the names they have when it is handed over.
 struct Member {
@@ -77,6 +77,7 @@ QString HelpText() {
       "  --work DIR        工作目录：数据库、下载文件、设置、日志（默认：~/.local/share/holdwise）\n"
       "  --db TARGET       数据库：文件，或 Firebird 服务器的“主机:/路径”（默认：工作目录下的文件）\n"
       "  --bus inproc      消息总线\n"
+      "  --speed N         模拟行情的快慢：每秒走 N 秒，1 到 600 的整数（默认：1）\n"
       "  --theme dark|light  颜色主题，下次启动仍有效\n"
       "  --address NAME    打开的地址：投资组合、分时走势、工具条、日志\n"
       "  --parameter TEXT  地址的参数，例如 Skip组合表现\n"
@@ -134,6 +135,13 @@ QString ImportProblem(const Command& command) {
   const bool isAsked = !command.importAs.isEmpty() || !command.skipUnknown.isEmpty();
   if (!isAsked || !command.importFile.isEmpty()) return {};
   return QStringLiteral("--import-as 和 --skip-unknown 只用于导入，请同时用 --import 指定文件。");
+}
+
+/// Seconds of a simulated day a second; 0 for what cannot be.
+int SpeedOf(const QString& text) {
+  constexpr std::int64_t kFastest = 600;
+  const std::int64_t speed = IntegerOr(text);
+  return speed >= 1 && speed <= kFastest ? static_cast<int>(speed) : 0;
 }
 
 /// The first option given with an empty value, which no option allows but the parameter.
@@ -233,6 +241,11 @@ ParsedCommandLine ParseCommandLine(const QStringList& arguments) {
   options.dataFolder = Absolute(value("data"));
   if (options.dataFolder.isEmpty()) options.dataFolder = options.workFolder + QStringLiteral("/market");
   options.database = value("db");
+  if (parser.isSet(QStringLiteral("speed"))) {
+    options.simulationSpeed = SpeedOf(value("speed"));
+    if (options.simulationSpeed == 0)
+      return Refuse(QStringLiteral("--speed 要是 1 到 600 的整数，不能是“%1”。").arg(value("speed")));
+  }
   options.command.dataFolder = Absolute(value("data"));
   options.command.address = value("address");
   options.command.parameter = value("parameter");

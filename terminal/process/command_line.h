@@ -44,6 +44,7 @@ struct Options {
   QString dataFolder;
   QString workFolder;
   QString database;  ///< file of the embedded engine or connection string of a server; empty: in the work folder
+  double simulationSpeed = 1;  ///< seconds of a simulated market's day a second
   Command command;
 
   /// Is it the database of the work folder, of which the backups there tell?

@@ -188,6 +188,7 @@ void QuickEntry::Choose() {
   const SecurityEntry* entry = Selected();
   if (entry == nullptr) return;
   hide();
+  if (cameFrom_ != nullptr) cameFrom_->setFocus();  // so that it can have the keyboard back on return
   actions_.choose(entry->codeNumber);
 }
 

@@ -5,7 +5,6 @@
 
 #include <QElapsedTimer>
 
-#include "holdwise/market/live_simulation.h"
 #include "holdwise/market/market_rules.h"
 
 namespace holdwise {
@@ -232,55 +231,33 @@ TEST(QuoteService, AnswersForAWholeMarketQuickly) {
   EXPECT_LT(best, 10.0);
 }
 
-std::vector<Quote> SimulatedQuotes() {
-  std::vector<Quote> quotes{{1, Price(300000), Price(300000)}};
-  for (int i = 0; i < 50; ++i) quotes.push_back({1600000 + i, Price(1000 + i), Price(1000 + i)});
-  for (int i = 0; i < 50; ++i) quotes.push_back({1300000 + i, Price(301), Price(301)});
-  quotes.push_back({1688001, Price(0), Price(5000)});
-  quotes.push_back({1000002, Price(0), Price(0)});
-  return quotes;
+TEST(QuoteService, TellsTheDayAsFarAsItIsKnown) {
+  QuoteService service({{1600519, Price(150000), Price(149000), {700, 105'000'000, 149900, -1, -1}},
+                        {1000001, Price(1123), Price(1105)}});
+  const TDMessage reply = service.Handle(1, Request(0, {Security("600519", 1), Security("000001", 2)}));
+  EXPECT_EQ(reply.fields.Find("MarketTime"), nullptr);
+  const auto& list = *reply.fields.Sequence("CURRENT_PRICET_LIST");
+  EXPECT_EQ(*list[0].Find("Volume"), TDFieldValue(std::int64_t{700}));
+  EXPECT_EQ(*list[0].Find("Amount"), TDFieldValue(Price(105'000'000)));
+  EXPECT_EQ(*list[0].Find("Open"), TDFieldValue(Price(149900)));
+  EXPECT_EQ(list[0].Find("High"), nullptr);
+  EXPECT_EQ(list[1].Fields().size(), 2U) << "code and price, as ever";
+  EXPECT_EQ(ListText(reply), "600519=150000;000001=1123;") << "who reads the first two fields goes on";
 }
 
-TEST(LiveSimulation, StaysInsideTheDailyLimitsAndMoves) {
-  QuoteService service(SimulatedQuotes());
-  LiveSimulation simulation(service, 3);
-  int changed = 0;
-  for (int step = 0; step < 20000; ++step) {
-    simulation.Step();
-    for (const Quote& quote : service.Quotes()) {
-      if (quote.codeNumber < 1000000 || quote.price.mantissa == 0) continue;
-      // Exchange rule, computed in hundredths of a cent: close x (1 +- limit), rounded half up.
-      const std::int64_t percent = quote.codeNumber / 1000 == 1300 || quote.codeNumber / 1000 == 1688 ? 20 : 10;
-      const std::int64_t upper = (quote.previousClose.mantissa * (100 + percent) + 50) / 100;
-      const std::int64_t lower = (quote.previousClose.mantissa * (100 - percent) + 50) / 100;
-      ASSERT_LE(quote.price.mantissa, upper) << quote.codeNumber;
-      ASSERT_GE(quote.price.mantissa, lower) << quote.codeNumber;
-      if (quote.price != quote.previousClose) ++changed;
-    }
-  }
-  EXPECT_GT(changed, 100000);
-  EXPECT_GT(service.Quotes()[101].price.mantissa, 0) << "a stock without a trade gets its first price";
-  EXPECT_EQ(service.Quotes()[102].price.mantissa, 0) << "without a previous close it stands still";
-}
-
-TEST(LiveSimulation, IsTheSameForTheSameSeed) {
-  QuoteService first(SimulatedQuotes());
-  QuoteService second(SimulatedQuotes());
-  QuoteService other(SimulatedQuotes());
-  LiveSimulation firstSimulation(first, 11);
-  LiveSimulation secondSimulation(second, 11);
-  LiveSimulation otherSimulation(other, 12);
-  int differences = 0;
-  for (int step = 0; step < 200; ++step) {
-    firstSimulation.Step();
-    secondSimulation.Step();
-    otherSimulation.Step();
-  }
-  for (std::size_t i = 0; i < first.Quotes().size(); ++i) {
-    EXPECT_EQ(first.Quotes()[i].price, second.Quotes()[i].price);
-    if (first.Quotes()[i].price != other.Quotes()[i].price) ++differences;
-  }
-  EXPECT_GT(differences, 50);
+TEST(QuoteService, ATradeAtTheSamePriceIsPushed) {
+  QuoteService service = SmallService();
+  (void)service.Handle(5, Request(0, {Security("600519", 1)}));
+  service.SetMarketTime(93105);
+  service.SetPrices(std::vector<QuoteService::PriceChange>{{1600519, Price(150000), {700, -1, -1, -1, -1}}});
+  const auto pushes = service.CollectPushes(0);
+  ASSERT_EQ(pushes.size(), 1U);
+  EXPECT_EQ(*pushes[0].message.fields.Uint32("MarketTime"), 93105U);
+  EXPECT_EQ(*pushes[0].message.fields.Sequence("CURRENT_PRICET_LIST")->front().Find("Volume"),
+            TDFieldValue(std::int64_t{700}));
+  service.SetPrices(std::vector<QuoteService::PriceChange>{{1600519, Price(150000), {}}});
+  EXPECT_TRUE(service.CollectPushes(5000).empty()) << "nothing is known that was not";
+  EXPECT_EQ(service.Quotes()[0].day.volume, 700);
 }
 
 TEST(MarketRules, KnowMarketsSharesAndLimits) {

@@ -53,7 +53,7 @@ TEST(InProcessBusTest, TheSimulatedMarketMovesWhileSomethingIsSubscribed) {
 
 TEST(InProcessBusTest, PushesChangesAtMostOnceASecond) {
   std::vector<Quote> quotes = SomeQuotes();
-  for (int i = 0; i < 200; ++i) quotes.push_back(MakeQuote(1601000 + i, 5000 + i, 5000 + i));
+  for (int i = 0; i < 200; ++i) quotes.push_back(MakeQuote(1601000 + i, 5001 + i, 5000 + i));
   ConnectedBus bus(quotes, 42);
   Listener listener(bus);
   QStringList codes;

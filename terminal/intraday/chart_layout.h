@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <QRectF>
+#include <QSizeF>
+
+#include "intraday/price_scale.h"
+#include "intraday/trading_day.h"
+
+/// Where the parts of the day's picture stand, in points of its widget. Pure; any thread.
+namespace holdwise {
+
+struct ChartLayout {
+  QRectF plot;     ///< lines and bars
+  QRectF prices;   ///< upper part of the plot
+  QRectF volumes;  ///< lower part of the plot
+  int rows = 0;    ///< lines of the grid above the middle, and below it
+
+  [[nodiscard]] DayAxis Axis() const { return {plot.left(), plot.width()}; }
+  [[nodiscard]] double YOf(double price, const PriceScale& scale) const;
+  /// The price that stands at the row: `rows` at the top, 0 in the middle, -`rows` at the bottom.
+  [[nodiscard]] double PriceAtRow(int row, const PriceScale& scale) const;
+};
+/// @param labelWidth of a price at the left, of a percentage at the right
+/// @param lineHeight of a line of text; below the plot stands one
+/// A size that is too small gives a plot without width or height.
+[[nodiscard]] ChartLayout LayOut(const QSizeF& size, double labelWidth, double lineHeight, const PriceScale& scale);
+
+/// The scale of a whole plot whose upper part, the prices, has the scale `scale`.
+struct PlotRange {
+  double low = 0;
+  double high = 0;
+};
+[[nodiscard]] PlotRange PriceRange(const ChartLayout& layout, const PriceScale& scale);
+/// The same of the volumes, from 0 to `most` in the lower part.
+[[nodiscard]] PlotRange VolumeRange(const ChartLayout& layout, double most);
+
+}  // namespace holdwise

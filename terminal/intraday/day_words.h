@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <QString>
+#include <QStringList>
+#include <optional>
+#include <span>
+
+#include "intraday/tick_recorder.h"
+#include "intraday/ticks.h"
+
+/// What the page says of a security's day. Pure.
+namespace holdwise {
+
+struct DayFacts {
+  QString date;  ///< of the market
+  bool isSimulated = false;
+  bool isIndex = false;
+  bool hasPrice = false;
+  std::optional<int> second;  ///< of trading, last heard of
+  std::int64_t volume = Tick::kUnknown;
+};
+/// Date and time, since when there is a line and why not earlier, gaps, how the average is made.
+[[nodiscard]] QStringList WordsOfDay(const DayFacts& facts, std::span<const Tick> ticks, AverageKind average);
+
+/// First, highest and lowest price of a day, hundredths; unknown below 0.
+struct DayRange {
+  std::int64_t open = Tick::kUnknown;
+  std::int64_t high = Tick::kUnknown;
+  std::int64_t low = Tick::kUnknown;
+  bool isWhole = true;  ///< false: of the time since the first tick only
+};
+/// What the quote service says of it, else what the ticks tell: an opening price only if there was a tick in the first
+/// minute.
+[[nodiscard]] DayRange RangeOfDay(const DaySoFar& day, std::span<const Tick> ticks);
+
+}  // namespace holdwise

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <QtCharts/QChartView>
+#include <optional>
+
+#include "intraday/chart_painter.h"
+
+class QAreaSeries;
+class QLineSeries;
+class QValueAxis;
+
+namespace holdwise {
+
+/// What is drawn of a security's day.
+struct IntradayData {
+  std::vector<Tick> ticks;
+  std::int64_t previousClose = 0;  ///< hundredths; 0: none
+  bool hasShares = true;           ///< false for an index
+  std::optional<int> now;          ///< second of trading up to which the last price is known to hold
+};
+
+/// The day's picture: price line, line of the previous close, average line, bars of volume, scales, and a crosshair
+/// that follows the mouse and, with the keyboard, the arrow keys. User-interface thread.
+class IntradayChart final : public QChartView {
+ public:
+  explicit IntradayChart(QWidget* parent = nullptr);
+
+  void SetData(IntradayData day);
+  void SetColors(const LineColors& colors);
+  [[nodiscard]] const AverageLine& Average() const { return average_; }
+  /// Where the crosshair is; null when it is not shown.
+  [[nodiscard]] const CrossValues* Cross() const { return cross_ ? &*cross_ : nullptr; }
+  [[nodiscard]] const ChartLayout& Places() const { return layout_; }
+
+ protected:
+  void drawBackground(QPainter* painter, const QRectF& rect) override;
+  void drawForeground(QPainter* painter, const QRectF& rect) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void Place();
+  void FillSeries();
+  void FillBars();
+  void PutCross(std::optional<int> second);
+
+  IntradayData data_;
+  AverageLine average_;
+  std::vector<MinuteBar> bars_;
+  PriceScale scale_{0, 1};
+  ChartLayout layout_;
+  LineColors colors_;
+  std::optional<CrossValues> cross_;
+  QValueAxis* times_;
+  QValueAxis* prices_;
+  QValueAxis* volumes_;
+  QLineSeries* price_;
+  QLineSeries* averageLine_;
+  QLineSeries* previousClose_;
+  QAreaSeries* rising_;
+  QAreaSeries* falling_;
+};
+
+}  // namespace holdwise

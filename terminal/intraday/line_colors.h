@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+#include <QColor>
+#include <QRgb>
+
+#include "holdwise/sdk/theme.h"
+
+namespace holdwise {
+
+/// The colours of the day's picture, all of the theme.
+struct LineColors {
+  QColor ground, text, grid, border;
+  QColor price, average, previousClose;
+  QColor rise, fall;
+};
+[[nodiscard]] LineColors LineColorsOf(const IColorSet& theme);
+/// Colour of a figure by its sign: that of rises, of falls, of plain text. The one place where it is chosen.
+[[nodiscard]] QColor ChangeColor(const LineColors& colors, double change);
+
+}  // namespace holdwise
