@@ -36,10 +36,10 @@ double Liveliness(double secondOfDay) {
   return 0.6 + 1.6 * std::exp(-8 * sinceOpening) + 0.8 * std::exp(-8 * (1 - sinceOpening));
 }
 
-/// What a stock's trade is worth a day: 20 million to 2 billion yuan, for ever the same for the same stock.
+/// What a stock's trade is worth a day: 300 million to 9 billion yuan, for ever the same for the same stock.
 double YuanADay(int codeNumber) {
   const std::uint32_t mixed = static_cast<std::uint32_t>(codeNumber) * 2654435761U;
-  return 2e7 * std::pow(100.0, static_cast<double>(mixed >> 8U) / static_cast<double>(1U << 24U));
+  return 3e8 * std::pow(30.0, static_cast<double>(mixed >> 8U) / static_cast<double>(1U << 24U));
 }
 
 bool IsStock(int codeNumber) {

@@ -46,9 +46,20 @@ PlotRange PriceRange(const ChartLayout& layout, const PriceScale& scale) {
   return {scale.High() - 2 * scale.reach * layout.plot.height() / layout.prices.height(), scale.High()};
 }
 
-PlotRange VolumeRange(const ChartLayout& layout, double most) {
-  if (layout.volumes.height() <= 0) return {0, most};
-  return {0, most * layout.plot.height() / layout.volumes.height()};
+std::vector<BarPlace> BarsIn(const ChartLayout& layout, std::span<const MinuteBar> bars) {
+  constexpr int kMinuteSeconds = 60;
+  constexpr double kWidestGap = 2;
+  std::vector<BarPlace> places;
+  const double width = layout.plot.width() * kMinuteSeconds / kDaySeconds;
+  const double gap = std::min(width / 4, kWidestGap);
+  const auto most = static_cast<double>(MostTraded(bars));
+  for (const MinuteBar& bar : bars) {
+    if (bar.volume <= 0) continue;
+    const double height = static_cast<double>(bar.volume) / most * layout.volumes.height();
+    const double left = layout.Axis().XOf(bar.minute * kMinuteSeconds) + gap / 2;
+    places.push_back({{left, layout.volumes.bottom() - height, width - gap, height}, bar.close < bar.before});
+  }
+  return places;
 }
 
 }  // namespace holdwise

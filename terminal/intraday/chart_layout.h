@@ -31,7 +31,14 @@ struct PlotRange {
   double high = 0;
 };
 [[nodiscard]] PlotRange PriceRange(const ChartLayout& layout, const PriceScale& scale);
-/// The same of the volumes, from 0 to `most` in the lower part.
-[[nodiscard]] PlotRange VolumeRange(const ChartLayout& layout, double most);
+
+/// A minute's bar.
+struct BarPlace {
+  QRectF rectangle;
+  bool isFall = false;  ///< the minute closed below the one before
+};
+/// The bars of minutes in which something was traded, as high as the lower part where most was. A gap of a quarter of
+/// the minute's width, at most two points, stands between two.
+[[nodiscard]] std::vector<BarPlace> BarsIn(const ChartLayout& layout, std::span<const MinuteBar> bars);
 
 }  // namespace holdwise

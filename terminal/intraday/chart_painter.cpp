@@ -59,6 +59,10 @@ void PaintGrid(QPainter& painter, const ChartLayout& layout, const PriceScale& s
   painter.restore();
 }
 
+void PaintBars(QPainter& painter, std::span<const BarPlace> bars, const LineColors& colors) {
+  for (const BarPlace& bar : bars) painter.fillRect(bar.rectangle, bar.isFall ? colors.fall : colors.rise);
+}
+
 void PaintLabels(QPainter& painter, const ChartLayout& layout, const PriceScale& scale, std::int64_t previousClose,
                  std::int64_t mostTraded, const LineColors& colors) {
   painter.save();

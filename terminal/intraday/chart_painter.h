@@ -12,6 +12,8 @@ namespace holdwise {
 
 /// The grid: rows of prices, half hours, frames.
 void PaintGrid(QPainter& painter, const ChartLayout& layout, const PriceScale& scale, const LineColors& colors);
+/// Bars in the colours of rises and falls.
+void PaintBars(QPainter& painter, std::span<const BarPlace> bars, const LineColors& colors);
 /// Prices at the left, percentages at the right (none without a previous close), the most traded in a minute, times
 /// below.
 void PaintLabels(QPainter& painter, const ChartLayout& layout, const PriceScale& scale, std::int64_t previousClose,

@@ -3,7 +3,6 @@
 
 #include <QGraphicsLayout>
 #include <QKeyEvent>
-#include <QtCharts/QAreaSeries>
 #include <QtCharts/QChart>
 #include <QtCharts/QLineSeries>
 #include <QtCharts/QValueAxis>
@@ -14,15 +13,10 @@ namespace holdwise {
 namespace {
 
 constexpr int kMinuteSeconds = 60;
-/// Of a bar's minute nothing is drawn at either end, so that bars stand apart.
-constexpr int kBarGapSeconds = 8;
 
-/// A line one point wide whatever the scale: a wider one costs ten times as much to draw.
-QPen ThinPen(const QColor& color, Qt::PenStyle style = Qt::SolidLine) {
-  QPen pen(color, 1, style);
-  pen.setCosmetic(true);
-  return pen;
-}
+constexpr double kLineWidth = 1.5;
+/// Of so many points beside each other the line shows the first, lowest, highest and last price.
+constexpr int kColumnPoints = 2;
 
 QLineSeries* AddLine(QChart& chart, const QString& name, QValueAxis* x, QValueAxis* y) {
   auto* line = new QLineSeries;
@@ -31,18 +25,6 @@ QLineSeries* AddLine(QChart& chart, const QString& name, QValueAxis* x, QValueAx
   line->attachAxis(x);
   line->attachAxis(y);
   return line;
-}
-
-QAreaSeries* AddBars(QChart& chart, const QString& name, QValueAxis* x, QValueAxis* y) {
-  auto* bars = new QAreaSeries;
-  auto* upper = new QLineSeries(bars);
-  bars->setUpperSeries(upper);
-  bars->setName(name);
-  bars->setPen(Qt::NoPen);
-  chart.addSeries(bars);
-  bars->attachAxis(x);
-  bars->attachAxis(y);
-  return bars;
 }
 
 QValueAxis* AddAxis(QChart& chart, Qt::Alignment side) {
@@ -61,10 +43,7 @@ IntradayChart::IntradayChart(QWidget* parent) : QChartView(new QChart, parent) {
   chart()->layout()->setContentsMargins(0, 0, 0, 0);
   times_ = AddAxis(*chart(), Qt::AlignBottom);
   prices_ = AddAxis(*chart(), Qt::AlignLeft);
-  volumes_ = AddAxis(*chart(), Qt::AlignRight);
   times_->setRange(0, kDaySeconds);
-  rising_ = AddBars(*chart(), QStringLiteral("成交量（涨）"), times_, volumes_);
-  falling_ = AddBars(*chart(), QStringLiteral("成交量（跌）"), times_, volumes_);
   previousClose_ = AddLine(*chart(), QStringLiteral("昨收"), times_, prices_);
   averageLine_ = AddLine(*chart(), QStringLiteral("均价"), times_, prices_);
   price_ = AddLine(*chart(), QStringLiteral("价格"), times_, prices_);
@@ -87,11 +66,9 @@ void IntradayChart::SetData(IntradayData day) {
 void IntradayChart::SetColors(const LineColors& colors) {
   colors_ = colors;
   setBackgroundBrush(colors.ground);
-  price_->setPen(ThinPen(colors.price));
-  averageLine_->setPen(ThinPen(colors.average));
-  previousClose_->setPen(ThinPen(colors.previousClose, Qt::DashLine));
-  rising_->setBrush(colors.rise);
-  falling_->setBrush(colors.fall);
+  price_->setPen(QPen(colors.price, kLineWidth));
+  averageLine_->setPen(QPen(colors.average, kLineWidth));
+  previousClose_->setPen(QPen(colors.previousClose, 1, Qt::DashLine));
   viewport()->update();
 }
 
@@ -105,16 +82,14 @@ void IntradayChart::Place() {
   chart()->setPlotArea(layout_.plot);
   const PlotRange prices = PriceRange(layout_, scale_);
   prices_->setRange(prices.low, prices.high);
-  const PlotRange volumes = VolumeRange(layout_, static_cast<double>(MostTraded(bars_)));
-  volumes_->setRange(volumes.low, volumes.high);
   FillSeries();
-  FillBars();
+  barPlaces_ = BarsIn(layout_, bars_);
   viewport()->update();
 }
 
 void IntradayChart::FillSeries() {
   QList<QPointF> points;
-  for (const Tick& tick : ThinnedOut(data_.ticks, static_cast<int>(layout_.plot.width())))
+  for (const Tick& tick : ThinnedOut(data_.ticks, static_cast<int>(layout_.plot.width()) / kColumnPoints))
     points.append({static_cast<double>(tick.second), static_cast<double>(tick.price)});
   if (!points.isEmpty() && data_.now && *data_.now > points.constLast().x())
     points.append({static_cast<double>(*data_.now), points.constLast().y()});
@@ -130,22 +105,10 @@ void IntradayChart::FillSeries() {
   previousClose_->replace(points);
 }
 
-void IntradayChart::FillBars() {
-  QList<QPointF> rising, falling;
-  for (const MinuteBar& bar : bars_) {
-    if (bar.volume <= 0) continue;
-    const double left = bar.minute * kMinuteSeconds + kBarGapSeconds;
-    const double right = (bar.minute + 1) * kMinuteSeconds - kBarGapSeconds;
-    const auto top = static_cast<double>(bar.volume);
-    (bar.close < bar.before ? falling : rising) += {{left, 0}, {left, top}, {right, top}, {right, 0}};
-  }
-  rising_->upperSeries()->replace(rising);
-  falling_->upperSeries()->replace(falling);
-}
-
 void IntradayChart::drawBackground(QPainter* painter, const QRectF& rect) {
   QChartView::drawBackground(painter, rect);
   PaintGrid(*painter, layout_, scale_, colors_);
+  PaintBars(*painter, barPlaces_, colors_);
 }
 
 void IntradayChart::drawForeground(QPainter* painter, const QRectF& /*rect*/) {
@@ -178,7 +141,11 @@ void IntradayChart::keyPressEvent(QKeyEvent* event) {
   PutCross(std::clamp(from + step, data_.ticks.front().second, data_.ticks.back().second));
 }
 
-void IntradayChart::PutCross(std::optional<int> second) {
+void IntradayChart::PutCross(std::optional<int> wanted) {
+  // Not where nothing is known yet.
+  std::optional<int> second = wanted;
+  if (second && !data_.ticks.empty())
+    second = std::min(*second, std::max(data_.ticks.back().second, data_.now.value_or(0)));
   const Tick* tick = second ? TickAt(data_.ticks, *second) : nullptr;
   const bool wasThere = cross_.has_value();
   cross_.reset();

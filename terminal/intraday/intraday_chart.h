@@ -5,7 +5,6 @@
 
 #include "intraday/chart_painter.h"
 
-class QAreaSeries;
 class QLineSeries;
 class QValueAxis;
 
@@ -30,6 +29,7 @@ class IntradayChart final : public QChartView {
   [[nodiscard]] const AverageLine& Average() const { return average_; }
   /// Where the crosshair is; null when it is not shown.
   [[nodiscard]] const CrossValues* Cross() const { return cross_ ? &*cross_ : nullptr; }
+  [[nodiscard]] std::span<const BarPlace> Bars() const { return barPlaces_; }
   [[nodiscard]] const ChartLayout& Places() const { return layout_; }
 
  protected:
@@ -43,24 +43,21 @@ class IntradayChart final : public QChartView {
  private:
   void Place();
   void FillSeries();
-  void FillBars();
-  void PutCross(std::optional<int> second);
+  void PutCross(std::optional<int> wanted);
 
   IntradayData data_;
   AverageLine average_;
   std::vector<MinuteBar> bars_;
+  std::vector<BarPlace> barPlaces_;
   PriceScale scale_{0, 1};
   ChartLayout layout_;
   LineColors colors_;
   std::optional<CrossValues> cross_;
   QValueAxis* times_;
   QValueAxis* prices_;
-  QValueAxis* volumes_;
   QLineSeries* price_;
   QLineSeries* averageLine_;
   QLineSeries* previousClose_;
-  QAreaSeries* rising_;
-  QAreaSeries* falling_;
 };
 
 }  // namespace holdwise

@@ -102,6 +102,21 @@ TEST(CommandLine, AMissingValueIsNamed) {
   }
 }
 
+TEST(CommandLine, TheSimulatedMarketHasASpeed) {
+  const ParsedCommandLine plain = ParseCommandLine({"holdwise-terminal"});
+  ASSERT_TRUE(plain.options.has_value());
+  EXPECT_EQ(plain.options->simulationSpeed, 1);
+  const ParsedCommandLine fast = ParseCommandLine({"holdwise-terminal", "--speed", "600"});
+  ASSERT_TRUE(fast.options.has_value()) << fast.text.toStdString();
+  EXPECT_EQ(fast.options->simulationSpeed, 600);
+  for (const char* bad : {"0", "601", "-1", "1.5", "fast"}) {
+    const ParsedCommandLine parsed = ParseCommandLine({"holdwise-terminal", "--speed", bad});
+    EXPECT_FALSE(parsed.options.has_value()) << bad;
+    EXPECT_EQ(parsed.exitCode, 2);
+    EXPECT_TRUE(parsed.text.contains("--speed 要是 1 到 600 的整数")) << parsed.text.toStdString();
+  }
+}
+
 TEST(CommandLine, TheStressTestIsSetForAnExport) {
   const ParsedCommandLine parsed =
       ParseCommandLine({"holdwise-terminal", "--stress", "-12.5", "--export", "o", "--stress-index", "399300"});

@@ -219,9 +219,19 @@ TEST(ChartLayoutTest, PricesStandAboveVolumes) {
   const PlotRange prices = PriceRange(layout, scale);
   EXPECT_DOUBLE_EQ(prices.high, 1040);
   EXPECT_DOUBLE_EQ((prices.high - 960) / (prices.high - prices.low) * 469, 340.44);
-  const PlotRange volumes = VolumeRange(layout, 900);
-  EXPECT_DOUBLE_EQ(volumes.low, 0);
-  EXPECT_DOUBLE_EQ(volumes.high, 3750);
+}
+
+TEST(ChartLayoutTest, BarsStandOnTheLowerEdge) {
+  ChartLayout layout;
+  layout.plot = QRectF(100, 0, 960, 300);  // four points a minute
+  layout.volumes = QRectF(100, 200, 960, 100);
+  const std::vector<MinuteBar> minutes{{0, 1010, 1000, 500}, {1, 1005, 1010, 250}, {2, 1005, 1005, 0}, {239, 1, 1, -1}};
+  const std::vector<BarPlace> bars = BarsIn(layout, minutes);
+  ASSERT_EQ(bars.size(), 2U);
+  EXPECT_EQ(bars[0].rectangle, QRectF(100.5, 200, 3, 100));
+  EXPECT_FALSE(bars[0].isFall);
+  EXPECT_EQ(bars[1].rectangle, QRectF(104.5, 250, 3, 50));
+  EXPECT_TRUE(bars[1].isFall);
 }
 
 TEST(ChartLayoutTest, ASmallPlaceHasFewerRowsAndNoNegativeOnes) {

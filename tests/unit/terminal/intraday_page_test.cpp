@@ -5,7 +5,6 @@
 
 #include <QLabel>
 #include <QTest>
-#include <QtCharts/QAreaSeries>
 #include <QtCharts/QLineSeries>
 #include <cmath>
 
@@ -53,8 +52,7 @@ class IntradayPageTest : public MarketDataTest {
   [[nodiscard]] QList<QPointF> Line(const char* name) const {
     for (QAbstractSeries* series : Chart().chart()->series()) {
       if (series->name() != QString::fromUtf8(name)) continue;
-      if (auto* line = qobject_cast<QLineSeries*>(series)) return line->points();
-      return qobject_cast<QAreaSeries*>(series)->upperSeries()->points();
+      return qobject_cast<QLineSeries*>(series)->points();
     }
     ADD_FAILURE() << "no series " << name;
     return {};
@@ -118,13 +116,11 @@ TEST_F(IntradayPageTest, BarsAreTheVolumesOfTheMinutes) {
   Say(93000, 815, 500);
   Say(93030, 818, 900);
   Say(93101, 816, 1200);
-  const QList<QPointF> rising = Line("成交量（涨）"), falling = Line("成交量（跌）");
-  ASSERT_EQ(rising.size(), 4);
-  ASSERT_EQ(falling.size(), 4);
-  EXPECT_EQ(rising[1].y(), 900);
-  EXPECT_EQ(falling[1].y(), 300) << "816 after 818";
-  EXPECT_GT(falling[0].x(), 60);
-  EXPECT_LT(falling[3].x(), 120);
+  const std::span<const BarPlace> bars = Chart().Bars();
+  ASSERT_EQ(bars.size(), 2U);
+  EXPECT_FALSE(bars[0].isFall);
+  EXPECT_TRUE(bars[1].isFall) << "816 after 818";
+  EXPECT_DOUBLE_EQ(bars[0].rectangle.height(), 3 * bars[1].rectangle.height()) << "900 shares and 300";
 }
 
 TEST_F(IntradayPageTest, WithoutAPriceItSaysSo) {
@@ -185,6 +181,8 @@ TEST_F(IntradayPageTest, TheCrosshairFollowsTheMouse) {
   MoveTo(3640);
   EXPECT_EQ(Chart().Cross()->price, 836);
   EXPECT_TRUE(Chart().Cross()->text.endsWith(QStringLiteral("量 200 股")));
+  MoveTo(9000);
+  EXPECT_EQ(Chart().Cross()->second, 3601) << "not into the future";
   QTest::mouseMove(Chart().viewport(), QPoint(3, 3));
   EXPECT_EQ(Chart().Cross(), nullptr);
 }
