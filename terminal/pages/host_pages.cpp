@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "pages/host_pages.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -47,6 +49,12 @@ void HostPageAddress::EnterAddress(const QString& parameter) {
 
 void HostPageAddress::LeaveAddress() {
   page_->setParent(nullptr);
+}
+
+void HostPageAddress::ChangeColorTheme() {
+  // Also where no colour of the palette has changed.
+  QEvent change(QEvent::PaletteChange);
+  QCoreApplication::sendEvent(page_.get(), &change);
 }
 
 bool HostPageAddress::GetIsWorkState() const {
@@ -96,8 +104,7 @@ void SecurityPage::Fill() {
   price_->setText(hasPrice ? QStringLiteral("%1    %2 (%3%)")
                                  .arg(FormatFixed(now.currentPrice, 2), FormatFixed(change, 2), FormatFixed(percent, 2))
                            : QStringLiteral("— 无行情"));
-  const char* key = change > 0 ? "Qm_KlineRedColor" : change < 0 ? "Qm_KlineBlueColor" : "Grid_UnSelTxtColor";
-  SetTextColor(*price_, theme_.Colors().ColorOf(QString::fromLatin1(key)));
+  SetTextColor(*price_, theme_.ColorOfChange(change));
   QStringList details;
   if (now.previousClose > 0) details.append(QStringLiteral("昨收：%1").arg(FormatFixed(now.previousClose, 2)));
   if (const QString industry = market_.IndustryOf(number); !industry.isEmpty())

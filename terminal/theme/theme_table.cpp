@@ -40,6 +40,14 @@ constexpr std::array kColors{
 };
 // clang-format on
 
+// Bright enough for the selected row's ground, too; the test holds them to it.
+constexpr ThemeColor kRedText{"", 0xff949a, 0xb81f2d};
+constexpr ThemeColor kGreenText{"", 0x4cc97f, 0x0b6b35};
+
+QColor Of(const ThemeColor& color, ThemeKind kind) {
+  return {kind == ThemeKind::Dark ? color.dark : color.light};
+}
+
 QHash<QString, const ThemeColor*> MakeIndex() {
   QHash<QString, const ThemeColor*> index;
   for (const ThemeColor& color : kColors) index.insert(QString::fromLatin1(color.key), &color);
@@ -61,7 +69,17 @@ std::optional<QColor> FindThemeColor(ThemeKind kind, const QString& key) {
   static const QHash<QString, const ThemeColor*> index = MakeIndex();
   const ThemeColor* color = index.value(key, nullptr);
   if (color == nullptr) return std::nullopt;
-  return QColor(kind == ThemeKind::Dark ? color->dark : color->light);
+  return Of(*color, kind);
+}
+
+std::optional<QColor> RiseTextColor(ThemeKind kind, RiseFall choice) {
+  if (choice == RiseFall::Plain) return std::nullopt;
+  return Of(choice == RiseFall::RedRises ? kRedText : kGreenText, kind);
+}
+
+std::optional<QColor> FallTextColor(ThemeKind kind, RiseFall choice) {
+  if (choice == RiseFall::Plain) return std::nullopt;
+  return Of(choice == RiseFall::RedRises ? kGreenText : kRedText, kind);
 }
 
 QColor ThemeColorOf(ThemeKind kind, const char* key) {
@@ -72,6 +90,24 @@ std::optional<ThemeKind> ThemeKindFromName(const QString& name) {
   if (name == QStringLiteral("dark")) return ThemeKind::Dark;
   if (name == QStringLiteral("light")) return ThemeKind::Light;
   return std::nullopt;
+}
+
+std::optional<RiseFall> RiseFallFromName(const QString& name) {
+  for (const RiseFall choice : {RiseFall::RedRises, RiseFall::GreenRises, RiseFall::Plain})
+    if (name == RiseFallName(choice)) return choice;
+  return std::nullopt;
+}
+
+QString RiseFallName(RiseFall choice) {
+  switch (choice) {
+    case RiseFall::RedRises:
+      return QStringLiteral("red");
+    case RiseFall::GreenRises:
+      return QStringLiteral("green");
+    case RiseFall::Plain:
+      break;
+  }
+  return QStringLiteral("plain");
 }
 
 QString ThemeKindName(ThemeKind kind) {

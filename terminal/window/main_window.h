@@ -26,6 +26,7 @@ struct WindowActions {
   std::function<void()> exportPortfolios;
   std::function<void()> restorePortfolios;
   std::function<void(ThemeKind)> setTheme;
+  std::function<void(RiseFall)> setRiseFall;
   std::function<void(const QString& address)> goTo;
   std::function<void()> takeNewDay;
 };
@@ -49,7 +50,8 @@ class MainWindow : public QMainWindow {
   void SetCurrentAddress(const QString& name);
   /// Import and export need a portfolio page.
   void SetPortfolioActionsEnabled(bool isEnabled);
-  void ShowThemeKind(ThemeKind kind);
+  /// Takes over the colours that the theme has now, and marks the choices in the menu.
+  void ShowTheme();
   void SetSimulated(bool isSimulated);
 
   /// How new the prices are; in amber while there is a reason why that is not as it should be.
@@ -85,6 +87,8 @@ class MainWindow : public QMainWindow {
 
  private:
   void BuildMenus();
+  void BuildViewMenu();
+  void ShowIndices();
   void BuildStatusBar();
   void SetAmber(QLabel& label, bool isAmber) const;
 
@@ -94,8 +98,8 @@ class MainWindow : public QMainWindow {
   WorkArea* area_ = nullptr;
   QAction* import_ = nullptr;
   QAction* export_ = nullptr;
-  QAction* dark_ = nullptr;
-  QAction* light_ = nullptr;
+  QActionGroup* themes_ = nullptr;
+  QActionGroup* riseFalls_ = nullptr;
   QMenu* addressMenu_ = nullptr;
   QActionGroup* addressGroup_ = nullptr;
   QPushButton* newDay_ = nullptr;
@@ -104,6 +108,7 @@ class MainWindow : public QMainWindow {
   QLabel* dataNotices_ = nullptr;
   QLabel* health_ = nullptr;
   std::vector<QLabel*> indices_;
+  std::vector<IndexLevel> levels_;
   QToolButton* incomplete_ = nullptr;
   QStringList incompleteLines_;
   QProgressBar* progress_ = nullptr;

@@ -15,7 +15,11 @@ QString LineOf(const GridText& grid, const QStringList& cells) {
 }  // namespace
 
 QString TabSeparated(const GridText& grid) {
-  QString text = LineOf(grid, grid.titles);
+  return LineOf(grid, grid.titles) + TabSeparatedRows(grid);
+}
+
+QString TabSeparatedRows(const GridText& grid) {
+  QString text;
   for (const QStringList& row : grid.rows) text += LineOf(grid, row);
   return text;
 }
