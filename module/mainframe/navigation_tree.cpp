@@ -119,7 +119,9 @@ void NavigationTree::SetColors(const Colors& colors) {
   area.setColor(QPalette::Base, colors.background);
   area.setColor(QPalette::Text, colors.font);
   setPalette(area);
-  FocusMark::On(*this).SetColor(colors.keyBar);
+  FocusMark& mark = FocusMark::On(*this);
+  mark.SetColor(colors.keyBar);
+  mark.SetForKeysOnly(true);
   viewport()->update();
 }
 

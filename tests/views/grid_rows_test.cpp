@@ -319,14 +319,14 @@ TEST_F(GridCopy, ByKeyboard) {
 
 TEST_F(GridCopy, TheSelectedRowsAloneByTheUsualKey) {
   Key(Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(Copied(), QStringLiteral("0\tx\n"));
+  EXPECT_EQ(Copied(), QStringLiteral("甲\t乙\n0\tx\n"));
   Key(Qt::Key_Down);
   Key(Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(Copied(), QStringLiteral("1\t\n"));
+  EXPECT_EQ(Copied(), QStringLiteral("甲\t乙\n1\t\n"));
   grid.SetRangeSelect(true);
   Key(Qt::Key_Up, Qt::ShiftModifier);
   Key(Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(Copied(), QStringLiteral("0\tx\n1\t\n"));
+  EXPECT_EQ(Copied(), QStringLiteral("甲\t乙\n0\tx\n1\t\n"));
 }
 
 TEST_F(GridCopy, PickedRowsInTheirOrder) {
@@ -338,7 +338,7 @@ TEST_F(GridCopy, PickedRowsInTheirOrder) {
   for (const int row : {3, 1})
     QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::ControlModifier, grid.CellRect(0, row).center());
   QTest::keyClick(&grid, Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(Copied(), QStringLiteral("1\t\n3\t\n"));
+  EXPECT_EQ(Copied(), QStringLiteral("甲\t乙\n1\t\n3\t\n"));
 }
 
 TEST_F(GridCopy, ByContextMenu) {
@@ -350,7 +350,7 @@ TEST_F(GridCopy, ByContextMenu) {
   };
   const QStringList expected = {QStringLiteral("复制单元格"), QStringLiteral("复制行"), QStringLiteral("复制表格"),
                                 QString(), QStringLiteral("另一个")};
-  const std::vector<QString> copied = {QStringLiteral("x"), QStringLiteral("0\tx\n"),
+  const std::vector<QString> copied = {QStringLiteral("x"), QStringLiteral("甲\t乙\n0\tx\n"),
                                        QStringLiteral("甲\t乙\n0\tx\n1\t\n")};
   for (std::size_t entry = 0; entry < copied.size(); ++entry) {
     QMenu* menu = OpenMenu(grid.CellRect(1, 0).center());

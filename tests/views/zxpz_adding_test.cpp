@@ -356,10 +356,16 @@ TEST_F(Paste, NothingToPasteSaysWhatToCopy) {
 TEST_F(Paste, WhatTheGridCopiesItTakesBack) {
   PasteText("600519,100,1700\n000001,200,11.5");
   const auto rows = editor->Rows();
-  Key(Qt::Key_C, Qt::ControlModifier);
+  Key(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
   editor->ClearRows();
   Key(Qt::Key_V, Qt::ControlModifier);
   EXPECT_EQ(editor->Rows(), rows);
+  Grid().SelectCell(0, 1);
+  Key(Qt::Key_C, Qt::ControlModifier);
+  editor->ClearRows();
+  Key(Qt::Key_V, Qt::ControlModifier);
+  ASSERT_EQ(editor->Rows().size(), 1U) << "a single row, too: its titles say what is price and what is quantity";
+  EXPECT_EQ(editor->Rows()[0], rows[1]);
 }
 
 TEST_F(Paste, TheContextMenuPastesToo) {

@@ -30,7 +30,8 @@ void PaintCellBackground(QPainter& painter, const GridCellPaint& cell, const Gri
 
 void PaintKeyBar(QPainter& painter, const QRect& cell, const QColor& color) {
   constexpr int kWidth = 3;  // pixels
-  painter.fillRect(QRect(cell.topLeft(), QSize(kWidth, cell.height())), color);
+  constexpr int kInset = 4;  // from the top and the bottom of the row
+  painter.fillRect(QRect(cell.left(), cell.top() + kInset, kWidth, cell.height() - 2 * kInset), color);
 }
 
 void PaintCellText(QPainter& painter, const GridCellPaint& cell, const QColor& ink, const QString& text,

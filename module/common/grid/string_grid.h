@@ -172,7 +172,8 @@ class TStringGrid : public QTableView {
   /// and in the unit that their titles say, also those that are drawn with fewer decimals or a "+". An empty grid leaves
   /// the clipboard alone.
   void CopyTable() const;
-  /// The same of the rows that stand out, without the titles.
+  /// The same of the rows that stand out: under their titles, without which nobody who pastes them knows a price from a
+  /// quantity.
   void CopyRows() const;
   void CopyCell(const GridCell& cell) const;
   /// Does a row stand out? Unset: when it is selected.

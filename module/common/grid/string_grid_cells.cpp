@@ -110,7 +110,9 @@ void TStringGrid::SetColors(const GridColors& colors) {
   // A label on the cell area takes its colour from the text of that area.
   for (const auto role : {QPalette::WindowText, QPalette::Text}) area.setColor(role, colors.unselectedText);
   setPalette(area);
-  FocusMark::On(*this).SetColor(colors.focusFrame);
+  FocusMark& mark = FocusMark::On(*this);
+  mark.SetColor(colors.focusFrame);
+  mark.SetForKeysOnly(!(focusPolicy() & Qt::TabFocus));
   viewport()->update();
 }
 

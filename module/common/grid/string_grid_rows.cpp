@@ -126,7 +126,7 @@ void TStringGrid::CopyRows() const {
   for (int row = 0; row < RowCount(); ++row) {
     if (RowHeight(row) > 0 && StandsOut(row)) text.rows.push_back(TextsOf(row));
   }
-  if (!text.rows.empty()) QGuiApplication::clipboard()->setText(TabSeparatedRows(text));
+  if (!text.rows.empty()) QGuiApplication::clipboard()->setText(TabSeparated(text));
 }
 
 void TStringGrid::CopyCell(const GridCell& cell) const {

@@ -15,11 +15,7 @@ QString LineOf(const GridText& grid, const QStringList& cells) {
 }  // namespace
 
 QString TabSeparated(const GridText& grid) {
-  return LineOf(grid, grid.titles) + TabSeparatedRows(grid);
-}
-
-QString TabSeparatedRows(const GridText& grid) {
-  QString text;
+  QString text = LineOf(grid, grid.titles);
   for (const QStringList& row : grid.rows) text += LineOf(grid, row);
   return text;
 }

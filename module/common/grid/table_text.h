@@ -10,7 +10,5 @@ namespace holdwise {
 /// left out, cells separated by tabs, each line ended. Tabs and line ends inside a text become blanks; texts keep no
 /// blanks at their ends. Pure; any thread.
 [[nodiscard]] QString TabSeparated(const GridText& grid);
-/// The same without the line of titles.
-[[nodiscard]] QString TabSeparatedRows(const GridText& grid);
 
 }  // namespace holdwise
