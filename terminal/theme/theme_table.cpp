@@ -7,8 +7,8 @@
 namespace holdwise {
 namespace {
 
-// Bright strokes look bold on a dark ground: the dark theme's texts are as far from white as the light one's from black.
-// Texts keep a contrast of at least 4.5 against every ground they can stand on; a test holds the table to that.
+// Bright strokes look bold on a dark ground: the dark theme's texts are as far from white as the light one's from
+// black. Texts keep a contrast of at least 4.5 against every ground they can stand on; a test holds the table to that.
 // clang-format off
 constexpr std::array kColors{
     ThemeColor{"Qm_BGCorlor",                0x151a21, 0xffffff},

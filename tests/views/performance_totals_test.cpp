@@ -45,8 +45,8 @@ TEST(Totals, CentsAreSummedBeforeTheyAreRounded) {
 }
 
 TEST(Totals, ARowThatLacksSomethingIsLeftOutOfThatSumAndNamed) {
-  const auto totals = TotalsOf({{"甲", 1100, 1000, 800}, {"乙", 0, 410, 500}, {"丙", 200, 0, 150}, {"丁", 300, 290, 0}},
-                               kWhat);
+  const auto totals =
+      TotalsOf({{"甲", 1100, 1000, 800}, {"乙", 0, 410, 500}, {"丙", 200, 0, 150}, {"丁", 300, 290, 0}}, kWhat);
   // Value: all but 乙. Day: 100 + 10. Gain: 300 + 50 on 950 paid, 36.8421 percent.
   EXPECT_EQ(TextsOf(totals), List({"1600.00", "110.00", "350.00", "36.84"}));
   EXPECT_EQ(totals[0].remark, QStringLiteral("“乙”没有现价，没有计入市值"));
@@ -82,9 +82,8 @@ class PerformanceSums : public PerformanceView {
   [[nodiscard]] std::vector<TotalsStrip*> Strips() const {
     const auto found = frame->findChildren<TotalsStrip*>();
     std::vector<TotalsStrip*> strips(found.begin(), found.end());
-    std::sort(strips.begin(), strips.end(), [this](auto* a, auto* b) {
-      return a->mapTo(frame, QPoint()).y() < b->mapTo(frame, QPoint()).y();
-    });
+    std::sort(strips.begin(), strips.end(),
+              [this](auto* a, auto* b) { return a->mapTo(frame, QPoint()).y() < b->mapTo(frame, QPoint()).y(); });
     return strips;
   }
   QString HintOver(const TotalsStrip& strip, const QString& title) const {
@@ -119,8 +118,7 @@ TEST_F(PerformanceSums, AreNoRows) {
   EXPECT_EQ(portfolios->RowCount(), 2);
   EXPECT_EQ(holdings->RowCount(), 3);
   for (const TStringGrid* grid : frame->CatalogueGrids()) {
-    for (const QStringList& row : grid->ToGridText().rows)
-      EXPECT_FALSE(row.contains(QStringLiteral("35100.00")));
+    for (const QStringList& row : grid->ToGridText().rows) EXPECT_FALSE(row.contains(QStringLiteral("35100.00")));
   }
 }
 

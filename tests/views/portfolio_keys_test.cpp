@@ -4,10 +4,12 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QSplitter>
 
+#include "common/frames/totals_strip.h"
 #include "portfolio_view_fixture.h"
 
 namespace holdwise::test {
@@ -193,6 +195,20 @@ TEST_P(LongList, WhatIsTypedLeavesTheNamesThatContainIt) {
   EXPECT_EQ(Shown().size(), 21);
   EXPECT_TRUE(portfolios->hasFocus());
   EXPECT_EQ(portfolios->Cells(0, portfolios->Row()), QStringLiteral("组合11Z")) << "it stays selected";
+}
+
+TEST_P(LongList, TheSumsSayThatTheyAreOfAll) {
+  OpenWith(20);
+  if (GetParam() != 2001) GTEST_SKIP() << "no sums here";
+  const auto caption = [this] {
+    const auto* sums = portfolios->parentWidget()->findChild<TotalsStrip*>();
+    return sums->findChild<QLabel*>()->text() + u' ' + sums->Texts().value(0);
+  };
+  SendFrameMessage(*frame, FrameMessage::ReflashNowPrice);
+  // 10 x 100 shares at 10.00 and at 12.00
+  EXPECT_EQ(caption(), QStringLiteral("合计 22000.00"));
+  QTest::keyClicks(box, QStringLiteral("11z"));
+  EXPECT_EQ(caption(), QStringLiteral("全部组合合计 22000.00"));
 }
 
 TEST_P(LongList, NothingFoundIsSaidAndNothingCanBeDoneToIt) {

@@ -17,6 +17,7 @@ constexpr int kMargin = 14;
 constexpr int kGap = 8;
 constexpr int kEntryWidth = 220;
 constexpr int kEntryHeight = 22;
+constexpr int kEntryMargin = 3;  // between the frame and the text
 
 }  // namespace
 
@@ -26,6 +27,7 @@ ListFilter::ListFilter(const QString& unit, QWidget* parent)
   entry_->setPlaceholderText(QStringLiteral("筛选：名称中含有…"));
   entry_->setAccessibleName(QStringLiteral("按名称筛选组合"));
   entry_->setClearButtonEnabled(true);
+  entry_->setTextMargins(kEntryMargin, 0, 0, 0);
   entry_->setFixedSize(kEntryWidth, kEntryHeight);
   counts_->setFont(DesignFont());
   auto* row = new QHBoxLayout(this);

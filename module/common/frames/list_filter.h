@@ -15,7 +15,7 @@ class EntryField;
 class ListFilter : public QWidget {
   Q_OBJECT
  public:
-  static constexpr int kHeight = 30;   ///< pixels
+  static constexpr int kHeight = 30;     ///< pixels
   static constexpr int kLeastRows = 20;  ///< of a list for which it is worth its place
 
   ListFilter(const QString& unit, QWidget* parent);

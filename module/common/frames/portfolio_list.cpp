@@ -147,6 +147,9 @@ bool PortfolioList::ApplyFilter() {
     return isShown;
   });
   filter_->SetCounts(shown, grid_->RowCount());
+  const bool isWhole = shown == grid_->RowCount();
+  // The sums are of all portfolios all the same.
+  if (totals_ != nullptr) totals_->SetCaption(isWhole ? QStringLiteral("合计") : QStringLiteral("全部组合合计"));
   const bool isAll = filter_->Text().isEmpty() || grid_->IsEmpty();
   grid_->SetEmptyText(isAll ? emptyText_
                             : QStringLiteral("没有名称含“%1”的组合\n按 Esc 重新列出全部组合").arg(filter_->Text()));

@@ -18,9 +18,9 @@ class TotalsStrip;
 /// For an empty list of saved portfolios: that there is none, and how to begin.
 [[nodiscard]] QString NoSavedPortfolios();
 
-/// A grid of portfolios with its header strip and, above a long list, a box that filters it by name: reads them from the
-/// database, keeps one selected and says which. A failing statement throws out of the calls. Without a statement whoever
-/// owns the list fills its grid and does not call ReflashData. User-interface thread only.
+/// A grid of portfolios with its header strip and, above a long list, a box that filters it by name: reads them from
+/// the database, keeps one selected and says which. A failing statement throws out of the calls. Without a statement
+/// whoever owns the list fills its grid and does not call ReflashData. User-interface thread only.
 class PortfolioList : public FramePart {
  public:
   static constexpr int kHeight = 201;  ///< of the whole part above holdings, until the user drags its edge; pixels

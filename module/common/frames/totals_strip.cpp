@@ -15,7 +15,7 @@ namespace holdwise {
 namespace {
 
 constexpr int kMargin = 14;
-constexpr int kGap = 6;      // between a title and its sum
+constexpr int kGap = 6;       // between a title and its sum
 constexpr int kPairGap = 22;  // between a sum and the next title
 constexpr int kMarkLeg = 6;
 
@@ -66,6 +66,10 @@ TotalsStrip::TotalsStrip(const QStringList& titles, QWidget* parent)
 void TotalsStrip::Show(const std::vector<Total>& totals) {
   totals_ = totals;
   Fill();
+}
+
+void TotalsStrip::SetCaption(const QString& caption) {
+  caption_->setText(caption);
 }
 
 void TotalsStrip::Fill() {

@@ -13,11 +13,11 @@ namespace holdwise {
 struct Total {
   QString text;
   bool isSigned = false;  ///< a rise or a fall
-  QString remark = {};    ///< what has to be known of it, as of a cell of the grid: a mark, and the text under the mouse
+  QString remark = {};  ///< what has to be known of it, as of a cell of the grid: a mark, and the text under the mouse
 };
 
-/// A strip below a grid with sums of what stands above it, each with its title. It is no row: nothing selects, copies or
-/// exports it. User-interface thread only.
+/// A strip below a grid with sums of what stands above it, each with its title. It is no row: nothing selects, copies
+/// or exports it. User-interface thread only.
 class TotalsStrip : public QWidget {
   Q_OBJECT
  public:
@@ -27,6 +27,8 @@ class TotalsStrip : public QWidget {
 
   /// One for each title, in their order; none empties the strip.
   void Show(const std::vector<Total>& totals);
+  /// What is summed, before the sums.
+  void SetCaption(const QString& caption);
   /// The sums as they are drawn.
   [[nodiscard]] QStringList Texts() const;
   void ApplyTheme();

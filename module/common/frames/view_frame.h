@@ -102,8 +102,8 @@ class TViewFrame : public QWidget {
   }
   /// Puts a part below the ones there are; a part that stretches takes the height that is left.
   void AddPart(FramePart& part, bool stretches);
-  /// Puts two parts below the ones there are, with an edge between them that can be dragged; the upper one is so high at
-  /// first, the lower one takes what is left.
+  /// Puts two parts below the ones there are, with an edge between them that can be dragged; the upper one is so high
+  /// at first, the lower one takes what is left.
   void AddParts(FramePart& upper, int upperHeight, FramePart& lower);
   bool event(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;

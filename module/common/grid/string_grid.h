@@ -169,8 +169,8 @@ class TStringGrid : public QTableView {
   [[nodiscard]] GridText ToGridText() const;
   [[nodiscard]] GridModel& Model() const { return *model_; }
   /// Puts the shown columns of the shown rows with their titles on the clipboard, tab-separated. Texts are copied whole
-  /// and in the unit that their titles say, also those that are drawn with fewer decimals or a "+". An empty grid leaves
-  /// the clipboard alone.
+  /// and in the unit that their titles say, also those that are drawn with fewer decimals or a "+". An empty grid
+  /// leaves the clipboard alone.
   void CopyTable() const;
   /// The same of the rows that stand out: under their titles, without which nobody who pastes them knows a price from a
   /// quantity.
@@ -232,10 +232,10 @@ class TStringGrid : public QTableView {
   GridColors colors_;
   QStringList titles_;
   std::vector<int> leftColumns_;
-  std::map<int, int> decimals_;                     ///< by column
-  std::set<int> percents_;                          ///< columns of fractions that are drawn in percent
-  std::set<int> signed_;                            ///< columns of rises and falls
-  std::set<int> prices_;                            ///< columns whose changes are lit
+  std::map<int, int> decimals_;  ///< by column
+  std::set<int> percents_;       ///< columns of fractions that are drawn in percent
+  std::set<int> signed_;         ///< columns of rises and falls
+  std::set<int> prices_;         ///< columns whose changes are lit
   std::unique_ptr<CellFlash> flash_;
   std::map<std::pair<int, int>, QString> remarks_;  ///< by column and row
   std::set<std::pair<int, int>> noFigures_;         ///< likewise

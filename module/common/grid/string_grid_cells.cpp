@@ -120,7 +120,8 @@ void TStringGrid::DrawCellIn(QPainter& painter, const GridCellPaint& cell, const
   const GridCell place{cell.column, cell.row};
   PaintCellBackground(painter, cell, colors);
   const int flash = colors.TellsRiseFromFall() ? flash_->SignOf(cell.column, cell.row) : 0;
-  if (flash != 0) painter.fillRect(cell.rect, FlashColor(RowColor(cell, colors), flash > 0 ? colors.rise : colors.fall));
+  if (flash != 0)
+    painter.fillRect(cell.rect, FlashColor(RowColor(cell, colors), flash > 0 ? colors.rise : colors.fall));
   const int sign = SignOf(place, colors);
   const QColor& ink = sign > 0 ? colors.rise : sign < 0 ? colors.fall : TextColor(cell, colors);
   PaintCellText(painter, cell, ink, DrawnText(place), ColumnAlignment(cell.column));

@@ -160,8 +160,8 @@ std::vector<Total> RefreshPortfolios(TStringGrid& grid) {
     input.monthCloseValue = RealOr(monthCloses->ValueOf(id));
     input.cost = RealOr(costs->ValueOf(id));
     if (!withoutPreviousClose.contains(id)) input.previousCloseValue = RealOr(previousCloses->ValueOf(id));
-    totals.push_back({grid.Cells(kName, row), input.value, input.previousCloseValue, input.cost,
-                      withoutPrice.contains(id)});
+    totals.push_back(
+        {grid.Cells(kName, row), input.value, input.previousCloseValue, input.cost, withoutPrice.contains(id)});
     const auto figures = FiguresOf(input);
     if (!figures) continue;
     grid.SetRemark({kWeekChange, row}, RemarkOnSum(withoutWeekClose.value(id), QStringLiteral("上周收盘价")));

@@ -47,8 +47,8 @@ std::vector<Total> TotalsOf(const std::vector<TotalInput>& rows, const QString& 
     const bool isWhole = isKnown && !row.isPartial;
     isKnown ? value.Add(row.value) : value.without.append(row.name);
     if (isKnown && row.isPartial) partial.append(row.name);
-    isWhole && row.previousValue != 0 ? day.Add(row.value - row.previousValue) : day.without.append(row.name);
-    isWhole && row.cost != 0 ? gain.Add(row.value - row.cost) : gain.without.append(row.name);
+    isWhole&& row.previousValue != 0 ? day.Add(row.value - row.previousValue) : day.without.append(row.name);
+    isWhole&& row.cost != 0 ? gain.Add(row.value - row.cost) : gain.without.append(row.name);
     if (isWhole && row.cost != 0) cost.Add(row.cost);
   }
   QStringList onValue{RemarkOn(value.without, what, QStringLiteral("没有现价，没有计入市值")),

@@ -45,9 +45,10 @@ TFrm_ZHBX::TFrm_ZHBX(QWidget* parent)
       holdings_(new HoldingsPanel({.unit = kUnit, .columns = performance::HoldingTable(), .caption = HoldingsCaption()},
                                   this)),
       delete_(list_->Grid(), performance::kOperation,
-              {{.normal = DeletePicture(false), .pressed = DeletePicture(true), .hint = {}, .onPress = [this](int row) {
-                  AskAndDelete(row);
-                }}}),
+              {{.normal = DeletePicture(false),
+                .pressed = DeletePicture(true),
+                .hint = {},
+                .onPress = [this](int row) { AskAndDelete(row); }}}),
       listTotals_(list_->AddTotals(TotalTitles())),
       holdingTotals_(holdings_->AddTotals(TotalTitles())) {
   InitAppear();
@@ -74,12 +75,10 @@ void TFrm_ZHBX::InitAppear() {
                                              : list.ClippedText(cell);
   };
   list_->OnMenu = [this](QMenu& menu, int row) {
-    connect(menu.addAction(QStringLiteral("删除组合")), &QAction::triggered, this, [this, row] {
-      GuardEvent(kUnit, QStringLiteral("AskAndDelete"), [&] { AskAndDelete(row); });
-    });
-    connect(menu.addAction(QStringLiteral("复制到自选配置")), &QAction::triggered, this, [this, row] {
-      GuardEvent(kUnit, QStringLiteral("CopyToEditor"), [&] { CopyToEditor(row); });
-    });
+    connect(menu.addAction(QStringLiteral("删除组合")), &QAction::triggered, this,
+            [this, row] { GuardEvent(kUnit, QStringLiteral("AskAndDelete"), [&] { AskAndDelete(row); }); });
+    connect(menu.addAction(QStringLiteral("复制到自选配置")), &QAction::triggered, this,
+            [this, row] { GuardEvent(kUnit, QStringLiteral("CopyToEditor"), [&] { CopyToEditor(row); }); });
   };
   holdings_->OnHint = [&holdings](const GridCell& cell, const QPoint& position) {
     return cell.column == performance::kIndustry ? HintIn(holdings, cell, holdings.ColWidth(cell.column), position)

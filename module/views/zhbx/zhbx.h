@@ -12,8 +12,8 @@ class PortfolioList;
 class TotalsStrip;
 
 /// "组合表现": every saved portfolio with its live value and changes, and the holdings of the selected one with their
-/// contributions; under both, their sums. Everything is computed anew from the shared objects with every price message; the view stores
-/// nothing. A failing statement throws out of the handlers.
+/// contributions; under both, their sums. Everything is computed anew from the shared objects with every price message;
+/// the view stores nothing. A failing statement throws out of the handlers.
 class TFrm_ZHBX : public TViewFrame {
  public:
   explicit TFrm_ZHBX(QWidget* parent = nullptr);
