@@ -10,7 +10,7 @@
 
 #include "intraday/intraday_chart.h"
 #include "offscreen.h"
-#include "theme/theme_table.h"
+#include "theme/theme_services.h"
 
 namespace holdwise {
 namespace {
@@ -31,16 +31,15 @@ std::vector<Tick> FullDay() {
   return ticks;
 }
 
-class Theme : public IColorSet {
+class NoLog final : public DebugServers {
  public:
-  [[nodiscard]] QColor ColorOf(const QString& key) const override {
-    return FindThemeColor(ThemeKind::Dark, key).value_or(QColor());
-  }
+  void WriteLog(const QString& /*text*/) override {}
 };
 
 struct Shown {
   explicit Shown(benchmark::State& state) : day{FullDay(), kClose, true, kDaySeconds} {
-    chart.SetColors(LineColorsOf(Theme()));
+    NoLog log;
+    chart.SetColors(LineColorsOf(ThemeServices(ThemeKind::Dark, log)));
     chart.resize(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
     chart.show();
     chart.SetData(day);

@@ -60,7 +60,7 @@ void SwitchTheme(benchmark::State& state) {
     if (frame->FrameList().size() != 7) state.SkipWithError("not every view was made");
     host.theme.OnChanged = [&] {
       QApplication::setPalette(host.theme.WindowPalette());
-      window.ShowThemeKind(host.theme.Kind());
+      window.ShowTheme();
       frame->MakeSkin();
     };
     for ([[maybe_unused]] const auto turn : state) {

@@ -8,6 +8,8 @@
 #include <algorithm>
 
 #include "common/frames/frame_parts.h"
+#include "common/grid/focus_mark.h"
+#include "common/grid/grid_painter.h"
 #include "common/helpers/drawing.h"
 #include "common/host/font.h"
 #include "mainframe/view_table.h"
@@ -31,6 +33,8 @@ class NodeDelegate : public QStyledItemDelegate {
     font.setBold(!index.parent().isValid());
     painter->save();
     if (isSelected) painter->fillRect(option.rect, colors.selectedRow);
+    const bool isAtEdge = !index.parent().isValid();
+    if (isSelected && isAtEdge && tree_.hasFocus()) PaintKeyBar(*painter, option.rect, colors.keyBar);
     painter->setFont(font);
     painter->setPen(isSelected ? colors.selectedText : colors.text);
     painter->drawText(option.rect.adjusted(kTextGap, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
@@ -115,6 +119,9 @@ void NavigationTree::SetColors(const Colors& colors) {
   area.setColor(QPalette::Base, colors.background);
   area.setColor(QPalette::Text, colors.font);
   setPalette(area);
+  FocusMark& mark = FocusMark::On(*this);
+  mark.SetColor(colors.keyBar);
+  mark.SetForKeysOnly(true);
   viewport()->update();
 }
 
@@ -137,7 +144,8 @@ QItemSelectionModel::SelectionFlags NavigationTree::selectionCommand(const QMode
 }
 
 void NavigationTree::drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const {
-  if (selectionModel()->isSelected(index)) painter->fillRect(rect, colors_.selectedRow);
+  const bool isSelected = selectionModel()->isSelected(index);
+  if (isSelected) painter->fillRect(rect, colors_.selectedRow);
   if (!index.parent().isValid()) return;
   // A line down from the group, with a branch to every caption; it ends at the last one.
   const int x = rect.right() - kIndentation / 2;
@@ -145,6 +153,7 @@ void NavigationTree::drawBranches(QPainter* painter, const QRect& rect, const QM
   const bool isLast = index.row() == index.model()->rowCount(index.parent()) - 1;
   DrawLine_(*painter, {x, rect.top()}, {x, isLast ? middle : rect.bottom()}, Qt::SolidLine, colors_.line);
   DrawLine_(*painter, {x, middle}, {rect.right(), middle}, Qt::SolidLine, colors_.line);
+  if (isSelected && hasFocus()) PaintKeyBar(*painter, rect, colors_.keyBar);
 }
 
 }  // namespace holdwise

@@ -20,6 +20,7 @@ class NavigationTree : public QTreeWidget {
     QColor line;          ///< tree lines, solid
     QColor selectedRow;   ///< background of the selected node
     QColor selectedText;  ///< its caption
+    QColor keyBar;        ///< the sign that the keys act here
   };
 
   explicit NavigationTree(QWidget* parent = nullptr);

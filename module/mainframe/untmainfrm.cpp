@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "mainframe/untmainfrm.h"
 
+#include <QApplication>
 #include <QPointer>
 #include <QScopeGuard>
+#include <QShortcut>
 #include <QStackedLayout>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -144,6 +146,9 @@ void TMainFrm::BuildPanels() {
   right->setSpacing(0);
   right->addWidget(RzPanel3);
   right->addWidget(RzPanel4, 1);
+
+  for (const auto& [key, step] : {std::pair{QKeySequence(Qt::Key_F6), 1}, {QKeySequence(Qt::SHIFT | Qt::Key_F6), -1}})
+    connect(new QShortcut(key, this), &QShortcut::activated, this, [this, step = step] { NextPane(step); });
 
   splitter_->setStretchFactor(0, 0);
   splitter_->setStretchFactor(1, 1);
@@ -288,7 +293,9 @@ void TMainFrm::Timer1Timer() {
   if (!alive) return;  // the host may have left the module while the dialog was open
   if (!isDone) return EnableTimer1();
   ReCalc();
-  if (FCurFrame != nullptr) SendInit();
+  if (FCurFrame == nullptr) return;
+  FCurFrame->KeepSelection();
+  SendInit();
 }
 
 void TMainFrm::Timer_NowPriceTimer() {
@@ -344,8 +351,28 @@ void TMainFrm::DataChanged() {
   if (isReloadDue_) return;
   g_NowPrice->ReGetNowPrice();
   if (FCurFrame == nullptr) return;
+  FCurFrame->KeepSelection();
   SendInit();
   if (RestOf(FCurFrame->Tag()) != RestsOn::Nothing) EnableTimer1();
+}
+
+void TMainFrm::NextPane(int step) {
+  std::vector<QWidget*> panes{tree_};
+  if (FCurFrame != nullptr && views_->currentWidget() == FCurFrame) {
+    const std::vector<QWidget*> ofView = FCurFrame->Panes();
+    panes.insert(panes.end(), ofView.begin(), ofView.end());
+  }
+  std::erase_if(panes, [](const QWidget* pane) { return !pane->isVisible() || !pane->isEnabled(); });
+  if (panes.empty()) return;
+  const auto has = [](const QWidget* pane) {
+    const QWidget* focused = QApplication::focusWidget();
+    return focused != nullptr && (focused == pane || pane->isAncestorOf(focused));
+  };
+  const auto count = static_cast<int>(panes.size());
+  const auto now = static_cast<int>(std::find_if(panes.begin(), panes.end(), has) - panes.begin());
+  // From elsewhere to the first, or the last.
+  const int next = now < count ? (now + step + count) % count : step > 0 ? 0 : count - 1;
+  panes[static_cast<std::size_t>(next)]->setFocus(Qt::ShortcutFocusReason);
 }
 
 void TMainFrm::MakeSkin() {
@@ -354,7 +381,7 @@ void TMainFrm::MakeSkin() {
   const QColor background = colors.ColorOf(theme::kBackground);
   const QColor titleFont = colors.ColorOf(theme::kTitleFont);
   tree_->SetColors({background, titleFont, themeColors_.unselectedText, colors.ColorOf(theme::kTreeLine),
-                    themeColors_.selectedRow, themeColors_.selectedText});
+                    themeColors_.selectedRow, themeColors_.selectedText, themeColors_.focusFrame});
   for (TViewFrame* frame : FFrameList) SendFrameMessage(*frame, FrameMessage::ChangeSkin);
   if (Form_Stock) Form_Stock->MakeSkin();
   for (QWidget* panel : {RzPanel1, RzPanel2, static_cast<QWidget*>(RzPanel3), RzPanel4, static_cast<QWidget*>(this)}) {

@@ -68,6 +68,8 @@ class TMainFrm : public QWidget {
   void Timer_NowPriceTimer();
   void g_TimerOnTimer();
   void EnableTimer1();
+  /// F6: gives the keys to the next pane, Shift+F6 to the one before: the tree, and what the shown view has.
+  void NextPane(int step);
   void SendInit();
   /// Says in the title strip what the figures of the shown view lack. `readAgain`: the stored figures may have changed.
   void ShowNotice(bool readAgain);

@@ -60,6 +60,7 @@ WindowActions Terminal::Actions() {
   actions.exportPortfolios = [this] { commands_->ExportPortfoliosFromMenu(); };
   actions.restorePortfolios = [this] { commands_->RestoreFromMenu(); };
   actions.setTheme = [this](ThemeKind kind) { window_.SetTheme(kind); };
+  actions.setRiseFall = [this](RiseFall choice) { window_.SetRiseFall(choice); };
   actions.takeNewDay = [this] { dayChange_.TakeAsked(); };
   actions.goTo = [this](const QString& address) { (void)pages_->GoTo(address, QString()); };
   return actions;

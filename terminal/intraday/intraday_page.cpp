@@ -141,7 +141,7 @@ void IntradayPage::ChooseSecurity() {
 
 void IntradayPage::Fill() {
   if (!isVisible()) return;
-  colors_ = LineColorsOf(theme_.Colors());
+  colors_ = LineColorsOf(theme_);
   chart_->SetColors(colors_);
   const int codeNumber = CodeNumber();
   if (codeNumber == 0) {

@@ -3,8 +3,8 @@
 
 namespace holdwise {
 
-LineColors LineColorsOf(const IColorSet& theme) {
-  const auto color = [&theme](const char* key) { return theme.ColorOf(QString::fromLatin1(key)); };
+LineColors LineColorsOf(const ThemeServices& theme) {
+  const auto color = [&theme](const char* key) { return theme.Colors().ColorOf(QString::fromLatin1(key)); };
   LineColors colors;
   colors.ground = color("Qm_BGCorlor");
   colors.text = color("Grid_UnSelTxtColor");
@@ -13,8 +13,8 @@ LineColors LineColorsOf(const IColorSet& theme) {
   colors.price = color("Grid_ClickTxtColor");
   colors.average = color("Qm_KlineYellowColor");
   colors.previousClose = color("Qm_CharAxisLineColor");
-  colors.rise = color("Qm_KlineRedColor");
-  colors.fall = color("Qm_KlineBlueColor");
+  colors.rise = theme.ColorOfChange(1);
+  colors.fall = theme.ColorOfChange(-1);
   return colors;
 }
 

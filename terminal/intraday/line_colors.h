@@ -3,7 +3,7 @@
 #include <QColor>
 #include <QRgb>
 
-#include "holdwise/sdk/theme.h"
+#include "theme/theme_services.h"
 
 namespace holdwise {
 
@@ -13,7 +13,7 @@ struct LineColors {
   QColor price, average, previousClose;
   QColor rise, fall;
 };
-[[nodiscard]] LineColors LineColorsOf(const IColorSet& theme);
+[[nodiscard]] LineColors LineColorsOf(const ThemeServices& theme);
 /// Colour of a figure by its sign: that of rises, of falls, of plain text. The one place where it is chosen.
 [[nodiscard]] QColor ChangeColor(const LineColors& colors, double change);
 

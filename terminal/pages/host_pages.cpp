@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "pages/host_pages.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -39,6 +41,12 @@ void HostPageAddress::EnterAddress(const QString& parameter) {
 
 void HostPageAddress::LeaveAddress() {
   page_->setParent(nullptr);
+}
+
+void HostPageAddress::ChangeColorTheme() {
+  // Also where no colour of the palette has changed.
+  QEvent change(QEvent::PaletteChange);
+  QCoreApplication::sendEvent(page_.get(), &change);
 }
 
 bool HostPageAddress::GetIsWorkState() const {

@@ -23,6 +23,7 @@ class HostPageAddress : public TAddressItem {
                   PlugSystemInfo& system, Show show);
   void EnterAddress(const QString& parameter) override;
   void LeaveAddress() override;
+  void ChangeColorTheme() override;
   [[nodiscard]] bool GetIsWorkState() const override;
 
  private:

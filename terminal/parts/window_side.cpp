@@ -17,6 +17,7 @@ namespace holdwise {
 namespace {
 
 const QString kThemeSetting = QStringLiteral("theme");
+const QString kRiseFallSetting = QStringLiteral("riseFall");
 const QString kGeometrySetting = QStringLiteral("geometry");
 
 /// The command line's colours, which are remembered, else the remembered ones.
@@ -37,6 +38,8 @@ const ThemeServices& Applied(const ThemeServices& theme) {
 
 WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
     : process_(process), theme_(FirstTheme(process), process.Log()), window_(Applied(theme_), std::move(actions)) {
+  const QString riseFall = process_.Settings().value(kRiseFallSetting).toString();
+  theme_.SetRiseFall(RiseFallFromName(riseFall).value_or(RiseFall::RedRises));
   theme_.OnChanged = [this] { ApplyTheme(); };
   if (!process_.Asked().IsBatch()) {
     window_.restoreGeometry(process_.Settings().value(kGeometrySetting).toByteArray());
@@ -44,7 +47,7 @@ WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
     KeepDialogFoldersIn(&process_.Settings());
     if (!process_.SettingsProblem().isEmpty()) window_.TellFailure(process_.SettingsProblem());
   }
-  window_.ShowThemeKind(theme_.Kind());
+  window_.ShowTheme();
   process_.Log().WriteLog(
       QStringLiteral("工作目录 %1；数据目录 %2；数据库 %3")
           .arg(process_.Asked().workFolder, process_.Asked().dataFolder, process_.Asked().database));
@@ -79,9 +82,15 @@ void WindowSide::SetTheme(ThemeKind kind) {
   theme_.SetKind(kind);
 }
 
+void WindowSide::SetRiseFall(RiseFall choice) {
+  process_.Settings().setValue(kRiseFallSetting, RiseFallName(choice));
+  process_.Settings().sync();
+  theme_.SetRiseFall(choice);
+}
+
 void WindowSide::ApplyTheme() {
   Applied(theme_);
-  window_.ShowThemeKind(theme_.Kind());
+  window_.ShowTheme();
   if (OnThemeChanged) OnThemeChanged();
 }
 

@@ -36,6 +36,8 @@ class WindowSide {
 
   /// Switches the colours and remembers them for the next start.
   void SetTheme(ThemeKind kind);
+  /// The same for the colours of what rises and falls.
+  void SetRiseFall(RiseFall choice);
   /// Called after the window has taken over other colours.
   std::function<void()> OnThemeChanged;
 

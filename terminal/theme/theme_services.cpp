@@ -15,6 +15,19 @@ void ThemeServices::SetKind(ThemeKind kind) {
   if (OnChanged) OnChanged();
 }
 
+void ThemeServices::SetRiseFall(RiseFall choice) {
+  if (choice == riseFall_) return;
+  riseFall_ = choice;
+  if (OnChanged) OnChanged();
+}
+
+QColor ThemeServices::ColorOfChange(double change) const {
+  std::optional<QColor> color;
+  if (change > 0) color = RiseTextColor(kind_, riseFall_);
+  if (change < 0) color = FallTextColor(kind_, riseFall_);
+  return color ? *color : ThemeColorOf(kind_, "Grid_UnSelTxtColor");
+}
+
 QPalette ThemeServices::WindowPalette() const {
   const auto color = [this](const char* key) { return ThemeColorOf(kind_, key); };
   const QColor ground = color("Qm_BGCorlor");
@@ -46,9 +59,15 @@ QPalette ThemeServices::WindowPalette() const {
 }
 
 QColor ThemeServices::ColorOf(const QString& key) const {
-  if (const std::optional<QColor> color = FindThemeColor(kind_, key)) return *color;
+  if (const std::optional<QColor> color = FindColor(key)) return *color;
   ReportUnknown(key);
   return QColor(Qt::magenta);
+}
+
+std::optional<QColor> ThemeServices::FindColor(const QString& key) const {
+  if (key == QLatin1String(kRiseTextKey)) return RiseTextColor(kind_, riseFall_);
+  if (key == QLatin1String(kFallTextKey)) return FallTextColor(kind_, riseFall_);
+  return FindThemeColor(kind_, key);
 }
 
 void ThemeServices::AssignPicture(const QString& key, QLabel& image) const {

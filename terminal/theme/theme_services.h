@@ -23,6 +23,12 @@ class ThemeServices : public ColorThemeServices, private IColorSet2, private IIm
   [[nodiscard]] ThemeKind Kind() const noexcept { return kind_; }
   /// Switches the theme and calls OnChanged; nothing happens when it is the current one.
   void SetKind(ThemeKind kind);
+  [[nodiscard]] RiseFall RiseFallColors() const noexcept { return riseFall_; }
+  /// The same for the colours of what rises and falls.
+  void SetRiseFall(RiseFall choice);
+  /// Colour of a text that tells of a change: that of what rises or falls, the plain one for 0 and where they are
+  /// plain.
+  [[nodiscard]] QColor ColorOfChange(double change) const;
   /// Called after every switch.
   std::function<void()> OnChanged;
   /// Palette of the host's own window and of plain controls inside the frames.
@@ -30,11 +36,13 @@ class ThemeServices : public ColorThemeServices, private IColorSet2, private IIm
 
  private:
   [[nodiscard]] QColor ColorOf(const QString& key) const override;
+  [[nodiscard]] std::optional<QColor> FindColor(const QString& key) const override;
   void AssignPicture(const QString& key, QLabel& image) const override;
   [[nodiscard]] QPixmap PictureOf(const QString& key, const QSize& size) const override;
   void ReportUnknown(const QString& key) const;
 
   ThemeKind kind_;
+  RiseFall riseFall_ = RiseFall::RedRises;
   DebugServers& debug_;
   mutable std::set<QString> reported_;  // a grid asks for a colour at every cell: one line a key is enough
 };

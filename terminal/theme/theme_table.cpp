@@ -7,16 +7,17 @@
 namespace holdwise {
 namespace {
 
-// Texts keep a contrast of at least 4.5 against every ground they can stand on; a test holds the table to that.
+// Bright strokes look bold on a dark ground: the dark theme's texts are as far from white as the light one's from
+// black. Texts keep a contrast of at least 4.5 against every ground they can stand on; a test holds the table to that.
 // clang-format off
 constexpr std::array kColors{
     ThemeColor{"Qm_BGCorlor",                0x151a21, 0xffffff},
     ThemeColor{"QM_TitleFontColor",          0xb4bfcc, 0x3a4656},
     ThemeColor{"Qm_GridRowSelectColor",      0x26466e, 0xcfe2fb},
-    ThemeColor{"Grid_SelTxtColor",           0xffffff, 0x0a2744},
-    ThemeColor{"Grid_UnSelTxtColor",         0xd6dce4, 0x1f2933},
+    ThemeColor{"Grid_SelTxtColor",           0xe8eef5, 0x0a2744},
+    ThemeColor{"Grid_UnSelTxtColor",         0xbfc8d3, 0x1f2933},
     ThemeColor{"KTR_HighLightColor1",        0x171d25, 0xffffff},
-    ThemeColor{"KTR_HighLightColor2",        0x1d242e, 0xf4f7fb},
+    ThemeColor{"KTR_HighLightColor2",        0x202833, 0xf4f7fb},
     ThemeColor{"Grid_TitleUnSelTxtColor",    0xb4bfcc, 0x3a4656},
     ThemeColor{"Section_BigTxtColor",        0xf2bd62, 0x17467f},
     ThemeColor{"Grid_Color",                 0x2a323e, 0xdbe2ea},
@@ -40,6 +41,14 @@ constexpr std::array kColors{
 };
 // clang-format on
 
+// Bright enough for the selected row's ground, too; the test holds them to it.
+constexpr ThemeColor kRedText{"", 0xff949a, 0xb81f2d};
+constexpr ThemeColor kGreenText{"", 0x4cc97f, 0x0b6b35};
+
+QColor Of(const ThemeColor& color, ThemeKind kind) {
+  return {kind == ThemeKind::Dark ? color.dark : color.light};
+}
+
 QHash<QString, const ThemeColor*> MakeIndex() {
   QHash<QString, const ThemeColor*> index;
   for (const ThemeColor& color : kColors) index.insert(QString::fromLatin1(color.key), &color);
@@ -61,7 +70,17 @@ std::optional<QColor> FindThemeColor(ThemeKind kind, const QString& key) {
   static const QHash<QString, const ThemeColor*> index = MakeIndex();
   const ThemeColor* color = index.value(key, nullptr);
   if (color == nullptr) return std::nullopt;
-  return QColor(kind == ThemeKind::Dark ? color->dark : color->light);
+  return Of(*color, kind);
+}
+
+std::optional<QColor> RiseTextColor(ThemeKind kind, RiseFall choice) {
+  if (choice == RiseFall::Plain) return std::nullopt;
+  return Of(choice == RiseFall::RedRises ? kRedText : kGreenText, kind);
+}
+
+std::optional<QColor> FallTextColor(ThemeKind kind, RiseFall choice) {
+  if (choice == RiseFall::Plain) return std::nullopt;
+  return Of(choice == RiseFall::RedRises ? kGreenText : kRedText, kind);
 }
 
 QColor ThemeColorOf(ThemeKind kind, const char* key) {
@@ -72,6 +91,24 @@ std::optional<ThemeKind> ThemeKindFromName(const QString& name) {
   if (name == QStringLiteral("dark")) return ThemeKind::Dark;
   if (name == QStringLiteral("light")) return ThemeKind::Light;
   return std::nullopt;
+}
+
+std::optional<RiseFall> RiseFallFromName(const QString& name) {
+  for (const RiseFall choice : {RiseFall::RedRises, RiseFall::GreenRises, RiseFall::Plain})
+    if (name == RiseFallName(choice)) return choice;
+  return std::nullopt;
+}
+
+QString RiseFallName(RiseFall choice) {
+  switch (choice) {
+    case RiseFall::RedRises:
+      return QStringLiteral("red");
+    case RiseFall::GreenRises:
+      return QStringLiteral("green");
+    case RiseFall::Plain:
+      break;
+  }
+  return QStringLiteral("plain");
 }
 
 QString ThemeKindName(ThemeKind kind) {

@@ -90,25 +90,39 @@ void MainWindow::BuildMenus() {
   file->addSeparator();
   quit_ = file->addAction(QStringLiteral("退出(&X)"), QKeySequence(QStringLiteral("Ctrl+Q")), this, &QWidget::close);
 
-  QMenu* view = menuBar()->addMenu(QStringLiteral("视图(&V)"));
-  QMenu* themes = view->addMenu(QStringLiteral("主题(&T)"));
-  auto* themeGroup = new QActionGroup(this);
-  const auto addTheme = [&](const QString& text, ThemeKind kind) {
-    QAction* action = themes->addAction(text, this, [this, kind] { actions_.setTheme(kind); });
-    action->setCheckable(true);
-    themeGroup->addAction(action);
-    return action;
-  };
-  dark_ = addTheme(QStringLiteral("深色(&D)"), ThemeKind::Dark);
-  light_ = addTheme(QStringLiteral("浅色(&L)"), ThemeKind::Light);
-  addressMenu_ = view->addMenu(QStringLiteral("地址(&A)"));
-  addressGroup_ = new QActionGroup(this);
+  BuildViewMenu();
 
   QMenu* help = menuBar()->addMenu(QStringLiteral("帮助(&H)"));
   help->addAction(QStringLiteral("键盘(&K)…"), QKeySequence(Qt::Key_F1), this, [this] { ShowKeys(this); });
   help->addAction(QStringLiteral("状态(&S)…"), this, [this] { actions_.showHealth(); });
   help->addAction(QStringLiteral("关于(&A)…"), this, [this] { actions_.showAbout(); });
   menus_ = {file, view, help};
+}
+
+void MainWindow::BuildViewMenu() {
+  QMenu* view = menuBar()->addMenu(QStringLiteral("视图(&V)"));
+  // A menu of choices one of which is marked; each carries its value.
+  const auto addChoices = [&](const QString& title, const auto& act, const auto& choices) {
+    QMenu* menu = view->addMenu(title);
+    auto* group = new QActionGroup(this);
+    for (const auto& [text, value] : choices) {
+      QAction* action = group->addAction(menu->addAction(text, this, [act, value = value] { act(value); }));
+      action->setCheckable(true);
+      action->setData(static_cast<int>(value));
+    }
+    return group;
+  };
+  themes_ = addChoices(
+      QStringLiteral("主题(&T)"), [this](ThemeKind kind) { actions_.setTheme(kind); },
+      std::vector{std::pair{QStringLiteral("深色(&D)"), ThemeKind::Dark},
+                  std::pair{QStringLiteral("浅色(&L)"), ThemeKind::Light}});
+  riseFalls_ = addChoices(
+      QStringLiteral("涨跌颜色(&C)"), [this](RiseFall choice) { actions_.setRiseFall(choice); },
+      std::vector{std::pair{QStringLiteral("红涨绿跌(&R)"), RiseFall::RedRises},
+                  std::pair{QStringLiteral("绿涨红跌(&G)"), RiseFall::GreenRises},
+                  std::pair{QStringLiteral("不着色(&N)"), RiseFall::Plain}});
+  addressMenu_ = view->addMenu(QStringLiteral("地址(&A)"));
+  addressGroup_ = new QActionGroup(this);
 }
 
 void MainWindow::BuildStatusBar() {
@@ -193,8 +207,14 @@ void MainWindow::OfferActions() {
   newDay_->setEnabled(!isOngoing_);
 }
 
-void MainWindow::ShowThemeKind(ThemeKind kind) {
-  (kind == ThemeKind::Dark ? dark_ : light_)->setChecked(true);
+void MainWindow::ShowTheme() {
+  const auto mark = [](const QActionGroup& choices, int value) {
+    const QList<QAction*> actions = choices.actions();
+    for (QAction* action : actions) action->setChecked(action->data().toInt() == value);
+  };
+  mark(*themes_, static_cast<int>(theme_.Kind()));
+  mark(*riseFalls_, static_cast<int>(theme_.RiseFallColors()));
+  ShowIndices();
   for (QLabel* sign : {health_, quotesProblem_}) SetAmber(*sign, true);
   SetAmber(*quotes_, quotes_->autoFillBackground());
   bar_->update();
@@ -223,8 +243,13 @@ void MainWindow::SetQuotes(const QString& text, const QString& reason) {
 }
 
 void MainWindow::SetIndices(const std::vector<IndexLevel>& levels) {
-  for (std::size_t index = 0; index < indices_.size() && index < levels.size(); ++index) {
-    const IndexLevel& one = levels[index];
+  levels_ = levels;
+  ShowIndices();
+}
+
+void MainWindow::ShowIndices() {
+  for (std::size_t index = 0; index < indices_.size() && index < levels_.size(); ++index) {
+    const IndexLevel& one = levels_[index];
     QLabel& label = *indices_[index];
     if (!(one.level > 0)) {
       label.setText(one.name + QStringLiteral(" —"));
@@ -232,10 +257,8 @@ void MainWindow::SetIndices(const std::vector<IndexLevel>& levels) {
     }
     const double percent = one.previousClose > 0 ? (one.level / one.previousClose - 1) * 100 : 0;
     const QString change = (percent > 0 ? QStringLiteral("+") : QString()) + FormatFixed(percent, 2);
-    const char* key = percent > 0 ? "Qm_KlineRedColor" : percent < 0 ? "Qm_KlineBlueColor" : "Grid_UnSelTxtColor";
     label.setText(QStringLiteral("%1 %2 <span style='color:%3'>%4%</span>")
-                      .arg(one.name, FormatFixed(one.level, 2),
-                           theme_.Colors().ColorOf(QString::fromLatin1(key)).name(), change));
+                      .arg(one.name, FormatFixed(one.level, 2), theme_.ColorOfChange(percent).name(), change));
   }
 }
 

@@ -26,6 +26,7 @@ struct WindowActions {
   std::function<void()> exportPortfolios;
   std::function<void()> restorePortfolios;
   std::function<void(ThemeKind)> setTheme;
+  std::function<void(RiseFall)> setRiseFall;
   std::function<void(const QString& address)> goTo;
   std::function<void()> takeNewDay;
 };
@@ -52,7 +53,8 @@ class MainWindow : public QMainWindow {
   /// While there is a text, which stands in the status bar with 取消 beside it, the menus offer nothing but 退出, with
   /// their keys, and no new day is taken.
   void SetOngoing(const QString& text, const QString& hint);
-  void ShowThemeKind(ThemeKind kind);
+  /// Takes over the colours that the theme has now, and marks the choices in the menu.
+  void ShowTheme();
   void SetSimulated(bool isSimulated);
 
   /// How new the prices are; in amber while there is a reason why that is not as it should be.
@@ -89,6 +91,8 @@ class MainWindow : public QMainWindow {
  private:
   void BuildMenus();
   void OfferActions();
+  void BuildViewMenu();
+  void ShowIndices();
   void BuildStatusBar();
   void SetAmber(QLabel& label, bool isAmber) const;
 
@@ -102,8 +106,8 @@ class MainWindow : public QMainWindow {
   bool isOngoing_ = false;
   QAction* import_ = nullptr;
   QAction* export_ = nullptr;
-  QAction* dark_ = nullptr;
-  QAction* light_ = nullptr;
+  QActionGroup* themes_ = nullptr;
+  QActionGroup* riseFalls_ = nullptr;
   QMenu* addressMenu_ = nullptr;
   QActionGroup* addressGroup_ = nullptr;
   QPushButton* newDay_ = nullptr;
@@ -113,6 +117,7 @@ class MainWindow : public QMainWindow {
   QLabel* dataNotices_ = nullptr;
   QLabel* health_ = nullptr;
   std::vector<QLabel*> indices_;
+  std::vector<IndexLevel> levels_;
   QToolButton* incomplete_ = nullptr;
   QStringList incompleteLines_;
   QProgressBar* progress_ = nullptr;

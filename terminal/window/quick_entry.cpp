@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QTableWidget>
 #include <QVBoxLayout>
 #include <utility>
@@ -53,7 +54,7 @@ QuickEntry::QuickEntry(QWidget* window, QuickEntryActions actions)
 }
 
 void QuickEntry::MakeLayout() {
-  setFrameShape(QFrame::StyledPanel);
+  setFrameShape(QFrame::Box);  // drawn below
   setAutoFillBackground(true);
   setFixedWidth(kWidth);
   text_->setMaxLength(kMostTyped);
@@ -78,6 +79,13 @@ void QuickEntry::MakeLayout() {
   layout->addWidget(text_);
   layout->addWidget(list_);
   layout->addWidget(hint_);
+}
+
+void QuickEntry::paintEvent(QPaintEvent* /*event*/) {
+  // The style takes a frame's colour from the window's, from which it hardly differs on a dark one.
+  QPainter painter(this);
+  painter.setPen(palette().color(QPalette::PlaceholderText));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void QuickEntry::SetCaptureEnabled(bool enabled) {

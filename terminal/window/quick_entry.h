@@ -36,6 +36,7 @@ class QuickEntry : public QFrame, public KeyCodeServices {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
   [[nodiscard]] bool Opens(const QObject* watched, const QKeyEvent& key) const;

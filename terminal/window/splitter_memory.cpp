@@ -44,9 +44,12 @@ void SplitterMemory::Restore(QSplitter& splitter) const {
   for (const QVariant& size : settings_.value(KeyOf(splitter)).toList()) sizes << size.toInt();
   const QList<int> now = splitter.sizes();
   if (sizes.size() != now.size() || *std::min_element(sizes.begin(), sizes.end()) <= 0) return;
-  // In a window of another width the pane that does not stretch keeps its width, others their share.
-  const bool isFirstFixed = sizes.size() == 2 && splitter.widget(0)->sizePolicy().horizontalStretch() == 0 &&
-                            splitter.widget(1)->sizePolicy().horizontalStretch() > 0;
+  // In a window of another size the pane that does not stretch keeps its size, others their share.
+  const auto stretchOf = [&splitter](int pane) {
+    const QSizePolicy policy = splitter.widget(pane)->sizePolicy();
+    return splitter.orientation() == Qt::Horizontal ? policy.horizontalStretch() : policy.verticalStretch();
+  };
+  const bool isFirstFixed = sizes.size() == 2 && stretchOf(0) == 0 && stretchOf(1) > 0;
   if (isFirstFixed) sizes[1] = std::max(LengthOf(now) - sizes[0], 1);
   splitter.setSizes(sizes);
 }

@@ -169,6 +169,30 @@ TEST_F(Window, OpensWhereItWasLeft) {
   EXPECT_TRUE(QString::fromUtf8(Bytes(settings)).contains("address=分时走势")) << "a batch leaves it alone";
 }
 
+TEST_F(Window, TheColoursOfRisesAndFallsSwitchAtOnceAndAreRemembered) {
+  const auto start = [&] {
+    auto terminal = std::make_unique<RunningTerminal>(bench_.Arguments({"--theme", "dark"}), screen_.Environment());
+    EXPECT_TRUE(terminal->WaitForWindow());
+    EXPECT_TRUE(screen_.Enter("^Holdwise"));
+    return terminal;
+  };
+  // The indices in the status bar; of the dark theme's two colours they have one each.
+  const auto isColoured = [&] {
+    return screen_.PointsBelow(QColor(0xff, 0x94, 0x9a)) + screen_.PointsBelow(QColor(0x4c, 0xc9, 0x7f)) > 0;
+  };
+  auto terminal = start();
+  EXPECT_TRUE(Until(isColoured, 10'000)) << "at first";
+  screen_.Keys({"alt+v", "c", "n"});
+  EXPECT_TRUE(Until([&] { return !isColoured(); }, 10'000));
+  EXPECT_GE(terminal->Signal(SIGTERM), 0);
+  EXPECT_TRUE(Bytes(bench_.Work() + "/settings.ini").contains("riseFall=plain"));
+  terminal = start();
+  EXPECT_FALSE(Until(isColoured, 2000));
+  screen_.Keys({"alt+v", "c", "g"});
+  EXPECT_TRUE(Until(isColoured, 10'000));
+  EXPECT_GE(terminal->Signal(SIGTERM), 0);
+}
+
 TEST_F(Window, ADamagedSettingsFileIsSaidAndTheTerminalOpens) {
   ASSERT_TRUE(QDir().mkpath(bench_.Work()));
   ASSERT_TRUE(QFile::setPermissions(bench_.Work(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));

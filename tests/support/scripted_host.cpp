@@ -223,6 +223,11 @@ QColor ScriptedTheme::ColorOf(const QString& key) const {
   return Qt::magenta;
 }
 
+std::optional<QColor> ScriptedTheme::FindColor(const QString& key) const {
+  const auto found = colors.find(key);
+  return found == colors.end() ? std::nullopt : std::optional(found->second);
+}
+
 void ScriptedTheme::AssignPicture(const QString& key, QLabel& image) const {
   image.setScaledContents(true);
   image.setPixmap(PictureOf(key, QSize(4, 4)));

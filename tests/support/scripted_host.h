@@ -142,6 +142,7 @@ class ScriptedTheme final : public ColorThemeServices, public IColorSet2, public
   const IColorSet2& Colors() const override { return *this; }
   const IImageSet2& Images() const override { return *this; }
   QColor ColorOf(const QString& key) const override;
+  std::optional<QColor> FindColor(const QString& key) const override;
   void AssignPicture(const QString& key, QLabel& image) const override;
   QPixmap PictureOf(const QString& key, const QSize& size) const override;
   /// To the other theme and back; telling the plug-in (ChangeColorTheme) is the test's business.

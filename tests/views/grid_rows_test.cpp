@@ -1,18 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The grid's rows: identity, deletion, rows that are not shown, ranges, and the copy of all of them.
+// The grid's rows: identity, deletion, rows that are not shown, and ranges.
 #include <gtest/gtest.h>
 
 #include <QAbstractItemModelTester>
-#include <QApplication>
-#include <QClipboard>
-#include <QContextMenuEvent>
-#include <QMenu>
 #include <QSignalSpy>
-#include <QTest>
 
 #include "common/grid/grid_model.h"
-#include "common/grid/string_grid.h"
-#include "common/grid/table_text.h"
+#include "grid_rows_fixture.h"
 
 namespace holdwise {
 
@@ -21,55 +15,6 @@ void PrintTo(const GridRange& range, std::ostream* out) {
 }
 
 namespace {
-
-GridColors TestColors() {
-  GridColors colors;
-  colors.evenRow = QColor(10, 20, 30);
-  colors.oddRow = QColor(40, 50, 60);
-  colors.selectedRow = QColor(0, 90, 160);
-  colors.unselectedText = QColor(200, 201, 202);
-  colors.selectedText = QColor(255, 254, 253);
-  colors.background = QColor(0, 100, 0);
-  return colors;
-}
-
-/// A shown grid of six rows 20 pixels high, named after their numbers, and two columns of 100 pixels.
-class GridRows : public testing::Test {
- protected:
-  GridRows() {
-    grid.SetColCount(2);
-    grid.SetTitles({QStringLiteral("甲"), QStringLiteral("乙")});
-    grid.SetDefaultRowHeight(20);
-    grid.SetRangeSelect(true);
-    grid.SetColors(TestColors());
-    Fill(6);
-    grid.resize(200, 200);
-    grid.SetColWidths({100, 100});
-    grid.show();
-    QApplication::setActiveWindow(&grid);
-    grid.setFocus();
-    QTest::qWait(10);
-  }
-  void Fill(int rows) {
-    grid.SetRowCount(rows);
-    for (int row = 0; row < rows; ++row) grid.SetCells(0, row, QString::number(row));
-  }
-  /// First cells of all rows.
-  [[nodiscard]] QString Rows() const {
-    QString rows;
-    for (int row = 0; row < grid.RowCount(); ++row) rows += grid.Cells(0, row);
-    return rows;
-  }
-  void Click(int row, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::mouseClick(grid.viewport(), Qt::LeftButton, modifiers, grid.CellRect(0, row).center());
-  }
-  void Key(int key, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::keyClick(&grid, static_cast<Qt::Key>(key), modifiers);
-  }
-  [[nodiscard]] QColor ColorAt(int y) { return grid.viewport()->grab().toImage().pixelColor(2, y); }
-
-  TStringGrid grid{QStringLiteral("Test"), QStringLiteral("grid")};
-};
 
 TEST(NarrowedModel, HoldsToTheRulesOfItemModels) {
   GridModel model;
@@ -282,79 +227,6 @@ TEST_F(GridRows, ARangeAcrossRowsThatAreNotShownCountsThem) {
   Click(1);
   Click(3, Qt::ShiftModifier);
   EXPECT_EQ(grid.Selection(), (GridRange{1, 3}));
-}
-
-// Copying.
-
-TEST(TableText, TitlesAndShownColumnsSeparatedByTabs) {
-  const GridText text{QStringLiteral("g"),
-                      {QStringLiteral("代码"), QStringLiteral("名称"), QString()},
-                      {false, false, true},
-                      {{QStringLiteral("600519"), QStringLiteral("贵州\t茅\n台 "), QStringLiteral("7")},
-                       {QStringLiteral("000001"), QString(), QStringLiteral("8")}}};
-  EXPECT_EQ(TabSeparated(text), QStringLiteral("代码\t名称\n600519\t贵州 茅 台\n000001\t\n"));
-}
-
-class GridCopy : public GridRows {
- protected:
-  GridCopy() {
-    Fill(2);
-    grid.SetCells(1, 0, QStringLiteral("x"));
-    QGuiApplication::clipboard()->setText(QStringLiteral("before"));
-  }
-  [[nodiscard]] static QString Copied() { return QGuiApplication::clipboard()->text(); }
-  [[nodiscard]] QMenu* OpenMenu() {
-    QContextMenuEvent open(QContextMenuEvent::Mouse, {5, 5}, grid.viewport()->mapToGlobal(QPoint(5, 5)));
-    QApplication::sendEvent(grid.viewport(), &open);
-    return grid.findChild<QMenu*>();
-  }
-};
-
-TEST_F(GridCopy, ByKeyboard) {
-  Key(Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(Copied(), QStringLiteral("甲\t乙\n0\tx\n1\t\n"));
-}
-
-TEST_F(GridCopy, ByContextMenu) {
-  grid.OnContextMenu = [](QMenu& menu) { menu.addAction(QStringLiteral("另一个")); };
-  QMenu* menu = OpenMenu();
-  ASSERT_NE(menu, nullptr);
-  ASSERT_EQ(menu->actions().size(), 2);
-  EXPECT_EQ(menu->actions()[0]->text(), QStringLiteral("复制表格"));
-  EXPECT_EQ(menu->actions()[1]->text(), QStringLiteral("另一个"));
-  QTest::keyClick(menu, Qt::Key_Down);
-  QTest::keyClick(menu, Qt::Key_Return);
-  EXPECT_EQ(Copied(), QStringLiteral("甲\t乙\n0\tx\n1\t\n"));
-  QTest::qWait(10);
-  EXPECT_EQ(grid.findChild<QMenu*>(), nullptr) << "it goes when it closes";
-}
-
-TEST_F(GridCopy, AnEmptyGridLeavesTheClipboardAlone) {
-  ClearStrnGrd(grid);
-  Key(Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(Copied(), QStringLiteral("before"));
-  QMenu* menu = OpenMenu();
-  ASSERT_NE(menu, nullptr);
-  EXPECT_FALSE(menu->actions().constFirst()->isEnabled());
-  menu->close();
-}
-
-TEST_F(GridCopy, FractionsAreCopiedInPercentWhereTheTitleSaysSo) {
-  grid.SetCells(1, 0, QStringLiteral("0.12345"));
-  grid.SetColumnPercent(1, true);
-  Key(Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(Copied(), QStringLiteral("甲\t乙\n0\t12.35\n1\t0.00\n"));
-  EXPECT_EQ(grid.ToGridText().rows, (std::vector<QStringList>{{"0", "12.35"}, {"1", "0.00"}}))
-      << "an export has the same";
-  EXPECT_EQ(grid.Cells(1, 0), QStringLiteral("0.12345"));
-  grid.SetColumnPercent(1, false);
-  EXPECT_EQ(grid.ToGridText().rows.front(), QStringList({"0", "0.12345"}));
-}
-
-TEST_F(GridCopy, OnlyTheRowsThatAreShown) {
-  grid.ShowRows([](int row) { return row == 1; });
-  Key(Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(Copied(), QStringLiteral("甲\t乙\n1\t\n"));
 }
 
 }  // namespace

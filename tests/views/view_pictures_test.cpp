@@ -60,6 +60,8 @@ class ViewPictures : public PortfolioViewTest, public testing::WithParamInterfac
  protected:
   ViewPictures() : PortfolioViewTest(GetParam().node) {
     for (const ThemeColor& color : ThemeColors()) bench.host.theme.colors[color.key] = Of(color.key);
+    bench.host.theme.colors[kRiseTextKey] = *RiseTextColor(GetParam().theme, RiseFall::RedRises);
+    bench.host.theme.colors[kFallTextKey] = *FallTextColor(GetParam().theme, RiseFall::RedRises);
     for (const char* key : {"Grid_TitleUpBg", "GridTitle"}) bench.host.theme.colors[key] = Of("ktr_gridtitlebk");
     bench.host.theme.paint = [](const QString& key, const QSize& size) {
       return key.startsWith(QStringLiteral("Qm_Save")) ? PaintThemePicture(GetParam().theme, key, size) : QPixmap();

@@ -61,7 +61,7 @@ TEST_F(EditorList, TheWeightIsDrawnInPercentAndCopiedSo) {
   QTest::qWait(10);
   EXPECT_EQ(drawn, twin.viewport()->grab(twin.CellRect(0, 0)).toImage());
   holdings->setFocus();
-  QTest::keyClick(holdings, Qt::Key_C, Qt::ControlModifier);
+  QTest::keyClick(holdings, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
   EXPECT_EQ(QGuiApplication::clipboard()->text(),
             QStringLiteral("代码\t名称\t数量(股)\t比例(%)\n600000\t浦发银行\t200\t60.00\n"
                            "000001\t平安银行\t100\t40.00\n"));

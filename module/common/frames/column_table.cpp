@@ -42,6 +42,8 @@ void ApplyColumns(const ColumnTable& table, TStringGrid& grid) {
     grid.SetColumnAlignment(place, column.isLeft ? Qt::AlignLeft : Qt::AlignHCenter);
     grid.SetColumnDecimals(place, column.decimals);
     grid.SetColumnPercent(place, column.isPercent);
+    grid.SetColumnSigned(place, column.isSigned);
+    grid.SetColumnPrice(place, column.isPrice);
   }
   grid.SetHiddenColumns(hidden);
 }

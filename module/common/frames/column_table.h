@@ -16,6 +16,8 @@ struct Column {
   bool isLeft = false;     ///< texts at the left edge instead of the middle
   bool isHidden = false;   ///< carries a key or an input; never shown, width 0
   bool isLink = false;     ///< its text opens the row's security, whose code stands in the first link column
+  bool isSigned = false;   ///< its numbers are rises and falls
+  bool isPrice = false;    ///< its numbers follow the prices
   bool isPercent = false;  ///< its cells are fractions, drawn, copied and exported in percent
   int decimals = TStringGrid::kWholeText;  ///< numbers are drawn with so many; the cell keeps its text
 };
@@ -29,7 +31,7 @@ using ColumnTable = std::vector<Column>;
 [[nodiscard]] std::vector<int> WidthsOf(const ColumnTable& table, int clientWidth);
 /// Places of the columns whose texts are links.
 [[nodiscard]] std::vector<int> LinkColumnsOf(const ColumnTable& table);
-/// Gives a grid these columns: count, titles, hidden ones, alignments, drawn decimals and percents.
+/// Gives a grid these columns: count, titles, hidden ones, alignments, what its numbers are and how they are drawn.
 void ApplyColumns(const ColumnTable& table, TStringGrid& grid);
 
 }  // namespace holdwise

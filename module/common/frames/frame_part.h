@@ -25,6 +25,8 @@ class FramePart : public QWidget {
   [[nodiscard]] virtual QStringList PortfolioIds() const { return {}; }
   /// Selects the portfolio as a click on its row does; false when it is not listed here.
   virtual bool SelectPortfolio(const QString& portfolioId);
+  /// The next time its portfolios are read, the one that is selected stays so, unless the list has changed.
+  virtual void KeepSelection() {}
   /// Name of the grid that shows what the selected portfolio holds; empty when this part has none.
   [[nodiscard]] virtual QString HoldingsGridName() const { return {}; }
 };

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "common/frames/holdings_panel.h"
 
+#include <QMenu>
 #include <QVBoxLayout>
 
 #include "common/frames/frame_parts.h"
+#include "common/frames/totals_strip.h"
+#include "common/host/event_guard.h"
 
 namespace holdwise {
 namespace {
@@ -18,7 +21,8 @@ HoldingsPanel::HoldingsPanel(const Design& design, QWidget* parent)
       title_(new TitleStrip(design.caption, DesignFont(kTitlePixels, true), kTitlePlace, this)),
       grid_(new TStringGrid(design.unit, QStringLiteral("StringGrid1"), this)),
       header_(new HeaderStrip(*grid_, design.columns, this)),
-      links_(*grid_, LinkColumnsOf(design.columns)) {
+      links_(*grid_, LinkColumnsOf(design.columns)),
+      codeColumn_(LinkColumnsOf(design.columns).front()) {
   auto* layout = StackedIn(*this);
   layout->addWidget(title_);
   layout->addWidget(header_);
@@ -28,6 +32,25 @@ HoldingsPanel::HoldingsPanel(const Design& design, QWidget* parent)
   };
   grid_->OnMouseMove = [this](const QPoint& position) { MouseMove(position); };
   grid_->OnClientWidthChanged = [this](int) { Fit(); };
+  grid_->OnKeyDown = [this](int key, Qt::KeyboardModifiers modifiers) {
+    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (isEnter && (modifiers & ~Qt::KeypadModifier) == Qt::NoModifier) OpenRow();
+  };
+  grid_->OnContextMenu = [this](QMenu& menu) {
+    if (!grid_->HasRow()) return;
+    connect(menu.addAction(QStringLiteral("打开分时走势\tEnter")), &QAction::triggered, this,
+            [this] { GuardEvent(grid_->Unit(), QStringLiteral("OpenSecurity"), [this] { OpenRow(); }); });
+  };
+}
+
+TotalsStrip& HoldingsPanel::AddTotals(const QStringList& titles) {
+  totals_ = new TotalsStrip(titles, this);
+  layout()->addWidget(totals_);
+  return *totals_;
+}
+
+void HoldingsPanel::OpenRow() {
+  if (grid_->HasRow()) OpenSecurity(grid_->Cells(codeColumn_, grid_->Row()));
 }
 
 void HoldingsPanel::SetTitles(const QStringList& titles) {
@@ -55,6 +78,7 @@ void HoldingsPanel::ApplyTheme() {
   SetPanelColor(*this, ThemeBackground());
   header_->ApplyTheme();
   title_->ApplyTheme();
+  if (totals_ != nullptr) totals_->ApplyTheme();
 }
 
 void HoldingsPanel::Fit() {

@@ -11,9 +11,10 @@ namespace holdwise {
 
 class HeaderStrip;
 class TitleStrip;
+class TotalsStrip;
 
 /// What the selected portfolio holds: a title strip, a header strip and a grid whose code and name texts open the
-/// security. The view fills the grid. User-interface thread only.
+/// security, as Enter and the context menu do for the row. The view fills the grid. User-interface thread only.
 class HoldingsPanel : public FramePart {
  public:
   struct Design {
@@ -24,6 +25,8 @@ class HoldingsPanel : public FramePart {
   HoldingsPanel(const Design& design, QWidget* parent);
 
   [[nodiscard]] TStringGrid& Grid() const { return *grid_; }
+  /// Puts a strip for sums under the grid.
+  TotalsStrip& AddTotals(const QStringList& titles);
   /// Other captions over the shown columns, as HeaderStrip takes them.
   void SetTitles(const QStringList& titles);
   /// Replaces the caption of the title strip; empty for none.
@@ -44,11 +47,14 @@ class HoldingsPanel : public FramePart {
 
  private:
   void MouseMove(const QPoint& position);
+  void OpenRow();
 
   TitleStrip* title_;
   TStringGrid* grid_;
   HeaderStrip* header_;
   SecurityLinks links_;
+  int codeColumn_;
+  TotalsStrip* totals_ = nullptr;
 };
 
 }  // namespace holdwise

@@ -3,12 +3,28 @@
 
 #include <QScopeGuard>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
 
 #include "common/frames/cell_buttons.h"
+#include "common/frames/entry_bar.h"
 #include "common/frames/frame_parts.h"
+#include "common/frames/list_filter.h"
+#include "common/frames/totals_strip.h"
 #include "common/store/database.h"
 
 namespace holdwise {
+namespace {
+
+constexpr int kBelowTotals = 18;  // pixels; with the strip five whole rows fit into the height of the design
+
+int NameColumnOf(const ColumnTable& columns) {
+  const auto found = std::find_if(columns.begin(), columns.end(),
+                                  [](const Column& column) { return column.title == QStringLiteral("组合名称"); });
+  return found == columns.end() ? 0 : static_cast<int>(found - columns.begin());
+}
+
+}  // namespace
 
 QString NoSavedPortfolios() {
   return QStringLiteral(
@@ -20,20 +36,38 @@ PortfolioList::PortfolioList(const Design& design, QWidget* parent)
     : FramePart(parent),
       statement_(design.statement),
       keyColumn_(design.keyColumn),
+      nameColumn_(NameColumnOf(design.columns)),
+      emptyText_(design.emptyText),
+      filter_(new ListFilter(design.unit, this)),
       grid_(new TStringGrid(design.unit, QStringLiteral("strngrd"), this)),
       header_(new HeaderStrip(*grid_, design.columns, this)) {
-  if (design.height > 0) setFixedHeight(design.height);
-  grid_->SetEmptyText(design.emptyText);
+  grid_->SetEmptyText(emptyText_);
   grid_->SetWholeRows(true);
   auto* layout = StackedIn(*this);
+  layout->addWidget(filter_);
   layout->addWidget(header_);
   layout->addWidget(grid_, 1);
+  filter_->hide();
+  filter_->OnChange = [this] { FilterChanged(); };
+  filter_->OnLeave = [this] { grid_->setFocus(); };
   grid_->OnSelectCell = [this](int, int row) {
     Show(row);
     return true;
   };
   grid_->OnMouseMove = [this](const QPoint& position) { MouseMove(position); };
   grid_->OnClientWidthChanged = [this](int) { Fit(); };
+  grid_->OnKeyDown = [this](int key, Qt::KeyboardModifiers modifiers) { KeyDown(key, modifiers); };
+  grid_->OnContextMenu = [this](QMenu& menu) {
+    if (OnMenu && grid_->HasRow()) OnMenu(menu, grid_->Row());
+  };
+}
+
+TotalsStrip& PortfolioList::AddTotals(const QStringList& titles) {
+  totals_ = new TotalsStrip(titles, this);
+  auto* rows = static_cast<QVBoxLayout*>(layout());
+  rows->addWidget(totals_);
+  rows->addSpacing(kBelowTotals);
+  return *totals_;
 }
 
 void PortfolioList::SetTitles(const QStringList& titles) {
@@ -60,24 +94,88 @@ void PortfolioList::SetButtons(CellButtons& buttons) {
 
 void PortfolioList::ReflashData() {
   const ResultSet portfolios = Database().Query(statement_);
+  const int row = grid_->Row();
+  const QStringList kept = std::exchange(kept_, {});
   ClearStrnGrd(*grid_);
   if (OnClear) OnClear();
   if (OnFill) OnFill(portfolios);
-  Reload(0);
+  ShowFilter();
+  ApplyFilter();
+  Reload(!kept.isEmpty() && kept == Listing() ? row : 0);
 }
 
 void PortfolioList::Reload(int row) {
   isForcedReload_ = true;
   const auto reset = qScopeGuard([this] { isForcedReload_ = false; });
-  Show(row);
+  if (grid_->RowHeight(row) == 0) row = std::max(grid_->GetVisualTopRow(), 0);
+  if (row == grid_->Row() || !grid_->SelectCell(0, row)) Show(row);
   grid_->BringIntoView(row);
+}
+
+bool PortfolioList::SelectRow(int row) {
+  if (row >= 0 && grid_->RowHeight(row) == 0) filter_->Clear();
+  return grid_->SelectCell(0, row);
+}
+
+void PortfolioList::KeepSelection() {
+  kept_ = Listing();
+}
+
+QStringList PortfolioList::Listing() const {
+  QStringList listing;
+  for (int row = 0; !grid_->IsEmpty() && row < grid_->RowCount(); ++row)
+    listing << grid_->Cells(keyColumn_, row) << grid_->Cells(nameColumn_, row);
+  return listing;
+}
+
+std::vector<QWidget*> PortfolioList::TabStops() const {
+  return {&filter_->Entry(), grid_};
+}
+
+void PortfolioList::ShowFilter() {
+  const bool isLong = !grid_->IsEmpty() && grid_->RowCount() >= ListFilter::kLeastRows;
+  filter_->setVisible(isLong || !filter_->Text().isEmpty());
+}
+
+bool PortfolioList::ApplyFilter() {
+  const int before = grid_->Row();
+  const bool hadRow = grid_->HasRow();
+  int shown = 0;
+  grid_->ShowRows([&](int row) {
+    const bool isShown = filter_->Admits(grid_->Cells(nameColumn_, row));
+    shown += isShown ? 1 : 0;
+    return isShown;
+  });
+  filter_->SetCounts(shown, grid_->RowCount());
+  const bool isWhole = shown == grid_->RowCount();
+  // The sums are of all portfolios all the same.
+  if (totals_ != nullptr) totals_->SetCaption(isWhole ? QStringLiteral("合计") : QStringLiteral("全部组合合计"));
+  const bool isAll = filter_->Text().isEmpty() || grid_->IsEmpty();
+  grid_->SetEmptyText(isAll ? emptyText_
+                            : QStringLiteral("没有名称含“%1”的组合\n按 Esc 重新列出全部组合").arg(filter_->Text()));
+  return hadRow && grid_->HasRow() && grid_->Row() == before;
+}
+
+void PortfolioList::FilterChanged() {
+  const bool isSame = ApplyFilter();
+  ShowFilter();
+  if (grid_->IsEmpty() || isSame) return;
+  if (grid_->HasRow()) return Reload(grid_->Row());
+  if (OnClear) OnClear();
+  if (OnShow) OnShow(-1);
 }
 
 void PortfolioList::Show(int row) {
   if (!OnShow) return;
-  if (grid_->IsEmpty()) return OnShow(-1);
+  if (!grid_->HasRow()) return OnShow(-1);
   if (row == grid_->Row() && !isForcedReload_) return;
   OnShow(row);
+}
+
+void PortfolioList::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
+  if (!grid_->HasRow() || (modifiers & ~Qt::KeypadModifier) != Qt::NoModifier) return;
+  if (key == Qt::Key_Delete && OnDelete) return OnDelete(grid_->Row());
+  if ((key == Qt::Key_Return || key == Qt::Key_Enter) && OnEnter) return OnEnter(grid_->Row());
 }
 
 void PortfolioList::MouseMove(const QPoint& position) {
@@ -88,6 +186,8 @@ void PortfolioList::MouseMove(const QPoint& position) {
 void PortfolioList::ApplyTheme() {
   SetPanelColor(*this, ThemeBackground());
   header_->ApplyTheme();
+  filter_->ApplyTheme();
+  if (totals_ != nullptr) totals_->ApplyTheme();
 }
 
 void PortfolioList::Fit() {
@@ -102,8 +202,7 @@ QStringList PortfolioList::PortfolioIds() const {
 }
 
 bool PortfolioList::SelectPortfolio(const QString& portfolioId) {
-  const auto row = PortfolioIds().indexOf(portfolioId);
-  return row >= 0 && grid_->SelectCell(0, static_cast<int>(row));
+  return SelectRow(static_cast<int>(PortfolioIds().indexOf(portfolioId)));
 }
 
 }  // namespace holdwise

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QStringList>
 #include <functional>
 
 #include "common/frames/column_table.h"
@@ -11,23 +12,24 @@ namespace holdwise {
 
 class CellButtons;
 class HeaderStrip;
+class ListFilter;
+class TotalsStrip;
 
 /// For an empty list of saved portfolios: that there is none, and how to begin.
 [[nodiscard]] QString NoSavedPortfolios();
 
-/// A grid of portfolios with its header strip: reads them from the database, keeps one selected and says which. A
-/// failing statement throws out of the calls. Without a statement whoever owns the list fills its grid and does not
-/// call ReflashData. User-interface thread only.
+/// A grid of portfolios with its header strip and, above a long list, a box that filters it by name: reads them from
+/// the database, keeps one selected and says which. A failing statement throws out of the calls. Without a statement
+/// whoever owns the list fills its grid and does not call ReflashData. User-interface thread only.
 class PortfolioList : public FramePart {
  public:
-  static constexpr int kHeight = 201;
+  static constexpr int kHeight = 201;  ///< of the whole part above holdings, until the user drags its edge; pixels
   struct Design {
     QString unit;       ///< named in the debug log
     QString statement;  ///< selects the portfolios that are listed; may be empty
     ColumnTable columns;
-    int keyColumn = 0;     ///< the portfolio's id
-    QString emptyText;     ///< shown while no portfolio is listed
-    int height = kHeight;  ///< of the whole part, pixels; 0: as high as its place
+    int keyColumn = 0;  ///< the portfolio's id
+    QString emptyText;  ///< shown while no portfolio is listed
   };
 
   PortfolioList(const Design& design, QWidget* parent);
@@ -44,6 +46,15 @@ class PortfolioList : public FramePart {
   /// grid on the cell goes before it.
   TStringGrid::Hint OnHint;
 
+  /// The user presses Delete, or Enter, on a portfolio.
+  std::function<void(int row)> OnDelete;
+  std::function<void(int row)> OnEnter;
+  /// Adds to the context menu of a portfolio's row.
+  std::function<void(QMenu& menu, int row)> OnMenu;
+
+  /// Puts a strip for sums under the grid.
+  TotalsStrip& AddTotals(const QStringList& titles);
+
   /// Other captions over the shown columns, as HeaderStrip takes them.
   void SetTitles(const QStringList& titles);
   /// Width of the strip with the captions, pixels.
@@ -52,8 +63,11 @@ class PortfolioList : public FramePart {
   /// Pictures that act as buttons in one column; they live longer than the list's events.
   void SetButtons(CellButtons& buttons);
 
-  /// Reads the portfolios again and shows the first. Nothing has changed when the statement fails.
+  /// Reads the portfolios again and shows the first, or after KeepSelection the one that was selected, while the same
+  /// portfolios are listed in the same order. Nothing has changed when the statement fails.
   void ReflashData();
+  /// Selects a row as a click on it does; the filter goes when it hides it. False when there is no such row.
+  bool SelectRow(int row);
   /// Shows a row, also when it is the current one.
   void Reload(int row);
 
@@ -62,17 +76,32 @@ class PortfolioList : public FramePart {
   [[nodiscard]] std::vector<const TStringGrid*> Grids() const override { return {grid_}; }
   [[nodiscard]] QStringList PortfolioIds() const override;
   bool SelectPortfolio(const QString& portfolioId) override;
+  void KeepSelection() override;
+  /// What Tab visits, in this order: the box above the list, and the grid where it is visited at all.
+  [[nodiscard]] std::vector<QWidget*> TabStops() const;
 
  private:
   void Show(int row);
+  void KeyDown(int key, Qt::KeyboardModifiers modifiers);
+  /// The portfolios by id and name, in their order.
+  [[nodiscard]] QStringList Listing() const;
+  void ShowFilter();
+  /// Shows the rows that the filter admits. False when the current row is none of them.
+  bool ApplyFilter();
+  void FilterChanged();
   void MouseMove(const QPoint& position);
 
   QString statement_;
   int keyColumn_;
+  int nameColumn_;
+  QString emptyText_;
+  ListFilter* filter_;
   TStringGrid* grid_;
   HeaderStrip* header_;
   CellButtons* buttons_ = nullptr;
+  TotalsStrip* totals_ = nullptr;
   bool isForcedReload_ = false;
+  QStringList kept_;  ///< the list whose selection is kept; empty: none
 };
 
 }  // namespace holdwise

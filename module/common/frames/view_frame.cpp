@@ -2,12 +2,15 @@
 #include "common/frames/view_frame.h"
 
 #include <QCoreApplication>
+#include <QSplitter>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 #include "common/frames/frame_part.h"
 #include "common/frames/frame_parts.h"
+#include "common/grid/string_grid.h"
 #include "common/host/event_guard.h"
 
 namespace holdwise {
@@ -31,6 +34,47 @@ TViewFrame::TViewFrame(QString unit, QWidget* parent) : QWidget(parent), unit_(s
 void TViewFrame::AddPart(FramePart& part, bool stretches) {
   parts_.push_back(&part);
   static_cast<QVBoxLayout*>(layout())->addWidget(&part, stretches ? 1 : 0);
+}
+
+void TViewFrame::AddParts(FramePart& upper, int upperHeight, FramePart& lower) {
+  constexpr int kLeastHeight = 100;
+  auto* splitter = new QSplitter(Qt::Vertical, this);
+  splitter->setObjectName(unit_ + QStringLiteral(".Splitter"));
+  splitter->setHandleWidth(0);  // the edge is the parts' own; some pixels on both sides of it can be grabbed
+  splitter->setChildrenCollapsible(false);
+  for (FramePart* part : {&upper, &lower}) {
+    parts_.push_back(part);
+    part->setMinimumHeight(kLeastHeight);
+    splitter->addWidget(part);
+  }
+  splitter->setStretchFactor(0, 0);
+  splitter->setStretchFactor(1, 1);
+  splitter->setSizes({upperHeight, upperHeight});
+  static_cast<QVBoxLayout*>(layout())->addWidget(splitter, 1);
+}
+
+void TViewFrame::KeepSelection() {
+  for (FramePart* part : parts_) part->KeepSelection();
+}
+
+std::vector<QWidget*> TViewFrame::Panes() const {
+  std::vector<QWidget*> panes;
+  for (const FramePart* part : parts_) {
+    const auto grids = part->findChildren<TStringGrid*>();
+    panes.insert(panes.end(), grids.begin(), grids.end());
+    if (!grids.isEmpty()) continue;
+    const auto controls = part->findChildren<QWidget*>();
+    const auto first = std::find_if(controls.begin(), controls.end(), [](const QWidget* control) {
+      return control->isEnabled() && (control->focusPolicy() & Qt::TabFocus);
+    });
+    if (first != controls.end()) panes.push_back(*first);
+  }
+  const auto placeOf = [this](const QWidget* pane) {
+    const QPoint place = pane->mapTo(this, QPoint());
+    return std::tuple(place.y(), place.x());
+  };
+  std::stable_sort(panes.begin(), panes.end(), [&](auto* a, auto* b) { return placeOf(a) < placeOf(b); });
+  return panes;
 }
 
 void TViewFrame::msg_changeskin() {
@@ -87,7 +131,8 @@ bool TViewFrame::event(QEvent* event) {
         ReflashNowPrice();
         return true;
       case FrameMessage::Hidden:
-        return false;
+        KeepSelection();
+        return true;
     }
   } catch (...) {
     message->failure = std::current_exception();

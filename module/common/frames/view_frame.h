@@ -55,7 +55,7 @@ class TViewFrame : public QWidget {
   [[nodiscard]] int Tag() const noexcept { return tag_; }
   void SetTag(int tag) noexcept { tag_ = tag; }
 
-  /// Handlers of the messages. Nobody handles FrameMessage::Hidden.
+  /// Handlers of the messages. On FrameMessage::Hidden the parts keep their selection for the next time.
   virtual void DoInit_() {}
   /// Re-reads the theme for the frame and its parts.
   virtual void msg_changeskin();
@@ -68,6 +68,11 @@ class TViewFrame : public QWidget {
   [[nodiscard]] ViewCatalogue::Holdings HoldingsGrid() const;
   /// Selects the portfolio as a click on its row does; false when it is not listed.
   bool SelectPortfolio(const QString& portfolioId);
+  /// The data is going to be read again, not anew: what is selected stays so, unless the list has changed.
+  void KeepSelection();
+  /// What the keys can be given to, from top to bottom and from left to right: the grids, and of a part without one its
+  /// first control.
+  [[nodiscard]] std::vector<QWidget*> Panes() const;
   /// What a user can set in the view, with what stands there now.
   [[nodiscard]] virtual std::vector<ViewCatalogue::Input> Inputs() const { return {}; }
   /// Sets one as the user would, and applies it. @return what the user would be told when it is refused; empty when
@@ -97,6 +102,9 @@ class TViewFrame : public QWidget {
   }
   /// Puts a part below the ones there are; a part that stretches takes the height that is left.
   void AddPart(FramePart& part, bool stretches);
+  /// Puts two parts below the ones there are, with an edge between them that can be dragged; the upper one is so high
+  /// at first, the lower one takes what is left.
+  void AddParts(FramePart& upper, int upperHeight, FramePart& lower);
   bool event(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "common/grid/focus_mark.h"
 
-#include <QEvent>
+#include <QFocusEvent>
 #include <QPainter>
 
 namespace holdwise {
@@ -27,6 +27,10 @@ bool FocusMark::eventFilter(QObject* watched, QEvent* event) {
   const auto type = event->type();
   if (type == QEvent::Resize) setGeometry(parentWidget()->rect());
   if (type == QEvent::FocusIn) {
+    const auto reason = static_cast<QFocusEvent*>(event)->reason();
+    const bool isByKey =
+        reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+    if (isForKeysOnly_ && !isByKey) return QWidget::eventFilter(watched, event);
     raise();
     show();
   }

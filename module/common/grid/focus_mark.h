@@ -12,6 +12,8 @@ class FocusMark : public QWidget {
   /// The mark of a widget, which owns it; made on the first call.
   static FocusMark& On(QWidget& owner);
   void SetColor(const QColor& color);
+  /// For a widget that shows by itself where the keys act: no frame when a click has brought the focus.
+  void SetForKeysOnly(bool isOn) { isForKeysOnly_ = isOn; }
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -22,6 +24,7 @@ class FocusMark : public QWidget {
   explicit FocusMark(QWidget& owner);
 
   QColor color_;
+  bool isForKeysOnly_ = false;
 };
 
 }  // namespace holdwise

@@ -31,6 +31,11 @@ bool IsModifier(int key) {
 
 GridPicks::GridPicks(TStringGrid& grid) : grid_(grid) {
   grid.installEventFilter(this);
+  grid.IsRowChosen = [this](int row) { return IsEmpty() ? grid_.Selection().Contains(row) : IsPicked(row); };
+}
+
+GridPicks::~GridPicks() {
+  grid_.IsRowChosen = {};
 }
 
 bool GridPicks::IsPicked(int row) const {

@@ -16,6 +16,7 @@ class TStringGrid;
 class GridPicks : public QObject {
  public:
   explicit GridPicks(TStringGrid& grid);
+  ~GridPicks() override;
 
   [[nodiscard]] const RowPicks& Rows() const noexcept { return rows_; }
   [[nodiscard]] bool IsEmpty() const noexcept { return rows_.IsEmpty(); }

@@ -18,7 +18,7 @@ struct Tones {
   QColor normal;
   QColor pressed;
 };
-constexpr Tones kRed{{222, 92, 84}, {176, 60, 54}};
+constexpr Tones kGrey{{130, 140, 152}, {98, 108, 120}};  // red and green tell of prices
 constexpr Tones kBlue{{70, 140, 220}, {44, 104, 176}};
 constexpr Tones kAmber{{208, 140, 40}, {166, 104, 20}};
 
@@ -57,7 +57,7 @@ QPixmap SavePicture(bool isPressed) {
 }
 
 QPixmap DeletePicture(bool isPressed) {
-  return Painted(kRed, isPressed, [&](QPainter& painter) {
+  return Painted(kGrey, isPressed, [&](QPainter& painter) {
     const QBrush body = painter.brush();
     painter.setBrush(Qt::NoBrush);
     painter.drawLine(QLineF(3, 5, 17, 5));

@@ -15,12 +15,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "common/grid/cell_geometry.h"
+#include "cell_flash.h"
 #include "common/grid/focus_mark.h"
 #include "common/host/event_guard.h"
 #include "common/host/font.h"
 #include "grid_model.h"
-#include "holdwise/packet/number_text.h"
 
 namespace holdwise {
 namespace {
@@ -39,6 +38,9 @@ class GridDelegate : public QStyledItemDelegate {
     painter->setClipRect(option.rect, Qt::IntersectClip);
     painter->setFont(grid_.font());
     grid_.OnDrawCell ? grid_.OnDrawCell(*painter, cell) : grid_.DrawDefaultCell(*painter, cell);
+    const bool hasKeys = grid_.hasFocus() && row == grid_.Row() && index.column() == 0;
+    const QColor& sign = grid_.Colors().focusFrame;
+    if (hasKeys && sign.isValid()) PaintKeyBar(*painter, rect, sign);
     if (!grid_.RemarkOf({cell.column, cell.row}).isEmpty()) PaintCellMark(*painter, cell, grid_.Colors());
     painter->restore();
   }
@@ -50,7 +52,7 @@ class GridDelegate : public QStyledItemDelegate {
 }  // namespace
 
 TStringGrid::TStringGrid(QString unit, const QString& name, QWidget* parent)
-    : QTableView(parent), unit_(std::move(unit)), model_(new GridModel(this)) {
+    : QTableView(parent), unit_(std::move(unit)), model_(new GridModel(this)), flash_(std::make_unique<CellFlash>()) {
   setObjectName(name);
   setFont(DesignFont());
   setModel(model_);
@@ -80,6 +82,9 @@ TStringGrid::TStringGrid(QString unit, const QString& name, QWidget* parent)
   emptyText_->setAttribute(Qt::WA_TransparentForMouseEvents);
   emptyText_->hide();
   connect(model_, &QAbstractItemModel::dataChanged, this, &TStringGrid::UpdateEmptyText);
+  // Another row stands in a place then.
+  connect(model_, &QAbstractItemModel::rowsRemoved, this, [this] { flash_->PutOutAll(); });
+  flash_->OnOver = [this](int column, int row) { RedrawCell({column, row}); };
   selectionModel()->setCurrentIndex(model_->index(0, 0), QItemSelectionModel::NoUpdate);
 }
 
@@ -101,6 +106,7 @@ const QString& TStringGrid::Cells(int column, int row) const {
   return model_->Text(column, row);
 }
 void TStringGrid::SetCells(int column, int row, const QString& text) {
+  if (prices_.count(column) != 0) NotePrice(column, row, text);
   model_->SetText(column, row, text);
 }
 
@@ -131,81 +137,6 @@ void TStringGrid::SetHiddenColumns(const std::vector<int>& columns) {
   }
 }
 
-void TStringGrid::SetColumnAlignment(int column, Qt::Alignment alignment) {
-  std::erase(leftColumns_, column);
-  if (alignment.testFlag(Qt::AlignLeft)) leftColumns_.push_back(column);
-}
-
-Qt::Alignment TStringGrid::ColumnAlignment(int column) const {
-  const bool left = std::find(leftColumns_.begin(), leftColumns_.end(), column) != leftColumns_.end();
-  return left ? Qt::AlignLeft : Qt::AlignHCenter;
-}
-
-void TStringGrid::SetColumnDecimals(int column, int decimals) {
-  decimals_.erase(column);
-  if (decimals != kWholeText) decimals_.emplace(column, decimals);
-}
-
-void TStringGrid::SetColumnPercent(int column, bool isOn) {
-  isOn ? static_cast<void>(percents_.insert(column)) : static_cast<void>(percents_.erase(column));
-}
-
-QString TStringGrid::TextInItsUnit(const GridCell& cell) const {
-  constexpr int kDecimals = 2;
-  const QString& text = Cells(cell.column, cell.row);
-  return percents_.count(cell.column) == 0 ? text : FormatFixed(RealOr(text) * 100, kDecimals);
-}
-
-QString TStringGrid::DrawnText(const GridCell& cell) const {
-  if (noFigures_.count({cell.column, cell.row}) != 0) return QStringLiteral("—");
-  QString text = TextInItsUnit(cell).trimmed();
-  const auto decimals = decimals_.find(cell.column);
-  if (decimals == decimals_.end()) return text;
-  const auto number = ParseReal(text);
-  return number ? FormatFixed(*number, decimals->second) : text;
-}
-
-void TStringGrid::SetRemark(const GridCell& cell, const QString& remark) {
-  if (remark == RemarkOf(cell)) return;
-  const std::pair key(cell.column, cell.row);
-  remark.isEmpty() ? static_cast<void>(remarks_.erase(key)) : static_cast<void>(remarks_[key] = remark);
-  RedrawCell(cell);
-}
-
-QString TStringGrid::RemarkOf(const GridCell& cell) const {
-  const auto found = remarks_.find({cell.column, cell.row});
-  return found == remarks_.end() ? QString() : found->second;
-}
-
-void TStringGrid::SetNoFigure(const GridCell& cell, const QString& remark) {
-  noFigures_.emplace(cell.column, cell.row);
-  SetRemark(cell, remark);
-}
-
-void TStringGrid::ClearRemarks() {
-  remarks_.clear();
-  noFigures_.clear();
-  viewport()->update();
-}
-
-void TStringGrid::SetColors(const GridColors& colors) {
-  colors_ = colors;
-  QPalette area = palette();
-  area.setColor(QPalette::Base, colors.background);
-  area.setColor(QPalette::Window, colors.background);
-  // A label on the cell area takes its colour from the text of that area.
-  for (const auto role : {QPalette::WindowText, QPalette::Text}) area.setColor(role, colors.unselectedText);
-  setPalette(area);
-  // Only where Tab leads to is it worth knowing where one is.
-  if (focusPolicy() & Qt::TabFocus) FocusMark::On(*this).SetColor(colors.focusFrame);
-  viewport()->update();
-}
-
-void TStringGrid::DrawCellIn(QPainter& painter, const GridCellPaint& cell, const GridColors& colors) const {
-  PaintCellBackground(painter, cell, colors);
-  PaintCellText(painter, cell, colors, DrawnText({cell.column, cell.row}), ColumnAlignment(cell.column));
-}
-
 void TStringGrid::SetWholeRows(bool whole) {
   isWholeRows_ = whole;
   updateGeometries();
@@ -223,6 +154,10 @@ void TStringGrid::updateGeometries() {
   // At the end of the scroll bar the rows lie where the hidden header, as high as it is, has its last one.
   verticalHeader()->resize(verticalHeader()->width(), viewport()->height());
   QMetaObject::invokeMethod(verticalHeader(), "updateGeometries");  // a hidden one does not by itself
+  const QScrollBar& bar = *verticalScrollBar();
+  if (bar.maximum() == 0 || bar.value() != bar.maximum()) return;
+  verticalHeader()->setOffsetToLastSection();  // of the height that it has now
+  viewport()->update();
 }
 
 void TStringGrid::SetEmptyText(const QString& text) {
@@ -235,28 +170,6 @@ void TStringGrid::UpdateEmptyText() {
   // Leaving and entering the empty state changes how every cell is drawn, not only the changed ones.
   const bool wasEmpty = std::exchange(wasEmpty_, IsEmpty());
   if (wasEmpty != wasEmpty_) viewport()->update();
-}
-
-QRect TStringGrid::ShownPart(QRect cell) const {
-  cell.setRight(std::min(cell.right(), ClientWidth() - 1));
-  return cell;
-}
-
-QRect TStringGrid::TextBox(const GridCell& cell) const {
-  const QRect rect = ShownPart(CellRect(cell.column, cell.row));
-  const QSize size(TextWidth(cell), fontMetrics().height());
-  return ColumnAlignment(cell.column) == Qt::AlignLeft ? LeftTextBox(rect, size) : CentredTextBox(rect, size);
-}
-
-int TStringGrid::TextWidth(const GridCell& cell) const {
-  return fontMetrics().horizontalAdvance(DrawnText(cell));
-}
-
-QString TStringGrid::ClippedText(const GridCell& cell) const {
-  const int width = ShownPart(CellRect(cell.column, cell.row)).width();
-  const QString text = TextInItsUnit(cell);
-  const bool losesDigits = RealOr(text) != RealOr(DrawnText(cell));
-  return losesDigits || IsClipped(TextWidth(cell), width) ? text : QString();
 }
 
 void TStringGrid::SetHandCursor(bool hand) {
@@ -353,9 +266,12 @@ int TStringGrid::RowForKey(int key) const {
 }
 
 void TStringGrid::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Copy)) {
+  const auto isControl = [event](Qt::KeyboardModifiers also) {
+    return event->key() == Qt::Key_C && event->modifiers() == (Qt::ControlModifier | also);
+  };
+  if (event->matches(QKeySequence::Copy) || isControl(Qt::ShiftModifier)) {
     event->accept();
-    return CopyTable();
+    return isControl(Qt::ShiftModifier) ? CopyTable() : CopyRows();
   }
   const int row = RowForKey(event->key());
   // Keys the grid has no use for go on to the host.

@@ -3,6 +3,7 @@
 #include <QTableView>
 #include <functional>
 #include <map>
+#include <memory>
 #include <set>
 #include <utility>
 #include <vector>
@@ -16,6 +17,7 @@ class QMenu;
 
 namespace holdwise {
 
+class CellFlash;
 class GridModel;
 
 /// A cell by column and row; (-1, -1) = none.
@@ -37,7 +39,8 @@ struct GridRange {
 
 /// The one grid of all views: texts in columns and rows, whole-row selection, no headers and no lines, a vertical
 /// scroll bar only. There is always at least one row; the grid counts as empty while its cell (0, 0) is empty, and then
-/// draws nothing. Ctrl+C and the context menu copy it to the clipboard. User-interface thread only.
+/// draws nothing. Ctrl+C copies the rows that stand out, Ctrl+Shift+C the whole table, the context menu either or a
+/// cell. User-interface thread only.
 class TStringGrid : public QTableView {
   Q_OBJECT
  public:
@@ -118,6 +121,12 @@ class TStringGrid : public QTableView {
   /// The column's fractions are drawn, copied and given to a host in percent with two decimals, what is no number as 0:
   /// its title says percent. The cells keep their texts.
   void SetColumnPercent(int column, bool isOn);
+  /// The column's numbers tell of rises and falls: where the colours tell these apart, they are drawn in them, what
+  /// rises with a "+". The cells keep their texts.
+  void SetColumnSigned(int column, bool isOn);
+  /// The column's numbers are prices, or rest on them: where the colours tell rises from falls, a cell whose number
+  /// changes in front of the user is lit for a moment.
+  void SetColumnPrice(int column, bool isOn);
   /// What has to be known of a cell's figure: a small mark in its corner, the remark under the mouse. The cell keeps
   /// its text. Empty takes it away, as ClearStrnGrd does from every cell.
   void SetRemark(const GridCell& cell, const QString& remark);
@@ -159,10 +168,20 @@ class TStringGrid : public QTableView {
   /// All texts with the titles, in the unit that the titles say; no rows while the grid is empty.
   [[nodiscard]] GridText ToGridText() const;
   [[nodiscard]] GridModel& Model() const { return *model_; }
-  /// Puts the shown columns of the shown rows with their titles on the clipboard, tab-separated. An empty grid leaves
-  /// the clipboard alone.
+  /// Puts the shown columns of the shown rows with their titles on the clipboard, tab-separated. Texts are copied whole
+  /// and in the unit that their titles say, also those that are drawn with fewer decimals or a "+". An empty grid
+  /// leaves the clipboard alone.
   void CopyTable() const;
-  /// Adds entries to the context menu that is about to be shown; the menu goes when it closes.
+  /// The same of the rows that stand out: under their titles, without which nobody who pastes them knows a price from a
+  /// quantity.
+  void CopyRows() const;
+  void CopyCell(const GridCell& cell) const;
+  /// Does a row stand out? Unset: when it is selected.
+  std::function<bool(int row)> IsRowChosen;
+  /// Is the current row one that is shown, with texts? What is done to "the row" can be done then.
+  [[nodiscard]] bool HasRow() const { return !IsEmpty() && RowHeight(Row()) > 0; }
+  /// Adds entries to the context menu that is about to be shown; the menu goes when it closes. A row under the mouse
+  /// that did not stand out has become current by then.
   std::function<void(QMenu& menu)> OnContextMenu;
 
   /// Mouse events, positions in viewport pixels. OnMouseDown comes after the row under the mouse has become current; a
@@ -190,9 +209,16 @@ class TStringGrid : public QTableView {
 
  private:
   void UpdateEmptyText();
+  [[nodiscard]] bool StandsOut(int row) const { return IsRowChosen ? IsRowChosen(row) : Selection().Contains(row); }
+  void FillMenu(QMenu& menu, const GridCell& cell);
   /// A row's texts as they leave the grid.
   [[nodiscard]] QStringList TextsOf(int row) const;
   [[nodiscard]] QString DrawnText(const GridCell& cell) const;
+  /// The same without the "+" of what rises.
+  [[nodiscard]] QString UnsignedText(const GridCell& cell) const;
+  /// Above 0 for a figure that is drawn as a rise, below for a fall, 0 for any other text.
+  [[nodiscard]] int SignOf(const GridCell& cell, const GridColors& colors) const;
+  void NotePrice(int column, int row, const QString& text);
   /// The cell's own text, but of a fraction whose title says percent the percents.
   [[nodiscard]] QString TextInItsUnit(const GridCell& cell) const;
   void Guarded(const std::function<void()>& body) const;
@@ -206,8 +232,11 @@ class TStringGrid : public QTableView {
   GridColors colors_;
   QStringList titles_;
   std::vector<int> leftColumns_;
-  std::map<int, int> decimals_;                     ///< by column
-  std::set<int> percents_;                          ///< columns of fractions that are drawn in percent
+  std::map<int, int> decimals_;  ///< by column
+  std::set<int> percents_;       ///< columns of fractions that are drawn in percent
+  std::set<int> signed_;         ///< columns of rises and falls
+  std::set<int> prices_;         ///< columns whose changes are lit
+  std::unique_ptr<CellFlash> flash_;
   std::map<std::pair<int, int>, QString> remarks_;  ///< by column and row
   std::set<std::pair<int, int>> noFigures_;         ///< likewise
   int rowHeight_ = kDefaultRowHeight;

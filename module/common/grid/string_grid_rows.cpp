@@ -119,9 +119,44 @@ void TStringGrid::CopyTable() const {
   QGuiApplication::clipboard()->setText(TabSeparated(text));
 }
 
+void TStringGrid::CopyRows() const {
+  if (IsEmpty()) return;
+  GridText text = ToGridText();
+  text.rows.clear();
+  for (int row = 0; row < RowCount(); ++row) {
+    if (RowHeight(row) > 0 && StandsOut(row)) text.rows.push_back(TextsOf(row));
+  }
+  if (!text.rows.empty()) QGuiApplication::clipboard()->setText(TabSeparated(text));
+}
+
+void TStringGrid::CopyCell(const GridCell& cell) const {
+  if (!IsEmpty()) QGuiApplication::clipboard()->setText(TextInItsUnit(cell).simplified());
+}
+
+void TStringGrid::FillMenu(QMenu& menu, const GridCell& cell) {
+  const auto add = [&](const QString& text, bool isEnabled, const std::function<void()>& act) {
+    QAction* action = menu.addAction(text);
+    action->setEnabled(isEnabled);
+    connect(action, &QAction::triggered, this, act);
+  };
+  const bool isOnRow = HasRow() && !cell.IsNone();
+  add(QStringLiteral("复制单元格"), isOnRow, [this, cell] { CopyCell(cell); });
+  add(QStringLiteral("复制行\tCtrl+C"), isOnRow, [this] { CopyRows(); });
+  add(QStringLiteral("复制表格\tCtrl+Shift+C"), !IsEmpty(), [this] { CopyTable(); });
+  const auto copying = menu.actions().size();
+  if (OnContextMenu) OnContextMenu(menu);
+  if (menu.actions().size() > copying) menu.insertSeparator(menu.actions().at(copying));
+}
+
 void TStringGrid::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
   Guarded([this, event] {
+    // The menu concerns the row that it is opened on; by keyboard, the current one.
+    const bool isByMouse = event->reason() == QContextMenuEvent::Mouse;
+    const GridCell current{std::max(currentIndex().column(), 0), Row()};
+    const GridCell cell = isByMouse ? MouseToCell(event->pos()) : current;
+    const bool isOther = isByMouse && !IsEmpty() && !cell.IsNone() && !StandsOut(cell.row);
+    if (isOther && !SelectCell(cell.column, cell.row)) return;
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     QPalette colors = menu->palette();
@@ -131,10 +166,9 @@ void TStringGrid::contextMenuEvent(QContextMenuEvent* event) {
     }
     menu->setPalette(colors);
     menu->setFont(font());
-    connect(menu->addAction(QStringLiteral("复制表格")), &QAction::triggered, this, [this] { CopyTable(); });
-    menu->actions().constFirst()->setEnabled(!IsEmpty());
-    if (OnContextMenu) OnContextMenu(*menu);
-    menu->popup(event->globalPos());
+    FillMenu(*menu, cell);
+    const QPoint below = viewport()->mapToGlobal(CellRect(cell.column, cell.row).bottomLeft());
+    menu->popup(isByMouse ? event->globalPos() : below);
   });
 }
 

@@ -13,6 +13,8 @@ GridColors ReadGridColors(const IColorSet& colors) {
   read.titleText = colors.ColorOf(theme::kGridTitleText);
   read.background = colors.ColorOf(theme::kBackground);
   read.focusFrame = colors.ColorOf(theme::kClickText);
+  read.rise = colors.FindColor(theme::kRiseText).value_or(QColor());
+  read.fall = colors.FindColor(theme::kFallText).value_or(QColor());
   return read;
 }
 

@@ -39,6 +39,9 @@ inline const QString kGridTitlePicture = QStringLiteral("GridTitle");
 inline const QString kSavePicture = QStringLiteral("Qm_SaveBgPic");
 inline const QString kSaveHoverPicture = QStringLiteral("Qm_SaveMovePic");
 inline const QString kTreeLine = QStringLiteral("TreeListColor");
+// Beyond those that every host has: texts of figures that rise and fall.
+inline const QString kRiseText = QStringLiteral("Grid_RiseTxtColor");
+inline const QString kFallText = QStringLiteral("Grid_FallTxtColor");
 
 }  // namespace holdwise::theme
 
@@ -54,7 +57,11 @@ struct GridColors {
   QColor titleText;
   QColor background;
   QColor focusFrame;
+  QColor rise;  ///< of texts of figures that rise; not valid where the host has no such colours
+  QColor fall;
 
+  /// Are figures that rise and fall told apart?
+  [[nodiscard]] bool TellsRiseFromFall() const { return rise.isValid() && fall.isValid(); }
   bool operator==(const GridColors&) const = default;
 };
 

@@ -27,8 +27,8 @@ TFrm_FXJL::TFrm_FXJL(QWidget* parent)
                               this)),
       holdings_(new HoldingsPanel(
           {.unit = kUnit, .columns = risk::SecurityTable(), .caption = QStringLiteral("组合名称")}, this)) {
-  AddPart(*list_, false);
-  AddPart(*holdings_, true);
+  AddParts(*list_, PortfolioList::kHeight, *holdings_);
+  list_->OnEnter = [this](int) { holdings_->Grid().setFocus(); };
   list_->OnClear = [this] { holdings_->Clear(); };
   list_->OnFill = [this](const ResultSet& portfolios) { risk::ShowPortfolios(portfolios, list_->Grid()); };
   list_->OnShow = [this](int row) { ShowHoldings(row); };

@@ -5,11 +5,11 @@ namespace holdwise::decomposition {
 
 const ColumnTable& PortfolioTable() {
   static const ColumnTable table = [] {
-    ColumnTable columns;
-    for (const auto& title : {QStringLiteral("组合名称"), QStringLiteral("回报率(%)"), QStringLiteral("超额回报率(%)"),
-                              QStringLiteral("风险增溢(%)"), QStringLiteral("选择回报率(%)"),
-                              QStringLiteral("多样化增溢(%)"), QStringLiteral("净选择回报率(%)")}) {
-      columns.push_back({.title = title});
+    ColumnTable columns{{.title = QStringLiteral("组合名称")}};
+    for (const auto& title :
+         {QStringLiteral("回报率(%)"), QStringLiteral("超额回报率(%)"), QStringLiteral("风险增溢(%)"),
+          QStringLiteral("选择回报率(%)"), QStringLiteral("多样化增溢(%)"), QStringLiteral("净选择回报率(%)")}) {
+      columns.push_back({.title = title, .isSigned = true});
     }
     columns.back().takesRest = true;
     while (columns.size() < kColumns) columns.push_back({.isHidden = true});

@@ -26,8 +26,7 @@ TFrm_YJFJ::TFrm_YJFJ(QWidget* parent)
                                .emptyText = NoSavedPortfolios()},
                               this)),
       chart_(new StepChartPart(kUnit, QStringLiteral("RzPanel5"), this)) {
-  AddPart(*list_, false);
-  AddPart(*chart_, true);
+  AddParts(*list_, PortfolioList::kHeight, *chart_);
   list_->OnFill = [this](const ResultSet& portfolios) {
     decomposition::ShowPortfolios(portfolios, rate_.value_or(0), list_->Grid());
   };

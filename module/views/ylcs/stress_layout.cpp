@@ -8,9 +8,9 @@ const ColumnTable& PortfolioTable() {
       {.title = QStringLiteral("组合名称")},
       {.title = QStringLiteral("创建日期")},
       {.title = QStringLiteral("预期市值(元)")},
-      {.title = QStringLiteral("预期涨跌幅(%)")},
-      {.title = QStringLiteral("预期收益(元)")},
-      {.title = QStringLiteral("预期收益率(%)"), .takesRest = true},
+      {.title = QStringLiteral("预期涨跌幅(%)"), .isSigned = true},
+      {.title = QStringLiteral("预期收益(元)"), .isSigned = true},
+      {.title = QStringLiteral("预期收益率(%)"), .takesRest = true, .isSigned = true},
       {.isHidden = true},
   };
   return table;
@@ -21,8 +21,8 @@ const ColumnTable& HoldingTable() {
       {.title = QStringLiteral("股票代码"), .isLink = true},
       {.title = QStringLiteral("股票名称"), .isLink = true},
       {.title = QStringLiteral("预期价(元)")},
-      {.title = QStringLiteral("预期涨跌幅(%)")},
-      {.title = QStringLiteral("预期损益(元)"), .takesRest = true},
+      {.title = QStringLiteral("预期涨跌幅(%)"), .isSigned = true},
+      {.title = QStringLiteral("预期损益(元)"), .takesRest = true, .isSigned = true},
   };
   return table;
 }

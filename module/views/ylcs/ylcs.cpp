@@ -72,8 +72,8 @@ void TFrm_YLCS::InitAppear() {
   Edit1->OnKeyPress = [this](QChar key) { return Edit1KeyPress(key); };
   connect(Edit1, &QLineEdit::textEdited, this, [this] { isEdited_ = true; });
   AddPart(*bar_, false);
-  AddPart(*list_, false);
-  AddPart(*holdings_, true);
+  AddParts(*list_, PortfolioList::kHeight, *holdings_);
+  list_->OnEnter = [this](int) { holdings_->Grid().setFocus(); };
   list_->OnClear = [this] { holdings_->Clear(); };
   list_->OnFill = [this](const ResultSet& portfolios) {
     stress::ShowPortfolios(portfolios, *scenario_, list_->Grid());

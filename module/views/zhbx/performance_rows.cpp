@@ -11,6 +11,7 @@
 #include "holdwise/packet/number_text.h"
 #include "performance_figures.h"
 #include "performance_layout.h"
+#include "performance_totals.h"
 
 namespace holdwise::performance {
 namespace {
@@ -103,14 +104,15 @@ QStringList ShowHoldings(const ResultSet& holdings, TStringGrid& grid) {
   return codes;
 }
 
-void RefreshHoldings(TStringGrid& grid, QStringList& closesDue) {
+std::vector<Total> RefreshHoldings(TStringGrid& grid, QStringList& closesDue) {
   const TNameValueSnapshot prices = g_NowPrice->GetNowPriceStringList();
   if (prices->Count() == 0)
-    return;  // before the first prices every row is skipped; spare the first picture the queries
+    return {};  // before the first prices every row is skipped; spare the first picture the queries
   const TNameValueSnapshot previousCloses = g_UserValue->GetUserPrvCloseValues();
   const GridBatch batch(grid);
   if (!closesDue.isEmpty()) ShowCloses(closesDue, grid);
   closesDue.clear();
+  std::vector<TotalInput> totals;
   for (int row = 0; row < grid.RowCount(); ++row) {
     const QString& code = grid.Cells(kCode, row);
     HoldingInput input;
@@ -120,6 +122,9 @@ void RefreshHoldings(TStringGrid& grid, QStringList& closesDue) {
     input.monthClose = RealOr(grid.Cells(kMonthClose, row));
     input.buyPrice = RealOr(grid.Cells(kBuyPrice, row));
     input.quantity = IntegerOr(grid.Cells(kQuantity, row));
+    const auto quantity = static_cast<double>(input.quantity);
+    totals.push_back({grid.Cells(kSecurityName, row), input.price * quantity, input.previousClose * quantity,
+                      input.buyPrice * quantity});
     const auto figures = FiguresOf(input);
     if (!figures) continue;
     RemarkOnCloses(grid, row, input);
@@ -131,11 +136,12 @@ void RefreshHoldings(TStringGrid& grid, QStringList& closesDue) {
     grid.SetCells(kHoldingGain, row, figures->gain);
     grid.SetCells(kHoldingGainRate, row, figures->gainRate);
   }
+  return TotalsOf(totals, QStringLiteral("只股票"));
 }
 
-void RefreshPortfolios(TStringGrid& grid) {
+std::vector<Total> RefreshPortfolios(TStringGrid& grid) {
   const TNameValueSnapshot values = g_NowPrice->GetNowValueGroupStringList();
-  if (values->Count() == 0) return;
+  if (values->Count() == 0) return {};
   const TNameValueSnapshot weekCloses = g_ClosePrice->GetWeekCloseStringList_Sum();
   const TNameValueSnapshot monthCloses = g_ClosePrice->GetMonthCloseStringList_Sum();
   const TNameValueSnapshot costs = g_UserValue->GetUserValuesStringList();
@@ -143,7 +149,9 @@ void RefreshPortfolios(TStringGrid& grid) {
   const TMissingCodes withoutPreviousClose = g_UserValue->HoldingsWithoutPreviousClose();
   const TMissingCodes withoutWeekClose = g_ClosePrice->HoldingsWithoutWeekClose();
   const TMissingCodes withoutMonthClose = g_ClosePrice->HoldingsWithoutMonthClose();
+  const TMissingCodes withoutPrice = g_NowPrice->HoldingsWithoutPrice();
   const GridBatch batch(grid);
+  std::vector<TotalInput> totals;
   for (int row = 0; row < grid.RowCount(); ++row) {
     const QString& id = grid.Cells(kId, row);
     PortfolioInput input;
@@ -152,6 +160,8 @@ void RefreshPortfolios(TStringGrid& grid) {
     input.monthCloseValue = RealOr(monthCloses->ValueOf(id));
     input.cost = RealOr(costs->ValueOf(id));
     if (!withoutPreviousClose.contains(id)) input.previousCloseValue = RealOr(previousCloses->ValueOf(id));
+    totals.push_back(
+        {grid.Cells(kName, row), input.value, input.previousCloseValue, input.cost, withoutPrice.contains(id)});
     const auto figures = FiguresOf(input);
     if (!figures) continue;
     grid.SetRemark({kWeekChange, row}, RemarkOnSum(withoutWeekClose.value(id), QStringLiteral("上周收盘价")));
@@ -163,6 +173,7 @@ void RefreshPortfolios(TStringGrid& grid) {
     if (figures->gainRate) grid.SetCells(kGainRate, row, *figures->gainRate);
     grid.SetCells(kDayChange, row, figures->dayChange);
   }
+  return TotalsOf(totals, QStringLiteral("个组合"));
 }
 
 }  // namespace holdwise::performance

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QStringList>
+#include <vector>
 
+#include "common/frames/totals_strip.h"
 #include "common/grid/string_grid.h"
 #include "holdwise/packet/result_set.h"
 
@@ -18,7 +20,8 @@ void ShowPortfolios(const ResultSet& portfolios, TStringGrid& grid);
 
 /// Live columns. A row without a price (value) keeps what it shows. Nothing happens before the first prices.
 /// @param closesDue codes of the rows whose closes are still to be shown; emptied when that is done
-void RefreshHoldings(TStringGrid& grid, QStringList& closesDue);
-void RefreshPortfolios(TStringGrid& grid);
+/// @return the sums of the rows; none before the first prices
+[[nodiscard]] std::vector<Total> RefreshHoldings(TStringGrid& grid, QStringList& closesDue);
+[[nodiscard]] std::vector<Total> RefreshPortfolios(TStringGrid& grid);
 
 }  // namespace holdwise::performance

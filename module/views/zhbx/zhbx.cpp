@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "views/zhbx/zhbx.h"
 
-#include <QLayout>
 #include <QMenu>
 #include <QPointer>
 
 #include "common/frames/holdings_panel.h"
 #include "common/frames/portfolio_list.h"
+#include "common/frames/totals_strip.h"
 #include "common/grid/cell_geometry.h"
 #include "common/grid/operation_picture.h"
 #include "common/host/event_guard.h"
@@ -22,8 +22,11 @@ namespace holdwise {
 namespace {
 
 const QString kUnit = QStringLiteral("Zhbx");
-constexpr int kRowsShown = 5;
-constexpr int kFrameOfRows = 4;
+
+QStringList TotalTitles() {
+  return {QStringLiteral("市值(元)"), QStringLiteral("日盈亏(元)"), QStringLiteral("总盈亏(元)"),
+          QStringLiteral("收益率(%)")};
+}
 
 QString HoldingsCaption() {
   return QStringLiteral("成分股表现");
@@ -42,48 +45,40 @@ TFrm_ZHBX::TFrm_ZHBX(QWidget* parent)
       holdings_(new HoldingsPanel({.unit = kUnit, .columns = performance::HoldingTable(), .caption = HoldingsCaption()},
                                   this)),
       delete_(list_->Grid(), performance::kOperation,
-              {{.normal = DeletePicture(false), .pressed = DeletePicture(true), .hint = {}, .onPress = [this](int row) {
-                  AskAndDelete(row);
-                }}}) {
+              {{.normal = DeletePicture(false),
+                .pressed = DeletePicture(true),
+                .hint = {},
+                .onPress = [this](int row) { AskAndDelete(row); }}}),
+      listTotals_(list_->AddTotals(TotalTitles())),
+      holdingTotals_(holdings_->AddTotals(TotalTitles())) {
   InitAppear();
-  list_->OnClear = [this] { holdings_->Clear(); };
+  list_->OnClear = [this] {
+    holdings_->Clear();
+    listTotals_.Show({});
+    holdingTotals_.Show({});
+  };
   list_->OnFill = [this](const ResultSet& portfolios) { performance::ShowPortfolios(portfolios, list_->Grid()); };
   list_->OnShow = [this](int row) { ShowHoldings(row); };
   msg_changeskin();
 }
 
 void TFrm_ZHBX::InitAppear() {
-  AddPart(*list_, false);
-  AddPart(*holdings_, true);
+  AddParts(*list_, PortfolioList::kHeight, *holdings_);
   TStringGrid& list = list_->Grid();
   TStringGrid& holdings = holdings_->Grid();
-  list.setFixedHeight(TStringGrid::kDefaultRowHeight * kRowsShown + kFrameOfRows);
-  list_->layout()->setAlignment(&list, Qt::AlignTop);
   list_->SetButtons(delete_);
+  list_->OnDelete = [this](int row) { AskAndDelete(row); };
+  list_->OnEnter = [&holdings](int) { holdings.setFocus(); };
   list_->OnHint = [&list](const GridCell& cell, const QPoint& position) {
     // For a name the value column is the measure, not the name's own: intended.
     return cell.column == performance::kName ? HintIn(list, cell, list.ColWidth(performance::kValue), position)
                                              : list.ClippedText(cell);
   };
-  list.OnMouseDown = [&list, press = list.OnMouseDown](Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
-                                                       const QPoint& position) {
-    // The menu concerns the row that it is opened on.
-    const GridCell cell = list.MouseToCell(position);
-    if (button == Qt::RightButton && !cell.IsNone()) list.SelectCell(cell.column, cell.row);
-    press(button, modifiers, position);
-  };
-  list.OnKeyDown = [this, &list](int key, Qt::KeyboardModifiers modifiers) {
-    if (key == Qt::Key_Delete && (modifiers & ~Qt::KeypadModifier) == Qt::NoModifier && !list.IsEmpty())
-      AskAndDelete(list.Row());
-  };
-  list.OnContextMenu = [this, &list](QMenu& menu) {
-    if (list.IsEmpty()) return;
-    connect(menu.addAction(QStringLiteral("删除组合")), &QAction::triggered, this, [this, row = list.Row()] {
-      GuardEvent(kUnit, QStringLiteral("AskAndDelete"), [&] { AskAndDelete(row); });
-    });
-    connect(menu.addAction(QStringLiteral("复制到自选配置")), &QAction::triggered, this, [this, row = list.Row()] {
-      GuardEvent(kUnit, QStringLiteral("CopyToEditor"), [&] { CopyToEditor(row); });
-    });
+  list_->OnMenu = [this](QMenu& menu, int row) {
+    connect(menu.addAction(QStringLiteral("删除组合")), &QAction::triggered, this,
+            [this, row] { GuardEvent(kUnit, QStringLiteral("AskAndDelete"), [&] { AskAndDelete(row); }); });
+    connect(menu.addAction(QStringLiteral("复制到自选配置")), &QAction::triggered, this,
+            [this, row] { GuardEvent(kUnit, QStringLiteral("CopyToEditor"), [&] { CopyToEditor(row); }); });
   };
   holdings_->OnHint = [&holdings](const GridCell& cell, const QPoint& position) {
     return cell.column == performance::kIndustry ? HintIn(holdings, cell, holdings.ColWidth(cell.column), position)
@@ -121,8 +116,8 @@ void TFrm_ZHBX::Note(const QString& name, bool isFound) {
 void TFrm_ZHBX::ReflashNowPrice() {
   // The list stands still, too, while the selected portfolio shows no holdings: intended. Notice says so.
   if (holdings_->Grid().IsEmpty() || list_->Grid().IsEmpty()) return;
-  performance::RefreshHoldings(holdings_->Grid(), closesDue_);
-  performance::RefreshPortfolios(list_->Grid());
+  holdingTotals_.Show(performance::RefreshHoldings(holdings_->Grid(), closesDue_));
+  listTotals_.Show(performance::RefreshPortfolios(list_->Grid()));
 }
 
 void TFrm_ZHBX::ShowHoldings(int row) {
@@ -133,6 +128,7 @@ void TFrm_ZHBX::ShowHoldings(int row) {
   if (id <= -1) return Note(name, false);
   const ResultSet holdings = Database().Query(sql::HoldingsOf(QString::number(id)));
   closesDue_ = performance::ShowHoldings(holdings, holdings_->Grid());
+  holdingTotals_.Show({});
   Note(name, !holdings.IsEmpty());
   SendFrameMessage(*this, FrameMessage::ReflashNowPrice);
 }

@@ -9,10 +9,11 @@ namespace holdwise {
 
 class HoldingsPanel;
 class PortfolioList;
+class TotalsStrip;
 
 /// "组合表现": every saved portfolio with its live value and changes, and the holdings of the selected one with their
-/// contributions. Everything is computed anew from the shared objects with every price message; the view stores
-/// nothing. A failing statement throws out of the handlers.
+/// contributions; under both, their sums. Everything is computed anew from the shared objects with every price message;
+/// the view stores nothing. A failing statement throws out of the handlers.
 class TFrm_ZHBX : public TViewFrame {
  public:
   explicit TFrm_ZHBX(QWidget* parent = nullptr);
@@ -35,6 +36,8 @@ class TFrm_ZHBX : public TViewFrame {
   PortfolioList* list_;
   HoldingsPanel* holdings_;
   CellButtons delete_;
+  TotalsStrip& listTotals_;
+  TotalsStrip& holdingTotals_;
   QStringList unfound_;    ///< portfolios shown without holdings, by name
   QStringList closesDue_;  ///< codes of the holdings shown, until their closes are read
 };

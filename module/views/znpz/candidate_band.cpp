@@ -32,8 +32,7 @@ CandidateBand::CandidateBand(QWidget* parent)
                                      .statement = {},
                                      .columns = allocation::CandidateTable(),
                                      .keyColumn = allocation::kNumber,
-                                     .emptyText = {},
-                                     .height = 0},
+                                     .emptyText = {}},
                                     left_)),
       holdings_(new HoldingsPanel(
           {.unit = kUnit, .columns = allocation::PartTable(), .caption = QStringLiteral("成分股")}, Splitter1)),
@@ -61,6 +60,8 @@ CandidateBand::CandidateBand(QWidget* parent)
   list.SetWholeRows(false);
   list.setFocusPolicy(Qt::StrongFocus);
   list.OnKeyDown = [this, &list](int key, Qt::KeyboardModifiers modifiers) {
+    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (isEnter && modifiers == Qt::NoModifier && list.HasRow()) return holdings_->Grid().setFocus();
     const bool saves = key == Qt::Key_F4 && modifiers == Qt::NoModifier && !list.IsEmpty();
     if (saves && OnSave) OnSave(list.Row());
   };

@@ -5,11 +5,11 @@ namespace holdwise::evaluation {
 namespace {
 
 void AddFigures(ColumnTable& table) {
-  for (const auto& title :
-       {QStringLiteral("回报率(%)"), QStringLiteral("无风险利率(%)"), QStringLiteral("超额回报率(%)"),
-        QStringLiteral("夏普指数"), QStringLiteral("特雷诺指数"), QStringLiteral("Beta系数")}) {
+  table.push_back({.title = QStringLiteral("回报率(%)"), .isSigned = true});
+  table.push_back({.title = QStringLiteral("无风险利率(%)")});
+  table.push_back({.title = QStringLiteral("超额回报率(%)"), .isSigned = true});
+  for (const auto& title : {QStringLiteral("夏普指数"), QStringLiteral("特雷诺指数"), QStringLiteral("Beta系数")})
     table.push_back({.title = title});
-  }
   table.back().takesRest = true;
   table.push_back({.isHidden = true});
 }

@@ -37,8 +37,8 @@ TFrM_ZTPJ::TFrM_ZTPJ(QWidget* parent)
                               this)),
       holdings_(new HoldingsPanel(
           {.unit = kUnit, .columns = evaluation::HoldingTable(), .caption = QStringLiteral("组合名称")}, this)) {
-  AddPart(*list_, false);
-  AddPart(*holdings_, true);
+  AddParts(*list_, PortfolioList::kHeight, *holdings_);
+  list_->OnEnter = [this](int) { holdings_->Grid().setFocus(); };
   DrawInTheColoursOfTheMoment(list_->Grid());
   DrawInTheColoursOfTheMoment(holdings_->Grid());
   list_->OnClear = [this] { holdings_->Clear(); };

@@ -346,7 +346,8 @@ void HoldingsEditor::StringGrid3DrawCell(QPainter& painter, const GridCellPaint&
   painter.setPen(boxColor_);
   painter.drawRect(box.adjusted(0, 0, -1, -1));
   shown.rect = box;
-  PaintCellText(painter, shown, StringGrid3->Colors(), StringGrid3->Cells(cell.column, cell.row), Qt::AlignHCenter);
+  PaintCellText(painter, shown, TextColor(shown, StringGrid3->Colors()), StringGrid3->Cells(cell.column, cell.row),
+                Qt::AlignHCenter);
 }
 
 void HoldingsEditor::ApplyTheme() {

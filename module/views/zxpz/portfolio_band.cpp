@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "portfolio_band.h"
 
+#include <QMenu>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -34,8 +35,7 @@ PortfolioBand::PortfolioBand(QWidget* parent)
                                .statement = sql::kUnsavedPortfolios,
                                .columns = editor::PortfolioTable(),
                                .keyColumn = editor::kNumber,
-                               .emptyText = QStringLiteral("暂无未保存的组合，请在上方选股建立"),
-                               .height = 0},
+                               .emptyText = QStringLiteral("暂无未保存的组合，请在上方选股建立")},
                               Splitter1)),
       detailPanel_(new QWidget(Splitter1)),
       details_(new TStringGrid(kUnit, QStringLiteral("StringGrid1"), detailPanel_)),
@@ -72,6 +72,7 @@ PortfolioBand::PortfolioBand(QWidget* parent)
   list_->OnClear = [this] { ClearStrnGrd(*details_); };
   list_->OnFill = [this](const ResultSet& portfolios) { editor::ShowPortfolios(portfolios, list_->Grid()); };
   list_->OnShow = [this](int row) { ShowDetails(row); };
+  list_->OnMenu = [this](QMenu& menu, int row) { FillMenu(menu, row); };
 }
 
 void PortfolioBand::BuildDetails() {
@@ -115,11 +116,35 @@ void PortfolioBand::ShowDetails(int row) {
 
 // What a picture does, without the mouse.
 void PortfolioBand::ListKeyDown(int key, Qt::KeyboardModifiers modifiers) {
-  if (List().IsEmpty()) return;
+  if (!List().HasRow()) return;
   const int row = List().Row();
+  const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+  if (isEnter && (modifiers & ~Qt::KeypadModifier) == Qt::NoModifier) return Call(OnModify, row);
   if (key == Qt::Key_Delete && modifiers == Qt::NoModifier) return Call(OnDelete, row);
   if (key == Qt::Key_F2 && modifiers == Qt::NoModifier) return Call(OnModify, row);
   if (key == Qt::Key_F4 && modifiers == Qt::NoModifier) return Call(OnSave, row);
+}
+
+void PortfolioBand::FillMenu(QMenu& menu, int row) {
+  const auto add = [&](const QString& text, const std::function<void(int row)>& act) {
+    connect(menu.addAction(text), &QAction::triggered, this,
+            [act, row] { GuardEvent(kUnit, QStringLiteral("FillMenu"), [&] { Call(act, row); }); });
+  };
+  add(QStringLiteral("保存\tF4"), OnSave);
+  add(QStringLiteral("修改\tF2"), OnModify);
+  add(QStringLiteral("删除\tDelete"), OnDelete);
+}
+
+void PortfolioBand::SelectRow(int row) {
+  (void)list_->SelectRow(row);
+}
+
+void PortfolioBand::KeepSelection() {
+  list_->KeepSelection();
+}
+
+std::vector<QWidget*> PortfolioBand::TabStops() const {
+  return list_->TabStops();
 }
 
 void PortfolioBand::ApplyTheme() {

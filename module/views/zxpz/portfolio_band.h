@@ -6,6 +6,7 @@
 #include "common/frames/frame_part.h"
 #include "editor_layout.h"
 
+class QMenu;
 class QSplitter;
 
 namespace holdwise {
@@ -26,8 +27,12 @@ class PortfolioBand : public FramePart {
 
   [[nodiscard]] TStringGrid& List() const;
   [[nodiscard]] TStringGrid& Details() const { return *details_; }
-  /// Reads the list again and shows the first portfolio.
+  /// Reads the list again and shows the first portfolio, or after KeepSelection the one that was selected.
   void UpdateGrid_();
+  /// Selects a row as a click on it does, also one that the list's filter hides.
+  void SelectRow(int row);
+  /// What Tab visits here.
+  [[nodiscard]] std::vector<QWidget*> TabStops() const;
   void SetTitles(const editor::Captions& captions);
   /// Width of the strip with the list's captions, pixels.
   [[nodiscard]] int TitleWidth() const;
@@ -39,11 +44,13 @@ class PortfolioBand : public FramePart {
   [[nodiscard]] std::vector<const TStringGrid*> Grids() const override;
   [[nodiscard]] QStringList PortfolioIds() const override;
   bool SelectPortfolio(const QString& portfolioId) override;
+  void KeepSelection() override;
   [[nodiscard]] QString HoldingsGridName() const override;
 
  private:
   void BuildDetails();
   void ShowDetails(int row);
+  void FillMenu(QMenu& menu, int row);
   void ListKeyDown(int key, Qt::KeyboardModifiers modifiers);
 
   QSplitter* Splitter1;

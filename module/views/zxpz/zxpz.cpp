@@ -53,7 +53,7 @@ void TFrm_ZXPZ::InitAppear() {
   portfolios_->OnDelete = [this](int row) { DeletePortfolio(row); };
   portfolios_->OnModify = [this](int row) { ModifyPortfolio(row); };
   std::vector<QWidget*> tabOrder = editor_->TabOrder();
-  tabOrder.push_back(&portfolios_->List());
+  for (QWidget* stop : portfolios_->TabStops()) tabOrder.push_back(stop);
   SetTabOrderOf(tabOrder);
 }
 
@@ -207,7 +207,7 @@ void TFrm_ZXPZ::ShowWritten(const QString& name, int row) {
   ClearAppear_();
   editor_->Picker->ForgetPicked();
   UpdateGrid_();
-  list.SelectCell(0, row);
+  portfolios_->SelectRow(row);
   PortfoliosChanged();
 }
 

@@ -95,6 +95,34 @@ TEST_F(SettingsTest, ASplitterStandsWhereItWasDraggedTo) {
   EXPECT_GT(bad.sizes()[0], 0) << "what cannot be is left alone";
 }
 
+TEST_F(SettingsTest, AnEdgeBetweenAnUpperAndALowerPaneIsRememberedFromAbove) {
+  QSettings settings(Path(), QSettings::IniFormat);
+  const SplitterMemory memory(settings);
+  const auto show = [](QSplitter& splitter, int height) {
+    splitter.setObjectName(QStringLiteral("across"));
+    splitter.setHandleWidth(0);
+    for (int pane = 0; pane < 2; ++pane) splitter.addWidget(new QWidget);
+    splitter.setStretchFactor(1, 1);
+    splitter.setSizes({201, 201});
+    splitter.resize(300, height);
+    splitter.show();
+    QTest::qWait(20);
+  };
+  {
+    QSplitter first(Qt::Vertical);
+    show(first, 600);
+    QWidget& edge = *first.handle(1);
+    const QPoint middle = edge.rect().center();
+    QTest::mousePress(&edge, Qt::LeftButton, {}, middle);
+    QTest::mouseMove(&edge, middle + QPoint(0, 99));
+    QTest::mouseRelease(&edge, Qt::LeftButton, {}, middle + QPoint(0, 99));
+    ASSERT_NEAR(first.sizes()[0], 300, 2);
+  }
+  QSplitter again(Qt::Vertical);
+  show(again, 900);
+  EXPECT_NEAR(again.sizes()[0], 300, 2) << "in a higher window, too";
+}
+
 TEST_F(SettingsTest, AFileDialogOpensWhereItWasLast) {
   QSettings settings(Path(), QSettings::IniFormat);
   KeepDialogFoldersIn(&settings);

@@ -112,6 +112,32 @@ TEST(ThemeSwitch, ChangesTheColoursAndTellsOnce) {
   EXPECT_GT(Luminance(colors.ColorOf("Qm_BGCorlor")), Luminance(dark));
 }
 
+TEST_P(ThemeTest, WhatRisesAndWhatFallsHaveColoursTheUserChooses) {
+  const auto rise = [this] { return theme_.Colors().FindColor("Grid_RiseTxtColor"); };
+  const auto fall = [this] { return theme_.Colors().FindColor("Grid_FallTxtColor"); };
+  ASSERT_TRUE(rise() && fall());
+  EXPECT_GT(rise()->red(), rise()->green() + 60) << "red at first";
+  EXPECT_GT(fall()->green(), fall()->red() + 60);
+  const auto [red, green] = std::pair(*rise(), *fall());
+  for (const QColor& ink : {red, green})
+    for (const char* ground : {"Qm_BGCorlor", "KTR_HighLightColor1", "KTR_HighLightColor2", "Qm_GridRowSelectColor"})
+      EXPECT_GE(Contrast(ink, Color(ground)), 4.5) << ink.name().toStdString() << " on " << ground;
+  EXPECT_EQ(theme_.ColorOfChange(0.01), red);
+  EXPECT_EQ(theme_.ColorOfChange(-0.01), green);
+  EXPECT_EQ(theme_.ColorOfChange(0), Color("Grid_UnSelTxtColor"));
+  int changes = 0;
+  theme_.OnChanged = [&changes] { ++changes; };
+  theme_.SetRiseFall(RiseFall::GreenRises);
+  theme_.SetRiseFall(RiseFall::GreenRises);
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(*rise(), green);
+  EXPECT_EQ(*fall(), red);
+  theme_.SetRiseFall(RiseFall::Plain);
+  EXPECT_FALSE(rise() || fall());
+  EXPECT_EQ(theme_.ColorOfChange(1), Color("Grid_UnSelTxtColor"));
+  EXPECT_TRUE(log_.lines.isEmpty());
+}
+
 TEST(ThemeSwitch, PicturesAreAssignedStretched) {
   RecordingLog log;
   ThemeServices theme(ThemeKind::Light, log);
@@ -127,6 +153,9 @@ TEST(ThemeSwitch, NamesAreReadExactly) {
   EXPECT_EQ(ThemeKindFromName("light"), ThemeKind::Light);
   EXPECT_FALSE(ThemeKindFromName("Dark").has_value());
   EXPECT_FALSE(ThemeKindFromName("").has_value());
+  for (const RiseFall choice : {RiseFall::RedRises, RiseFall::GreenRises, RiseFall::Plain})
+    EXPECT_EQ(RiseFallFromName(RiseFallName(choice)), choice);
+  EXPECT_FALSE(RiseFallFromName("Red").has_value());
 }
 
 }  // namespace

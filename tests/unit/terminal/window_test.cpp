@@ -301,6 +301,42 @@ TEST(MainWindowTest, OffersANewDayInTheStatusBar) {
   EXPECT_FALSE(button->isVisible());
 }
 
+TEST(MainWindowTest, TheColoursOfRisesAndFallsAreChosenInTheViewMenu) {
+  RecordingLog log;
+  ThemeServices theme(ThemeKind::Dark, log);
+  WindowActions actions;
+  actions.setRiseFall = [&theme](RiseFall choice) { theme.SetRiseFall(choice); };
+  MainWindow window(theme, actions);
+  theme.OnChanged = [&window] { window.ShowTheme(); };
+  window.ShowTheme();
+  window.show();
+  window.SetIndices({{"上证指数", 101, 100}, {"深证成指", 99, 100}, {"沪深300", 100, 100}});
+  QMenu* menu = nullptr;
+  for (auto* one : window.findChildren<QMenu*>())
+    if (one->title() == "涨跌颜色(&C)") menu = one;
+  ASSERT_NE(menu, nullptr);
+  const auto state = [&] {
+    QStringList checked;
+    for (const QAction* action : menu->actions())
+      if (action->isChecked()) checked << action->text();
+    const auto colour = [&](const char* name) {
+      const QString text = window.statusBar()->findChild<QLabel*>(name)->text();
+      return QRegularExpression("color:(#[0-9a-f]{6})").match(text).captured(1);
+    };
+    return checked << colour("index0") << colour("index1");
+  };
+  const QString red = theme.ColorOfChange(1).name();
+  const QString green = theme.ColorOfChange(-1).name();
+  EXPECT_EQ(state(), QStringList({"红涨绿跌(&R)", red, green}));
+  menu->popup({0, 0});
+  QTest::keyClick(menu, Qt::Key_G);
+  EXPECT_EQ(state(), QStringList({"绿涨红跌(&G)", green, red})) << "at once";
+  menu->popup({0, 0});
+  QTest::keyClick(menu, Qt::Key_N);
+  const QString plain = theme.Colors().ColorOf("Grid_UnSelTxtColor").name();
+  EXPECT_EQ(state(), QStringList({"不着色(&N)", plain, plain}));
+}
+
 TEST(MainWindowTest, TellsInTheStatusBarWhatWasNotDone) {
   RecordingLog log;
   const ThemeServices theme(ThemeKind::Dark, log);

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QPixmap>
 #include <QString>
+#include <optional>
 
 class QLabel;
 
@@ -14,6 +15,8 @@ class IColorSet {
   virtual ~IColorSet() = default;
   /// The colour; always valid. Keys are compared exactly.
   [[nodiscard]] virtual QColor ColorOf(const QString& key) const = 0;
+  /// The colour of a key that a theme need not have; none, and nothing is said, when it has not.
+  [[nodiscard]] virtual std::optional<QColor> FindColor(const QString& /*key*/) const { return std::nullopt; }
 };
 
 /// Colours, and pictures assigned straight to an image control (stretched).
