@@ -90,7 +90,7 @@ void MainWindow::BuildMenus() {
   file->addSeparator();
   quit_ = file->addAction(QStringLiteral("退出(&X)"), QKeySequence(QStringLiteral("Ctrl+Q")), this, &QWidget::close);
 
-  BuildViewMenu();
+  QMenu* view = BuildViewMenu();
 
   QMenu* help = menuBar()->addMenu(QStringLiteral("帮助(&H)"));
   help->addAction(QStringLiteral("键盘(&K)…"), QKeySequence(Qt::Key_F1), this, [this] { ShowKeys(this); });
@@ -99,7 +99,7 @@ void MainWindow::BuildMenus() {
   menus_ = {file, view, help};
 }
 
-void MainWindow::BuildViewMenu() {
+QMenu* MainWindow::BuildViewMenu() {
   QMenu* view = menuBar()->addMenu(QStringLiteral("视图(&V)"));
   // A menu of choices one of which is marked; each carries its value.
   const auto addChoices = [&](const QString& title, const auto& act, const auto& choices) {
@@ -123,6 +123,7 @@ void MainWindow::BuildViewMenu() {
                   std::pair{QStringLiteral("不着色(&N)"), RiseFall::Plain}});
   addressMenu_ = view->addMenu(QStringLiteral("地址(&A)"));
   addressGroup_ = new QActionGroup(this);
+  return view;
 }
 
 void MainWindow::BuildStatusBar() {

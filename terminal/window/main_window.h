@@ -91,7 +91,7 @@ class MainWindow : public QMainWindow {
  private:
   void BuildMenus();
   void OfferActions();
-  void BuildViewMenu();
+  [[nodiscard]] QMenu* BuildViewMenu();
   void ShowIndices();
   void BuildStatusBar();
   void SetAmber(QLabel& label, bool isAmber) const;
