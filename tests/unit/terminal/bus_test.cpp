@@ -3,7 +3,9 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 #include <functional>
 
@@ -217,6 +219,37 @@ TEST_F(EmbeddedMarketTest, SimulatedPricesReachTheDataCentre) {
     EXPECT_EQ(now.currentPrice, quote.price.ToDouble()) << quote.codeNumber;
     EXPECT_EQ(now.previousClose, quote.previousClose.ToDouble()) << quote.codeNumber;
   }
+}
+
+TEST_F(EmbeddedMarketTest, ASimulatedDayGoesOnWhereTheLastStartLeftIt) {
+  folder_.WriteMarket(20240529, true);
+  Load();
+  const QTemporaryDir work;
+  const SimulationSetting setting{600, work.filePath(QStringLiteral("simulation.dat"))};
+  const auto start = [&] {
+    market_ = std::make_unique<EmbeddedMarket>(data_, log_, setting);
+    market_->Connect();
+    return dynamic_cast<const InProcessBus&>(market_->Bus()).Simulation()->SecondOfDay();
+  };
+  constexpr int kOpening = 9 * 3600 + 30 * 60;
+  EXPECT_EQ(start(), kOpening);
+  Listener listener(market_->Bus());
+  listener.role->Send(QStringLiteral("0|01600000"));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return data_.StockNowData(1600000).currentPrice != 8.15; }, 30000));
+  const double left = data_.StockNowData(1600000).currentPrice;
+  const int leftAt = dynamic_cast<const InProcessBus&>(market_->Bus()).Simulation()->SecondOfDay();
+  listener.role.reset();
+  market_.reset();
+  data_.ApplyQuotes({{1600000, {8.15, 8.2}}});  // as read from the file again
+  EXPECT_EQ(start(), leftAt);
+  EXPECT_EQ(data_.StockNowData(1600000).currentPrice, left);
+  market_.reset();
+  QFile file(setting.stateFile);
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+  ASSERT_TRUE(file.seek(file.size() / 2));
+  ASSERT_EQ(file.write("\x5a\xa5"), 2);
+  file.close();
+  EXPECT_EQ(start(), kOpening) << "a damaged file is none";
 }
 
 TEST_F(EmbeddedMarketTest, PlainMarketStandsStill) {
