@@ -378,7 +378,7 @@ TEST(Plugins, LibrariesThatAreNoneAreTold) {
   const Outcome outcome = RunTerminal(bench.Arguments({"--export", bench.File("out")}), environment);
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_TRUE(outcome.err.contains("“a.so”不能装入")) << outcome.err.toStdString();
-  EXPECT_TRUE(outcome.err.contains("“b.so”不是插件")) << outcome.err.toStdString();
+  EXPECT_TRUE(outcome.err.contains("“b.so”不是本终端的插件")) << outcome.err.toStdString();
 }
 
 }  // namespace

@@ -93,8 +93,8 @@ TEST_F(IntradayPageTest, TheHeadLineHasTheSecuritysFigures) {
   EXPECT_EQ(Text("昨收"), QStringLiteral("8.20"));
   EXPECT_EQ(Text("成交量"), QStringLiteral("2.50 万股"));
   EXPECT_EQ(Text("成交额"), QStringLiteral("20.50 万元"));
-  EXPECT_EQ(ColorOf("price"), Theme("Qm_KlineRedColor"));
-  EXPECT_EQ(ColorOf("今开"), Theme("Qm_KlineBlueColor"));
+  EXPECT_EQ(ColorOf("price"), theme_.ColorOfChange(1));
+  EXPECT_EQ(ColorOf("今开"), theme_.ColorOfChange(-1));
   EXPECT_EQ(ColorOf("昨收"), Theme("Grid_UnSelTxtColor"));
   EXPECT_TRUE(Text("notice").startsWith(QStringLiteral("2024-05-29 09:32:00 · 均价：成交额÷成交量")));
 }
@@ -211,13 +211,13 @@ TEST_F(IntradayPageTest, LinesAndLabelsArePaintedInBothThemes) {
     const ChartLayout& places = Chart().Places();
     EXPECT_EQ(PointsOf(Theme("Qm_BGCorlor"), places.prices) > 10'000, true);
     EXPECT_GT(PointsOf(Theme("Grid_ClickTxtColor"), places.prices), 50) << "the price line";
-    EXPECT_GT(
-        PointsOf(kind == ThemeKind::Dark ? Theme("Qm_KlineRedColor") : Theme("Qm_KlineBlueColor"), places.volumes), 20)
+    EXPECT_GT(PointsOf(kind == ThemeKind::Dark ? theme_.ColorOfChange(1) : theme_.ColorOfChange(-1), places.volumes),
+              20)
         << "bars";
     const QRectF left(0, 0, places.plot.left(), places.prices.center().y() - 20);
-    EXPECT_GT(PointsOf(Theme("Qm_KlineRedColor"), left), 5) << "prices above the previous close";
+    EXPECT_GT(PointsOf(theme_.ColorOfChange(1), left), 5) << "prices above the previous close";
     const QRectF right(places.plot.right() + 1, places.prices.center().y() + 20, places.plot.left(), 120);
-    EXPECT_GT(PointsOf(Theme("Qm_KlineBlueColor"), right), 5) << "percentages below it";
+    EXPECT_GT(PointsOf(theme_.ColorOfChange(-1), right), 5) << "percentages below it";
   }
 }
 
