@@ -54,6 +54,7 @@ class NodeDelegate : public QStyledItemDelegate {
 
 NavigationTree::NavigationTree(QWidget* parent) : QTreeWidget(parent) {
   setColumnCount(2);
+  setAccessibleName(QStringLiteral("视图"));
   setColumnHidden(dxc_Id, true);
   setTreePosition(dxc_Text);
   setHeaderHidden(true);

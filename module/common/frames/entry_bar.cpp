@@ -110,6 +110,8 @@ EntryField& EntryBar::AddEntry(const QString& name, const QString& text, int wid
   entry->setText(text);
   entry->setFixedSize(width, kControlHeight);
   entry->setTextMargins(kEntryMargin, 0, kEntryMargin, 0);
+  // Who hears the page has the label before it as its name.
+  if (auto* label = controls_.empty() ? nullptr : qobject_cast<QLabel*>(controls_.back())) label->setBuddy(entry);
   Add(*entry);
   return *entry;
 }

@@ -23,6 +23,7 @@ HoldingsPanel::HoldingsPanel(const Design& design, QWidget* parent)
       header_(new HeaderStrip(*grid_, design.columns, this)),
       links_(*grid_, LinkColumnsOf(design.columns)),
       codeColumn_(LinkColumnsOf(design.columns).front()) {
+  grid_->setAccessibleName(QStringLiteral("成分股"));
   auto* layout = StackedIn(*this);
   layout->addWidget(title_);
   layout->addWidget(header_);

@@ -42,6 +42,7 @@ PortfolioList::PortfolioList(const Design& design, QWidget* parent)
       grid_(new TStringGrid(design.unit, QStringLiteral("strngrd"), this)),
       header_(new HeaderStrip(*grid_, design.columns, this)) {
   grid_->SetEmptyText(emptyText_);
+  grid_->setAccessibleName(QStringLiteral("组合"));
   grid_->SetWholeRows(true);
   auto* layout = StackedIn(*this);
   layout->addWidget(filter_);

@@ -24,6 +24,7 @@ CapitalBand::CapitalBand(QWidget* parent) : FramePart(parent), bar_(new EntryBar
   setObjectName(QStringLiteral("RzPanel1"));
   setFixedHeight(kHeight);
   Slider = new CapitalSlider(kUnit, QStringLiteral("Slider"), this);
+  Slider->setAccessibleName(QStringLiteral("资金量（万元）"));
   bar_->AddLabel(QStringLiteral("资金量（万元）"));
   Edit1 = &bar_->AddEntry(QStringLiteral("Edit1"), QStringLiteral("50"), kEntryWidth);
   // What is pasted or dropped comes past the key filter.

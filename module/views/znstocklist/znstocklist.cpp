@@ -42,6 +42,7 @@ void TForm_Stock::BuildForm() {
   setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                  Qt::WindowCloseButtonHint);
   strngrd = new TStringGrid(kUnit, QStringLiteral("strngrd"), this);
+  strngrd->setAccessibleName(windowTitle());
   header_ = new HeaderStrip(*strngrd, pool::PoolTable(), this);
   strngrd->SetEmptyText(QStringLiteral("正在取得股票池…"));
   strngrd->setFocusPolicy(Qt::StrongFocus);

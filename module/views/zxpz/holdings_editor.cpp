@@ -106,6 +106,7 @@ HoldingsEditor::HoldingsEditor(QWidget* parent)
       hint_(new QLabel(QStringLiteral("提示: 按SHIFT键连续多选，或按CTRL键不连续多选。"), this)),
       picks_(*StringGrid3) {
   btnDel->setObjectName(QStringLiteral("btnDel"));
+  StringGrid3->setAccessibleName(QStringLiteral("新组合的持仓"));
   btnDel->setFixedHeight(kButtonHeight);
   for (QWidget* control : {static_cast<QWidget*>(btnDel), static_cast<QWidget*>(hint_)}) control->setFont(DesignFont());
   auto* layout = StackedIn(*this);

@@ -56,6 +56,7 @@ PortfolioBand::PortfolioBand(QWidget* parent)
                .staysPressed = true}},
              CellButtons::Places::FromLeft) {
   setObjectName(QStringLiteral("RzPanel2"));
+  details_->setAccessibleName(QStringLiteral("成分股"));
   Splitter1->setObjectName(QStringLiteral("ZXPZ.Splitter1"));
   Splitter1->setHandleWidth(kSplitterWidth);
   Splitter1->setChildrenCollapsible(false);

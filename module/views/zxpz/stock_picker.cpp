@@ -67,6 +67,8 @@ StockPicker::StockPicker(HoldingsEditor& holdings, QWidget* parent)
       sourceLabel_(new QLabel(QStringLiteral("股票："), this)),
       picks_(*StringGrid2) {
   RzComboBox1->setObjectName(QStringLiteral("RzComboBox1"));
+  RzComboBox1->setAccessibleName(QStringLiteral("股票范围"));
+  StringGrid2->setAccessibleName(QStringLiteral("可选的股票"));
   RzComboBox1->addItems({QStringLiteral("自选股"), QStringLiteral("沪深A股")});
   SpeedButton1->setObjectName(QStringLiteral("SpeedButton1"));
   SpeedButton1->setFocusPolicy(Qt::NoFocus);
@@ -131,6 +133,7 @@ void StockPicker::InitList() {
 
 void StockPicker::InitEntries() {
   RzEdit3->setPlaceholderText(QStringLiteral("代码"));
+  RzEdit3->setAccessibleName(RzEdit3->placeholderText());
   RzEdit3->setValidator(new QRegularExpressionValidator(QRegularExpression(edit_rules::kCodeTexts), RzEdit3));
   RzEdit3->OnKeyPress = [this](QChar key) {
     if (key == edit_rules::kEnter) AddFrom(*RzEdit3);
@@ -142,6 +145,7 @@ void StockPicker::InitEntries() {
     return isArrow;
   };
   Search->setPlaceholderText(QStringLiteral("按名称查找"));
+  Search->setAccessibleName(Search->placeholderText());
   Search->OnKeyPress = [this](QChar key) {
     if (key == edit_rules::kEnter) AddFrom(*Search);
     return true;
