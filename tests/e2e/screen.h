@@ -23,8 +23,9 @@ inline QString MissingProgram() {
 class Screen {
  public:
   Screen() {
-    server_.start(QStringLiteral("Xvfb"),
-                  {"-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp", "-fbdir", picture_.path()});
+    // Without the last word it begins anew when its last window goes, and turns away who comes just then.
+    server_.start(QStringLiteral("Xvfb"), {"-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp",
+                                           "-fbdir", picture_.path(), "-noreset"});
     if (!server_.waitForStarted() || !server_.waitForReadyRead(kMilliseconds)) return;
     display_ = ':' + QString::fromLatin1(server_.readAllStandardOutput()).trimmed();
   }

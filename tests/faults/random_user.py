@@ -49,8 +49,9 @@ def event(choice):
 
 class Screen:
     def __init__(self):
-        self.server = subprocess.Popen(["Xvfb", "-displayfd", "1", "-screen", "0", f"{WIDTH}x{HEIGHT}x24", "-nolisten", "tcp"],
-                                       stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        # Without the last word it begins anew when its last window goes, and turns away who comes just then.
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", "1", "-screen", "0", f"{WIDTH}x{HEIGHT}x24", "-nolisten", "tcp",
+                                        "-noreset"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         self.display = ":" + self.server.stdout.readline().strip()
 
     def close(self):
@@ -133,6 +134,7 @@ class Session:
             self.process.terminate()
             if self.process.wait(timeout=30) != 0:
                 self.report.problem(f"seed {self.seed}: the end gave {self.process.returncode}: {self.told()}")
+        self.screen.close()
         half = self.sizes[len(self.sizes) // 2:]
         if half and half[-1] - half[0] > MOST_GROWTH_KB:
             self.report.problem(f"seed {self.seed}: grew from {half[0]} to {half[-1]} KB in its second half")
@@ -142,7 +144,6 @@ class Session:
         for orphan in set(database.holdings) - set(database.portfolios):
             self.report.problem(f"seed {self.seed}: holdings of portfolio {orphan}, which is not there")
         self.errors.close()
-        self.screen.close()
 
 
 def main():
