@@ -136,7 +136,7 @@ void IntradayChart::leaveEvent(QEvent* event) {
 
 void IntradayChart::keyPressEvent(QKeyEvent* event) {
   const int step = event->key() == Qt::Key_Left ? -kMinuteSeconds : event->key() == Qt::Key_Right ? kMinuteSeconds : 0;
-  if (step == 0 || data_.ticks.empty()) return QWidget::keyPressEvent(event);  // Escape is for the page
+  if (step == 0 || data_.ticks.empty()) return event->ignore();  // Escape is for the page
   const int from = cross_ ? cross_->second : data_.ticks.back().second;
   PutCross(std::clamp(from + step, data_.ticks.front().second, data_.ticks.back().second));
 }

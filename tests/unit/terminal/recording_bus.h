@@ -20,7 +20,7 @@ class RecordingBus : public MessageBus {
   }
   void Detach(SubscriberId subscriber) override { receivers_[subscriber - 1] = {}; }
   RequestId Request(SubscriberId subscriber, const TDMessage& message) override {
-    requests.push_back({subscriber, message});
+    requests.emplace_back(subscriber, message);
     return requests.size();
   }
   [[nodiscard]] State ConnectionState() const override { return State::Connected; }
