@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 #include <QMenuBar>
+#include <QPushButton>
 #include <exception>
 #include <memory>
 #include <utility>
