@@ -38,10 +38,7 @@ FirstData::FirstData(ProcessParts& process, WindowSide& window, std::function<vo
     if (status != QProcess::NormalExit || exitCode != 0) return End(QString::fromUtf8(said_).trimmed());
     (this->*next_)();
   });
-  connect(&window_.Window().CancelButton(), &QPushButton::clicked, this, [this] {
-    isGivenUp_ = bars_.has_value();
-    if (isGivenUp_) maker_.kill();
-  });
+  connect(&window_.Window().CancelButton(), &QPushButton::clicked, this, &FirstData::GiveUp);
 }
 
 FirstData::~FirstData() {
@@ -77,6 +74,8 @@ void FirstData::Build() {
 }
 
 void FirstData::Open() {
+  // What is wanted is just being said in a dialog, or has been said meanwhile.
+  if (isChoosing_ || !bars_) return;
   End({});
   process_.UseDataFolder(folder_);
   changed_();
@@ -107,11 +106,26 @@ void FirstData::End(const QString& problem) {
   if (!problem.isEmpty()) ShowReport(&window_.Window(), kTitle, QStringLiteral("没有生成模拟行情：\n%1").arg(problem));
 }
 
+void FirstData::GiveUp() {
+  if (!bars_) return;
+  isGivenUp_ = true;
+  maker_.kill();
+  maker_.waitForFinished();
+  if (bars_) End({});  // it had been made already
+}
+
 void FirstData::Choose() {
+  isChoosing_ = true;
   const QString folder = AskForDataFolder(&window_.Window());
-  if (folder.isEmpty()) return;
-  process_.UseDataFolder(folder);
+  isChoosing_ = false;
   // Leaves the button's own handler first: what follows removes the page.
+  if (folder.isEmpty()) {
+    const bool isMade = bars_ && maker_.state() == QProcess::NotRunning;
+    if (isMade) QTimer::singleShot(0, this, [this] { Open(); });
+    return;
+  }
+  GiveUp();
+  process_.UseDataFolder(folder);
   QTimer::singleShot(0, this, changed_);
 }
 

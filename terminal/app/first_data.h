@@ -26,6 +26,8 @@ class FirstData : public QObject {
 
   /// A button each, for the page that says that there is none.
   [[nodiscard]] std::vector<NoticeChoice> Choices();
+  /// Ends what is being made, because there are data now or others are wanted. Nothing happens when nothing is made.
+  void GiveUp();
 
  private:
   void MakeDemo();
@@ -40,10 +42,11 @@ class FirstData : public QObject {
   WindowSide& window_;
   std::function<void()> changed_;
   QString folder_;                     ///< that is being made
-  std::optional<QTemporaryDir> bars_;  ///< while something is being made
+  std::optional<QTemporaryDir> bars_;  ///< while something is being made, and until it is opened
   QProcess maker_;
   QByteArray said_;
   bool isGivenUp_ = false;
+  bool isChoosing_ = false;
   void (FirstData::*next_)() = nullptr;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "health_side.h"
 
+#include <QDir>
 #include <chrono>
 #include <exception>
 
@@ -68,6 +69,7 @@ health::Table HealthSide::Now() const {
   facts.mirrorProblem = mirror_.Problem(facts.workFolder);
   facts.comparison = guard_.Comparison();
   if (market_ == nullptr) {
+    facts.isDataAwaited = !process_.IsDataChosen() && QDir(facts.dataFolder).isEmpty();
     facts.dataProblem = QStringLiteral("不能使用，原因见窗口");
   } else {
     AddMarket(facts, market_->Data());

@@ -96,18 +96,17 @@ int Terminal::Run() {
   }
   // Shown first: the window system gets to work while the page is made. Nothing is painted before the event loop runs.
   window_.Window().show();
-  if (isReady_) EnterFirstPage();
+  if (pages_ != nullptr) EnterFirstPage();
   if (!isReady_ && asked.IsBatch()) commands_->RunFirst();
   // A minimised window paints nothing.
   QTimer::singleShot(kLatestGoOn, &window_.Window(), [this] { GoOn(); });
   const int exitCode = QApplication::exec();
-  const bool isRemembered = pages_ != nullptr && !asked.IsBatch() && window_.PlaceProblem().isEmpty();
+  const bool isRemembered = isReady_ && !asked.IsBatch() && window_.PlaceProblem().isEmpty();
   if (isRemembered) pages_->RememberPage(process_.Settings());
   return exitCode;
 }
 
 bool Terminal::OpenPages() {
-  const auto again = [this] { TryAgain(); };
   try {
     market_->Open();
     pages_ = std::make_unique<PageSide>(process_, database_, *market_, window_);
@@ -117,31 +116,42 @@ bool Terminal::OpenPages() {
     if (process_.Asked().IsBatch() && !process_.Asked().command.NeedsViews())
       process_.Log().WriteLog(title + QStringLiteral("：") + TextOf(error));
     else
-      window_.ShowObstacle(title, TextOf(error), DataFolderCommands(process_.Asked().dataFolder), again,
-                           firstData_.Choices());
+      window_.ShowObstacle({title, TextOf(error), DataFolderCommands(process_.Asked().dataFolder),
+                            [this] { TryAgain(); }, firstData_.Choices()});
     return false;
   }
-  window_.ClearObstacle();
+  firstData_.GiveUp();
   window_.ShowMarket(market_->Data(), market_->Connection());
   MarketConnection& connection = market_->Connection();
   QObject::connect(&connection, &MarketConnection::DataFolderChanged, &connection, [this] {
     if (pages_ != nullptr) pages_->DataFolderChanged();
   });
   dayChange_.Follow();
-  if (pages_->LoadPlugins()) return true;
-  window_.ShowObstacle(
-      QStringLiteral("没有可用的插件"),
-      pages_->Problems().join(QLatin1Char('\n')) +
-          QStringLiteral("\n\n请重新安装终端，它的插件应在目录“%1”中；然后按“重新检查”。").arg(PluginLoader::Folder()),
-      QString(), again);
-  return false;
+  if (!pages_->LoadPlugins()) {
+    AddPluginObstacle();
+    return false;
+  }
+  window_.ClearObstacle();
+  return true;
+}
+
+void Terminal::AddPluginObstacle() {
+  const QString others = pages_->PluginNames();
+  const QString usable = others.isEmpty() ? QString() : QStringLiteral("和插件%1").arg(others);
+  const QString text = QStringLiteral(
+                           "%1\n\n请重新安装终端，它的插件应在目录“%2”中；然后按“重新检查”。"
+                           "在那之前没有投资组合页面，分时走势%3照常可用。")
+                           .arg(pages_->Problems().join(QLatin1Char('\n')), PluginLoader::Folder(), usable);
+  pages_->AddObstacle(window_.MakeObstacle(
+      {others.isEmpty() ? QStringLiteral("没有可用的插件") : QStringLiteral("没有投资组合插件"), text, QString(),
+       [this] { TryAgain(); }, {}}));
 }
 
 void Terminal::TryAgain() {
   pages_.reset();
   market_ = std::make_unique<MarketSide>(process_, database_);
   isReady_ = OpenPages();
-  if (!isReady_) return;
+  if (pages_ == nullptr) return;
   EnterFirstPage();
   GoOn();
 }
@@ -159,7 +169,10 @@ void Terminal::ChangeDay() {
   pages_.reset();
   market_ = std::move(next);
   isReady_ = OpenPages();
-  if (!isReady_) return;
+  if (!isReady_) {
+    if (pages_ != nullptr) EnterFirstPage();
+    return GoOn();
+  }
   try {
     ReturnTo(place, *pages_, market_->Data());
   } catch (const std::exception& error) {
@@ -169,6 +182,7 @@ void Terminal::ChangeDay() {
 }
 
 void Terminal::EnterFirstPage() {
+  if (!isReady_) return (void)pages_->GoToObstacle();
   const Options& asked = process_.Asked();
   const bool isGiven = !asked.command.address.isEmpty() || !asked.command.parameter.isEmpty();
   const bool isFree = !isGiven && !asked.IsBatch() && !guard_.IsLeftToExchangeFiles();
@@ -177,9 +191,9 @@ void Terminal::EnterFirstPage() {
 }
 
 void Terminal::GoOn() {
-  if (!isReady_) return;
+  if (pages_ == nullptr) return;
   market_->Connection().Connect();
-  if (!std::exchange(hasGoneOn_, true)) commands_->RunFirst();
+  if (isReady_ && !std::exchange(hasGoneOn_, true)) commands_->RunFirst();
 }
 
 }  // namespace holdwise

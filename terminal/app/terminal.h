@@ -34,12 +34,14 @@ class Terminal {
   [[nodiscard]] WindowActions Actions();
   /// Waits for the data folder and loads the plug-ins; false when the views cannot be shown, which an obstacle tells.
   bool OpenPages();
+  /// Has the pages say why there are no views among them.
+  void AddPluginObstacle();
   void TryAgain();
   /// Loads the data folder anew and makes other pages, at the same place. Throws what loading it threw: everything is
   /// as before then.
   void ChangeDay();
-  /// Goes to the page that the command line (or nobody) asked for, before anything is painted: the window's first
-  /// picture is that page.
+  /// Goes to the page that the command line (or nobody) asked for, or to what stands in the way of the views, before
+  /// anything is painted: the window's first picture is that page.
   void EnterFirstPage();
   /// After the first picture: connects the bus and, once, starts the rest of the command, whose progress can be seen
   /// now.
@@ -57,7 +59,7 @@ class Terminal {
   std::unique_ptr<HealthSide> health_;  ///< null until the database is open
   std::unique_ptr<Commands> commands_;  ///< null until the database is open
   DayChange dayChange_;                 ///< after all that it looks at
-  bool isReady_ = false;
+  bool isReady_ = false;  ///< the views can be shown
   bool hasGoneOn_ = false;
 };
 

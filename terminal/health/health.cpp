@@ -128,6 +128,7 @@ Row ComparisonRow(const Facts& facts) {
 
 Row QuotesRow(const Facts& facts) {
   const QString subject = QStringLiteral("行情");
+  if (facts.isDataAwaited) return {subject, QStringLiteral("还没有选择行情数据")};
   const QFileInfo quotes(QDir(facts.dataFolder).filePath(QStringLiteral("quotes.dat")));
   if (!quotes.isFile()) return {subject, QStringLiteral("没有行情数据文件 %1").arg(quotes.filePath()), false};
   const QString age =
@@ -152,6 +153,7 @@ QString MissingOf(const QString& folder, const char* const (&names)[count]) {
 
 Row DataRow(const Facts& facts) {
   const QString subject = QStringLiteral("数据目录");
+  if (facts.isDataAwaited) return {subject, QStringLiteral("还没有选择，见窗口")};
   QStringList problems = facts.dataNotices;
   if (!facts.dataProblem.isEmpty()) problems.prepend(facts.dataProblem);
   const QString missing = MissingOf(facts.dataFolder, kNeededData);

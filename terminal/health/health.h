@@ -50,6 +50,7 @@ struct Facts {
   QString backupProblem;    ///< why the latest change is in no backup; empty when it is
   Comparison comparison;
   QString dataFolder;
+  bool isDataAwaited = false;  ///< none were ever chosen and none are there: nothing is amiss yet
   QString dataProblem;  ///< why it cannot be used; empty when it can
   QString dataDate;     ///< date of the market, YYYY-MM-DD
   QString dataEdition;  ///< which making of the folder it is; empty: unknown

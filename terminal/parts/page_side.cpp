@@ -19,6 +19,8 @@ const QString kAddressSetting = QStringLiteral("address");
 const QString kViewSetting = QStringLiteral("view");
 const QString kSecurityPage = QStringLiteral("分时走势");
 constexpr int kLookMilliseconds = 10'000;
+const QString kObstaclePage = QStringLiteral("插件问题");
+constexpr std::uint16_t kObstaclePageNumber = 0;
 constexpr std::uint16_t kSecurityPageNumber = 1;
 constexpr std::uint16_t kToolbarPageNumber = 2;
 constexpr std::uint16_t kLogPageNumber = 3;
@@ -135,19 +137,33 @@ void PageSide::ReturnFromSecurity(const MarketData& data) {
   const QString address = cameFrom_ == kSecurityPage ? QString() : cameFrom_;
   const QPointer<QWidget> keyboard = keyboardWas_;
   // The current security stays what it is: the portfolios' page would choose one of its own.
-  (void)GoTo(address, data.CurrentCode());
+  if (!GoTo(address, data.CurrentCode())) (void)GoToObstacle();
   if (keyboard != nullptr && keyboard->isVisible()) keyboard->setFocus();
 }
 
 bool PageSide::LoadPlugins() {
   plugins_.LoadAll(PluginLoader::Folder());
-  for (const QString& problem : plugins_.Problems()) process_.Log().WriteLog(problem);
+  const bool hasViews = ViewAddress() != nullptr;
+  problems_ = plugins_.Problems();
+  if (!hasViews && problems_.isEmpty())
+    problems_.append(QStringLiteral("目录“%1”中没有投资组合插件。").arg(PluginLoader::Folder()));
+  for (const QString& problem : problems_) process_.Log().WriteLog(problem);
   for (const LoadedPlugin& plugin : plugins_.Plugins())
     process_.Log().WriteLog(QStringLiteral("插件“%1”%2 已装入").arg(plugin.name, plugin.version));
-  window_.Window().SetPortfolioActionsEnabled(ViewAddress() != nullptr);
-  if (plugins_.Plugins().empty()) return false;
-  for (const QString& problem : plugins_.Problems()) PrintError(problem);
+  window_.Window().SetPortfolioActionsEnabled(hasViews);
+  if (!hasViews) return false;
+  for (const QString& problem : problems_) PrintError(problem);
   return true;
+}
+
+void PageSide::AddObstacle(std::unique_ptr<QWidget> page) {
+  if (page == nullptr) return;
+  addresses_.RegisterAddressItem(std::make_shared<HostPageAddress>(kObstaclePage, kObstaclePageNumber, true,
+                                                                   std::move(page), window_.Window().Area(), nullptr));
+}
+
+bool PageSide::GoToObstacle() {
+  return addresses_.GotoAddress(kObstaclePage, QString());
 }
 
 void PageSide::LookForIncomplete() {

@@ -28,10 +28,15 @@ class PageSide {
   PageSide(const PageSide&) = delete;
   PageSide& operator=(const PageSide&) = delete;
 
-  /// Loads the plug-ins; what went wrong is logged and, while one of them runs, printed. False when none runs.
+  /// Loads the plug-ins; what went wrong is logged and, when there are views all the same, printed. False when no
+  /// plug-in has brought views.
   [[nodiscard]] bool LoadPlugins();
-  /// Texts for the user about plug-ins that do not run.
-  [[nodiscard]] const QStringList& Problems() const { return plugins_.Problems(); }
+  /// Texts for the user about plug-ins that do not run; not empty when there are no views.
+  [[nodiscard]] const QStringList& Problems() const { return problems_; }
+  /// Makes the page that says why there are no views an address beside the others; null: nothing happens.
+  void AddObstacle(std::unique_ptr<QWidget> page);
+  /// Enters it; false when there is none.
+  bool GoToObstacle();
 
   /// Is there an address of exactly that name? None before LoadPlugins but those of the host's own pages.
   [[nodiscard]] bool HasAddress(const QString& name) const;
@@ -79,6 +84,7 @@ class PageSide {
   QuickEntry quickEntry_;
   TerminalHost host_;
   PluginLoader plugins_;
+  QStringList problems_;
   QTimer incomplete_;
 };
 

@@ -45,6 +45,10 @@ void ProcessParts::UseDataFolder(const QString& folder) {
   settings_.setValue(kDataSetting, folder);
 }
 
+bool ProcessParts::IsDataChosen() const {
+  return !options_.command.dataFolder.isEmpty() || settings_.contains(kDataSetting);
+}
+
 ProcessParts::~ProcessParts() {
   Application().SetLog(nullptr);
 }

@@ -28,6 +28,8 @@ class ProcessParts {
   [[nodiscard]] const Options& Asked() const { return options_; }
   /// Another data folder than the one asked for, from now on and, unless a start names one, for the starts to come.
   void UseDataFolder(const QString& folder);
+  /// Has anybody ever said which data folder to use?
+  [[nodiscard]] bool IsDataChosen() const;
   [[nodiscard]] SystemClock& Clock() { return clock_; }
   [[nodiscard]] DebugLog& Log() { return log_; }
   /// The one settings file, in the work folder.

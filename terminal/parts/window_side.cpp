@@ -121,15 +121,16 @@ void WindowSide::Raise() {
   window_.activateWindow();
 }
 
-void WindowSide::ShowObstacle(const QString& title, const QString& text, const QString& commands,
-                              std::function<void()> tryAgain, std::vector<NoticeChoice> choices) {
+std::unique_ptr<QWidget> WindowSide::MakeObstacle(Obstacle obstacle) {
+  obstacle_.reset();
+  const auto& [title, text, commands, tryAgain, choices] = obstacle;
   process_.Log().WriteLog(title + QStringLiteral("：") + text);
   const QString how = commands.isEmpty()
                           ? QString()
                           : QStringLiteral("\n\n下面两条命令生成一份模拟行情；自己的日线数据也用第二条命令转换。");
   PrintError(title + QStringLiteral("：") + text + how +
              (commands.isEmpty() ? QString() : QLatin1Char('\n') + commands));
-  if (process_.Asked().IsBatch()) return;
+  if (process_.Asked().IsBatch()) return nullptr;
   QString advice = text;
   if (!choices.empty()) {
     advice += QStringLiteral(
@@ -137,18 +138,22 @@ void WindowSide::ShowObstacle(const QString& title, const QString& text, const Q
         "两者下次启动仍有效。");
   }
   advice += how + QStringLiteral("\n\n已保存的组合不受影响，仍在数据库“%1”里。").arg(process_.Asked().database);
-  if (obstacle_) {
+  if (std::exchange(obstacleTitle_, title) == title) {
     const QString time = process_.Clock().Now().toString(QStringLiteral("HH:mm:ss"));
     advice += QStringLiteral("\n\n%1 又检查了一次，还是不能用。").arg(time);
     window_.Tell(QStringLiteral("又检查了一次：%1。").arg(title));
   }
-  NoticeChoice again{QStringLiteral("重新检查(&R)"), [this, act = std::move(tryAgain)] {
+  NoticeChoice again{QStringLiteral("重新检查(&R)"), [this, act = tryAgain] {
                        // Leaves the button's own handler first: what follows removes the page.
                        QTimer::singleShot(0, &window_, act);
                      }};
-  choices.push_back(std::move(again));
-  obstacle_ = std::make_unique<NoticePage>(title, advice, commands, std::move(choices));
-  window_.Area().ShowFrame(obstacle_.get());
+  obstacle.choices.push_back(std::move(again));
+  return std::make_unique<NoticePage>(title, advice, commands, std::move(obstacle.choices));
+}
+
+void WindowSide::ShowObstacle(Obstacle obstacle) {
+  obstacle_ = MakeObstacle(std::move(obstacle));
+  if (obstacle_ != nullptr) window_.Area().ShowFrame(obstacle_.get());
 }
 
 int WindowSide::Choose(const QString& title, const QString& text, const QStringList& choices) {
@@ -177,6 +182,7 @@ int WindowSide::Choose(const QString& title, const QString& text, const QStringL
 
 void WindowSide::ClearObstacle() {
   obstacle_.reset();
+  obstacleTitle_.clear();
 }
 
 void WindowSide::ShowMarket(const MarketData& data, MarketConnection& connection) {

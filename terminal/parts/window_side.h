@@ -18,6 +18,15 @@
 
 namespace holdwise {
 
+/// What stands in the way of the views, and what can be done about it.
+struct Obstacle {
+  QString title;
+  QString text;
+  QString commands;                   ///< command lines that help; may be empty
+  std::function<void()> tryAgain;     ///< of the last button; the page may be taken away by it
+  std::vector<NoticeChoice> choices;  ///< the buttons before it: ways to a data folder, or none
+};
+
 /// The window with its colours and its message boxes. Without a window system (a batch) it is made all the same, and
 /// messages go to standard error. User-interface thread.
 class WindowSide {
@@ -48,16 +57,17 @@ class WindowSide {
   /// Brings the window to the user's eyes; nothing in a batch.
   void Raise();
 
-  /// What stands in the way of the views: a line on standard error and in the log and, unless in a batch, a page with
-  /// those buttons and one that calls `tryAgain`. `commands`: command lines that help; may be empty.
-  void ShowObstacle(const QString& title, const QString& text, const QString& commands, std::function<void()> tryAgain,
-                    std::vector<NoticeChoice> choices = {});
+  /// Says what stands in the way, on standard error and in the log, and makes the page for it, which also says when it
+  /// still does; null in a batch. Takes the page of ShowObstacle away.
+  [[nodiscard]] std::unique_ptr<QWidget> MakeObstacle(Obstacle obstacle);
+  /// The same, and shows the page while there are no addresses.
+  void ShowObstacle(Obstacle obstacle);
   static constexpr int kNothingChosen = -1;
   /// What has to be answered before the terminal goes on: a line on standard error and in the log and, unless in a
   /// batch, a page over the window with a button for each choice. @return the number of the one that was pressed;
   /// kNothingChosen when the page was closed, the terminal is to end, or in a batch
   [[nodiscard]] int Choose(const QString& title, const QString& text, const QStringList& choices);
-  /// Takes that page away.
+  /// Nothing stands in the way any more.
   void ClearObstacle();
   /// Says in title and status bar which market is shown, and from now on whether its prices are the latest.
   void ShowMarket(const MarketData& data, MarketConnection& connection);
@@ -79,6 +89,7 @@ class WindowSide {
   std::optional<SplitterMemory> splitters_;  ///< none in a batch
   QString bus_ = QStringLiteral("没有连接");
   std::unique_ptr<QWidget> obstacle_;
+  QString obstacleTitle_;  ///< of what stands in the way; empty: nothing does
   std::optional<PlaceWatch> places_;  ///< from FollowPlaces on
   std::unique_ptr<UrgentNotice> notice_;
 };

@@ -55,21 +55,27 @@ void PluginLoader::Load(const QString& path) {
     return;
   }
   const auto contract = reinterpret_cast<PlugInContractFunction>(library.resolve("GetPlugInContract"));
+  const QString foreign = QStringLiteral("“%1”不是本终端的插件：缺少入口函数。").arg(file);
+  if (contract == nullptr) {
+    problems_.append(foreign);
+    return;
+  }
+  // Another version may have other entry functions.
+  if (const int built = contract(); built != kSdkVersion) {
+    problems_.append(QStringLiteral("插件“%1”适用于接口版本 %2，本终端的接口版本是 %3：请安装与本终端一起发布的插件。")
+                         .arg(file)
+                         .arg(built)
+                         .arg(kSdkVersion));
+    return;
+  }
   const auto initialize = reinterpret_cast<InitializeFunction>(library.resolve("Initialize"));
   const auto name = reinterpret_cast<PlugInTextFunction>(library.resolve("GetPlugInName"));
   const auto version = reinterpret_cast<PlugInTextFunction>(library.resolve("GetPlugInVersion"));
   const auto enter = reinterpret_cast<PlugInVoidFunction>(library.resolve("GetPlugInEnter"));
   const auto exit = reinterpret_cast<PlugInVoidFunction>(library.resolve("GetPlugInExit"));
   const auto finalize = reinterpret_cast<PlugInVoidFunction>(library.resolve("Finalize"));
-  if (!contract || !initialize || !name || !version || !enter || !exit || !finalize) {
-    problems_.append(QStringLiteral("“%1”不是本终端的插件：缺少入口函数。").arg(file));
-    return;
-  }
-  if (const int built = contract(); built != kSdkVersion) {
-    problems_.append(QStringLiteral("插件“%1”适用于接口版本 %2，本终端的接口版本是 %3：请安装与本终端一起发布的插件。")
-                         .arg(file)
-                         .arg(built)
-                         .arg(kSdkVersion));
+  if (!initialize || !name || !version || !enter || !exit || !finalize) {
+    problems_.append(foreign);
     return;
   }
   if (!initialize(&host_, kSdkVersion)) {

@@ -9,46 +9,10 @@
 #include <vector>
 
 #include "hung_file.h"
-#include "screen.h"
+#include "window_fixture.h"
 
 namespace holdwise::e2e {
 namespace {
-
-class Window : public testing::Test {
- protected:
-  void SetUp() override {
-    for (const QString& missing : {MissingProgram(), MissingManager()})
-      if (!missing.isEmpty()) GTEST_SKIP() << missing.toStdString();
-    ASSERT_TRUE(screen_.IsThere());
-    manager_.setProcessEnvironment(screen_.Environment());
-    manager_.start(QStringLiteral("openbox"), {});
-    ASSERT_TRUE(manager_.waitForStarted());
-  }
-  void TearDown() override {
-    manager_.kill();
-    manager_.waitForFinished();
-  }
-  static QString MissingManager() {
-    return QStandardPaths::findExecutable(QStringLiteral("openbox")).isEmpty() ? QStringLiteral("openbox") : QString();
-  }
-  [[nodiscard]] static bool IsGone(RunningTerminal& terminal, int milliseconds = 30'000) {
-    return terminal.Process().waitForFinished(milliseconds);
-  }
-  /// On the button that the window manager has drawn at the right end of the main window's title.
-  void ClickClose() const {
-    const QString window = screen_.Do({"search", "--onlyvisible", "--name", "^Holdwise"}).section('\n', 0, 0);
-    (void)screen_.Do({"windowmove", "--sync", window, "0", "60"});
-    const QString width = screen_.Do({"getwindowgeometry", "--shell", window}).section("WIDTH=", 1).section('\n', 0, 0);
-    screen_.Click(width.toInt() - 9, 50);
-  }
-  [[nodiscard]] bool LogSays(const char* text) const {
-    return Until([&] { return Bytes(bench_.Work() + "/log/terminal.log").contains(text); }, 30'000);
-  }
-
-  const Screen screen_;
-  QProcess manager_;
-  Bench bench_;
-};
 
 TEST_F(Window, ClosedWhileItCalculatesItAsksFirst) {
   bench_.data = bench_.File("data");
@@ -73,100 +37,6 @@ TEST_F(Window, ClosedWhileItCalculatesItAsksFirst) {
   EXPECT_TRUE(LogSays("风险计算未完成"));
   rates.Release();
   EXPECT_EQ(bench_.Export("2001-strngrd").size(), 2U) << "the portfolios are there";
-}
-
-/// Without any data: one key makes a simulated market and opens it, and the next start has it again.
-TEST_F(Window, AFirstStartGetsToADemoMarket) {
-  const QString log = bench_.Work() + "/log/terminal.log";
-  const QStringList arguments{"--work", bench_.Work()};
-  {
-    RunningTerminal terminal(arguments, screen_.Environment());
-    ASSERT_TRUE(terminal.WaitForWindow());
-    ASSERT_TRUE(screen_.Enter("^Holdwise$"));
-    screen_.Keys({"alt+d"});
-    ASSERT_TRUE(screen_.Enter("模拟行情"));
-    EXPECT_TRUE(LogSays("插件“投资组合”"));
-    EXPECT_GE(terminal.Signal(SIGTERM), 0);
-  }
-  EXPECT_TRUE(QFile::exists(bench_.Work() + "/market/market.dat"));
-  EXPECT_TRUE(QDir(bench_.Work()).entryList({"demo-*"}).isEmpty()) << "nothing is left of its making";
-  RunningTerminal again(arguments, screen_.Environment());
-  ASSERT_TRUE(again.WaitForWindow());
-  EXPECT_TRUE(screen_.Enter("模拟行情"));
-}
-
-/// No data: the page stays, says that it has looked, and opens the market once it is there.
-TEST_F(Window, LookingAgainIsSeenAndOpensWhatHasCome) {
-  const QString data = bench_.File("data");
-  ASSERT_TRUE(QDir().mkpath(data));
-  RunningTerminal terminal({"--work", bench_.Work(), "--data", data}, screen_.Environment());
-  ASSERT_TRUE(terminal.WaitForWindow());
-  ASSERT_TRUE(screen_.Enter("^Holdwise$"));
-  const auto looks = [&] { return Bytes(bench_.Work() + "/log/terminal.log").count("没有可用的行情数据"); };
-  ASSERT_EQ(looks(), 1);
-  const QByteArray before = screen_.PictureAbove();
-  screen_.Keys({"alt+r"});
-  EXPECT_TRUE(Until([&] { return looks() == 2; }, 30'000));
-  EXPECT_TRUE(Until([&] { return screen_.PictureAbove() != before; }, 30'000)) << "a line more, with the time";
-  for (const QString& name : QDir(bench_.data).entryList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot))
-    ASSERT_TRUE(QFile::link(bench_.data + "/" + name, data + "/" + name));
-  screen_.Keys({"alt+r"});
-  EXPECT_TRUE(LogSays("插件“投资组合”"));
-}
-
-TEST_F(Window, APluginFolderWithoutPluginsSaysSoAndIsLookedAtAgain) {
-  const QString plugins = bench_.File("plugins");
-  ASSERT_TRUE(QDir().mkpath(plugins));
-  QProcessEnvironment environment = screen_.Environment();
-  environment.insert("HOLDWISE_PLUGIN_DIR", plugins);
-  RunningTerminal terminal(bench_.Arguments({}), environment);
-  ASSERT_TRUE(terminal.WaitForWindow());
-  EXPECT_TRUE(LogSays("没有可用的插件"));
-  ASSERT_TRUE(screen_.Enter("^Holdwise"));
-  const QString built = qEnvironmentVariable("HOLDWISE_BIN") + "/../lib/holdwise/Holdwise.so";
-  ASSERT_TRUE(QFile::copy(built, plugins + "/Holdwise.so"));
-  screen_.Keys({"alt+r"});
-  EXPECT_TRUE(LogSays("插件“投资组合”"));
-}
-
-TEST_F(Window, ADataFolderThatWasChosenIsOpenedAgain) {
-  const QStringList arguments{"--work", bench_.Work()};
-  {
-    RunningTerminal terminal(arguments, screen_.Environment());
-    ASSERT_TRUE(terminal.WaitForWindow());
-    ASSERT_TRUE(screen_.Enter("^Holdwise$"));
-    screen_.Keys({"alt+o"});
-    ASSERT_TRUE(screen_.Enter("选择数据目录"));
-    screen_.Type(bench_.data);
-    screen_.Keys({"Return"});
-    EXPECT_TRUE(LogSays("插件“投资组合”"));
-    EXPECT_GE(terminal.Signal(SIGTERM), 0);
-  }
-  ASSERT_TRUE(QFile::remove(bench_.Work() + "/log/terminal.log"));
-  RunningTerminal again(arguments, screen_.Environment());
-  ASSERT_TRUE(again.WaitForWindow());
-  EXPECT_TRUE(LogSays("插件“投资组合”"));
-}
-
-/// The page, its view, the colours and the edge of the tree are where they were left; a start that names a page goes
-/// there.
-TEST_F(Window, OpensWhereItWasLeft) {
-  const QString settings = bench_.Work() + "/settings.ini";
-  const auto run = [&](const QStringList& more) {
-    RunningTerminal terminal(bench_.Arguments(more), screen_.Environment());
-    EXPECT_TRUE(terminal.WaitForWindow());
-    EXPECT_GE(terminal.Signal(SIGTERM), 0);
-    return QString::fromUtf8(Bytes(settings));
-  };
-  EXPECT_TRUE(run({"--parameter", "Skip压力测试", "--theme", "light"}).contains("view=压力测试"));
-  const QString second = run({});
-  EXPECT_TRUE(second.contains("address=投资组合")) << second.toStdString();
-  EXPECT_TRUE(second.contains("view=压力测试")) << second.toStdString();
-  EXPECT_TRUE(second.contains("theme=light")) << second.toStdString();
-  EXPECT_TRUE(run({"--address", "分时走势"}).contains("address=分时走势"));
-  EXPECT_TRUE(run({}).contains("address=分时走势"));
-  EXPECT_EQ(bench_.Import().exitCode, 0);
-  EXPECT_TRUE(QString::fromUtf8(Bytes(settings)).contains("address=分时走势")) << "a batch leaves it alone";
 }
 
 TEST_F(Window, TheColoursOfRisesAndFallsSwitchAtOnceAndAreRemembered) {

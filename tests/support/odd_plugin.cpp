@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A plug-in that goes wrong in the one way ODD_PLUGIN names. It writes down in the host's log what is called of it.
+// A plug-in that goes wrong in the one way ODD_PLUGIN names; 6 and 7 lack an entry function, 6 is of another version
+// too. It writes down in the host's log what is called of it.
 #include <memory>
 #include <stdexcept>
 
@@ -7,7 +8,8 @@
 
 namespace {
 
-constexpr int kOtherVersion = 1, kThrowsAtStart = 2, kThrowsAtEnter = 3, kThrowsAnything = 4, kThrowsAtEnd = 5;
+constexpr int kOtherVersion = 1, kThrowsAtStart = 2, kThrowsAtEnter = 3, kThrowsAnything = 4, kThrowsAtEnd = 5,
+              kOtherVersionAndLess = 6;
 holdwise::Host* theHost = nullptr;
 
 class Page final : public holdwise::TAddressItem {
@@ -27,7 +29,8 @@ void Say(const char* what) {
 extern "C" {
 
 Q_DECL_EXPORT int GetPlugInContract() {
-  return ODD_PLUGIN == kOtherVersion ? holdwise::kSdkVersion + 1 : holdwise::kSdkVersion;
+  const bool isOther = ODD_PLUGIN == kOtherVersion || ODD_PLUGIN == kOtherVersionAndLess;
+  return isOther ? holdwise::kSdkVersion + 1 : holdwise::kSdkVersion;
 }
 
 Q_DECL_EXPORT bool Initialize(holdwise::Host* host, int /*sdkVersion*/) {
@@ -57,7 +60,9 @@ Q_DECL_EXPORT void GetPlugInExit() {
   if (ODD_PLUGIN == kThrowsAtEnd) throw 6;
 }
 
+#if ODD_PLUGIN < 6
 Q_DECL_EXPORT void Finalize() {
   Say("Finalize");
 }
+#endif
 }

@@ -75,6 +75,18 @@ TEST_F(HealthTest, AllIsWell) {
   ExpectIn("数据目录", true, "版本 e1");
 }
 
+TEST_F(HealthTest, BeforeAnyDataWereChosenNothingIsAmiss) {
+  facts_.dataFolder = folder_.filePath("none");
+  facts_.dataProblem = "不能使用";
+  facts_.quotesProblem.reset();
+  (void)Text("行情", false);
+  (void)Text("数据目录", false);
+  facts_.isDataAwaited = true;
+  ExpectIn("行情", true, "还没有选择");
+  ExpectIn("数据目录", true, "还没有选择");
+  EXPECT_EQ(ProblemsIn(TableOf(facts_)), 0);
+}
+
 TEST_F(HealthTest, PluginsAreThereOnceTheyHaveBeenLoaded) {
   facts_.plugins = "投资组合 1.0";
   ExpectIn("插件", true, "投资组合 1.0");

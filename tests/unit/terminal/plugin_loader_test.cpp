@@ -69,13 +69,27 @@ TEST_F(Loader, TheExampleRunsOnTheContractAlone) {
   EXPECT_TRUE(host.scripted.titleFrames.front().isNull()) << "its page is gone before the host is";
 }
 
+/// Also when it has not all of this version's entry functions.
 TEST_F(Loader, OfAnotherVersionNothingElseIsCalled) {
-  Put(QStringLiteral("odd/Odd1.so"));
+  const QStringList files{QStringLiteral("Odd1.so"), QStringLiteral("Odd6.so")};
+  for (const QString& file : files) Put(QStringLiteral("odd/") + file);
+  loader.LoadAll(folder.path());
+  EXPECT_TRUE(loader.Plugins().empty());
+  ASSERT_EQ(loader.Problems().size(), 2);
+  for (int index = 0; index < 2; ++index) {
+    const QString& problem = loader.Problems()[index];
+    EXPECT_TRUE(problem.contains(files[index])) << problem.toStdString();
+    EXPECT_TRUE(problem.contains(QStringLiteral("接口版本 %1，").arg(kSdkVersion + 1))) << problem.toStdString();
+  }
+  EXPECT_EQ(Called(), QStringList());
+}
+
+TEST_F(Loader, OfThisVersionButLackingAnEntryFunctionNothingElseIsCalled) {
+  Put(QStringLiteral("odd/Odd7.so"));
   loader.LoadAll(folder.path());
   EXPECT_TRUE(loader.Plugins().empty());
   ASSERT_EQ(loader.Problems().size(), 1);
-  EXPECT_TRUE(loader.Problems().front().contains(QStringLiteral("Odd1.so")));
-  EXPECT_TRUE(loader.Problems().front().contains(QString::number(kSdkVersion + 1)));
+  EXPECT_TRUE(loader.Problems().front().contains(QStringLiteral("“Odd7.so”不是本终端的插件")));
   EXPECT_EQ(Called(), QStringList());
 }
 

@@ -147,7 +147,8 @@ TEST(DialogsTest, FileDialogsAndTheLogsMenuSpeakChinese) {
   const std::unique_ptr<QTranslator> translator(qApp->findChild<QTranslator*>());
   ASSERT_NE(translator, nullptr);
   const auto askForNew = [](QWidget* window) { return AskForNewFile(window, QStringLiteral("组合.csv")); };
-  const std::vector<std::function<QString(QWidget*)>> all{AskForFile, AskForFolder, askForNew, AskForBackup};
+  const std::vector<std::function<QString(QWidget*)>> all{AskForFile, AskForFolder, AskForDataFolder, askForNew,
+                                                       AskForBackup};
   for (const auto& ask : all) {
     QTimer::singleShot(200, qApp, [] {
       auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+// Ways to a data folder, and to the plug-ins, of a terminal that has none.
+#include <QDir>
+#include <csignal>
+#include <optional>
+
+#include "window_fixture.h"
+
+namespace holdwise::e2e {
+namespace {
+
+class FirstStart : public Window {
+ protected:
+  /// Starts without data and presses the button of the simulated market.
+  void BeginDemo() {
+    terminal_.emplace(Arguments(), screen_.Environment());
+    ASSERT_TRUE(terminal_->WaitForWindow());
+    ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+    screen_.Keys({"alt+d"});
+    ASSERT_TRUE(Until([this] { return IsMaking(); }, 10'000));
+  }
+  /// The bars of a demo are there as long as it is made; its folder may stay beside them.
+  [[nodiscard]] bool IsMaking() const {
+    QStringList made = QDir(bench_.Work()).entryList({"demo-*"}, QDir::Dirs);
+    made.removeAll("demo-market");
+    return !made.isEmpty();
+  }
+  [[nodiscard]] QStringList Arguments() const { return {"--work", bench_.Work()}; }
+  /// Ends the terminal and says what is remembered.
+  [[nodiscard]] QString SettingsAfter() {
+    EXPECT_GE(terminal_->Signal(SIGTERM), 0);
+    return QString::fromUtf8(Bytes(bench_.Work() + "/settings.ini"));
+  }
+  std::optional<RunningTerminal> terminal_;
+};
+
+/// Without any data: one key makes a simulated market and opens it, and the next start has it again.
+TEST_F(FirstStart, AFirstStartGetsToADemoMarket) {
+  const QString log = bench_.Work() + "/log/terminal.log";
+  const QStringList arguments{"--work", bench_.Work()};
+  {
+    RunningTerminal terminal(arguments, screen_.Environment());
+    ASSERT_TRUE(terminal.WaitForWindow());
+    ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+    screen_.Keys({"alt+d"});
+    ASSERT_TRUE(screen_.Enter("模拟行情"));
+    EXPECT_TRUE(LogSays("插件“投资组合”"));
+    EXPECT_GE(terminal.Signal(SIGTERM), 0);
+  }
+  EXPECT_TRUE(QFile::exists(bench_.Work() + "/market/market.dat"));
+  EXPECT_TRUE(QDir(bench_.Work()).entryList({"demo-*"}).isEmpty()) << "nothing is left of its making";
+  RunningTerminal again(arguments, screen_.Environment());
+  ASSERT_TRUE(again.WaitForWindow());
+  EXPECT_TRUE(screen_.Enter("模拟行情"));
+}
+
+/// No data: the page stays, says that it has looked, and opens the market once it is there.
+TEST_F(FirstStart, LookingAgainIsSeenAndOpensWhatHasCome) {
+  const QString data = bench_.File("data");
+  ASSERT_TRUE(QDir().mkpath(data));
+  RunningTerminal terminal({"--work", bench_.Work(), "--data", data}, screen_.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+  const auto looks = [&] { return Bytes(bench_.Work() + "/log/terminal.log").count("没有可用的行情数据"); };
+  ASSERT_EQ(looks(), 1);
+  const QByteArray before = screen_.PictureAbove();
+  screen_.Keys({"alt+r"});
+  EXPECT_TRUE(Until([&] { return looks() == 2; }, 30'000));
+  EXPECT_TRUE(Until([&] { return screen_.PictureAbove() != before; }, 30'000)) << "a line more, with the time";
+  for (const QString& name : QDir(bench_.data).entryList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot))
+    ASSERT_TRUE(QFile::link(bench_.data + "/" + name, data + "/" + name));
+  screen_.Keys({"alt+r"});
+  EXPECT_TRUE(LogSays("插件“投资组合”"));
+}
+
+TEST_F(FirstStart, APluginFolderWithoutPluginsSaysSoAndIsLookedAtAgain) {
+  const QString plugins = bench_.File("plugins");
+  ASSERT_TRUE(QDir().mkpath(plugins));
+  QProcessEnvironment environment = screen_.Environment();
+  environment.insert("HOLDWISE_PLUGIN_DIR", plugins);
+  RunningTerminal terminal(bench_.Arguments({}), environment);
+  ASSERT_TRUE(terminal.WaitForWindow());
+  EXPECT_TRUE(LogSays("没有可用的插件"));
+  ASSERT_TRUE(screen_.Enter("^Holdwise"));
+  const QString built = qEnvironmentVariable("HOLDWISE_BIN") + "/../lib/holdwise/Holdwise.so";
+  ASSERT_TRUE(QFile::copy(built, plugins + "/Holdwise.so"));
+  screen_.Keys({"alt+r"});
+  EXPECT_TRUE(LogSays("插件“投资组合”"));
+}
+
+TEST_F(FirstStart, ADataFolderThatWasChosenIsOpenedAgain) {
+  const QStringList arguments{"--work", bench_.Work()};
+  {
+    RunningTerminal terminal(arguments, screen_.Environment());
+    ASSERT_TRUE(terminal.WaitForWindow());
+    ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+    screen_.Keys({"alt+o"});
+    ASSERT_TRUE(screen_.Enter("选择数据目录"));
+    screen_.Type(bench_.data);
+    screen_.Keys({"Return"});
+    EXPECT_TRUE(LogSays("插件“投资组合”"));
+    EXPECT_GE(terminal.Signal(SIGTERM), 0);
+  }
+  ASSERT_TRUE(QFile::remove(bench_.Work() + "/log/terminal.log"));
+  RunningTerminal again(arguments, screen_.Environment());
+  ASSERT_TRUE(again.WaitForWindow());
+  EXPECT_TRUE(LogSays("插件“投资组合”"));
+}
+
+/// Somebody who changes their mind while it is made gets the folder that was chosen, and no other one afterwards.
+TEST_F(FirstStart, ChoosingAFolderEndsTheMakingOfADemo) {
+  BeginDemo();
+  screen_.Keys({"alt+o"});
+  ASSERT_TRUE(screen_.Enter("选择数据目录"));
+  ASSERT_TRUE(IsMaking()) << "too fast for this test";
+  screen_.Type(bench_.data);
+  screen_.Keys({"Return"});
+  EXPECT_TRUE(LogSays("插件“投资组合”"));
+  ASSERT_TRUE(Until([this] { return !IsMaking(); }, 60'000));
+  QThread::msleep(1000);  // which the demo would need to be opened
+  EXPECT_FALSE(QFile::exists(bench_.Work() + "/market/market.dat"));
+  const QString settings = SettingsAfter();
+  EXPECT_TRUE(settings.contains("data=" + bench_.data + '\n')) << settings.toStdString();
+}
+
+/// The dialog is looked at and left: the demo comes after all, but not while it is open.
+TEST_F(FirstStart, ADemoThatIsReadyWaitsForTheDialog) {
+  BeginDemo();
+  screen_.Keys({"alt+o"});
+  ASSERT_TRUE(screen_.Enter("选择数据目录"));
+  ASSERT_TRUE(Until([this] { return QFile::exists(bench_.Work() + "/market/market.dat"); }, 60'000));
+  QThread::msleep(1000);
+  EXPECT_FALSE(Bytes(bench_.Work() + "/log/terminal.log").contains("插件“投资组合”"));
+  screen_.Keys({"Escape"});
+  EXPECT_TRUE(LogSays("插件“投资组合”"));
+  EXPECT_FALSE(IsMaking());
+  const QString settings = SettingsAfter();
+  EXPECT_TRUE(settings.contains("data=" + bench_.Work() + "/market\n")) << settings.toStdString();
+}
+
+/// Data have come to the folder that was asked for while a demo is made elsewhere.
+TEST_F(FirstStart, LookingAgainThatFindsDataEndsTheMakingOfADemo) {
+  const QString data = bench_.Work() + "/market";
+  ASSERT_TRUE(QDir().mkpath(data));
+  ASSERT_TRUE(QFile::setPermissions(bench_.Work(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+  (void)bench_.Write("work/market/market.dat", "no data");
+  BeginDemo();
+  ASSERT_TRUE(QFile::remove(data + "/market.dat"));
+  CopyFolder(bench_.data, data);
+  screen_.Keys({"alt+r"});
+  EXPECT_TRUE(LogSays("插件“投资组合”"));
+  ASSERT_TRUE(Until([this] { return !IsMaking(); }, 60'000));
+  QThread::msleep(1000);
+  EXPECT_FALSE(QFile::exists(bench_.Work() + "/demo-market/market.dat"));
+  EXPECT_FALSE(SettingsAfter().contains("data="));
+}
+
+}  // namespace
+}  // namespace holdwise::e2e
