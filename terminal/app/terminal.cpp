@@ -137,7 +137,7 @@ bool Terminal::OpenPages() {
 
 void Terminal::AddPluginObstacle() {
   const QString others = pages_->PluginNames();
-  const QString usable = others.isEmpty() ? QString() : QStringLiteral("和插件%1").arg(others);
+  const QString usable = others.isEmpty() ? QString() : QStringLiteral("和插件“%1”").arg(others);
   const QString text = QStringLiteral(
                            "%1\n\n请重新安装终端，它的插件应在目录“%2”中；然后按“重新检查”。"
                            "在那之前没有投资组合页面，分时走势%3照常可用。")
