@@ -142,9 +142,12 @@ void Terminal::AddPluginObstacle() {
                            "%1\n\n请重新安装终端，它的插件应在目录“%2”中；然后按“重新检查”。"
                            "在那之前没有投资组合页面，分时走势%3照常可用。")
                            .arg(pages_->Problems().join(QLatin1Char('\n')), PluginLoader::Folder(), usable);
-  pages_->AddObstacle(window_.MakeObstacle(
-      {others.isEmpty() ? QStringLiteral("没有可用的插件") : QStringLiteral("没有投资组合插件"), text, QString(),
-       [this] { TryAgain(); }, {}}));
+  pages_->AddObstacle(
+      window_.MakeObstacle({others.isEmpty() ? QStringLiteral("没有可用的插件") : QStringLiteral("没有投资组合插件"),
+                            text,
+                            QString(),
+                            [this] { TryAgain(); },
+                            {}}));
 }
 
 void Terminal::TryAgain() {

@@ -59,7 +59,7 @@ class Terminal {
   std::unique_ptr<HealthSide> health_;  ///< null until the database is open
   std::unique_ptr<Commands> commands_;  ///< null until the database is open
   DayChange dayChange_;                 ///< after all that it looks at
-  bool isReady_ = false;  ///< the views can be shown
+  bool isReady_ = false;                ///< the views can be shown
   bool hasGoneOn_ = false;
 };
 

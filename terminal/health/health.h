@@ -51,9 +51,9 @@ struct Facts {
   Comparison comparison;
   QString dataFolder;
   bool isDataAwaited = false;  ///< none were ever chosen and none are there: nothing is amiss yet
-  QString dataProblem;  ///< why it cannot be used; empty when it can
-  QString dataDate;     ///< date of the market, YYYY-MM-DD
-  QString dataEdition;  ///< which making of the folder it is; empty: unknown
+  QString dataProblem;         ///< why it cannot be used; empty when it can
+  QString dataDate;            ///< date of the market, YYYY-MM-DD
+  QString dataEdition;         ///< which making of the folder it is; empty: unknown
   bool isSimulated = false;
   QStringList dataNotices;               ///< what of its files is not used or missing
   QString plugins;                       ///< that run; empty with no problem: nobody has loaded them

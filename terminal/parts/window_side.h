@@ -89,7 +89,7 @@ class WindowSide {
   std::optional<SplitterMemory> splitters_;  ///< none in a batch
   QString bus_ = QStringLiteral("没有连接");
   std::unique_ptr<QWidget> obstacle_;
-  QString obstacleTitle_;  ///< of what stands in the way; empty: nothing does
+  QString obstacleTitle_;             ///< of what stands in the way; empty: nothing does
   std::optional<PlaceWatch> places_;  ///< from FollowPlaces on
   std::unique_ptr<UrgentNotice> notice_;
 };

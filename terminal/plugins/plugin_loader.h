@@ -29,8 +29,9 @@ class PluginLoader {
   /// Folder searched: HOLDWISE_PLUGIN_DIR, else ../lib/holdwise beside the program's folder.
   [[nodiscard]] static QString Folder();
   /// Loads every *.so of the folder in alphabetical order: the contract's version before any other entry function is
-  /// looked for or called, those by name, Initialize, name and version, GetPlugInEnter. What is of another version, could not be loaded,
-  /// refused to start or threw is left out and told in Problems, with its addresses gone; the others go on.
+  /// looked for or called, those by name, Initialize, name and version, GetPlugInEnter. What is of another version,
+  /// could not be loaded, refused to start or threw is left out and told in Problems, with its addresses gone; the
+  /// others go on.
   void LoadAll(const QString& folder);
   /// GetPlugInExit and Finalize of each plug-in, last loaded first. Called by the destructor too.
   void EndAll();

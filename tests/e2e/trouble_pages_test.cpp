@@ -55,8 +55,7 @@ class TroublePages : public testing::Test {
     options.database = Database();
     Terminal terminal(options, [this] {
       OpenedDatabase opened;
-      opened.database =
-          FirebirdUserData::Open(DatabaseTarget::FromText(Database()), test::TempDatabase::LockFolder());
+      opened.database = FirebirdUserData::Open(DatabaseTarget::FromText(Database()), test::TempDatabase::LockFolder());
       return opened;
     });
     bool hasLooked = false;
@@ -74,8 +73,8 @@ class TroublePages : public testing::Test {
   [[nodiscard]] QString Database() const { return bench_.Work() + "/holdwise.fdb"; }
   [[nodiscard]] QString Safe() const { return "\n\n已保存的组合不受影响，仍在数据库“" + Database() + "”里。"; }
   [[nodiscard]] QString Reinstall(const QString& usable) const {
-    return "\n\n请重新安装终端，它的插件应在目录“" + plugins_ +
-           "”中；然后按“重新检查”。在那之前没有投资组合页面，" + usable + "照常可用。";
+    return "\n\n请重新安装终端，它的插件应在目录“" + plugins_ + "”中；然后按“重新检查”。在那之前没有投资组合页面，" +
+           usable + "照常可用。";
   }
 
   /// The page that is shown; null: there is none.
@@ -99,9 +98,7 @@ class TroublePages : public testing::Test {
       if (auto* bar = dynamic_cast<AddressBar*>(widget)) return *bar;
     throw std::runtime_error("no tabs");
   }
-  static QStringList TabNames(MainWindow& window) {
-    return Tabs(window).accessibleName().section("：", 1).split("、");
-  }
+  static QStringList TabNames(MainWindow& window) { return Tabs(window).accessibleName().section("：", 1).split("、"); }
   static void ClickTab(MainWindow& window, const QString& name) {
     const auto index = static_cast<int>(TabNames(window).indexOf(name));
     ASSERT_GE(index, 0) << name.toStdString();
@@ -215,31 +212,36 @@ TEST_F(TroublePages, ThePageIsComeBackToFromTheOthers) {
   EXPECT_FALSE(Bytes(bench_.Work() + "/settings.ini").contains("address=")) << "nothing to come back to later";
 }
 
-/// In the dialog that a key opens; closes it.
-void InDialog(const std::function<void()>& open, const std::function<void(const QWidget&)>& look) {
+/// In the dialog that a key of the window opens; closes it.
+void InDialog(MainWindow& window, const std::function<void()>& open, const std::function<void(const QWidget&)>& look) {
+  window.activateWindow();  // which nobody does here when a dialog closes
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
   bool hasLooked = false;
-  QTimer::singleShot(300, qApp, [&] {
+  QTimer timer;
+  timer.callOnTimeout([&] {
     QWidget* dialog = QApplication::activeModalWidget();
-    ASSERT_NE(dialog, nullptr);
+    if (dialog == nullptr) return;
+    timer.stop();
     look(*dialog);
     hasLooked = true;
     QTest::keyClick(dialog, Qt::Key_Escape);
   });
+  timer.start(100);
   open();
   EXPECT_TRUE(QTest::qWaitFor([&] { return hasLooked; }));
 }
 
 TEST_F(TroublePages, TheHelpMenusKeysShowTheKeysAndWhatRunsWhere) {
   Run({"--data", bench_.data}, [this](MainWindow& window) {
-    InDialog([&] { QTest::keyClick(&window, Qt::Key_F1); },
-             [](const QWidget& dialog) { EXPECT_EQ(dialog.windowTitle(), "键盘"); });
+    InDialog(
+        window, [&] { QTest::keyClick(&window, Qt::Key_F1); },
+        [](const QWidget& dialog) { EXPECT_EQ(dialog.windowTitle(), "键盘"); });
     const auto openAbout = [&] {
-      ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
       QTest::keyClick(&window, Qt::Key_H, Qt::AltModifier);
       ASSERT_NE(QApplication::activePopupWidget(), nullptr);
       QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_A);
     };
-    InDialog(openAbout, [this](const QWidget& dialog) {
+    InDialog(window, openAbout, [this](const QWidget& dialog) {
       EXPECT_EQ(dialog.windowTitle(), "关于");
       QString said;
       for (const QLabel* label : dialog.findChildren<QLabel*>()) said += label->text();

@@ -148,7 +148,7 @@ TEST(DialogsTest, FileDialogsAndTheLogsMenuSpeakChinese) {
   ASSERT_NE(translator, nullptr);
   const auto askForNew = [](QWidget* window) { return AskForNewFile(window, QStringLiteral("组合.csv")); };
   const std::vector<std::function<QString(QWidget*)>> all{AskForFile, AskForFolder, AskForDataFolder, askForNew,
-                                                       AskForBackup};
+                                                          AskForBackup};
   for (const auto& ask : all) {
     QTimer::singleShot(200, qApp, [] {
       auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
