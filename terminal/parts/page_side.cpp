@@ -11,6 +11,7 @@
 #include "intraday/intraday_page.h"
 #include "pages/host_pages.h"
 #include "process/print.h"
+#include "process/start_again.h"
 
 namespace holdwise {
 namespace {
@@ -60,7 +61,7 @@ PageSide::PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& ma
              process.Clock(), database, market.Data(), market.Connection().Bus(), market.Files(),
              [this](const TDMessage& request) { recorder_.FollowRequest(request); }},
             process.Asked().workFolder),
-      plugins_(host_, addresses_) {
+      plugins_(host_, addresses_, [&process](const QString& file) { StartAgainWithout(file, process.Asked()); }) {
   addresses_.OnEntered = [this](const QString& name) { window_.Window().SetCurrentAddress(name); };
   addresses_.OnLeft = [this](const QString& name) {
     cameFrom_ = name;
@@ -142,7 +143,7 @@ void PageSide::ReturnFromSecurity(const MarketData& data) {
 }
 
 bool PageSide::LoadPlugins() {
-  plugins_.LoadAll(PluginLoader::Folder());
+  plugins_.LoadAll(PluginLoader::Folder(), PluginsLeftOut());
   const bool hasViews = ViewAddress() != nullptr;
   problems_ = plugins_.Problems();
   if (!hasViews && problems_.isEmpty())
