@@ -62,8 +62,18 @@ WindowActions Terminal::Actions() {
   actions.setTheme = [this](ThemeKind kind) { window_.SetTheme(kind); };
   actions.setRiseFall = [this](RiseFall choice) { window_.SetRiseFall(choice); };
   actions.takeNewDay = [this] { dayChange_.TakeAsked(); };
+  actions.mayClose = [this] { return MayClose(); };
   actions.goTo = [this](const QString& address) { (void)pages_->GoTo(address, QString()); };
   return actions;
+}
+
+bool Terminal::MayClose() {
+  const QStringList unstored = pages_ == nullptr ? QStringList() : pages_->Unstored();
+  if (unstored.isEmpty()) return true;
+  using Box = MessageBoxService;
+  const QString question = QStringLiteral("%1，退出后就没有了。\n现在退出吗?").arg(unstored.join(QStringLiteral("，")));
+  return window_.Messages().Vex_MessageBox(question, QStringLiteral("询问"), Box::kOkAndCancel, Box::kQuestion) ==
+         Box::kOk;
 }
 
 int Terminal::Run() {
@@ -142,9 +152,12 @@ void Terminal::AddPluginObstacle() {
                            "%1\n\n请重新安装终端，它的插件应在目录“%2”中；然后按“重新检查”。"
                            "在那之前没有投资组合页面，分时走势%3照常可用。")
                            .arg(pages_->Problems().join(QLatin1Char('\n')), PluginLoader::Folder(), usable);
-  pages_->AddObstacle(window_.MakeObstacle(
-      {others.isEmpty() ? QStringLiteral("没有可用的插件") : QStringLiteral("没有投资组合插件"), text, QString(),
-       [this] { TryAgain(); }, {}}));
+  pages_->AddObstacle(
+      window_.MakeObstacle({others.isEmpty() ? QStringLiteral("没有可用的插件") : QStringLiteral("没有投资组合插件"),
+                            text,
+                            QString(),
+                            [this] { TryAgain(); },
+                            {}}));
 }
 
 void Terminal::TryAgain() {
@@ -166,6 +179,7 @@ void Terminal::ChangeDay() {
         QStringLiteral("数据文件夹“%1”现在是日期%2的数据").arg(data.Folder(), data.CurrentDateText()).toStdString());
   }
   const PagePlace place = PlaceOf(*pages_, market_->Data());
+  if (!process_.Asked().IsBatch()) pages_->RememberPage(process_.Settings());
   pages_.reset();
   market_ = std::move(next);
   isReady_ = OpenPages();

@@ -32,6 +32,8 @@ class Terminal {
 
  private:
   [[nodiscard]] WindowActions Actions();
+  /// Asks whether what has been half entered may go, if anything has.
+  [[nodiscard]] bool MayClose();
   /// Waits for the data folder and loads the plug-ins; false when the views cannot be shown, which an obstacle tells.
   bool OpenPages();
   /// Has the pages say why there are no views among them.
@@ -59,7 +61,7 @@ class Terminal {
   std::unique_ptr<HealthSide> health_;  ///< null until the database is open
   std::unique_ptr<Commands> commands_;  ///< null until the database is open
   DayChange dayChange_;                 ///< after all that it looks at
-  bool isReady_ = false;  ///< the views can be shown
+  bool isReady_ = false;                ///< the views can be shown
   bool hasGoneOn_ = false;
 };
 
