@@ -114,6 +114,10 @@ QTreeWidgetItem* NavigationTree::FindCaption(const QString& beginning) const {
   return nullptr;
 }
 
+void NavigationTree::GoTo(QTreeWidgetItem* node) {
+  setCurrentItem(node, dxc_Text);
+}
+
 void NavigationTree::SetColors(const Colors& colors) {
   colors_ = colors;
   QPalette area = palette();
@@ -129,12 +133,13 @@ void NavigationTree::SetColors(const Colors& colors) {
 QModelIndex NavigationTree::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
   // Nothing opens or closes here: left leads out to the group, right into it.
   const QModelIndex current = currentIndex();
-  if (action == MoveLeft) return current.parent().isValid() ? current.parent().siblingAtColumn(dxc_Text) : current;
+  // Always in the shown column: a step marks what is at the place of its cell, and a hidden one has none.
+  if (action == MoveLeft) return (current.parent().isValid() ? current.parent() : current).siblingAtColumn(dxc_Text);
   if (action == MoveRight) {
     const QModelIndex child = model()->index(0, dxc_Text, current.siblingAtColumn(0));
-    return child.isValid() ? child : current;
+    return child.isValid() ? child : current.siblingAtColumn(dxc_Text);
   }
-  return QTreeWidget::moveCursor(action, modifiers);
+  return QTreeWidget::moveCursor(action, modifiers).siblingAtColumn(dxc_Text);
 }
 
 QItemSelectionModel::SelectionFlags NavigationTree::selectionCommand(const QModelIndex& index,

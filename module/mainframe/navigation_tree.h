@@ -38,6 +38,9 @@ class NavigationTree : public QTreeWidget {
   /// Incremental search: the first node in tree order whose caption begins with the text. The empty text finds nothing.
   [[nodiscard]] QTreeWidgetItem* FindCaption(const QString& beginning) const;
 
+  /// Makes a node the current one, as a click on its caption does.
+  void GoTo(QTreeWidgetItem* node);
+
   void SetColors(const Colors& colors);
   [[nodiscard]] const Colors& CurrentColors() const noexcept { return colors_; }
 

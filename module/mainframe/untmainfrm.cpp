@@ -86,7 +86,7 @@ TMainFrm::TMainFrm(QWidget* parent) : QWidget(parent) {
   connect(g_Timer.get(), &QTimer::timeout, this,
           [this] { GuardEvent(Unit(), QStringLiteral("g_TimerOnTimer"), [this] { g_TimerOnTimer(); }); });
   QTreeWidgetItem* top = tree_->topLevelItem(0);
-  tree_->setCurrentItem(top);
+  tree_->GoTo(top);
   connect(tree_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* node) {
     GuardEvent(Unit(), QStringLiteral("dxTLChangeNode"), [&] { dxTLChangeNode(node); });
   });

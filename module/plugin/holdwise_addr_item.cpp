@@ -79,7 +79,7 @@ void THoldwiseAddrItem::Interpret(const QString& parameter) {
   const QString skip = QStringLiteral("Skip");
   if (parameter.startsWith(skip)) {
     QTreeWidgetItem* node = mainFrame_->dxTL().FindCaption(parameter.mid(skip.size()));
-    if (node != nullptr) mainFrame_->dxTL().setCurrentItem(node);
+    if (node != nullptr) mainFrame_->dxTL().GoTo(node);
     return;
   }
   CodeNumServices& codes = ModuleHost().CodeNums();

@@ -38,7 +38,7 @@ bool HoldwiseViewCatalogue::Show(int frameId) {
   if (mainFrame_.isNull() || FindView(frameId) == nullptr) return false;
   QTreeWidgetItem* node = mainFrame_->dxTL().FindId(frameId);
   if (node == nullptr) return false;
-  mainFrame_->dxTL().setCurrentItem(node);
+  mainFrame_->dxTL().GoTo(node);
   return true;
 }
 

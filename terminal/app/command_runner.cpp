@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "process/exception_text.h"
+
 namespace holdwise {
 namespace {
 
@@ -34,6 +36,16 @@ void CommandRunner::Next() {
 }
 
 void CommandRunner::Carry(const Job& job) {
+  std::optional<HandOverAnswer> answer;
+  try {
+    answer = Result(job);
+  } catch (...) {
+    answer = {QStringLiteral("命令没有执行完：%1").arg(TextOfCurrentException()), 1};
+  }
+  if (answer) End(job, *answer);
+}
+
+std::optional<HandOverAnswer> CommandRunner::Result(const Job& job) {
   const Command& command = job.command;
   if (command.theme) targets_.setTheme(*command.theme);
   const bool goes = !command.address.isEmpty() || !command.parameter.isEmpty();
@@ -41,7 +53,7 @@ void CommandRunner::Carry(const Job& job) {
     const QString what = command.address.isEmpty()
                              ? QStringLiteral("没有投资组合页面，不能打开“%1”。").arg(command.parameter)
                              : QStringLiteral("没有地址“%1”。").arg(command.address);
-    return End(job, {what, kUnknownAddressExitCode});
+    return HandOverAnswer{what, kUnknownAddressExitCode};
   }
   HandOverAnswer answer;
   QStringList texts;
@@ -54,15 +66,16 @@ void CommandRunner::Carry(const Job& job) {
   step(command.importFile, [this, &command](const QString&) { return targets_.importPortfolios(command); });
   step(command.backupFile, targets_.backUpPortfolios);
   answer.text = texts.join(QLatin1Char('\n'));
-  if (answer.exitCode != 0) return End(job, answer);
+  if (answer.exitCode != 0) return answer;
   if (command.exportFolder.isEmpty()) {
     targets_.raise();
-    return End(job, answer);
+    return answer;
   }
   targets_.exportViews(command, [this, job, before = answer.text](const HandOverAnswer& exported) {
     const QString text = before.isEmpty() ? exported.text : before + QLatin1Char('\n') + exported.text;
     End(job, {text, exported.exitCode});
   });
+  return std::nullopt;
 }
 
 void CommandRunner::End(const Job& job, const HandOverAnswer& answer) {

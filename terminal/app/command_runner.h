@@ -4,6 +4,7 @@
 #include <QObject>
 #include <deque>
 #include <functional>
+#include <optional>
 
 #include "process/command_line.h"
 #include "process/hand_over.h"
@@ -51,6 +52,8 @@ class CommandRunner : public QObject {
   };
   void Next();
   void Carry(const Job& job);
+  /// Carries a command out; none while its export still runs, which ends it.
+  [[nodiscard]] std::optional<HandOverAnswer> Result(const Job& job);
   void End(const Job& job, const HandOverAnswer& answer);
   [[nodiscard]] bool MayBegin(const Job& job) const;
   void Watch();

@@ -79,11 +79,6 @@ bool DayChange::eventFilter(QObject* watched, QEvent* event) {
   return QObject::eventFilter(watched, event);
 }
 
-QStringList DayChange::Unstored() const {
-  TAddressItem* item = parts_.pages->ViewAddress();
-  return item == nullptr ? QStringList() : item->Views()->Unstored();
-}
-
 bool DayChange::IsDisturbing() const {
   // Below a nested event loop somebody stands on the pages.
   return parts_.pages == nullptr || isBusy() || QThread::currentThread()->loopLevel() > 1 ||
@@ -92,7 +87,7 @@ bool DayChange::IsDisturbing() const {
 }
 
 QString DayChange::WaitsFor() const {
-  const QStringList unstored = Unstored();
+  const QStringList unstored = parts_.pages->Unstored();
   if (!unstored.isEmpty()) return unstored.join(QStringLiteral("，")) + QStringLiteral("，存好后自动换上");
   return problem_.isEmpty() ? QStringLiteral("停止操作后自动换上") : problem_;
 }
@@ -100,13 +95,13 @@ QString DayChange::WaitsFor() const {
 void DayChange::Look() {
   if (parts_.market == nullptr || parts_.pages == nullptr) return Wait({});
   const bool isQuiet = quiet_.hasExpired(kQuiet.count());
-  if (isQuiet && Unstored().isEmpty() && !IsDisturbing()) return Take();
+  if (isQuiet && parts_.pages->Unstored().isEmpty() && !IsDisturbing()) return Take();
   parts_.window.Window().OfferNewDay(QStringLiteral("%1 的行情已到，换上(&N)").arg(date_), WaitsFor());
 }
 
 void DayChange::TakeAsked() {
   if (date_.isEmpty() || IsDisturbing()) return;
-  const QStringList unstored = Unstored();
+  const QStringList unstored = parts_.pages->Unstored();
   if (!unstored.isEmpty()) {
     using Box = MessageBoxService;
     const QString question =

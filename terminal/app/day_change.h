@@ -62,7 +62,6 @@ class DayChange : public QObject {
   void Wait(const QString& date);
   [[nodiscard]] QString WaitsFor() const;
   [[nodiscard]] bool IsDisturbing() const;
-  [[nodiscard]] QStringList Unstored() const;
   void Take();
 
   DayChangeParts parts_;

@@ -11,7 +11,6 @@
 #include <future>
 #include <optional>
 #include <utility>
-#include <vector>
 
 #include "database/database_identity.h"
 #include "database/firebird_process.h"
@@ -27,6 +26,7 @@
 #include "process/hand_over.h"
 #include "process/print.h"
 #include "process/signal_guard.h"
+#include "process/start_again.h"
 #include "process/work_folder.h"
 #include "terminal.h"
 #include "window/app_icon.h"
@@ -138,25 +138,6 @@ void Repair(const Options& options) {
   } catch (const Error& error) {
     PrintError(QStringLiteral("没有恢复：%1").arg(QString::fromUtf8(error.what())));
   }
-}
-
-/// Starts the program anew in this process's place; comes back only when that fails. What this start was asked to do
-/// beside going to an address is done already.
-void StartAgain(const Options& options) {
-  std::vector<QByteArray> words{"holdwise-terminal", "--work", options.workFolder.toUtf8(), "--data",
-                                options.dataFolder.toUtf8()};
-  const Command& command = options.command;
-  for (const auto& [name, value] : {std::pair<const char*, QString>{"--db", command.database},
-                                    {"--address", command.address},
-                                    {"--parameter", command.parameter}}) {
-    if (!value.isEmpty()) words.insert(words.end(), {name, value.toUtf8()});
-  }
-  std::vector<char*> argv;
-  argv.reserve(words.size() + 1);
-  for (QByteArray& word : words) argv.push_back(word.data());
-  argv.push_back(nullptr);
-  ::execv("/proc/self/exe", argv.data());
-  PrintError(QStringLiteral("终端没有能重新启动，请再启动一次。"));
 }
 
 int RunTerminal(int argc, char** argv, const Options& options, bool& wantsRepair) {

@@ -62,8 +62,18 @@ WindowActions Terminal::Actions() {
   actions.setTheme = [this](ThemeKind kind) { window_.SetTheme(kind); };
   actions.setRiseFall = [this](RiseFall choice) { window_.SetRiseFall(choice); };
   actions.takeNewDay = [this] { dayChange_.TakeAsked(); };
+  actions.mayClose = [this] { return MayClose(); };
   actions.goTo = [this](const QString& address) { (void)pages_->GoTo(address, QString()); };
   return actions;
+}
+
+bool Terminal::MayClose() {
+  const QStringList unstored = pages_ == nullptr ? QStringList() : pages_->Unstored();
+  if (unstored.isEmpty()) return true;
+  using Box = MessageBoxService;
+  const QString question = QStringLiteral("%1，退出后就没有了。\n现在退出吗?").arg(unstored.join(QStringLiteral("，")));
+  return window_.Messages().Vex_MessageBox(question, QStringLiteral("询问"), Box::kOkAndCancel, Box::kQuestion) ==
+         Box::kOk;
 }
 
 int Terminal::Run() {
@@ -169,6 +179,7 @@ void Terminal::ChangeDay() {
         QStringLiteral("数据文件夹“%1”现在是日期%2的数据").arg(data.Folder(), data.CurrentDateText()).toStdString());
   }
   const PagePlace place = PlaceOf(*pages_, market_->Data());
+  if (!process_.Asked().IsBatch()) pages_->RememberPage(process_.Settings());
   pages_.reset();
   market_ = std::move(next);
   isReady_ = OpenPages();

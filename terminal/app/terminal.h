@@ -32,6 +32,8 @@ class Terminal {
 
  private:
   [[nodiscard]] WindowActions Actions();
+  /// Asks whether what has been half entered may go, if anything has.
+  [[nodiscard]] bool MayClose();
   /// Waits for the data folder and loads the plug-ins; false when the views cannot be shown, which an obstacle tells.
   bool OpenPages();
   /// Has the pages say why there are no views among them.

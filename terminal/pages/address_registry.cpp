@@ -2,9 +2,9 @@
 #include "pages/address_registry.h"
 
 #include <algorithm>
-#include <exception>
 
 #include "holdwise/packet/error.h"
+#include "process/exception_text.h"
 
 namespace holdwise {
 
@@ -68,9 +68,9 @@ TAddressItem* AddressRegistry::Find(const QString& name) const {
 void AddressRegistry::Guard(const TAddressItem& item, const char* step, const std::function<void()>& call) {
   try {
     call();
-  } catch (const std::exception& error) {
-    debug_.WriteLog(QStringLiteral("地址“%1”的 %2 出错：%3")
-                        .arg(item.Name(), QString::fromLatin1(step), QString::fromUtf8(error.what())));
+  } catch (...) {
+    debug_.WriteLog(
+        QStringLiteral("地址“%1”的 %2 出错：%3").arg(item.Name(), QString::fromLatin1(step), TextOfCurrentException()));
   }
 }
 

@@ -67,6 +67,7 @@ void ToolbarPage::SetParameter(const QString& parameter) {
 
 LogPage::LogPage(DebugLog& log) : log_(log) {
   setReadOnly(true);
+  setAccessibleName(QStringLiteral("日志"));
   setFrameShape(QFrame::NoFrame);
   setLineWrapMode(QPlainTextEdit::NoWrap);
   setMaximumBlockCount(DebugLog::kLinesInMemory);

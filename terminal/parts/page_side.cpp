@@ -11,6 +11,7 @@
 #include "intraday/intraday_page.h"
 #include "pages/host_pages.h"
 #include "process/print.h"
+#include "process/start_again.h"
 
 namespace holdwise {
 namespace {
@@ -60,7 +61,7 @@ PageSide::PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& ma
              process.Clock(), database, market.Data(), market.Connection().Bus(), market.Files(),
              [this](const TDMessage& request) { recorder_.FollowRequest(request); }},
             process.Asked().workFolder),
-      plugins_(host_, addresses_) {
+      plugins_(host_, addresses_, [&process](const QString& file) { StartAgainWithout(file, process.Asked()); }) {
   addresses_.OnEntered = [this](const QString& name) { window_.Window().SetCurrentAddress(name); };
   addresses_.OnLeft = [this](const QString& name) {
     cameFrom_ = name;
@@ -142,7 +143,7 @@ void PageSide::ReturnFromSecurity(const MarketData& data) {
 }
 
 bool PageSide::LoadPlugins() {
-  plugins_.LoadAll(PluginLoader::Folder());
+  plugins_.LoadAll(PluginLoader::Folder(), PluginsLeftOut());
   const bool hasViews = ViewAddress() != nullptr;
   problems_ = plugins_.Problems();
   if (!hasViews && problems_.isEmpty())
@@ -191,28 +192,36 @@ QString PageSide::PluginNames() const {
 }
 
 void PageSide::RememberPage(QSettings& settings) const {
-  TAddressItem* current = addresses_.Current();
+  const TAddressItem* current = addresses_.Current();
   if (current == nullptr) return;
-  settings.setValue(kAddressSetting, current->Name());
-  QString caption;
-  if (const ViewCatalogue* views = current->Views(); views != nullptr) {
-    for (const ViewCatalogue::View& view : views->List())
-      if (view.frameId == views->Current()) caption = view.caption;
-  }
-  settings.setValue(kViewSetting, caption);
+  TAddressItem* withViews = ViewAddress();
+  // One without a tab is looked at in passing.
+  const TAddressItem* page = current->IsListed() ? current : withViews;
+  if (page != nullptr) settings.setValue(kAddressSetting, page->Name());
+  if (withViews == nullptr) return;
+  const ViewCatalogue& views = *withViews->Views();
+  for (const ViewCatalogue::View& view : views.List())
+    if (view.frameId == views.Current()) settings.setValue(kViewSetting, view.caption);
 }
 
 bool PageSide::GoToRemembered(const QSettings& settings) {
-  const QString address = settings.value(kAddressSetting).toString();
-  const QString view = settings.value(kViewSetting).toString();
-  if (address.isEmpty() || !HasAddress(address)) return false;
-  return GoTo(address, view.isEmpty() ? QString() : QStringLiteral("Skip") + view);
+  const TAddressItem* page = addresses_.Find(settings.value(kAddressSetting).toString());
+  return page != nullptr && page->IsListed() && GoTo(page->Name(), QString());
 }
 
 bool PageSide::GoTo(const QString& address, const QString& parameter) {
-  if (!address.isEmpty()) return addresses_.GotoAddress(address, parameter);
-  const TAddressItem* views = ViewAddress();
-  return views != nullptr && addresses_.GotoAddress(views->Name(), parameter);
+  TAddressItem* item = address.isEmpty() ? ViewAddress() : addresses_.Find(address);
+  if (item == nullptr) return false;
+  // The views begin with the one that was shown last; a batch has nothing to do with what a person has looked at.
+  const bool isFirst =
+      parameter.isEmpty() && !process_.Asked().IsBatch() && item->Views() != nullptr && item->Views()->List().empty();
+  const QString last = isFirst ? process_.Settings().value(kViewSetting).toString() : QString();
+  return addresses_.GotoAddress(item->Name(), last.isEmpty() ? parameter : QStringLiteral("Skip") + last);
+}
+
+QStringList PageSide::Unstored() const {
+  TAddressItem* item = ViewAddress();
+  return item == nullptr ? QStringList() : item->Views()->Unstored();
 }
 
 TAddressItem* PageSide::ViewAddress() const {

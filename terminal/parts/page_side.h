@@ -40,16 +40,19 @@ class PageSide {
 
   /// Is there an address of exactly that name? None before LoadPlugins but those of the host's own pages.
   [[nodiscard]] bool HasAddress(const QString& name) const;
-  /// Enters an address; empty: the one with views, if there is one. False when there is no such address.
+  /// Enters an address; empty: the one with views, if there is one. False when there is no such address. Without a
+  /// parameter the views begin, at their first time, with the remembered one.
   [[nodiscard]] bool GoTo(const QString& address, const QString& parameter);
   /// Name of the address that is entered; empty when none is.
   [[nodiscard]] QString CurrentAddress() const;
   /// Name and version of each plug-in that runs, in a line.
   [[nodiscard]] QString PluginNames() const;
-  /// Remembers which page, and which view of it, is shown.
+  /// Remembers which page is shown, if it has a tab, and which view was shown last.
   void RememberPage(QSettings& settings) const;
   /// Goes there again; false, and nothing happens, when there is no such page.
   [[nodiscard]] bool GoToRemembered(const QSettings& settings);
+  /// What a user is working on in the views and has not stored, a line each.
+  [[nodiscard]] QStringList Unstored() const;
   /// Enters the address with views unless it is entered; null when there is none.
   [[nodiscard]] ViewCatalogue* EnterViews();
   /// The address with views; null when no plug-in has one.

@@ -12,6 +12,7 @@
 #include "process/print.h"
 #include "window/dialogs.h"
 #include "window/help_dialogs.h"
+#include "window/window_place.h"
 
 namespace holdwise {
 namespace {
@@ -42,7 +43,7 @@ WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
   theme_.SetRiseFall(RiseFallFromName(riseFall).value_or(RiseFall::RedRises));
   theme_.OnChanged = [this] { ApplyTheme(); };
   if (!process_.Asked().IsBatch()) {
-    window_.restoreGeometry(process_.Settings().value(kGeometrySetting).toByteArray());
+    RestorePlace(window_, process_.Settings().value(kGeometrySetting).toByteArray());
     splitters_.emplace(process_.Settings());
     KeepDialogFoldersIn(&process_.Settings());
     if (!process_.SettingsProblem().isEmpty()) window_.TellFailure(process_.SettingsProblem());
@@ -182,7 +183,7 @@ int WindowSide::Choose(const QString& title, const QString& text, const QStringL
 
 void WindowSide::ClearObstacle() {
   obstacle_.reset();
-  obstacleTitle_.clear();
+  if (!std::exchange(obstacleTitle_, QString()).isEmpty()) window_.Tell({});  // what it has said last
 }
 
 void WindowSide::ShowMarket(const MarketData& data, MarketConnection& connection) {

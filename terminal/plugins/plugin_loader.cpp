@@ -5,22 +5,21 @@
 #include <QDir>
 #include <QLibrary>
 #include <algorithm>
-#include <exception>
 #include <utility>
+
+#include "process/exception_text.h"
 
 namespace holdwise {
 namespace {
 
-/// A plug-in may throw anything.
-QString TextOfCurrentException() {
-  try {
-    throw;
-  } catch (const std::exception& error) {
-    return QString::fromUtf8(error.what());
-  } catch (...) {
-    return QStringLiteral("原因不明");
-  }
-}
+struct EntryFunctions {
+  InitializeFunction initialize;
+  PlugInTextFunction name;
+  PlugInTextFunction version;
+  PlugInVoidFunction enter;
+  PlugInVoidFunction exit;
+  PlugInVoidFunction finalize;
+};
 
 }  // namespace
 
@@ -34,26 +33,46 @@ QString PluginLoader::Folder() {
   return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../lib/holdwise"));
 }
 
-void PluginLoader::LoadAll(const QString& folder) {
+void PluginLoader::LoadAll(const QString& folder, const QStringList& leftOut) {
   const QStringList files = QDir(folder).entryList({QStringLiteral("*.so")}, QDir::Files, QDir::Name);
   if (files.isEmpty()) problems_.append(QStringLiteral("目录“%1”中没有插件。").arg(folder));
   for (const QString& file : files) {
+    if (leftOut.contains(file)) {
+      problems_.append(
+          QStringLiteral("插件“%1”装入时出错，没有采用它：请把它移出目录“%2”，再启动终端。").arg(file, folder));
+      continue;
+    }
+    const auto before = addresses_.Items();
+    const std::size_t loaded = plugins_.size();
     try {
       Load(folder + QLatin1Char('/') + file);
     } catch (...) {
       problems_.append(QStringLiteral("插件“%1”启动时出错，没有采用它：%2").arg(file, TextOfCurrentException()));
     }
+    if (plugins_.size() == loaded) WithdrawAllBut(before);
   }
+}
+
+bool PluginLoader::Open(QLibrary& library, const QString& file) {
+  try {
+    if (library.load()) return true;
+  } catch (...) {
+    // It has come through the process's loader, which stays locked: whatever other thread loads, or ends, would wait
+    // for ever.
+    host_.Debug().WriteLog(
+        QStringLiteral("插件“%1”装入时出错：%2。终端重新启动，不采用它。").arg(file, TextOfCurrentException()));
+    if (startWithout_) startWithout_(file);
+    throw;
+  }
+  problems_.append(QStringLiteral("插件“%1”不能装入：%2").arg(file, library.errorString()));
+  return false;
 }
 
 void PluginLoader::Load(const QString& path) {
   const QString file = QFileInfo(path).fileName();
   QLibrary library(path);
   library.setLoadHints(QLibrary::PreventUnloadHint);
-  if (!library.load()) {
-    problems_.append(QStringLiteral("插件“%1”不能装入：%2").arg(file, library.errorString()));
-    return;
-  }
+  if (!Open(library, file)) return;
   const auto contract = reinterpret_cast<PlugInContractFunction>(library.resolve("GetPlugInContract"));
   const QString foreign = QStringLiteral("“%1”不是本终端的插件：缺少入口函数。").arg(file);
   if (contract == nullptr) {
@@ -68,46 +87,47 @@ void PluginLoader::Load(const QString& path) {
                          .arg(kSdkVersion));
     return;
   }
-  const auto initialize = reinterpret_cast<InitializeFunction>(library.resolve("Initialize"));
-  const auto name = reinterpret_cast<PlugInTextFunction>(library.resolve("GetPlugInName"));
-  const auto version = reinterpret_cast<PlugInTextFunction>(library.resolve("GetPlugInVersion"));
-  const auto enter = reinterpret_cast<PlugInVoidFunction>(library.resolve("GetPlugInEnter"));
-  const auto exit = reinterpret_cast<PlugInVoidFunction>(library.resolve("GetPlugInExit"));
-  const auto finalize = reinterpret_cast<PlugInVoidFunction>(library.resolve("Finalize"));
-  if (!initialize || !name || !version || !enter || !exit || !finalize) {
+  const EntryFunctions entry{reinterpret_cast<InitializeFunction>(library.resolve("Initialize")),
+                             reinterpret_cast<PlugInTextFunction>(library.resolve("GetPlugInName")),
+                             reinterpret_cast<PlugInTextFunction>(library.resolve("GetPlugInVersion")),
+                             reinterpret_cast<PlugInVoidFunction>(library.resolve("GetPlugInEnter")),
+                             reinterpret_cast<PlugInVoidFunction>(library.resolve("GetPlugInExit")),
+                             reinterpret_cast<PlugInVoidFunction>(library.resolve("Finalize"))};
+  if (!entry.initialize || !entry.name || !entry.version || !entry.enter || !entry.exit || !entry.finalize) {
     problems_.append(foreign);
     return;
   }
-  if (!initialize(&host_, kSdkVersion)) {
+  if (!entry.initialize(&host_, kSdkVersion)) {
     problems_.append(QStringLiteral("插件“%1”拒绝启动。").arg(file));
     return;
   }
-  LoadedPlugin plugin{QString::fromUtf8(name()), QString::fromUtf8(version()), exit, finalize};
-  Enter(plugin, enter);
+  LoadedPlugin plugin{file, QString(), entry.exit, entry.finalize};
+  bool isEntered = false;
+  try {
+    plugin.name = QString::fromUtf8(entry.name());
+    plugin.version = QString::fromUtf8(entry.version());
+    isEntered = true;
+    entry.enter();
+  } catch (...) {
+    if (isEntered) TakeStep(plugin, plugin.exit);
+    TakeStep(plugin, plugin.finalize);
+    throw;
+  }
   plugins_.push_back(std::move(plugin));
 }
 
-void PluginLoader::Enter(const LoadedPlugin& plugin, PlugInVoidFunction enter) {
-  const auto before = addresses_.Items();
-  try {
-    enter();
-  } catch (...) {
-    End(plugin);
-    const auto after = addresses_.Items();
-    for (const auto& item : after) {
-      if (std::find(before.begin(), before.end(), item) == before.end()) addresses_.UnregisterAddressItem(item);
-    }
-    throw;
+void PluginLoader::WithdrawAllBut(const std::vector<std::shared_ptr<TAddressItem>>& before) {
+  const auto after = addresses_.Items();
+  for (const auto& item : after) {
+    if (std::find(before.begin(), before.end(), item) == before.end()) addresses_.UnregisterAddressItem(item);
   }
 }
 
-void PluginLoader::End(const LoadedPlugin& plugin) {
-  for (const PlugInVoidFunction step : {plugin.exit, plugin.finalize}) {
-    try {
-      step();
-    } catch (...) {
-      host_.Debug().WriteLog(QStringLiteral("插件“%1”结束时出错：%2").arg(plugin.name, TextOfCurrentException()));
-    }
+void PluginLoader::TakeStep(const LoadedPlugin& plugin, PlugInVoidFunction step) {
+  try {
+    step();
+  } catch (...) {
+    host_.Debug().WriteLog(QStringLiteral("插件“%1”结束时出错：%2").arg(plugin.name, TextOfCurrentException()));
   }
 }
 
@@ -115,7 +135,8 @@ void PluginLoader::EndAll() {
   while (!plugins_.empty()) {
     const LoadedPlugin plugin = plugins_.back();
     plugins_.pop_back();
-    End(plugin);
+    TakeStep(plugin, plugin.exit);
+    TakeStep(plugin, plugin.finalize);
   }
 }
 

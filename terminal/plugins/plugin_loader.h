@@ -2,10 +2,15 @@
 #pragma once
 #include <QString>
 #include <QStringList>
+#include <functional>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "holdwise/sdk/host.h"
 #include "pages/address_registry.h"
+
+class QLibrary;
 
 namespace holdwise {
 
@@ -20,8 +25,11 @@ struct LoadedPlugin {
 /// Loads plug-ins and ends them in reverse order. User-interface thread.
 class PluginLoader {
  public:
-  /// `addresses` are the host's. Both outlive it.
-  PluginLoader(Host& host, AddressRegistry& addresses) : host_(host), addresses_(addresses) {}
+  /// @param addresses    the host's; both outlive the loader
+  /// @param startWithout what to do when a library has thrown while it was loaded, after which this process cannot go
+  ///                     on: begins it anew with the file in `leftOut`, and does not come back. Unset: it goes on.
+  PluginLoader(Host& host, AddressRegistry& addresses, std::function<void(const QString& file)> startWithout = {})
+      : host_(host), addresses_(addresses), startWithout_(std::move(startWithout)) {}
   ~PluginLoader();
   PluginLoader(const PluginLoader&) = delete;
   PluginLoader& operator=(const PluginLoader&) = delete;
@@ -30,9 +38,9 @@ class PluginLoader {
   [[nodiscard]] static QString Folder();
   /// Loads every *.so of the folder in alphabetical order: the contract's version before any other entry function is
   /// looked for or called, those by name, Initialize, name and version, GetPlugInEnter. What is of another version,
-  /// could not be loaded, refused to start or threw is left out and told in Problems, with its addresses gone; the
-  /// others go on.
-  void LoadAll(const QString& folder);
+  /// could not be loaded, refused to start, threw, or is in `leftOut` (names of files) is left out and told in
+  /// Problems, with its addresses gone; the others go on.
+  void LoadAll(const QString& folder, const QStringList& leftOut = {});
   /// GetPlugInExit and Finalize of each plug-in, last loaded first. Called by the destructor too.
   void EndAll();
 
@@ -42,11 +50,15 @@ class PluginLoader {
 
  private:
   void Load(const QString& path);
-  void Enter(const LoadedPlugin& plugin, PlugInVoidFunction enter);
-  void End(const LoadedPlugin& plugin);
+  [[nodiscard]] bool Open(QLibrary& library, const QString& file);
+  /// Takes out the addresses that have come since.
+  void WithdrawAllBut(const std::vector<std::shared_ptr<TAddressItem>>& before);
+  /// GetPlugInExit or Finalize; what it throws is logged.
+  void TakeStep(const LoadedPlugin& plugin, PlugInVoidFunction step);
 
   Host& host_;
   AddressRegistry& addresses_;
+  std::function<void(const QString& file)> startWithout_;
   std::vector<LoadedPlugin> plugins_;
   QStringList problems_;
 };

@@ -312,7 +312,8 @@ void MainWindow::ShowProgress(int done, int total) {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   const auto mayClose = MayClose;  // while it asks, it may be exchanged
-  event->setAccepted(!mayClose || mayClose());
+  const bool isFree = !mayClose || mayClose();
+  event->setAccepted(isFree && (!actions_.mayClose || actions_.mayClose()));
 }
 
 }  // namespace holdwise

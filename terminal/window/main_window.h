@@ -29,6 +29,7 @@ struct WindowActions {
   std::function<void(RiseFall)> setRiseFall;
   std::function<void(const QString& address)> goTo;
   std::function<void()> takeNewDay;
+  std::function<bool()> mayClose;  ///< asked when the window is closed and no work keeps it; unset: it may
 };
 
 /// Level of an index; 0 where it is not known.
@@ -82,7 +83,7 @@ class MainWindow : public QMainWindow {
   /// hides both.
   void ShowProgress(int done, int total);
   [[nodiscard]] QPushButton& CancelButton() { return *cancel_; }
-  /// Asked when the user closes the window; false keeps it. Unset: it may be closed.
+  /// Asked first when the user closes the window, by work that goes on; false keeps it. Unset: there is none.
   std::function<bool()> MayClose;
 
  protected:

@@ -7,8 +7,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
+#include <QSignalBlocker>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 namespace holdwise {
@@ -137,7 +139,12 @@ bool QuickEntry::HandleKey(const QKeyEvent& key) {
 void QuickEntry::Open(const QString& first) {
   if (!search_) search_.emplace(actions_.makeSearch());
   cameFrom_ = QApplication::focusWidget();
-  text_->setText(first);
+  {
+    // The same text again would not be told: the window, and the user's own stocks, may have changed all the same.
+    const QSignalBlocker quiet(text_);
+    text_->setText(first);
+  }
+  ShowFound();
   show();
   raise();
   text_->setFocus();
@@ -145,9 +152,20 @@ void QuickEntry::Open(const QString& first) {
 }
 
 void QuickEntry::Place() {
-  adjustSize();
   const QWidget* window = parentWidget();
-  move(window->width() - width() - kDistanceFromEdge, window->height() - height() - 2 * kDistanceFromEdge);
+  const int length = list_->verticalHeader()->length();
+  setFixedWidth(std::min(kWidth, window->width()));
+  list_->setFixedHeight(length);
+  adjustSize();
+  if (height() > window->height() && !found_.empty()) {
+    const int row = length / static_cast<int>(found_.size());
+    const int rows = (length - height() + window->height()) / row;
+    list_->setFixedHeight(std::max(rows, 1) * row);
+    adjustSize();
+    list_->scrollToItem(list_->item(list_->currentRow(), kCode));
+  }
+  move(std::max(0, window->width() - width() - kDistanceFromEdge),
+       std::max(0, window->height() - height() - 2 * kDistanceFromEdge));
 }
 
 void QuickEntry::ShowFound() {
@@ -160,7 +178,6 @@ void QuickEntry::ShowFound() {
     ShowOwn(row);
   }
   if (!found_.empty()) list_->selectRow(0);
-  list_->setFixedHeight(list_->verticalHeader()->length());
   list_->setVisible(!found_.empty());
   TellWhatEnterDoes();
   Place();

@@ -43,6 +43,7 @@ class QuickEntry : public QFrame, public KeyCodeServices {
   [[nodiscard]] bool HandleKey(const QKeyEvent& key);
   void MakeLayout();
   void Open(const QString& first);
+  /// At the window's lower right; in a low window with fewer rows.
   void Place();
   void ShowFound();
   void ShowOwn(int row);

@@ -7,9 +7,13 @@
 #include <QSplitter>
 #include <QTimer>
 #include <algorithm>
+#include <numeric>
 
 namespace holdwise {
 namespace {
+
+/// What the pane that stretches keeps at least.
+constexpr int kNarrowestPane = 120;
 
 QString KeyOf(const QSplitter& splitter) {
   return QStringLiteral("splitters/") + splitter.objectName();
@@ -44,13 +48,20 @@ void SplitterMemory::Restore(QSplitter& splitter) const {
   for (const QVariant& size : settings_.value(KeyOf(splitter)).toList()) sizes << size.toInt();
   const QList<int> now = splitter.sizes();
   if (sizes.size() != now.size() || *std::min_element(sizes.begin(), sizes.end()) <= 0) return;
+  const int length = LengthOf(now);
   // In a window of another size the pane that does not stretch keeps its size, others their share.
   const auto stretchOf = [&splitter](int pane) {
     const QSizePolicy policy = splitter.widget(pane)->sizePolicy();
     return splitter.orientation() == Qt::Horizontal ? policy.horizontalStretch() : policy.verticalStretch();
   };
   const bool isFirstFixed = sizes.size() == 2 && stretchOf(0) == 0 && stretchOf(1) > 0;
-  if (isFirstFixed) sizes[1] = std::max(LengthOf(now) - sizes[0], 1);
+  if (isFirstFixed) {
+    sizes[0] = std::min(sizes[0], std::max(length - kNarrowestPane, length / 2));
+    sizes[1] = std::max(length - sizes[0], 1);
+  } else {
+    const qint64 whole = std::accumulate(sizes.begin(), sizes.end(), qint64{0});
+    for (int& size : sizes) size = std::max(static_cast<int>(qint64{size} * length / whole), 1);
+  }
   splitter.setSizes(sizes);
 }
 

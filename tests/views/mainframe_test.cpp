@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <QApplication>
 #include <QStackedLayout>
 #include <QTest>
 
@@ -76,6 +77,40 @@ TEST_F(MainFrame, LeftLeadsToTheGroupAndRightIntoIt) {
   EXPECT_EQ(after(Qt::Key_Right), 2001);
   EXPECT_EQ(after(Qt::Key_Right), 2001);
   EXPECT_EQ(after(Qt::Key_Up), 2000);
+}
+
+/// From the start, before the mouse has been used.
+TEST_F(MainFrame, TheMarkedNodeIsTheOneThatTheKeysHaveGoneTo) {
+  Open();
+  NavigationTree& tree = bench.mainFrame->dxTL();
+  for (int step = 0; step < 5 && QApplication::focusWidget() != &tree; ++step)
+    QTest::keyClick(bench.mainFrame.get(), Qt::Key_F6);
+  ASSERT_EQ(QApplication::focusWidget(), &tree);
+  const auto marked = [&tree] {
+    std::vector<int> ids;
+    const QList<QTreeWidgetItem*> items = tree.selectedItems();
+    for (const QTreeWidgetItem* node : items) ids.push_back(NavigationTree::IdOf(node));
+    return ids;
+  };
+  const auto press = [&](Qt::Key key, int node) {
+    QTest::keyClick(QApplication::focusWidget(), key);
+    EXPECT_EQ(NavigationTree::IdOf(tree.currentItem()), node) << key;
+    EXPECT_EQ(marked(), std::vector<int>{node}) << key;
+    const QRect row = tree.visualItemRect(tree.currentItem());
+    const QImage picture = tree.viewport()->grab().toImage();
+    EXPECT_EQ(picture.pixelColor(row.right() - 2, row.center().y()),
+              bench.host.theme.ColorOf(QStringLiteral("Qm_GridRowSelectColor")))
+        << key;
+  };
+  for (const int node : {1001, 1002, 2000, 2001}) press(Qt::Key_Down, node);
+  press(Qt::Key_Left, 2000);
+  press(Qt::Key_Right, 2001);
+  press(Qt::Key_Up, 2000);
+  press(Qt::Key_End, 3002);
+  press(Qt::Key_Home, 1000);
+  tree.setCurrentItem(bench.Node(kRisk));  // as a host does
+  press(Qt::Key_Down, 2003);
+  press(Qt::Key_PageUp, 1000);
 }
 
 TEST_F(MainFrame, AGroupShowsItsFirstViewUnderThatViewsCaption) {

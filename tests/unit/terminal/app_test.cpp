@@ -222,14 +222,19 @@ class RecordingItem : public TAddressItem {
   RecordingItem(const QString& name, std::uint16_t number, QStringList& record, bool isListed = true)
       : TAddressItem(name, number, QString(), false, isListed), record_(record) {}
   void EnterAddress(const QString& parameter) override {
-    record_.append("enter " + Name() + ' ' + parameter);
+    Record("enter " + Name() + ' ' + parameter);
     if (parameter == "throw") throw std::runtime_error("broken");
   }
-  void LeaveAddress() override { record_.append("leave " + Name()); }
+  void LeaveAddress() override { Record("leave " + Name()); }
   [[nodiscard]] bool GetIsWorkState() const override { return false; }
-  void ChangeColorTheme() override { record_.append("theme " + Name()); }
+  void ChangeColorTheme() override { Record("theme " + Name()); }
+  bool throwsAnything = false;
 
  private:
+  void Record(const QString& what) {
+    record_.append(what);
+    if (throwsAnything) throw 1;
+  }
   QStringList& record_;
 };
 
@@ -290,6 +295,12 @@ TEST_F(AddressTest, AnItemThatThrowsIsLoggedAndTheOthersGoOn) {
   EXPECT_TRUE(registry_.GotoAddress("b", ""));
   registry_.ChangeColorTheme();
   EXPECT_EQ(record_.mid(record_.size() - 2), QStringList({"theme a", "theme b"}));
+  Add("c", 3)->throwsAnything = true;
+  EXPECT_TRUE(registry_.GotoAddress("c", ""));
+  registry_.ChangeColorTheme();
+  EXPECT_TRUE(registry_.GotoAddress("b", ""));
+  EXPECT_EQ(record_.mid(record_.size() - 4), QStringList({"theme b", "theme c", "leave c", "enter b "}));
+  EXPECT_EQ(log_.lines.size(), 4);
 }
 
 // --- commands ---

@@ -6,6 +6,7 @@
 
 #include <QElapsedTimer>
 #include <QTest>
+#include <utility>
 
 namespace holdwise {
 namespace {
@@ -15,7 +16,9 @@ class WaitingCommands : public testing::Test {
  protected:
   [[nodiscard]] CommandTargets Targets() {
     CommandTargets targets;
-    targets.setTheme = [](ThemeKind) {};
+    targets.setTheme = [this](ThemeKind) {
+      if (std::exchange(isBroken_, false)) throw 1;
+    };
     targets.raise = [] {};
     targets.importPortfolios = [](const Command&) {
       QTest::qWait(2000);  // lets events run, as a long import does
@@ -35,6 +38,7 @@ class WaitingCommands : public testing::Test {
   }
 
   QString title_;
+  bool isBroken_ = false;  ///< the next command meets something that throws
   QStringList answers_;
   HandOverServer::Answer export_;
   CommandRunner runner_{Targets()};
@@ -72,6 +76,15 @@ TEST_F(WaitingCommands, AnExportDoesNotBeginBehindADialogAndKeepsNobodyElse) {
   EXPECT_TRUE(answers_[0].startsWith(QStringLiteral("export 1 终端的窗口里开着“导入组合”")))
       << answers_[0].toStdString();
   EXPECT_EQ(answers_[1], QStringLiteral("theme 0 "));
+}
+
+TEST_F(WaitingCommands, OneThatMeetsAnExceptionIsAnsweredAndTheNextGoesOn) {
+  isBroken_ = true;
+  Run(false);
+  Run(false);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return answers_.size() == 2; }, 2000));
+  EXPECT_EQ(answers_, QStringList({QStringLiteral("theme 1 命令没有执行完：原因不明"), QStringLiteral("theme 0 ")}));
+  EXPECT_TRUE(runner_.IsIdle());
 }
 
 TEST_F(WaitingCommands, AnExportBeginsOnceTheDialogIsClosed) {

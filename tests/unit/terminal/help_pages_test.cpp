@@ -8,12 +8,15 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTableWidget>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <functional>
 
 #include "accessible_names.h"
+#include "pages/host_pages.h"
 #include "pages/notice_page.h"
+#include "parts/process_parts.h"
 #include "theme/theme_services.h"
 #include "window/help_dialogs.h"
 #include "window/main_window.h"
@@ -118,6 +121,17 @@ TEST(NoticePageTest, WithoutCommandsThereIsNothingToCopy) {
   NoticePage page(QStringLiteral("没有插件"), QStringLiteral("说明"), QString(), {});
   EXPECT_EQ(page.findChild<QPlainTextEdit*>(), nullptr);
   EXPECT_TRUE(page.findChildren<QPushButton*>().isEmpty());
+}
+
+TEST(AccessibleNames, TheLogHasOne) {
+  SystemClock clock;
+  const QTemporaryDir folder;
+  DebugLog log(folder.filePath("log"), clock);
+  LogPage page(log);
+  page.show();
+  int named = 0;
+  EXPECT_EQ(test::UnnamedControls(page, named).join('\n').toStdString(), "");
+  EXPECT_EQ(named, 1);
 }
 
 TEST(AccessibleNames, TheWindowHasThemAll) {

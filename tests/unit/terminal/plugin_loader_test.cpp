@@ -114,6 +114,18 @@ TEST_F(Loader, WhatThrowsIsNamedAndLeftOutAndTheOthersRun) {
   EXPECT_NE(host.addresses.Find(QStringLiteral("自选行情")), nullptr);
 }
 
+/// Whatever it has got to: its addresses are gone, and what has been initialised is finalised.
+TEST_F(Loader, WhatThrowsBeforeItIsEnteredLeavesNothingBehind) {
+  for (int kind = 8; kind <= 9; ++kind) Put(QStringLiteral("odd/Odd%1.so").arg(kind));
+  loader.LoadAll(folder.path());
+  EXPECT_TRUE(loader.Plugins().empty());
+  ASSERT_EQ(loader.Problems().size(), 2);
+  EXPECT_TRUE(loader.Problems()[0].contains(QStringLiteral("“Odd8.so”启动时出错，没有采用它：装不上")));
+  EXPECT_TRUE(loader.Problems()[1].contains(QStringLiteral("“Odd9.so”启动时出错，没有采用它：没有名称")));
+  EXPECT_EQ(host.addresses.Find(QStringLiteral("异常插件8")), nullptr);
+  EXPECT_EQ(Called(), QStringList({"8 Initialize", "9 Initialize", "9 Finalize"}));
+}
+
 TEST_F(Loader, TheEndGoesBackwardsAndOnWhenOneThrows) {
   Put(QStringLiteral("odd/Odd5.so"));
   Put(QStringLiteral("examples/OwnStocks.so"));

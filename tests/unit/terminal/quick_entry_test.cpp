@@ -149,6 +149,31 @@ TEST_F(QuickEntryTest, StaysInsideTheWindow) {
   EXPECT_TRUE(window_.rect().contains(entry_->geometry()));
 }
 
+TEST_F(QuickEntryTest, OpenedAgainWithTheSameKeyItIsWhereTheWindowIsNow) {
+  Type("6");
+  Press(Qt::Key_Escape);
+  own_ = {1600000};
+  window_.resize(420, 300);
+  Type("6");
+  EXPECT_TRUE(window_.rect().contains(entry_->geometry()));
+  EXPECT_EQ(List().item(0, 2)->text(), "★ 自选") << "and says what has changed meanwhile";
+}
+
+TEST_F(QuickEntryTest, InALowWindowItShowsFewerRowsAndAllOfItself) {
+  window_.resize(500, 400);
+  Type("6");
+  const int whole = List().height();
+  window_.resize(300, 150);
+  EXPECT_TRUE(window_.rect().contains(entry_->geometry()));
+  EXPECT_TRUE(entry_->rect().contains(entry_->findChild<QLineEdit*>()->geometry()));
+  EXPECT_LT(List().height(), whole);
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Down);
+  EXPECT_TRUE(List().viewport()->rect().contains(List().visualItemRect(List().item(2, 0))));
+  window_.resize(500, 400);
+  EXPECT_EQ(List().height(), whole);
+}
+
 TEST_F(QuickEntryTest, EscapeGivesTheKeyboardBackToWhereItWas) {
   QWidget list(window_.centralWidget());
   list.setFocusPolicy(Qt::StrongFocus);

@@ -1,22 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QDataStream>
 #include <QFile>
 #include <QFileDialog>
 #include <QIcon>
 #include <QLineEdit>
+#include <QScreen>
 #include <QSettings>
 #include <QSplitter>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <functional>
+#include <limits>
 #include <set>
+#include <string>
+#include <utility>
 
 #include "process/settings_file.h"
 #include "window/app_icon.h"
 #include "window/dialogs.h"
 #include "window/splitter_memory.h"
+#include "window/window_place.h"
 
 namespace holdwise {
 namespace {
@@ -93,6 +99,62 @@ TEST_F(SettingsTest, ASplitterStandsWhereItWasDraggedTo) {
   QSplitter bad;
   show(bad, "edge", 1000);
   EXPECT_GT(bad.sizes()[0], 0) << "what cannot be is left alone";
+  constexpr int kMost = std::numeric_limits<int>::max();
+  for (const auto& [first, second] : {std::pair{kMost, 1}, {1, kMost}, {kMost, kMost}, {1000, 1}}) {
+    settings.setValue("splitters/edge", QVariantList{first, second});
+    QSplitter large;
+    show(large, "edge", 1000);
+    EXPECT_GE(large.sizes()[0], 1) << first << ' ' << second;
+    EXPECT_GE(large.sizes()[1], 100) << first << ' ' << second;
+  }
+  settings.setValue("splitters/three", QVariantList{kMost, kMost, kMost});
+  QSplitter three;  // none is fixed
+  three.addWidget(new QWidget);
+  show(three, "three", 1000);
+  for (const int size : three.sizes()) EXPECT_GT(size, 200);
+}
+
+/// As QWidget::saveGeometry writes it.
+QByteArray SavedPlace(const QRect& place, bool isMaximized = false) {
+  QByteArray saved;
+  QDataStream stream(&saved, QIODevice::WriteOnly);
+  stream.setVersion(QDataStream::Qt_4_0);
+  stream << quint32{0x1D9D0CB} << quint16{3} << quint16{0} << place << place << qint32{0} << quint8{isMaximized}
+         << quint8{0} << qint32{QGuiApplication::primaryScreen()->geometry().width()} << place;
+  return saved;
+}
+
+TEST_F(SettingsTest, AWindowComesBackInAUsableSizeOnTheScreen) {
+  for (const QRect& place :
+       {QRect(100, 100, 1, 1), QRect(100, 100, -500, -500), QRect(0, 0, 2'000'000'000, 2'000'000'000),
+        QRect(-90'000, -90'000, 600, 500), QRect(50'000, 50'000, 600, 500), QRect(50, 60, 640, 480)}) {
+    for (const bool isMaximized : {false, true}) {
+      QWidget window;
+      window.resize(700, 550);
+      RestorePlace(window, SavedPlace(place, isMaximized));
+      const QRect screen = window.screen()->availableGeometry();
+      for (const bool isShown : {false, true}) {
+        window.setVisible(isShown);
+        if (isShown) window.showNormal();
+        QTest::qWait(1);
+        const QRect got = window.geometry();
+        const std::string which = QStringLiteral("%1, %2: %3 %4 %5 %6")
+                                      .arg(place.width())
+                                      .arg(isMaximized)
+                                      .arg(got.x())
+                                      .arg(got.y())
+                                      .arg(got.width())
+                                      .arg(got.height())
+                                      .toStdString();
+        EXPECT_TRUE(screen.contains(got)) << which;
+        EXPECT_GE(got.width(), 480) << which;
+        EXPECT_GE(got.height(), 320) << which;
+      }
+    }
+  }
+  QWidget well;
+  RestorePlace(well, SavedPlace({50, 60, 640, 480}));
+  EXPECT_EQ(well.size(), QSize(640, 480)) << "what can be is kept";
 }
 
 TEST_F(SettingsTest, AnEdgeBetweenAnUpperAndALowerPaneIsRememberedFromAbove) {
