@@ -95,6 +95,45 @@ TEST_F(Window, AFirstStartGetsToADemoMarket) {
   EXPECT_TRUE(screen_.Enter("模拟行情"));
 }
 
+/// Given up in either half of its making, nothing is left of it, and the page offers it again.
+TEST_F(Window, MakingADemoMarketCanBeGivenUp) {
+  RunningTerminal terminal({"--work", bench_.Work()}, screen_.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  const auto made = [&](const QString& below) {
+    const QDir work(bench_.Work());
+    const QStringList folders = work.entryList({"demo-*"}, QDir::Dirs);
+    return folders.size() == 1 && work.exists(folders.front() + below);
+  };
+  const auto entries = [&] { return QDir(bench_.Work()).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot); };
+  const QStringList before = entries();
+  for (const char* half : {"/csv", "/.market.new"}) {
+    ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+    screen_.Keys({"alt+d"});
+    ASSERT_TRUE(Until([&] { return made(half); }, 60'000)) << half;
+    screen_.Keys({"Escape"});
+    EXPECT_TRUE(Until([&] { return entries() == before; }, 10'000)) << half << entries().join(' ').toStdString();
+  }
+  EXPECT_TRUE(screen_.IsGone("模拟行情"));
+  EXPECT_EQ(terminal.Process().state(), QProcess::Running);
+  ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+  screen_.Keys({"alt+d"});
+  EXPECT_TRUE(screen_.Enter("模拟行情"));
+}
+
+/// Closing the window while it is made asks, and leaves nothing of it.
+TEST_F(Window, ClosedWhileADemoMarketIsMadeItAsksFirst) {
+  RunningTerminal terminal({"--work", bench_.Work()}, screen_.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+  screen_.Keys({"alt+d"});
+  ClickClose();
+  ASSERT_TRUE(screen_.Enter("^关闭$"));
+  screen_.Keys({"Tab", "space"});
+  EXPECT_TRUE(IsGone(terminal));
+  EXPECT_EQ(terminal.Process().exitCode(), 0);
+  EXPECT_TRUE(QDir(bench_.Work()).entryList({"demo-*", "market", ".market*"}, QDir::Dirs | QDir::Hidden).isEmpty());
+}
+
 /// No data: the page stays, says that it has looked, and opens the market once it is there.
 TEST_F(Window, LookingAgainIsSeenAndOpensWhatHasCome) {
   const QString data = bench_.File("data");
