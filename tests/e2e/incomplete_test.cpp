@@ -89,7 +89,8 @@ class IncompleteSign : public Incomplete {
 
 TEST_F(IncompleteSign, ComesAndGoesByItself) {
   TakeAway("股票/600002.dat");
-  RunningTerminal running(bench_.Arguments(Import()), screen_.Environment());
+  RunningTerminal running(bench_.Arguments(Import() + QStringList{"--parameter", "Skip风险计量"}),
+                          screen_.Environment());
   ASSERT_TRUE(running.WaitForWindow());
   EXPECT_TRUE(Until([&] { return PlaceOfSign() != 0; }, 60'000));
   PutBack("股票/600002.dat");

@@ -45,6 +45,11 @@ class Window : public testing::Test {
     return Until([&] { return Bytes(bench_.Work() + "/log/terminal.log").contains(text); }, 30'000);
   }
 
+  /// Seconds of a processor's work, which a busy machine makes minutes.
+  [[nodiscard]] bool IsDemoMade() const {
+    return Until([this] { return QFile::exists(bench_.Work() + "/market/market.dat"); }, 180'000);
+  }
+
   const Screen screen_;
   QProcess manager_;
   Bench bench_;
@@ -75,6 +80,28 @@ TEST_F(Window, ClosedWhileItCalculatesItAsksFirst) {
   EXPECT_EQ(bench_.Export("2001-strngrd").size(), 2U) << "the portfolios are there";
 }
 
+/// The calculation that an export waits for asks; the export does not ask again.
+TEST_F(Window, ClosedWhileAnExportCalculatesItAsksOnce) {
+  bench_.data = bench_.File("data");
+  CopyFolder(SharedMarket().Data(), bench_.data);
+  test::HungFile rates(bench_.data + "/QMTL/TZZH/InterestRate.Dat");
+  if (!rates.IsHung()) GTEST_SKIP() << "no leases here";
+  RunningTerminal terminal(bench_.Arguments({}), screen_.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  QProcess second;
+  second.setProcessEnvironment(BareEnvironment());
+  second.start(Program("holdwise-terminal"), bench_.Arguments({"--import", bench_.Write("p.csv", TwoPortfolios()),
+                                                               "--export", bench_.File("waits")}));
+  ASSERT_TRUE(screen_.Enter("^投资组合$")) << "the calculation's dialog";
+  ClickClose();
+  ASSERT_TRUE(screen_.Enter("询问"));
+  screen_.Keys({"Tab", "space"});
+  EXPECT_TRUE(IsGone(terminal)) << "without another question";
+  EXPECT_EQ(terminal.Process().exitCode(), 0);
+  ASSERT_TRUE(second.waitForFinished(30'000));
+  EXPECT_EQ(second.exitCode(), 1);
+}
+
 /// Without any data: one key makes a simulated market and opens it, and the next start has it again.
 TEST_F(Window, AFirstStartGetsToADemoMarket) {
   const QString log = bench_.Work() + "/log/terminal.log";
@@ -84,6 +111,7 @@ TEST_F(Window, AFirstStartGetsToADemoMarket) {
     ASSERT_TRUE(terminal.WaitForWindow());
     ASSERT_TRUE(screen_.Enter("^Holdwise$"));
     screen_.Keys({"alt+d"});
+    ASSERT_TRUE(IsDemoMade());
     ASSERT_TRUE(screen_.Enter("模拟行情"));
     EXPECT_TRUE(LogSays("插件“投资组合”"));
     EXPECT_GE(terminal.Signal(SIGTERM), 0);
@@ -117,6 +145,7 @@ TEST_F(Window, MakingADemoMarketCanBeGivenUp) {
   EXPECT_EQ(terminal.Process().state(), QProcess::Running);
   ASSERT_TRUE(screen_.Enter("^Holdwise$"));
   screen_.Keys({"alt+d"});
+  EXPECT_TRUE(IsDemoMade());
   EXPECT_TRUE(screen_.Enter("模拟行情"));
 }
 
