@@ -3,7 +3,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QPushButton>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QTimer>
 #include <utility>
@@ -17,6 +17,7 @@ const QString kTitle = QStringLiteral("模拟行情");
 /// Large enough for every view to have something to show, small enough not to be waited for.
 const QString kSecurities = QStringLiteral("1000");
 const QString kDays = QStringLiteral("400");
+const QString kMarket = QStringLiteral("market");
 
 bool IsFree(const QString& folder) {
   const QDir dir(folder);
@@ -33,12 +34,11 @@ FirstData::FirstData(ProcessParts& process, WindowSide& window, std::function<vo
       End(QStringLiteral("程序“%1”不能启动：%2。").arg(maker_.program(), maker_.errorString()));
   });
   connect(&maker_, &QProcess::finished, this, [this](int exitCode, QProcess::ExitStatus status) {
-    if (!bars_) return;
-    if (isGivenUp_) return End({});
+    if (next_ == nullptr) return;
+    if (work_->IsGivenUp()) return End({});
     if (status != QProcess::NormalExit || exitCode != 0) return End(QString::fromUtf8(said_).trimmed());
     (this->*next_)();
   });
-  connect(&window_.Window().CancelButton(), &QPushButton::clicked, this, &FirstData::GiveUp);
 }
 
 FirstData::~FirstData() {
@@ -53,29 +53,35 @@ std::vector<NoticeChoice> FirstData::Choices() {
 }
 
 void FirstData::MakeDemo() {
-  if (bars_) return;
+  if (made_) return;
   const QString beside = process_.Asked().workFolder + QStringLiteral("/demo-market");
   folder_ = IsFree(process_.Asked().dataFolder) ? process_.Asked().dataFolder : beside;
-  bars_.emplace(process_.Asked().workFolder + QStringLiteral("/demo-XXXXXX"));
-  isGivenUp_ = false;
-  window_.Window().Tell(QStringLiteral("正在生成模拟行情…"));
+  const QString around = QFileInfo(folder_).absolutePath();
+  QDir().mkpath(around);
+  made_.emplace(around + QStringLiteral("/demo-XXXXXX"));
+  work_ = std::make_unique<OngoingWork>(window_.Window(), QStringLiteral("正在生成模拟行情"));
+  work_->OnGivenUp = [this] { maker_.kill(); };
   Run({QStringLiteral("simulate"), QStringLiteral("--securities"), kSecurities, QStringLiteral("--days"), kDays,
-       QStringLiteral("--seed"), QStringLiteral("1"), QStringLiteral("--out"), bars_->filePath(QStringLiteral("csv"))},
+       QStringLiteral("--seed"), QStringLiteral("1"), QStringLiteral("--out"), made_->filePath(QStringLiteral("csv"))},
       &FirstData::Build);
 }
 
 void FirstData::Build() {
-  const auto file = [this](const char* name) { return bars_->filePath(QStringLiteral("csv/") + QLatin1String(name)); };
+  const auto file = [this](const char* name) { return made_->filePath(QStringLiteral("csv/") + QLatin1String(name)); };
   Run({QStringLiteral("build"), QStringLiteral("--bars"), file("bars"), QStringLiteral("--indices"), file("indices"),
        QStringLiteral("--securities"), file("securities.csv"), QStringLiteral("--dates"), file("trading_dates.csv"),
        QStringLiteral("--rates"), file("deposit_rates.csv"), QStringLiteral("--estimates"), file("estimates.csv"),
-       QStringLiteral("--simulated"), QStringLiteral("--replace"), QStringLiteral("--out"), folder_},
+       QStringLiteral("--simulated"), QStringLiteral("--out"), made_->filePath(kMarket)},
       &FirstData::Open);
 }
 
 void FirstData::Open() {
   // What is wanted is just being said in a dialog, or has been said meanwhile.
-  if (isChoosing_ || !bars_) return;
+  if (isChoosing_ || !made_) return;
+  // An empty folder gives way.
+  const QString made = made_->filePath(kMarket);
+  QDir().rmdir(folder_);
+  if (!QDir().rename(made, folder_)) return End(QStringLiteral("目录“%1”不能建立。").arg(folder_));
   End({});
   process_.UseDataFolder(folder_);
   changed_();
@@ -100,18 +106,19 @@ void FirstData::ShowProgress() {
 }
 
 void FirstData::End(const QString& problem) {
-  bars_.reset();
+  made_.reset();
   window_.Window().ShowProgress(0, 0);
-  if (isGivenUp_) window_.Window().Tell(QStringLiteral("没有生成模拟行情。"));
+  if (work_->IsGivenUp()) window_.Window().Tell(QStringLiteral("没有生成模拟行情。"));
+  work_.reset();
   if (!problem.isEmpty()) ShowReport(&window_.Window(), kTitle, QStringLiteral("没有生成模拟行情：\n%1").arg(problem));
 }
 
 void FirstData::GiveUp() {
-  if (!bars_) return;
-  isGivenUp_ = true;
+  if (!made_) return;
+  next_ = nullptr;
   maker_.kill();
   maker_.waitForFinished();
-  if (bars_) End({});  // it had been made already
+  End({});
 }
 
 void FirstData::Choose() {
@@ -120,7 +127,7 @@ void FirstData::Choose() {
   isChoosing_ = false;
   // Leaves the button's own handler first: what follows removes the page.
   if (folder.isEmpty()) {
-    const bool isMade = bars_ && maker_.state() == QProcess::NotRunning;
+    const bool isMade = made_ && maker_.state() == QProcess::NotRunning;
     if (isMade) QTimer::singleShot(0, this, [this] { Open(); });
     return;
   }

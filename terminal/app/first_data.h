@@ -12,6 +12,7 @@
 #include "pages/notice_page.h"
 #include "parts/process_parts.h"
 #include "parts/window_side.h"
+#include "window/ongoing_work.h"
 
 namespace holdwise {
 
@@ -41,13 +42,14 @@ class FirstData : public QObject {
   ProcessParts& process_;
   WindowSide& window_;
   std::function<void()> changed_;
-  QString folder_;                     ///< that is being made
-  std::optional<QTemporaryDir> bars_;  ///< while something is being made, and until it is opened
+  QString folder_;  ///< that is wanted
+  std::optional<QTemporaryDir>
+      made_;  ///< what is being made, until it is opened; beside the folder, and gone with this
+  std::unique_ptr<OngoingWork> work_;  ///< meanwhile
   QProcess maker_;
   QByteArray said_;
-  bool isGivenUp_ = false;
   bool isChoosing_ = false;
-  void (FirstData::*next_)() = nullptr;
+  void (FirstData::*next_)() = nullptr;  ///< after the running step; none: what ends does not count any more
 };
 
 }  // namespace holdwise

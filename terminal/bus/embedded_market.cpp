@@ -2,7 +2,6 @@
 #include "bus/embedded_market.h"
 
 #include <QRandomGenerator>
-#include <optional>
 
 #include "in_process_bus.h"
 #include "simulation_file.h"
@@ -57,6 +56,11 @@ void EmbeddedMarket::Connect() {
 
 QString EmbeddedMarket::QuotesProblem() const {
   return problem_.isEmpty() ? watcher_.MissingNow() : problem_;
+}
+
+std::optional<int> EmbeddedMarket::OwnSecondOfDay() const {
+  const LiveSimulation* simulation = bus_->Simulation();
+  return simulation == nullptr ? std::nullopt : std::optional(simulation->SecondOfDay());
 }
 
 void EmbeddedMarket::Tell(const QString& problem) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <memory>
+#include <optional>
 
 #include "bus/market_connection.h"
 #include "datacentre/market_data.h"
@@ -33,6 +34,8 @@ class EmbeddedMarket final : public MarketConnection {
   /// Serves the quotes of the data, unless some are served.
   void Connect() override;
   [[nodiscard]] QString QuotesProblem() const override;
+  /// Of a simulated market.
+  [[nodiscard]] std::optional<int> OwnSecondOfDay() const override;
   [[nodiscard]] QString LaterDate() const override { return data_.LaterDate(); }
 
  private:

@@ -2,6 +2,7 @@
 #pragma once
 #include <QObject>
 #include <QString>
+#include <optional>
 
 #include "bus/message_bus.h"
 
@@ -23,6 +24,9 @@ class MarketConnection : public QObject {
   /// Why the prices are not the latest at this moment, in words for the user, also when nobody has been told yet; empty
   /// when they are.
   [[nodiscard]] virtual QString QuotesProblem() const = 0;
+  /// The time of the market's own clock, in seconds since midnight; none when it has none (its prices are of the time
+  /// that all have) and before it is connected.
+  [[nodiscard]] virtual std::optional<int> OwnSecondOfDay() const = 0;
   /// The date (YYYY-MM-DD) of the data that could be had in the place of these, which are not the latest then, from a
   /// new connection over newly loaded data; empty when there are none. Changes with QuotesChanged.
   [[nodiscard]] virtual QString LaterDate() const = 0;

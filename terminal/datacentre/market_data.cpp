@@ -175,13 +175,19 @@ std::vector<int> MarketData::GetGroupCodeNumList(const QString& groupName) const
   return found != groups_.end() ? found->second : std::vector<int>{};
 }
 
-bool MarketData::IsOpen() const {
-  if (simulated_) return true;
+std::optional<int> MarketData::SecondOfTradingDay() const {
   const QDateTime now = clock_.Now().toOffsetFromUtc(kBeijingOffsetSeconds);
   const QDate day = now.date();
   const int today = day.year() * 10000 + day.month() * 100 + day.day();
-  if (today != currentDate_ || tradingDates_.empty() || tradingDates_.front() != today) return false;
-  const QTime time = now.time();
+  if (today != currentDate_ || tradingDates_.empty() || tradingDates_.front() != today) return std::nullopt;
+  return now.time().msecsSinceStartOfDay() / 1000;
+}
+
+bool MarketData::IsOpen() const {
+  if (simulated_) return true;
+  const std::optional<int> second = SecondOfTradingDay();
+  if (!second) return false;
+  const QTime time = QTime::fromMSecsSinceStartOfDay(*second * 1000);
   return (time >= QTime(9, 30) && time < QTime(11, 30)) || (time >= QTime(13, 0) && time < QTime(15, 0));
 }
 

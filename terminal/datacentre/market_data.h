@@ -64,6 +64,8 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   [[nodiscard]] QString Folder() const { return folder_; }
   /// Simulated market: its prices move and it counts as open at any time.
   [[nodiscard]] bool IsSimulated() const { return simulated_; }
+  /// Beijing time in seconds since midnight on the data's own date, when that is a trading day; none on another day.
+  [[nodiscard]] std::optional<int> SecondOfTradingDay() const;
   /// First letters by which the name of a stock or index can be typed, the characters apart by a blank; empty when the
   /// data folder has none.
   [[nodiscard]] QString InitialsOf(int codeNumber) const;

@@ -12,18 +12,7 @@ namespace holdwise {
 namespace {
 
 constexpr int kPageMargin = 32;
-
-QLabel* AddLabel(QVBoxLayout& layout, int pixelSize, bool isBold) {
-  auto* label = new QLabel;
-  QFont font = label->font();
-  font.setPixelSize(pixelSize);
-  font.setBold(isBold);
-  label->setFont(font);
-  label->setTextFormat(Qt::PlainText);
-  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  layout.addWidget(label);
-  return label;
-}
+constexpr int kTextPixels = 14;
 
 }  // namespace
 
@@ -53,10 +42,15 @@ bool HostPageAddress::GetIsWorkState() const {
   return page_->parentWidget() != nullptr;
 }
 
-ToolbarPage::ToolbarPage() {
+ToolbarPage::ToolbarPage() : text_(new QLabel) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(kPageMargin, kPageMargin, kPageMargin, kPageMargin);
-  text_ = AddLabel(*layout, 14, false);
+  QFont font = text_->font();
+  font.setPixelSize(kTextPixels);
+  text_->setFont(font);
+  text_->setTextFormat(Qt::PlainText);
+  text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  layout->addWidget(text_);
   layout->addStretch(1);
 }
 

@@ -170,8 +170,11 @@ bool PageSide::GoToObstacle() {
 void PageSide::LookForIncomplete() {
   TAddressItem* item = ViewAddress();
   if (item == nullptr) return;
+  const ViewCatalogue& views = *item->Views();
+  // What a calculation under way still lacks is no news, and asking would make its window wait.
+  if (views.Current() != 0 && !views.IsSettled()) return;
   try {
-    window_.Window().SetIncomplete(item->Views()->Incomplete());
+    window_.Window().SetIncomplete(views.Incomplete());
   } catch (const std::exception&) {  // said where the same statement serves a view
   }
 }

@@ -75,7 +75,7 @@ class PageSide {
   /// Goes back to where the security's page was opened from, with the keyboard where it was.
   void ReturnFromSecurity(const MarketData& data);
   [[nodiscard]] QuickEntryActions QuickActions(MarketData& data);
-  /// Has the window say what of the views' figures is incomplete.
+  /// Has the window say what of the views' figures is incomplete, unless they are being got ready.
   void LookForIncomplete();
 
   ProcessParts& process_;

@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QObject>
 #include <QTimer>
+#include <optional>
 
 #include "bus/market_connection.h"
 #include "datacentre/market_data.h"
@@ -15,10 +16,12 @@ struct QuoteFacts {
   QDateTime now;
   QDateTime newest;  ///< when a price last came or moved; invalid: none has
   QString date;      ///< of the market
-  bool isOpen = false;
-  QString problem;  ///< why the quotes are not followed; empty when they are
+  bool isSimulated = false;
+  std::optional<int> second;  ///< since midnight, on the market's clock; none: today is not the market's date, or it is
+                              ///< simulated and does not run
+  QString problem;            ///< why the quotes are not followed; empty when they are
 };
-/// The status bar's words for it. Pure.
+/// The status bar's words for it: age of the newest price while the market is open, else why prices stand still. Pure.
 struct QuoteWords {
   QString text;
   QString reason;  ///< why it is not as it should be; empty when it is
@@ -35,6 +38,7 @@ class QuoteStatus : public QObject {
   void Show();
 
   const MarketData& data_;
+  const MarketConnection& connection_;
   ClockService& clock_;
   MainWindow& window_;
   QDateTime newest_;

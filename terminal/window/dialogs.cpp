@@ -99,6 +99,7 @@ void ShowReport(QWidget* window, const QString& title, const QString& text) {
   dialog.setWindowTitle(title);
   auto* layout = new QVBoxLayout(&dialog);
   auto* lines = new QPlainTextEdit(text);
+  lines->setAccessibleName(title);
   lines->setReadOnly(true);
   layout->addWidget(lines);
   auto* buttons = new QDialogButtonBox;

@@ -34,6 +34,7 @@ void ImportDialog::Build(const ImportQuestion& question) {
   layout->addWidget(title);
   auto* text = new QPlainTextEdit(question.text);
   text->setObjectName(QStringLiteral("preview"));
+  text->setAccessibleName(QStringLiteral("预览"));
   text->setReadOnly(true);
   layout->addWidget(text);
   if (!question.name.isEmpty()) {

@@ -5,10 +5,8 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QTimer>
-#include <utility>
 
 #include "window/main_window.h"
-#include "window/message_boxes.h"
 
 namespace holdwise {
 namespace {
@@ -17,26 +15,22 @@ constexpr int kEventsMilliseconds = 30;
 
 }  // namespace
 
-LongWork::LongWork(MainWindow& window, const QString& what) : window_(window), what_(what) {
-  window_.MayClose = [this] { return MayClose(); };
-  connect(&window_.CancelButton(), &QPushButton::clicked, this, [this] { isGivenUp_ = true; });
+LongWork::LongWork(MainWindow& window, const QString& what) : WindowWork(window, what) {
   qApp->installEventFilter(this);
   sinceEvents_.start();
 }
 
 LongWork::~LongWork() {
-  window_.MayClose = nullptr;
-  window_.ShowProgress(0, 0);
-  if (isClosing_) QTimer::singleShot(0, &window_, &QWidget::close);
+  Window().ShowProgress(0, 0);
 }
 
 bool LongWork::Step(int done, int total) {
   if (sinceEvents_.elapsed() >= kEventsMilliseconds) {
-    window_.ShowProgress(done, total);
+    Window().ShowProgress(done, total);
     QCoreApplication::processEvents();
     sinceEvents_.restart();
   }
-  return !isGivenUp_;
+  return !IsGivenUp();
 }
 
 bool LongWork::eventFilter(QObject* watched, QEvent* event) {
@@ -46,7 +40,7 @@ bool LongWork::eventFilter(QObject* watched, QEvent* event) {
       return qobject_cast<QTimer*>(watched) != nullptr;
     case QEvent::KeyPress:
       if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && QApplication::activeModalWidget() == nullptr)
-        isGivenUp_ = true;
+        GiveUp();
       [[fallthrough]];
     case QEvent::KeyRelease:
     case QEvent::ShortcutOverride:
@@ -56,22 +50,13 @@ bool LongWork::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::ContextMenu:
     case QEvent::Wheel: {
       const auto* widget = qobject_cast<QWidget*>(watched);
-      return widget != nullptr && widget->window() == &window_ && widget != &window_.CancelButton();
+      return widget != nullptr && widget->window() == &Window() && widget != &Window().CancelButton();
     }
     case QEvent::Shortcut:
       return QApplication::activeModalWidget() == nullptr;
     default:
       return false;
   }
-}
-
-bool LongWork::MayClose() {
-  if (isAsking_ || isClosing_) return false;
-  isAsking_ = true;
-  isClosing_ = AgreesToClose(window_, what_);
-  isAsking_ = false;
-  isGivenUp_ = isGivenUp_ || isClosing_;
-  return false;
 }
 
 }  // namespace holdwise

@@ -1,21 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QElapsedTimer>
-#include <QObject>
-#include <QString>
+
+#include "window/window_work.h"
 
 namespace holdwise {
 
-class MainWindow;
-
-/// Work of several seconds on the user-interface thread, with the window answering: progress and 取消 in the status
-/// bar. Mouse and keyboard reach nothing else of the window meanwhile, timers wait, so that nobody uses what is worked
-/// on. Closing the window asks whether to give the work up, and then does both. User-interface thread.
-class LongWork : public QObject {
+/// Work on the user-interface thread, with the window answering: progress and 取消 in the status bar. Mouse and
+/// keyboard reach nothing else of the window meanwhile, timers wait, so that nobody uses what is worked on.
+/// User-interface thread.
+class LongWork : public WindowWork {
  public:
-  /// @param what for the question, as "正在导入组合"; the window must outlive the work
   LongWork(MainWindow& window, const QString& what);
-  /// Takes the progress away, and closes the window if the user wanted that.
+  /// Takes the progress away.
   ~LongWork() override;
 
   /// So much is done; lets events run when the last time is a while ago. False: the user gives up.
@@ -25,14 +22,7 @@ class LongWork : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  [[nodiscard]] bool MayClose();
-
-  MainWindow& window_;
-  QString what_;
   QElapsedTimer sinceEvents_;
-  bool isGivenUp_ = false;
-  bool isAsking_ = false;
-  bool isClosing_ = false;
 };
 
 }  // namespace holdwise

@@ -80,15 +80,19 @@ MainWindow::MainWindow(const ThemeServices& theme, WindowActions actions)
 
 void MainWindow::BuildMenus() {
   QMenu* file = menuBar()->addMenu(QStringLiteral("文件(&F)"));
-  import_ = file->addAction(QStringLiteral("导入组合(&I)…"), QKeySequence(QStringLiteral("Ctrl+O")), this,
-                            [this] { actions_.importPortfolios(); });
-  export_ = file->addAction(QStringLiteral("导出(&E)…"), QKeySequence(QStringLiteral("Ctrl+S")), this,
-                            [this] { actions_.exportViews(); });
+  // An action of a group that is turned off stays so, whatever it is told itself.
+  portfolioActions_ = new QActionGroup(this);
+  portfolioActions_->addAction(file->addAction(QStringLiteral("导入组合(&I)…"), QKeySequence(QStringLiteral("Ctrl+O")),
+                                               this, [this] { actions_.importPortfolios(); }));
+  portfolioActions_->addAction(file->addAction(QStringLiteral("导出(&E)…"), QKeySequence(QStringLiteral("Ctrl+S")),
+                                               this, [this] { actions_.exportViews(); }));
   file->addSeparator();
   file->addAction(QStringLiteral("导出组合(&P)…"), this, [this] { actions_.exportPortfolios(); });
   file->addAction(QStringLiteral("恢复(&R)…"), this, [this] { actions_.restorePortfolios(); });
   file->addSeparator();
-  quit_ = file->addAction(QStringLiteral("退出(&X)"), QKeySequence(QStringLiteral("Ctrl+Q")), this, &QWidget::close);
+  quit_ = file->addAction(QStringLiteral("退出(&X)"), QKeySequence(QStringLiteral("Ctrl+Q")), this, [this] {
+    if (MayLeave(false)) close();
+  });
 
   QMenu* view = BuildViewMenu();
 
@@ -188,24 +192,18 @@ void MainWindow::SetCurrentAddress(const QString& name) {
 }
 
 void MainWindow::SetPortfolioActionsEnabled(bool isEnabled) {
-  hasPortfolioPage_ = isEnabled;
-  OfferActions();
+  portfolioActions_->setEnabled(isEnabled);
 }
 
 void MainWindow::SetOngoing(const QString& text, const QString& hint) {
-  isOngoing_ = !text.isEmpty();
+  const bool isOngoing = !text.isEmpty();
   ongoing_->setText(text);
   ongoing_->setToolTip(PlainHint(hint));
-  ongoing_->setVisible(isOngoing_);
-  cancel_->setVisible(isOngoing_);
-  OfferActions();
-}
-
-void MainWindow::OfferActions() {
+  ongoing_->setVisible(isOngoing);
+  cancel_->setVisible(isOngoing);
   for (const QMenu* menu : menus_)
-    for (QAction* action : menu->actions()) action->setEnabled(action == quit_ || !isOngoing_);
-  for (QAction* action : {import_, export_}) action->setEnabled(hasPortfolioPage_ && !isOngoing_);
-  newDay_->setEnabled(!isOngoing_);
+    for (QAction* action : menu->actions()) action->setEnabled(action == quit_ || !isOngoing);
+  newDay_->setEnabled(!isOngoing);
 }
 
 void MainWindow::ShowTheme() {
@@ -310,10 +308,13 @@ void MainWindow::ShowProgress(int done, int total) {
   if (isVisible()) statusBar()->repaint();
 }
 
-void MainWindow::closeEvent(QCloseEvent* event) {
+bool MainWindow::MayLeave(bool isAgreed) const {
   const auto mayClose = MayClose;  // while it asks, it may be exchanged
-  const bool isFree = !mayClose || mayClose();
-  event->setAccepted(isFree && (!actions_.mayClose || actions_.mayClose()));
+  return (!mayClose || mayClose(isAgreed)) && (isAgreed || !actions_.mayClose || actions_.mayClose());
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->setAccepted(MayLeave(!event->spontaneous()));
 }
 
 }  // namespace holdwise

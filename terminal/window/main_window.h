@@ -83,15 +83,16 @@ class MainWindow : public QMainWindow {
   /// hides both.
   void ShowProgress(int done, int total);
   [[nodiscard]] QPushButton& CancelButton() { return *cancel_; }
-  /// Asked first when the user closes the window, by work that goes on; false keeps it. Unset: there is none.
-  std::function<bool()> MayClose;
+  /// Asked first when the window is to be closed, by work that goes on; false keeps it. `isAgreed`: not by the user's
+  /// hand but by the program, which has asked already. Unset: there is none.
+  std::function<bool(bool isAgreed)> MayClose;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  [[nodiscard]] bool MayLeave(bool isAgreed) const;
   void BuildMenus();
-  void OfferActions();
   [[nodiscard]] QMenu* BuildViewMenu();
   void ShowIndices();
   void BuildStatusBar();
@@ -103,10 +104,7 @@ class MainWindow : public QMainWindow {
   WorkArea* area_ = nullptr;
   QList<QMenu*> menus_;
   QAction* quit_ = nullptr;
-  bool hasPortfolioPage_ = false;
-  bool isOngoing_ = false;
-  QAction* import_ = nullptr;
-  QAction* export_ = nullptr;
+  QActionGroup* portfolioActions_ = nullptr;
   QActionGroup* themes_ = nullptr;
   QActionGroup* riseFalls_ = nullptr;
   QMenu* addressMenu_ = nullptr;

@@ -57,13 +57,6 @@ int MessageBoxes::Vex_MessageBox(const QString& text, const QString& caption, in
   return box.clickedButton() == ok ? Box::kOk : Box::kCancel;
 }
 
-bool AgreesToClose(QWidget& window, const QString& what) {
-  MessageBoxes boxes;
-  boxes.SetWindow(&window);
-  return boxes.Vex_MessageBox(QStringLiteral("%1。放弃并关闭吗？").arg(what), QStringLiteral("关闭"), Box::kOkAndCancel,
-                              Box::kQuestion) == Box::kOk;
-}
-
 QString AwaitedAnswer() {
   const QWidget* modal = QApplication::activeModalWidget();
   if (modal == nullptr) return {};

@@ -17,8 +17,6 @@ class MessageBoxes : public MessageBoxService {
   QPointer<QWidget> window_;
 };
 
-/// Asks, while `what` goes on ("正在导入组合"), whether to give it up and close.
-[[nodiscard]] bool AgreesToClose(QWidget& window, const QString& what);
 /// The title of the dialog that the user has to answer or close before anything else; empty when there is none.
 [[nodiscard]] QString AwaitedAnswer();
 

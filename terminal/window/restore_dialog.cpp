@@ -36,6 +36,7 @@ void RestoreDialog::Build() {
   auto* layout = new QVBoxLayout(this);
   files_ = new QTableWidget(0, 3);
   files_->setObjectName(QStringLiteral("files"));
+  files_->setAccessibleName(QStringLiteral("备份"));
   files_->setHorizontalHeaderLabels({QStringLiteral("备份时间"), QStringLiteral("组合"), QStringLiteral("持股")});
   files_->horizontalHeader()->setSectionResizeMode(kTimeColumn, QHeaderView::Stretch);
   files_->verticalHeader()->hide();
@@ -47,8 +48,10 @@ void RestoreDialog::Build() {
   everything_ = new QRadioButton(QStringLiteral("全部恢复成所选备份里的样子(&A)"));
   for (QRadioButton* button : {missingOnly_, everything_}) layout->addWidget(button);
   missingOnly_->setChecked(true);
-  layout->addWidget(new QLabel(QStringLiteral("将要发生的改变（现在的组合会先留一份备份）：")));
   text_ = new QPlainTextEdit;
+  auto* caption = new QLabel(QStringLiteral("将要发生的改变（现在的组合会先留一份备份）："));
+  caption->setBuddy(text_);
+  layout->addWidget(caption);
   text_->setObjectName(QStringLiteral("preview"));
   text_->setReadOnly(true);
   layout->addWidget(text_);

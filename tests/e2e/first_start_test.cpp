@@ -31,6 +31,10 @@ class FirstStart : public Window {
     EXPECT_GE(terminal_->Signal(SIGTERM), 0);
     return QString::fromUtf8(Bytes(bench_.Work() + "/settings.ini"));
   }
+  /// Seconds of a processor's work, which a busy machine makes minutes.
+  [[nodiscard]] bool IsDemoMade() const {
+    return Until([this] { return QFile::exists(bench_.Work() + "/market/market.dat"); }, 180'000);
+  }
   std::optional<RunningTerminal> terminal_;
 };
 
@@ -43,6 +47,7 @@ TEST_F(FirstStart, AFirstStartGetsToADemoMarket) {
     ASSERT_TRUE(terminal.WaitForWindow());
     ASSERT_TRUE(screen_.Enter("^Holdwise$"));
     screen_.Keys({"alt+d"});
+    ASSERT_TRUE(IsDemoMade());
     ASSERT_TRUE(screen_.Enter("模拟行情"));
     EXPECT_TRUE(LogSays("插件“投资组合”"));
     EXPECT_GE(terminal.Signal(SIGTERM), 0);
@@ -52,6 +57,46 @@ TEST_F(FirstStart, AFirstStartGetsToADemoMarket) {
   RunningTerminal again(arguments, screen_.Environment());
   ASSERT_TRUE(again.WaitForWindow());
   EXPECT_TRUE(screen_.Enter("模拟行情"));
+}
+
+/// Given up in either half of its making, nothing is left of it, and the page offers it again.
+TEST_F(FirstStart, MakingADemoMarketCanBeGivenUp) {
+  RunningTerminal terminal({"--work", bench_.Work()}, screen_.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  const auto made = [&](const QString& below) {
+    const QDir work(bench_.Work());
+    const QStringList folders = work.entryList({"demo-*"}, QDir::Dirs);
+    return folders.size() == 1 && work.exists(folders.front() + below);
+  };
+  const auto entries = [&] { return QDir(bench_.Work()).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot); };
+  const QStringList before = entries();
+  for (const char* half : {"/csv", "/.market.new"}) {
+    ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+    screen_.Keys({"alt+d"});
+    ASSERT_TRUE(Until([&] { return made(half); }, 60'000)) << half;
+    screen_.Keys({"Escape"});
+    EXPECT_TRUE(Until([&] { return entries() == before; }, 10'000)) << half << entries().join(' ').toStdString();
+  }
+  EXPECT_TRUE(screen_.IsGone("模拟行情"));
+  EXPECT_EQ(terminal.Process().state(), QProcess::Running);
+  ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+  screen_.Keys({"alt+d"});
+  EXPECT_TRUE(IsDemoMade());
+  EXPECT_TRUE(screen_.Enter("模拟行情"));
+}
+
+/// Closing the window while it is made asks, and leaves nothing of it.
+TEST_F(FirstStart, ClosedWhileADemoMarketIsMadeItAsksFirst) {
+  RunningTerminal terminal({"--work", bench_.Work()}, screen_.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+  screen_.Keys({"alt+d"});
+  ClickClose();
+  ASSERT_TRUE(screen_.Enter("^关闭$"));
+  screen_.Keys({"Tab", "space"});
+  EXPECT_TRUE(IsGone(terminal));
+  EXPECT_EQ(terminal.Process().exitCode(), 0);
+  EXPECT_TRUE(QDir(bench_.Work()).entryList({"demo-*", "market", ".market*"}, QDir::Dirs | QDir::Hidden).isEmpty());
 }
 
 /// No data: the page stays, says that it has looked, and opens the market once it is there.
@@ -128,7 +173,12 @@ TEST_F(FirstStart, ADemoThatIsReadyWaitsForTheDialog) {
   BeginDemo();
   screen_.Keys({"alt+o"});
   ASSERT_TRUE(screen_.Enter("选择数据目录"));
-  ASSERT_TRUE(Until([this] { return QFile::exists(bench_.Work() + "/market/market.dat"); }, 60'000));
+  const QDir work(bench_.Work());
+  const auto isReady = [&] {
+    const QStringList made = work.entryList({"demo-*"}, QDir::Dirs);
+    return made.size() == 1 && work.exists(made.front() + "/market/market.dat");
+  };
+  ASSERT_TRUE(Until(isReady, 180'000));
   QThread::msleep(1000);
   EXPECT_FALSE(Bytes(bench_.Work() + "/log/terminal.log").contains("插件“投资组合”"));
   screen_.Keys({"Escape"});

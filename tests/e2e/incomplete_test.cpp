@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "incomplete_fixture.h"
+#include "screen.h"
 
 namespace holdwise::e2e {
 namespace {
@@ -57,6 +58,44 @@ TEST_F(Incomplete, AFileThatComesBackWhileTheTerminalRunsIsTakenUp) {
     EXPECT_EQ(Risk(), WholeRisk());
     EXPECT_EQ(running.Process().state(), QProcess::Running);
   }
+}
+
+/// The sign in the status bar comes and goes by itself while the terminal runs, and a click on it opens the list.
+class IncompleteSign : public Incomplete {
+ protected:
+  void SetUp() override {
+    if (const QString missing = MissingProgram(); !missing.isEmpty()) GTEST_SKIP() << missing.toStdString();
+    ASSERT_TRUE(screen_.IsThere());
+  }
+  /// Clicks along the status bar, in which nothing else opens a list. Where that was; 0 for nowhere.
+  [[nodiscard]] int PlaceOfSign() const {
+    const QString window = screen_.Do({"search", "--onlyvisible", "--name", "^Holdwise"}).section('\n', 0, 0);
+    const QString shell = screen_.Do({"getwindowgeometry", "--shell", window});
+    const auto length = [&shell](const char* name) { return shell.section(name, 1).section('\n', 0, 0).toInt(); };
+    for (int x = length("WIDTH=") - 20; x > 0; x -= 30)
+      if (OpensAList(x, length("HEIGHT=") - 12)) return x;
+    return 0;
+  }
+  [[nodiscard]] bool OpensAList(int x, int y) const {
+    screen_.Click(x, y);
+    const QString list = screen_.Do({"search", "--onlyvisible", "--name", "^不完整的数据$"});
+    if (list.isEmpty()) return false;
+    (void)screen_.Do({"windowfocus", "--sync", list});
+    screen_.Keys({"Escape"});
+    return true;
+  }
+  const Screen screen_;
+};
+
+TEST_F(IncompleteSign, ComesAndGoesByItself) {
+  TakeAway("股票/600002.dat");
+  RunningTerminal running(bench_.Arguments(Import() + QStringList{"--parameter", "Skip风险计量"}),
+                          screen_.Environment());
+  ASSERT_TRUE(running.WaitForWindow());
+  EXPECT_TRUE(Until([&] { return PlaceOfSign() != 0; }, 60'000));
+  PutBack("股票/600002.dat");
+  EXPECT_TRUE(Until([&] { return PlaceOfSign() == 0; }, 60'000));
+  EXPECT_EQ(running.Process().state(), QProcess::Running);
 }
 
 /// The file is there and can be read, but has no rate of one year.

@@ -39,6 +39,28 @@ TEST_F(Window, ClosedWhileItCalculatesItAsksFirst) {
   EXPECT_EQ(bench_.Export("2001-strngrd").size(), 2U) << "the portfolios are there";
 }
 
+/// The calculation that an export waits for asks; the export does not ask again.
+TEST_F(Window, ClosedWhileAnExportCalculatesItAsksOnce) {
+  bench_.data = bench_.File("data");
+  CopyFolder(SharedMarket().Data(), bench_.data);
+  test::HungFile rates(bench_.data + "/QMTL/TZZH/InterestRate.Dat");
+  if (!rates.IsHung()) GTEST_SKIP() << "no leases here";
+  RunningTerminal terminal(bench_.Arguments({}), screen_.Environment());
+  ASSERT_TRUE(terminal.WaitForWindow());
+  QProcess second;
+  second.setProcessEnvironment(BareEnvironment());
+  second.start(Program("holdwise-terminal"), bench_.Arguments({"--import", bench_.Write("p.csv", TwoPortfolios()),
+                                                               "--export", bench_.File("waits")}));
+  ASSERT_TRUE(screen_.Enter("^投资组合$")) << "the calculation's dialog";
+  ClickClose();
+  ASSERT_TRUE(screen_.Enter("询问"));
+  screen_.Keys({"Tab", "space"});
+  EXPECT_TRUE(IsGone(terminal)) << "without another question";
+  EXPECT_EQ(terminal.Process().exitCode(), 0);
+  ASSERT_TRUE(second.waitForFinished(30'000));
+  EXPECT_EQ(second.exitCode(), 1);
+}
+
 TEST_F(Window, TheColoursOfRisesAndFallsSwitchAtOnceAndAreRemembered) {
   const auto start = [&] {
     auto terminal = std::make_unique<RunningTerminal>(bench_.Arguments({"--theme", "dark"}), screen_.Environment());

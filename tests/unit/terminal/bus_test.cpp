@@ -141,6 +141,18 @@ TEST_F(EmbeddedMarketTest, FileReachesRolesAndDataCentre) {
   EXPECT_EQ(data_.StockNowData(1600000).currentPrice, 9.07);
 }
 
+TEST_F(EmbeddedMarketTest, OnlyASimulatedMarketHasATimeOfItsOwn) {
+  Start(false);
+  EXPECT_EQ(market_->OwnSecondOfDay(), std::nullopt);
+  folder_.WriteMarket(20240529, true);
+  MarketData data(clock_, log_, reader_);
+  data.Load(folder_.Path());
+  EmbeddedMarket simulated(data, log_);
+  EXPECT_EQ(simulated.OwnSecondOfDay(), std::nullopt) << "not connected";
+  simulated.Connect();
+  EXPECT_EQ(simulated.OwnSecondOfDay(), 9 * 3600 + 30 * 60);
+}
+
 TEST_F(EmbeddedMarketTest, SpoiledFileChangesNothing) {
   Start(false);
   Listener listener(market_->Bus());

@@ -12,14 +12,19 @@
 #include <QTest>
 #include <QTimer>
 #include <functional>
+#include <vector>
 
 #include "accessible_names.h"
 #include "pages/host_pages.h"
 #include "pages/notice_page.h"
 #include "parts/process_parts.h"
 #include "theme/theme_services.h"
+#include "window/dialogs.h"
 #include "window/help_dialogs.h"
+#include "window/import_dialog.h"
 #include "window/main_window.h"
+#include "window/restore_dialog.h"
+#include "window/urgent_notice.h"
 
 namespace holdwise {
 namespace {
@@ -132,6 +137,48 @@ TEST(AccessibleNames, TheLogHasOne) {
   int named = 0;
   EXPECT_EQ(test::UnnamedControls(page, named).join('\n').toStdString(), "");
   EXPECT_EQ(named, 1);
+}
+
+/// What a screen reader cannot name in the dialog that `show` opens; `least`: so many controls have a name.
+void ExpectNames(const std::function<void()>& show, int least) {
+  InDialog(show, [least](QDialog& dialog) {
+    int named = 0;
+    EXPECT_EQ(test::UnnamedControls(dialog, named).join('\n').toStdString(), "") << dialog.windowTitle().toStdString();
+    EXPECT_GE(named, least) << dialog.windowTitle().toStdString();
+  });
+}
+
+TEST(AccessibleNames, TheDialogsOfAnImportHaveThemAll) {
+  ExpectNames(
+      [] {
+        ImportDialog(nullptr, {"p.csv", "第一行", "我的组合", 3}, [](const QString&) { return QString(); }).exec();
+      },
+      5);
+  ExpectNames([] { ShowReport(nullptr, QStringLiteral("导入组合"), QStringLiteral("导入了 2 个组合。")); }, 2);
+}
+
+TEST(AccessibleNames, TheDialogsOfDamageAndRestoringHaveThemAll) {
+  const auto preview = [](const QString&, bool) { return RestorePreview{QStringLiteral("甲：恢复"), true}; };
+  ExpectNames(
+      [&] {
+        RestoreDialog(nullptr, {{"a.csv", "今天", "2", "4"}}, preview, [] { return QString(); }).exec();
+      },
+      7);
+  ExpectNames(
+      [] {
+        UrgentNotice(nullptr, QStringLiteral("数据的位置不在了"), QStringLiteral("说明"),
+                     QStringLiteral("另存全部组合(&S)…"), [] {})
+            .exec();
+      },
+      2);
+}
+
+TEST(AccessibleNames, TheFileDialogsHaveThemAll) {
+  for (const auto& ask : std::vector<std::function<QString()>>{
+           [] { return AskForFile(nullptr); }, [] { return AskForFolder(nullptr); },
+           [] { return AskForDataFolder(nullptr); }, [] { return AskForBackup(nullptr); },
+           [] { return AskForNewFile(nullptr, QStringLiteral("组合.csv")); }})
+    ExpectNames([&ask] { EXPECT_EQ(ask(), QString()); }, 8);
 }
 
 TEST(AccessibleNames, TheWindowHasThemAll) {

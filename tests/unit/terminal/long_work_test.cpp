@@ -9,9 +9,9 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QTimer>
-#include <QWindow>
 #include <functional>
 
+#include "close_button.h"
 #include "scripted_host.h"
 #include "theme/theme_services.h"
 #include "window/main_window.h"
@@ -89,7 +89,7 @@ TEST_F(LongWorkTest, ClosingTheWindowAsksFirst) {
         for (QAbstractButton* button : box->buttons())
           if (button->text() == QStringLiteral("确定")) button->click();
       });
-      window_.windowHandle()->close();
+      ClickCloseOf(window_);
     });
     EXPECT_TRUE(isAsked);
     EXPECT_EQ(done, key == Qt::Key_Escape ? 1000 : 101);

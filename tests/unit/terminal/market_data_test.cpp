@@ -230,6 +230,9 @@ TEST_F(MarketDataTest, OpenOnItsOwnTradingDayInTradingHours) {
   EXPECT_FALSE(openAt(5, 29, 15, 0, 0));
   EXPECT_FALSE(openAt(5, 28, 10, 0, 0));  // the data are not of that day
   EXPECT_FALSE(openAt(5, 30, 10, 0, 0));
+  EXPECT_EQ(data_.SecondOfTradingDay(), std::nullopt);
+  EXPECT_FALSE(openAt(5, 29, 12, 0, 1));
+  EXPECT_EQ(data_.SecondOfTradingDay(), 12 * 3600 + 1);
   // 02:30 UTC is 10:30 in Beijing, wherever the machine stands.
   clock_.now = QDateTime(QDate(2024, 5, 29), QTime(2, 30), Qt::UTC);
   EXPECT_TRUE(data_.IsOpen());

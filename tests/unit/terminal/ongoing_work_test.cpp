@@ -12,9 +12,10 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QTimer>
-#include <QWindow>
+#include <functional>
 #include <memory>
 
+#include "close_button.h"
 #include "scripted_host.h"
 #include "theme/theme_services.h"
 #include "window/main_window.h"
@@ -53,8 +54,13 @@ class OngoingWorkTest : public testing::Test {
     const auto* label = window_.statusBar()->findChild<QLabel*>("ongoing");
     return label->isVisible() ? label->text() : QString();
   }
-  /// The user closes the window and answers the question, before which something may happen.
+  /// The user closes the window by its title's button.
+  void ClickClose() { ClickCloseOf(window_); }
+  /// Answers the question that `close` brings, before which something may happen.
   void Close(bool isAgreed, const std::function<void()>& before = {}) {
+    Answer([this] { ClickClose(); }, isAgreed, before);
+  }
+  static void Answer(const std::function<void()>& close, bool isAgreed, const std::function<void()>& before = {}) {
     QTimer::singleShot(100, qApp, [isAgreed, before] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       ASSERT_NE(box, nullptr);
@@ -64,7 +70,7 @@ class OngoingWorkTest : public testing::Test {
       for (QAbstractButton* button : box->buttons())
         if (button->text() == QStringLiteral("确定")) button->click();
     });
-    window_.windowHandle()->close();
+    close();
     QCoreApplication::processEvents();
   }
 
@@ -131,6 +137,32 @@ TEST_F(OngoingWorkTest, ClosingTheWindowAsksAndWaitsForTheEnd) {
   EXPECT_EQ(givenUp_, 0);
   EXPECT_TRUE(window_.isVisible());
   Close(true);
+  EXPECT_EQ(givenUp_, 1);
+  EXPECT_TRUE(window_.isVisible()) << "it has not ended yet";
+  work_.reset();
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !window_.isVisible(); }));
+}
+
+TEST_F(OngoingWorkTest, LeavingByTheMenuAsks) {
+  Begin();
+  Answer([this] { QTest::keyClick(&window_, Qt::Key_Q, Qt::ControlModifier); }, false);
+  EXPECT_EQ(givenUp_, 0);
+  EXPECT_TRUE(window_.isVisible());
+}
+
+/// Whoever closes it has asked the user already.
+TEST_F(OngoingWorkTest, ACloseThatComesOutOfTheProgramAsksNothingAndWaitsForTheEnd) {
+  Begin();
+  QStringList asked;
+  QTimer::singleShot(100, qApp, [&asked] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr) return;
+    asked << box->text();
+    box->reject();
+  });
+  EXPECT_FALSE(window_.close());
+  QTest::qWait(200);
+  EXPECT_EQ(asked, QStringList());
   EXPECT_EQ(givenUp_, 1);
   EXPECT_TRUE(window_.isVisible()) << "it has not ended yet";
   work_.reset();

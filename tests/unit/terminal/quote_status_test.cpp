@@ -9,7 +9,11 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <memory>
 
+#include "bus/embedded_market.h"
+#include "bus/simulation_file.h"
+#include "market_data_fixture.h"
 #include "scripted_host.h"
 
 namespace holdwise {
@@ -25,15 +29,42 @@ TEST(QuoteWordsTest, SayTimeAndAgeAndWhyPricesStandStill) {
     const char *text, *reason;
   };
   const QString date = QStringLiteral("2024-05-29");
+  constexpr auto second = [](int hour, int minute, int more) { return hour * 3600 + minute * 60 + more; };
+  const int morning = second(11, 29, 0), open = second(9, 30, 0), again = second(13, 0, 0);
   const Case cases[] = {
-      {{At(11, 30, 3), At(11, 30, 0), date, true, {}}, "行情 11:30:00 · 3 秒前", ""},
-      {{At(11, 30, 0), At(11, 30, 1), date, true, {}}, "行情 11:30:01 · 0 秒前", ""},
-      {{At(11, 30, 59), At(11, 30, 0), date, true, {}}, "行情 11:30:00 · 59 秒前", ""},
-      {{At(11, 31, 0), At(11, 30, 0), date, true, {}}, "行情 11:30:00 · 1 分钟前", "价格 1 分钟没有变动，行情可能断了"},
-      {{At(14, 30, 0), At(11, 30, 0), date, true, {}}, "行情 11:30:00 · 3 小时前", "价格 3 小时没有变动，行情可能断了"},
-      {{At(11, 30, 3), At(11, 30, 0), date, true, "文件不在"}, "行情 11:30:00 · 3 秒前", "文件不在"},
-      {{At(12, 30, 0), At(11, 30, 0), date, false, {}}, "行情日期 2024-05-29 · 休市", ""},
-      {{At(10, 0, 0), {}, date, true, {}}, "行情日期 2024-05-29 · 还没有新价格", ""},
+      {{At(11, 29, 3), At(11, 29, 0), date, false, morning + 3, {}}, "行情 11:29:00 · 3 秒前", ""},
+      {{At(11, 29, 0), At(11, 29, 1), date, false, morning, {}}, "行情 11:29:01 · 0 秒前", ""},
+      {{At(11, 28, 59), At(11, 28, 0), date, false, morning - 1, {}}, "行情 11:28:00 · 59 秒前", ""},
+      {{At(11, 29, 0), At(11, 28, 0), date, false, morning, {}},
+       "行情 11:28:00 · 1 分钟前",
+       "价格 1 分钟没有变动，行情可能断了"},
+      {{At(14, 30, 0), At(11, 30, 0), date, false, second(14, 30, 0), {}},
+       "行情 11:30:00 · 3 小时前",
+       "价格 1 小时没有变动，行情可能断了"},
+      {{At(11, 29, 3), At(11, 29, 0), date, false, morning + 3, "文件不在"}, "行情 11:29:00 · 3 秒前", "文件不在"},
+      {{At(10, 0, 0), {}, date, false, second(10, 0, 0), {}}, "行情日期 2024-05-29 · 还没有新价格", ""},
+      // The first minute after a pause: nothing can have come in it.
+      {{At(9, 30, 1), At(9, 0, 0), date, false, open + 1, {}}, "行情 09:00:00 · 30 分钟前", ""},
+      {{At(13, 0, 59), At(11, 30, 0), date, false, again + 59, {}}, "行情 11:30:00 · 1 小时前", ""},
+      {{At(13, 1, 0), At(11, 30, 0), date, false, again + 60, {}},
+       "行情 11:30:00 · 1 小时前",
+       "价格 1 分钟没有变动，行情可能断了"},
+      // Pauses, told as they are and not as a fault.
+      {{At(9, 29, 59), At(9, 0, 0), date, false, open - 1, {}}, "行情日期 2024-05-29 · 未开市，9:30 开市", ""},
+      {{At(12, 30, 0), At(11, 30, 0), date, false, second(12, 30, 0), {}},
+       "行情日期 2024-05-29 · 午间休市，13:00 开市",
+       ""},
+      {{At(15, 0, 0), At(15, 0, 0), date, false, second(15, 0, 0), {}}, "行情日期 2024-05-29 · 已收盘", ""},
+      {{At(12, 30, 0), At(11, 30, 0), date, false, {}, {}}, "行情日期 2024-05-29 · 不是今天的行情", ""},
+      {{At(12, 30, 0), At(11, 30, 0), date, false, {}, "文件不在"}, "行情日期 2024-05-29 · 不是今天的行情", "文件不在"},
+      // A simulated market has a time of its own.
+      {{At(3, 0, 1), At(3, 0, 0), date, true, second(10, 15, 30), {}}, "行情 10:15:30 · 1 秒前", ""},
+      {{At(3, 0, 0), At(3, 0, 0), date, true, second(11, 42, 7), {}}, "行情 11:42:07 · 午间休市，13:00 开市", ""},
+      {{At(3, 0, 0), At(3, 0, 0), date, true, second(15, 4, 0), {}}, "行情 15:04:00 · 已收盘，稍后重新开市", ""},
+      {{At(3, 0, 0), {}, date, true, {}, {}}, "行情日期 2024-05-29 · 还没有新价格", ""},
+      {{At(3, 5, 0), At(3, 0, 0), date, true, second(10, 15, 30), {}},
+       "行情 10:15:30 · 5 分钟前",
+       "价格 5 分钟没有变动，行情可能断了"},
   };
   for (const Case& one : cases) {
     const QuoteWords words = WordsOf(one.facts);
@@ -94,6 +125,40 @@ TEST_F(StatusBarTest, WhatIsIncompleteIsListedByAClick) {
   EXPECT_EQ(shown, QStringLiteral("甲：没有计算\n乙：没有现价"));
   window_.SetIncomplete({});
   EXPECT_FALSE(sign->isVisible());
+}
+
+/// A simulated market whose day has come so far.
+class SimulatedStatusTest : public MarketDataTest {
+ protected:
+  QLabel& ShownAt(double secondOfDay) {
+    const QString stateFile = folder_.File(QStringLiteral("simulation.state"));
+    status_.reset();
+    market_.reset();  // keeps how far its own day has come
+    WriteSimulation(stateFile, SimulationIdentity(data_), {secondOfDay, 0, {}});
+    market_ = std::make_unique<EmbeddedMarket>(data_, log_, SimulationSetting{1, stateFile});
+    market_->Connect();
+    status_ = std::make_unique<QuoteStatus>(data_, *market_, clock_, window_);
+    return *window_.statusBar()->findChild<QLabel*>(QStringLiteral("quotes"));
+  }
+  ThemeServices theme_{ThemeKind::Dark, log_};
+  MainWindow window_{theme_, {}};
+  std::unique_ptr<EmbeddedMarket> market_;
+  std::unique_ptr<QuoteStatus> status_;
+};
+
+TEST_F(SimulatedStatusTest, SaysWhyThePricesOfItsDayStandStill) {
+  folder_.WriteMarket(20240529, true);
+  Load();
+  const struct {
+    double secondOfDay;
+    const char* text;
+  } cases[] = {{11.75 * 3600, "行情 11:45:00 · 午间休市，13:00 开市"},
+               {15 * 3600 + 60, "行情 15:01:00 · 已收盘，稍后重新开市"}};
+  for (const auto& [secondOfDay, text] : cases) {
+    const QLabel& quotes = ShownAt(secondOfDay);
+    EXPECT_EQ(quotes.text(), QString::fromUtf8(text));
+    EXPECT_FALSE(quotes.autoFillBackground()) << "no fault";
+  }
 }
 
 }  // namespace
