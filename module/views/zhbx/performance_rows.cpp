@@ -113,6 +113,7 @@ std::vector<Total> RefreshHoldings(TStringGrid& grid, QStringList& closesDue) {
   if (!closesDue.isEmpty()) ShowCloses(closesDue, grid);
   closesDue.clear();
   std::vector<TotalInput> totals;
+  totals.reserve(static_cast<std::size_t>(grid.RowCount()));
   for (int row = 0; row < grid.RowCount(); ++row) {
     const QString& code = grid.Cells(kCode, row);
     HoldingInput input;
@@ -152,6 +153,7 @@ std::vector<Total> RefreshPortfolios(TStringGrid& grid) {
   const TMissingCodes withoutPrice = g_NowPrice->HoldingsWithoutPrice();
   const GridBatch batch(grid);
   std::vector<TotalInput> totals;
+  totals.reserve(static_cast<std::size_t>(grid.RowCount()));
   for (int row = 0; row < grid.RowCount(); ++row) {
     const QString& id = grid.Cells(kId, row);
     PortfolioInput input;
