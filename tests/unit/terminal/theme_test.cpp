@@ -3,6 +3,7 @@
 
 #include <QImage>
 #include <QLabel>
+#include <cstdlib>
 
 #include "contrast.h"
 #include "theme/theme_pictures.h"
@@ -129,6 +130,13 @@ TEST(ThemeSwitch, ChangesTheColoursAndTellsOnce) {
   theme.SetKind(ThemeKind::Light);
   EXPECT_EQ(changes, 1);
   EXPECT_GT(Luminance(colors.ColorOf("Qm_BGCorlor")), Luminance(dark));
+}
+
+TEST_P(ThemeTest, ASeriesOfAChartIsNotTakenForARise) {
+  constexpr int kOtherHue = 20;  // degrees
+  const int apart =
+      std::abs(Color("Qm_KlineRedColor").hsvHue() - theme_.Colors().FindColor("Grid_RiseTxtColor")->hsvHue());
+  EXPECT_GE(std::min(apart, 360 - apart), kOtherHue);
 }
 
 TEST_P(ThemeTest, WhatRisesAndWhatFallsHaveColoursTheUserChooses) {
