@@ -29,7 +29,7 @@ constexpr std::array kColors{
     ThemeColor{"QM_EditFrameColor",          0x55657a, 0x9aa9ba},
     ThemeColor{"Qm_CharAxisLineColor",       0x6d7b8d, 0x7d8a99},
     ThemeColor{"Qm_GridJgColor",             0x2a323e, 0xe3e8ee},
-    ThemeColor{"Qm_KlineRedColor",           0xe07aa8, 0xb03a72},
+    ThemeColor{"Qm_KlineRedColor",           0xd0709d, 0xb03a72},
     ThemeColor{"Qm_KlineBlueColor",          0x5aa8f5, 0x1d6fc2},
     ThemeColor{"Qm_KlineYellowColor",        0xe6b84c, 0x9a6a00},
     ThemeColor{"Invest_YJFJ_Gray",           0x323c4a, 0xd3dae3},
