@@ -98,6 +98,25 @@ TEST_F(PerformanceView, AFigureThatLacksACloseIsMarkedWhereItIsRead) {
   EXPECT_EQ(holdings->RemarkOf({kWeekContribution, 0}), QString());
 }
 
+/// 600001 is not quoted at all: it counts as nothing in the sums, and the list's row says so like the strip below.
+TEST_F(PerformanceView, APortfolioWithAHoldingWithoutPriceIsMarkedWhereItIsRead) {
+  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 200, 0.5, 9.5}});
+  bench.AddPortfolio(2, QStringLiteral("乙"), {{1600000, 200, 0.5, 9.5}, {1600001, 100, 0.5, 9}});
+  Open();
+  bench.DeliverPrices({{QStringLiteral("600000"), {1000, 2}}});
+  Refresh();
+  EXPECT_EQ(portfolios->Cells(kGain, 0), QStringLiteral("-800.00")) << "2000 - 1900 - 900: the text is the plain sum";
+  for (const int column : {kValue, kDayChange, kWeekChange, kMonthChange, kGain, kGainRate}) {
+    const QString remark = portfolios->RemarkOf({column, 0});
+    EXPECT_TRUE(remark.contains(QStringLiteral("(600001)没有现价"))) << column << remark.toStdString();
+    EXPECT_FALSE(portfolios->RemarkOf({column, 1}).contains(QStringLiteral("没有现价"))) << column;
+  }
+  EXPECT_TRUE(portfolios->RemarkOf({kDayChange, 0}).contains(QStringLiteral("(600001)没有昨收盘价，日涨跌幅显示为 0")));
+  bench.DeliverPrices({{QStringLiteral("600001"), {900, 2}}});
+  Refresh();
+  EXPECT_EQ(portfolios->RemarkOf({kGain, 0}), QString()) << "it has come";
+}
+
 TEST_F(PerformanceView, APriceMessageToAnEmptyListShowsNothing) {
   Open();
   Refresh();

@@ -66,6 +66,8 @@ QString TStringGrid::TextInItsUnit(const GridCell& cell) const {
 TStringGrid::DrawnCell TStringGrid::Drawn(const GridCell& cell, const GridColors& colors) const {
   DrawnCell drawn{UnsignedText(cell)};
   if (signed_.count(cell.column) == 0 || !colors.TellsRiseFromFall()) return drawn;
+  // A figure that lacks something must not look like a gain or a loss.
+  if (!RemarkOf(cell).isEmpty()) return drawn;
   const double number = RealOr(drawn.text);
   drawn.sign = number > 0 ? 1 : number < 0 ? -1 : 0;
   if (number > 0 && !drawn.text.startsWith(QLatin1Char('+'))) drawn.text.prepend(QLatin1Char('+'));
