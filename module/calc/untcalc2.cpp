@@ -79,6 +79,7 @@ void TfrmCalc2::BuildForm() {
   rzprgrsbr1 = new QProgressBar(pnlBackGroup);
   rzprgrsbr1->setGeometry(16, 35, 310, 21);
   rzprgrsbr1->setAlignment(Qt::AlignCenter);
+  rzprgrsbr1->setAccessibleName(QStringLiteral("计算进度"));
   tmrCalc.setInterval(1);
   connect(&tmrCalc, &QTimer::timeout, this, &TfrmCalc2::tmrCalcTimer);
 }

@@ -42,19 +42,19 @@ QPalette ThemeServices::WindowPalette() const {
   palette.setColor(QPalette::Button, bar);
   palette.setColor(QPalette::ButtonText, text);
   palette.setColor(QPalette::BrightText, color("Section_BigTxtColor"));
-  palette.setColor(QPalette::Highlight, color("Qm_GridRowSelectColor"));
+  palette.setColor(QPalette::Highlight, HighlightColor(kind_));
   palette.setColor(QPalette::HighlightedText, color("Grid_SelTxtColor"));
   palette.setColor(QPalette::Link, color("Grid_ClickTxtColor"));
   palette.setColor(QPalette::ToolTipBase, bar);
   palette.setColor(QPalette::ToolTipText, text);
-  palette.setColor(QPalette::PlaceholderText, color("Qm_CharAxisLineColor"));
+  palette.setColor(QPalette::PlaceholderText, QuietTextColor(kind_));
   palette.setColor(QPalette::Light, color("KTR_BorderColor"));
   palette.setColor(QPalette::Midlight, color("Grid_Color"));
   palette.setColor(QPalette::Mid, color("KTR_BorderColor"));
   palette.setColor(QPalette::Dark, color("KTR_BorderColor"));
   palette.setColor(QPalette::Shadow, ground.darker(140));
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-    palette.setColor(QPalette::Disabled, role, color("Qm_CharAxisLineColor"));
+    palette.setColor(QPalette::Disabled, role, QuietTextColor(kind_));
   return palette;
 }
 

@@ -8,13 +8,14 @@ namespace holdwise {
 namespace {
 
 // Bright strokes look bold on a dark ground: the dark theme's texts are as far from white as the light one's from
-// black. Texts keep a contrast of at least 4.5 against every ground they can stand on; a test holds the table to that.
+// black. The red of the charts' series is not the one of what rises or falls. Texts keep a contrast of at least 4.5
+// against every ground they can stand on; a test holds the table to that.
 // clang-format off
 constexpr std::array kColors{
     ThemeColor{"Qm_BGCorlor",                0x151a21, 0xffffff},
     ThemeColor{"QM_TitleFontColor",          0xb4bfcc, 0x3a4656},
-    ThemeColor{"Qm_GridRowSelectColor",      0x26466e, 0xcfe2fb},
-    ThemeColor{"Grid_SelTxtColor",           0xe8eef5, 0x0a2744},
+    ThemeColor{"Qm_GridRowSelectColor",      0x273b56, 0xd8e7fa},
+    ThemeColor{"Grid_SelTxtColor",           0xdbe4ee, 0x0a2744},
     ThemeColor{"Grid_UnSelTxtColor",         0xbfc8d3, 0x1f2933},
     ThemeColor{"KTR_HighLightColor1",        0x171d25, 0xffffff},
     ThemeColor{"KTR_HighLightColor2",        0x202833, 0xf4f7fb},
@@ -28,7 +29,7 @@ constexpr std::array kColors{
     ThemeColor{"QM_EditFrameColor",          0x55657a, 0x9aa9ba},
     ThemeColor{"Qm_CharAxisLineColor",       0x6d7b8d, 0x7d8a99},
     ThemeColor{"Qm_GridJgColor",             0x2a323e, 0xe3e8ee},
-    ThemeColor{"Qm_KlineRedColor",           0xf2606a, 0xc62836},
+    ThemeColor{"Qm_KlineRedColor",           0xd0709d, 0xb03a72},
     ThemeColor{"Qm_KlineBlueColor",          0x5aa8f5, 0x1d6fc2},
     ThemeColor{"Qm_KlineYellowColor",        0xe6b84c, 0x9a6a00},
     ThemeColor{"Invest_YJFJ_Gray",           0x323c4a, 0xd3dae3},
@@ -42,8 +43,10 @@ constexpr std::array kColors{
 // clang-format on
 
 // Bright enough for the selected row's ground, too; the test holds them to it.
-constexpr ThemeColor kRedText{"", 0xff949a, 0xb81f2d};
+constexpr ThemeColor kRedText{"", 0xff7f87, 0xb81f2d};
 constexpr ThemeColor kGreenText{"", 0x4cc97f, 0x0b6b35};
+constexpr ThemeColor kQuietText{"", 0x8896a7, 0x5f6d7d};
+constexpr ThemeColor kHighlight{"", 0x2d5f99, 0xb4d2f7};
 
 QColor Of(const ThemeColor& color, ThemeKind kind) {
   return {kind == ThemeKind::Dark ? color.dark : color.light};
@@ -81,6 +84,14 @@ std::optional<QColor> RiseTextColor(ThemeKind kind, RiseFall choice) {
 std::optional<QColor> FallTextColor(ThemeKind kind, RiseFall choice) {
   if (choice == RiseFall::Plain) return std::nullopt;
   return Of(choice == RiseFall::RedRises ? kGreenText : kRedText, kind);
+}
+
+QColor QuietTextColor(ThemeKind kind) {
+  return Of(kQuietText, kind);
+}
+
+QColor HighlightColor(ThemeKind kind) {
+  return Of(kHighlight, kind);
 }
 
 QColor ThemeColorOf(ThemeKind kind, const char* key) {

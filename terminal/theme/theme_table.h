@@ -36,6 +36,11 @@ struct ThemeColor {
 inline constexpr const char* kRiseTextKey = "Grid_RiseTxtColor";
 inline constexpr const char* kFallTextKey = "Grid_FallTxtColor";
 
+/// Of this host's own windows: texts that stand back (what cannot be chosen, what may be typed), and the ground of a
+/// chosen entry or text. Rows of grids stay selected while the keys are elsewhere; theirs is quieter.
+[[nodiscard]] QColor QuietTextColor(ThemeKind kind);
+[[nodiscard]] QColor HighlightColor(ThemeKind kind);
+
 /// "dark", "light" as the command line and the settings name them; none for any other text.
 [[nodiscard]] std::optional<ThemeKind> ThemeKindFromName(const QString& name);
 [[nodiscard]] QString ThemeKindName(ThemeKind kind);

@@ -3,6 +3,7 @@
 #include <QTest>
 #include <algorithm>
 
+#include "accessible_names.h"
 #include "calc_fixture.h"
 #include "download_settings.h"
 
@@ -25,6 +26,14 @@ TEST_F(CalcDialog, LooksLikeItsDesign) {
   EXPECT_FALSE(dialog.windowFlags().testFlag(Qt::WindowMinimizeButtonHint));
   EXPECT_FALSE(dialog.windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
   EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+TEST_F(CalcDialog, EveryControlHasAName) {
+  TfrmCalc2 dialog;
+  Show(dialog);
+  int named = 0;
+  EXPECT_EQ(test::UnnamedControls(dialog, named).join('\n').toStdString(), "");
+  EXPECT_EQ(named, 1) << "the progress";
 }
 
 TEST_F(CalcDialog, ConfiguresItsThreeDownloads) {

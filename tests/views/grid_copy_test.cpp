@@ -8,10 +8,14 @@
 
 #include "common/grid/grid_picks.h"
 #include "common/grid/table_text.h"
+#include "contrast.h"
 #include "grid_rows_fixture.h"
+#include "view_tools.h"
 
 namespace holdwise {
 namespace {
+
+using test::OpenMenu;
 
 TEST(TableText, TitlesAndShownColumnsSeparatedByTabs) {
   const GridText text{QStringLiteral("g"),
@@ -31,11 +35,6 @@ class GridCopy : public GridRows {
   }
   [[nodiscard]] static QString Copied() { return QGuiApplication::clipboard()->text(); }
   void CopyTable() { Key(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier); }
-  [[nodiscard]] QMenu* OpenMenu(const QPoint& at = {5, 5}) {
-    QContextMenuEvent open(QContextMenuEvent::Mouse, at, grid.viewport()->mapToGlobal(at));
-    QApplication::sendEvent(grid.viewport(), &open);
-    return grid.findChild<QMenu*>();
-  }
 };
 
 TEST_F(GridCopy, ByKeyboard) {
@@ -79,7 +78,7 @@ TEST_F(GridCopy, ByContextMenu) {
   const std::vector<QString> copied = {QStringLiteral("x"), QStringLiteral("甲\t乙\n0\tx\n"),
                                        QStringLiteral("甲\t乙\n0\tx\n1\t\n")};
   for (std::size_t entry = 0; entry < copied.size(); ++entry) {
-    QMenu* menu = OpenMenu(grid.CellRect(1, 0).center());
+    QMenu* menu = OpenMenu(grid, grid.CellRect(1, 0).center());
     ASSERT_NE(menu, nullptr);
     EXPECT_EQ(texts(*menu), expected);
     for (std::size_t down = 0; down <= entry; ++down) QTest::keyClick(menu, Qt::Key_Down);
@@ -91,12 +90,12 @@ TEST_F(GridCopy, ByContextMenu) {
 }
 
 TEST_F(GridCopy, TheMenuIsOfTheRowItIsOpenedOn) {
-  QMenu* menu = OpenMenu(grid.CellRect(0, 1).center());
+  QMenu* menu = OpenMenu(grid, grid.CellRect(0, 1).center());
   ASSERT_NE(menu, nullptr);
   EXPECT_EQ(grid.Row(), 1);
   menu->close();
   QTest::qWait(10);
-  menu = OpenMenu({5, grid.viewport()->height() - 3});
+  menu = OpenMenu(grid, {5, grid.viewport()->height() - 3});
   ASSERT_NE(menu, nullptr);
   EXPECT_FALSE(menu->actions()[0]->isEnabled()) << "below the rows there is no cell";
   EXPECT_TRUE(menu->actions()[2]->isEnabled());
@@ -121,10 +120,30 @@ TEST_F(GridCopy, AnEmptyGridLeavesTheClipboardAlone) {
   Key(Qt::Key_C, Qt::ControlModifier);
   CopyTable();
   EXPECT_EQ(Copied(), QStringLiteral("before"));
-  QMenu* menu = OpenMenu();
+  QMenu* menu = OpenMenu(grid);
   ASSERT_NE(menu, nullptr);
   for (const QAction* action : menu->actions()) EXPECT_FALSE(action->isEnabled());
   menu->close();
+}
+
+TEST_F(GridCopy, WhatTheMenuCannotDoIsGreyAndYetToBeRead) {
+  GridColors light = TestColors();
+  light.oddRow = QColor(244, 247, 251);
+  light.unselectedText = QColor(31, 41, 51);
+  for (const GridColors& colors : {TestColors(), light}) {
+    grid.SetColors(colors);
+    QMenu* menu = OpenMenu(grid);
+    ASSERT_NE(menu, nullptr);
+    for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
+      const QColor text = menu->palette().color(QPalette::Active, role);
+      const QColor grey = menu->palette().color(QPalette::Disabled, role);
+      EXPECT_GE(Contrast(text, grey), 1.5) << role;
+      EXPECT_GE(Contrast(grey, menu->palette().color(QPalette::Base)), 4.5) << role;
+    }
+    EXPECT_EQ(menu->palette().color(QPalette::Base), colors.oddRow) << "the theme's, whatever the host's windows have";
+    menu->close();
+    QTest::qWait(10);
+  }
 }
 
 TEST_F(GridCopy, FractionsAreCopiedInPercentWhereTheTitleSaysSo) {

@@ -14,20 +14,10 @@
 #include "common/grid/cell_geometry.h"
 #include "common/grid/grid_model.h"
 #include "common/grid/string_grid.h"
+#include "grid_rows_fixture.h"
 
 namespace holdwise {
 namespace {
-
-GridColors TestColors() {
-  GridColors colors;
-  colors.evenRow = QColor(10, 20, 30);
-  colors.oddRow = QColor(40, 50, 60);
-  colors.selectedRow = QColor(0, 90, 160);
-  colors.unselectedText = QColor(200, 201, 202);
-  colors.selectedText = QColor(255, 254, 253);
-  colors.background = QColor(0, 100, 0);
-  return colors;
-}
 
 /// A shown grid of three rows and two columns, 100 pixels a column.
 class Grid : public testing::Test {

@@ -113,6 +113,32 @@ TEST_F(PerformanceSums, StandUnderBothGridsAndFollowThePrices) {
   EXPECT_EQ(strips[1]->Texts(), List({"2200.00", "240.00", "300.00", "15.79"}));
 }
 
+/// Counts what a widget draws.
+class Paints : public QObject {
+ public:
+  explicit Paints(QWidget& of) : QObject(&of) { of.installEventFilter(this); }
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    count += event->type() == QEvent::Paint ? 1 : 0;
+    return false;
+  }
+  int count = 0;
+};
+
+TEST_F(PerformanceSums, PricesThatChangeNothingDrawNothing) {
+  OpenWithTwo();
+  QTest::qWait(20);
+  TotalsStrip* strip = Strips()[0];
+  const auto& paints = *new Paints(*strip);
+  bench.DeliverPrices(PricesOfThree());
+  Refresh();
+  QTest::qWait(20);
+  EXPECT_EQ(paints.count, 0);
+  bench.DeliverPrices({{QStringLiteral("600000"), {1100, 2}}});
+  Refresh();
+  QTest::qWait(20);
+  EXPECT_GT(paints.count, 0);
+}
+
 TEST_F(PerformanceSums, AreNoRows) {
   OpenWithTwo();
   EXPECT_EQ(portfolios->RowCount(), 2);

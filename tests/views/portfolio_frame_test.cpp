@@ -4,9 +4,7 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QContextMenuEvent>
 #include <QLabel>
-#include <QMenu>
 #include <QToolTip>
 #include <algorithm>
 
@@ -159,9 +157,7 @@ TEST_P(PortfolioFrame, TheRightButtonOnALinkOpensTheMenuOnly) {
   const QPoint at = holdings->CellRect(kCode, 1).center();
   QTest::mouseMove(holdings->viewport(), at);
   QTest::mouseClick(holdings->viewport(), Qt::RightButton, {}, at);
-  QContextMenuEvent open(QContextMenuEvent::Mouse, at, holdings->viewport()->mapToGlobal(at));
-  QApplication::sendEvent(holdings->viewport(), &open);
-  EXPECT_NE(holdings->findChild<QMenu*>(), nullptr);
+  EXPECT_NE(OpenMenu(*holdings, at), nullptr);
   EXPECT_TRUE(bench.host.codeNums.setCodes.empty());
 }
 

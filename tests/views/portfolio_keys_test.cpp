@@ -3,10 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QContextMenuEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QSplitter>
 
 #include "common/frames/totals_strip.h"
@@ -57,10 +55,7 @@ TEST_P(PortfolioKeys, EnterLeadsFromAPortfolioToItsHoldingsAndFromThereToTheChar
 
 TEST_P(PortfolioKeys, TheMenuOfAHoldingOpensTheChart) {
   OpenWithTwo();
-  const QPoint at = holdings->CellRect(3, 2).center();
-  QContextMenuEvent open(QContextMenuEvent::Mouse, at, holdings->viewport()->mapToGlobal(at));
-  QApplication::sendEvent(holdings->viewport(), &open);
-  auto* menu = holdings->findChild<QMenu*>();
+  QMenu* menu = OpenMenu(*holdings, holdings->CellRect(3, 2).center());
   ASSERT_NE(menu, nullptr);
   EXPECT_EQ(holdings->Row(), 2);
   ASSERT_TRUE(menu->actions().constLast()->text().startsWith(QStringLiteral("打开分时走势")));

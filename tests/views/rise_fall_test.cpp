@@ -73,6 +73,16 @@ TEST_F(RiseFallView, WhatIsNeitherRiseNorFallIsPlain) {
   }
 }
 
+TEST_F(RiseFallView, AFigureThatLacksSomethingLooksLikeNoGain) {
+  SetKeys(kRise, kFall);
+  OpenWithTwo();
+  ASSERT_EQ(portfolios->Cells(kWeekChange, 0), QStringLiteral("27.31")) << "000001 has no close of the week";
+  EXPECT_FALSE(HasInk(*portfolios, kWeekChange, 0, kRise));
+  const QFontMetrics metrics(portfolios->font());
+  EXPECT_EQ(portfolios->TextWidth({kWeekChange, 0}), metrics.horizontalAdvance(QStringLiteral("27.31"))) << "no plus";
+  EXPECT_TRUE(HasInk(*portfolios, kWeekChange, 1, kRise)) << "5.26, with every close there";
+}
+
 TEST_F(RiseFallView, APlusIsDrawnAndTheCellsKeepTheirTexts) {
   SetKeys(kRise, kFall);
   OpenWithTwo();

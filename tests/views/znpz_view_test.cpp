@@ -244,6 +244,19 @@ TEST_F(AllocationView, ASecurityIsALinkToItsPage) {
   EXPECT_EQ(bench.host.addresses.gone.back().first, "分时走势");
 }
 
+TEST_F(AllocationView, EitherEnterLeadsFromACandidateToItsParts) {
+  OpenAll();
+  for (const auto& [key, modifiers] :
+       {std::pair(Qt::Key_Return, Qt::NoModifier), {Qt::Key_Enter, Qt::KeypadModifier}}) {
+    portfolios->setFocus();
+    QTest::keyClick(portfolios, key, modifiers);
+    EXPECT_TRUE(holdings->hasFocus()) << key;
+  }
+  portfolios->setFocus();
+  QTest::keyClick(portfolios, Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_TRUE(portfolios->hasFocus());
+}
+
 TEST_F(AllocationView, ItSaysThatItIsNoAdvice) {
   OpenAll();
   QString texts;

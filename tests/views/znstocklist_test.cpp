@@ -4,6 +4,7 @@
 
 #include <QTimer>
 
+#include "accessible_names.h"
 #include "mainframe_fixture.h"
 #include "znpz_fixture.h"
 
@@ -44,6 +45,16 @@ class StockPool : public MainFrame {
   }
   [[nodiscard]] static TStringGrid& Grid() { return *Form_Stock->findChild<TStringGrid*>(QStringLiteral("strngrd")); }
 };
+
+TEST_F(StockPool, EveryControlOfTheFormHasAName) {
+  Open();
+  OpenByLink([&] {
+    Role()->WriteAndReceive(kPool, Pool());
+    int named = 0;
+    EXPECT_EQ(UnnamedControls(*Form_Stock, named).join('\n').toStdString(), "");
+    EXPECT_EQ(named, 1) << "the list";
+  });
+}
 
 TEST_F(StockPool, TheLinkOpensTheFormWhichAsksForThePool) {
   Open();

@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: MIT
 // From the stock list and the clipboard into the holdings.
-#include <QContextMenuEvent>
-#include <QMenu>
-
 #include "zxpz_picker_fixture.h"
 
 namespace holdwise::test {
@@ -370,9 +367,7 @@ TEST_F(Paste, WhatTheGridCopiesItTakesBack) {
 
 TEST_F(Paste, TheContextMenuPastesToo) {
   QGuiApplication::clipboard()->setText(QStringLiteral("600519,100,1700"));
-  QContextMenuEvent open(QContextMenuEvent::Mouse, {5, 5}, Grid().viewport()->mapToGlobal(QPoint(5, 5)));
-  QApplication::sendEvent(Grid().viewport(), &open);
-  auto* menu = Grid().findChild<QMenu*>();
+  QMenu* menu = OpenMenu(Grid());
   ASSERT_NE(menu, nullptr);
   EXPECT_EQ(menu->actions().constLast()->text(), QStringLiteral("粘贴持仓"));
   QTest::keyClick(menu, Qt::Key_Up);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Where stocks are picked: sources, narrowing, the code and search fields, the keypad.
+#include <QAccessible>
 #include <QLabel>
+#include <set>
 
 #include "zxpz_picker_fixture.h"
 
@@ -231,6 +233,15 @@ TEST_F(Picker, TheKeypadIsShownAndHidden) {
   EXPECT_FALSE(picker->RzPanel7->geometry().intersects(Code().geometry())) << "the field stays in sight";
   QTest::mouseClick(picker->SpeedButton1, Qt::LeftButton);
   EXPECT_FALSE(picker->RzPanel7->isVisible());
+}
+
+TEST_F(Picker, EveryKeyOfTheKeypadHasAName) {
+  std::set<QString> names;
+  for (KeypadKey* key : picker->findChildren<KeypadKey*>())
+    names.insert(QAccessible::queryAccessibleInterface(key)->text(QAccessible::Name).trimmed());
+  EXPECT_EQ(names.size(), 14U) << "each its own";
+  EXPECT_FALSE(names.contains(QString()));
+  EXPECT_TRUE(names.contains(QStringLiteral("清空")));
 }
 
 TEST_F(Picker, TheKeypadsKeysTypeIntoTheCodeField) {

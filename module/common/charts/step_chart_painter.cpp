@@ -5,7 +5,6 @@
 #include <QPainter>
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 #include "common/host/font.h"
 #include "common/host/theme_colors.h"
@@ -19,11 +18,6 @@ constexpr int kTickPixels = 11;
 constexpr int kSmallestPixels = 8;
 constexpr double kPlotShare = 0.22;  // of the gray behind the bars
 constexpr int kTickTextGap = 4;      // between a tick's text and the plot
-
-QColor Mixed(const QColor& ground, const QColor& other, double share) {
-  const auto mix = [share](int from, int to) { return from + static_cast<int>(std::lround((to - from) * share)); };
-  return {mix(ground.red(), other.red()), mix(ground.green(), other.green()), mix(ground.blue(), other.blue())};
-}
 
 QFont CaptionFont() {
   return DesignFont(kCaptionPixels, true);
@@ -136,7 +130,7 @@ StepChartPalette ReadStepChartPalette(const IColorSet& colors) {
   palette.axis = colors.ColorOf(theme::kChartAxis);
   palette.gridLine = colors.ColorOf(theme::kChartGrid);
   palette.zeroLine = colors.ColorOf(theme::kChartZeroLine);
-  palette.plot = Mixed(palette.background, colors.ColorOf(theme::kChartGray), kPlotShare);
+  palette.plot = MixedColor(palette.background, colors.ColorOf(theme::kChartGray), kPlotShare);
   palette.border = colors.ColorOf(theme::kBorder);
   palette.yellow = colors.ColorOf(theme::kChartYellow);
   palette.red = colors.ColorOf(theme::kChartRed);

@@ -18,12 +18,6 @@ namespace {
 
 constexpr int kBelowTotals = 18;  // pixels; with the strip five whole rows fit into the height of the design
 
-int NameColumnOf(const ColumnTable& columns) {
-  const auto found = std::find_if(columns.begin(), columns.end(),
-                                  [](const Column& column) { return column.title == QStringLiteral("组合名称"); });
-  return found == columns.end() ? 0 : static_cast<int>(found - columns.begin());
-}
-
 }  // namespace
 
 QString NoSavedPortfolios() {
@@ -36,7 +30,7 @@ PortfolioList::PortfolioList(const Design& design, QWidget* parent)
     : FramePart(parent),
       statement_(design.statement),
       keyColumn_(design.keyColumn),
-      nameColumn_(NameColumnOf(design.columns)),
+      nameColumn_(design.nameColumn),
       emptyText_(design.emptyText),
       filter_(new ListFilter(design.unit, this)),
       grid_(new TStringGrid(design.unit, QStringLiteral("strngrd"), this)),
@@ -177,6 +171,7 @@ void PortfolioList::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
   if (!grid_->HasRow() || (modifiers & ~Qt::KeypadModifier) != Qt::NoModifier) return;
   if (key == Qt::Key_Delete && OnDelete) return OnDelete(grid_->Row());
   if ((key == Qt::Key_Return || key == Qt::Key_Enter) && OnEnter) return OnEnter(grid_->Row());
+  if (OnKey) OnKey(key, grid_->Row());
 }
 
 void PortfolioList::MouseMove(const QPoint& position) {

@@ -30,6 +30,7 @@ class PortfolioList : public FramePart {
     ColumnTable columns;
     int keyColumn = 0;  ///< the portfolio's id
     QString emptyText;  ///< shown while no portfolio is listed
+    int nameColumn = 0;
   };
 
   PortfolioList(const Design& design, QWidget* parent);
@@ -49,6 +50,8 @@ class PortfolioList : public FramePart {
   /// The user presses Delete, or Enter, on a portfolio.
   std::function<void(int row)> OnDelete;
   std::function<void(int row)> OnEnter;
+  /// The same for any other key without Shift, Ctrl and their like.
+  std::function<void(int key, int row)> OnKey;
   /// Adds to the context menu of a portfolio's row.
   std::function<void(QMenu& menu, int row)> OnMenu;
 

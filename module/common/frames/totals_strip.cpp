@@ -60,10 +60,12 @@ TotalsStrip::TotalsStrip(const QStringList& titles, QWidget* parent)
     places_.push_back(place);
   }
   row->addStretch();
-  Show({});
+  Fill();
 }
 
 void TotalsStrip::Show(const std::vector<Total>& totals) {
+  // Most price messages change nothing, and every text that is set lays out the strip anew.
+  if (totals == totals_) return;
   totals_ = totals;
   Fill();
 }

@@ -14,6 +14,8 @@ struct Total {
   QString text;
   bool isSigned = false;  ///< a rise or a fall
   QString remark = {};  ///< what has to be known of it, as of a cell of the grid: a mark, and the text under the mouse
+
+  bool operator==(const Total&) const = default;
 };
 
 /// A strip below a grid with sums of what stands above it, each with its title. It is no row: nothing selects, copies

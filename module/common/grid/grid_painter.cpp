@@ -19,9 +19,8 @@ const QColor& TextColor(const GridCellPaint& cell, const GridColors& colors) {
 }
 
 QColor FlashColor(const QColor& row, const QColor& sign) {
-  constexpr int kParts = 4;
-  const auto mixed = [](int of, int with) { return (of * (kParts - 1) + with) / kParts; };
-  return {mixed(row.red(), sign.red()), mixed(row.green(), sign.green()), mixed(row.blue(), sign.blue())};
+  constexpr double kShare = 0.25;
+  return MixedColor(row, sign, kShare);
 }
 
 void PaintCellBackground(QPainter& painter, const GridCellPaint& cell, const GridColors& colors) {

@@ -213,11 +213,13 @@ class TStringGrid : public QTableView {
   void FillMenu(QMenu& menu, const GridCell& cell);
   /// A row's texts as they leave the grid.
   [[nodiscard]] QStringList TextsOf(int row) const;
-  [[nodiscard]] QString DrawnText(const GridCell& cell) const;
-  /// The same without the "+" of what rises.
+  struct DrawnCell {
+    QString text;
+    int sign = 0;  ///< above 0 for a figure that is drawn as a rise, below for a fall, 0 for any other text
+  };
+  [[nodiscard]] DrawnCell Drawn(const GridCell& cell, const GridColors& colors) const;
+  /// The drawn text without the "+" of what rises.
   [[nodiscard]] QString UnsignedText(const GridCell& cell) const;
-  /// Above 0 for a figure that is drawn as a rise, below for a fall, 0 for any other text.
-  [[nodiscard]] int SignOf(const GridCell& cell, const GridColors& colors) const;
   void NotePrice(int column, int row, const QString& text);
   /// The cell's own text, but of a fraction whose title says percent the percents.
   [[nodiscard]] QString TextInItsUnit(const GridCell& cell) const;

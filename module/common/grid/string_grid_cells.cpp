@@ -11,6 +11,13 @@
 #include "holdwise/packet/number_text.h"
 
 namespace holdwise {
+namespace {
+
+void SetIn(std::set<int>& columns, int column, bool isOn) {
+  isOn ? static_cast<void>(columns.insert(column)) : static_cast<void>(columns.erase(column));
+}
+
+}  // namespace
 
 void TStringGrid::SetColumnAlignment(int column, Qt::Alignment alignment) {
   std::erase(leftColumns_, column);
@@ -28,28 +35,26 @@ void TStringGrid::SetColumnDecimals(int column, int decimals) {
 }
 
 void TStringGrid::SetColumnPercent(int column, bool isOn) {
-  isOn ? static_cast<void>(percents_.insert(column)) : static_cast<void>(percents_.erase(column));
+  SetIn(percents_, column, isOn);
 }
 
 void TStringGrid::SetColumnSigned(int column, bool isOn) {
-  isOn ? static_cast<void>(signed_.insert(column)) : static_cast<void>(signed_.erase(column));
+  SetIn(signed_, column, isOn);
 }
 
 void TStringGrid::SetColumnPrice(int column, bool isOn) {
-  isOn ? static_cast<void>(prices_.insert(column)) : static_cast<void>(prices_.erase(column));
+  SetIn(prices_, column, isOn);
 }
 
 void TStringGrid::NotePrice(int column, int row, const QString& text) {
   const QString& before = Cells(column, row);
   if (before == text) return;
+  flash_->PutOut(column, row);
+  if (!isVisible() || !colors_.TellsRiseFromFall()) return;
   const double from = RealOr(before);
   const double to = RealOr(text);
   // A first figure, or another row's, is no change.
-  const bool isChange = from != 0 && to != 0 && from != to;
-  if (isChange && isVisible() && colors_.TellsRiseFromFall())
-    flash_->Light(column, row, to > from ? 1 : -1);
-  else
-    flash_->PutOut(column, row);
+  if (from != 0 && to != 0 && from != to) flash_->Light(column, row, to > from ? 1 : -1);
 }
 
 QString TStringGrid::TextInItsUnit(const GridCell& cell) const {
@@ -58,16 +63,15 @@ QString TStringGrid::TextInItsUnit(const GridCell& cell) const {
   return percents_.count(cell.column) == 0 ? text : FormatFixed(RealOr(text) * 100, kDecimals);
 }
 
-int TStringGrid::SignOf(const GridCell& cell, const GridColors& colors) const {
-  if (signed_.count(cell.column) == 0 || !colors.TellsRiseFromFall()) return 0;
-  const double number = RealOr(UnsignedText(cell));
-  return number > 0 ? 1 : number < 0 ? -1 : 0;
-}
-
-QString TStringGrid::DrawnText(const GridCell& cell) const {
-  const QString text = UnsignedText(cell);
-  const bool isBare = SignOf(cell, colors_) > 0 && !text.startsWith(QLatin1Char('+'));
-  return isBare ? QLatin1Char('+') + text : text;
+TStringGrid::DrawnCell TStringGrid::Drawn(const GridCell& cell, const GridColors& colors) const {
+  DrawnCell drawn{UnsignedText(cell)};
+  if (signed_.count(cell.column) == 0 || !colors.TellsRiseFromFall()) return drawn;
+  // A figure that lacks something must not look like a gain or a loss.
+  if (!RemarkOf(cell).isEmpty()) return drawn;
+  const double number = RealOr(drawn.text);
+  drawn.sign = number > 0 ? 1 : number < 0 ? -1 : 0;
+  if (number > 0 && !drawn.text.startsWith(QLatin1Char('+'))) drawn.text.prepend(QLatin1Char('+'));
+  return drawn;
 }
 
 QString TStringGrid::UnsignedText(const GridCell& cell) const {
@@ -117,14 +121,13 @@ void TStringGrid::SetColors(const GridColors& colors) {
 }
 
 void TStringGrid::DrawCellIn(QPainter& painter, const GridCellPaint& cell, const GridColors& colors) const {
-  const GridCell place{cell.column, cell.row};
   PaintCellBackground(painter, cell, colors);
   const int flash = colors.TellsRiseFromFall() ? flash_->SignOf(cell.column, cell.row) : 0;
   if (flash != 0)
     painter.fillRect(cell.rect, FlashColor(RowColor(cell, colors), flash > 0 ? colors.rise : colors.fall));
-  const int sign = SignOf(place, colors);
+  const auto [text, sign] = Drawn({cell.column, cell.row}, colors);
   const QColor& ink = sign > 0 ? colors.rise : sign < 0 ? colors.fall : TextColor(cell, colors);
-  PaintCellText(painter, cell, ink, DrawnText(place), ColumnAlignment(cell.column));
+  PaintCellText(painter, cell, ink, text, ColumnAlignment(cell.column));
 }
 
 QRect TStringGrid::ShownPart(QRect cell) const {
@@ -139,7 +142,7 @@ QRect TStringGrid::TextBox(const GridCell& cell) const {
 }
 
 int TStringGrid::TextWidth(const GridCell& cell) const {
-  return fontMetrics().horizontalAdvance(DrawnText(cell));
+  return fontMetrics().horizontalAdvance(Drawn(cell, colors_).text);
 }
 
 QString TStringGrid::ClippedText(const GridCell& cell) const {

@@ -12,6 +12,22 @@
 #include "grid_model.h"
 
 namespace holdwise {
+namespace {
+
+/// A context menu on the theme's colours, whatever the host's own windows have. What cannot be chosen is grey, yet to
+/// be read.
+QPalette MenuColors(QPalette menu, const GridColors& colors) {
+  for (const auto role : {QPalette::Window, QPalette::Base}) menu.setColor(role, colors.oddRow);
+  constexpr double kGreyShare = 0.7;
+  const QColor grey = MixedColor(colors.oddRow, colors.unselectedText, kGreyShare);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    menu.setColor(role, colors.unselectedText);
+    menu.setColor(QPalette::Disabled, role, grey);
+  }
+  return menu;
+}
+
+}  // namespace
 
 RowId TStringGrid::IdOf(int row) const {
   return row >= 0 && row < RowCount() ? model_->IdOf(row) : 0;
@@ -159,12 +175,7 @@ void TStringGrid::contextMenuEvent(QContextMenuEvent* event) {
     if (isOther && !SelectCell(cell.column, cell.row)) return;
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    QPalette colors = menu->palette();
-    colors.setColor(QPalette::Window, colors_.background);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-      colors.setColor(role, colors_.unselectedText);
-    }
-    menu->setPalette(colors);
+    menu->setPalette(MenuColors(menu->palette(), colors_));
     menu->setFont(font());
     FillMenu(*menu, cell);
     const QPoint below = viewport()->mapToGlobal(CellRect(cell.column, cell.row).bottomLeft());

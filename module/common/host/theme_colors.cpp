@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "common/host/theme_colors.h"
 
+#include <cmath>
+
 namespace holdwise {
 
 GridColors ReadGridColors(const IColorSet& colors) {
@@ -16,6 +18,11 @@ GridColors ReadGridColors(const IColorSet& colors) {
   read.rise = colors.FindColor(theme::kRiseText).value_or(QColor());
   read.fall = colors.FindColor(theme::kFallText).value_or(QColor());
   return read;
+}
+
+QColor MixedColor(const QColor& ground, const QColor& other, double share) {
+  const auto mix = [share](int from, int to) { return from + static_cast<int>(std::lround((to - from) * share)); };
+  return {mix(ground.red(), other.red()), mix(ground.green(), other.green()), mix(ground.blue(), other.blue())};
 }
 
 }  // namespace holdwise

@@ -67,5 +67,7 @@ struct GridColors {
 
 /// The grid colours of the current theme, read in one go.
 [[nodiscard]] GridColors ReadGridColors(const IColorSet& colors);
+/// The ground with that share, 0 to 1, of the other colour.
+[[nodiscard]] QColor MixedColor(const QColor& ground, const QColor& other, double share);
 
 }  // namespace holdwise

@@ -43,6 +43,29 @@ QString RemarkOnSum(const QStringList& withoutClose, const QString& close) {
   return QStringLiteral("%1没有%2，其市值按 0 计入比较的基数，所示涨跌幅偏大").arg(NamesOf(withoutClose), close);
 }
 
+/// What a portfolio's holdings lack: codes without the latest price, and without the closes it is compared with.
+struct PortfolioLacks {
+  QStringList price;
+  QStringList previousClose;
+  QStringList weekClose;
+  QStringList monthClose;
+};
+
+void RemarkOnPortfolio(TStringGrid& grid, int row, const PortfolioLacks& lacks) {
+  QString value;
+  if (!lacks.price.isEmpty())
+    value = QStringLiteral("%1没有现价，其市值按 0 计入，所示市值、收益和涨跌幅偏小").arg(NamesOf(lacks.price));
+  const auto remark = [&](int column, const QString& onClose) {
+    grid.SetRemark({column, row}, value.isEmpty() || onClose.isEmpty() ? value + onClose : value + u'\n' + onClose);
+  };
+  for (const int column : {kValue, kGain, kGainRate}) remark(column, QString());
+  remark(kDayChange, lacks.previousClose.isEmpty()
+                         ? QString()
+                         : QStringLiteral("%1没有昨收盘价，日涨跌幅显示为 0").arg(NamesOf(lacks.previousClose)));
+  remark(kWeekChange, RemarkOnSum(lacks.weekClose, QStringLiteral("上周收盘价")));
+  remark(kMonthChange, RemarkOnSum(lacks.monthClose, QStringLiteral("上月收盘价")));
+}
+
 void RemarkOnCloses(TStringGrid& grid, int row, const HoldingInput& input) {
   const QString week = input.weekClose == 0 ? QStringLiteral("没有上周收盘价，周贡献显示为 0") : QString();
   // Without the week's close the month's is not looked up either: intended.
@@ -113,6 +136,7 @@ std::vector<Total> RefreshHoldings(TStringGrid& grid, QStringList& closesDue) {
   if (!closesDue.isEmpty()) ShowCloses(closesDue, grid);
   closesDue.clear();
   std::vector<TotalInput> totals;
+  totals.reserve(static_cast<std::size_t>(grid.RowCount()));
   for (int row = 0; row < grid.RowCount(); ++row) {
     const QString& code = grid.Cells(kCode, row);
     HoldingInput input;
@@ -152,6 +176,7 @@ std::vector<Total> RefreshPortfolios(TStringGrid& grid) {
   const TMissingCodes withoutPrice = g_NowPrice->HoldingsWithoutPrice();
   const GridBatch batch(grid);
   std::vector<TotalInput> totals;
+  totals.reserve(static_cast<std::size_t>(grid.RowCount()));
   for (int row = 0; row < grid.RowCount(); ++row) {
     const QString& id = grid.Cells(kId, row);
     PortfolioInput input;
@@ -162,10 +187,11 @@ std::vector<Total> RefreshPortfolios(TStringGrid& grid) {
     if (!withoutPreviousClose.contains(id)) input.previousCloseValue = RealOr(previousCloses->ValueOf(id));
     totals.push_back(
         {grid.Cells(kName, row), input.value, input.previousCloseValue, input.cost, withoutPrice.contains(id)});
+    RemarkOnPortfolio(grid, row,
+                      {withoutPrice.value(id), withoutPreviousClose.value(id), withoutWeekClose.value(id),
+                       withoutMonthClose.value(id)});
     const auto figures = FiguresOf(input);
     if (!figures) continue;
-    grid.SetRemark({kWeekChange, row}, RemarkOnSum(withoutWeekClose.value(id), QStringLiteral("上周收盘价")));
-    grid.SetRemark({kMonthChange, row}, RemarkOnSum(withoutMonthClose.value(id), QStringLiteral("上月收盘价")));
     grid.SetCells(kValue, row, figures->value);
     grid.SetCells(kWeekChange, row, figures->weekChange);
     grid.SetCells(kMonthChange, row, figures->monthChange);

@@ -17,7 +17,8 @@ struct Sum {
   int rows = 0;
   QStringList without;  ///< names of the others
 
-  void Add(double summand) {
+  void AddIf(bool isKnown, double summand, const QString& name) {
+    if (!isKnown) return without.append(name);
     value += summand;
     ++rows;
   }
@@ -40,23 +41,24 @@ QString RemarkOn(const QStringList& names, const QString& what, const QString& l
 
 std::vector<Total> TotalsOf(const std::vector<TotalInput>& rows, const QString& what) {
   if (rows.empty()) return {};
-  Sum value, day, gain, cost;
+  Sum value, day, gain;
+  double cost = 0;
   QStringList partial;
   for (const TotalInput& row : rows) {
     const bool isKnown = row.value != 0;
     const bool isWhole = isKnown && !row.isPartial;
-    isKnown ? value.Add(row.value) : value.without.append(row.name);
     if (isKnown && row.isPartial) partial.append(row.name);
-    isWhole&& row.previousValue != 0 ? day.Add(row.value - row.previousValue) : day.without.append(row.name);
-    isWhole&& row.cost != 0 ? gain.Add(row.value - row.cost) : gain.without.append(row.name);
-    if (isWhole && row.cost != 0) cost.Add(row.cost);
+    value.AddIf(isKnown, row.value, row.name);
+    day.AddIf(isWhole && row.previousValue != 0, row.value - row.previousValue, row.name);
+    gain.AddIf(isWhole && row.cost != 0, row.value - row.cost, row.name);
+    if (isWhole) cost += row.cost;
   }
   QStringList onValue{RemarkOn(value.without, what, QStringLiteral("没有现价，没有计入市值")),
                       RemarkOn(partial, what, QStringLiteral("有股票没有现价，市值没有计入这些股票"))};
   onValue.removeAll(QString());
   const QString onDay = RemarkOn(day.without, what, QStringLiteral("缺少现价或昨收盘价，没有计入日盈亏"));
   const QString onGain = RemarkOn(gain.without, what, QStringLiteral("缺少现价或买入价，没有计入总盈亏和收益率"));
-  const QString rate = cost.rows == 0 ? QStringLiteral("—") : FormatFixed(gain.value / cost.value * 100, kDecimals);
+  const QString rate = gain.rows == 0 ? QStringLiteral("—") : FormatFixed(gain.value / cost * 100, kDecimals);
   return {{value.Text(), false, onValue.join(QLatin1Char('\n'))},
           {day.Text(), true, onDay},
           {gain.Text(), true, onGain},

@@ -59,11 +59,9 @@ CandidateBand::CandidateBand(QWidget* parent)
   TStringGrid& list = candidates_->Grid();
   list.SetWholeRows(false);
   list.setFocusPolicy(Qt::StrongFocus);
-  list.OnKeyDown = [this, &list](int key, Qt::KeyboardModifiers modifiers) {
-    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
-    if (isEnter && modifiers == Qt::NoModifier && list.HasRow()) return holdings_->Grid().setFocus();
-    const bool saves = key == Qt::Key_F4 && modifiers == Qt::NoModifier && !list.IsEmpty();
-    if (saves && OnSave) OnSave(list.Row());
+  candidates_->OnEnter = [this](int) { holdings_->Grid().setFocus(); };
+  candidates_->OnKey = [this](int key, int row) {
+    if (key == Qt::Key_F4 && OnSave) OnSave(row);
   };
   TStringGrid& parts = holdings_->Grid();
   holdings_->SetTitles(allocation::PartCaptions());

@@ -35,7 +35,8 @@ PortfolioBand::PortfolioBand(QWidget* parent)
                                .statement = sql::kUnsavedPortfolios,
                                .columns = editor::PortfolioTable(),
                                .keyColumn = editor::kNumber,
-                               .emptyText = QStringLiteral("暂无未保存的组合，请在上方选股建立")},
+                               .emptyText = QStringLiteral("暂无未保存的组合，请在上方选股建立"),
+                               .nameColumn = editor::kName},
                               Splitter1)),
       detailPanel_(new QWidget(Splitter1)),
       details_(new TStringGrid(kUnit, QStringLiteral("StringGrid1"), detailPanel_)),
@@ -69,7 +70,13 @@ PortfolioBand::PortfolioBand(QWidget* parent)
   Splitter1->setSizes({kLeastListWidth, kDetailWidth});
   list_->SetButtons(links_);
   list_->Grid().setFocusPolicy(Qt::StrongFocus);
-  list_->Grid().OnKeyDown = [this](int key, Qt::KeyboardModifiers modifiers) { ListKeyDown(key, modifiers); };
+  // What a picture does, without the mouse.
+  list_->OnEnter = [this](int row) { Call(OnModify, row); };
+  list_->OnDelete = [this](int row) { Call(OnDelete, row); };
+  list_->OnKey = [this](int key, int row) {
+    if (key == Qt::Key_F2) Call(OnModify, row);
+    if (key == Qt::Key_F4) Call(OnSave, row);
+  };
   list_->OnClear = [this] { ClearStrnGrd(*details_); };
   list_->OnFill = [this](const ResultSet& portfolios) { editor::ShowPortfolios(portfolios, list_->Grid()); };
   list_->OnShow = [this](int row) { ShowDetails(row); };
@@ -113,17 +120,6 @@ void PortfolioBand::ShowDetails(int row) {
   const auto id = Database().Count(statement);
   if (id < 0) return;
   editor::ShowDetails(Database().Query(sql::HoldingsOf(QString::number(id))), *details_);
-}
-
-// What a picture does, without the mouse.
-void PortfolioBand::ListKeyDown(int key, Qt::KeyboardModifiers modifiers) {
-  if (!List().HasRow()) return;
-  const int row = List().Row();
-  const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
-  if (isEnter && (modifiers & ~Qt::KeypadModifier) == Qt::NoModifier) return Call(OnModify, row);
-  if (key == Qt::Key_Delete && modifiers == Qt::NoModifier) return Call(OnDelete, row);
-  if (key == Qt::Key_F2 && modifiers == Qt::NoModifier) return Call(OnModify, row);
-  if (key == Qt::Key_F4 && modifiers == Qt::NoModifier) return Call(OnSave, row);
 }
 
 void PortfolioBand::FillMenu(QMenu& menu, int row) {

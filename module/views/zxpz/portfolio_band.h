@@ -51,7 +51,6 @@ class PortfolioBand : public FramePart {
   void BuildDetails();
   void ShowDetails(int row);
   void FillMenu(QMenu& menu, int row);
-  void ListKeyDown(int key, Qt::KeyboardModifiers modifiers);
 
   QSplitter* Splitter1;
   PortfolioList* list_;

@@ -66,6 +66,7 @@ StockKeypad::StockKeypad(QWidget* parent) : QFrame(parent) {
     key->OnClick = [this, caption] {
       if (OnKey) OnKey(caption);
     };
+    key->setAccessibleName(key->toolTip());  // its text, where there is none
     const int place = static_cast<int>(keys_.size());
     const int row = place / kColumns;
     const int width = row == kWideRow ? 2 : 1;

@@ -3,6 +3,7 @@
 
 #include <QImage>
 #include <QLabel>
+#include <cstdlib>
 
 #include "contrast.h"
 #include "theme/theme_pictures.h"
@@ -87,6 +88,25 @@ TEST_P(ThemeTest, WindowPaletteIsReadable) {
   EXPECT_GE(Contrast(palette.color(QPalette::ButtonText), palette.color(QPalette::Button)), 4.5);
   EXPECT_GE(Contrast(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)), 4.5);
   EXPECT_GE(Contrast(palette.color(QPalette::ToolTipText), palette.color(QPalette::ToolTipBase)), 4.5);
+  EXPECT_GE(Contrast(palette.color(QPalette::PlaceholderText), palette.color(QPalette::Base)), 4.5);
+}
+
+TEST_P(ThemeTest, WhatCannotBeChosenIsGreyAndYetToBeRead) {
+  const QPalette palette = theme_.WindowPalette();
+  for (const auto& [text, ground] : {std::pair(QPalette::Text, QPalette::Base),
+                                     {QPalette::ButtonText, QPalette::Button},
+                                     {QPalette::WindowText, QPalette::Window}}) {
+    const QColor grey = palette.color(QPalette::Disabled, text);
+    EXPECT_GE(Contrast(grey, palette.color(ground)), 4.5) << text;
+    EXPECT_GE(Contrast(palette.color(text), grey), 1.5) << text;
+  }
+}
+
+TEST_P(ThemeTest, TheEntryThatTheKeysActOnIsStrongerThanARowThatIsSelected) {
+  const QColor ground = Color("KTR_HighLightColor1");
+  EXPECT_GE(Contrast(theme_.WindowPalette().color(QPalette::Highlight), ground),
+            1.2 * Contrast(Color("Qm_GridRowSelectColor"), ground));
+  EXPECT_GE(Contrast(Color("Grid_ClickTxtColor"), Color("Qm_GridRowSelectColor")), 4.5) << "the bar of the keys";
 }
 
 TEST_P(ThemeTest, UnknownKeysAreVisibleAndLoggedOnce) {
@@ -110,6 +130,13 @@ TEST(ThemeSwitch, ChangesTheColoursAndTellsOnce) {
   theme.SetKind(ThemeKind::Light);
   EXPECT_EQ(changes, 1);
   EXPECT_GT(Luminance(colors.ColorOf("Qm_BGCorlor")), Luminance(dark));
+}
+
+TEST_P(ThemeTest, ASeriesOfAChartIsNotTakenForARise) {
+  constexpr int kOtherHue = 20;  // degrees
+  const int apart =
+      std::abs(Color("Qm_KlineRedColor").hsvHue() - theme_.Colors().FindColor("Grid_RiseTxtColor")->hsvHue());
+  EXPECT_GE(std::min(apart, 360 - apart), kOtherHue);
 }
 
 TEST_P(ThemeTest, WhatRisesAndWhatFallsHaveColoursTheUserChooses) {
