@@ -55,9 +55,10 @@ std::vector<BarPlace> BarsIn(const ChartLayout& layout, std::span<const MinuteBa
   const auto most = static_cast<double>(MostTraded(bars));
   for (const MinuteBar& bar : bars) {
     if (bar.volume <= 0) continue;
-    const double height = static_cast<double>(bar.volume) / most * layout.volumes.height();
+    const double height = std::max(static_cast<double>(bar.volume) / most * layout.volumes.height(), 1.0);
     const double left = layout.Axis().XOf(bar.minute * kMinuteSeconds) + gap / 2;
-    places.push_back({{left, layout.volumes.bottom() - height, width - gap, height}, bar.close < bar.before});
+    places.push_back(
+        {{left, layout.volumes.bottom() - height, std::max(width - gap, 1.0), height}, bar.close < bar.before});
   }
   return places;
 }

@@ -38,7 +38,7 @@ struct BarPlace {
   bool isFall = false;  ///< the minute closed below the one before
 };
 /// The bars of minutes in which something was traded, as high as the lower part where most was. A gap of a quarter of
-/// the minute's width, at most two points, stands between two.
+/// the minute's width, at most two points, stands between two. None is narrower or lower than a point.
 [[nodiscard]] std::vector<BarPlace> BarsIn(const ChartLayout& layout, std::span<const MinuteBar> bars);
 
 }  // namespace holdwise

@@ -60,7 +60,10 @@ void PaintGrid(QPainter& painter, const ChartLayout& layout, const PriceScale& s
 }
 
 void PaintBars(QPainter& painter, std::span<const BarPlace> bars, const LineColors& colors) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing, false);
   for (const BarPlace& bar : bars) painter.fillRect(bar.rectangle, bar.isFall ? colors.fall : colors.rise);
+  painter.restore();
 }
 
 void PaintLabels(QPainter& painter, const ChartLayout& layout, const PriceScale& scale, std::int64_t previousClose,

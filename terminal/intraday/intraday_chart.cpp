@@ -50,6 +50,7 @@ IntradayChart::IntradayChart(QWidget* parent) : QChartView(new QChart, parent) {
   setFrameShape(QFrame::NoFrame);
   setRenderHint(QPainter::Antialiasing);
   setMouseTracking(true);
+  viewport()->setAttribute(Qt::WA_OpaquePaintEvent);  // drawBackground fills it, and once is enough
   setFocusPolicy(Qt::StrongFocus);
   setAccessibleName(QStringLiteral("分时图"));
 }

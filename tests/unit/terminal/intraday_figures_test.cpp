@@ -234,6 +234,17 @@ TEST(ChartLayoutTest, BarsStandOnTheLowerEdge) {
   EXPECT_TRUE(bars[1].isFall);
 }
 
+TEST(ChartLayoutTest, NoBarIsTooSmallToBeSeen) {
+  ChartLayout layout;
+  layout.plot = QRectF(100, 0, 120, 300);  // half a point a minute
+  layout.volumes = QRectF(100, 200, 120, 100);
+  const std::vector<BarPlace> bars = BarsIn(layout, std::vector<MinuteBar>{{0, 1, 1, 1'000'000}, {1, 1, 1, 100}});
+  ASSERT_EQ(bars.size(), 2U);
+  EXPECT_EQ(bars[0].rectangle.size(), QSizeF(1, 100));
+  EXPECT_EQ(bars[1].rectangle.size(), QSizeF(1, 1));
+  EXPECT_EQ(bars[1].rectangle.bottom(), 300);
+}
+
 TEST(ChartLayoutTest, ASmallPlaceHasFewerRowsAndNoNegativeOnes) {
   EXPECT_EQ(LayOut({1000, 180}, 50, 16, {1000, 40}).rows, 1);
   EXPECT_EQ(LayOut({1000, 500}, 50, 16, {1000, 2}).rows, 2) << "no two rows of the same price";

@@ -123,6 +123,26 @@ TEST_F(IntradayPageTest, BarsAreTheVolumesOfTheMinutes) {
   EXPECT_DOUBLE_EQ(bars[0].rectangle.height(), 3 * bars[1].rectangle.height()) << "900 shares and 300";
 }
 
+/// In whole points: a bar is of its colour up to its edges.
+TEST_F(IntradayPageTest, BarsAreCrisp) {
+  Show("600000");
+  Say(93000, 815, 900);
+  Say(93201, 816, 1200);
+  const QImage picture = Chart().viewport()->grab().toImage();
+  for (const BarPlace& bar : Chart().Bars()) {
+    const int middle = qRound(bar.rectangle.center().y());
+    int points = 0;
+    for (int x = static_cast<int>(bar.rectangle.left()); x <= bar.rectangle.right(); ++x) {
+      const QColor color = picture.pixelColor(x, middle);
+      if (color == theme_.ColorOfChange(1)) ++points;
+      EXPECT_TRUE(color == theme_.ColorOfChange(1) || color == Theme("Qm_BGCorlor") ||
+                  color == Theme("KTR_BorderColor"))
+          << x << " " << color.name().toStdString();
+    }
+    EXPECT_EQ(points, qRound(bar.rectangle.right()) - qRound(bar.rectangle.left()));
+  }
+}
+
 TEST_F(IntradayPageTest, WithoutAPriceItSaysSo) {
   Show("601001");
   EXPECT_EQ(Text("title"), QStringLiteral("601001  股票1"));
