@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "intraday/price_scale.h"
 #include "intraday/trading_day.h"
 
 namespace holdwise {
@@ -51,6 +52,19 @@ QStringList WordsOfDay(const DayFacts& facts, std::span<const Tick> ticks, Avera
   }
   words.append(AverageWords(average, facts.isIndex));
   return words;
+}
+
+QString WordsOfMoment(int second, double price, std::int64_t previousClose, std::span<const AveragePoint> averages,
+                      std::span<const MinuteBar> bars) {
+  QStringList words{TimeText(second, true), QStringLiteral("价 ") + PriceText(price)};
+  const auto average = std::find_if(averages.rbegin(), averages.rend(),
+                                    [second](const AveragePoint& point) { return point.second <= second; });
+  if (average != averages.rend()) words.append(QStringLiteral("均 ") + PriceText(average->price));
+  if (previousClose > 0) words.append(QStringLiteral("涨跌 ") + PercentText(PercentOf(price, previousClose)));
+  const auto bar =
+      std::find_if(bars.begin(), bars.end(), [second](const MinuteBar& one) { return one.minute == MinuteOf(second); });
+  if (bar != bars.end() && bar->volume >= 0) words.append(QStringLiteral("量 ") + VolumeText(bar->volume));
+  return words.join(QStringLiteral("  "));
 }
 
 DayRange RangeOfDay(const DaySoFar& day, std::span<const Tick> ticks) {

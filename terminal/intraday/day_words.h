@@ -22,6 +22,11 @@ struct DayFacts {
 /// Date and time, since when there is a line and why not earlier, gaps, how the average is made.
 [[nodiscard]] QStringList WordsOfDay(const DayFacts& facts, std::span<const Tick> ticks, AverageKind average);
 
+/// What is known of a moment, in a line: time, price, average, change against the previous close (above 0), volume of
+/// its minute.
+[[nodiscard]] QString WordsOfMoment(int second, double price, std::int64_t previousClose,
+                                    std::span<const AveragePoint> averages, std::span<const MinuteBar> bars);
+
 /// First, highest and lowest price of a day, hundredths; unknown below 0.
 struct DayRange {
   std::int64_t open = Tick::kUnknown;

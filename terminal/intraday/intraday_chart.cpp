@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "intraday/day_words.h"
+
 namespace holdwise {
 namespace {
 
@@ -48,9 +50,9 @@ IntradayChart::IntradayChart(QWidget* parent) : QChartView(new QChart, parent) {
   averageLine_ = AddLine(*chart(), QStringLiteral("均价"), times_, prices_);
   price_ = AddLine(*chart(), QStringLiteral("价格"), times_, prices_);
   setFrameShape(QFrame::NoFrame);
+  viewport()->setAttribute(Qt::WA_OpaquePaintEvent);  // drawBackground fills it, and once is enough
   setRenderHint(QPainter::Antialiasing);
   setMouseTracking(true);
-  viewport()->setAttribute(Qt::WA_OpaquePaintEvent);  // drawBackground fills it, and once is enough
   setFocusPolicy(Qt::StrongFocus);
   setAccessibleName(QStringLiteral("分时图"));
 }
@@ -152,17 +154,7 @@ void IntradayChart::PutCross(std::optional<int> wanted) {
   cross_.reset();
   if (tick != nullptr) {
     const auto price = static_cast<double>(tick->price);
-    cross_ = CrossValues{*second, price, QString()};
-    QStringList words{TimeText(*second, true), QStringLiteral("价 ") + PriceText(price)};
-    const auto after = std::find_if(average_.points.rbegin(), average_.points.rend(),
-                                    [&](const AveragePoint& point) { return point.second <= *second; });
-    if (after != average_.points.rend()) words.append(QStringLiteral("均 ") + PriceText(after->price));
-    if (data_.previousClose > 0)
-      words.append(QStringLiteral("涨跌 ") + PercentText(PercentOf(price, data_.previousClose)));
-    const auto bar =
-        std::find_if(bars_.begin(), bars_.end(), [&](const MinuteBar& one) { return one.minute == MinuteOf(*second); });
-    if (bar != bars_.end() && bar->volume >= 0) words.append(QStringLiteral("量 ") + VolumeText(bar->volume));
-    cross_->text = words.join(QStringLiteral("  "));
+    cross_ = CrossValues{*second, price, WordsOfMoment(*second, price, data_.previousClose, average_.points, bars_)};
   }
   if (wasThere || cross_) viewport()->update();
 }

@@ -149,8 +149,7 @@ void IntradayPage::Fill() {
     notice_->setText(QStringLiteral("在组合的表格中单击一只股票的代码或名称，或直接键入代码、名称的拼音首字母。"));
   } else {
     title_->setText(
-        QStringLiteral("%1  %2").arg(QString::number(codeNumber % kStockBase).rightJustified(6, QLatin1Char('0')),
-                                     market_.NameOf(QString::number(codeNumber))));
+        QStringLiteral("%1  %2").arg(SixDigits(codeNumber % kStockBase), market_.NameOf(QString::number(codeNumber))));
   }
   const bool isIndex = IsIndexNumber(codeNumber);
   const NowData now = isIndex ? market_.IndexNowData(codeNumber) : market_.StockNowData(codeNumber);

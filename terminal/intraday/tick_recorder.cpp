@@ -2,9 +2,10 @@
 #include "intraday/tick_recorder.h"
 
 #include <QFileInfo>
-#include <algorithm>
+#include <utility>
 
 #include "holdwise/packet/code_numbers.h"
+#include "holdwise/packet/number_text.h"
 #include "intraday/trading_day.h"
 
 namespace holdwise {
@@ -14,12 +15,7 @@ constexpr int kBeijingOffsetSeconds = 8 * 3600;
 constexpr int kFlushMilliseconds = 5000;
 /// A day that goes back by more than this has been set back; less is a late reply.
 constexpr int kSetBackSeconds = 60;
-constexpr qsizetype kCodeDigits = 6;
 const QString kOwnStocks = QStringLiteral("OptionalStock");
-
-QString SixDigitsOf(int codeNumber) {
-  return QString::number(codeNumber % kStockBase).rightJustified(kCodeDigits, QLatin1Char('0'));
-}
 
 TDRequestProfile ProfileOf(const QString& name) {
   TDRequestProfile profile;
@@ -102,7 +98,8 @@ void TickRecorder::Follow(const std::vector<int>& codeNumbers) {
   for (const int codeNumber : codeNumbers) {
     const bool isKnown = IsIndexNumber(codeNumber) || data_.IsKnownSecurity(QString::number(codeNumber));
     if (!isKnown || followed_.size() >= TickStore::kMostSecurities || !followed_.insert(codeNumber).second) continue;
-    (IsIndexNumber(codeNumber) ? indices_ : stocks_).codeNumbers.emplace(SixDigitsOf(codeNumber), codeNumber);
+    (IsIndexNumber(codeNumber) ? indices_ : stocks_)
+        .codeNumbers.emplace(SixDigits(codeNumber % kStockBase), codeNumber);
     if (!subscribeSoon_.isActive()) subscribeSoon_.start(0);
   }
 }
@@ -145,11 +142,7 @@ void TickRecorder::Hear(const Group& group, const TDMessage& message) {
   if (list == nullptr) return;
   const std::optional<int> second = SecondOf(message);
   if (second) {
-    const std::vector<int> kept = store_.CodeNumbers();
-    const bool isSetBack = data_.IsSimulated() && std::any_of(kept.begin(), kept.end(), [&](int codeNumber) {
-                             return store_.Of(codeNumber).back().second > *second + kSetBackSeconds;
-                           });
-    if (isSetBack) store_.DropAfter(*second);
+    if (data_.IsSimulated() && store_.LastSecond() > *second + kSetBackSeconds) store_.DropAfter(*second);
     lastSecond_ = second;
   }
   for (const TDFieldSet& entry : *list) HearEntry(group, entry, second);

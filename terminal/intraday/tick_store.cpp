@@ -4,6 +4,7 @@
 #include <QCryptographicHash>
 #include <QFileInfo>
 #include <QtEndian>
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <utility>
@@ -86,6 +87,12 @@ std::vector<int> TickStore::CodeNumbers() const {
   return codeNumbers;
 }
 
+int TickStore::LastSecond() const {
+  int last = -1;
+  for (const auto& [codeNumber, ticks] : ticks_) last = std::max(last, ticks.back().second);
+  return last;
+}
+
 void TickStore::Load() {
   QFile file(path_);
   if (!QFileInfo(path_).isFile() || file.size() > kMostBytes || !file.open(QIODevice::ReadOnly)) return;
@@ -150,7 +157,7 @@ void TickStore::Flush() {
 void TickStore::Write(int codeNumber, const Tick& tick) {
   if (path_.isEmpty() || !problem_.isEmpty()) return;
   if (!isOurs_) return Rewrite();
-  if (!IsOpen()) return;
+  if (!Open()) return;
   const QByteArray row = RowOf(codeNumber, tick);
   if (size_ + row.size() > kMostBytes) return;
   if (file_.write(row) == row.size()) {
@@ -178,7 +185,7 @@ void TickStore::Rewrite() {
   unwritten_.clear();
 }
 
-bool TickStore::IsOpen() {
+bool TickStore::Open() {
   if (file_.isOpen()) return true;
   file_.setFileName(path_);
   // A torn row at the end goes: what follows must begin where a row begins.

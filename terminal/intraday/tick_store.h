@@ -29,6 +29,8 @@ class TickStore {
   /// Ascending by second; empty for a security without any. Valid until the next change.
   [[nodiscard]] const std::vector<Tick>& Of(int codeNumber) const;
   [[nodiscard]] std::vector<int> CodeNumbers() const;
+  /// Of the latest tick of all securities; -1 without one.
+  [[nodiscard]] int LastSecond() const;
   /// False when nothing changes: a tick that is no later, that says nothing new, that cannot be (second, price), or is
   /// of a security too many.
   bool Add(int codeNumber, const Tick& tick);
@@ -44,7 +46,8 @@ class TickStore {
   /// Add without the file.
   bool Take(int codeNumber, const Tick& tick);
   void Rewrite();
-  [[nodiscard]] bool IsOpen();
+  /// Opens the file unless it is open; false when it cannot be, which is told then.
+  [[nodiscard]] bool Open();
   void Fail(const QString& why);
   void Write(int codeNumber, const Tick& tick);
 
