@@ -106,10 +106,10 @@ void LiveSimulation::TellTime() {
 }
 
 void LiveSimulation::Move(double seconds) {
-  // Sums of so many independent moves of a second.
-  const double spread = std::sqrt(seconds);
+  // Sums of so many independent moves of a second, a stock's own of those seconds in which it is traded.
   const double share = 1 - std::pow(1 - kTradedShare, seconds);
-  const double marketMove = kMarketStep * spread * random_.Normal();
+  const double ownStep = kOwnStep * std::sqrt(seconds * kTradedShare / share);
+  const double marketMove = kMarketStep * std::sqrt(seconds) * random_.Normal();
   const double liveliness = Liveliness(secondOfDay_) * seconds / share;
   market_ += marketMove;
   changes_.clear();
@@ -120,7 +120,7 @@ void LiveSimulation::Move(double seconds) {
     Walk& walk = walks_[place];
     // The draws do not depend on prices, so one seed gives one sequence whatever the limits cut off.
     const bool isTraded = random_.Uniform() < share || !IsStockNumber(codeNumber);
-    const double ownMove = random_.Normal() * (IsStockNumber(codeNumber) ? kOwnStep * spread : 0);
+    const double ownMove = random_.Normal() * (IsStockNumber(codeNumber) ? ownStep : 0);
     const double eagerness = 0.3 + 1.4 * random_.Uniform();
     if (walk.isSuspended) continue;
     walk.exactPrice *= 1 + marketMove;

@@ -200,8 +200,11 @@ double Correlation(const std::vector<double>& one, const std::vector<double>& ot
   return both / std::sqrt(squareOne * squareOther);
 }
 
-TEST(LiveSimulation, StocksMoveWithTheIndex) {
-  Market market(11);
+class SimulationAtSpeed : public testing::TestWithParam<int> {};
+INSTANTIATE_TEST_SUITE_P(LiveSimulation, SimulationAtSpeed, testing::Values(1, 10, 60));
+
+TEST_P(SimulationAtSpeed, StocksMoveWithTheIndex) {
+  Market market(11, GetParam());
   std::map<int, std::vector<double>> returns;
   std::map<int, double> last;
   for (int minute = 0; minute <= 120; ++minute) {
@@ -211,7 +214,7 @@ TEST(LiveSimulation, StocksMoveWithTheIndex) {
       if (last.contains(quote.codeNumber)) returns[quote.codeNumber].push_back(price / last[quote.codeNumber] - 1);
       last[quote.codeNumber] = price;
     }
-    for (int step = 0; step < 60; ++step) market.simulation.Step();
+    for (int second = 0; second < 60; second += GetParam()) market.simulation.Step();
   }
   int positive = 0;
   double sum = 0;
