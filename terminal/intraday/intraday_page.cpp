@@ -135,7 +135,7 @@ int IntradayPage::CodeNumber() const {
 }
 
 void IntradayPage::ChooseSecurity() {
-  if (const int codeNumber = CodeNumber(); codeNumber != 0) recorder_.Follow({codeNumber});
+  if (const int codeNumber = CodeNumber(); codeNumber != 0) recorder_.Follow(codeNumber);
   Fill();
 }
 

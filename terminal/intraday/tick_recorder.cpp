@@ -87,17 +87,17 @@ void TickRecorder::MakeRole(Group& group, const QString& name) {
 
 void TickRecorder::Start() {
   isStarted_ = true;
-  Follow({std::begin(kIndexNumbers), std::end(kIndexNumbers)});
-  Follow(data_.GetGroupCodeNumList(kOwnStocks));
-  Follow(store_.CodeNumbers());
+  FollowUpTo(kMostUnseen, {std::begin(kIndexNumbers), std::end(kIndexNumbers)});
+  FollowUpTo(kMostUnseen, data_.GetGroupCodeNumList(kOwnStocks));
+  FollowUpTo(TickStore::kMostSecurities, store_.CodeNumbers());
   flush_.start(kFlushMilliseconds);
 }
 
-void TickRecorder::Follow(const std::vector<int>& codeNumbers) {
+void TickRecorder::FollowUpTo(std::size_t most, const std::vector<int>& codeNumbers) {
   if (!isStarted_) return;
   for (const int codeNumber : codeNumbers) {
     const bool isKnown = IsIndexNumber(codeNumber) || data_.IsKnownSecurity(QString::number(codeNumber));
-    if (!isKnown || followed_.size() >= TickStore::kMostSecurities || !followed_.insert(codeNumber).second) continue;
+    if (!isKnown || followed_.size() >= most || !followed_.insert(codeNumber).second) continue;
     (IsIndexNumber(codeNumber) ? indices_ : stocks_)
         .codeNumbers.emplace(SixDigits(codeNumber % kStockBase), codeNumber);
     if (!subscribeSoon_.isActive()) subscribeSoon_.start(0);
@@ -117,7 +117,7 @@ void TickRecorder::FollowRequest(const TDMessage& request) {
     const bool isStock = number == kCompositeIndex ? *market != data_.BusMarketId(1) : !IsIndexNumber(number);
     if (isStock) codeNumbers.push_back(kStockBase + number);  // the indices are followed in any case
   }
-  Follow(codeNumbers);
+  FollowUpTo(kMostUnseen, codeNumbers);
 }
 
 void TickRecorder::Subscribe() {

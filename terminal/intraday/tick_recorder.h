@@ -25,19 +25,22 @@ struct DaySoFar {
 
 /// Listens to the prices of the securities the terminal follows and keeps their ticks of the day: the indices, the
 /// user's own stocks, what the plug-ins ask prices for and what is looked at, from then on, TickStore::kMostSecurities
-/// at most. A tick has the market's own time where the quote service tells it; else the clock's, on the data's own date
-/// only. User-interface thread.
+/// at most; some of these places are kept for what is looked at. A tick has the market's own time where the quote
+/// service tells it; else the clock's, on the data's own date only. User-interface thread.
 class TickRecorder final : public QObject {
   Q_OBJECT
 
  public:
+  /// So many are followed without having been looked at.
+  static constexpr std::size_t kMostUnseen = TickStore::kMostSecurities - 50;
+
   /// All but the store's path must outlive it. @param path of the day's file; empty: nothing is kept for the next start
   TickRecorder(MessageBus& bus, const MarketData& data, ClockService& clock, DebugServers& log, const QString& path);
 
   /// Follows the indices and the user's own stocks, what was followed today before, and begins to listen.
   void Start();
-  /// Follows further stocks and indices; what is unknown or one too many is left out. Nothing happens before Start.
-  void Follow(const std::vector<int>& codeNumbers);
+  /// Follows a stock or an index that is looked at; not what is unknown or one too many. Nothing happens before Start.
+  void Follow(int codeNumber) { FollowUpTo(TickStore::kMostSecurities, {codeNumber}); }
   /// The same with what somebody asks prices for.
   void FollowRequest(const TDMessage& request);
 
@@ -58,6 +61,8 @@ class TickRecorder final : public QObject {
     std::map<QString, int> codeNumbers;  ///< by six digits
   };
 
+  /// As long as there are fewer than `most`.
+  void FollowUpTo(std::size_t most, const std::vector<int>& codeNumbers);
   void MakeRole(Group& group, const QString& name);
   void Subscribe();
   void Hear(const Group& group, const TDMessage& message);

@@ -41,6 +41,7 @@ class IntradayPageTest : public MarketDataTest {
     bus_.Answer("600000", entry, time);
     data_.ApplyQuotes({{kStock, {static_cast<double>(price) / 100, 8.2}}});
     QTest::qWait(100);
+    QApplication::processEvents();  // what is due by now, however late the wait came back
   }
   [[nodiscard]] QString Text(const char* name) const {
     return page_->findChild<QLabel*>(QString::fromUtf8(name))->text();

@@ -35,7 +35,7 @@ class TickRecorderTest : public MarketDataTest {
     clock_.now = QDateTime(QDate(2024, 5, day), QTime(hour, minute, second), Qt::OffsetFromUTC, kBeijing);
   }
   void Follow(const std::vector<int>& codeNumbers) {
-    recorder_->Follow(codeNumbers);
+    for (const int codeNumber : codeNumbers) recorder_->Follow(codeNumber);
     QTest::qWait(1);
   }
   /// "second=price ..." of a security's ticks.
@@ -80,6 +80,28 @@ TEST_F(TickRecorderTest, FollowsWhatAPlugInAsksPricesFor) {
   recorder_->FollowRequest(request);
   EXPECT_TRUE(recorder_->IsFollowed(1000001));
   recorder_->FollowRequest({});
+}
+
+TEST_F(TickRecorderTest, HasAPlaceForWhatIsLookedAtWhereVeryManyAreAskedFor) {
+  std::vector<QStringList> rows;
+  QStringList asked;
+  for (int stock = 0; stock < 400; ++stock) {
+    rows.push_back(Row(qPrintable(QStringLiteral("%1,A,B,1,20200102,1").arg(600000 + stock))));
+    asked.append(QStringLiteral("01%1").arg(600000 + stock));
+  }
+  folder_.Write(QStringLiteral("securities.dat"), MakeTable(MarketFolder::kSecurityHeadings, rows));
+  Start();
+  TDMessage request;
+  FillRequest(QStringLiteral("0|") + asked.join(u','), request);
+  recorder_->FollowRequest(request);
+  // Three are the indices.
+  EXPECT_TRUE(recorder_->IsFollowed(1600246));
+  EXPECT_FALSE(recorder_->IsFollowed(1600247));
+  Follow({1600399});
+  EXPECT_TRUE(recorder_->IsFollowed(1600399));
+  for (int stock = 300; stock < 400; ++stock) recorder_->Follow(1600000 + stock);
+  EXPECT_TRUE(recorder_->IsFollowed(1600348));
+  EXPECT_FALSE(recorder_->IsFollowed(1600349)) << "300 in all";
 }
 
 TEST_F(TickRecorderTest, KeepsPricesWithTheClocksTimeWhereTheServiceTellsNone) {
@@ -188,7 +210,7 @@ TEST_F(TickRecorderTest, FollowsTheDemoMarket) {
   EmbeddedMarket market(data_, log_, {60, work_.filePath(QStringLiteral("simulation.dat"))});
   TickRecorder recorder(market.Bus(), data_, clock_, log_, QString());
   recorder.Start();
-  recorder.Follow({1600000});
+  recorder.Follow(1600000);
   market.Connect();
   ASSERT_TRUE(QTest::qWaitFor([&] { return recorder.TicksOf(1600000).size() >= 3; }, 30000));
   const std::vector<Tick>& ticks = recorder.TicksOf(1600000);
