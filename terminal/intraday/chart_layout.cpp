@@ -41,6 +41,16 @@ double ChartLayout::PriceAtRow(int row, const PriceScale& scale) const {
   return scale.middle + scale.reach * row / rows;
 }
 
+std::vector<RowLabel> RowLabels(const ChartLayout& layout, const PriceScale& scale, std::int64_t previousClose) {
+  std::vector<RowLabel> labels;
+  for (int row = -layout.rows; row <= layout.rows; ++row) {
+    const double price = layout.PriceAtRow(row, scale);
+    const QString percent = previousClose > 0 ? PercentText(PercentOf(price, previousClose)) : QString();
+    labels.push_back({layout.YOf(price, scale), PriceText(price), percent, row});
+  }
+  return labels;
+}
+
 PlotRange PriceRange(const ChartLayout& layout, const PriceScale& scale) {
   if (layout.prices.height() <= 0) return {scale.Low(), scale.High()};
   return {scale.High() - 2 * scale.reach * layout.plot.height() / layout.prices.height(), scale.High()};

@@ -71,9 +71,10 @@ IntradayPage::IntradayPage(MarketData& market, const ThemeServices& theme, TickR
 }
 
 void IntradayPage::MakeLayout() {
-  title_->setAccessibleName(QStringLiteral("股票"));
-  price_->setAccessibleName(QStringLiteral("现价"));
-  change_->setAccessibleName(QStringLiteral("涨跌"));
+  // The name that a screen reader says stays the text: the figure itself.
+  title_->setAccessibleDescription(QStringLiteral("股票"));
+  price_->setAccessibleDescription(QStringLiteral("现价"));
+  change_->setAccessibleDescription(QStringLiteral("涨跌"));
   title_->setObjectName(QStringLiteral("title"));
   price_->setObjectName(QStringLiteral("price"));
   change_->setObjectName(QStringLiteral("change"));
@@ -87,7 +88,7 @@ void IntradayPage::MakeLayout() {
     Figure figure{MakeLabel(kFigurePixels, false), MakeLabel(kFigurePixels, false)};
     figure.name->setText(QString::fromUtf8(names[place]));
     figure.value->setObjectName(QString::fromUtf8(names[place]));
-    figure.value->setAccessibleName(QString::fromUtf8(names[place]));
+    figure.value->setAccessibleDescription(QString::fromUtf8(names[place]));
     const int column = place / kFigureRows * 3;
     figures->addWidget(figure.name, place % kFigureRows, column, Qt::AlignLeft);
     figures->addWidget(figure.value, place % kFigureRows, column + 1, Qt::AlignRight);
@@ -135,7 +136,7 @@ int IntradayPage::CodeNumber() const {
 }
 
 void IntradayPage::ChooseSecurity() {
-  if (const int codeNumber = CodeNumber(); codeNumber != 0) recorder_.Follow(codeNumber);
+  if (const int codeNumber = CodeNumber(); codeNumber != 0) recorder_.LookAt(codeNumber);
   Fill();
 }
 
@@ -157,9 +158,16 @@ void IntradayPage::Fill() {
   FillHead(now, recorder_.DayOf(codeNumber), ticks);
   FillPicture(now);
   if (codeNumber == 0) return;
-  const DayFacts facts{market_.CurrentDateText(), market_.IsSimulated(),  isIndex,
-                       now.currentPrice > 0,      recorder_.LastSecond(), recorder_.DayOf(codeNumber).volume};
+  const DayFacts facts{market_.CurrentDateText(),
+                       market_.IsSimulated(),
+                       isIndex,
+                       now.currentPrice > 0,
+                       recorder_.LastSecond(),
+                       recorder_.DayOf(codeNumber).volume,
+                       recorder_.HasLostItsPlace(codeNumber),
+                       recorder_.IsSaved()};
   notice_->setText(WordsOfDay(facts, ticks, chart_->Average().kind).join(QStringLiteral(" · ")));
+  notice_->setToolTip(HintOfDay(ticks));
 }
 
 void IntradayPage::FillHead(const NowData& now, const DaySoFar& day, const std::vector<Tick>& ticks) {
@@ -197,6 +205,9 @@ void IntradayPage::FillPicture(const NowData& now) {
   shown.previousClose = Hundredths(now.previousClose);
   shown.hasShares = !IsIndexNumber(codeNumber);
   if (recorder_.IsFollowed(codeNumber)) shown.now = recorder_.LastSecond();
+  shown.price = Hundredths(now.currentPrice);
+  const DayRange range = RangeOfDay(recorder_.DayOf(codeNumber), shown.ticks);
+  shown.known = {range.open, range.high, range.low};
   chart_->SetData(std::move(shown));
 }
 

@@ -56,7 +56,7 @@ PageSide::PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& ma
       quickEntry_(&window.Window(), QuickActions(market.Data())),
       host_({addresses_, window.Window().Area(), quickEntry_, window.Messages(), window.Theme(), process.Log(),
              process.Clock(), database, market.Data(), market.Connection().Bus(), market.Files(),
-             [this](const TDMessage& request) { recorder_.FollowRequest(request); }},
+             [this](const TDMessage& request) { recorder_.HearRequest(request); }},
             process.Asked().workFolder),
       plugins_(host_, addresses_) {
   addresses_.OnEntered = [this](const QString& name) { window_.Window().SetCurrentAddress(name); };
@@ -93,6 +93,7 @@ QuickEntryActions PageSide::QuickActions(MarketData& data) {
   actions.toggleOwn = [this, &data, isOwn](int codeNumber) {
     try {
       data.SetOptionalStock(codeNumber, !isOwn(codeNumber));
+      recorder_.FollowOwnStocks();
     } catch (const Error& error) {
       process_.Log().TellFailure(QStringLiteral("自选股没有改动。%1").arg(QString::fromUtf8(error.what())));
     }
