@@ -8,6 +8,7 @@
 #include <csignal>
 #include <map>
 
+#include "holdwise/packet/packet_file.h"
 #include "screen.h"
 
 namespace holdwise::e2e {
@@ -102,7 +103,7 @@ class LargeMarket : public Intraday {
     const QString csv = bench_.File("csv");
     bench_.data = bench_.File("large");
     ASSERT_EQ(e2e::Run(Program("holdwise-market"),
-                       {"simulate", "--securities", "700", "--days", "120", "--seed", "1", "--out", csv})
+                       {"simulate", "--securities", "700", "--days", "300", "--seed", "1", "--out", csv})
                   .exitCode,
               0);
     ASSERT_EQ(
@@ -115,8 +116,10 @@ class LargeMarket : public Intraday {
     for (const QStringList& row : ReadCsv(csv + "/securities.csv")) codes_ += row.first();
     codes_.removeFirst();
   }
-  [[nodiscard]] bool HasPool() const {
-    return QDirIterator(bench_.Work(), {"StockPool.dat"}, QDir::Files, QDirIterator::Subdirectories).hasNext();
+  /// How many stocks the pool has that the view has received.
+  [[nodiscard]] int PoolSize() const {
+    QDirIterator found(bench_.Work(), {"StockPool.dat"}, QDir::Files, QDirIterator::Subdirectories);
+    return found.hasNext() ? ReadPacketFile(found.next()).RowCount() : 0;
   }
   [[nodiscard]] std::size_t TicksOf(const QString& code) const {
     return ReadTicks(File())[1'000'000 + code.toInt()].size();
@@ -131,7 +134,7 @@ TEST_F(LargeMarket, WhatIsHeldOrLookedAtHasTicksThoughAPoolIsAskedFor) {
   {
     RunningTerminal terminal(bench_.Arguments({"--parameter", "Skip智能配置", "--speed", "60"}));
     ASSERT_TRUE(terminal.WaitForWindow());
-    EXPECT_TRUE(Until([&] { return HasPool(); }, 60'000));
+    EXPECT_TRUE(Until([&] { return PoolSize() >= 300; }, 60'000)) << PoolSize();
     EXPECT_TRUE(Until([&] { return TicksOf(held) >= 3; }, 30'000)) << "held";
     QThread::msleep(2000);
     ASSERT_GE(terminal.Signal(SIGTERM), 0);
