@@ -10,6 +10,7 @@
 
 #include "intraday/intraday_chart.h"
 #include "offscreen.h"
+#include "scripted_host.h"
 #include "theme/theme_services.h"
 
 namespace holdwise {
@@ -31,14 +32,9 @@ std::vector<Tick> FullDay() {
   return ticks;
 }
 
-class NoLog final : public DebugServers {
- public:
-  void WriteLog(const QString& /*text*/) override {}
-};
-
 struct Shown {
   explicit Shown(benchmark::State& state) : day{FullDay(), kClose, true, kDaySeconds} {
-    NoLog log;
+    ScriptedDebug log;
     chart.SetColors(LineColorsOf(ThemeServices(ThemeKind::Dark, log)));
     chart.resize(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
     chart.show();

@@ -108,10 +108,6 @@ bool IsFirstDay(std::size_t day, const Bar& bar, int listDate) {
   return day < kFreeDays && listDate != 0 && DayNumber(bar.date) - DayNumber(listDate) < kCalendarDays;
 }
 
-bool IsStock(int codeNumber) {
-  return codeNumber >= kStockBase;
-}
-
 }  // namespace
 
 Adjustment AdjustForward(const BarLines& source, const BarRules& rules, std::vector<Bar>& bars) {
@@ -148,7 +144,7 @@ namespace {
 
 std::optional<QString> JumpOn(std::size_t day, std::span<const Bar> bars, std::span<const BarLine> lines,
                               const BarRules& rules) {
-  if (!IsStock(rules.codeNumber) || IsFirstDay(day, bars[day], rules.listDate)) return std::nullopt;
+  if (!IsStockNumber(rules.codeNumber) || IsFirstDay(day, bars[day], rules.listDate)) return std::nullopt;
   const int percent = PriceLimitPercent(rules.codeNumber, lines[day].isSpecialTreatment != 0);
   const double move = bars[day].close / bars[day - 1].close - 1;
   if (std::fabs(move) <= percent / 100.0 + Tolerance(bars[day - 1].close)) return std::nullopt;

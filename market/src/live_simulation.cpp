@@ -42,10 +42,6 @@ double YuanADay(int codeNumber) {
   return 3e8 * std::pow(30.0, static_cast<double>(mixed >> 8U) / static_cast<double>(1U << 24U));
 }
 
-bool IsStock(int codeNumber) {
-  return codeNumber >= kStockBase;
-}
-
 DayTrade Traded(const DayTrade& before, std::int64_t price, std::int64_t shares, std::int64_t amount) {
   DayTrade day = before;
   day.volume = std::max<std::int64_t>(day.volume, 0) + shares;
@@ -59,7 +55,7 @@ DayTrade Traded(const DayTrade& before, std::int64_t price, std::int64_t shares,
 bool FitsLimits(const Quote& quote) {
   if (quote.price.scale != kPriceDecimals || quote.price.mantissa <= 0 || quote.previousClose.mantissa <= 0)
     return false;
-  if (!IsStock(quote.codeNumber)) return true;
+  if (!IsStockNumber(quote.codeNumber)) return true;
   const PriceLimits limits = LimitsAround(quote.previousClose.mantissa, PriceLimitPercent(quote.codeNumber));
   return quote.price.mantissa >= limits.lower && quote.price.mantissa <= limits.upper;
 }
@@ -85,7 +81,7 @@ void LiveSimulation::Begin() {
     const std::int64_t price = quote.price.mantissa;
     Walk& walk = walks_[place];
     walk.exactPrice = quote.price.ToDouble();
-    walk.isSuspended = IsStock(quote.codeNumber) && price > 0 && quote.price == quote.previousClose;
+    walk.isSuspended = IsStockNumber(quote.codeNumber) && price > 0 && quote.price == quote.previousClose;
     walk.sharesASecond = price > 0 ? YuanADay(quote.codeNumber) / kTradedSeconds / walk.exactPrice : 0;
     DayTrade day;
     day.volume = day.amount = 0;
@@ -110,10 +106,10 @@ void LiveSimulation::TellTime() {
 }
 
 void LiveSimulation::Move(double seconds) {
-  // Sums of so many independent moves of a second.
-  const double spread = std::sqrt(seconds);
+  // Sums of so many independent moves of a second, a stock's own of those seconds in which it is traded.
   const double share = 1 - std::pow(1 - kTradedShare, seconds);
-  const double marketMove = kMarketStep * spread * random_.Normal();
+  const double ownStep = kOwnStep * std::sqrt(seconds * kTradedShare / share);
+  const double marketMove = kMarketStep * std::sqrt(seconds) * random_.Normal();
   const double liveliness = Liveliness(secondOfDay_) * seconds / share;
   market_ += marketMove;
   changes_.clear();
@@ -123,8 +119,8 @@ void LiveSimulation::Move(double seconds) {
     const int codeNumber = quotes[place].codeNumber;
     Walk& walk = walks_[place];
     // The draws do not depend on prices, so one seed gives one sequence whatever the limits cut off.
-    const bool isTraded = random_.Uniform() < share || !IsStock(codeNumber);
-    const double ownMove = random_.Normal() * (IsStock(codeNumber) ? kOwnStep * spread : 0);
+    const bool isTraded = random_.Uniform() < share || !IsStockNumber(codeNumber);
+    const double ownMove = random_.Normal() * (IsStockNumber(codeNumber) ? ownStep : 0);
     const double eagerness = 0.3 + 1.4 * random_.Uniform();
     if (walk.isSuspended) continue;
     walk.exactPrice *= 1 + marketMove;
@@ -132,7 +128,7 @@ void LiveSimulation::Move(double seconds) {
     if (quotes[place].price.mantissa == 0) walk.exactPrice = quotes[place].previousClose.ToDouble() * (1 + market_);
     walk.exactPrice *= 1 + ownMove;
     const double lots = walk.sharesASecond * liveliness * eagerness / static_cast<double>(kLot);
-    const auto shares = IsStock(codeNumber) ? std::max<std::int64_t>(std::llround(lots), 1) * kLot : 0;
+    const auto shares = IsStockNumber(codeNumber) ? std::max<std::int64_t>(std::llround(lots), 1) * kLot : 0;
     changes_.push_back(Moved(place, shares));
     const int market = codeNumber / 100'000 % 10 >= 6 ? 1 : 2;
     for (const int group : {0, market}) {
@@ -141,7 +137,7 @@ void LiveSimulation::Move(double seconds) {
     }
   }
   for (QuoteService::PriceChange& change : changes_) {
-    if (IsStock(change.codeNumber)) continue;
+    if (IsStockNumber(change.codeNumber)) continue;
     const int group = change.codeNumber == kIndexNumbers[0] ? 1 : change.codeNumber == kIndexNumbers[1] ? 2 : 0;
     change.day = Traded(change.day, change.price.mantissa, sharesOf[group], amountOf[group]);
   }

@@ -255,7 +255,7 @@ std::unordered_map<int, QuoteRow> ReadQuotes(const QString& path, const std::uno
       if (const auto stock = ParseStockCode(codeText)) codeNumber = CodeNumberOfStock(*stock);
     }
     QuoteRow quote;
-    const bool isWithoutPrice = codeNumber >= kStockBase && IsBlankCell(table.Field(kQuotePrice));
+    const bool isWithoutPrice = IsStockNumber(codeNumber) && IsBlankCell(table.Field(kQuotePrice));
     std::optional<QString> reason;
     if (codeNumber == 0) {
       reason = QStringLiteral("不是沪深证券代码“%1”").arg(FieldText(codeText));

@@ -41,6 +41,16 @@ double ChartLayout::PriceAtRow(int row, const PriceScale& scale) const {
   return scale.middle + scale.reach * row / rows;
 }
 
+std::vector<RowLabel> RowLabels(const ChartLayout& layout, const PriceScale& scale, std::int64_t previousClose) {
+  std::vector<RowLabel> labels;
+  for (int row = -layout.rows; row <= layout.rows; ++row) {
+    const double price = layout.PriceAtRow(row, scale);
+    const QString percent = previousClose > 0 ? PercentText(PercentOf(price, previousClose)) : QString();
+    labels.push_back({layout.YOf(price, scale), PriceText(price), percent, row});
+  }
+  return labels;
+}
+
 PlotRange PriceRange(const ChartLayout& layout, const PriceScale& scale) {
   if (layout.prices.height() <= 0) return {scale.Low(), scale.High()};
   return {scale.High() - 2 * scale.reach * layout.plot.height() / layout.prices.height(), scale.High()};
@@ -55,9 +65,10 @@ std::vector<BarPlace> BarsIn(const ChartLayout& layout, std::span<const MinuteBa
   const auto most = static_cast<double>(MostTraded(bars));
   for (const MinuteBar& bar : bars) {
     if (bar.volume <= 0) continue;
-    const double height = static_cast<double>(bar.volume) / most * layout.volumes.height();
+    const double height = std::max(static_cast<double>(bar.volume) / most * layout.volumes.height(), 1.0);
     const double left = layout.Axis().XOf(bar.minute * kMinuteSeconds) + gap / 2;
-    places.push_back({{left, layout.volumes.bottom() - height, width - gap, height}, bar.close < bar.before});
+    places.push_back(
+        {{left, layout.volumes.bottom() - height, std::max(width - gap, 1.0), height}, bar.close < bar.before});
   }
   return places;
 }

@@ -25,6 +25,17 @@ struct ChartLayout {
 /// A size that is too small gives a plot without width or height.
 [[nodiscard]] ChartLayout LayOut(const QSizeF& size, double labelWidth, double lineHeight, const PriceScale& scale);
 
+/// What stands beside a row of the grid.
+struct RowLabel {
+  double y = 0;
+  QString price;
+  QString percent;  ///< change against the previous close; empty without one
+  int row = 0;      ///< as for PriceAtRow
+};
+/// From the lowest row to the highest.
+[[nodiscard]] std::vector<RowLabel> RowLabels(const ChartLayout& layout, const PriceScale& scale,
+                                              std::int64_t previousClose);
+
 /// The scale of a whole plot whose upper part, the prices, has the scale `scale`.
 struct PlotRange {
   double low = 0;
@@ -38,7 +49,7 @@ struct BarPlace {
   bool isFall = false;  ///< the minute closed below the one before
 };
 /// The bars of minutes in which something was traded, as high as the lower part where most was. A gap of a quarter of
-/// the minute's width, at most two points, stands between two.
+/// the minute's width, at most two points, stands between two. None is narrower or lower than a point.
 [[nodiscard]] std::vector<BarPlace> BarsIn(const ChartLayout& layout, std::span<const MinuteBar> bars);
 
 }  // namespace holdwise

@@ -10,6 +10,7 @@ namespace {
 
 constexpr int kHalfHour = 1800, kHour = 3600;
 constexpr double kGap = 6;
+constexpr double kDotRadius = 3;
 
 /// Times under the plot; 11:30 and 13:00 share a place.
 QString TimeLabel(int second) {
@@ -60,17 +61,19 @@ void PaintGrid(QPainter& painter, const ChartLayout& layout, const PriceScale& s
 }
 
 void PaintBars(QPainter& painter, std::span<const BarPlace> bars, const LineColors& colors) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing, false);
   for (const BarPlace& bar : bars) painter.fillRect(bar.rectangle, bar.isFall ? colors.fall : colors.rise);
+  painter.restore();
 }
 
 void PaintLabels(QPainter& painter, const ChartLayout& layout, const PriceScale& scale, std::int64_t previousClose,
                  std::int64_t mostTraded, const LineColors& colors) {
   painter.save();
-  for (int row = -layout.rows; row <= layout.rows; ++row) {
-    const double price = layout.PriceAtRow(row, scale), y = layout.YOf(price, scale);
-    painter.setPen(previousClose > 0 ? ChangeColor(colors, row) : colors.text);
-    PaintBeside(painter, layout, y, PriceText(price), true);
-    if (previousClose > 0) PaintBeside(painter, layout, y, PercentText(PercentOf(price, previousClose)), false);
+  for (const RowLabel& label : RowLabels(layout, scale, previousClose)) {
+    painter.setPen(previousClose > 0 ? ChangeColor(colors, label.row) : colors.text);
+    PaintBeside(painter, layout, label.y, label.price, true);
+    PaintBeside(painter, layout, label.y, label.percent, false);
   }
   painter.setPen(colors.text);
   const double height = painter.fontMetrics().height();
@@ -86,10 +89,20 @@ void PaintLabels(QPainter& painter, const ChartLayout& layout, const PriceScale&
   painter.restore();
 }
 
+void PaintDot(QPainter& painter, const ChartLayout& layout, const PriceScale& scale, int second, double price,
+              const LineColors& colors) {
+  painter.save();
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colors.price);
+  painter.drawEllipse(QPointF(layout.Axis().XOf(second), layout.YOf(price, scale)), kDotRadius, kDotRadius);
+  painter.restore();
+}
+
 void PaintCross(QPainter& painter, const ChartLayout& layout, const PriceScale& scale, std::int64_t previousClose,
                 const CrossValues& values, const LineColors& colors) {
   painter.save();
   const double x = layout.Axis().XOf(values.second), y = layout.YOf(values.price, scale);
+  painter.setRenderHint(QPainter::Antialiasing, false);
   painter.setPen(QPen(colors.text, 1, Qt::DotLine));
   painter.drawLine(QLineF(x, layout.plot.top(), x, layout.plot.bottom()));
   painter.drawLine(QLineF(layout.plot.left(), y, layout.plot.right(), y));

@@ -18,6 +18,9 @@ void PaintBars(QPainter& painter, std::span<const BarPlace> bars, const LineColo
 /// below.
 void PaintLabels(QPainter& painter, const ChartLayout& layout, const PriceScale& scale, std::int64_t previousClose,
                  std::int64_t mostTraded, const LineColors& colors);
+/// A price at a second that no line leads to or from.
+void PaintDot(QPainter& painter, const ChartLayout& layout, const PriceScale& scale, int second, double price,
+              const LineColors& colors);
 
 /// What the crosshair says.
 struct CrossValues {

@@ -18,9 +18,19 @@ struct DayFacts {
   bool hasPrice = false;
   std::optional<int> second;  ///< of trading, last heard of
   std::int64_t volume = Tick::kUnknown;
+  bool hasLostItsPlace = false;  ///< as TickRecorder says
+  bool isSaved = true;           ///< as TickRecorder says
 };
-/// Date and time, since when there is a line and why not earlier, gaps, how the average is made.
+/// Date and time, since when there is a line and why not earlier, the longest gaps, how the average is made.
 [[nodiscard]] QStringList WordsOfDay(const DayFacts& facts, std::span<const Tick> ticks, AverageKind average);
+
+/// More of it, in lines: all gaps when there are more than those, and of which securities there are ticks.
+[[nodiscard]] QString HintOfDay(std::span<const Tick> ticks);
+
+/// What was known at a moment, in a line: time, price, average, change against the previous close (above 0), volume of
+/// its minute so far. Nothing that came later makes a difference.
+[[nodiscard]] QString WordsOfMoment(int second, std::span<const Tick> ticks, AverageKind average,
+                                    std::int64_t previousClose);
 
 /// First, highest and lowest price of a day, hundredths; unknown below 0.
 struct DayRange {

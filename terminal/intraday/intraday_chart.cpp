@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "intraday/day_words.h"
+
 namespace holdwise {
 namespace {
 
@@ -48,17 +50,19 @@ IntradayChart::IntradayChart(QWidget* parent) : QChartView(new QChart, parent) {
   averageLine_ = AddLine(*chart(), QStringLiteral("均价"), times_, prices_);
   price_ = AddLine(*chart(), QStringLiteral("价格"), times_, prices_);
   setFrameShape(QFrame::NoFrame);
+  viewport()->setAttribute(Qt::WA_OpaquePaintEvent);  // drawBackground fills it, and once is enough
   setRenderHint(QPainter::Antialiasing);
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
-  setAccessibleName(QStringLiteral("分时图"));
+  for (QWidget* widget : {static_cast<QWidget*>(this), viewport()}) widget->setAccessibleName(QStringLiteral("分时图"));
 }
 
 void IntradayChart::SetData(IntradayData day) {
   data_ = std::move(day);
   average_ = AverageOf(data_.ticks, data_.hasShares);
   bars_ = MinuteBars(data_.ticks);
-  scale_ = ScaleFor(data_.ticks, average_.points, data_.previousClose);
+  data_.known.push_back(data_.price);
+  scale_ = ScaleFor(data_.ticks, average_.points, data_.previousClose, data_.known);
   Place();
   if (cross_) PutCross(cross_->second);
 }
@@ -93,7 +97,10 @@ void IntradayChart::FillSeries() {
     points.append({static_cast<double>(tick.second), static_cast<double>(tick.price)});
   if (!points.isEmpty() && data_.now && *data_.now > points.constLast().x())
     points.append({static_cast<double>(*data_.now), points.constLast().y()});
+  if (points.isEmpty() && data_.now && data_.price > 0)
+    points.append({static_cast<double>(*data_.now), static_cast<double>(data_.price)});
   price_->replace(points);
+  dot_ = points.size() == 1 ? std::optional(points.constFirst()) : std::nullopt;
   points.clear();
   for (const AveragePoint& point : average_.points) points.append({static_cast<double>(point.second), point.price});
   averageLine_->replace(points);
@@ -114,6 +121,7 @@ void IntradayChart::drawBackground(QPainter* painter, const QRectF& rect) {
 void IntradayChart::drawForeground(QPainter* painter, const QRectF& /*rect*/) {
   painter->setFont(font());
   PaintLabels(*painter, layout_, scale_, data_.previousClose, MostTraded(bars_), colors_);
+  if (dot_) PaintDot(*painter, layout_, scale_, static_cast<int>(dot_->x()), dot_->y(), colors_);
   if (cross_) PaintCross(*painter, layout_, scale_, data_.previousClose, *cross_, colors_);
 }
 
@@ -151,17 +159,7 @@ void IntradayChart::PutCross(std::optional<int> wanted) {
   cross_.reset();
   if (tick != nullptr) {
     const auto price = static_cast<double>(tick->price);
-    cross_ = CrossValues{*second, price, QString()};
-    QStringList words{TimeText(*second, true), QStringLiteral("价 ") + PriceText(price)};
-    const auto after = std::find_if(average_.points.rbegin(), average_.points.rend(),
-                                    [&](const AveragePoint& point) { return point.second <= *second; });
-    if (after != average_.points.rend()) words.append(QStringLiteral("均 ") + PriceText(after->price));
-    if (data_.previousClose > 0)
-      words.append(QStringLiteral("涨跌 ") + PercentText(PercentOf(price, data_.previousClose)));
-    const auto bar =
-        std::find_if(bars_.begin(), bars_.end(), [&](const MinuteBar& one) { return one.minute == MinuteOf(*second); });
-    if (bar != bars_.end() && bar->volume >= 0) words.append(QStringLiteral("量 ") + VolumeText(bar->volume));
-    cross_->text = words.join(QStringLiteral("  "));
+    cross_ = CrossValues{*second, price, WordsOfMoment(*second, data_.ticks, average_.kind, data_.previousClose)};
   }
   if (wasThere || cross_) viewport()->update();
 }

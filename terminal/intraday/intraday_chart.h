@@ -13,9 +13,11 @@ namespace holdwise {
 /// What is drawn of a security's day.
 struct IntradayData {
   std::vector<Tick> ticks;
-  std::int64_t previousClose = 0;  ///< hundredths; 0: none
-  bool hasShares = true;           ///< false for an index
-  std::optional<int> now;          ///< second of trading up to which the last price is known to hold
+  std::int64_t previousClose = 0;       ///< hundredths; 0: none
+  bool hasShares = true;                ///< false for an index
+  std::optional<int> now;               ///< second of trading up to which the last price is known to hold
+  std::int64_t price = Tick::kUnknown;  ///< the last one that is known: stands at `now` while there are no ticks
+  std::vector<std::int64_t> known;      ///< other prices of the day, for the scale; below 1: unknown
 };
 
 /// The day's picture: price line, line of the previous close, average line, bars of volume, scales, and a crosshair
@@ -31,6 +33,7 @@ class IntradayChart final : public QChartView {
   [[nodiscard]] const CrossValues* Cross() const { return cross_ ? &*cross_ : nullptr; }
   [[nodiscard]] std::span<const BarPlace> Bars() const { return barPlaces_; }
   [[nodiscard]] const ChartLayout& Places() const { return layout_; }
+  [[nodiscard]] const PriceScale& Scale() const { return scale_; }
 
  protected:
   void drawBackground(QPainter* painter, const QRectF& rect) override;
@@ -52,6 +55,7 @@ class IntradayChart final : public QChartView {
   PriceScale scale_{0, 1};
   ChartLayout layout_;
   LineColors colors_;
+  std::optional<QPointF> dot_;  ///< the only known price: no line shows it
   std::optional<CrossValues> cross_;
   QValueAxis* times_;
   QValueAxis* prices_;

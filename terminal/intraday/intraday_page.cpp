@@ -71,9 +71,10 @@ IntradayPage::IntradayPage(MarketData& market, const ThemeServices& theme, TickR
 }
 
 void IntradayPage::MakeLayout() {
-  title_->setAccessibleName(QStringLiteral("股票"));
-  price_->setAccessibleName(QStringLiteral("现价"));
-  change_->setAccessibleName(QStringLiteral("涨跌"));
+  // The name that a screen reader says stays the text: the figure itself.
+  title_->setAccessibleDescription(QStringLiteral("股票"));
+  price_->setAccessibleDescription(QStringLiteral("现价"));
+  change_->setAccessibleDescription(QStringLiteral("涨跌"));
   title_->setObjectName(QStringLiteral("title"));
   price_->setObjectName(QStringLiteral("price"));
   change_->setObjectName(QStringLiteral("change"));
@@ -87,7 +88,7 @@ void IntradayPage::MakeLayout() {
     Figure figure{MakeLabel(kFigurePixels, false), MakeLabel(kFigurePixels, false)};
     figure.name->setText(QString::fromUtf8(names[place]));
     figure.value->setObjectName(QString::fromUtf8(names[place]));
-    figure.value->setAccessibleName(QString::fromUtf8(names[place]));
+    figure.value->setAccessibleDescription(QString::fromUtf8(names[place]));
     const int column = place / kFigureRows * 3;
     figures->addWidget(figure.name, place % kFigureRows, column, Qt::AlignLeft);
     figures->addWidget(figure.value, place % kFigureRows, column + 1, Qt::AlignRight);
@@ -135,7 +136,7 @@ int IntradayPage::CodeNumber() const {
 }
 
 void IntradayPage::ChooseSecurity() {
-  if (const int codeNumber = CodeNumber(); codeNumber != 0) recorder_.Follow({codeNumber});
+  if (const int codeNumber = CodeNumber(); codeNumber != 0) recorder_.LookAt(codeNumber);
   Fill();
 }
 
@@ -149,8 +150,7 @@ void IntradayPage::Fill() {
     notice_->setText(QStringLiteral("在组合的表格中单击一只股票的代码或名称，或直接键入代码、名称的拼音首字母。"));
   } else {
     title_->setText(
-        QStringLiteral("%1  %2").arg(QString::number(codeNumber % kStockBase).rightJustified(6, QLatin1Char('0')),
-                                     market_.NameOf(QString::number(codeNumber))));
+        QStringLiteral("%1  %2").arg(SixDigits(codeNumber % kStockBase), market_.NameOf(QString::number(codeNumber))));
   }
   const bool isIndex = IsIndexNumber(codeNumber);
   const NowData now = isIndex ? market_.IndexNowData(codeNumber) : market_.StockNowData(codeNumber);
@@ -158,9 +158,16 @@ void IntradayPage::Fill() {
   FillHead(now, recorder_.DayOf(codeNumber), ticks);
   FillPicture(now);
   if (codeNumber == 0) return;
-  const DayFacts facts{market_.CurrentDateText(), market_.IsSimulated(),  isIndex,
-                       now.currentPrice > 0,      recorder_.LastSecond(), recorder_.DayOf(codeNumber).volume};
+  const DayFacts facts{market_.CurrentDateText(),
+                       market_.IsSimulated(),
+                       isIndex,
+                       now.currentPrice > 0,
+                       recorder_.LastSecond(),
+                       recorder_.DayOf(codeNumber).volume,
+                       recorder_.HasLostItsPlace(codeNumber),
+                       recorder_.IsSaved()};
   notice_->setText(WordsOfDay(facts, ticks, chart_->Average().kind).join(QStringLiteral(" · ")));
+  notice_->setToolTip(HintOfDay(ticks));
 }
 
 void IntradayPage::FillHead(const NowData& now, const DaySoFar& day, const std::vector<Tick>& ticks) {
@@ -198,6 +205,9 @@ void IntradayPage::FillPicture(const NowData& now) {
   shown.previousClose = Hundredths(now.previousClose);
   shown.hasShares = !IsIndexNumber(codeNumber);
   if (recorder_.IsFollowed(codeNumber)) shown.now = recorder_.LastSecond();
+  shown.price = Hundredths(now.currentPrice);
+  const DayRange range = RangeOfDay(recorder_.DayOf(codeNumber), shown.ticks);
+  shown.known = {range.open, range.high, range.low};
   chart_->SetData(std::move(shown));
 }
 

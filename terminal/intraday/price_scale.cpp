@@ -22,13 +22,17 @@ QString InTenThousands(double number, const QString& unit, int plainDecimals) {
 
 }  // namespace
 
-PriceScale ScaleFor(std::span<const Tick> ticks, std::span<const AveragePoint> averages, std::int64_t previousClose) {
+PriceScale ScaleFor(std::span<const Tick> ticks, std::span<const AveragePoint> averages, std::int64_t previousClose,
+                    std::span<const std::int64_t> known) {
+  std::vector<double> prices;
+  for (const Tick& tick : ticks) prices.push_back(static_cast<double>(tick.price));
+  for (const std::int64_t price : known)
+    if (price > 0) prices.push_back(static_cast<double>(price));
   PriceScale scale;
-  const std::int64_t middle = previousClose > 0 || ticks.empty() ? previousClose : ticks.front().price;
-  scale.middle = static_cast<double>(middle);
+  scale.middle = previousClose > 0 || prices.empty() ? static_cast<double>(previousClose) : prices.front();
+  for (const AveragePoint& point : averages) prices.push_back(point.price);
   double farthest = 0;
-  for (const Tick& tick : ticks) farthest = std::max(farthest, std::abs(static_cast<double>(tick.price - middle)));
-  for (const AveragePoint& point : averages) farthest = std::max(farthest, std::abs(point.price - scale.middle));
+  for (const double price : prices) farthest = std::max(farthest, std::abs(price - scale.middle));
   scale.reach = std::max({farthest * kRoom, scale.middle * kLeastShare, kLeastReach});
   return scale;
 }

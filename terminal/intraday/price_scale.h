@@ -17,10 +17,11 @@ struct PriceScale {
   [[nodiscard]] double Low() const { return middle - reach; }
   [[nodiscard]] double High() const { return middle + reach; }
 };
-/// Holds all prices, the averages and, as its middle, the previous close (without one, 0: the first price), with a
-/// twentieth of room at both ends and never less than half a percent or two hundredths either way.
+/// Holds all prices, the averages, `known` prices without a place in time (below 1: none) and, as its middle, the
+/// previous close (without one, 0: the first price), with a twentieth of room at both ends and never less than half a
+/// percent or two hundredths either way.
 [[nodiscard]] PriceScale ScaleFor(std::span<const Tick> ticks, std::span<const AveragePoint> averages,
-                                  std::int64_t previousClose);
+                                  std::int64_t previousClose, std::span<const std::int64_t> known = {});
 
 /// Change against the previous close in percent; 0 without one.
 [[nodiscard]] double PercentOf(double price, std::int64_t previousClose);

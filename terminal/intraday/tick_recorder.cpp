@@ -4,7 +4,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
-#include "holdwise/packet/code_numbers.h"
+#include "holdwise/packet/number_text.h"
 #include "intraday/trading_day.h"
 
 namespace holdwise {
@@ -12,14 +12,11 @@ namespace {
 
 constexpr int kBeijingOffsetSeconds = 8 * 3600;
 constexpr int kFlushMilliseconds = 5000;
-/// A day that goes back by more than this has been set back; less is a late reply.
+/// A time that goes back by more than this has been set back; less is a late reply.
 constexpr int kSetBackSeconds = 60;
-constexpr qsizetype kCodeDigits = 6;
 const QString kOwnStocks = QStringLiteral("OptionalStock");
-
-QString SixDigitsOf(int codeNumber) {
-  return QString::number(codeNumber % kStockBase).rightJustified(kCodeDigits, QLatin1Char('0'));
-}
+/// The request for the prices of what is held.
+const QString kHeldRequest = QStringLiteral("TZZHHQCURRENTPRICE");
 
 TDRequestProfile ProfileOf(const QString& name) {
   TDRequestProfile profile;
@@ -57,17 +54,17 @@ QString IdentityOf(const MarketData& data) {
 
 TickRecorder::TickRecorder(MessageBus& bus, const MarketData& data, ClockService& clock, DebugServers& log,
                            const QString& path)
-    : data_(data), clock_(clock), log_(log), store_(path, IdentityOf(data)) {
+    : data_(data),
+      clock_(clock),
+      log_(log),
+      store_(path, IdentityOf(data), [this](int codeNumber) { return IsKnown(codeNumber); }) {
   indices_.role = std::make_unique<DataDownRole>(bus);
   stocks_.role = std::make_unique<DataDownRole>(bus);
   MakeRole(indices_, QStringLiteral("INTRADAYINDICES"));
   MakeRole(stocks_, QStringLiteral("INTRADAYSTOCKS"));
   subscribeSoon_.setSingleShot(true);
   subscribeSoon_.callOnTimeout(this, &TickRecorder::Subscribe);
-  flush_.callOnTimeout(this, [this] {
-    store_.Flush();
-    TellProblem();
-  });
+  flush_.callOnTimeout(this, &TickRecorder::Flush);
 }
 
 void TickRecorder::MakeRole(Group& group, const QString& name) {
@@ -92,22 +89,29 @@ void TickRecorder::MakeRole(Group& group, const QString& name) {
 void TickRecorder::Start() {
   isStarted_ = true;
   Follow({std::begin(kIndexNumbers), std::end(kIndexNumbers)});
-  Follow(data_.GetGroupCodeNumList(kOwnStocks));
-  Follow(store_.CodeNumbers());
+  FollowOwnStocks();
+  const std::vector<int> stored = store_.CodeNumbers();
+  Follow(stored);
+  for (const int codeNumber : stored)
+    if (!IsFollowed(codeNumber)) store_.Forget(codeNumber);
   flush_.start(kFlushMilliseconds);
 }
 
-void TickRecorder::Follow(const std::vector<int>& codeNumbers) {
-  if (!isStarted_) return;
-  for (const int codeNumber : codeNumbers) {
-    const bool isKnown = IsIndexNumber(codeNumber) || data_.IsKnownSecurity(QString::number(codeNumber));
-    if (!isKnown || followed_.size() >= TickStore::kMostSecurities || !followed_.insert(codeNumber).second) continue;
-    (IsIndexNumber(codeNumber) ? indices_ : stocks_).codeNumbers.emplace(SixDigitsOf(codeNumber), codeNumber);
-    if (!subscribeSoon_.isActive()) subscribeSoon_.start(0);
-  }
+void TickRecorder::LookAt(int codeNumber) {
+  if (!IsKnown(codeNumber)) return;
+  shown_ = codeNumber;
+  lookedAt_[codeNumber] = ++looks_;
+  Follow({codeNumber});
 }
 
-void TickRecorder::FollowRequest(const TDMessage& request) {
+void TickRecorder::FollowOwnStocks() {
+  const std::vector<int> own = data_.GetGroupCodeNumList(kOwnStocks);
+  own_ = {own.begin(), own.end()};
+  Follow(own);
+}
+
+void TickRecorder::HearRequest(const TDMessage& request) {
+  if (request.profile.requestName != kHeldRequest) return;
   const std::vector<TDFieldSet>* securities = request.fields.Sequence("L1_SECUCODESEQ");
   const std::uint32_t* command = request.fields.Uint32("CommandType");
   if (securities == nullptr || command == nullptr || *command != 0) return;
@@ -120,7 +124,46 @@ void TickRecorder::FollowRequest(const TDMessage& request) {
     const bool isStock = number == kCompositeIndex ? *market != data_.BusMarketId(1) : !IsIndexNumber(number);
     if (isStock) codeNumbers.push_back(kStockBase + number);  // the indices are followed in any case
   }
+  held_ = {codeNumbers.begin(), codeNumbers.end()};
   Follow(codeNumbers);
+}
+
+bool TickRecorder::IsKnown(int codeNumber) const {
+  if (codeNumber < kStockBase) return IsIndexNumber(codeNumber);  // six digits would be a stock's too
+  return data_.IsKnownSecurity(QString::number(codeNumber));
+}
+
+TickRecorder::Rank TickRecorder::RankOf(int codeNumber) const {
+  const auto looked = lookedAt_.find(codeNumber);
+  const int look = looked == lookedAt_.end() ? 0 : looked->second;
+  if (IsIndexNumber(codeNumber)) return {Claim::Index, look};
+  if (codeNumber == shown_) return {Claim::Shown, look};
+  if (held_.contains(codeNumber)) return {Claim::Held, look};
+  return {own_.contains(codeNumber) ? Claim::Own : Claim::LookedAt, look};
+}
+
+void TickRecorder::Follow(const std::vector<int>& codeNumbers) {
+  if (!isStarted_) return;
+  for (const int codeNumber : codeNumbers) {
+    if (followed_.contains(codeNumber) || !IsKnown(codeNumber) || !MakeRoomFor(codeNumber)) continue;
+    followed_.insert(codeNumber);
+    GroupOf(codeNumber).codeNumbers.emplace(SixDigits(codeNumber % kStockBase), codeNumber);
+    if (!subscribeSoon_.isActive()) subscribeSoon_.start(0);
+  }
+}
+
+bool TickRecorder::MakeRoomFor(int codeNumber) {
+  if (followed_.size() < TickStore::kMostSecurities) return true;
+  const int last =
+      *std::min_element(followed_.begin(), followed_.end(), [this](int a, int b) { return RankOf(a) < RankOf(b); });
+  if (RankOf(last) >= RankOf(codeNumber)) return false;
+  if (!TicksOf(last).empty()) replaced_.insert(last);
+  followed_.erase(last);
+  heard_.erase(last);
+  days_.erase(last);
+  GroupOf(last).codeNumbers.erase(SixDigits(last % kStockBase));
+  store_.Forget(last);
+  return true;
 }
 
 void TickRecorder::Subscribe() {
@@ -140,18 +183,23 @@ std::optional<int> TickRecorder::SecondOf(const TDMessage& message) const {
   return TradingSecondAt(now.time().msecsSinceStartOfDay() / 1000);
 }
 
+bool TickRecorder::IsTimely(int second) {
+  const bool isBehind = store_.LastSecond() > second + kSetBackSeconds;
+  const bool wasBehind = std::exchange(wasBehind_, isBehind);
+  if (!isBehind) return true;
+  // A market that is no simulation goes back when its clock, or ours, was ahead. One reply alone may be a stray.
+  if (!data_.IsSimulated() && !wasBehind) return false;
+  store_.DropAfter(second);
+  wasBehind_ = false;
+  return true;
+}
+
 void TickRecorder::Hear(const Group& group, const TDMessage& message) {
   const std::vector<TDFieldSet>* list = message.fields.Sequence("CURRENT_PRICET_LIST");
   if (list == nullptr) return;
   const std::optional<int> second = SecondOf(message);
-  if (second) {
-    const std::vector<int> kept = store_.CodeNumbers();
-    const bool isSetBack = data_.IsSimulated() && std::any_of(kept.begin(), kept.end(), [&](int codeNumber) {
-                             return store_.Of(codeNumber).back().second > *second + kSetBackSeconds;
-                           });
-    if (isSetBack) store_.DropAfter(*second);
-    lastSecond_ = second;
-  }
+  if (second && !IsTimely(*second)) return;
+  if (second) lastSecond_ = second;
   for (const TDFieldSet& entry : *list) HearEntry(group, entry, second);
   Q_EMIT Changed();
 }
@@ -174,9 +222,12 @@ DaySoFar TickRecorder::DayOf(int codeNumber) const {
   return found == days_.end() ? DaySoFar() : found->second;
 }
 
-void TickRecorder::TellProblem() {
-  if (store_.Problem().isEmpty() || std::exchange(isProblemTold_, true)) return;
-  log_.WriteLog(store_.Problem());
+void TickRecorder::Flush() {
+  store_.Flush();
+  if (isProblemTold_ != IsSaved()) return;
+  isProblemTold_ = !IsSaved();
+  log_.WriteLog(isProblemTold_ ? store_.Problem() : QStringLiteral("今天的分时数据又保存了，包括此前没有保存的"));
+  Q_EMIT Changed();
 }
 
 }  // namespace holdwise

@@ -4,6 +4,7 @@
 #include <QCryptographicHash>
 #include <QFileInfo>
 #include <QtEndian>
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <utility>
@@ -64,10 +65,10 @@ bool CanBe(const Tick& tick) {
 
 }  // namespace
 
-TickStore::TickStore(QString path, const QString& identity)
+TickStore::TickStore(QString path, const QString& identity, const std::function<bool(int)>& isKnown)
     : path_(std::move(path)),
       header_(QByteArray(kMark) + QCryptographicHash::hash(identity.toUtf8(), QCryptographicHash::Md5)) {
-  if (!path_.isEmpty()) Load();
+  if (!path_.isEmpty()) Load(isKnown);
 }
 
 TickStore::~TickStore() {
@@ -76,17 +77,23 @@ TickStore::~TickStore() {
 
 const std::vector<Tick>& TickStore::Of(int codeNumber) const {
   static const std::vector<Tick> none;
-  const auto found = ticks_.find(codeNumber);
-  return found == ticks_.end() ? none : found->second;
+  const auto found = days_.find(codeNumber);
+  return found == days_.end() ? none : found->second.ticks;
 }
 
 std::vector<int> TickStore::CodeNumbers() const {
   std::vector<int> codeNumbers;
-  for (const auto& [codeNumber, ticks] : ticks_) codeNumbers.push_back(codeNumber);
+  for (const auto& [codeNumber, day] : days_) codeNumbers.push_back(codeNumber);
   return codeNumbers;
 }
 
-void TickStore::Load() {
+int TickStore::LastSecond() const {
+  int last = -1;
+  for (const auto& [codeNumber, day] : days_) last = std::max(last, day.ticks.back().second);
+  return last;
+}
+
+void TickStore::Load(const std::function<bool(int)>& isKnown) {
   QFile file(path_);
   if (!QFileInfo(path_).isFile() || file.size() > kMostBytes || !file.open(QIODevice::ReadOnly)) return;
   const QByteArray bytes = file.readAll();
@@ -95,78 +102,102 @@ void TickStore::Load() {
   size_ = header_.size();
   for (; size_ + kRowBytes <= bytes.size(); size_ += kRowBytes) {
     const char* row = bytes.constData() + size_;
-    if (Get<quint16>(row, kChecksumAt) == ChecksumOf(row)) (void)Take(Get<qint32>(row, kCodeAt), TickOf(row));
+    if (Get<quint16>(row, kChecksumAt) != ChecksumOf(row)) continue;
+    const int codeNumber = Get<qint32>(row, kCodeAt);
+    const Tick tick = TickOf(row);
+    if (tick.price == 0)
+      days_.erase(codeNumber);
+    else if (!isKnown || isKnown(codeNumber))
+      (void)Take(codeNumber, tick);
   }
+  for (auto& [codeNumber, day] : days_) day.written = day.ticks.size();
 }
 
 bool TickStore::Take(int codeNumber, const Tick& tick) {
   if (!CanBe(tick)) return false;
-  const auto found = ticks_.find(codeNumber);
-  if (found == ticks_.end() && ticks_.size() >= kMostSecurities) return false;
-  std::vector<Tick>& ticks = found == ticks_.end() ? ticks_[codeNumber] : found->second;
-  if (ticks.empty()) {
-    ticks.push_back(tick);
+  const auto found = days_.find(codeNumber);
+  if (found == days_.end() && days_.size() >= kMostSecurities) return false;
+  Day& day = found == days_.end() ? days_[codeNumber] : found->second;
+  if (day.ticks.empty()) {
+    day.ticks.push_back(tick);
+    return true;
+  }
+  Tick& last = day.ticks.back();
+  const bool isSame = tick.price == last.price && tick.volume == last.volume && tick.amount == last.amount;
+  if (tick.second < last.second || (isSame && !tick.isAfterGap)) return false;
+  if (tick.second / kSlotSeconds == last.second / kSlotSeconds && !tick.isAfterGap) {
+    const bool isAfterGap = last.isAfterGap;
+    last = tick;
+    last.isAfterGap = isAfterGap;
+    day.written = std::min(day.written, day.ticks.size() - 1);
   } else {
-    Tick& last = ticks.back();
-    const bool isSame = tick.price == last.price && tick.volume == last.volume && tick.amount == last.amount;
-    if (tick.second < last.second || (isSame && !tick.isAfterGap)) return false;
-    if (tick.second / kSlotSeconds == last.second / kSlotSeconds && !tick.isAfterGap) {
-      const bool isAfterGap = last.isAfterGap;
-      last = tick;
-      last.isAfterGap = isAfterGap;
-    } else {
-      ticks.push_back(tick);
-    }
+    day.ticks.push_back(tick);
   }
   return true;
 }
 
 bool TickStore::Add(int codeNumber, const Tick& tick) {
-  const std::vector<Tick>& ticks = Of(codeNumber);
-  const std::size_t before = ticks.size();
-  const Tick last = ticks.empty() ? Tick() : ticks.back();
   if (!Take(codeNumber, tick)) return false;
-  const bool wasOurs = isOurs_;
-  if (unwritten_.contains(codeNumber) && ticks.size() > before) Write(codeNumber, last);
-  if (isOurs_ == wasOurs) unwritten_.insert(codeNumber);  // a file that has just been made has all of it
+  // The last one may still change.
+  Day& day = days_[codeNumber];
+  if (problem_.isEmpty() && day.ticks.size() - day.written > 1) Write(codeNumber, day, day.ticks.size() - 1);
   return true;
 }
 
 void TickStore::DropAfter(int second) {
   bool isAny = false;
-  for (auto& [codeNumber, ticks] : ticks_)
-    isAny = std::erase_if(ticks, [second](const Tick& tick) { return tick.second > second; }) > 0 || isAny;
+  for (auto& [codeNumber, day] : days_)
+    isAny = std::erase_if(day.ticks, [second](const Tick& tick) { return tick.second > second; }) > 0 || isAny;
   if (!isAny) return;
-  std::erase_if(ticks_, [](const auto& item) { return item.second.empty(); });
+  std::erase_if(days_, [](const auto& item) { return item.second.ticks.empty(); });
+  for (auto& [codeNumber, day] : days_) day.written = std::min(day.written, day.ticks.size());
   if (isOurs_) Rewrite();
 }
 
-void TickStore::Flush() {
-  for (const int codeNumber : std::exchange(unwritten_, {})) {
-    if (const std::vector<Tick>& ticks = Of(codeNumber); !ticks.empty()) Write(codeNumber, ticks.back());
-  }
+void TickStore::Forget(int codeNumber) {
+  const auto found = days_.find(codeNumber);
+  if (found == days_.end()) return;
+  const bool isInFile = isOurs_ && found->second.written > 0;
+  days_.erase(found);
+  // A row without a price takes back those before it.
+  if (isInFile && (!problem_.isEmpty() || !Append(RowOf(codeNumber, {})))) isOurs_ = false;
 }
 
-void TickStore::Write(int codeNumber, const Tick& tick) {
-  if (path_.isEmpty() || !problem_.isEmpty()) return;
-  if (!isOurs_) return Rewrite();
-  if (!IsOpen()) return;
-  const QByteArray row = RowOf(codeNumber, tick);
-  if (size_ + row.size() > kMostBytes) return;
-  if (file_.write(row) == row.size()) {
-    size_ += row.size();
-    return;
+void TickStore::Flush() {
+  if (path_.isEmpty()) return;
+  if (!problem_.isEmpty() && !isOurs_ && !Rewrite()) return;
+  for (auto& [codeNumber, day] : days_)
+    if (day.written < day.ticks.size() && !Write(codeNumber, day, day.ticks.size())) return;
+  problem_.clear();
+}
+
+bool TickStore::Write(int codeNumber, Day& day, std::size_t end) {
+  if (path_.isEmpty()) return true;
+  QByteArray rows;
+  for (std::size_t place = day.written; place < end; ++place) rows += RowOf(codeNumber, day.ticks[place]);
+  if (!isOurs_ || size_ + rows.size() > kMostBytes) return Rewrite();
+  if (!Append(rows)) return false;
+  day.written = end;
+  return true;
+}
+
+bool TickStore::Append(const QByteArray& rows) {
+  if (!Open()) return false;
+  if (file_.write(rows) == rows.size()) {
+    size_ += rows.size();
+    return true;
   }
   const QString why = file_.errorString();
   file_.resize(size_);  // no half of a row before the next ones
-  Fail(why);
+  return Fail(why);
 }
 
-void TickStore::Rewrite() {
+bool TickStore::Rewrite() {
   QByteArray bytes = header_;
-  for (const auto& [codeNumber, ticks] : ticks_)
-    for (const Tick& tick : ticks) bytes += RowOf(codeNumber, tick);
+  for (const auto& [codeNumber, day] : days_)
+    for (const Tick& tick : day.ticks) bytes += RowOf(codeNumber, tick);
   file_.close();
+  isOurs_ = false;
   try {
     WriteFileAtomically(path_, bytes, Durability::Replaceable);
   } catch (const Error& error) {
@@ -175,23 +206,25 @@ void TickStore::Rewrite() {
   QFile::setPermissions(path_, QFile::ReadOwner | QFile::WriteOwner);
   size_ = bytes.size();
   isOurs_ = true;
-  unwritten_.clear();
+  for (auto& [codeNumber, day] : days_) day.written = day.ticks.size();
+  return true;
 }
 
-bool TickStore::IsOpen() {
+bool TickStore::Open() {
   if (file_.isOpen()) return true;
   file_.setFileName(path_);
   // A torn row at the end goes: what follows must begin where a row begins.
   if (file_.open(QIODevice::ReadWrite | QIODevice::ExistingOnly | QIODevice::Unbuffered) && file_.resize(size_) &&
       file_.seek(size_))
     return true;
-  Fail(file_.errorString());
-  return false;
+  if (!QFileInfo::exists(path_)) isOurs_ = false;
+  return Fail(file_.errorString());
 }
 
-void TickStore::Fail(const QString& why) {
+bool TickStore::Fail(const QString& why) {
   file_.close();
   problem_ = QStringLiteral("今天的分时数据没有保存到“%1”：%2").arg(path_, why);
+  return false;
 }
 
 }  // namespace holdwise

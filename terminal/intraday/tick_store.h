@@ -2,8 +2,8 @@
 #pragma once
 #include <QFile>
 #include <QString>
+#include <functional>
 #include <map>
-#include <set>
 #include <vector>
 
 #include "intraday/ticks.h"
@@ -20,7 +20,8 @@ class TickStore {
   /// Reads what the file holds of that day. @param path empty: in memory only
   /// @param identity what tells this market's day from others; a file of another one is not read, and replaced with the
   ///                 first tick
-  TickStore(QString path, const QString& identity);
+  /// @param isKnown only rows of such code numbers are read; empty: all are
+  TickStore(QString path, const QString& identity, const std::function<bool(int codeNumber)>& isKnown = {});
   /// As Flush.
   ~TickStore();
   TickStore(const TickStore&) = delete;
@@ -29,33 +30,44 @@ class TickStore {
   /// Ascending by second; empty for a security without any. Valid until the next change.
   [[nodiscard]] const std::vector<Tick>& Of(int codeNumber) const;
   [[nodiscard]] std::vector<int> CodeNumbers() const;
+  /// Of the latest tick of all securities; -1 without one.
+  [[nodiscard]] int LastSecond() const;
   /// False when nothing changes: a tick that is no later, that says nothing new, that cannot be (second, price), or is
   /// of a security too many.
   bool Add(int codeNumber, const Tick& tick);
   /// Forgets all that came after a second: the day has been set back.
   void DropAfter(int second);
-  /// Hands the file what is not in it yet.
+  /// Forgets a security: its place is free.
+  void Forget(int codeNumber);
+  /// Hands the file what is not in it yet. After a failure this alone tries again.
   void Flush();
-  /// Why the file is not written, for the log; empty while it is. It is not tried again.
+  /// Why the file is not written, for the log; empty while it is.
   [[nodiscard]] const QString& Problem() const { return problem_; }
 
  private:
-  void Load();
+  /// A security's ticks; the first `written` are in the file as they are.
+  struct Day {
+    std::vector<Tick> ticks;
+    std::size_t written = 0;
+  };
+  void Load(const std::function<bool(int)>& isKnown);
   /// Add without the file.
   bool Take(int codeNumber, const Tick& tick);
-  void Rewrite();
-  [[nodiscard]] bool IsOpen();
-  void Fail(const QString& why);
-  void Write(int codeNumber, const Tick& tick);
+  // The following are false when the file could not be written, which is told then.
+  bool Rewrite();
+  [[nodiscard]] bool Open();
+  [[nodiscard]] bool Append(const QByteArray& rows);
+  /// Hands the file a day's ticks up to the `end`-th.
+  bool Write(int codeNumber, Day& day, std::size_t end);
+  bool Fail(const QString& why);
 
   QString path_;
   QByteArray header_;
   QFile file_;
   qint64 size_ = 0;      ///< of the file, as far as it is whole
-  bool isOurs_ = false;  ///< the file is of this day
+  bool isOurs_ = false;  ///< the file is of this day, and nothing in it is to be taken back
   QString problem_;
-  std::map<int, std::vector<Tick>> ticks_;
-  std::set<int> unwritten_;  ///< securities whose last tick is not in the file
+  std::map<int, Day> days_;
 };
 
 }  // namespace holdwise

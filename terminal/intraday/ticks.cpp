@@ -62,6 +62,28 @@ std::vector<AveragePoint> ByTime(std::span<const Tick> ticks) {
   return points;
 }
 
+/// One a tick.
+std::vector<AveragePoint> AveragesOf(std::span<const Tick> ticks, AverageKind kind) {
+  if (ticks.empty()) return {};
+  switch (kind) {
+    case AverageKind::None:
+      break;
+    case AverageKind::ByAmount:
+      return ByAmount(ticks);
+    case AverageKind::ByVolume:
+      return ByVolume(ticks);
+    case AverageKind::ByTime:
+      return ByTime(ticks);
+  }
+  return {};
+}
+
+std::span<const Tick> UpTo(std::span<const Tick> ticks, int second) {
+  const auto after = std::upper_bound(ticks.begin(), ticks.end(), second,
+                                      [](int wanted, const Tick& tick) { return wanted < tick.second; });
+  return ticks.first(static_cast<std::size_t>(after - ticks.begin()));
+}
+
 /// Of each minute the last.
 std::vector<AveragePoint> LastOfMinutes(const std::vector<AveragePoint>& points) {
   std::vector<AveragePoint> lasts;
@@ -97,22 +119,8 @@ std::vector<MinuteBar> MinuteBars(std::span<const Tick> ticks) {
 }
 
 AverageLine AverageOf(std::span<const Tick> ticks, bool hasShares) {
-  AverageLine line;
-  line.kind = KindFor(ticks, hasShares);
-  switch (line.kind) {
-    case AverageKind::None:
-      break;
-    case AverageKind::ByAmount:
-      line.points = LastOfMinutes(ByAmount(ticks));
-      break;
-    case AverageKind::ByVolume:
-      line.points = LastOfMinutes(ByVolume(ticks));
-      break;
-    case AverageKind::ByTime:
-      line.points = LastOfMinutes(ByTime(ticks));
-      break;
-  }
-  return line;
+  const AverageKind kind = KindFor(ticks, hasShares);
+  return {kind, LastOfMinutes(AveragesOf(ticks, kind))};
 }
 
 std::vector<Tick> ThinnedOut(std::span<const Tick> ticks, int columns) {
@@ -138,9 +146,18 @@ std::vector<Tick> ThinnedOut(std::span<const Tick> ticks, int columns) {
 }
 
 const Tick* TickAt(std::span<const Tick> ticks, int second) {
-  const auto after = std::upper_bound(ticks.begin(), ticks.end(), second,
-                                      [](int wanted, const Tick& tick) { return wanted < tick.second; });
-  return after == ticks.begin() ? nullptr : &*std::prev(after);
+  const std::span<const Tick> known = UpTo(ticks, second);
+  return known.empty() ? nullptr : &known.back();
+}
+
+std::optional<double> AverageAt(std::span<const Tick> ticks, AverageKind kind, int second) {
+  const std::vector<AveragePoint> averages = AveragesOf(UpTo(ticks, second), kind);
+  return averages.empty() ? std::nullopt : std::optional(averages.back().price);
+}
+
+std::int64_t MinuteVolumeAt(std::span<const Tick> ticks, int second) {
+  const std::vector<MinuteBar> bars = MinuteBars(UpTo(ticks, second));
+  return !bars.empty() && bars.back().minute == MinuteOf(second) ? bars.back().volume : Tick::kUnknown;
 }
 
 }  // namespace holdwise

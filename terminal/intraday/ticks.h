@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -56,5 +57,10 @@ struct AverageLine {
 
 /// The last tick at or before a second; null when there is none.
 [[nodiscard]] const Tick* TickAt(std::span<const Tick> ticks, int second);
+
+/// What was known at a second, from the ticks up to it and none after: the average of that kind, none before there was
+/// one; what had been traded in the minute, unknown when its ticks do not tell.
+[[nodiscard]] std::optional<double> AverageAt(std::span<const Tick> ticks, AverageKind kind, int second);
+[[nodiscard]] std::int64_t MinuteVolumeAt(std::span<const Tick> ticks, int second);
 
 }  // namespace holdwise

@@ -59,7 +59,7 @@ PageSide::PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& ma
       quickEntry_(&window.Window(), QuickActions(market.Data())),
       host_({addresses_, window.Window().Area(), quickEntry_, window.Messages(), window.Theme(), process.Log(),
              process.Clock(), database, market.Data(), market.Connection().Bus(), market.Files(),
-             [this](const TDMessage& request) { recorder_.FollowRequest(request); }},
+             [this](const TDMessage& request) { recorder_.HearRequest(request); }},
             process.Asked().workFolder),
       plugins_(host_, addresses_, [&process](const QString& file) { StartAgainWithout(file, process.Asked()); }) {
   addresses_.OnEntered = [this](const QString& name) { window_.Window().SetCurrentAddress(name); };
@@ -96,6 +96,7 @@ QuickEntryActions PageSide::QuickActions(MarketData& data) {
   actions.toggleOwn = [this, &data, isOwn](int codeNumber) {
     try {
       data.SetOptionalStock(codeNumber, !isOwn(codeNumber));
+      recorder_.FollowOwnStocks();
     } catch (const Error& error) {
       process_.Log().TellFailure(QStringLiteral("自选股没有改动。%1").arg(QString::fromUtf8(error.what())));
     }

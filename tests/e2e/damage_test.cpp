@@ -16,6 +16,39 @@ namespace holdwise::e2e {
 namespace {
 
 constexpr qint64 kPage = 4096;
+constexpr char kRowsPage = 5, kIndexPage = 7;
+
+/// What the engine stumbles over when it opens the file.
+void Damage(const QString& path) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+  ASSERT_TRUE(file.seek(2 * kPage));
+  file.write(QByteArray(static_cast<qsizetype>(file.size()) - 2 * kPage, '\x5A'));
+}
+
+/// Answers the page by its first or its second button, then the question, if there is one, by OK.
+void Answer(const Screen& screen, const QString& title, int button, bool isAsked) {
+  ASSERT_TRUE(screen.Enter(title));
+  for (int tab = 0; tab < button; ++tab) screen.Keys({"Tab"});
+  screen.Keys({"space"});
+  if (!isAsked) return;
+  ASSERT_TRUE(screen.Enter("^询问$"));
+  // Cancel is what Return would press.
+  screen.Keys({"Tab", "space"});
+}
+
+/// Ended with 1, and why is told.
+void ExpectSaid(const Outcome& outcome, const QString& words) {
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_TRUE(outcome.err.contains(words)) << outcome.err.toStdString();
+}
+
+/// What --check says, and that it ends with 1 unless all is well.
+void ExpectCheck(const QStringList& arguments, const QString& words, bool isWell = false) {
+  const Outcome check = RunTerminal(arguments + QStringList{"--check"});
+  EXPECT_EQ(check.exitCode, isWell ? 0 : 1);
+  EXPECT_TRUE(check.out.contains(words)) << check.out.toStdString();
+}
 
 class DamagedDatabase : public testing::Test {
  protected:
@@ -41,36 +74,18 @@ class DamagedDatabase : public testing::Test {
     });
     return count;
   }
-  /// What the engine stumbles over when it opens the file.
-  void Damage() const {
-    QFile file(File());
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(file.seek(2 * kPage));
-    file.write(QByteArray(static_cast<qsizetype>(file.size()) - 2 * kPage, '\x5A'));
-  }
   [[nodiscard]] QStringList SetAside() const {
     return QDir(bench_.Work()).entryList({QStringLiteral("holdwise.fdb.2*.damaged")});
-  }
-  /// Answers the page by its first or its second button, then the question, if there is one, by OK.
-  static void Answer(const Screen& screen, const QString& title, int button, bool isAsked) {
-    ASSERT_TRUE(screen.Enter(title));
-    for (int tab = 0; tab < button; ++tab) screen.Keys({"Tab"});
-    screen.Keys({"space"});
-    if (!isAsked) return;
-    ASSERT_TRUE(screen.Enter("^询问$"));
-    // Cancel is what Return would press.
-    screen.Keys({"Tab", "space"});
   }
 
   Bench bench_;
 };
 
 TEST_F(DamagedDatabase, IsSaidByAnExportWithWhatIsSafe) {
-  Damage();
+  Damage(File());
   const QByteArray bytes = Bytes(File());
   const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
-  EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_TRUE(outcome.err.contains("已损坏")) << outcome.err.toStdString();
+  ExpectSaid(outcome, "已损坏");
   EXPECT_TRUE(outcome.err.contains("最近的备份完好")) << outcome.err.toStdString();
   EXPECT_TRUE(outcome.err.contains("2 个组合，4 条持股")) << outcome.err.toStdString();
   EXPECT_EQ(Bytes(File()), bytes) << "nobody was asked";
@@ -80,7 +95,6 @@ TEST_F(DamagedDatabase, IsSaidByAnExportWithWhatIsSafe) {
 // A page of the system's table of indices: not read before the statements of the views are prepared, and empty as one
 // that was never used.
 TEST_F(DamagedDatabase, FoundByAnExportOnTheWayEndsItAtOnce) {
-  constexpr char kRowsPage = 5;
   const QByteArray secondPageOfIndices("\x01\0\0\0\x04\0", 6);  // its number among the table's pages, the table's id
   QFile file(File());
   ASSERT_TRUE(file.open(QIODevice::ReadWrite));
@@ -93,8 +107,7 @@ TEST_F(DamagedDatabase, FoundByAnExportOnTheWayEndsItAtOnce) {
   file.write(QByteArray(kPage, '\0'));
   file.close();
   const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
-  EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_TRUE(outcome.err.contains("终端运行中发现")) << outcome.err.toStdString();
+  ExpectSaid(outcome, "终端运行中发现");
   EXPECT_TRUE(outcome.err.contains("2 个组合，4 条持股")) << outcome.err.toStdString();
   EXPECT_FALSE(outcome.err.contains("没有进展")) << outcome.err.toStdString();
 }
@@ -103,7 +116,7 @@ TEST_F(DamagedDatabase, ComesBackWithOneButton) {
   const Screen screen;
   if (!screen.IsThere()) GTEST_SKIP() << "Xvfb";
   const auto before = bench_.Export("2001-strngrd");
-  Damage();
+  Damage(File());
   RunningTerminal terminal(bench_.Arguments({}), screen.Environment());
   Answer(screen, QStringLiteral("数据库已损坏"), 0, true);
   ASSERT_TRUE(terminal.WaitForWindow());
@@ -116,7 +129,7 @@ TEST_F(DamagedDatabase, ComesBackWithOneButton) {
 TEST_F(DamagedDatabase, StaysAsItIsWhenThePageIsClosed) {
   const Screen screen;
   if (!screen.IsThere()) GTEST_SKIP() << "Xvfb";
-  Damage();
+  Damage(File());
   RunningTerminal terminal(bench_.Arguments({}), screen.Environment());
   ASSERT_TRUE(screen.Enter(QStringLiteral("数据库已损坏")));
   screen.Keys({"Escape"});
@@ -140,8 +153,6 @@ class DamageWhileRunning : public DamagedDatabase {
     import_.start(Program("holdwise-terminal"), bench_.Arguments({"--import", more}));
   }
   void DamagePages() const {
-    constexpr char kRowsPage = 5;
-    constexpr char kIndexPage = 7;
     QFile file(File());
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
     const QByteArray bytes = file.readAll();
@@ -166,8 +177,7 @@ TEST_F(DamageWhileRunning, IsSetAsideWithOneButtonAndTheTerminalStartsAgain) {
   EXPECT_EQ(terminal_->Process().processId(), process);
   EXPECT_EQ(SetAside().size(), 1);
   // It is the work folder's terminal again, and well.
-  const Outcome check = RunTerminal(bench_.Arguments({"--check"}));
-  EXPECT_TRUE(check.out.contains("正常  数据库：")) << check.out.toStdString();
+  ExpectCheck(bench_.Arguments({}), "正常  数据库：", true);
   EXPECT_GE(terminal_->Signal(SIGTERM), 0);
   EXPECT_EQ(terminal_->Process().exitCode(), 0);
   EXPECT_EQ(Portfolios(), 2);
@@ -180,13 +190,10 @@ TEST_F(DamageWhileRunning, LeftForLaterIsShownAndFoundByTheNextStart) {
   EXPECT_EQ(import_.exitCode(), 1);
   const QString said = QString::fromUtf8(import_.readAllStandardError());
   EXPECT_TRUE(said.contains("数据库文件的内容有误")) << said.toStdString();
-  const Outcome check = RunTerminal(bench_.Arguments({"--check"}));
-  EXPECT_EQ(check.exitCode, 1);
-  EXPECT_TRUE(check.out.contains("注意  数据库：")) << check.out.toStdString();
+  ExpectCheck(bench_.Arguments({}), "注意  数据库：");
   EXPECT_GE(terminal_->Signal(SIGTERM), 0);
   const Outcome next = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
-  EXPECT_EQ(next.exitCode, 1);
-  EXPECT_TRUE(next.err.contains("最近的备份完好")) << next.err.toStdString();
+  ExpectSaid(next, "最近的备份完好");
   EXPECT_TRUE(SetAside().isEmpty());
 }
 
@@ -205,19 +212,15 @@ TEST_F(ChangedDatabase, IsSaidByAnExportWhichGoesOnAndEndsWithOne) {
   const QString newest = Backups().Newest()->path;
   for (const char* time : {"once", "again"}) {
     const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File(time)}));
-    EXPECT_EQ(outcome.exitCode, 1) << time;
-    EXPECT_TRUE(outcome.err.contains(kTitle)) << outcome.err.toStdString();
+    ExpectSaid(outcome, kTitle);
     EXPECT_EQ(ReadCsv(bench_.File(QString(time) + "/2001-strngrd.csv")).size(), 3U) << "the figures are there";
     EXPECT_EQ(Backups().Newest()->path, newest);
   }
   const Outcome saved = RunTerminal(bench_.Arguments({"--backup", bench_.File("all.csv")}));
-  EXPECT_EQ(saved.exitCode, 1);
-  EXPECT_TRUE(saved.err.contains(kTitle)) << saved.err.toStdString();
+  ExpectSaid(saved, kTitle);
   EXPECT_TRUE(Bytes(bench_.File("all.csv")).contains("甲,600001,101,"));
   EXPECT_EQ(Backups().Newest()->path, newest);
-  const Outcome check = RunTerminal(bench_.Arguments({"--check"}));
-  EXPECT_EQ(check.exitCode, 1);
-  EXPECT_TRUE(check.out.contains("注意  与备份比较：")) << check.out.toStdString();
+  ExpectCheck(bench_.Arguments({}), "注意  与备份比较：");
 }
 
 TEST_F(ChangedDatabase, WhatIsEnteredMeanwhileIsKeptBesideTheBackups) {
@@ -226,8 +229,7 @@ TEST_F(ChangedDatabase, WhatIsEnteredMeanwhileIsKeptBesideTheBackups) {
     const QString more = bench_.Write(
         "more.csv", QByteArray("name,code,quantity,price\n") + name + ",600003,10,3\n" + name + ",600004,10,4\n");
     const Outcome outcome = RunTerminal(bench_.Arguments({"--import", more, "--backup", bench_.File("all.csv")}));
-    EXPECT_EQ(outcome.exitCode, 1) << outcome.err.toStdString();
-    EXPECT_TRUE(outcome.err.contains("没有作为备份保存")) << outcome.err.toStdString();
+    ExpectSaid(outcome, "没有作为备份保存");
   }
   EXPECT_EQ(Backups().Newest()->path, newest);
   const QStringList beside = QDir(Backups().Path()).entryList({"doubtful-*.csv"}, QDir::Files, QDir::Name);
@@ -244,8 +246,7 @@ TEST_F(ChangedDatabase, IsAskedAboutAgainWhenThePageWasClosed) {
     ASSERT_TRUE(screen.Enter(kTitle));
     screen.Keys({"Escape"});
     ASSERT_TRUE(terminal.WaitForWindow());
-    const Outcome check = RunTerminal(bench_.Arguments({"--check"}));
-    EXPECT_TRUE(check.out.contains("注意  与备份比较：")) << check.out.toStdString();
+    ExpectCheck(bench_.Arguments({}), "注意  与备份比较：");
     (void)terminal.Signal(signal);
     EXPECT_EQ(Backups().Newest()->path, newest);
   }
@@ -269,8 +270,7 @@ TEST_F(DamagedDatabase, AnEmptyMirrorTakesNoBackupsPlace) {
   ASSERT_TRUE(QFile::remove(File()));
   for (const char* time : {"once", "again"}) {
     const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File(time)}));
-    EXPECT_EQ(outcome.exitCode, 1);
-    EXPECT_TRUE(outcome.err.contains("数据库与最近的备份不同")) << outcome.err.toStdString();
+    ExpectSaid(outcome, "数据库与最近的备份不同");
     EXPECT_EQ(Backups().Newest()->portfolios, 2);
   }
 }
@@ -289,12 +289,6 @@ class OtherDatabase : public testing::Test {
     return bench_.Arguments(QStringList{"--db", File()} + more);
   }
   [[nodiscard]] backup::BackupFolder Backups() const { return backup::BackupFolder(bench_.Work(), File()); }
-  void Damage() const {
-    QFile file(File());
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(file.seek(2 * kPage));
-    file.write(QByteArray(static_cast<qsizetype>(file.size()) - 2 * kPage, '\x5A'));
-  }
 
   Bench bench_;
 };
@@ -306,27 +300,21 @@ TEST_F(OtherDatabase, ADifferenceIsSaidWithAllItsCausesAndNotTakenOver) {
   }
   const QString newest = Backups().Newest()->path;
   const Outcome outcome = RunTerminal(Arguments({"--export", bench_.File("after")}));
-  EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_TRUE(outcome.err.contains("另一个程序或另一个工作目录写过它")) << outcome.err.toStdString();
+  ExpectSaid(outcome, "另一个程序或另一个工作目录写过它");
   EXPECT_TRUE(outcome.err.contains("“乙”：名称 己 → 乙")) << outcome.err.toStdString();
   EXPECT_EQ(Backups().Newest()->path, newest);
-  const Outcome check = RunTerminal(Arguments({"--check"}));
-  EXPECT_TRUE(check.out.contains("注意  与备份比较：")) << check.out.toStdString();
+  ExpectCheck(Arguments({}), "注意  与备份比较：");
 }
 
 TEST_F(OtherDatabase, ComesBackWithOneButton) {
   const Screen screen;
   if (!screen.IsThere()) GTEST_SKIP() << "Xvfb";
-  Damage();
+  Damage(File());
   const Outcome outcome = RunTerminal(Arguments({"--export", bench_.File("after")}));
-  EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_TRUE(outcome.err.contains("最近的备份完好")) << outcome.err.toStdString();
+  ExpectSaid(outcome, "最近的备份完好");
   {
     RunningTerminal terminal(Arguments({}), screen.Environment());
-    ASSERT_TRUE(screen.Enter("数据库已损坏"));
-    screen.Keys({"space"});
-    ASSERT_TRUE(screen.Enter("^询问$"));
-    screen.Keys({"Tab", "space"});
+    Answer(screen, QStringLiteral("数据库已损坏"), 0, true);
     ASSERT_TRUE(terminal.WaitForWindow());
     EXPECT_GE(terminal.Signal(SIGTERM), 0);
   }
@@ -335,27 +323,20 @@ TEST_F(OtherDatabase, ComesBackWithOneButton) {
 }
 
 /// Backups that cannot be compared with.
-class SpoiledBackups : public DamagedDatabase {
- protected:
-  [[nodiscard]] Outcome Check() const { return RunTerminal(bench_.Arguments({"--check"})); }
-};
+class SpoiledBackups : public DamagedDatabase {};
 
 TEST_F(SpoiledBackups, APlainFileInTheirPlaceIsSaid) {
   ASSERT_TRUE(QDir(Backups().Path()).removeRecursively());
   (void)bench_.Write("work/backups", "x");
-  const Outcome check = Check();
-  EXPECT_EQ(check.exitCode, 1);
-  EXPECT_TRUE(check.out.contains("注意  备份：")) << check.out.toStdString();
-  EXPECT_TRUE(check.out.contains("注意  与备份比较：")) << check.out.toStdString();
+  ExpectCheck(bench_.Arguments({}), "注意  备份：");
+  ExpectCheck(bench_.Arguments({}), "注意  与备份比较：");
 }
 
 TEST_F(SpoiledBackups, NoneBesidePortfoliosIsSaidAndTheNextStartWritesOne) {
   ASSERT_TRUE(QDir(Backups().Path()).removeRecursively());
-  const Outcome check = Check();
-  EXPECT_EQ(check.exitCode, 1);
-  EXPECT_TRUE(check.out.contains("没有可用的备份")) << check.out.toStdString();
+  ExpectCheck(bench_.Arguments({}), "没有可用的备份");
   EXPECT_EQ(RunTerminal(bench_.Arguments({"--export", bench_.File("after")})).exitCode, 0);
-  EXPECT_EQ(Check().exitCode, 0);
+  ExpectCheck(bench_.Arguments({}), "正常  与备份比较：", true);
   EXPECT_EQ(Backups().Newest()->portfolios, 2);
 }
 
@@ -369,12 +350,10 @@ TEST_F(SpoiledBackups, ThatCannotBeReadAreSaidAndFollowedByAGoodOne) {
     file.write(bytes);
   }
   const QString spoiled = Backups().Newest()->path;
-  const Outcome check = Check();
-  EXPECT_EQ(check.exitCode, 1);
-  EXPECT_TRUE(check.out.contains(spoiled)) << check.out.toStdString();
+  ExpectCheck(bench_.Arguments({}), spoiled);
   const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
   EXPECT_TRUE(outcome.err.contains(spoiled)) << outcome.err.toStdString();
-  EXPECT_EQ(Check().exitCode, 0);
+  ExpectCheck(bench_.Arguments({}), "正常  与备份比较：", true);
   EXPECT_NE(Backups().Newest()->path, spoiled);
 }
 
@@ -385,9 +364,7 @@ TEST_F(ChangedDatabase, IsKeptWhenTheUserWantsItAndNotAskedAboutAgain) {
     RunningTerminal terminal(bench_.Arguments({}), screen.Environment());
     Answer(screen, QString::fromUtf8(kTitle), 0, false);
     ASSERT_TRUE(terminal.WaitForWindow());
-    const Outcome check = RunTerminal(bench_.Arguments({"--check"}));
-    EXPECT_TRUE(check.out.contains("正常  与备份比较：启动时两者不同，以数据库里的为准，已重新备份"))
-        << check.out.toStdString();
+    ExpectCheck(bench_.Arguments({}), "正常  与备份比较：启动时两者不同，以数据库里的为准，已重新备份", true);
     EXPECT_GE(terminal.Signal(SIGTERM), 0);
   }
   EXPECT_TRUE(SetAside().isEmpty());
@@ -415,8 +392,7 @@ TEST_F(ChangedDatabase, WhatNobodyCanHaveEnteredIsSaidAndTheExportEndsWithOne) {
     database.Execute(QStringLiteral("delete from alg_comdetail where MAINID = (select min(ID) from alg_commain)"));
   });
   const Outcome outcome = RunTerminal(bench_.Arguments({"--export", bench_.File("after")}));
-  EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_TRUE(outcome.err.contains("数据库里的组合有疑问")) << outcome.err.toStdString();
+  ExpectSaid(outcome, "数据库里的组合有疑问");
 }
 
 }  // namespace

@@ -2,10 +2,13 @@
 // The page of a security's day in the real terminal: what stays of the day after its end, and the way there and back.
 #include <gtest/gtest.h>
 
+#include <QDirIterator>
 #include <QtEndian>
+#include <algorithm>
 #include <csignal>
 #include <map>
 
+#include "holdwise/packet/packet_file.h"
 #include "screen.h"
 
 namespace holdwise::e2e {
@@ -91,6 +94,60 @@ TEST_F(Intraday, ABatchLeavesTheDayAlone) {
   EXPECT_EQ(bench_.Import().exitCode, 0);
   EXPECT_FALSE(QFile::exists(File()));
   EXPECT_FALSE(QFile::exists(bench_.Work() + "/simulation.dat"));
+}
+
+/// A market with more stocks than there are places, all of which the view of proposals asks prices for.
+class LargeMarket : public Intraday {
+ protected:
+  void SetUp() override {
+    const QString csv = bench_.File("csv");
+    bench_.data = bench_.File("large");
+    ASSERT_EQ(e2e::Run(Program("holdwise-market"),
+                       {"simulate", "--securities", "700", "--days", "300", "--seed", "1", "--out", csv})
+                  .exitCode,
+              0);
+    ASSERT_EQ(
+        e2e::Run(Program("holdwise-market"),
+                 {"build", "--bars", csv + "/bars", "--indices", csv + "/indices", "--securities",
+                  csv + "/securities.csv", "--dates", csv + "/trading_dates.csv", "--rates", csv + "/deposit_rates.csv",
+                  "--estimates", csv + "/estimates.csv", "--simulated", "--out", bench_.data})
+            .exitCode,
+        0);
+    for (const QStringList& row : ReadCsv(csv + "/securities.csv")) codes_ += row.first();
+    codes_.removeFirst();
+  }
+  /// How many stocks the pool has that the view has received.
+  [[nodiscard]] int PoolSize() const {
+    QDirIterator found(bench_.Work(), {"StockPool.dat"}, QDir::Files, QDirIterator::Subdirectories);
+    return found.hasNext() ? ReadPacketFile(found.next()).RowCount() : 0;
+  }
+  [[nodiscard]] std::size_t TicksOf(const QString& code) const {
+    return ReadTicks(File())[1'000'000 + code.toInt()].size();
+  }
+  QStringList codes_;
+};
+
+TEST_F(LargeMarket, WhatIsHeldOrLookedAtHasTicksThoughAPoolIsAskedFor) {
+  ASSERT_GT(codes_.size(), 600);
+  const QString held = codes_.back();
+  ASSERT_EQ(bench_.Import("name,code,quantity,price\n甲," + held.toLatin1() + ",100,1.00\n").exitCode, 0);
+  {
+    RunningTerminal terminal(bench_.Arguments({"--parameter", "Skip智能配置", "--speed", "60"}));
+    ASSERT_TRUE(terminal.WaitForWindow());
+    EXPECT_TRUE(Until([&] { return PoolSize() >= 300; }, 60'000)) << PoolSize();
+    EXPECT_TRUE(Until([&] { return TicksOf(held) >= 3; }, 30'000)) << "held";
+    QThread::msleep(2000);
+    ASSERT_GE(terminal.Signal(SIGTERM), 0);
+  }
+  const Days days = ReadTicks(File());
+  EXPECT_LT(days.size(), 10U) << "the pool is nothing to record";
+  const auto other = std::find_if(codes_.begin(), codes_.end(),
+                                  [&](const QString& code) { return !days.contains(1'000'000 + code.toInt()); });
+  ASSERT_NE(other, codes_.end());
+  RunningTerminal terminal(bench_.Arguments({"--address", "分时走势", "--parameter", *other, "--speed", "60"}));
+  ASSERT_TRUE(terminal.WaitForWindow());
+  EXPECT_TRUE(Until([&] { return TicksOf(*other) >= 3; }, 30'000)) << other->toStdString();
+  EXPECT_GE(terminal.Signal(SIGTERM), 0);
 }
 
 /// Typed, Enter, Escape: the view is the one that was left.

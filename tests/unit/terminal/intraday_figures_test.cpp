@@ -173,6 +173,14 @@ TEST(PriceScaleTest, IsSymmetricalAboutThePreviousClose) {
   EXPECT_DOUBLE_EQ(ScaleFor(std::vector<Tick>{{0, 1010}}, averages, 1000).High(), 1084);
 }
 
+TEST(PriceScaleTest, HoldsWhatIsKnownWithoutAPlaceInTime) {
+  // The last price stands 2.29 percent below 2100: 48 below, 48 x 1.05 either way.
+  const std::vector<std::int64_t> known{2052, -1, 0};
+  EXPECT_DOUBLE_EQ(ScaleFor({}, {}, 2100, known).reach, 50.4);
+  EXPECT_DOUBLE_EQ(ScaleFor(std::vector<Tick>{{0, 2000}}, {}, 2100, known).reach, 105);
+  EXPECT_DOUBLE_EQ(ScaleFor({}, {}, 0, known).middle, 2052) << "a first trading day";
+}
+
 TEST(PriceScaleTest, IsNeverTooNarrow) {
   EXPECT_DOUBLE_EQ(ScaleFor(std::vector<Tick>{{0, 10001}}, {}, 10000).reach, 50) << "half a percent";
   EXPECT_DOUBLE_EQ(ScaleFor(std::vector<Tick>{{0, 100}}, {}, 100).reach, 2);
@@ -221,6 +229,20 @@ TEST(ChartLayoutTest, PricesStandAboveVolumes) {
   EXPECT_DOUBLE_EQ((prices.high - 960) / (prices.high - prices.low) * 469, 340.44);
 }
 
+TEST(ChartLayoutTest, RowsHaveTheirPricesAndPercentages) {
+  // 40 around 2000 is 2 percent either way; four rows above the middle, half a percent each.
+  const PriceScale scale{2000, 40};
+  const std::vector<RowLabel> labels = RowLabels(LayOut({1000, 500}, 50, 16, scale), scale, 2000);
+  QStringList texts;
+  for (const RowLabel& label : labels) texts.append(label.price + u' ' + label.percent);
+  EXPECT_EQ(texts.join(u'|'), QStringLiteral("19.60 -2.00%|19.70 -1.50%|19.80 -1.00%|19.90 -0.50%|20.00 0.00%|"
+                                             "20.10 +0.50%|20.20 +1.00%|20.30 +1.50%|20.40 +2.00%"));
+  EXPECT_DOUBLE_EQ(labels.front().y, 9 + 340.44);
+  EXPECT_DOUBLE_EQ(labels.back().y, 9);
+  for (const RowLabel& label : RowLabels(LayOut({1000, 500}, 50, 16, scale), scale, 0))
+    EXPECT_EQ(label.percent, QString()) << "of nothing";
+}
+
 TEST(ChartLayoutTest, BarsStandOnTheLowerEdge) {
   ChartLayout layout;
   layout.plot = QRectF(100, 0, 960, 300);  // four points a minute
@@ -232,6 +254,17 @@ TEST(ChartLayoutTest, BarsStandOnTheLowerEdge) {
   EXPECT_FALSE(bars[0].isFall);
   EXPECT_EQ(bars[1].rectangle, QRectF(104.5, 250, 3, 50));
   EXPECT_TRUE(bars[1].isFall);
+}
+
+TEST(ChartLayoutTest, NoBarIsTooSmallToBeSeen) {
+  ChartLayout layout;
+  layout.plot = QRectF(100, 0, 120, 300);  // half a point a minute
+  layout.volumes = QRectF(100, 200, 120, 100);
+  const std::vector<BarPlace> bars = BarsIn(layout, std::vector<MinuteBar>{{0, 1, 1, 1'000'000}, {1, 1, 1, 100}});
+  ASSERT_EQ(bars.size(), 2U);
+  EXPECT_EQ(bars[0].rectangle.size(), QSizeF(1, 100));
+  EXPECT_EQ(bars[1].rectangle.size(), QSizeF(1, 1));
+  EXPECT_EQ(bars[1].rectangle.bottom(), 300);
 }
 
 TEST(ChartLayoutTest, ASmallPlaceHasFewerRowsAndNoNegativeOnes) {
@@ -264,6 +297,58 @@ TEST(DayWordsTest, SaySinceWhenThereIsALineAndHowTheAverageIsMade) {
       WordsOfDay(facts, {}, AverageKind::None).constLast().startsWith(QStringLiteral("还没有 2024-05-29 的分时记录")));
   facts.hasPrice = false;
   EXPECT_TRUE(WordsOfDay(facts, {}, AverageKind::None).constLast().startsWith(QStringLiteral("行情里没有它的价格")));
+}
+
+TEST(DayWordsTest, SayWhenAPlaceWasLostAndWhenNothingIsSaved) {
+  DayFacts facts{QStringLiteral("2024-05-29"), false, false, true, 2700, 500};
+  const std::vector<Tick> late{{2520, 1000, 100, -1, true}, {2600, 1001}};
+  facts.hasLostItsPlace = true;
+  EXPECT_EQ(WordsOfDay(facts, late, AverageKind::None).value(1),
+            QStringLiteral("10:12 起有记录：最多记录 300 只，此前的让给了别的股票"));
+  facts.isSaved = false;
+  EXPECT_TRUE(WordsOfDay(facts, late, AverageKind::None).value(1).startsWith(QStringLiteral("存不了盘")));
+  EXPECT_TRUE(WordsOfDay(facts, {}, AverageKind::None).value(1).startsWith(QStringLiteral("存不了盘")));
+  EXPECT_EQ(WordsOfDay(facts, {}, AverageKind::None).constLast(),
+            QStringLiteral("还没有它今天的分时记录：图上是现价，从现在起记录"));
+}
+
+TEST(DayWordsTest, TheTwoLongestGapsAreNamedAndAllOfThemInTheHint) {
+  const DayFacts facts{QStringLiteral("2024-05-29"), false, false, true, 14000, 500};
+  // A gap of 90 s after each quarter of an hour from 9:45 on, but 5 minutes from 10:00 and 10 from 14:00 on.
+  std::vector<Tick> ticks{{0, 1000}};
+  for (int quarter = 1; quarter < 16; ++quarter) {
+    const int from = quarter * 900;
+    ticks.push_back({from, 1000 + quarter});
+    ticks.push_back({from + (quarter == 2 ? 300 : quarter == 12 ? 600 : 90), 1000, -1, -1, true});
+  }
+  const auto words = [&](std::size_t count) {
+    return WordsOfDay(facts, std::span(ticks).first(count), AverageKind::None).value(1);
+  };
+  EXPECT_EQ(words(3), QStringLiteral("09:45–09:46 没有记录（终端没有运行）"));
+  EXPECT_EQ(words(5), QStringLiteral("09:45–09:46、10:00–10:05 没有记录（终端没有运行）"));
+  EXPECT_EQ(words(ticks.size()), QStringLiteral("10:00–10:05、14:00–14:10 等 15 段没有记录（终端没有运行）"));
+  const QString hint = HintOfDay(ticks);
+  EXPECT_EQ(hint.count(u'–'), 15);
+  EXPECT_TRUE(hint.contains(QStringLiteral("14:45–14:46"))) << hint.toStdString();
+  for (const QString& line : hint.split(u'\n')) EXPECT_LE(line.count(u'–'), 5);
+  EXPECT_EQ(HintOfDay(std::span(ticks).first(5)).count(u'–'), 0) << "they are named already";
+}
+
+/// 500 shares at 10.00, 300 at 10.10 half a minute later, 100 at 10.20 at its end.
+TEST(DayWordsTest, AMomentIsWhatWasKnownThen) {
+  const std::vector<Tick> ticks{{0, 1000, 500, 500'000}, {30, 1010, 800, 803'000}, {60, 1020, 900, 905'000}};
+  const QString first = QStringLiteral("09:30:10  价 10.00  均 10.00  涨跌 0.00%  量 500 股");
+  EXPECT_EQ(WordsOfMoment(10, ticks, AverageKind::ByAmount, 1000), first);
+  EXPECT_EQ(WordsOfMoment(10, std::span(ticks).first(1), AverageKind::ByAmount, 1000), first);
+  // (500 x 10.00 + 300 x 10.10) / 800 = 10.0375
+  EXPECT_EQ(WordsOfMoment(59, ticks, AverageKind::ByAmount, 1000),
+            QStringLiteral("09:30:59  价 10.10  均 10.04  涨跌 +1.00%  量 800 股"));
+  EXPECT_EQ(WordsOfMoment(59, ticks, AverageKind::ByTime, 0),
+            QStringLiteral("09:30:59  价 10.10  均 10.10  量 800 股"));
+  // 9050 / 900 = 10.0556; in the next minute nothing has been traded yet.
+  EXPECT_EQ(WordsOfMoment(61, ticks, AverageKind::ByAmount, 1000),
+            QStringLiteral("09:31:01  价 10.20  均 10.06  涨跌 +2.00%"));
+  EXPECT_EQ(WordsOfMoment(5, std::span(ticks).subspan(1), AverageKind::ByAmount, 1000), QStringLiteral("09:30:05"));
 }
 
 TEST(DayWordsTest, TheRangeIsTheServicesElseThatOfTheTicks) {

@@ -8,6 +8,7 @@
 #include <QtCharts/QLineSeries>
 #include <cmath>
 
+#include "accessible_names.h"
 #include "market_data_fixture.h"
 #include "recording_bus.h"
 
@@ -41,6 +42,7 @@ class IntradayPageTest : public MarketDataTest {
     bus_.Answer("600000", entry, time);
     data_.ApplyQuotes({{kStock, {static_cast<double>(price) / 100, 8.2}}});
     QTest::qWait(100);
+    QApplication::processEvents();  // what is due by now, however late the wait came back
   }
   [[nodiscard]] QString Text(const char* name) const {
     return page_->findChild<QLabel*>(QString::fromUtf8(name))->text();
@@ -107,8 +109,22 @@ TEST_F(IntradayPageTest, TheLineGrowsWhileItIsShown) {
   Say(130001, 810);
   EXPECT_EQ(Line("价格").constLast(), QPointF(7201, 810)) << "the break takes no place";
   EXPECT_EQ(Line("昨收"), (QList<QPointF>{{0, 820}, {14400, 820}}));
+  // The mean of the minutes: 8.18 from 9:30 to 11:30, that are 120, then 8.10.
+  const QList<QPointF> average = Line("均价");
+  ASSERT_EQ(average.size(), 2);
+  EXPECT_EQ(average[0], QPointF(10, 818));
+  EXPECT_EQ(average[1].x(), 7201);
+  EXPECT_NEAR(average[1].y(), (120 * 818 + 810) / 121.0, 1e-9);
   Say(140000, 810);  // nothing new, but the price still holds
   EXPECT_EQ(Line("价格").constLast(), QPointF(10800, 810));
+}
+
+TEST_F(IntradayPageTest, TheAverageLineIsAmountByVolume) {
+  Show("600000");
+  Say(93000, 815, 500, 407'500);
+  Say(93101, 836, 700, 574'700);     // 200 at 8.36
+  Say(93130, 825, 1500, 1'234'700);  // 800 at 8.25
+  EXPECT_EQ(Line("均价"), (QList<QPointF>{{0, 815}, {90, 1'234'700 / 1500.0}}));
 }
 
 TEST_F(IntradayPageTest, BarsAreTheVolumesOfTheMinutes) {
@@ -123,6 +139,26 @@ TEST_F(IntradayPageTest, BarsAreTheVolumesOfTheMinutes) {
   EXPECT_DOUBLE_EQ(bars[0].rectangle.height(), 3 * bars[1].rectangle.height()) << "900 shares and 300";
 }
 
+/// In whole points: a bar is of its colour up to its edges.
+TEST_F(IntradayPageTest, BarsAreCrisp) {
+  Show("600000");
+  Say(93000, 815, 900);
+  Say(93201, 816, 1200);
+  const QImage picture = Chart().viewport()->grab().toImage();
+  for (const BarPlace& bar : Chart().Bars()) {
+    const int middle = qRound(bar.rectangle.center().y());
+    int points = 0;
+    for (int x = static_cast<int>(bar.rectangle.left()); x <= bar.rectangle.right(); ++x) {
+      const QColor color = picture.pixelColor(x, middle);
+      if (color == theme_.ColorOfChange(1)) ++points;
+      EXPECT_TRUE(color == theme_.ColorOfChange(1) || color == Theme("Qm_BGCorlor") ||
+                  color == Theme("KTR_BorderColor"))
+          << x << " " << color.name().toStdString();
+    }
+    EXPECT_EQ(points, qRound(bar.rectangle.right()) - qRound(bar.rectangle.left()));
+  }
+}
+
 TEST_F(IntradayPageTest, WithoutAPriceItSaysSo) {
   Show("601001");
   EXPECT_EQ(Text("title"), QStringLiteral("601001  股票1"));
@@ -132,6 +168,37 @@ TEST_F(IntradayPageTest, WithoutAPriceItSaysSo) {
   EXPECT_TRUE(Text("notice").contains(QStringLiteral("行情里没有它的价格")));
   EXPECT_TRUE(Line("价格").isEmpty());
   EXPECT_TRUE(recorder_->IsFollowed(1601001)) << "followed from now on";
+}
+
+/// 34.50 against 34.61 is 0.32 percent, 33.60 is 2.92: the scale is 1.01 x 1.05 either way.
+TEST_F(IntradayPageTest, WithoutTicksThePriceIsAPointInsideTheScale) {
+  Show("600000");
+  Say(101200, 815);
+  data_.ApplyQuotes({{1600036, {33.60, 34.61}}});
+  data_.SetCurrentCode("600036");
+  EXPECT_EQ(Line("价格"), (QList<QPointF>{{2520, 3360}}));
+  EXPECT_DOUBLE_EQ(Chart().Scale().reach, 101 * 1.05);
+  EXPECT_TRUE(Text("notice").contains(QStringLiteral("图上是现价，从现在起记录"))) << Text("notice").toStdString();
+  const ChartLayout& places = Chart().Places();
+  const QRectF around(places.Axis().XOf(2520) - 4, places.YOf(3360, Chart().Scale()) - 4, 8, 8);
+  EXPECT_GT(PointsOf(Theme("Grid_ClickTxtColor"), around), 15) << "a dot";
+  EXPECT_TRUE(places.prices.contains(around.center()));
+}
+
+TEST_F(IntradayPageTest, TheScaleHoldsTheDaysHighAndLow) {
+  Show("600000");
+  TDFieldSet entry = PriceOf(815);
+  entry.Set("High", Decimal{880, 2});
+  entry.Set("Low", Decimal{810, 2});
+  bus_.Answer("600000", entry, 101200U);
+  QTest::qWait(100);
+  EXPECT_DOUBLE_EQ(Chart().Scale().High(), 820 + 60 * 1.05);
+}
+
+TEST_F(IntradayPageTest, TheHintSaysWhatIsRecorded) {
+  Show("600000");
+  Say(93000, 815);
+  EXPECT_TRUE(page_->findChild<QLabel*>("notice")->toolTip().contains(QStringLiteral("最多 300 只")));
 }
 
 TEST_F(IntradayPageTest, ALineThatBeginsLateSaysSinceWhen) {
@@ -148,7 +215,7 @@ TEST_F(IntradayPageTest, AnotherSecurityTakesItsPlace) {
   data_.SetCurrentCode("1");
   EXPECT_EQ(Text("title"), QStringLiteral("000001  上证指数"));
   EXPECT_EQ(Text("price"), QStringLiteral("3111.02"));
-  EXPECT_TRUE(Line("价格").isEmpty());
+  EXPECT_EQ(Line("价格"), (QList<QPointF>{{0, 311'102}})) << "its price now";
   bus_.Answer("399001", PriceOf(941'422), 93000);
   page_->SetParameter("399001");
   EXPECT_EQ(Text("title"), QStringLiteral("399001  深证成指"));
@@ -185,6 +252,50 @@ TEST_F(IntradayPageTest, TheCrosshairFollowsTheMouse) {
   EXPECT_EQ(Chart().Cross()->second, 3601) << "not into the future";
   QTest::mouseMove(Chart().viewport(), QPoint(3, 3));
   EXPECT_EQ(Chart().Cross(), nullptr);
+}
+
+/// The average at 10:00 is of what was traded until then, whatever comes.
+TEST_F(IntradayPageTest, ACrosshairThatStandsShowsOneMoment) {
+  Show("600000");
+  Say(93000, 815, 500, 407'500);
+  Say(100001, 836, 700, 574'700);
+  MoveTo(9000);  // the newest second
+  ASSERT_NE(Chart().Cross(), nullptr);
+  ASSERT_EQ(Chart().Cross()->second, 1801);
+  const QString text = Chart().Cross()->text;
+  EXPECT_EQ(text, QStringLiteral("10:00:01  价 8.36  均 8.21  涨跌 +1.95%  量 200 股"));  // 5747 / 700
+  Say(100030, 850, 9700, 8'224'700);
+  EXPECT_EQ(Chart().Cross()->text, text);
+  EXPECT_EQ(Chart().Cross()->price, 836);
+}
+
+TEST_F(IntradayPageTest, TheCrosshairIsPainted) {
+  Show("600000");
+  Say(93000, 815, 500, 407'500);
+  Say(140001, 836, 700, 574'700);
+  const ChartLayout& places = Chart().Places();
+  const double x = places.Axis().XOf(7200), y = places.YOf(815, Chart().Scale());
+  const QRectF column(std::round(x) - 1, places.prices.center().y(), 3, places.prices.height() / 2);
+  const QRectF row(places.plot.center().x() + 20, std::round(y) - 1, 100, 3);
+  const QRectF box(0, y - 8, places.plot.left() - 3, 16);
+  const QColor text = Theme("Grid_UnSelTxtColor");
+  const int before[] = {PointsOf(text, column), PointsOf(text, row), PointsOf(Theme("KTR_BorderColor"), box)};
+  MoveTo(7200);
+  ASSERT_NE(Chart().Cross(), nullptr);
+  EXPECT_GT(PointsOf(text, column), before[0] + 30);
+  EXPECT_GT(PointsOf(text, row), before[1] + 20);
+  EXPECT_GT(PointsOf(Theme("KTR_BorderColor"), box), before[2] + 100) << "its price at the left";
+}
+
+TEST_F(IntradayPageTest, EveryControlHasAName) {
+  Show("600000");
+  int named = 0;
+  EXPECT_EQ(test::UnnamedControls(*page_, named).join('\n').toStdString(), "");
+  EXPECT_GE(named, 1) << "the picture";
+  // A figure's name is the figure, its description what it is of.
+  QAccessibleInterface* price = QAccessible::queryAccessibleInterface(page_->findChild<QLabel*>("price"));
+  EXPECT_EQ(price->text(QAccessible::Name), QStringLiteral("8.15"));
+  EXPECT_EQ(price->text(QAccessible::Description), QStringLiteral("现价"));
 }
 
 TEST_F(IntradayPageTest, TheArrowKeysMoveTheCrosshairByMinutes) {

@@ -12,6 +12,8 @@
 #include <memory>
 #include <set>
 
+#include "accessible_names.h"
+
 namespace holdwise {
 namespace {
 
@@ -140,6 +142,13 @@ TEST_F(QuickEntryTest, AClickGoesToTheRow) {
   Click(2, 1);
   EXPECT_EQ(chosen_, std::vector<int>{1600519});
   EXPECT_FALSE(entry_->isVisible());
+}
+
+TEST_F(QuickEntryTest, EveryControlHasAName) {
+  Type("60");
+  int named = 0;
+  EXPECT_EQ(test::UnnamedControls(*entry_, named).join('\n').toStdString(), "");
+  EXPECT_GE(named, 2) << "the edit box and the list";
 }
 
 TEST_F(QuickEntryTest, StaysInsideTheWindow) {

@@ -3,10 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <memory>
 
+#include "file_size_limit.h"
 #include "intraday/trading_day.h"
 
 namespace holdwise {
@@ -183,6 +185,67 @@ TEST_F(TickStoreTest, AFileThatCannotBeWrittenIsSaidAndTheDayGoesOnInMemory) {
   TickStore inMemory(QString(), kDay);
   EXPECT_TRUE(inMemory.Add(kStock, {0, 5}));
   EXPECT_TRUE(inMemory.Problem().isEmpty());
+}
+
+TEST_F(TickStoreTest, UnknownSecuritiesTakeNoPlace) {
+  for (int place = 0; place < static_cast<int>(TickStore::kMostSecurities); ++place)
+    EXPECT_TRUE(store_->Add(1'600'001 + place, {0, 1}));
+  store_.reset();
+  store_ = std::make_unique<TickStore>(Path(), kDay, [](int codeNumber) { return codeNumber == 1'600'007; });
+  EXPECT_EQ(store_->CodeNumbers(), std::vector<int>{1'600'007});
+  EXPECT_TRUE(store_->Add(kOther, {0, 1}));
+}
+
+TEST_F(TickStoreTest, AForgottenSecurityFreesItsPlace) {
+  AddTen();
+  for (int place = 1; place < static_cast<int>(TickStore::kMostSecurities); ++place)
+    EXPECT_TRUE(store_->Add(1'600'000 + place, {0, 1}));
+  store_->Flush();
+  store_->Forget(kStock);
+  EXPECT_TRUE(store_->Of(kStock).empty());
+  EXPECT_TRUE(store_->Add(kOther, {0, 1}));
+  Open();
+  EXPECT_TRUE(store_->Of(kStock).empty()) << "after a restart too";
+  EXPECT_EQ(SecondsOf(kOther), std::vector<int>{0});
+  EXPECT_EQ(store_->CodeNumbers().size(), TickStore::kMostSecurities);
+  store_->Forget(1'600'001);
+  EXPECT_TRUE(store_->Add(kStock, {300, 7}));
+  Open();
+  EXPECT_EQ(SecondsOf(kStock), std::vector<int>{300}) << "of the first time nothing is left";
+}
+
+TEST_F(TickStoreTest, AWriteThatFailedIsTriedAgainAndLosesNothing) {
+  AddTen();
+  store_->Flush();
+  {
+    const test::FileSizeLimit limit(static_cast<rlim_t>(Size() + 10));  // no whole row more
+    for (int tick = 10; tick < 13; ++tick) EXPECT_TRUE(store_->Add(kStock, {tick * 10, 1000 + tick}));
+    EXPECT_FALSE(store_->Problem().isEmpty());
+    store_->Flush();
+    EXPECT_FALSE(store_->Problem().isEmpty());
+    TickStore other(Path(), kDay);
+    EXPECT_EQ(other.Of(kStock).size(), 10U) << "what was there is whole";
+  }
+  EXPECT_TRUE(store_->Add(kStock, {130, 1013}));
+  EXPECT_FALSE(store_->Problem().isEmpty()) << "not with every tick";
+  store_->Flush();
+  EXPECT_TRUE(store_->Problem().isEmpty());
+  TickStore other(Path(), kDay);
+  EXPECT_EQ(other.Of(kStock), store_->Of(kStock));
+  EXPECT_EQ(other.Of(kStock).size(), 14U);
+}
+
+TEST_F(TickStoreTest, AFolderThatComesBackGetsTheWholeDay) {
+  const QString path = folder_.filePath(QStringLiteral("gone/ticks.dat"));
+  store_ = std::make_unique<TickStore>(path, kDay);
+  AddTen();
+  store_->DropAfter(45);
+  ASSERT_TRUE(QDir(folder_.path()).mkdir(QStringLiteral("gone")));
+  store_->Flush();
+  EXPECT_TRUE(store_->Problem().isEmpty());
+  TickStore other(path, kDay);
+  EXPECT_EQ(other.Of(kStock), store_->Of(kStock));
+  EXPECT_EQ(other.Of(kStock).size(), 5U);
 }
 
 }  // namespace

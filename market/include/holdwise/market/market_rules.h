@@ -26,6 +26,10 @@ struct PriceLimits {
 /// As the exchanges state them: previous close x (1 +- percent / 100), rounded half up to the tick of 0.01; the lower
 /// one at least one cent. `previousClose` in cents, above 0.
 [[nodiscard]] PriceLimits LimitsAround(std::int64_t previousClose, int percent) noexcept;
+/// Whether a code number is a stock's and not an index's.
+[[nodiscard]] constexpr bool IsStockNumber(int codeNumber) noexcept {
+  return codeNumber >= kStockBase;
+}
 /// Code number of a stock: 1600000 for "600000". 0 when the text is not six digits.
 [[nodiscard]] int CodeNumberOfStock(std::string_view sixDigits) noexcept;
 
