@@ -33,7 +33,7 @@ std::vector<Tick> FullDay() {
 }
 
 struct Shown {
-  explicit Shown(benchmark::State& state) : day{FullDay(), kClose, true, kDaySeconds} {
+  explicit Shown(benchmark::State& state) : day{FullDay(), kClose, true, kDaySeconds, Tick::kUnknown, {}} {
     ScriptedDebug log;
     chart.SetColors(LineColorsOf(ThemeServices(ThemeKind::Dark, log)));
     chart.resize(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));

@@ -24,7 +24,6 @@ bool IsAccepted(const TDMessage& reply) {
 
 InProcessBus::InProcessBus(std::optional<std::uint64_t> simulationSeed, double simulationSpeed)
     : seed_(simulationSeed), speed_(simulationSpeed) {
-  clock_.start();
   timer_.setInterval(kTickMilliseconds);
   connect(&timer_, &QTimer::timeout, this, &InProcessBus::Tick);
 }
@@ -88,7 +87,8 @@ void InProcessBus::Tick() {
     simulation_->Step();
     Q_EMIT PricesMoved();
   }
-  for (QuoteService::Push& push : service_->CollectPushes(clock_.elapsed())) {
+  ticked_ += kTickMilliseconds;
+  for (QuoteService::Push& push : service_->CollectPushes(ticked_)) {
     const auto found = subscribers_.find(push.subscriber);
     if (found == subscribers_.end() || !found->second.subscription) continue;
     Deliver(push.subscriber, found->second.subscription->request, std::move(push.message));

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "datacentre/market_data.h"
 
-#include <QTimeZone>
 #include <algorithm>
 
+#include "datacentre/beijing_time.h"
 #include "holdwise/packet/code_numbers.h"
 #include "holdwise/packet/dates.h"
 #include "holdwise/packet/number_text.h"
@@ -14,7 +14,6 @@ namespace {
 constexpr int kAllAShares = 10;
 constexpr int kShanghai = 1;
 constexpr int kShenzhen = 2;
-constexpr int kBeijingOffsetSeconds = 8 * 3600;
 
 /// First letters of kIndexNames.
 constexpr const char* kIndexInitials[kIndexCount] = {"S Z Z S", "S Z C Z", "H S 3 0 0"};
@@ -176,7 +175,7 @@ std::vector<int> MarketData::GetGroupCodeNumList(const QString& groupName) const
 }
 
 std::optional<int> MarketData::SecondOfTradingDay() const {
-  const QDateTime now = clock_.Now().toOffsetFromUtc(kBeijingOffsetSeconds);
+  const QDateTime now = BeijingTime(clock_.Now());
   const QDate day = now.date();
   const int today = day.year() * 10000 + day.month() * 100 + day.day();
   if (today != currentDate_ || tradingDates_.empty() || tradingDates_.front() != today) return std::nullopt;

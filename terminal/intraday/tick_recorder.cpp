@@ -4,13 +4,13 @@
 #include <QFileInfo>
 #include <algorithm>
 
+#include "datacentre/beijing_time.h"
 #include "holdwise/packet/number_text.h"
 #include "intraday/trading_day.h"
 
 namespace holdwise {
 namespace {
 
-constexpr int kBeijingOffsetSeconds = 8 * 3600;
 constexpr int kFlushMilliseconds = 5000;
 /// A time that goes back by more than this has been set back; less is a late reply.
 constexpr int kSetBackSeconds = 60;
@@ -177,7 +177,7 @@ std::optional<int> TickRecorder::SecondOf(const TDMessage& message) const {
     return second ? TradingSecondAt(*second) : std::nullopt;
   }
   if (data_.IsSimulated()) return std::nullopt;  // its prices are of no time of this day
-  const QDateTime now = clock_.Now().toOffsetFromUtc(kBeijingOffsetSeconds);
+  const QDateTime now = BeijingTime(clock_.Now());
   const QDate day = now.date();
   if (day.year() * 10000 + day.month() * 100 + day.day() != data_.CurrentDate()) return std::nullopt;
   return TradingSecondAt(now.time().msecsSinceStartOfDay() / 1000);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "datacentre/beijing_time.h"
 #include "intraday/trading_day.h"
 
 namespace holdwise {
@@ -34,14 +35,29 @@ qint64 StoodStill(qint64 age, int traded) {
   return std::min<qint64>(age, traded < kMorningSeconds ? traded : traded - kMorningSeconds);
 }
 
+/// The day of the last opening there can have been: which working days are holidays is not known.
+QDate LastOpening(const QDateTime& now) {
+  constexpr int kFriday = 5;
+  QDate day = now.time() < QTime(9, 30) ? now.date().addDays(-1) : now.date();
+  while (day.dayOfWeek() > kFriday) day = day.addDays(-1);
+  return day;
+}
+
+QuoteWords WordsOfAnotherDay(const QuoteFacts& facts) {
+  QuoteWords words{QStringLiteral("行情日期 %1 · 不是今天的行情").arg(facts.date), facts.problem};
+  if (words.reason.isEmpty() && QDate::fromString(facts.date, Qt::ISODate) < LastOpening(facts.now))
+    words.reason = QStringLiteral("如果之后开过市，数据还没有更新");
+  return words;
+}
+
 }  // namespace
 
 QuoteWords WordsOf(const QuoteFacts& facts) {
   const QString day = QStringLiteral("行情日期 %1").arg(facts.date);
   const QString text = QStringLiteral("%1 · %2");
   const QString noPrice = QStringLiteral("还没有新价格");
-  if (!facts.second)
-    return {text.arg(day, facts.isSimulated ? noPrice : QStringLiteral("不是今天的行情")), facts.problem};
+  if (!facts.second && !facts.isSimulated) return WordsOfAnotherDay(facts);
+  if (!facts.second) return {text.arg(day, noPrice), facts.problem};
   const QString ownTime = QStringLiteral("行情 ") + QTime::fromMSecsSinceStartOfDay(*facts.second * 1000).toString();
   const std::optional<int> traded = TradingSecondAt(*facts.second);
   if (const QString pause = PauseWords(traded, facts.isSimulated); !pause.isEmpty())
@@ -73,7 +89,8 @@ QuoteStatus::QuoteStatus(const MarketData& data, MarketConnection& connection, C
 void QuoteStatus::Show() {
   const bool isSimulated = data_.IsSimulated();
   const std::optional<int> second = isSimulated ? connection_.OwnSecondOfDay() : data_.SecondOfTradingDay();
-  const QuoteWords words = WordsOf({clock_.Now(), newest_, data_.CurrentDateText(), isSimulated, second, problem_});
+  const QuoteWords words = WordsOf(
+      {BeijingTime(clock_.Now()), BeijingTime(newest_), data_.CurrentDateText(), isSimulated, second, problem_});
   window_.SetQuotes(words.text, words.reason);
   constexpr std::pair<int, const char*> kIndices[] = {{1, "上证"}, {399001, "深成"}, {399300, "沪深300"}};
   std::vector<IndexLevel> levels;

@@ -13,9 +13,9 @@ namespace holdwise {
 
 /// What is known of the prices at a moment.
 struct QuoteFacts {
-  QDateTime now;
+  QDateTime now;     ///< on the exchanges' clock, as all times here
   QDateTime newest;  ///< when a price last came or moved; invalid: none has
-  QString date;      ///< of the market
+  QString date;      ///< of the market, "YYYY-MM-DD"
   bool isSimulated = false;
   std::optional<int> second;  ///< since midnight, on the market's clock; none: today is not the market's date, or it is
                               ///< simulated and does not run

@@ -5,9 +5,12 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QStyleOption>
+#include <QWidget>
 
 namespace holdwise {
 namespace {
+
+constexpr float kOutlineShare = 0.6F;
 
 /// The button at the end of a menu bar that has no room for all its menus: a double arrow.
 QIcon ExtensionIcon(const QPalette& palette) {
@@ -31,6 +34,15 @@ QIcon TerminalStyle::standardIcon(StandardPixmap which, const QStyleOption* opti
 void TerminalStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                   const QWidget* widget) const {
   QProxyStyle::drawPrimitive(element, option, painter, widget);
+  const bool isPopup = widget != nullptr && widget->windowType() == Qt::Popup;
+  if (isPopup && (element == PE_PanelMenu || element == PE_FrameMenu || element == PE_Frame)) {
+    // Its outline of what pops up is darker than the window, too.
+    QColor outline = option->palette.color(QPalette::PlaceholderText);
+    outline.setAlphaF(kOutlineShare);
+    painter->setPen(outline);
+    painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+    return;
+  }
   if (element != PE_IndicatorCheckBox && element != PE_IndicatorRadioButton) return;
   // Fusion draws their outline in the window's colour made darker, which nobody sees on a dark one.
   painter->save();

@@ -70,6 +70,21 @@ TEST(InProcessBusTest, PushesChangesAtMostOnceASecond) {
   EXPECT_EQ(listener.heard[2].count(QLatin1Char('=')), 200);  // always the full list
 }
 
+/// A timer that is a little early must not cost every second push.
+TEST(InProcessBusTest, EveryStepOfTheMarketIsPushed) {
+  std::vector<Quote> quotes = SomeQuotes();
+  for (int i = 0; i < 200; ++i) quotes.push_back(MakeQuote(1601000 + i, 5001 + i, 5000 + i));
+  ConnectedBus bus(quotes, 42);
+  QSignalSpy moves(&bus, &InProcessBus::PricesMoved);
+  Listener listener(bus);
+  QStringList codes;
+  for (int i = 0; i < 200; ++i) codes += QStringLiteral("01601%1").arg(i, 3, 10, QLatin1Char('0'));
+  listener.role->Send(QStringLiteral("0|") + codes.join(QLatin1Char(',')));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return moves.size() == 6; }, 30'000));
+  EXPECT_TRUE(listener.Hears(7)) << "the answer, and a push a step";
+  EXPECT_EQ(moves.size(), 6);
+}
+
 TEST(InProcessBusTest, QuietMarketPushesNothing) {
   ConnectedBus bus(SomeQuotes());
   Listener listener(bus);

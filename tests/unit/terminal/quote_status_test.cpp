@@ -57,6 +57,18 @@ TEST(QuoteWordsTest, SayTimeAndAgeAndWhyPricesStandStill) {
       {{At(15, 0, 0), At(15, 0, 0), date, false, second(15, 0, 0), {}}, "行情日期 2024-05-29 · 已收盘", ""},
       {{At(12, 30, 0), At(11, 30, 0), date, false, {}, {}}, "行情日期 2024-05-29 · 不是今天的行情", ""},
       {{At(12, 30, 0), At(11, 30, 0), date, false, {}, "文件不在"}, "行情日期 2024-05-29 · 不是今天的行情", "文件不在"},
+      // 2024-05-29 is a Wednesday: at the next opening there can have been newer prices, over a weekend not.
+      {{At(9, 29, 59).addDays(1), At(11, 30, 0), date, false, {}, {}}, "行情日期 2024-05-29 · 不是今天的行情", ""},
+      {{At(9, 30, 0).addDays(1), At(11, 30, 0), date, false, {}, {}},
+       "行情日期 2024-05-29 · 不是今天的行情",
+       "如果之后开过市，数据还没有更新"},
+      {{At(9, 29, 59).addDays(5), {}, "2024-05-31", false, {}, {}}, "行情日期 2024-05-31 · 不是今天的行情", ""},
+      {{At(9, 30, 0).addDays(5), {}, "2024-05-31", false, {}, {}},
+       "行情日期 2024-05-31 · 不是今天的行情",
+       "如果之后开过市，数据还没有更新"},
+      {{At(9, 30, 0).addDays(5), {}, "2024-05-31", false, {}, "文件不在"},
+       "行情日期 2024-05-31 · 不是今天的行情",
+       "文件不在"},
       // A simulated market has a time of its own.
       {{At(3, 0, 1), At(3, 0, 0), date, true, second(10, 15, 30), {}}, "行情 10:15:30 · 1 秒前", ""},
       {{At(3, 0, 0), At(3, 0, 0), date, true, second(11, 42, 7), {}}, "行情 11:42:07 · 午间休市，13:00 开市", ""},

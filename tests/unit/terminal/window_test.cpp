@@ -263,6 +263,26 @@ TEST(TerminalStyleTest, ABoxToTickIsSeenInEitherTheme) {
   }
 }
 
+// No control, so it may be quieter: but in neither theme may a menu run into the page below it.
+TEST(TerminalStyleTest, TheOutlineOfAMenuIsSeenInEitherTheme) {
+  RecordingLog log;
+  TerminalStyle style;
+  QMenu menu;
+  for (const ThemeKind kind : {ThemeKind::Dark, ThemeKind::Light}) {
+    const QPalette palette = ThemeServices(kind, log).WindowPalette();
+    QImage picture(40, 40, QImage::Format_RGB32);
+    picture.fill(palette.color(QPalette::Window));
+    QStyleOption option;
+    option.rect = picture.rect();
+    option.palette = palette;
+    QPainter painter(&picture);
+    style.drawPrimitive(QStyle::PE_FrameMenu, &option, &painter, &menu);
+    for (const QPoint edge : {QPoint(0, 20), QPoint(39, 20), QPoint(20, 0), QPoint(20, 39)})
+      EXPECT_GE(Contrast(picture.pixelColor(edge), palette.color(QPalette::Window)), 2)
+          << ThemeKindName(kind).toStdString() << ' ' << edge.x() << ',' << edge.y();
+  }
+}
+
 TEST(MainWindowTest, TellsInTheStatusBarWhileTheQuotesAreNotFollowed) {
   RecordingLog log;
   const ThemeServices theme(ThemeKind::Dark, log);
