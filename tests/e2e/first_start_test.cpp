@@ -109,7 +109,7 @@ TEST_F(FirstStart, ADataFolderThatWasChosenIsOpenedAgain) {
 
 /// Somebody who changes their mind while it is made gets the folder that was chosen, and no other one afterwards.
 TEST_F(FirstStart, ChoosingAFolderEndsTheMakingOfADemo) {
-  BeginDemo();
+  ASSERT_NO_FATAL_FAILURE(BeginDemo());
   screen_.Keys({"alt+o"});
   ASSERT_TRUE(screen_.Enter("选择数据目录"));
   ASSERT_TRUE(IsMaking()) << "too fast for this test";
@@ -125,7 +125,7 @@ TEST_F(FirstStart, ChoosingAFolderEndsTheMakingOfADemo) {
 
 /// The dialog is looked at and left: the demo comes after all, but not while it is open.
 TEST_F(FirstStart, ADemoThatIsReadyWaitsForTheDialog) {
-  BeginDemo();
+  ASSERT_NO_FATAL_FAILURE(BeginDemo());
   screen_.Keys({"alt+o"});
   ASSERT_TRUE(screen_.Enter("选择数据目录"));
   ASSERT_TRUE(Until([this] { return QFile::exists(bench_.Work() + "/market/market.dat"); }, 60'000));
@@ -144,7 +144,7 @@ TEST_F(FirstStart, LookingAgainThatFindsDataEndsTheMakingOfADemo) {
   ASSERT_TRUE(QDir().mkpath(data));
   ASSERT_TRUE(QFile::setPermissions(bench_.Work(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
   (void)bench_.Write("work/market/market.dat", "no data");
-  BeginDemo();
+  ASSERT_NO_FATAL_FAILURE(BeginDemo());
   ASSERT_TRUE(QFile::remove(data + "/market.dat"));
   CopyFolder(bench_.data, data);
   screen_.Keys({"alt+r"});
