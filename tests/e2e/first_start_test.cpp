@@ -25,6 +25,19 @@ class FirstStart : public Window {
     made.removeAll("demo-market");
     return !made.isEmpty();
   }
+  /// To the program that makes the demo; false when there is none.
+  [[nodiscard]] bool SignalMaker(int signal) {
+    const QString process = QString::number(terminal_->Process().processId());
+    bool isSent = false;
+    for (const QByteArray& child : Bytes("/proc/" + process + "/task/" + process + "/children").split(' ')) {
+      if (Bytes("/proc/" + child + "/comm").startsWith("holdwise-market")) isSent = ::kill(child.toInt(), signal) == 0;
+    }
+    return isSent;
+  }
+  /// From now on it makes no progress, however fast it is.
+  void HoldMaker() {
+    ASSERT_TRUE(Until([this] { return SignalMaker(SIGSTOP); }, 10'000));
+  }
   [[nodiscard]] QStringList Arguments() const { return {"--work", bench_.Work()}; }
   /// Ends the terminal and says what is remembered.
   [[nodiscard]] QString SettingsAfter() {
@@ -154,13 +167,15 @@ TEST_F(FirstStart, ADataFolderThatWasChosenIsOpenedAgain) {
 
 /// Somebody who changes their mind while it is made gets the folder that was chosen, and no other one afterwards.
 TEST_F(FirstStart, ChoosingAFolderEndsTheMakingOfADemo) {
-  BeginDemo();
+  ASSERT_NO_FATAL_FAILURE(BeginDemo());
+  ASSERT_NO_FATAL_FAILURE(HoldMaker());
   screen_.Keys({"alt+o"});
   ASSERT_TRUE(screen_.Enter("选择数据目录"));
-  ASSERT_TRUE(IsMaking()) << "too fast for this test";
+  EXPECT_TRUE(IsMaking());
   screen_.Type(bench_.data);
   screen_.Keys({"Return"});
   EXPECT_TRUE(LogSays("插件“投资组合”"));
+  EXPECT_FALSE(SignalMaker(SIGCONT)) << "it is at an end";
   ASSERT_TRUE(Until([this] { return !IsMaking(); }, 60'000));
   QThread::msleep(1000);  // which the demo would need to be opened
   EXPECT_FALSE(QFile::exists(bench_.Work() + "/market/market.dat"));
@@ -170,9 +185,11 @@ TEST_F(FirstStart, ChoosingAFolderEndsTheMakingOfADemo) {
 
 /// The dialog is looked at and left: the demo comes after all, but not while it is open.
 TEST_F(FirstStart, ADemoThatIsReadyWaitsForTheDialog) {
-  BeginDemo();
+  ASSERT_NO_FATAL_FAILURE(BeginDemo());
+  ASSERT_NO_FATAL_FAILURE(HoldMaker());
   screen_.Keys({"alt+o"});
   ASSERT_TRUE(screen_.Enter("选择数据目录"));
+  ASSERT_TRUE(SignalMaker(SIGCONT));
   const QDir work(bench_.Work());
   const auto isReady = [&] {
     const QStringList made = work.entryList({"demo-*"}, QDir::Dirs);
@@ -194,11 +211,13 @@ TEST_F(FirstStart, LookingAgainThatFindsDataEndsTheMakingOfADemo) {
   ASSERT_TRUE(QDir().mkpath(data));
   ASSERT_TRUE(QFile::setPermissions(bench_.Work(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
   (void)bench_.Write("work/market/market.dat", "no data");
-  BeginDemo();
+  ASSERT_NO_FATAL_FAILURE(BeginDemo());
+  ASSERT_NO_FATAL_FAILURE(HoldMaker());
   ASSERT_TRUE(QFile::remove(data + "/market.dat"));
   CopyFolder(bench_.data, data);
   screen_.Keys({"alt+r"});
   EXPECT_TRUE(LogSays("插件“投资组合”"));
+  EXPECT_FALSE(SignalMaker(SIGCONT)) << "it is at an end";
   ASSERT_TRUE(Until([this] { return !IsMaking(); }, 60'000));
   QThread::msleep(1000);
   EXPECT_FALSE(QFile::exists(bench_.Work() + "/demo-market/market.dat"));
