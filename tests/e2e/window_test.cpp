@@ -70,7 +70,7 @@ TEST_F(Window, TheColoursOfRisesAndFallsSwitchAtOnceAndAreRemembered) {
   };
   // The indices in the status bar; of the dark theme's two colours they have one each.
   const auto isColoured = [&] {
-    return screen_.PointsBelow(QColor(0xff, 0x94, 0x9a)) + screen_.PointsBelow(QColor(0x4c, 0xc9, 0x7f)) > 0;
+    return screen_.PointsBelow(QColor(0xff, 0x7f, 0x87)) + screen_.PointsBelow(QColor(0x4c, 0xc9, 0x7f)) > 0;
   };
   auto terminal = start();
   EXPECT_TRUE(Until(isColoured, 10'000)) << "at first";
