@@ -111,7 +111,7 @@ class Hands : public QObject {
       pulse_.Enter(kAfter);
       QTimer::singleShot(3000, qApp, [] { QCoreApplication::exit(0); });
     } else if (pulse_.Now() == kStart && Import() != nullptr) {
-      Act([this] { Import()->trigger(); });
+      Act([] { Import()->trigger(); });
     }
   }
 
@@ -173,11 +173,13 @@ std::vector<QByteArray> Codes(const QString& folder) {
 QString WritePortfolios(const QString& folder) {
   const std::vector<QByteArray> codes = Codes(folder);
   QByteArray csv = "name,code,quantity,price\n";
-  for (int portfolio = 0; portfolio < kPortfolios; ++portfolio)
-    for (int holding = 0; holding < kHoldings; ++holding)
+  for (int portfolio = 0; portfolio < kPortfolios; ++portfolio) {
+    for (int holding = 0; holding < kHoldings; ++holding) {
       csv += 'p' + QByteArray::number(portfolio) + ',' +
              codes[static_cast<std::size_t>(portfolio * kHoldings + holding) % codes.size()] + ",100,9.5\n";
-  const QString path = folder + QStringLiteral("/portfolios.csv");
+    }
+  }
+  QString path = folder + QStringLiteral("/portfolios.csv");
   QFile file(path);
   if (file.open(QIODevice::WriteOnly)) file.write(csv);
   return path;

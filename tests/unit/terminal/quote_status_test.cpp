@@ -29,7 +29,7 @@ TEST(QuoteWordsTest, SayTimeAndAgeAndWhyPricesStandStill) {
     const char *text, *reason;
   };
   const QString date = QStringLiteral("2024-05-29");
-  constexpr auto second = [](int hour, int minute, int more) { return hour * 3600 + minute * 60 + more; };
+  const auto second = [](int hour, int minute, int more) { return hour * 3600 + minute * 60 + more; };
   const int morning = second(11, 29, 0), open = second(9, 30, 0), again = second(13, 0, 0);
   const Case cases[] = {
       {{At(11, 29, 3), At(11, 29, 0), date, false, morning + 3, {}}, "行情 11:29:00 · 3 秒前", ""},
