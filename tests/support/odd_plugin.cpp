@@ -23,7 +23,7 @@ struct AtLoad {
   AtLoad() {
     if (ODD_PLUGIN == kThrowsWhenLoaded) throw std::runtime_error("刚装入就坏了");
   }
-} const atLoad;
+} const kAtLoad;
 
 void Say(const char* what) {
   if (theHost != nullptr)
