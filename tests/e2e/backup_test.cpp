@@ -166,7 +166,7 @@ TEST_F(Backups, TheLossOfTheDisplayLeavesAGeneration) {
   ASSERT_EQ(RunTerminal(bench_.Arguments({"--import", bench_.Write("p.csv", TwoPortfolios())})).exitCode, 0);
   ASSERT_TRUE(Generations().isEmpty());
   screen.reset();
-  ASSERT_TRUE(running.Process().waitForFinished());
+  ASSERT_TRUE(running.Process().waitForFinished(30'000 * kSlowness));
   ASSERT_EQ(Generations().size(), 1);
   EXPECT_TRUE(Generations()[0].endsWith("-2-4.csv"));
 }

@@ -133,7 +133,7 @@ TEST_F(DamagedDatabase, StaysAsItIsWhenThePageIsClosed) {
   RunningTerminal terminal(bench_.Arguments({}), screen.Environment());
   ASSERT_TRUE(screen.Enter(QStringLiteral("数据库已损坏")));
   screen.Keys({"Escape"});
-  ASSERT_TRUE(terminal.Process().waitForFinished(20'000));
+  ASSERT_TRUE(terminal.Process().waitForFinished(20'000 * kSlowness));
   EXPECT_EQ(terminal.Process().exitCode(), 1);
   EXPECT_TRUE(SetAside().isEmpty());
 }
@@ -172,7 +172,7 @@ TEST_F(DamageWhileRunning, IsSetAsideWithOneButtonAndTheTerminalStartsAgain) {
   const qint64 process = terminal_->Process().processId();
   Answer(screen_, QStringLiteral("数据库已损坏"), 0, true);
   ASSERT_TRUE(terminal_->WaitForWindow());
-  ASSERT_TRUE(import_.waitForFinished(60'000));
+  ASSERT_TRUE(import_.waitForFinished(60'000 * kSlowness));
   EXPECT_EQ(import_.exitCode(), 1);
   EXPECT_EQ(terminal_->Process().processId(), process);
   EXPECT_EQ(SetAside().size(), 1);
@@ -186,7 +186,7 @@ TEST_F(DamageWhileRunning, IsSetAsideWithOneButtonAndTheTerminalStartsAgain) {
 
 TEST_F(DamageWhileRunning, LeftForLaterIsShownAndFoundByTheNextStart) {
   Answer(screen_, QStringLiteral("数据库已损坏"), 1, false);
-  ASSERT_TRUE(import_.waitForFinished(60'000));
+  ASSERT_TRUE(import_.waitForFinished(60'000 * kSlowness));
   EXPECT_EQ(import_.exitCode(), 1);
   const QString said = QString::fromUtf8(import_.readAllStandardError());
   EXPECT_TRUE(said.contains("数据库文件的内容有误")) << said.toStdString();

@@ -306,7 +306,7 @@ int RunFromTextTerminal(const QStringList& arguments, const QByteArray& line, QB
   });
   if (::write(master, line.constData(), static_cast<std::size_t>(line.size())) != line.size()) return -1;
   process.start(Program("holdwise-terminal"), arguments);
-  const bool isFinished = process.waitForFinished(60'000);
+  const bool isFinished = process.waitForFinished(60'000 * kSlowness);
   said.resize(4096);
   said.resize(std::max<ssize_t>(0, ::read(master, said.data(), static_cast<std::size_t>(said.size()))));
   ::close(master);

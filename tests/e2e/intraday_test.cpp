@@ -62,7 +62,7 @@ TEST_F(Intraday, ADayOfTicksGoesOnAfterARestart) {
   ASSERT_TRUE(terminal.WaitForWindow());
   ASSERT_TRUE(HasTicks(before[kFirstStock].size() + 3));
   ASSERT_EQ(kill(static_cast<pid_t>(terminal.Process().processId()), SIGKILL), 0);
-  EXPECT_TRUE(terminal.Process().waitForFinished(10'000));
+  EXPECT_TRUE(terminal.Process().waitForFinished(10'000 * kSlowness));
   Days after = ReadTicks(File());
   for (auto& [code, day] : before) {
     for (std::size_t place = 0; place < day.size(); ++place) EXPECT_EQ(after[code][place], day[place]) << code;

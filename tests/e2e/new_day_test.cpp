@@ -102,7 +102,7 @@ TEST_F(NewDayOnAScreen, ComesFromAWatchingProducer) {
   EXPECT_EQ(ExportWhenWhole(bench_).exitCode, 0);
   EXPECT_EQ(Risk(), WholeRisk(bench_.data));
   producer.terminate();
-  EXPECT_TRUE(producer.waitForFinished());
+  EXPECT_TRUE(producer.waitForFinished(30'000 * kSlowness));
 }
 
 TEST_F(NewDayOnAScreen, ThePageStays) {

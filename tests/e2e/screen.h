@@ -77,7 +77,7 @@ class Screen {
   }
 
  private:
-  static constexpr int kMilliseconds = 30'000;  ///< that something may take to come
+  static constexpr int kMilliseconds = 30'000 * kSlowness;  ///< that something may take to come
 
   /// The window that has come (or, with `isAwaited` false, that still is there at the end of the time); empty for none.
   [[nodiscard]] QString Find(const QString& title, bool isAwaited) const {

@@ -13,11 +13,7 @@ namespace holdwise::e2e {
 namespace {
 
 constexpr int kManyPortfolios = 60;
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-constexpr qint64 kLongestEnd = 12'000;  // the sanitizers look everything over at the end
-#else
-constexpr qint64 kLongestEnd = 3000;
-#endif
+constexpr qint64 kLongestEnd = 3000 * kSlowness;
 
 QByteArray ManyPortfolios() {
   QByteArray text = "name,code,quantity,price\n";

@@ -219,7 +219,7 @@ bool RunningTerminal::WaitForWindow() {
   timer.start();
   QByteArray text;
   while (!text.contains("HOLDWISE_FIRST_PAINT_MS")) {
-    if (timer.elapsed() > 30'000 || process_.state() == QProcess::NotRunning) return false;
+    if (timer.elapsed() > qint64{30'000} * kSlowness || process_.state() == QProcess::NotRunning) return false;
     process_.waitForReadyRead(100);
     text += process_.readAllStandardError();
   }
@@ -230,7 +230,7 @@ qint64 RunningTerminal::Signal(int signal) {
   QElapsedTimer timer;
   timer.start();
   ::kill(static_cast<pid_t>(process_.processId()), signal);
-  return process_.waitForFinished(10'000) ? timer.elapsed() : -1;
+  return process_.waitForFinished(10'000 * kSlowness) ? timer.elapsed() : -1;
 }
 
 QByteArray TwoPortfolios(const QByteArray& boughtOn) {

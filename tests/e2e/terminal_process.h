@@ -13,6 +13,13 @@
 
 namespace holdwise::e2e {
 
+/// The programs of a sanitizer's build are that many times slower: what is only a limit is that much longer.
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+inline constexpr int kSlowness = 5;
+#else
+inline constexpr int kSlowness = 1;
+#endif
+
 /// Path of a program of this build (folder in HOLDWISE_BIN).
 QString Program(const QString& name);
 /// The environment of the tests without display and without settings that would reach the terminal.
@@ -25,14 +32,14 @@ struct Outcome {
 };
 /// Runs a program to its end.
 Outcome Run(const QString& program, const QStringList& arguments,
-            const QProcessEnvironment& environment = BareEnvironment(), int timeOutMilliseconds = 90'000);
+            const QProcessEnvironment& environment = BareEnvironment(), int timeOutMilliseconds = 90'000 * kSlowness);
 /// Runs holdwise-terminal to its end.
 Outcome RunTerminal(const QStringList& arguments, const QProcessEnvironment& environment = BareEnvironment());
 
-/// Looks twenty times a second; false when `isSo` is not in that time.
+/// Looks twenty times a second; false when `isSo` is not in that time (more of it for a slow build).
 template <typename Condition>
 [[nodiscard]] bool Until(const Condition& isSo, int milliseconds) {
-  const QDeadlineTimer end(milliseconds);
+  const QDeadlineTimer end(milliseconds * kSlowness);
   while (!isSo()) {
     if (end.hasExpired()) return false;
     QThread::msleep(50);
@@ -109,7 +116,7 @@ class RunningTerminal {
   /// Waits until the first view has been painted; false when that takes too long.
   bool WaitForWindow();
   [[nodiscard]] QProcess& Process() { return process_; }
-  /// Sends a signal and waits; milliseconds until the end, -1 when it did not end in 10 s.
+  /// Sends a signal and waits; milliseconds until the end, -1 when it did not end in 10 s (50 for a slow build).
   qint64 Signal(int signal);
 
  private:

@@ -25,7 +25,7 @@ class Window : public testing::Test {
     return QStandardPaths::findExecutable(QStringLiteral("openbox")).isEmpty() ? QStringLiteral("openbox") : QString();
   }
   [[nodiscard]] static bool IsGone(RunningTerminal& terminal, int milliseconds = 30'000) {
-    return terminal.Process().waitForFinished(milliseconds);
+    return terminal.Process().waitForFinished(milliseconds * kSlowness);
   }
   /// The terminal's window, by the number the screen knows it by.
   [[nodiscard]] QString MainWindow() const {

@@ -57,7 +57,7 @@ TEST_F(Window, ClosedWhileAnExportCalculatesItAsksOnce) {
   screen_.Keys({"Tab", "space"});
   EXPECT_TRUE(IsGone(terminal)) << "without another question";
   EXPECT_EQ(terminal.Process().exitCode(), 0);
-  ASSERT_TRUE(second.waitForFinished(30'000));
+  ASSERT_TRUE(second.waitForFinished(30'000 * kSlowness));
   EXPECT_EQ(second.exitCode(), 1);
 }
 
@@ -149,7 +149,7 @@ class WindowDuringAnExport : public Window {
     ASSERT_TRUE(screen_.Enter("^Holdwise"));
   }
   void ExpectTheExportToFail(const char* text) {
-    ASSERT_TRUE(export_.waitForFinished(30'000));
+    ASSERT_TRUE(export_.waitForFinished(30'000 * kSlowness));
     EXPECT_EQ(export_.exitCode(), 1);
     const QString said = QString::fromUtf8(export_.readAllStandardError());
     EXPECT_TRUE(said.contains(text)) << said.toStdString();
@@ -167,7 +167,7 @@ TEST_F(WindowDuringAnExport, TheKeysOfTheMenusOpenNothingUntilItEnds) {
   EXPECT_EQ(Windows(), QString());
   EXPECT_FALSE(export_.waitForFinished(0));
   risks_.clear();
-  ASSERT_TRUE(export_.waitForFinished(60'000));
+  ASSERT_TRUE(export_.waitForFinished(60'000 * kSlowness));
   EXPECT_EQ(export_.exitCode(), 0) << export_.readAllStandardError().toStdString();
   ASSERT_TRUE(screen_.Enter("^Holdwise"));
   screen_.Keys({"ctrl+o"});
