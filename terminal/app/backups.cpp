@@ -24,10 +24,10 @@ Backups::Backups(ProcessParts& process, DatabaseSide& database, WindowSide& wind
       database_(database),
       window_(window),
       folder_(process.Asked().workFolder, process.Asked().database),
-      service_(database, folder_, process.Clock(), process.Log()) {
-  service_.OnState = [&log = process.Log()](const backup::BackupState& state) {
-    if (!state.problem.isEmpty()) log.TellFailure(state.problem.section(QLatin1Char('\n'), 0, 0));
-  };
+      service_(database, folder_, process.Clock(), process.Log(),
+               [&log = process.Log()](const backup::BackupState& state) {
+                 if (!state.problem.isEmpty()) log.TellFailure(state.problem.section(QLatin1Char('\n'), 0, 0));
+               }) {
   database_.SetChangeListener(
       {[this] { service_.BeforeChange(); },
        [this](bool isSession) { service_.Changed(isSession ? ChangedBy::Calculation : ChangedBy::User); }});

@@ -21,8 +21,8 @@ void WriteAtExit() {
 }  // namespace
 
 BackupService::BackupService(UserDataServices& database, const BackupFolder& folder, ClockService& clock,
-                             DebugServers& log, const Times& times)
-    : database_(database), times_(times), folder_(folder), writer_(folder, clock, log) {
+                             DebugServers& log, const Times& times, OnState onState)
+    : database_(database), times_(times), folder_(folder), onState_(std::move(onState)), writer_(folder, clock, log) {
   static const bool isRegistered = std::atexit(WriteAtExit) == 0;
   (void)isRegistered;
   thread_ = std::thread([this] { Run(); });
@@ -133,7 +133,7 @@ bool BackupService::Carry(Task& task) {
 
 void BackupService::Finish(const Task& task, bool isDone) {
   const bool isTold = task.isRead || !task.sets.empty();
-  if (OnState && isTold) OnState(writer_.State());
+  if (onState_ && isTold) onState_(writer_.State());
   const MutexLock lock(mutex_);
   if (isTold) state_ = writer_.State();
   if (!isDone && !due_) due_ = Clock::now() + times_.untilTriedAgain;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "backup/backup_writer.h"
@@ -29,19 +30,19 @@ class BackupService {
     std::chrono::milliseconds untilTriedAgain{60'000};
     std::chrono::milliseconds betweenCaptures{1'000};
   };
+  /// Called on the service's thread after each attempt to write.
+  using OnState = std::function<void(const BackupState& state)>;
   /// The database is open; it, clock and log must outlive the service. Without any generation one is written as after
   /// a change.
-  BackupService(UserDataServices& database, const BackupFolder& folder, ClockService& clock, DebugServers& log)
-      : BackupService(database, folder, clock, log, Times{}) {}
   BackupService(UserDataServices& database, const BackupFolder& folder, ClockService& clock, DebugServers& log,
-                const Times& times);
+                OnState onState = {})
+      : BackupService(database, folder, clock, log, Times{}, std::move(onState)) {}
+  BackupService(UserDataServices& database, const BackupFolder& folder, ClockService& clock, DebugServers& log,
+                const Times& times, OnState onState = {});
   /// Writes what is not written yet, and waits for it.
   ~BackupService();
   BackupService(const BackupService&) = delete;
   BackupService& operator=(const BackupService&) = delete;
-
-  /// Called on the service's thread after each attempt to write; set before the first change.
-  std::function<void(const BackupState& state)> OnState;
 
   /// Before a commit of the user's: what was committed at least a second ago and not written yet is read now, so that a
   /// deletion that follows an entry at once does not keep the entry from its generation. Never throws.
@@ -75,6 +76,7 @@ class BackupService {
   UserDataServices& database_;
   const Times times_;
   const BackupFolder folder_;
+  const OnState onState_;
   BackupWriter writer_;  ///< the thread's
 
   mutable Mutex mutex_;

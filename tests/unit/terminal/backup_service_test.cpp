@@ -23,9 +23,12 @@ constexpr int kLongestMilliseconds = 10'000;
 
 class BackupServiceTest : public BackupTest {
  protected:
-  std::unique_ptr<BackupService> Start(const BackupService::Times& times) { return StartOn(temp_.Service(), times); }
-  std::unique_ptr<BackupService> StartOn(UserDataServices& database, const BackupService::Times& times) {
-    return std::make_unique<BackupService>(database, folder_, clock_, log_, times);
+  std::unique_ptr<BackupService> Start(const BackupService::Times& times, BackupService::OnState onState = {}) {
+    return StartOn(temp_.Service(), times, std::move(onState));
+  }
+  std::unique_ptr<BackupService> StartOn(UserDataServices& database, const BackupService::Times& times,
+                                         BackupService::OnState onState = {}) {
+    return std::make_unique<BackupService>(database, folder_, clock_, log_, times, std::move(onState));
   }
   template <typename Condition>
   static bool Until(const Condition& condition) {
@@ -104,10 +107,9 @@ TEST_F(BackupServiceTest, WhatCouldNotBeWrittenIsToldAndTriedAgain) {
   QFile inTheWay(folder_.Path());
   ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
   std::atomic<int> told = 0;
-  const auto service = Start(kSoon);
-  service->OnState = [&](const BackupState& state) {
+  const auto service = Start(kSoon, [&told](const BackupState& state) {
     if (!state.problem.isEmpty()) ++told;
-  };
+  });
   service->Changed(ChangedBy::User);
   ASSERT_TRUE(Until([&] { return told > 1; }));
   EXPECT_FALSE(service->State().problem.isEmpty());
