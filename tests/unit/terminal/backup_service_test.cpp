@@ -6,6 +6,7 @@
 #include <QThread>
 #include <atomic>
 #include <thread>
+#include <utility>
 
 #include "backup_fixture.h"
 
