@@ -119,6 +119,8 @@ HandOverAnswer Commands::Import(const Command& command) {
   } catch (const std::exception& error) {
     answer = {QStringLiteral("没有导入：%1").arg(QString::fromUtf8(error.what())), 1};
   }
+  if (answer.exitCode == 0 && parts_.process.Asked().IsDemo())
+    answer.text += QStringLiteral("\n这里是试用的模拟行情，它的组合与自己的分开保存。");
   parts_.process.Log().WriteLog(answer.text);
   if (answer.exitCode == 0) views->DataChanged();
   return answer;

@@ -23,8 +23,10 @@
 #include "process/background_thread.h"
 #include "process/command_line.h"
 #include "process/crash_word.h"
+#include "process/demo_folder.h"
 #include "process/hand_over.h"
 #include "process/print.h"
+#include "process/settings_file.h"
 #include "process/signal_guard.h"
 #include "process/start_again.h"
 #include "process/work_folder.h"
@@ -140,7 +142,14 @@ void Repair(const Options& options) {
   }
 }
 
-int RunTerminal(int argc, char** argv, const Options& options, bool& wantsRepair) {
+/// Starts anew, now that all of this start is written; with other data the window is to look as it did.
+void GoOnWith(const Options& next, const Options& before) {
+  if (next.workFolder != before.workFolder) CarrySettings(before.workFolder, next.workFolder);
+  StartAgain(next);
+}
+
+/// `next`: the start that is to follow; none: this is the last.
+int RunTerminal(int argc, char** argv, const Options& options, std::optional<Options>& next) {
   QThread::currentThread();  // the first thread Qt sees becomes its main thread
   TerminalApplication::CatchQtMessages();
   {
@@ -164,12 +173,17 @@ int RunTerminal(int argc, char** argv, const Options& options, bool& wantsRepair
   font.setPixelSize(kFontPixels);
   QApplication::setFont(font);
   int exitCode = 0;
+  bool wantsRepair = false;
   {
     Terminal terminal(options, [&] { return database.valid() ? database.get() : OpenDatabase(options); });
     exitCode = terminal.Run();
     wantsRepair = terminal.WantsRepair();
+    next = terminal.WantedStart();
   }
-  if (wantsRepair) Repair(options);
+  if (wantsRepair) {
+    Repair(options);
+    next = options;
+  }
   return exitCode;
 }
 
@@ -225,6 +239,7 @@ int Main(int argc, char** argv) {
     return parsed.exitCode;
   }
   Options& options = *parsed.options;
+  TurnToDemo(options);
   SettleDatabase(options);
   if (const int exitCode = RefuseFolders(options); exitCode != 0) return exitCode;
   PrepareWorkFolder(options.workFolder, MayClose);
@@ -244,10 +259,10 @@ int Main(int argc, char** argv) {
   }
   KeepSessionBusFromStarting();
   PrepareFirebirdProcess(options.LockFolder());
-  bool wantsRepair = false;
-  const int exitCode = RunTerminal(argc, argv, options, wantsRepair);
+  std::optional<Options> next;
+  const int exitCode = RunTerminal(argc, argv, options, next);
   const bool isEngineEnded = ShutdownFirebird();
-  if (wantsRepair) StartAgain(options);
+  if (next && !signal_guard::Requested()) GoOnWith(*next, options);
   if (!isEngineEnded) {
     std::fflush(nullptr);
     _exit(exitCode);

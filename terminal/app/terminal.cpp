@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QSocketNotifier>
+#include <QThread>
 #include <QTimer>
 #include <chrono>
 #include <exception>
@@ -35,7 +36,7 @@ Terminal::Terminal(Options options, DatabaseOpener openDatabase)
           [this](const QString& text) { guard_.DamageMet(text); }),
       market_(std::make_unique<MarketSide>(process_, database_)),
       window_(process_, Actions()),
-      firstData_(process_, window_, [this] { TryAgain(); }),
+      data_(process_, database_, window_, Targets()),
       guard_(process_, database_, window_, look_),
       dayChange_({process_, window_, market_, pages_}) {
   dayChange_.isBusy = [this] { return commands_ == nullptr || !commands_->IsIdle(); };
@@ -62,16 +63,38 @@ WindowActions Terminal::Actions() {
   actions.setTheme = [this](ThemeKind kind) { window_.SetTheme(kind); };
   actions.setRiseFall = [this](RiseFall choice) { window_.SetRiseFall(choice); };
   actions.takeNewDay = [this] { dayChange_.TakeAsked(); };
-  actions.mayClose = [this] { return MayClose(); };
+  actions.chooseDataFolder = [this] { data_.ChooseFolder(); };
+  actions.switchDemo = [this] { data_.SwitchDemo(); };
+  actions.mayClose = [this] { return MayLose(QStringLiteral("退出")); };
   actions.goTo = [this](const QString& address) { (void)pages_->GoTo(address, QString()); };
   return actions;
 }
 
-bool Terminal::MayClose() {
+DataTargets Terminal::Targets() {
+  DataTargets targets;
+  targets.tryAgain = [this] { TryAgain(); };
+  targets.openFolder = [this](const QString& folder) { OpenFolder(folder); };
+  targets.mayLeave = [this] { return MayLose(QStringLiteral("换数据")); };
+  targets.leave = [] { QCoreApplication::exit(0); };
+  targets.busyWith = [this] {
+    return commands_ == nullptr || commands_->IsIdle() ? QString() : QStringLiteral("终端正在执行别的命令");
+  };
+  targets.isDisturbing = [this] { return IsDisturbing(); };
+  return targets;
+}
+
+bool Terminal::IsDisturbing() const {
+  // Below a nested event loop somebody stands on the pages.
+  return commands_ == nullptr || !commands_->IsIdle() || QThread::currentThread()->loopLevel() > 1 ||
+         QApplication::activeModalWidget() != nullptr || QApplication::activePopupWidget() != nullptr;
+}
+
+bool Terminal::MayLose(const QString& what) {
   const QStringList unstored = pages_ == nullptr ? QStringList() : pages_->Unstored();
   if (unstored.isEmpty()) return true;
   using Box = MessageBoxService;
-  const QString question = QStringLiteral("%1，退出后就没有了。\n现在退出吗?").arg(unstored.join(QStringLiteral("，")));
+  const QString question =
+      QStringLiteral("%1，%2后就没有了。\n现在%2吗?").arg(unstored.join(QStringLiteral("，")), what);
   return window_.Messages().Vex_MessageBox(question, QStringLiteral("询问"), Box::kOkAndCancel, Box::kQuestion) ==
          Box::kOk;
 }
@@ -127,10 +150,10 @@ bool Terminal::OpenPages() {
       process_.Log().WriteLog(title + QStringLiteral("：") + TextOf(error));
     else
       window_.ShowObstacle({title, TextOf(error), DataFolderCommands(process_.Asked().dataFolder),
-                            [this] { TryAgain(); }, firstData_.Choices()});
+                            [this] { TryAgain(); }, data_.Choices(), data_.Advice()});
     return false;
   }
-  firstData_.GiveUp();
+  data_.GiveUpMaking();
   window_.ShowMarket(market_->Data(), market_->Connection());
   MarketConnection& connection = market_->Connection();
   QObject::connect(&connection, &MarketConnection::DataFolderChanged, &connection, [this] {
@@ -157,16 +180,34 @@ void Terminal::AddPluginObstacle() {
                             text,
                             QString(),
                             [this] { TryAgain(); },
+                            {},
                             {}}));
 }
 
 void Terminal::TryAgain() {
   pages_.reset();
   market_ = std::make_unique<MarketSide>(process_, database_);
+  ShowPages();
+}
+
+void Terminal::ShowPages() {
   isReady_ = OpenPages();
   if (pages_ == nullptr) return;
   EnterFirstPage();
   GoOn();
+}
+
+void Terminal::OpenFolder(const QString& folder) {
+  auto next = std::make_unique<MarketSide>(process_, database_, folder);
+  next->Open();
+  if (!MayLose(QStringLiteral("换数据"))) return;
+  const bool isNamed = !process_.Asked().command.dataFolder.isEmpty();
+  process_.UseDataFolder(folder);
+  Exchange(std::move(next));
+  const QString text = QStringLiteral("已换到数据目录“%1”").arg(folder);
+  process_.Log().WriteLog(text);
+  const QString later = isNamed ? QStringLiteral("；这次启动指定了 --data，以后不带 --data 启动才用它") : QString();
+  window_.Window().TellOutcome(text + later);
 }
 
 void Terminal::ChangeDay() {
@@ -177,6 +218,14 @@ void Terminal::ChangeDay() {
     throw Error(
         ErrorCategory::Refused,
         QStringLiteral("数据文件夹“%1”现在是日期%2的数据").arg(data.Folder(), data.CurrentDateText()).toStdString());
+  }
+  Exchange(std::move(next));
+}
+
+void Terminal::Exchange(std::unique_ptr<MarketSide> next) {
+  if (pages_ == nullptr) {
+    market_ = std::move(next);
+    return ShowPages();
   }
   const PagePlace place = PlaceOf(*pages_, market_->Data());
   if (!process_.Asked().IsBatch()) pages_->RememberPage(process_.Settings());

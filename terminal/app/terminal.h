@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <memory>
+#include <optional>
 
 #include "commands.h"
+#include "data_switch.h"
 #include "database_guard.h"
 #include "day_change.h"
-#include "first_data.h"
 #include "health_side.h"
 #include "parts/database_side.h"
 #include "parts/market_side.h"
@@ -29,11 +30,15 @@ class Terminal {
   int Run();
   /// The database is to be repaired and the terminal started again.
   [[nodiscard]] bool WantsRepair() const { return guard_.WantsRepair(); }
+  /// The start with other data that is to follow; none: there is none.
+  [[nodiscard]] const std::optional<Options>& WantedStart() const { return data_.WantedStart(); }
 
  private:
   [[nodiscard]] WindowActions Actions();
-  /// Asks whether what has been half entered may go, if anything has.
-  [[nodiscard]] bool MayClose();
+  [[nodiscard]] DataTargets Targets();
+  /// Asks whether what has been half entered may go, if anything has. `what` the user is about to do, as "退出".
+  [[nodiscard]] bool MayLose(const QString& what);
+  [[nodiscard]] bool IsDisturbing() const;
   /// Waits for the data folder and loads the plug-ins; false when the views cannot be shown, which an obstacle tells.
   bool OpenPages();
   /// Has the pages say why there are no views among them.
@@ -42,6 +47,11 @@ class Terminal {
   /// Loads the data folder anew and makes other pages, at the same place. Throws what loading it threw: everything is
   /// as before then.
   void ChangeDay();
+  /// The same with another data folder, if the user agrees.
+  void OpenFolder(const QString& folder);
+  /// Makes pages for an opened market in the place of those that there are, at the same place.
+  void Exchange(std::unique_ptr<MarketSide> next);
+  void ShowPages();
   /// Goes to the page that the command line (or nobody) asked for, or to what stands in the way of the views, before
   /// anything is painted: the window's first picture is that page.
   void EnterFirstPage();
@@ -54,7 +64,7 @@ class Terminal {
   DatabaseSide database_;
   std::unique_ptr<MarketSide> market_;  ///< null: the data folder could not be used
   WindowSide window_;
-  FirstData firstData_;
+  DataSwitch data_;
   DatabaseGuard guard_;
   std::unique_ptr<Backups> backups_;    ///< null until the database is open; ends after all who change something
   std::unique_ptr<PageSide> pages_;     ///< null: as the market

@@ -7,12 +7,12 @@
 
 namespace holdwise {
 
-MarketSide::MarketSide(ProcessParts& process, TLocatDBOper& database)
+MarketSide::MarketSide(ProcessParts& process, TLocatDBOper& database, const QString& folder)
     : process_(process), data_(process.Clock(), process.Log(), database) {
   // Nobody else knows the data before Open has waited for this.
-  loading_ = std::async(std::launch::async, [this] {
+  loading_ = std::async(std::launch::async, [this, folder = folder.isEmpty() ? process.Asked().dataFolder : folder] {
     StepBehindTheWindow();
-    data_.Load(process_.Asked().dataFolder);
+    data_.Load(folder);
   });
 }
 

@@ -14,8 +14,8 @@ namespace holdwise {
 /// A data folder that cannot be used is tried again with a new object. User-interface thread.
 class MarketSide {
  public:
-  /// Starts to read the data folder on a thread of its own. Both must outlive it.
-  MarketSide(ProcessParts& process, TLocatDBOper& database);
+  /// Starts to read that data folder, else the one of the process, on a thread of its own. Both must outlive it.
+  MarketSide(ProcessParts& process, TLocatDBOper& database, const QString& folder = {});
 
   /// Waits for the data folder and makes the rest; nothing happens when that is done. Throws what reading threw, and
   /// what the user's list of stocks did. Nothing else may be called before.

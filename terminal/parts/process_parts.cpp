@@ -10,8 +10,6 @@
 namespace holdwise {
 namespace {
 
-const QString kDataSetting = QStringLiteral("data");
-
 TerminalApplication& Application() {
   return *static_cast<TerminalApplication*>(QCoreApplication::instance());
 }
@@ -31,10 +29,10 @@ QDateTime SystemClock::Now() const {
 ProcessParts::ProcessParts(Options options)
     : options_(std::move(options)),
       log_(MadeLogFolder(options_.workFolder) + QStringLiteral("/terminal.log"), clock_),
-      settingsProblem_(SetAsideIfDamaged(options_.workFolder + QStringLiteral("/settings.ini"))),
-      settings_(options_.workFolder + QStringLiteral("/settings.ini"), QSettings::IniFormat) {
+      settingsProblem_(SetAsideIfDamaged(SettingsFileOf(options_.workFolder))),
+      settings_(SettingsFileOf(options_.workFolder), QSettings::IniFormat) {
   Application().SetLog(&log_);
-  const QString remembered = settings_.value(kDataSetting).toString();
+  const QString remembered = RememberedDataFolder(settings_);
   const bool isRestored = options_.command.dataFolder.isEmpty() && !options_.IsBatch() && !remembered.isEmpty();
   if (isRestored) options_.dataFolder = remembered;
   if (!settingsProblem_.isEmpty()) log_.WriteLog(settingsProblem_);
@@ -42,11 +40,13 @@ ProcessParts::ProcessParts(Options options)
 
 void ProcessParts::UseDataFolder(const QString& folder) {
   options_.dataFolder = folder;
-  settings_.setValue(kDataSetting, folder);
+  // A start that is repeated has it too.
+  if (!options_.command.dataFolder.isEmpty()) options_.command.dataFolder = folder;
+  RememberDataFolder(settings_, folder);
 }
 
 bool ProcessParts::IsDataChosen() const {
-  return !options_.command.dataFolder.isEmpty() || settings_.contains(kDataSetting);
+  return !options_.command.dataFolder.isEmpty() || !RememberedDataFolder(settings_).isEmpty();
 }
 
 ProcessParts::~ProcessParts() {

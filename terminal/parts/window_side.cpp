@@ -124,7 +124,7 @@ void WindowSide::Raise() {
 
 std::unique_ptr<QWidget> WindowSide::MakeObstacle(Obstacle obstacle) {
   obstacle_.reset();
-  const auto& [title, text, commands, tryAgain, choices] = obstacle;
+  const auto& [title, text, commands, tryAgain, choices, hint] = obstacle;
   process_.Log().WriteLog(title + QStringLiteral("：") + text);
   const QString how = commands.isEmpty()
                           ? QString()
@@ -133,11 +133,7 @@ std::unique_ptr<QWidget> WindowSide::MakeObstacle(Obstacle obstacle) {
              (commands.isEmpty() ? QString() : QLatin1Char('\n') + commands));
   if (process_.Asked().IsBatch()) return nullptr;
   QString advice = text;
-  if (!choices.empty()) {
-    advice += QStringLiteral(
-        "\n\n第一次使用：按“试用模拟行情”，就在这里生成一份虚构的行情并打开。已有数据目录的，按“选择数据目录…”。"
-        "两者下次启动仍有效。");
-  }
+  if (!hint.isEmpty()) advice += QStringLiteral("\n\n") + hint;
   advice += how + QStringLiteral("\n\n已保存的组合不受影响，仍在数据库“%1”里。").arg(process_.Asked().database);
   if (std::exchange(obstacleTitle_, title) == title) {
     const QString time = process_.Clock().Now().toString(QStringLiteral("HH:mm:ss"));

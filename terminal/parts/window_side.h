@@ -25,6 +25,7 @@ struct Obstacle {
   QString commands;                   ///< command lines that help; may be empty
   std::function<void()> tryAgain;     ///< of the last button; the page may be taken away by it
   std::vector<NoticeChoice> choices;  ///< the buttons before it: ways to a data folder, or none
+  QString advice{};                   ///< what these are good for
 };
 
 /// The window with its colours and its message boxes. Without a window system (a batch) it is made all the same, and

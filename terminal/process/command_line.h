@@ -43,12 +43,15 @@ struct Command {
 struct Options {
   QString dataFolder;
   QString workFolder;
-  QString database;  ///< file of the embedded engine or connection string of a server; empty: in the work folder
+  QString database;     ///< file of the embedded engine or connection string of a server; empty: in the work folder
+  QString ownFolder{};  ///< of a demo: the work folder of the user's own data; empty: these are they
   double simulationSpeed = 1;  ///< seconds of a simulated market's day a second
   Command command;
 
   /// Is it the database of the work folder, of which the backups there tell?
   [[nodiscard]] bool IsOwnDatabase() const { return command.database.isEmpty(); }
+  /// Is it the work folder of the simulated market that is tried out?
+  [[nodiscard]] bool IsDemo() const { return !ownFolder.isEmpty(); }
   /// Where the engine keeps its locks.
   [[nodiscard]] QString LockFolder() const { return workFolder + QStringLiteral("/lock"); }
 

@@ -24,7 +24,28 @@ bool IsSettingsText(const QByteArray& text) {
   return true;
 }
 
+const QString kDataSetting = QStringLiteral("data");
+
 }  // namespace
+
+QString SettingsFileOf(const QString& workFolder) {
+  return workFolder + QStringLiteral("/settings.ini");
+}
+
+void RememberDataFolder(QSettings& settings, const QString& folder) {
+  settings.setValue(kDataSetting, folder);
+}
+
+QString RememberedDataFolder(const QSettings& settings) {
+  return settings.value(kDataSetting).toString();
+}
+
+void CarrySettings(const QString& fromFolder, const QString& toFolder) {
+  const QSettings from(SettingsFileOf(fromFolder), QSettings::IniFormat);
+  QSettings to(SettingsFileOf(toFolder), QSettings::IniFormat);
+  for (const QString& key : from.allKeys())
+    if (key != kDataSetting) to.setValue(key, from.value(key));
+}
 
 QString SetAsideIfDamaged(const QString& path) {
   constexpr qint64 kMostBytes = 1 << 20;

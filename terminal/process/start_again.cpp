@@ -38,10 +38,12 @@ QList<QByteArray> WordsOfThisStart() {
 }
 
 QList<QByteArray> WordsWithoutWork(const Options& options) {
-  QList<QByteArray> words{"holdwise-terminal", "--work", options.workFolder.toUtf8(), "--data",
-                          options.dataFolder.toUtf8()};
+  QList<QByteArray> words{"holdwise-terminal", "--work", options.workFolder.toUtf8()};
   const Command& command = options.command;
-  for (const auto& [name, value] : {std::pair<const char*, QString>{"--db", command.database},
+  const QString speed = options.simulationSpeed == 1 ? QString() : QString::number(options.simulationSpeed);
+  for (const auto& [name, value] : {std::pair<const char*, QString>{"--data", command.dataFolder},
+                                    {"--db", command.database},
+                                    {"--speed", speed},
                                     {"--address", command.address},
                                     {"--parameter", command.parameter}}) {
     if (!value.isEmpty()) words << name << value.toUtf8();

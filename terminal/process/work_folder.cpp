@@ -38,6 +38,10 @@ bool IsOurs(const QString& folder) {
          std::any_of(marks.begin(), marks.end(), isThere);
 }
 
+QString LockOf(const QString& folder) {
+  return folder + QStringLiteral("/terminal.lock");
+}
+
 /// Opening a pipe would wait for its other end, without a word and before there is a window.
 void RequireFiles(const QString& folder) {
   for (const char* name :
@@ -74,7 +78,7 @@ void PrepareWorkFolder(const QString& folder, const std::function<bool(const QSt
   RequireFiles(folder);
 }
 
-WorkFolderLock::WorkFolderLock(const QString& folder) : path_(folder + QStringLiteral("/terminal.lock")) {}
+WorkFolderLock::WorkFolderLock(const QString& folder) : path_(LockOf(folder)) {}
 
 WorkFolderLock::~WorkFolderLock() {
   if (descriptor_ >= 0) close(descriptor_);
@@ -100,6 +104,16 @@ std::int64_t WorkFolderLock::Holder() const {
   if (!file.open(QIODevice::ReadOnly)) return 0;
   constexpr qint64 kLongestNumber = 20;
   return file.read(kLongestNumber).toLongLong();
+}
+
+bool WorkFolderLock::IsHeld(const QString& folder) {
+  // A pipe in its place must not be waited for.
+  const int descriptor = open(QFile::encodeName(LockOf(folder)).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (descriptor < 0) return false;
+  // Shared, so that two who only look do not see each other.
+  const bool isHeld = flock(descriptor, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  close(descriptor);
+  return isHeld;
 }
 
 bool StoppedProcessWatch::IsOver(std::int64_t process) {

@@ -26,6 +26,8 @@ class WorkFolderLock {
   [[nodiscard]] bool Acquire();
   /// The process that holds it, as it wrote down itself; 0 when that cannot be read. For another process than that one.
   [[nodiscard]] std::int64_t Holder() const;
+  /// Does a process hold it? A start that comes at the same moment waits no longer than for a terminal that is ending.
+  [[nodiscard]] static bool IsHeld(const QString& folder);
 
  private:
   QString path_;

@@ -71,6 +71,7 @@ MainWindow::MainWindow(const ThemeServices& theme, WindowActions actions)
   BuildMenus();
   BuildStatusBar();
   SetSimulated(false);
+  SetDemo(false);
   SetPortfolioActionsEnabled(false);
   resize(FirstSize(screen()));
   area_->setFocusPolicy(Qt::ClickFocus);
@@ -89,6 +90,9 @@ void MainWindow::BuildMenus() {
   file->addSeparator();
   file->addAction(QStringLiteral("导出组合(&P)…"), this, [this] { actions_.exportPortfolios(); });
   file->addAction(QStringLiteral("恢复(&R)…"), this, [this] { actions_.restorePortfolios(); });
+  file->addSeparator();
+  file->addAction(QStringLiteral("选择数据目录(&O)…"), this, [this] { actions_.chooseDataFolder(); });
+  switchDemo_ = file->addAction(QString(), this, [this] { actions_.switchDemo(); });
   file->addSeparator();
   quit_ = file->addAction(QStringLiteral("退出(&X)"), QKeySequence(QStringLiteral("Ctrl+Q")), this, [this] {
     if (MayLeave(false)) close();
@@ -221,6 +225,10 @@ void MainWindow::ShowTheme() {
 
 void MainWindow::SetSimulated(bool isSimulated) {
   setWindowTitle(isSimulated ? QStringLiteral("Holdwise — 模拟行情") : QStringLiteral("Holdwise"));
+}
+
+void MainWindow::SetDemo(bool isDemo) {
+  switchDemo_->setText(isDemo ? QStringLiteral("回到自己的数据(&B)") : QStringLiteral("试用模拟行情(&D)"));
 }
 
 void MainWindow::SetAmber(QLabel& label, bool isAmber) const {

@@ -29,7 +29,9 @@ struct WindowActions {
   std::function<void(RiseFall)> setRiseFall;
   std::function<void(const QString& address)> goTo;
   std::function<void()> takeNewDay;
-  std::function<bool()> mayClose;  ///< asked when the window is closed and no work keeps it; unset: it may
+  std::function<void()> chooseDataFolder;
+  std::function<void()> switchDemo;  ///< from the user's own data to the simulated market that is tried out, or back
+  std::function<bool()> mayClose;    ///< asked when the window is closed and no work keeps it; unset: it may
 };
 
 /// Level of an index; 0 where it is not known.
@@ -57,6 +59,8 @@ class MainWindow : public QMainWindow {
   /// Takes over the colours that the theme has now, and marks the choices in the menu.
   void ShowTheme();
   void SetSimulated(bool isSimulated);
+  /// Does the window show the simulated market that is tried out? Then the menu offers the way back.
+  void SetDemo(bool isDemo);
 
   /// How new the prices are; in amber while there is a reason why that is not as it should be.
   void SetQuotes(const QString& text, const QString& reason);
@@ -103,6 +107,7 @@ class MainWindow : public QMainWindow {
   AddressBar* bar_ = nullptr;
   WorkArea* area_ = nullptr;
   QList<QMenu*> menus_;
+  QAction* switchDemo_ = nullptr;
   QAction* quit_ = nullptr;
   QActionGroup* portfolioActions_ = nullptr;
   QActionGroup* themes_ = nullptr;

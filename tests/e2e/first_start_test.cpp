@@ -39,6 +39,11 @@ class FirstStart : public Window {
     ASSERT_TRUE(Until([this] { return SignalMaker(SIGSTOP); }, 10'000));
   }
   [[nodiscard]] QStringList Arguments() const { return {"--work", bench_.Work()}; }
+  /// The work folder of the simulated market.
+  [[nodiscard]] QString Demo() const { return bench_.Work() + "/demo"; }
+  [[nodiscard]] bool DemoLogSays(const char* text) const {
+    return Until([&] { return Bytes(Demo() + "/log/terminal.log").contains(text); }, 60'000);
+  }
   /// Ends the terminal and says what is remembered.
   [[nodiscard]] QString SettingsAfter() {
     EXPECT_GE(terminal_->Signal(SIGTERM), 0);
@@ -46,14 +51,13 @@ class FirstStart : public Window {
   }
   /// Seconds of a processor's work, which a busy machine makes minutes.
   [[nodiscard]] bool IsDemoMade() const {
-    return Until([this] { return QFile::exists(bench_.Work() + "/market/market.dat"); }, 180'000);
+    return Until([this] { return QFile::exists(Demo() + "/market/market.dat"); }, 180'000);
   }
   std::optional<RunningTerminal> terminal_;
 };
 
 /// Without any data: one key makes a simulated market and opens it, and the next start has it again.
 TEST_F(FirstStart, AFirstStartGetsToADemoMarket) {
-  const QString log = bench_.Work() + "/log/terminal.log";
   const QStringList arguments{"--work", bench_.Work()};
   {
     RunningTerminal terminal(arguments, screen_.Environment());
@@ -62,10 +66,11 @@ TEST_F(FirstStart, AFirstStartGetsToADemoMarket) {
     screen_.Keys({"alt+d"});
     ASSERT_TRUE(IsDemoMade());
     ASSERT_TRUE(screen_.Enter("模拟行情"));
-    EXPECT_TRUE(LogSays("插件“投资组合”"));
+    EXPECT_TRUE(DemoLogSays("插件“投资组合”"));
     EXPECT_GE(terminal.Signal(SIGTERM), 0);
   }
-  EXPECT_TRUE(QFile::exists(bench_.Work() + "/market/market.dat"));
+  EXPECT_TRUE(QFile::exists(Demo() + "/holdwise.fdb")) << "a database of its own";
+  EXPECT_FALSE(QFile::exists(bench_.Work() + "/market"));
   EXPECT_TRUE(QDir(bench_.Work()).entryList({"demo-*"}).isEmpty()) << "nothing is left of its making";
   RunningTerminal again(arguments, screen_.Environment());
   ASSERT_TRUE(again.WaitForWindow());
@@ -109,7 +114,7 @@ TEST_F(FirstStart, ClosedWhileADemoMarketIsMadeItAsksFirst) {
   screen_.Keys({"Tab", "space"});
   EXPECT_TRUE(IsGone(terminal));
   EXPECT_EQ(terminal.Process().exitCode(), 0);
-  EXPECT_TRUE(QDir(bench_.Work()).entryList({"demo-*", "market", ".market*"}, QDir::Dirs | QDir::Hidden).isEmpty());
+  EXPECT_TRUE(QDir(bench_.Work()).entryList({"demo*", "market", ".market*"}, QDir::Dirs | QDir::Hidden).isEmpty());
 }
 
 /// No data: the page stays, says that it has looked, and opens the market once it is there.
@@ -178,7 +183,7 @@ TEST_F(FirstStart, ChoosingAFolderEndsTheMakingOfADemo) {
   EXPECT_FALSE(SignalMaker(SIGCONT)) << "it is at an end";
   ASSERT_TRUE(Until([this] { return !IsMaking(); }, 60'000));
   QThread::msleep(1000);  // which the demo would need to be opened
-  EXPECT_FALSE(QFile::exists(bench_.Work() + "/market/market.dat"));
+  EXPECT_FALSE(QFile::exists(Demo()));
   const QString settings = SettingsAfter();
   EXPECT_TRUE(settings.contains("data=" + bench_.data + '\n')) << settings.toStdString();
 }
@@ -197,12 +202,12 @@ TEST_F(FirstStart, ADemoThatIsReadyWaitsForTheDialog) {
   };
   ASSERT_TRUE(Until(isReady, 180'000));
   QThread::msleep(1000);
-  EXPECT_FALSE(Bytes(bench_.Work() + "/log/terminal.log").contains("插件“投资组合”"));
+  EXPECT_FALSE(QFile::exists(Demo()));
   screen_.Keys({"Escape"});
-  EXPECT_TRUE(LogSays("插件“投资组合”"));
+  EXPECT_TRUE(DemoLogSays("插件“投资组合”"));
   EXPECT_FALSE(IsMaking());
-  const QString settings = SettingsAfter();
-  EXPECT_TRUE(settings.contains("data=" + bench_.Work() + "/market\n")) << settings.toStdString();
+  EXPECT_FALSE(SettingsAfter().contains("data="));
+  EXPECT_TRUE(Bytes(Demo() + "/demo.ini").contains("chosen=true"));
 }
 
 /// Data have come to the folder that was asked for while a demo is made elsewhere.
@@ -220,7 +225,7 @@ TEST_F(FirstStart, LookingAgainThatFindsDataEndsTheMakingOfADemo) {
   EXPECT_FALSE(SignalMaker(SIGCONT)) << "it is at an end";
   ASSERT_TRUE(Until([this] { return !IsMaking(); }, 60'000));
   QThread::msleep(1000);
-  EXPECT_FALSE(QFile::exists(bench_.Work() + "/demo-market/market.dat"));
+  EXPECT_FALSE(QFile::exists(Demo()));
   EXPECT_FALSE(SettingsAfter().contains("data="));
 }
 
