@@ -92,7 +92,9 @@ QString HelpText() {
       "  --capital AMOUNT  导出前在智能配置中设定的资金量（万元），例如 50\n"
       "  --check           检查数据库、镜像、备份、行情、磁盘和日志，写出状态表后退出；一切正常时退出码为 0\n"
       "  --help, --version\n\n"
-      "同一工作目录已有终端在运行时，命令交给它执行。\n");
+      "同一工作目录已有终端在运行时，命令交给它执行。\n"
+      "窗口里试用的模拟行情是工作目录下的 demo，它也是一个工作目录。上次选的是它时，不写 --data、--db 的启动打开它；\n"
+      "--export、--backup、--restore、--check 总是针对 --work 指定的目录本身。\n");
 }
 
 /// The last argument when it is an option that wants a value behind it.

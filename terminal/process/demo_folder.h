@@ -22,7 +22,7 @@ class DemoFolder {
   [[nodiscard]] QString Market() const { return path_ + QStringLiteral("/market"); }
   /// There is a simulated market in it.
   [[nodiscard]] bool IsMade() const;
-  /// It is what was opened last.
+  /// It is what was chosen last.
   [[nodiscard]] bool IsChosen() const;
   /// From now on starts open it. `own`: the start that comes back to the user's own data, of which the data folder and
   /// the database of its command line are kept. Error(Io) when that cannot be written: nothing has changed.
@@ -40,7 +40,7 @@ class DemoFolder {
 };
 
 /// Makes the demo what a start opens that names neither data nor database, is no batch and no check, when the demo was
-/// opened last and no terminal runs on the user's own data. A start on the demo's work folder becomes one of it too.
+/// chosen last and no terminal runs on the user's own data. A start on the demo's work folder becomes one of it too.
 void TurnToDemo(Options& options);
 
 }  // namespace holdwise

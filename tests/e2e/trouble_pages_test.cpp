@@ -119,7 +119,8 @@ class TroublePages : public testing::Test {
 const QStringList kDataButtons{"复制命令(&C)", "试用模拟行情(&D)", "选择数据目录(&O)…", "重新检查(&R)"};
 const QString kWaysToData =
     "\n\n第一次使用：按“试用模拟行情”，就在这里生成一份虚构的行情并打开，在其中新建的组合与自己的分开保存。"
-    "已有数据目录的，按“选择数据目录…”。两者下次启动仍有效，以后都可以在“文件”菜单里改。\n\n下面两条命令生成一份模拟行情；自己的日线数据也用第二条命令转换。";
+    "已有数据目录的，按“选择数据目录…”。两者下次启动仍有效，以后都可以在“文件”菜单里改。\n\n下面两条命令生成一份模拟行"
+    "情；自己的日线数据也用第二条命令转换。";
 
 TEST_F(TroublePages, AFirstStartSaysHowToBeginAndThatNothingIsAmiss) {
   Run({}, [this](MainWindow& window) {

@@ -87,7 +87,7 @@ TEST_F(OngoingWorkTest, TheMenusOfferNothingButLeavingUntilItEnds) {
   window_.OfferNewDay(QStringLiteral("新的一天(&N)"), {});
   auto* newDay = window_.statusBar()->findChild<QPushButton*>("newDay");
   const QStringList before = Offered();
-  EXPECT_EQ(before.size(), 11);
+  EXPECT_EQ(before.size(), 13);
   QTest::keyClick(&window_, Qt::Key_O, Qt::ControlModifier);
   EXPECT_EQ(imports_, 1);
   Begin();
@@ -114,7 +114,7 @@ TEST_F(OngoingWorkTest, APageThatGoesMeanwhileTakesItsCommandsAlong) {
   EXPECT_EQ(Offered().size(), 1);
   window_.SetPortfolioActionsEnabled(false);
   work_.reset();
-  EXPECT_EQ(Offered().size(), 9) << "all but import and export";
+  EXPECT_EQ(Offered().size(), 11) << "all but import and export";
 }
 
 TEST_F(OngoingWorkTest, IsGivenUpOnceByItsButtonOrEscape) {
