@@ -92,6 +92,9 @@ TEST_F(Demo, PortfoliosOfTheDemoAndOnesOwnStayApart) {
   EXPECT_TRUE(imported.out.contains("这里是试用的模拟行情")) << imported.out.toStdString();
   EXPECT_EQ(Portfolios(Folder()), QStringList{"丙"});
   EXPECT_EQ(Portfolios(bench_.Work()), QStringList({"甲", "乙"})) << "at rest, while the demo runs";
+  // The calculation of what has come takes the keys while it lasts.
+  QThread::msleep(2000);
+  EXPECT_TRUE(screen_.IsGone("^投资组合$"));
   ASSERT_NO_FATAL_FAILURE(GoBack());
   EXPECT_EQ(CommandLine(), "holdwise-terminal --work " + bench_.Work() + " --data " + bench_.data);
   const auto rows = bench_.Export("2001-strngrd");
