@@ -12,6 +12,7 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -177,6 +178,30 @@ TEST_F(OngoingWorkTest, MayEndWhileTheQuestionStands) {
   Close(true, [this] { work_.reset(); });
   EXPECT_FALSE(window_.isVisible());
   EXPECT_EQ(givenUp_, 0);
+}
+
+TEST(FileMenuTest, TheFileMenuLeadsToTheDemoOrBackAndToADataFolder) {
+  ScriptedDebug log;
+  const ThemeServices theme(ThemeKind::Dark, log);
+  WindowActions actions;
+  QStringList done;
+  actions.chooseDataFolder = [&done] { done << "folder"; };
+  actions.switchDemo = [&done] { done << "demo"; };
+  MainWindow window(theme, actions);
+  const auto trigger = [&window](const QString& text) {
+    const QList<QAction*> offered = window.menuBar()->actions().constFirst()->menu()->actions();
+    const auto action = std::find_if(offered.begin(), offered.end(), [&](QAction* one) { return one->text() == text; });
+    if (action != offered.end()) (*action)->trigger();
+    return action != offered.end();
+  };
+  EXPECT_TRUE(trigger("选择数据目录(&O)…"));
+  EXPECT_TRUE(trigger("试用模拟行情(&D)"));
+  EXPECT_FALSE(trigger("回到自己的数据(&B)"));
+  window.SetDemo(true);
+  EXPECT_TRUE(trigger("选择数据目录(&O)…"));
+  EXPECT_FALSE(trigger("试用模拟行情(&D)"));
+  EXPECT_TRUE(trigger("回到自己的数据(&B)"));
+  EXPECT_EQ(done, QStringList({"folder", "demo", "folder", "demo"}));
 }
 
 }  // namespace

@@ -13,7 +13,6 @@
 #include <QListView>
 #include <QMainWindow>
 #include <QMenu>
-#include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
@@ -25,7 +24,6 @@
 #include <QTest>
 #include <QTimer>
 #include <QTranslator>
-#include <algorithm>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -301,30 +299,6 @@ TEST(MainWindowTest, TellsInTheStatusBarWhileTheQuotesAreNotFollowed) {
   EXPECT_EQ(told(), QStringList{"日期不同"});
   window.SetQuotesProblem({});
   EXPECT_EQ(told(), QStringList());
-}
-
-TEST(MainWindowTest, TheFileMenuLeadsToTheDemoOrBackAndToADataFolder) {
-  RecordingLog log;
-  const ThemeServices theme(ThemeKind::Dark, log);
-  WindowActions actions;
-  QStringList done;
-  actions.chooseDataFolder = [&done] { done << "folder"; };
-  actions.switchDemo = [&done] { done << "demo"; };
-  MainWindow window(theme, actions);
-  const auto trigger = [&window](const QString& text) {
-    const QList<QAction*> offered = window.menuBar()->actions().constFirst()->menu()->actions();
-    const auto action = std::find_if(offered.begin(), offered.end(), [&](QAction* one) { return one->text() == text; });
-    if (action != offered.end()) (*action)->trigger();
-    return action != offered.end();
-  };
-  EXPECT_TRUE(trigger("选择数据目录(&O)…"));
-  EXPECT_TRUE(trigger("试用模拟行情(&D)"));
-  EXPECT_FALSE(trigger("回到自己的数据(&B)"));
-  window.SetDemo(true);
-  EXPECT_TRUE(trigger("选择数据目录(&O)…"));
-  EXPECT_FALSE(trigger("试用模拟行情(&D)"));
-  EXPECT_TRUE(trigger("回到自己的数据(&B)"));
-  EXPECT_EQ(done, QStringList({"folder", "demo", "folder", "demo"}));
 }
 
 TEST(MainWindowTest, OffersANewDayInTheStatusBar) {
