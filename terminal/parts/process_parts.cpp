@@ -22,7 +22,15 @@ QString MadeLogFolder(const QString& workFolder) {
   return folder;
 }
 
+QString SettingsFile(const QString& workFolder) {
+  return workFolder + QStringLiteral("/settings.ini");
+}
+
 }  // namespace
+
+QString RememberedDataFolder(const QString& workFolder) {
+  return QSettings(SettingsFile(workFolder), QSettings::IniFormat).value(kDataSetting).toString();
+}
 
 QDateTime SystemClock::Now() const {
   return QDateTime::currentDateTime();
@@ -31,8 +39,8 @@ QDateTime SystemClock::Now() const {
 ProcessParts::ProcessParts(Options options)
     : options_(std::move(options)),
       log_(MadeLogFolder(options_.workFolder) + QStringLiteral("/terminal.log"), clock_),
-      settingsProblem_(SetAsideIfDamaged(options_.workFolder + QStringLiteral("/settings.ini"))),
-      settings_(options_.workFolder + QStringLiteral("/settings.ini"), QSettings::IniFormat) {
+      settingsProblem_(SetAsideIfDamaged(SettingsFile(options_.workFolder))),
+      settings_(SettingsFile(options_.workFolder), QSettings::IniFormat) {
   Application().SetLog(&log_);
   const QString remembered = settings_.value(kDataSetting).toString();
   const bool isRestored = options_.command.dataFolder.isEmpty() && !options_.IsBatch() && !remembered.isEmpty();
