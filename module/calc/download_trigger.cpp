@@ -88,6 +88,8 @@ void ShowCalculation(UserDataSession& session) {
   const int before = retries;
   frmCalc2 = std::make_unique<TfrmCalc2>();
   const auto release = qScopeGuard([] { frmCalc2.reset(); });
+  ModuleHost().Debug().TellOngoing(QStringLiteral("正在计算风险数据，按 Esc 可取消"));
+  const auto ended = qScopeGuard([] { ModuleHost().Debug().TellOngoing({}); });
   frmCalc2->ShowModal();
   problem = frmCalc2->ReferenceProblem();
   if (frmCalc2->IsGivenUp()) SayGivenUp(session);

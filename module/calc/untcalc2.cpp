@@ -7,8 +7,10 @@
 #include <QFrame>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QScreen>
 #include <QShowEvent>
 #include <QWindow>
+#include <algorithm>
 
 #include "base_data_ingestion.h"
 #include "calculation_helpers.h"
@@ -51,6 +53,18 @@ QPalette ThemePalette() {
   palette.setColor(QPalette::Highlight, colors.ColorOf(theme::kRowSelect));
   palette.setColor(QPalette::HighlightedText, colors.ColorOf(theme::kSelectedText));
   return palette;
+}
+
+/// That which has the keys; while another program has them, the largest that is shown. None in a batch.
+QWindow* OwnerWindow() {
+  if (QGuiApplication::focusWindow() != nullptr) return QGuiApplication::focusWindow();
+  const auto sizeOf = [](const QWindow* window) {
+    return window->isVisible() ? window->width() * window->height() : 0;
+  };
+  QWindow* largest = nullptr;
+  for (QWindow* window : QGuiApplication::topLevelWindows())
+    if (sizeOf(window) > (largest == nullptr ? 0 : sizeOf(largest))) largest = window;
+  return largest;
 }
 
 }  // namespace
@@ -120,6 +134,7 @@ void TfrmCalc2::BuildDownloads() {
 void TfrmCalc2::ShowModal() {
   QEventLoop loop;
   connect(this, &QDialog::finished, &loop, &QEventLoop::quit);
+  if (const QWindow* owner = OwnerWindow(); owner != nullptr) PlaceOver(*owner);
   show();
   QPointer<QWindow> leaving;
   {
@@ -136,6 +151,15 @@ void TfrmCalc2::ShowModal() {
     });
   }
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
+}
+
+void TfrmCalc2::PlaceOver(const QWindow& owner) {
+  const QRect screen = owner.screen()->availableGeometry();
+  // Its frame will be as thick as the owner's.
+  QRect place(QPoint(), size().grownBy(owner.frameMargins()));
+  place.moveCenter(owner.frameGeometry().center());
+  move(std::max(screen.left(), std::min(place.left(), screen.right() + 1 - place.width())),
+       std::max(screen.top(), std::min(place.top(), screen.bottom() + 1 - place.height())));
 }
 
 bool TfrmCalc2::AgreesToClose() {

@@ -13,6 +13,7 @@
 #include "holdwise/sdk/download.h"
 
 class QLabel;
+class QWindow;
 
 namespace holdwise {
 
@@ -75,6 +76,8 @@ class TfrmCalc2 : public QDialog {
 
   void BuildForm();
   void BuildDownloads();
+  /// In the middle of the window it belongs to, as far as the screen goes.
+  void PlaceOver(const QWindow& owner);
   /// Closes the dialog if the user agrees to it.
   bool AgreesToClose();
   /// Runs the handler of an event for `fileName`; what it throws ends as a line in the debug log.

@@ -106,6 +106,15 @@ bool HoldwiseViewCatalogue::SelectPortfolio(const QString& portfolioId) {
   return frame != nullptr && frame->SelectPortfolio(portfolioId);
 }
 
+QByteArray HoldwiseViewCatalogue::Place() const {
+  const TViewFrame* frame = CurFrame();
+  return frame == nullptr ? QByteArray() : frame->Place();
+}
+
+void HoldwiseViewCatalogue::PutPlace(const QByteArray& place) {
+  if (TViewFrame* frame = CurFrame(); frame != nullptr) frame->PutPlace(place);
+}
+
 std::vector<ViewCatalogue::Input> HoldwiseViewCatalogue::Inputs() const {
   const TViewFrame* frame = CurFrame();
   return frame == nullptr ? std::vector<Input>{} : frame->Inputs();

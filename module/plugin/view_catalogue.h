@@ -26,6 +26,8 @@ class HoldwiseViewCatalogue final : public ViewCatalogue {
   [[nodiscard]] std::vector<GridText> Grids() const override;
   [[nodiscard]] Holdings HoldingsGrid() const override;
   bool SelectPortfolio(const QString& portfolioId) override;
+  [[nodiscard]] QByteArray Place() const override;
+  void PutPlace(const QByteArray& place) override;
   [[nodiscard]] std::vector<Input> Inputs() const override;
   QString SetInput(const QString& name, const QString& value) override;
   QString PutInput(const QString& name, const QString& value) override;

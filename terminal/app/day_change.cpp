@@ -37,6 +37,7 @@ PagePlace PlaceOf(const PageSide& pages, const MarketData& data) {
   if (item == nullptr || item != pages.Current()) return place;
   place.view = item->Views()->Current();
   place.inputs = item->Views()->Inputs();
+  place.inView = item->Views()->Place();
   return place;
 }
 
@@ -44,7 +45,10 @@ void ReturnTo(const PagePlace& place, PageSide& pages, MarketData& data) {
   if (!pages.GoTo(place.address, place.parameter)) (void)pages.GoTo(QString(), QString());
   if (place.view != 0) {
     ViewCatalogue& views = *pages.EnterViews();
-    if (views.Current() == place.view || views.Show(place.view)) PutBackInputs(views, place.inputs);
+    if (views.Current() == place.view || views.Show(place.view)) {
+      PutBackInputs(views, place.inputs);
+      views.PutPlace(place.inView);
+    }
   }
   // Last: an address that is entered may choose one of its own.
   if (data.IsKnownSecurity(place.code) || data.IsIndex(place.code)) data.SetCurrentCode(place.code);

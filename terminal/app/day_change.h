@@ -22,7 +22,8 @@ struct PagePlace {
   QString parameter;
   int view = 0;  ///< 0: none is shown
   std::vector<ViewCatalogue::Input> inputs;
-  QString code;  ///< the current security
+  QByteArray inView;  ///< where the user had got to in the view
+  QString code;       ///< the current security
 };
 [[nodiscard]] PagePlace PlaceOf(const PageSide& pages, const MarketData& data);
 /// Goes there, as far as it is still there.

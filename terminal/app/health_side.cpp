@@ -99,7 +99,11 @@ void HealthSide::Look() {
   window_.Window().SetHealthProblems(problems);
 }
 
-int CheckAtRest(const Options& options) {
+int CheckAtRest(const Options& asked) {
+  Options options = asked;
+  // As the next window will open it.
+  const QString remembered = RememberedDataFolder(options.workFolder);
+  if (options.command.dataFolder.isEmpty() && !remembered.isEmpty()) options.dataFolder = remembered;
   health::Facts facts = FactsOf(options);
   facts.mirrorProblem = health::MirrorReader().Problem(facts.workFolder);
   try {

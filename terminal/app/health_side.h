@@ -48,6 +48,6 @@ class HealthSide {
 /// The same for a work folder on which no terminal runs, with a full reading of its database and a comparison with the
 /// newest backup, none of which changes anything; prints the table and returns the exit code. The caller holds the work
 /// folder's lock; a QCoreApplication is there.
-[[nodiscard]] int CheckAtRest(const Options& options);
+[[nodiscard]] int CheckAtRest(const Options& asked);
 
 }  // namespace holdwise

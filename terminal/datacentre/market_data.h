@@ -66,9 +66,6 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   [[nodiscard]] bool IsSimulated() const { return simulated_; }
   /// Beijing time in seconds since midnight on the data's own date, when that is a trading day; none on another day.
   [[nodiscard]] std::optional<int> SecondOfTradingDay() const;
-  /// First letters by which the name of a stock or index can be typed, the characters apart by a blank; empty when the
-  /// data folder has none.
-  [[nodiscard]] QString InitialsOf(int codeNumber) const;
   /// Current data of all securities and indices that have some, indices first, then by code number.
   [[nodiscard]] std::vector<CodedQuote> Quotes() const;
 
@@ -81,6 +78,7 @@ class MarketData final : public QObject, public CodeNumServices, public TDataCen
   [[nodiscard]] bool IsShanghaiStock(const QString& codeNumber) const override;
   [[nodiscard]] bool IsShenzhenStock(const QString& codeNumber) const override;
   [[nodiscard]] QString NameOf(const QString& code) const override;
+  [[nodiscard]] QString InitialsOf(int codeNumber) const override;
   [[nodiscard]] QString IndustryOf(int codeNumber) const override;
   [[nodiscard]] int MarketTypeOf(const QString& code) const override;
   [[nodiscard]] std::vector<int> CodeNumbersOf(int category) const override;

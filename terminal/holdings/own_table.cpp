@@ -147,7 +147,10 @@ class Parser {
     const QString digits = code ? QString::fromStdString(code->digits) : QString();
     const bool isHeld = code && IsHeld(digits, code->market, line);
     if (isHeld && !collector_.HasItsMarket(digits, code->market, texts[kCode], line)) good = false;
-    if (!reasons[kName].isEmpty()) return;
+    if (!reasons[kName].isEmpty()) {
+      collector_.CheckDate(texts[kDate], line);
+      return;
+    }
     CsvPortfolio& portfolio = collector_.RowOf(texts[kName], line);
     if (!collector_.TakeDate(portfolio, texts[kDate], line)) good = false;
     if (!isHeld || !collector_.IsFirst(portfolio, digits, line) || !good) return;

@@ -31,12 +31,15 @@ CsvPortfolio& PortfolioCollector::RowOf(const QString& name, int line) {
   return portfolio;
 }
 
+bool PortfolioCollector::CheckDate(const QString& text, int line) {
+  const bool isDate = DateIn(text).has_value();
+  if (!isDate) AddProblem(result_.problems, line, QStringLiteral("日期“%1”不是形如2025-03-03的日期").arg(text));
+  return isDate;
+}
+
 bool PortfolioCollector::TakeDate(CsvPortfolio& portfolio, const QString& text, int line) {
+  if (!CheckDate(text, line)) return false;
   const std::optional<int> date = DateIn(text);
-  if (!date) {
-    AddProblem(result_.problems, line, QStringLiteral("日期“%1”不是形如2025-03-03的日期").arg(text));
-    return false;
-  }
   if (!portfolio.date) portfolio.date = date;
   if (portfolio.date == date) return true;
   AddProblem(

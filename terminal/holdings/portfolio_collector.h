@@ -20,6 +20,8 @@ class PortfolioCollector {
   /// The portfolio with that name, a new one at the end when there is none; one row more is counted. Valid until the
   /// next call.
   CsvPortfolio& RowOf(const QString& name, int line);
+  /// False, and reported, for a text that is neither empty nor a date.
+  bool CheckDate(const QString& text, int line);
   /// The day of purchase is the portfolio's: all its rows name the same one, or none. False when it is reported.
   bool TakeDate(CsvPortfolio& portfolio, const QString& text, int line);
   /// True when six digits come into the portfolio for the first time; else it is reported.

@@ -202,11 +202,12 @@ class StatementReader {
   }
 
   void TakeHolding(const StatementCode& code, const StatementMarket& market, const std::optional<QString>& shares) {
-    bool good = shares.has_value() && HasItsMarket(code, market);
+    bool good = HasItsMarket(code, market) && shares.has_value();
     const std::optional<QString> cost = TakeCost();
     const QString name = heading_.Has(Column::Portfolio) ? Cell(Column::Portfolio) : freeName_;
     if (const QString problem = NameProblem(name); !problem.isEmpty()) {
       if (heading_.Has(Column::Portfolio)) Report(problem);
+      collector_.CheckDate(Cell(Column::Date), line_);
       return;
     }
     CsvPortfolio& portfolio = collector_.RowOf(name, line_);

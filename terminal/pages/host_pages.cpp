@@ -3,7 +3,9 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QVBoxLayout>
 #include <utility>
@@ -13,6 +15,7 @@ namespace {
 
 constexpr int kPageMargin = 32;
 constexpr int kTextPixels = 14;
+constexpr int kSpacing = 16;
 
 }  // namespace
 
@@ -51,12 +54,31 @@ ToolbarPage::ToolbarPage() : text_(new QLabel) {
   text_->setTextFormat(Qt::PlainText);
   text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   layout->addWidget(text_);
+  layout->setSpacing(kSpacing);
+  auto* back = new QPushButton(QStringLiteral("返回(&B)"));
+  back->setAutoDefault(false);
+  connect(back, &QPushButton::clicked, this, [this] {
+    if (OnReturn) OnReturn();
+  });
+  layout->addWidget(back, 0, Qt::AlignLeft);
   layout->addStretch(1);
+  setFocusPolicy(Qt::StrongFocus);
 }
 
 void ToolbarPage::SetParameter(const QString& parameter) {
-  text_->setText(parameter.isEmpty() ? QStringLiteral("没有打开任何工具。")
-                                     : QStringLiteral("参数：%1").arg(parameter));
+  const QString what =
+      parameter.isEmpty() ? QStringLiteral("没有打开任何工具。") : QStringLiteral("参数：%1").arg(parameter);
+  text_->setText(what + QStringLiteral("\n\n插件可以在这一页打开它自己的工具；投资组合用不到它。\n"
+                                       "按 Esc 或“返回”回到原来的页面。"));
+}
+
+void ToolbarPage::showEvent(QShowEvent* /*event*/) {
+  setFocus();
+}
+
+void ToolbarPage::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && OnReturn) return OnReturn();
+  QWidget::keyPressEvent(event);
 }
 
 LogPage::LogPage(DebugLog& log) : log_(log) {

@@ -32,11 +32,18 @@ class HostPageAddress : public TAddressItem {
   Show show_;
 };
 
-/// A page that only tells with which parameter it was entered.
+/// A page that only tells what it is for and with which parameter it was entered.
 class ToolbarPage : public QWidget {
  public:
   ToolbarPage();
   void SetParameter(const QString& parameter);
+
+  /// The user wants to go back to where he came from: Escape, or the button.
+  std::function<void()> OnReturn;
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   QLabel* text_;

@@ -19,6 +19,7 @@ namespace {
 const QString kAddressSetting = QStringLiteral("address");
 const QString kViewSetting = QStringLiteral("view");
 const QString kSecurityPage = QStringLiteral("分时走势");
+const QString kToolbarPage = QStringLiteral("工具条");
 constexpr int kLookMilliseconds = 10'000;
 const QString kObstaclePage = QStringLiteral("插件问题");
 constexpr std::uint16_t kObstaclePageNumber = 0;
@@ -64,6 +65,7 @@ PageSide::PageSide(ProcessParts& process, DatabaseSide& database, MarketSide& ma
       plugins_(host_, addresses_, [&process](const QString& file) { StartAgainWithout(file, process.Asked()); }) {
   addresses_.OnEntered = [this](const QString& name) { window_.Window().SetCurrentAddress(name); };
   addresses_.OnLeft = [this](const QString& name) {
+    if (name == kToolbarPage) return;  // nobody wants to go back there
     cameFrom_ = name;
     keyboardWas_ = QApplication::focusWidget();
   };
@@ -121,7 +123,8 @@ void PageSide::AddHostPages(MarketData& data) {
   AddIntradayPage(data);
   auto toolbar = std::make_unique<ToolbarPage>();
   auto* toolbarPage = toolbar.get();
-  add(QStringLiteral("工具条"), kToolbarPageNumber, true, std::move(toolbar),
+  toolbarPage->OnReturn = [this, &data] { ReturnFrom(kToolbarPage, data); };
+  add(kToolbarPage, kToolbarPageNumber, true, std::move(toolbar),
       [toolbarPage](const QString& parameter) { toolbarPage->SetParameter(parameter); });
   add(QStringLiteral("日志"), kLogPageNumber, false, std::make_unique<LogPage>(process_.Log()), {});
 }
@@ -129,14 +132,14 @@ void PageSide::AddHostPages(MarketData& data) {
 void PageSide::AddIntradayPage(MarketData& data) {
   auto page = std::make_unique<IntradayPage>(data, window_.Theme(), recorder_);
   auto* shown = page.get();
-  shown->OnReturn = [this, &data] { ReturnFromSecurity(data); };
+  shown->OnReturn = [this, &data] { ReturnFrom(kSecurityPage, data); };
   addresses_.RegisterAddressItem(std::make_shared<HostPageAddress>(
       kSecurityPage, kSecurityPageNumber, true, std::move(page), window_.Window().Area(),
       [shown](const QString& parameter) { shown->SetParameter(parameter); }));
 }
 
-void PageSide::ReturnFromSecurity(const MarketData& data) {
-  const QString address = cameFrom_ == kSecurityPage ? QString() : cameFrom_;
+void PageSide::ReturnFrom(const QString& page, const MarketData& data) {
+  const QString address = cameFrom_ == page ? QString() : cameFrom_;
   const QPointer<QWidget> keyboard = keyboardWas_;
   // The current security stays what it is: the portfolios' page would choose one of its own.
   if (!GoTo(address, data.CurrentCode())) (void)GoToObstacle();

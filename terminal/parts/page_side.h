@@ -73,7 +73,7 @@ class PageSide {
   void AddHostPages(MarketData& data);
   void AddIntradayPage(MarketData& data);
   /// Goes back to where the security's page was opened from, with the keyboard where it was.
-  void ReturnFromSecurity(const MarketData& data);
+  void ReturnFrom(const QString& page, const MarketData& data);
   [[nodiscard]] QuickEntryActions QuickActions(MarketData& data);
   /// Has the window say what of the views' figures is incomplete, unless they are being got ready.
   void LookForIncomplete();

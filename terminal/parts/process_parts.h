@@ -14,6 +14,10 @@ class SystemClock : public ClockService {
   [[nodiscard]] QDateTime Now() const override;
 };
 
+/// The data folder that a start in this work folder opens when it names none: the one chosen in the window; empty when
+/// none was. Changes nothing.
+[[nodiscard]] QString RememberedDataFolder(const QString& workFolder);
+
 /// What every other part of the terminal rests on: made first, destroyed last. User-interface thread, but for the log
 /// and the clock, which serve any.
 class ProcessParts {

@@ -62,12 +62,17 @@ WindowSide::WindowSide(ProcessParts& process, WindowActions actions)
     QMetaObject::invokeMethod(
         &window_, [this, text] { window_.TellOutcome(text); }, Qt::QueuedConnection);
   });
+  process_.Log().SetOngoingListener([this](const QString& text) {
+    QMetaObject::invokeMethod(
+        &window_, [this, text] { window_.TellOngoing(text); }, Qt::QueuedConnection);
+  });
 }
 
 WindowSide::~WindowSide() {
   KeepDialogFoldersIn(nullptr);
   process_.Log().SetFailureListener({});
   process_.Log().SetOutcomeListener({});
+  process_.Log().SetOngoingListener({});
   if (places_ && !places_->Problem().isEmpty()) return;  // settings would make the folder anew
   if (!process_.Asked().IsBatch()) process_.Settings().setValue(kGeometrySetting, window_.saveGeometry());
 }

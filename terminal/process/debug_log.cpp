@@ -62,6 +62,16 @@ void DebugLog::SetOutcomeListener(std::function<void(const QString&)> listener) 
   outcomeListener_ = std::move(listener);
 }
 
+void DebugLog::TellOngoing(const QString& text) {
+  const MutexLock lock(listenerMutex_);
+  if (ongoingListener_) ongoingListener_(text);
+}
+
+void DebugLog::SetOngoingListener(std::function<void(const QString&)> listener) {
+  const MutexLock lock(listenerMutex_);
+  ongoingListener_ = std::move(listener);
+}
+
 QStringList DebugLog::Lines() const {
   const MutexLock lock(mutex_);
   return lines_;

@@ -27,6 +27,7 @@ class DebugLog : public DebugServers {
   void WriteLog(const QString& text) override;
   void TellFailure(const QString& text) override;
   void TellOutcome(const QString& text) override;
+  void TellOngoing(const QString& text) override;
 
   /// The lines in memory with their time, oldest first. Any thread.
   [[nodiscard]] QStringList Lines() const;
@@ -37,6 +38,8 @@ class DebugLog : public DebugServers {
   void SetFailureListener(std::function<void(const QString&)> listener);
   /// The same for TellOutcome.
   void SetOutcomeListener(std::function<void(const QString&)> listener);
+  /// The same for TellOngoing.
+  void SetOngoingListener(std::function<void(const QString&)> listener);
 
  private:
   void MakeRoom() HOLDWISE_REQUIRES(mutex_);
@@ -49,6 +52,7 @@ class DebugLog : public DebugServers {
   std::function<void()> listener_ HOLDWISE_GUARDED_BY(listenerMutex_);
   std::function<void(const QString&)> failureListener_ HOLDWISE_GUARDED_BY(listenerMutex_);
   std::function<void(const QString&)> outcomeListener_ HOLDWISE_GUARDED_BY(listenerMutex_);
+  std::function<void(const QString&)> ongoingListener_ HOLDWISE_GUARDED_BY(listenerMutex_);
 };
 
 }  // namespace holdwise

@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <algorithm>
+#include <set>
 
 #include "backup/portfolio_file.h"
 #include "holdings/holdings_file.h"
@@ -154,22 +155,27 @@ void CheckCosts(const CsvPortfolios& file, const TDataCenter& dataCentre, std::v
                                    .arg(file.shape.doubtfulCost)});
 }
 
-/// Rows that nobody has agreed to leave out, and portfolios of which nothing else is left.
+/// Rows that nobody has agreed to leave out, or that have another fault, too; and portfolios of which nothing else is
+/// left.
 void CheckStrangers(const CsvPortfolios& file, bool isSkipped, std::vector<ImportProblem>& problems) {
+  std::set<int> faulty;
+  for (const ImportProblem& problem : problems) faulty.insert(problem.line);
   for (const CsvPortfolio& portfolio : file.portfolios) {
     if (portfolio.holdings.empty() && isSkipped && problems.empty())
       problems.push_back({portfolio.line, QStringLiteral("组合“%1”没有可以导入的股票").arg(portfolio.name)});
   }
   const bool isNothingLeft = file.portfolios.empty() && isSkipped && problems.empty();
   if (isNothingLeft) problems.push_back({0, QStringLiteral("文件里没有可以导入的沪深A股")});
-  if ((isSkipped && !isNothingLeft) || file.strangers.empty()) return;
-  if (file.shape.isStatement && !isNothingLeft) {
+  const bool areAllNamed = !isSkipped || isNothingLeft;
+  if (file.strangers.empty()) return;
+  if (file.shape.isStatement && areAllNamed && !isNothingLeft) {
     problems.push_back(
         {0, QStringLiteral("有%1行不是可以导入的沪深A股：用 --skip-unknown，或在窗口的“文件→导入组合”中同意，"
                            "可以略去它们导入其余的行")
                 .arg(file.strangers.size())});
   }
   for (const LeftOutRow& row : file.strangers) {
+    if (!areAllNamed && faulty.count(row.line) == 0) continue;
     problems.push_back({row.line, file.shape.isStatement ? QStringLiteral("%1：%2，不能导入").arg(row.what, row.reason)
                                                          : QStringLiteral("没有代码为%1的A股股票").arg(row.what)});
   }

@@ -104,6 +104,7 @@ void ViewExporter::Start(const QString& folder, std::vector<ViewInput> inputs, b
   });
   std::reverse(left_.begin(), left_.end());
   shownBefore_ = views_.Current();
+  KeepPlace();
   qApp->installEventFilter(this);
   QTimer::singleShot(0, this, [this] {
     if (!QDir().mkpath(folder_)) return Finish(QStringLiteral("目录“%1”不能建立。").arg(folder_));
@@ -186,6 +187,7 @@ void ViewExporter::NextView() {
 
 // What an input asks for (a file) has to be there before the next one is set, as a person would wait for it.
 void ViewExporter::SetInputs() {
+  KeepPlace();
   const auto isOfView = [this](const ViewInput& input) { return input.frameId == view_.frameId; };
   const auto next = std::find_if(inputs_.begin(), inputs_.end(), isOfView);
   if (next == inputs_.end()) return WriteView();
@@ -209,8 +211,19 @@ void ViewExporter::KeepInputs() {
 }
 
 void ViewExporter::RestoreInputs() {
-  for (const auto& [frameId, inputs] : std::exchange(former_, {}))
-    if (views_.Current() == frameId || views_.Show(frameId)) PutBackInputs(views_, inputs);
+  for (const auto& [frameId, inputs] : std::exchange(former_, {})) {
+    if (views_.Current() != frameId && !views_.Show(frameId)) continue;
+    PutBackInputs(views_, inputs);
+    RestorePlace();
+  }
+}
+
+void ViewExporter::KeepPlace() {
+  if (const int view = views_.Current(); view != 0) places_.emplace(view, views_.Place());
+}
+
+void ViewExporter::RestorePlace() {
+  if (const auto place = places_.find(views_.Current()); place != places_.end()) views_.PutPlace(place->second);
 }
 
 void ViewExporter::WritePicture(QWidget& picture, const QString& name, const QString& caption) {
@@ -253,7 +266,10 @@ void ViewExporter::WriteView() {
 }
 
 void ViewExporter::NextPortfolio() {
-  if (portfoliosLeft_.isEmpty()) return NextView();
+  if (portfoliosLeft_.isEmpty()) {
+    RestorePlace();
+    return NextView();
+  }
   portfolio_ = portfoliosLeft_.takeFirst();
   if (!views_.SelectPortfolio(portfolio_))
     return Finish(QStringLiteral("视图“%1”中没有组合 %2。").arg(view_.caption, portfolio_));
@@ -326,12 +342,13 @@ void ViewExporter::Finish(const QString& problem, const QString& lacking) {
   qApp->removeEventFilter(this);
   QStringList problems{problem};
   try {
+    RestorePlace();  // of a view that it broke off in
     RestoreInputs();
+    if (shownBefore_ != 0 && views_.Show(shownBefore_)) RestorePlace();
   } catch (const std::exception& error) {
     problems << QStringLiteral("导出前的输入没有恢复：%1").arg(QString::fromUtf8(error.what()));
   }
   problems.removeAll(QString());
-  if (shownBefore_ != 0) views_.Show(shownBefore_);
   // The listener may destroy this object.
   const auto done = std::exchange(OnDone, nullptr);
   if (done) done(problems.join(QLatin1Char('\n')), lacking);

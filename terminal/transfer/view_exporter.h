@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QTimer>
 #include <functional>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -35,7 +36,8 @@ void PutBackInputs(ViewCatalogue& views, const std::vector<ViewCatalogue::Input>
 /// each portfolio, a window that belongs to the views as "<window>.png" and "<window>-<grid>.csv", and what the figures
 /// of a view with inputs rest on as "<frame id>-inputs.csv". Of a simulated market "模拟行情.txt" says so beside them.
 /// Views whose inputs are set come first: others may follow what is chosen there. In the end the inputs are what they
-/// were: what was in force, and what had been typed or chosen there and not applied. Of an earlier export into the same
+/// were: what was in force, and what had been typed or chosen there and not applied; and each view stands where the
+/// user had got to: the portfolio selected, the filter, the grids scrolled. Of an earlier export into the same
 /// folder the tables of those of its grids stay no longer whose view or portfolio is gone, nor anything of a view that
 /// was not written because an input was refused, nor that note when the market is none; other files are left alone.
 /// Works along with the event loop; the user's mouse and keys reach nothing of the window meanwhile but what is spared.
@@ -71,6 +73,8 @@ class ViewExporter : public QObject {
   void NextView();
   void SetInputs();
   void KeepInputs();
+  void KeepPlace();
+  void RestorePlace();
   void RestoreInputs();
   void NextPortfolio();
   void WriteView();
@@ -98,6 +102,7 @@ class ViewExporter : public QObject {
     std::vector<ViewCatalogue::Input> inputs;
   };
   std::vector<FormerInputs> former_;  ///< of the views whose inputs are set, as they were
+  std::map<int, QByteArray> places_;  ///< where the user had got to, by view
   QStringList problems_;              ///< that do not end the export
   QStringList notWritten_;            ///< pictures of views whose input was refused
   bool isSimulated_ = false;

@@ -1,20 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "window/dialogs.h"
 
+#include <QDateTime>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileIconProvider>
 #include <QFileInfo>
+#include <QHeaderView>
+#include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSettings>
+#include <QTreeView>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace holdwise {
 namespace {
 
 constexpr QSize kReportSize{640, 360};
+constexpr int kCellAir = 16;
 
 QSettings* folders = nullptr;
 
@@ -33,6 +39,25 @@ class PlainIcons final : public QFileIconProvider {
   }
 };
 
+/// Wide enough for the titles of all columns and for names; a desktop's own dialog has no such list.
+void GiveColumnsRoom(QFileDialog& dialog) {
+  constexpr QSize kSize{760, 480};
+  auto* list = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+  if (list == nullptr) return;
+  dialog.resize(dialog.size().expandedTo(kSize));
+  QHeaderView& header = *list->header();
+  header.setStretchLastSection(false);
+  header.setSectionResizeMode(0, QHeaderView::Stretch);
+  const QLocale locale;
+  // Size, kind and date; the system's short form of one may be long.
+  const QStringList longest{locale.formattedDataSize(1'023'999), QStringLiteral("WWWW 文件"),
+                            locale.toString(QDateTime({2028, 12, 28}, {12, 58, 58}), QLocale::ShortFormat)};
+  for (int column = 1; column < header.count(); ++column) {
+    const int text = list->fontMetrics().horizontalAdvance(longest.value(column - 1)) + kCellAir;
+    header.resizeSection(column, std::max(header.sectionSizeHint(column), text));
+  }
+}
+
 /// `purpose`: the name under which the folder is remembered.
 QString Ask(QFileDialog& dialog, const QString& accept, const char* purpose) {
   static auto* const icons = new PlainIcons;  // for all, and never gone: pictures do not outlive the application
@@ -47,6 +72,7 @@ QString Ask(QFileDialog& dialog, const QString& accept, const char* purpose) {
   dialog.setLabelText(QFileDialog::LookIn, QStringLiteral("位置"));
   dialog.setLabelText(QFileDialog::FileName, QStringLiteral("名称"));
   dialog.setLabelText(QFileDialog::FileType, QStringLiteral("类型"));
+  GiveColumnsRoom(dialog);
   if (dialog.exec() != QDialog::Accepted) return {};
   QString chosen = dialog.selectedFiles().value(0);
   if (folders != nullptr && !chosen.isEmpty()) folders->setValue(key, QFileInfo(chosen).absolutePath());

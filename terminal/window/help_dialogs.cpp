@@ -8,8 +8,11 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "window/app_icon.h"
 
@@ -76,14 +79,24 @@ QTableWidget* TableOf(const std::vector<QStringList>& rows, const QStringList& t
       table->setItem(row, column, item);
     }
   }
-  table->horizontalHeader()->setStretchLastSection(true);
   table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   table->resizeColumnsToContents();
-  for (int column = 0; column + 1 < table->columnCount(); ++column)
+  for (int column = 0; column < table->columnCount(); ++column)
     table->setColumnWidth(column, table->columnWidth(column) + kColumnGap);
   const int shown = std::min(table->rowCount(), kMostRowsShown);
   table->setMinimumHeight(table->verticalHeader()->defaultSectionSize() * (shown + (titles.isEmpty() ? 0 : 1)) + 4);
   return table;
+}
+
+/// As wide as all of the table's texts, as far as the screen goes; where that is not far enough, rows get higher.
+void ShowWhole(QDialog& dialog, QTableWidget& table, const QWidget* window) {
+  constexpr int kBorders = 40;
+  int width = kBorders + table.verticalScrollBar()->sizeHint().width();
+  for (int column = 0; column < table.columnCount(); ++column) width += table.columnWidth(column);
+  const int most = (window == nullptr ? dialog.screen() : window->screen())->availableGeometry().width() - kBorders;
+  dialog.resize(std::clamp(width, kDialogWidth, std::max(kDialogWidth, most)), dialog.sizeHint().height());
+  table.horizontalHeader()->setStretchLastSection(true);
+  QObject::connect(table.horizontalHeader(), &QHeaderView::sectionResized, &table, &QTableWidget::resizeRowsToContents);
 }
 
 QDialogButtonBox* CloseButton(QDialog& dialog) {
@@ -124,7 +137,7 @@ void ShowAbout(QWidget* window, const Lines& facts) {
   QPushButton* copy = buttons->addButton(QStringLiteral("复制(&C)"), QDialogButtonBox::ActionRole);
   QObject::connect(copy, &QPushButton::clicked, &dialog, [all] { QGuiApplication::clipboard()->setText(all); });
   layout->addWidget(buttons);
-  dialog.resize(kDialogWidth, dialog.sizeHint().height());
+  ShowWhole(dialog, *table, window);
   dialog.exec();
 }
 
@@ -139,7 +152,7 @@ void ShowKeys(QWidget* window) {
   table->setAccessibleName(QStringLiteral("键盘"));
   layout->addWidget(table);
   layout->addWidget(CloseButton(dialog));
-  dialog.resize(kDialogWidth, dialog.sizeHint().height());
+  ShowWhole(dialog, *table, window);
   dialog.exec();
 }
 

@@ -16,6 +16,7 @@
 
 #include "address_bar.h"
 #include "holdwise/packet/number_text.h"
+#include "status_sign.h"
 #include "window/dialogs.h"
 #include "window/help_dialogs.h"
 
@@ -25,6 +26,7 @@ namespace {
 constexpr QSize kFirstSize{1280, 800};
 constexpr QSize kWindowBorders{16, 48};
 constexpr int kIndices = 3;
+constexpr int kNarrowestQuotes = 150;
 constexpr int kTellMilliseconds = 8000;
 constexpr int kLongMilliseconds = 60'000;
 
@@ -41,11 +43,11 @@ QString PlainHint(const QString& text) {
   return text.toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>"));
 }
 
-/// Shown while there are lines, which stand in its hint; `text` has a place for their number.
-void ShowSign(QLabel& sign, const QString& text, const QStringList& lines) {
+/// Shown while there are lines, which are its story; `text` has a place for their number.
+void ShowSign(StatusSign& sign, const QString& text, const QStringList& lines) {
   sign.setVisible(!lines.isEmpty());
-  sign.setText(text.arg(lines.size()));
-  sign.setToolTip(PlainHint(lines.join(QLatin1Char('\n'))));
+  sign.SetWords(text.arg(lines.size()));
+  sign.SetStory(lines.join(QLatin1Char('\n')));
 }
 
 /// The whole window is on the screen. An offscreen screen is made up, and small.
@@ -154,14 +156,11 @@ void MainWindow::BuildStatusBar() {
   cancel_->setFocusPolicy(Qt::NoFocus);
   cancel_->hide();
   statusBar()->addPermanentWidget(cancel_);
-  quotesProblem_ = AddStatus(*statusBar());
-  quotesProblem_->setText(QStringLiteral("行情没有更新"));
-  quotesProblem_->hide();
-  dataNotices_ = AddStatus(*statusBar());
-  dataNotices_->hide();
-  health_ = AddStatus(*statusBar());
-  health_->setObjectName(QStringLiteral("health"));
-  health_->hide();
+  quotesProblem_ = AddSign(QStringLiteral("quotesProblem"));
+  quotesProblem_->SetWords(QStringLiteral("行情没有更新"));
+  dataNotices_ = AddSign(QStringLiteral("dataNotices"));
+  health_ = AddSign(QStringLiteral("health"));
+  for (StatusSign* sign : {quotesProblem_, dataNotices_, health_}) sign->hide();
   incomplete_ = new QToolButton(this);
   incomplete_->setObjectName(QStringLiteral("incomplete"));
   incomplete_->setAutoRaise(true);
@@ -175,8 +174,17 @@ void MainWindow::BuildStatusBar() {
     indices_.back()->setObjectName(QStringLiteral("index%1").arg(index));
     indices_.back()->setTextFormat(Qt::RichText);
   }
-  quotes_ = AddStatus(*statusBar());
-  quotes_->setObjectName(QStringLiteral("quotes"));
+  quotes_ = AddSign(QStringLiteral("quotes"));
+  quotes_->SetAsked(false);
+  quotes_->hide();
+  quotes_->setMinimumWidth(kNarrowestQuotes);  // a long reason gives way to the other signs
+}
+
+StatusSign* MainWindow::AddSign(const QString& name) {
+  auto* sign = new StatusSign(name, this);
+  statusBar()->addPermanentWidget(sign);
+  connect(sign, &QToolButton::clicked, this, [this] { actions_.showHealth(); });
+  return sign;
 }
 
 void MainWindow::SetAddresses(const QStringList& addresses, const QStringList& listed) {
@@ -208,6 +216,7 @@ void MainWindow::SetOngoing(const QString& text, const QString& hint) {
   for (const QMenu* menu : menus_)
     for (QAction* action : menu->actions()) action->setEnabled(action == quit_ || !isOngoing);
   newDay_->setEnabled(!isOngoing);
+  for (StatusSign* sign : {quotesProblem_, dataNotices_, health_}) sign->setEnabled(!isOngoing);
 }
 
 void MainWindow::ShowTheme() {
@@ -218,8 +227,8 @@ void MainWindow::ShowTheme() {
   mark(*themes_, static_cast<int>(theme_.Kind()));
   mark(*riseFalls_, static_cast<int>(theme_.RiseFallColors()));
   ShowIndices();
-  for (QLabel* sign : {health_, quotesProblem_}) SetAmber(*sign, true);
-  SetAmber(*quotes_, quotes_->autoFillBackground());
+  for (StatusSign* sign : {health_, quotesProblem_}) sign->SetAmber(true, theme_);
+  quotes_->SetAmber(quotes_->IsAmber(), theme_);
   bar_->update();
 }
 
@@ -227,6 +236,7 @@ void MainWindow::SetSimulated(bool isSimulated) {
   setWindowTitle(isSimulated ? QStringLiteral("Holdwise — 模拟行情") : QStringLiteral("Holdwise"));
 }
 
+<<<<<<< HEAD
 void MainWindow::SetDemo(bool isDemo) {
   switchDemo_->setText(isDemo ? QStringLiteral("回到自己的数据(&B)") : QStringLiteral("试用模拟行情(&D)"));
 }
@@ -241,12 +251,17 @@ void MainWindow::SetAmber(QLabel& label, bool isAmber) const {
   label.setPalette(colors);
 }
 
+=======
+>>>>>>> small
 void MainWindow::SetQuotes(const QString& text, const QString& reason) {
   constexpr int kWidestReason = 320;
   const QString shown = quotes_->fontMetrics().elidedText(reason, Qt::ElideRight, kWidestReason);
-  quotes_->setText(reason.isEmpty() ? text : text + QStringLiteral("：") + shown);
-  quotes_->setToolTip(PlainHint(reason));
-  if (quotes_->autoFillBackground() != !reason.isEmpty()) SetAmber(*quotes_, !reason.isEmpty());
+  quotes_->SetWords(reason.isEmpty() ? text : text + QStringLiteral("：") + shown);
+  quotes_->SetStory(reason);
+  quotes_->show();
+  if (quotes_->IsAmber() == !reason.isEmpty()) return;
+  quotes_->SetAsked(!reason.isEmpty());
+  quotes_->SetAmber(!reason.isEmpty(), theme_);
 }
 
 void MainWindow::SetIndices(const std::vector<IndexLevel>& levels) {
@@ -277,7 +292,7 @@ void MainWindow::SetIncomplete(const QStringList& lines) {
 
 void MainWindow::SetQuotesProblem(const QString& text) {
   quotesProblem_->setVisible(!text.isEmpty());
-  quotesProblem_->setToolTip(text);
+  quotesProblem_->SetStory(text);
 }
 
 void MainWindow::OfferNewDay(const QString& text, const QString& hint) {
@@ -296,6 +311,11 @@ void MainWindow::SetHealthProblems(const QStringList& problems) {
 
 void MainWindow::Tell(const QString& text) {
   statusBar()->showMessage(text, kTellMilliseconds);
+}
+
+void MainWindow::TellOngoing(const QString& text) {
+  if (!text.isEmpty()) return statusBar()->showMessage(ongoingText_ = text);
+  if (statusBar()->currentMessage() == ongoingText_) statusBar()->clearMessage();
 }
 
 void MainWindow::TellFailure(const QString& text) {

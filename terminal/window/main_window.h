@@ -16,6 +16,7 @@ class QToolButton;
 namespace holdwise {
 
 class AddressBar;
+class StatusSign;
 
 /// What the user can ask for in the window's menus.
 struct WindowActions {
@@ -62,7 +63,7 @@ class MainWindow : public QMainWindow {
   /// Does the window show the simulated market that is tried out? Then the menu offers the way back.
   void SetDemo(bool isDemo);
 
-  /// How new the prices are; in amber while there is a reason why that is not as it should be.
+  /// How new the prices are; in amber while there is a reason why that is not as it should be, which a click asks for.
   void SetQuotes(const QString& text, const QString& reason);
   /// The three indices, in the order they are shown.
   void SetIndices(const std::vector<IndexLevel>& levels);
@@ -79,6 +80,8 @@ class MainWindow : public QMainWindow {
   void SetHealthProblems(const QStringList& problems);
   /// A passing message in the status bar.
   void Tell(const QString& text);
+  /// One that stays there until the next; empty: takes itself away.
+  void TellOngoing(const QString& text);
   /// One that stays there for a minute: something was not done.
   void TellFailure(const QString& text);
   /// One that stays there for a minute: something was done that can be undone.
@@ -100,7 +103,7 @@ class MainWindow : public QMainWindow {
   [[nodiscard]] QMenu* BuildViewMenu();
   void ShowIndices();
   void BuildStatusBar();
-  void SetAmber(QLabel& label, bool isAmber) const;
+  [[nodiscard]] StatusSign* AddSign(const QString& name);
 
   const ThemeServices& theme_;
   WindowActions actions_;
@@ -116,14 +119,15 @@ class MainWindow : public QMainWindow {
   QActionGroup* addressGroup_ = nullptr;
   QPushButton* newDay_ = nullptr;
   QLabel* ongoing_ = nullptr;
-  QLabel* quotes_ = nullptr;
-  QLabel* quotesProblem_ = nullptr;
-  QLabel* dataNotices_ = nullptr;
-  QLabel* health_ = nullptr;
+  StatusSign* quotes_ = nullptr;
+  StatusSign* quotesProblem_ = nullptr;
+  StatusSign* dataNotices_ = nullptr;
+  StatusSign* health_ = nullptr;
   std::vector<QLabel*> indices_;
   std::vector<IndexLevel> levels_;
   QToolButton* incomplete_ = nullptr;
   QStringList incompleteLines_;
+  QString ongoingText_;
   QProgressBar* progress_ = nullptr;
   QPushButton* cancel_ = nullptr;
 };

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSettings>
 #include <csignal>
 #include <utility>
 
@@ -33,6 +34,19 @@ TEST_F(HealthCheck, AtRestAllIsWellAndTheDatabaseHasBeenRead) {
   EXPECT_TRUE(LineOf(outcome.out, "镜像文件").contains("写于"));
   EXPECT_TRUE(LineOf(outcome.out, "数据目录").contains("2024-05-31"));
   EXPECT_TRUE(LineOf(outcome.out, "与备份比较").contains("数据库与最近的备份一致"));
+}
+
+/// What has been chosen in the window is what the next one opens.
+TEST_F(HealthCheck, AtRestTheDataFolderIsTheOneThatIsRemembered) {
+  {
+    QSettings settings(bench_.Work() + "/settings.ini", QSettings::IniFormat);
+    settings.setValue("data", SharedMarket().Data());
+  }
+  const Outcome outcome = RunTerminal({"--work", bench_.Work(), "--check"});
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.out.toStdString() << outcome.err.toStdString();
+  EXPECT_TRUE(LineOf(outcome.out, "数据目录").contains(SharedMarket().Data())) << outcome.out.toStdString();
+  const Outcome asked = RunTerminal({"--work", bench_.Work(), "--data", bench_.File("none"), "--check"});
+  EXPECT_TRUE(LineOf(asked.out, "数据目录").contains(bench_.File("none"))) << asked.out.toStdString();
 }
 
 TEST_F(HealthCheck, ADifferenceFromTheNewestBackupIsShownWithBothSides) {

@@ -29,6 +29,21 @@ TEST_F(Window, OpensWhereItWasLeft) {
   EXPECT_TRUE(QString::fromUtf8(Bytes(settings)).contains("address=分时走势")) << "a batch leaves it alone";
 }
 
+/// Where it was left shows that Escape and the button lead from a page without anything on it to the portfolios.
+TEST_F(Window, TheToolbarPageIsLeftByEscapeAndByItsButton) {
+  const auto leftBy = [&](const QStringList& keys) {
+    RunningTerminal terminal(bench_.Arguments({"--address", "工具条"}), screen_.Environment());
+    EXPECT_TRUE(terminal.WaitForWindow());
+    EXPECT_TRUE(screen_.Enter("^Holdwise"));
+    screen_.Keys(keys);
+    EXPECT_GE(terminal.Signal(SIGTERM), 0);
+    return QSettings(bench_.Work() + "/settings.ini", QSettings::IniFormat).value("address").toString();
+  };
+  EXPECT_EQ(leftBy({"F7"}), "工具条") << "any other key stays";
+  EXPECT_EQ(leftBy({"Escape"}), "投资组合");
+  EXPECT_EQ(leftBy({"alt+b"}), "投资组合");
+}
+
 /// A window that was made smaller and whose tree was made wider comes back like that: the same size, and the edge under
 /// the same place of the mouse.
 TEST_F(Window, OpensAsLargeAsItWasLeftAndWithTheEdgeWhereItWasDragged) {

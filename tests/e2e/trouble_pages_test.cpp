@@ -10,6 +10,7 @@
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <functional>
 
 #include "app/terminal.h"
@@ -104,7 +105,7 @@ class TroublePages : public testing::Test {
     ASSERT_GE(index, 0) << name.toStdString();
     QTest::mouseClick(&Tabs(window), Qt::LeftButton, {}, Tabs(window).TabRect(index).center());
   }
-  static bool HasHealthSign(const MainWindow& window) { return window.findChild<QLabel*>("health")->isVisible(); }
+  static bool HasHealthSign(const MainWindow& window) { return window.findChild<QToolButton*>("health")->isVisible(); }
 
   static QString LabelOf(MainWindow& window, int number) {
     if (Page(window) == nullptr) return {};

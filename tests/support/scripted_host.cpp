@@ -117,6 +117,11 @@ QString ScriptedCodeNums::NameOf(const QString& code) const {
   return security == nullptr ? QString() : security->name;
 }
 
+QString ScriptedCodeNums::InitialsOf(int codeNumber) const {
+  const auto found = initials.find(codeNumber);
+  return found == initials.end() ? QString() : found->second;
+}
+
 QString ScriptedCodeNums::IndustryOf(int codeNumber) const {
   const ScriptedSecurity* security = Find(QString::number(codeNumber));
   return security == nullptr ? QString() : security->industry;
@@ -170,6 +175,16 @@ std::vector<QString> ScriptedDebug::Failures() const {
 void ScriptedDebug::TellOutcome(const QString& text) {
   const std::lock_guard guard(lock_);
   outcomes_.push_back(text);
+}
+
+void ScriptedDebug::TellOngoing(const QString& text) {
+  const std::lock_guard guard(lock_);
+  ongoing_.push_back(text);
+}
+
+std::vector<QString> ScriptedDebug::Ongoing() const {
+  const std::lock_guard guard(lock_);
+  return ongoing_;
 }
 
 std::vector<QString> ScriptedDebug::Outcomes() const {

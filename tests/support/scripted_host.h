@@ -50,6 +50,7 @@ class ScriptedCodeNums final : public CodeNumServices {
   bool IsShanghaiStock(const QString& codeNumber) const override;
   bool IsShenzhenStock(const QString& codeNumber) const override;
   QString NameOf(const QString& code) const override;
+  QString InitialsOf(int codeNumber) const override;
   QString IndustryOf(int codeNumber) const override;
   int MarketTypeOf(const QString& code) const override;
   std::vector<int> CodeNumbersOf(int category) const override;
@@ -60,6 +61,7 @@ class ScriptedCodeNums final : public CodeNumServices {
   void Add(const ScriptedSecurity& security);
   [[nodiscard]] const ScriptedSecurity* Find(const QString& code) const;
 
+  std::map<int, QString> initials;  ///< by code number
   int currentDate = 20240529;
   QString currentCode;
   std::vector<QString> setCodes;  ///< every SetCurrentCode
@@ -89,12 +91,16 @@ class ScriptedDebug final : public DebugServers {
   void TellOutcome(const QString& text) override;
   /// What the user was told that was no failure.
   [[nodiscard]] std::vector<QString> Outcomes() const;
+  void TellOngoing(const QString& text) override;
+  /// What the user was told that goes on, its end as an empty text.
+  [[nodiscard]] std::vector<QString> Ongoing() const;
 
  private:
   mutable std::mutex lock_;
   std::vector<QString> lines_;
   std::vector<QString> failures_;
   std::vector<QString> outcomes_;
+  std::vector<QString> ongoing_;
 };
 
 class ScriptedKeyCodes final : public KeyCodeServices {

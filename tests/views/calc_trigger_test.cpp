@@ -149,6 +149,26 @@ TEST_F(Trigger, ADialogThatTheUserClosedIsSaidInTheLogAndToTheUser) {
   EXPECT_EQ(host_.debug.Failures().size(), 1U);
 }
 
+TEST_F(Trigger, WhileItLastsTheUserIsToldHowToEndItOverTheWindowAndOnTheScreen) {
+  QWidget window;
+  const QRect screen = window.screen()->availableGeometry();
+  for (const QPoint corner : {screen.topLeft(), screen.bottomRight() - QPoint(60, 40)}) {
+    window.setGeometry(QRect(corner, QSize(500, 300)));
+    window.show();
+    QRect place;
+    WhenShown([&] {
+      EXPECT_EQ(host_.debug.Ongoing().back(), QStringLiteral("正在计算风险数据，按 Esc 可取消"));
+      place = frmCalc2->geometry();
+      FinishAll();
+    });
+    DownData();
+    EXPECT_EQ(host_.debug.Ongoing().back(), QString());
+    EXPECT_TRUE(screen.contains(place)) << place.x() << ' ' << place.y();
+    EXPECT_EQ(window.geometry().contains(place), corner == screen.topLeft()) << place.x() << ' ' << place.y();
+    Run("update alg_commain set ISFINISHED = 0 where ID < 3");
+  }
+}
+
 TEST_F(Trigger, TheDialogWaitsForOtherDialogs) {
   QDialog report;
   report.setModal(true);

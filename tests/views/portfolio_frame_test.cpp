@@ -35,7 +35,6 @@ class PortfolioFrame : public PortfolioViewTest, public testing::WithParamInterf
 INSTANTIATE_TEST_SUITE_P(Views, PortfolioFrame, testing::Values(2001, 2002, 3001));
 
 TEST_P(PortfolioFrame, WithoutSavedPortfoliosBothGridsAndTheTitleAreEmpty) {
-  bench.AddPortfolio(1, QStringLiteral("甲"), {{1600000, 100, 1, 9}}, 0);
   Open();
   EXPECT_TRUE(portfolios->IsEmpty());
   EXPECT_TRUE(holdings->IsEmpty());
@@ -51,6 +50,23 @@ TEST_P(PortfolioFrame, WithoutSavedPortfoliosBothGridsAndTheTitleAreEmpty) {
   for (int y = 0; y < lower.height(); y += 3) {
     for (int x = 0; x < lower.width(); x += 3) ASSERT_EQ(lower.pixelColor(x, y), Color("Qm_BGCorlor")) << x << ' ' << y;
   }
+}
+
+/// What has been made in the editor and not saved there would look lost.
+TEST_P(PortfolioFrame, WithoutSavedPortfoliosThoseThatWaitInTheEditorAreSaid) {
+  for (const int id : {1, 2}) bench.AddPortfolio(id, QStringLiteral("甲%1").arg(id), {{1600000, 100, 1, 9}}, 0);
+  Open();
+  EXPECT_TRUE(portfolios->IsEmpty());
+  const QString said = EmptyText(*portfolios);
+  EXPECT_TRUE(said.startsWith(QStringLiteral("暂无已保存的组合\n“自选配置”里有 2 个组合还没有保存")))
+      << said.toStdString();
+  EXPECT_TRUE(said.contains(QStringLiteral("F4")));
+  const auto* hint = portfolios->viewport()->findChild<QLabel*>();
+  EXPECT_LE(hint->sizeHint().height(), portfolios->viewport()->height());
+  EXPECT_LE(hint->sizeHint().width(), portfolios->viewport()->width());
+  ClearPortfolios();
+  SendFrameMessage(*frame, FrameMessage::Init);
+  EXPECT_TRUE(EmptyText(*portfolios).contains(QStringLiteral("Ctrl+O"))) << "asked anew each time";
 }
 
 TEST_P(PortfolioFrame, AClickLoadsThatPortfolio) {

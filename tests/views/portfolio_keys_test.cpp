@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QSplitter>
 
 #include "common/frames/totals_strip.h"
@@ -237,6 +238,47 @@ TEST_P(LongList, TheFilterOutlivesAReloadAndGivesWayToTheCatalogue) {
   EXPECT_EQ(box->text(), QString());
 }
 
+TEST_P(LongList, WhereTheUserHadGotToComesBackAfterTheCatalogueHasGoneElsewhere) {
+  OpenWith(40);
+  bench.host.system.workArea.resize(1000, 420);
+  QTest::qWait(20);
+  QTest::keyClicks(box, QStringLiteral("1"));
+  Click(*portfolios, 0, 21);
+  ASSERT_EQ(Shown().size(), 13);
+  const QString name = portfolios->Cells(0, portfolios->Row());
+  portfolios->verticalScrollBar()->setValue(portfolios->verticalScrollBar()->maximum());
+  const int scrolled = portfolios->verticalScrollBar()->value();
+  ASSERT_GT(scrolled, 0);
+  const QStringList shown = Shown();
+  const QByteArray place = frame->Place();
+  ASSERT_TRUE(frame->SelectPortfolio(QStringLiteral("3")));
+  LeaveAndComeBack();
+  ASSERT_NE(portfolios->Cells(0, portfolios->Row()), name);
+  ASSERT_EQ(Shown().size(), 40);
+  frame->PutPlace(place);
+  EXPECT_EQ(portfolios->Cells(0, portfolios->Row()), name);
+  EXPECT_EQ(Shown(), shown);
+  EXPECT_EQ(box->text(), QStringLiteral("1"));
+  EXPECT_EQ(portfolios->verticalScrollBar()->value(), scrolled);
+  EXPECT_EQ(frame->Place(), place);
+  frame->PutPlace("nothing of this view");
+  EXPECT_EQ(frame->Place(), place);
+}
+
+TEST_P(LongList, OfAPlaceThatIsGoneWhatIsLeftIsPutBack) {
+  OpenWith(21);
+  Click(*portfolios, 0, 2);
+  const QString id = QStringLiteral("19");
+  const QByteArray place = frame->Place();
+  bench.database.Service().Execute(QStringLiteral("delete from alg_comdetail where MAINID = ") + id);
+  bench.database.Service().Execute(QStringLiteral("delete from alg_commain where ID = ") + id);
+  LeaveAndComeBack();
+  const int row = portfolios->Row();
+  frame->PutPlace(place);
+  EXPECT_EQ(portfolios->Row(), row);
+  EXPECT_EQ(Shown().size(), 20);
+}
+
 // --- the edge
 
 TEST_P(PortfolioKeys, TheEdgeBetweenListAndHoldingsCanBeDragged) {
@@ -253,13 +295,36 @@ TEST_P(PortfolioKeys, TheEdgeBetweenListAndHoldingsCanBeDragged) {
   QTest::mousePress(&edge, Qt::LeftButton, {}, middle);
   QTest::mouseMove(&edge, middle + QPoint(0, 78));
   QTest::mouseRelease(&edge, Qt::LeftButton, {}, middle + QPoint(0, 78));
-  EXPECT_NEAR(listHeight(), 279, 2);
+  EXPECT_EQ(listHeight(), 279);
   EXPECT_EQ(portfolios->height() - gridBefore, listHeight() - 201);
   EXPECT_EQ(portfolios->viewport()->height() % TStringGrid::kDefaultRowHeight, 0);
   const int dragged = listHeight();
   bench.host.system.workArea.resize(1000, 900);
   QTest::qWait(20);
   EXPECT_EQ(listHeight(), dragged) << "in a higher window the holdings take what there is more";
+}
+
+/// Where a person looks for the edge: in the gap between the last row, or the sums, and the title of the holdings.
+TEST_P(PortfolioKeys, TheEdgeIsGrabbedAnywhereInTheGapAboveIt) {
+  OpenWithTwo();
+  QTest::qWait(20);
+  const QWidget& list = *portfolios->parentWidget();
+  const auto* sums = list.findChild<TotalsStrip*>();
+  const QWidget& lowest = sums != nullptr ? static_cast<const QWidget&>(*sums) : *portfolios->viewport();
+  const int top = lowest.mapTo(frame, QPoint(0, lowest.height())).y();
+  const int bottom = list.mapTo(frame, QPoint(0, list.height())).y();
+  ASSERT_GE(bottom - top, 15) << "the gap";
+  auto* edge = frame->findChild<QSplitter*>()->handle(1);
+  for (int y = top; y < bottom; ++y) EXPECT_EQ(frame->childAt(500, y), edge) << y - top;
+  EXPECT_NE(frame->childAt(500, top - 1), edge) << "the last row, or the sums, have their own mouse";
+  EXPECT_NE(frame->childAt(500, bottom + 8), edge);
+  // Grabbed in its first pixel it follows the mouse, and does not jump under it.
+  const int before = list.height();
+  const QPoint from = edge->mapFrom(frame, QPoint(500, top + 1));
+  QTest::mousePress(edge, Qt::LeftButton, {}, from);
+  QTest::mouseMove(edge, from + QPoint(0, 40));
+  QTest::mouseRelease(edge, Qt::LeftButton, {}, from);
+  EXPECT_EQ(list.height(), before + 40);
 }
 
 }  // namespace

@@ -76,6 +76,20 @@ TEST_F(StockPool, TheLinkOpensTheFormWhichAsksForThePool) {
   });
 }
 
+TEST_F(StockPool, WhatIsNotShownForWantOfAccountFiguresSaysWhy) {
+  Open();
+  OpenByLink([&] {
+    Role()->WriteAndReceive(kPool, Pool());
+    for (const int column : {4, 5, 6}) {
+      EXPECT_TRUE(Grid().RemarkOf({column, 1}).contains("--accounts")) << column;
+      EXPECT_EQ(Grid().RemarkOf({column, 0}), "") << column;
+    }
+    EXPECT_EQ(Grid().TextWidth({4, 1}), Grid().fontMetrics().horizontalAdvance(QStringLiteral("—")))
+        << "a dash is drawn";
+    EXPECT_EQ(Grid().RemarkOf({3, 1}), "");
+  });
+}
+
 TEST_F(StockPool, TheLinkIsAHandAndWorksWithTheKeyboardToo) {
   Open();
   QLabel* link = LabelWith(QStringLiteral("智能股票池"));

@@ -172,6 +172,27 @@ TEST_F(Picker, ChineseCharactersNarrowByName) {
   EXPECT_EQ(Shown(), QStringList({"600000", "600519", "601398"}));
 }
 
+/// By every reading of a character, as in the host's own quick entry.
+TEST_F(Picker, TheInitialsOfANameFindItToo) {
+  host.codeNums.initials = {{1000001, QStringLiteral("P A Y XH")},
+                            {1600000, QStringLiteral("P F Y XH")},
+                            {1601398, QStringLiteral("G S Y XH")},
+                            {1000002, QStringLiteral("W K A")}};
+  picker->Search->setFocus();
+  QTest::keyClicks(picker->Search, QStringLiteral("yh"));
+  EXPECT_EQ(Shown(), QStringList({"000001", "600000", "601398"}));
+  Retype(*picker->Search, QStringLiteral("PFYX"));
+  EXPECT_EQ(Shown(), QStringList({"600000"}));
+  Retype(*picker->Search, QStringLiteral("py"));
+  EXPECT_EQ(Shown(), QStringList()) << "characters that follow one another";
+  picker->Search->setText(QStringLiteral("ｗｋ"));
+  EXPECT_EQ(Shown(), QStringList({"000002"})) << "full width";
+  QTest::keyClick(picker->Search, Qt::Key_Return);
+  EXPECT_EQ(editor->Rows().size(), 1U);
+  picker->Search->clear();
+  EXPECT_EQ(Shown(), kAllCodes);
+}
+
 TEST_F(Picker, ANameIsFoundAsPeopleWriteIt) {
   for (const char* text : {"万科", "万科A", "万 科", "科a", "Ａ", "0002"}) {
     picker->Search->setText(QString::fromUtf8(text));

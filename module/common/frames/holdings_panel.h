@@ -44,6 +44,8 @@ class HoldingsPanel : public FramePart {
   void Fit() override;
   [[nodiscard]] std::vector<const TStringGrid*> Grids() const override { return {grid_}; }
   [[nodiscard]] QString HoldingsGridName() const override;
+  [[nodiscard]] QVariantMap Place() const override { return PlaceIn(*grid_); }
+  void PutPlace(const QVariantMap& place) override { PutPlaceIn(*grid_, place); }
 
  private:
   void MouseMove(const QPoint& position);

@@ -12,18 +12,28 @@
 #include "common/frames/list_filter.h"
 #include "common/frames/totals_strip.h"
 #include "common/store/database.h"
+#include "common/store/statements.h"
 
 namespace holdwise {
 namespace {
 
 constexpr int kBelowTotals = 18;  // pixels; with the strip five whole rows fit into the height of the design
+const QString kFilter = QStringLiteral("filter");
+const QString kId = QStringLiteral("id");
 
 }  // namespace
 
 QString NoSavedPortfolios() {
-  return QStringLiteral(
-      "暂无已保存的组合\n在“自选配置”中选股或粘贴持仓（Ctrl+V）建立，在“智能配置”中取用候选组合，\n"
-      "或用终端的“文件→导入组合”（Ctrl+O）读入组合或券商持仓表");
+  const QString none = QStringLiteral("暂无已保存的组合\n");
+  if (const std::int64_t waiting = Database().Count(sql::kCountUnsavedPortfolios); waiting > 0) {
+    return none + QStringLiteral(
+                      "“自选配置”里有 %1 个组合还没有保存：算完后在那里的列表中选中它，\n"
+                      "按 F4 或单击它那一行的保存图标，就列在这里")
+                      .arg(waiting);
+  }
+  return none + QStringLiteral(
+                    "在“自选配置”中选股或粘贴持仓（Ctrl+V）建立，在“智能配置”中取用候选组合，\n"
+                    "或用终端的“文件→导入组合”（Ctrl+O）读入组合或券商持仓表");
 }
 
 PortfolioList::PortfolioList(const Design& design, QWidget* parent)
@@ -35,7 +45,6 @@ PortfolioList::PortfolioList(const Design& design, QWidget* parent)
       filter_(new ListFilter(design.unit, this)),
       grid_(new TStringGrid(design.unit, QStringLiteral("strngrd"), this)),
       header_(new HeaderStrip(*grid_, design.columns, this)) {
-  grid_->SetEmptyText(emptyText_);
   grid_->setAccessibleName(QStringLiteral("组合"));
   grid_->SetWholeRows(true);
   auto* layout = StackedIn(*this);
@@ -112,8 +121,30 @@ bool PortfolioList::SelectRow(int row) {
   return grid_->SelectCell(0, row);
 }
 
+int PortfolioList::BlankBelow() const {
+  const QWidget& lowest = totals_ != nullptr ? static_cast<const QWidget&>(*totals_) : *grid_->viewport();
+  return height() - lowest.mapTo(this, QPoint(0, lowest.height())).y();
+}
+
 void PortfolioList::KeepSelection() {
   kept_ = Listing();
+}
+
+QVariantMap PortfolioList::Place() const {
+  QVariantMap place = PlaceIn(*grid_);
+  place.insert(kFilter, filter_->Text());
+  if (grid_->HasRow()) place.insert(kId, grid_->Cells(keyColumn_, grid_->Row()));
+  return place;
+}
+
+void PortfolioList::PutPlace(const QVariantMap& place) {
+  if (place.isEmpty()) return;
+  filter_->Entry().setText(place.value(kFilter).toString());
+  const auto row = static_cast<int>(PortfolioIds().indexOf(place.value(kId).toString()));
+  const bool isThere = row >= 0 && grid_->RowHeight(row) > 0;
+  QVariantMap here = place;
+  here.insert(QStringLiteral("row"), isThere ? row : grid_->Row());
+  PutPlaceIn(*grid_, here);
 }
 
 QStringList PortfolioList::Listing() const {
@@ -146,8 +177,10 @@ bool PortfolioList::ApplyFilter() {
   // The sums are of all portfolios all the same.
   if (totals_ != nullptr) totals_->SetCaption(isWhole ? QStringLiteral("合计") : QStringLiteral("全部组合合计"));
   const bool isAll = filter_->Text().isEmpty() || grid_->IsEmpty();
-  grid_->SetEmptyText(isAll ? emptyText_
-                            : QStringLiteral("没有名称含“%1”的组合\n按 Esc 重新列出全部组合").arg(filter_->Text()));
+  if (!isAll)
+    grid_->SetEmptyText(QStringLiteral("没有名称含“%1”的组合\n按 Esc 重新列出全部组合").arg(filter_->Text()));
+  else
+    grid_->SetEmptyText(grid_->IsEmpty() && emptyText_ ? emptyText_() : QString());
   return hadRow && grid_->HasRow() && grid_->Row() == before;
 }
 

@@ -15,7 +15,8 @@ class HeaderStrip;
 class ListFilter;
 class TotalsStrip;
 
-/// For an empty list of saved portfolios: that there is none, and how to begin.
+/// For an empty list of saved portfolios: that there is none, and how to begin, or how those that wait in the editor
+/// get here. Reads how many do; a failing statement throws.
 [[nodiscard]] QString NoSavedPortfolios();
 
 /// A grid of portfolios with its header strip and, above a long list, a box that filters it by name: reads them from
@@ -28,8 +29,8 @@ class PortfolioList : public FramePart {
     QString unit;       ///< named in the debug log
     QString statement;  ///< selects the portfolios that are listed; may be empty
     ColumnTable columns;
-    int keyColumn = 0;  ///< the portfolio's id
-    QString emptyText;  ///< shown while no portfolio is listed
+    int keyColumn = 0;                   ///< the portfolio's id
+    std::function<QString()> emptyText;  ///< what is shown while no portfolio is listed, asked when that is so
     int nameColumn = 0;
   };
 
@@ -79,7 +80,10 @@ class PortfolioList : public FramePart {
   [[nodiscard]] std::vector<const TStringGrid*> Grids() const override { return {grid_}; }
   [[nodiscard]] QStringList PortfolioIds() const override;
   bool SelectPortfolio(const QString& portfolioId) override;
+  [[nodiscard]] int BlankBelow() const override;
   void KeepSelection() override;
+  [[nodiscard]] QVariantMap Place() const override;
+  void PutPlace(const QVariantMap& place) override;
   /// What Tab visits, in this order: the box above the list, and the grid where it is visited at all.
   [[nodiscard]] std::vector<QWidget*> TabStops() const;
 
@@ -97,7 +101,7 @@ class PortfolioList : public FramePart {
   QString statement_;
   int keyColumn_;
   int nameColumn_;
-  QString emptyText_;
+  std::function<QString()> emptyText_;
   ListFilter* filter_;
   TStringGrid* grid_;
   HeaderStrip* header_;

@@ -2,7 +2,7 @@
 #include "common/frames/view_frame.h"
 
 #include <QCoreApplication>
-#include <QSplitter>
+#include <QDataStream>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <tuple>
@@ -12,6 +12,7 @@
 #include "common/frames/frame_parts.h"
 #include "common/grid/string_grid.h"
 #include "common/host/event_guard.h"
+#include "edge_splitter.h"
 
 namespace holdwise {
 
@@ -38,17 +39,12 @@ void TViewFrame::AddPart(FramePart& part, bool stretches) {
 
 void TViewFrame::AddParts(FramePart& upper, int upperHeight, FramePart& lower) {
   constexpr int kLeastHeight = 100;
-  auto* splitter = new QSplitter(Qt::Vertical, this);
-  splitter->setObjectName(unit_ + QStringLiteral(".Splitter"));
-  splitter->setHandleWidth(0);  // the edge is the parts' own; some pixels on both sides of it can be grabbed
-  splitter->setChildrenCollapsible(false);
   for (FramePart* part : {&upper, &lower}) {
     parts_.push_back(part);
     part->setMinimumHeight(kLeastHeight);
-    splitter->addWidget(part);
   }
-  splitter->setStretchFactor(0, 0);
-  splitter->setStretchFactor(1, 1);
+  auto* splitter = new EdgeSplitter(upper, lower, this);
+  splitter->setObjectName(unit_ + QStringLiteral(".Splitter"));
   splitter->setSizes({upperHeight, upperHeight});
   static_cast<QVBoxLayout*>(layout())->addWidget(splitter, 1);
 }
@@ -106,6 +102,26 @@ ViewCatalogue::Holdings TViewFrame::HoldingsGrid() const {
 
 bool TViewFrame::SelectPortfolio(const QString& portfolioId) {
   return std::any_of(parts_.begin(), parts_.end(), [&](FramePart* part) { return part->SelectPortfolio(portfolioId); });
+}
+
+QByteArray TViewFrame::Place() const {
+  QVariantList places;
+  for (const FramePart* part : parts_) places << part->Place();
+  QByteArray place;
+  QDataStream stream(&place, QIODevice::WriteOnly);
+  stream << unit_ << places;
+  return place;
+}
+
+void TViewFrame::PutPlace(const QByteArray& place) {
+  QString unit;
+  QVariantList places;
+  QDataStream stream(place);
+  stream >> unit >> places;
+  const bool isOfThis = stream.status() == QDataStream::Ok && unit == unit_;
+  if (!isOfThis || places.size() != static_cast<qsizetype>(parts_.size())) return;
+  for (std::size_t part = 0; part < parts_.size(); ++part)
+    parts_[part]->PutPlace(places[static_cast<qsizetype>(part)].toMap());
 }
 
 QString TViewFrame::SetInput(const QString& name, const QString& /*value*/) {

@@ -68,6 +68,9 @@ class TViewFrame : public QWidget {
   [[nodiscard]] ViewCatalogue::Holdings HoldingsGrid() const;
   /// Selects the portfolio as a click on its row does; false when it is not listed.
   bool SelectPortfolio(const QString& portfolioId);
+  /// Where the user has got to in the parts, for PutPlace of a view of the same kind.
+  [[nodiscard]] QByteArray Place() const;
+  void PutPlace(const QByteArray& place);
   /// The data is going to be read again, not anew: what is selected stays so, unless the list has changed.
   void KeepSelection();
   /// What the keys can be given to, from top to bottom and from left to right: the grids, and of a part without one its

@@ -23,7 +23,7 @@ TFrm_FXJL::TFrm_FXJL(QWidget* parent)
                                .statement = sql::kSavedPortfolios,
                                .columns = risk::PortfolioTable(),
                                .keyColumn = risk::kId,
-                               .emptyText = NoSavedPortfolios()},
+                               .emptyText = NoSavedPortfolios},
                               this)),
       holdings_(new HoldingsPanel(
           {.unit = kUnit, .columns = risk::SecurityTable(), .caption = QStringLiteral("组合名称")}, this)) {

@@ -23,7 +23,7 @@ TFrm_YJFJ::TFrm_YJFJ(QWidget* parent)
                                .statement = sql::kSavedPortfolios,
                                .columns = decomposition::PortfolioTable(),
                                .keyColumn = decomposition::kId,
-                               .emptyText = NoSavedPortfolios()},
+                               .emptyText = NoSavedPortfolios},
                               this)),
       chart_(new StepChartPart(kUnit, QStringLiteral("RzPanel5"), this)) {
   AddParts(*list_, PortfolioList::kHeight, *chart_);

@@ -44,7 +44,7 @@ TFrm_YLCS::TFrm_YLCS(QWidget* parent)
                                .statement = sql::kSavedPortfolios,
                                .columns = stress::PortfolioTable(),
                                .keyColumn = stress::kId,
-                               .emptyText = NoSavedPortfolios()},
+                               .emptyText = NoSavedPortfolios},
                               this)),
       holdings_(new HoldingsPanel(
           {.unit = kUnit, .columns = stress::HoldingTable(), .caption = QStringLiteral("成分股预期表现")}, this)),

@@ -40,7 +40,7 @@ TFrm_ZHBX::TFrm_ZHBX(QWidget* parent)
                                .statement = sql::kSavedPortfolios,
                                .columns = performance::PortfolioTable(),
                                .keyColumn = performance::kId,
-                               .emptyText = NoSavedPortfolios()},
+                               .emptyText = NoSavedPortfolios},
                               this)),
       holdings_(new HoldingsPanel({.unit = kUnit, .columns = performance::HoldingTable(), .caption = HoldingsCaption()},
                                   this)),

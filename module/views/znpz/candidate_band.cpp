@@ -14,6 +14,8 @@ namespace holdwise {
 namespace {
 
 const QString kUnit = QStringLiteral("Znpz");
+const QString kListPlace = QStringLiteral("list");
+const QString kHoldingsPlace = QStringLiteral("holdings");
 constexpr int kTitlePixels = 15;
 constexpr QPoint kTitlePlace{14, 9};
 constexpr QSize kPictureSize{20, 20};
@@ -103,6 +105,15 @@ bool CandidateBand::SelectPortfolio(const QString& portfolioId) {
 
 QString CandidateBand::HoldingsGridName() const {
   return holdings_->HoldingsGridName();
+}
+
+QVariantMap CandidateBand::Place() const {
+  return {{kListPlace, candidates_->Place()}, {kHoldingsPlace, PlaceIn(holdings_->Grid())}};
+}
+
+void CandidateBand::PutPlace(const QVariantMap& place) {
+  candidates_->PutPlace(place.value(kListPlace).toMap());
+  PutPlaceIn(holdings_->Grid(), place.value(kHoldingsPlace).toMap());
 }
 
 }  // namespace holdwise

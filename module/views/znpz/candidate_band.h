@@ -34,6 +34,8 @@ class CandidateBand : public FramePart {
   [[nodiscard]] QStringList PortfolioIds() const override;
   bool SelectPortfolio(const QString& portfolioId) override;
   [[nodiscard]] QString HoldingsGridName() const override;
+  [[nodiscard]] QVariantMap Place() const override;
+  void PutPlace(const QVariantMap& place) override;
 
  private:
   QSplitter* Splitter1;

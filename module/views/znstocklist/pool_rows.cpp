@@ -17,7 +17,13 @@ constexpr double kScale = 10'000;  // of the account figures
 void ShowAccount(int codeNumber, int row, TStringGrid& grid) {
   const TDataCenter& dataCenter = ModuleHost().DataCenter();
   const auto account = dataCenter.StockAccountInfo(codeNumber);
-  if (!account) return;
+  if (!account) {
+    const QString why = QStringLiteral(
+        "数据目录里没有这只股票的每股收益和每股净资产（accounts.dat），昨收和这两项不显示；"
+        "生成数据目录时用 --accounts 给出");
+    for (const int column : {kPreviousClose, kEarnings, kNetAssets}) grid.SetNoFigure({column, row}, why);
+    return;
+  }
   grid.SetCells(kPreviousClose, row, FormatFixed(dataCenter.StockNowData(codeNumber).previousClose, kDecimals));
   grid.SetCells(kEarnings, row, FormatFixed(account->eps / kScale, kDecimals));
   grid.SetCells(kNetAssets, row, FormatFixed(account->netAssetPerShare / kScale, kDecimals));

@@ -33,7 +33,7 @@ TFrM_ZTPJ::TFrM_ZTPJ(QWidget* parent)
                                .statement = sql::kSavedPortfolios,
                                .columns = evaluation::PortfolioTable(),
                                .keyColumn = evaluation::kId,
-                               .emptyText = NoSavedPortfolios()},
+                               .emptyText = NoSavedPortfolios},
                               this)),
       holdings_(new HoldingsPanel(
           {.unit = kUnit, .columns = evaluation::HoldingTable(), .caption = QStringLiteral("组合名称")}, this)) {

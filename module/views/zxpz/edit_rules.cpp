@@ -2,6 +2,7 @@
 #include "edit_rules.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 
 #include "holding_row.h"
 #include "holdwise/packet/number_text.h"
@@ -63,6 +64,13 @@ bool MayStand(int column, const QString& text, const QString& opened) {
 
 bool IsCodeKey(QChar key) {
   return key == kBackspace || key == kEnter || IsDigit(key);
+}
+
+bool IsTypedByInitials(const QStringList& readings, const QString& typed) {
+  if (typed.isEmpty()) return false;
+  return std::search(readings.begin(), readings.end(), typed.begin(), typed.end(),
+                     [](const QString& letters, QChar one) { return letters.contains(one, Qt::CaseInsensitive); }) !=
+         readings.end();
 }
 
 }  // namespace holdwise::edit_rules

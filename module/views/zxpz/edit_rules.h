@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 
-/// Which typed keys the entries of the portfolio editor take. Pure; any thread.
+/// Which typed keys the entries of the portfolio editor take, and what is found by them. Pure; any thread.
 namespace holdwise::edit_rules {
 
 inline constexpr QChar kBackspace = u'\b';
@@ -29,6 +30,10 @@ struct KeyVerdict {
 /// a quantity of 9 digits, a price of 6 characters with 2 decimals that was not above 999 before its last character;
 /// and so can what is left of `opened`, the text that the cell had, when characters are taken out of it.
 [[nodiscard]] bool MayStand(int column, const QString& text, const QString& opened);
+
+/// Do the typed letters stand for characters of the name that follow one another? `readings`: for each character the
+/// letters it can be typed by; capitals and small letters are the same. False for a text that is empty.
+[[nodiscard]] bool IsTypedByInitials(const QStringList& readings, const QString& typed);
 
 /// What the code field can hold by other ways than typing, as a regular expression.
 inline const QString kCodeTexts = QStringLiteral("[0-9]*");

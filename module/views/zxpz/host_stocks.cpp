@@ -16,6 +16,10 @@ std::optional<KnownStock> FindStock(const QString& sixDigits) {
   return KnownStock{codes.NameOf(number), isShanghai};
 }
 
+QStringList ReadingsOf(const QString& sixDigits) {
+  return ModuleHost().CodeNums().InitialsOf(CodeNumberOf(sixDigits)).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
 QString CurrentPriceText(const QString& sixDigits) {
   constexpr int kDecimals = 2;
   const auto price = static_cast<float>(ModuleHost().DataCenter().StockNowData(CodeNumberOf(sixDigits)).currentPrice);

@@ -17,6 +17,8 @@ namespace holdwise {
 namespace {
 
 const QString kUnit = QStringLiteral("Zxpz");
+const QString kListPlace = QStringLiteral("list");
+const QString kHoldingsPlace = QStringLiteral("holdings");
 constexpr int kDetailWidth = 190;
 constexpr int kSplitterWidth = 5;
 constexpr int kLeastListWidth = 300;
@@ -35,7 +37,7 @@ PortfolioBand::PortfolioBand(QWidget* parent)
                                .statement = sql::kUnsavedPortfolios,
                                .columns = editor::PortfolioTable(),
                                .keyColumn = editor::kNumber,
-                               .emptyText = QStringLiteral("暂无未保存的组合，请在上方选股建立"),
+                               .emptyText = [] { return QStringLiteral("暂无未保存的组合，请在上方选股建立"); },
                                .nameColumn = editor::kName},
                               Splitter1)),
       detailPanel_(new QWidget(Splitter1)),
@@ -171,6 +173,15 @@ bool PortfolioBand::SelectPortfolio(const QString& portfolioId) {
 
 QString PortfolioBand::HoldingsGridName() const {
   return details_->objectName();
+}
+
+QVariantMap PortfolioBand::Place() const {
+  return {{kListPlace, list_->Place()}, {kHoldingsPlace, PlaceIn(*details_)}};
+}
+
+void PortfolioBand::PutPlace(const QVariantMap& place) {
+  list_->PutPlace(place.value(kListPlace).toMap());
+  PutPlaceIn(*details_, place.value(kHoldingsPlace).toMap());
 }
 
 }  // namespace holdwise

@@ -46,6 +46,8 @@ class PortfolioBand : public FramePart {
   bool SelectPortfolio(const QString& portfolioId) override;
   void KeepSelection() override;
   [[nodiscard]] QString HoldingsGridName() const override;
+  [[nodiscard]] QVariantMap Place() const override;
+  void PutPlace(const QVariantMap& place) override;
 
  private:
   void BuildDetails();

@@ -144,7 +144,7 @@ void StockPicker::InitEntries() {
     if (isArrow) WalkList(key, modifiers);
     return isArrow;
   };
-  Search->setPlaceholderText(QStringLiteral("按名称查找"));
+  Search->setPlaceholderText(QStringLiteral("按名称、拼音首字母查找"));
   Search->setAccessibleName(Search->placeholderText());
   Search->OnKeyPress = [this](QChar key) {
     if (key == edit_rules::kEnter) AddFrom(*Search);
@@ -214,12 +214,13 @@ void StockPicker::RzEdit3Change() {
   const QString searched = SearchForm(Search->text());
   if (!searched.isEmpty() && searchForms_.empty())
     for (int row = 0; row < StringGrid2->RowCount(); ++row)
-      searchForms_.push_back(SearchForm(StringGrid2->Cells(kName, row)));
+      searchForms_.push_back({SearchForm(StringGrid2->Cells(kName, row)), ReadingsOf(StringGrid2->Cells(kCode, row))});
   StringGrid2->ShowRows([&](int row) {
     const QString& code = StringGrid2->Cells(kCode, row);
     if (!code.startsWith(digits)) return false;
-    return searched.isEmpty() || code.contains(searched) ||
-           searchForms_[static_cast<std::size_t>(row)].contains(searched);
+    if (searched.isEmpty() || code.contains(searched)) return true;
+    const auto& [name, readings] = searchForms_[static_cast<std::size_t>(row)];
+    return name.contains(searched) || edit_rules::IsTypedByInitials(readings, searched);
   });
   const int first = StringGrid2->GetVisualTopRow();
   if (first >= 0) StringGrid2->SelectCell(kCode, first);

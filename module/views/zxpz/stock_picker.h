@@ -20,10 +20,10 @@ class HoldingsEditor;
 class StockKeypad;
 
 /// Where the stocks of a portfolio are picked: the source, a list of its stocks, narrowed by the code field as digits
-/// are typed and by the search field as any characters of a name are, a keypad for the code field, and the button that
-/// adds the chosen stocks to the holdings. Stocks picked with Ctrl held are known by identity: they stay picked while
-/// the list is narrowed, until they have been added. What an event throws goes to the debug log. User-interface thread
-/// only.
+/// are typed and by the search field as any characters of a name or their initials are, a keypad for the code field,
+/// and the button that adds the chosen stocks to the holdings. Stocks picked with Ctrl held are known by identity: they
+/// stay picked while the list is narrowed, until they have been added. What an event throws goes to the debug log.
+/// User-interface thread only.
 class StockPicker : public FramePart {
  public:
   /// Places in the source's choice.
@@ -38,7 +38,7 @@ class StockPicker : public FramePart {
   StockKeypad* RzPanel7;  ///< hidden at first
   QPushButton* SpeedButton1;
   QPushButton* btnAdd;
-  EntryField* Search;  ///< narrows by characters of the name or the code
+  EntryField* Search;  ///< narrows by characters of the name, their pinyin initials, or the code
 
   /// Chooses a source and loads its stocks (RzComboBox1Change). Another place than the two changes nothing.
   void SelectSource(int place);
@@ -93,7 +93,11 @@ class StockPicker : public FramePart {
   HoldingsEditor& holdings_;
   QLabel* sourceLabel_;
   GridPicks picks_;
-  std::vector<QString> searchForms_;  ///< of the names, one a row
+  struct SearchForms {
+    QString name;
+    QStringList readings;
+  };
+  std::vector<SearchForms> searchForms_;  ///< one a row, from the first search on
 };
 
 }  // namespace holdwise

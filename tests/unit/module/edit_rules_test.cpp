@@ -131,5 +131,14 @@ TEST(CodeKeys, OnlyBackspaceEnterAndDigits) {
   EXPECT_FALSE(IsCodeKey(u'５'));
 }
 
+TEST(Initials, StandForCharactersThatFollowOneAnother) {
+  const QStringList readings{QStringLiteral("Z"), QStringLiteral("CZ"), QStringLiteral("3"), QStringLiteral("XH")};
+  for (const char* typed : {"z", "zc", "ZZ", "c3", "zz3x", "zc3h", "z3", "h", "3"})
+    EXPECT_TRUE(IsTypedByInitials(readings, QString::fromLatin1(typed))) << typed;
+  for (const char* typed : {"", "c3y", "hz", "zc3hx", "cz"})
+    EXPECT_FALSE(IsTypedByInitials(readings, QString::fromLatin1(typed))) << typed;
+  EXPECT_FALSE(IsTypedByInitials({}, QStringLiteral("z")));
+}
+
 }  // namespace
 }  // namespace holdwise::edit_rules

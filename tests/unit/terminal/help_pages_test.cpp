@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QAbstractItemDelegate>
 #include <QApplication>
 #include <QClipboard>
 #include <QDialog>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStyleOptionViewItem>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -91,8 +93,14 @@ TEST(Keys, EveryRowSaysWhereWhichAndWhatForAndNothingIsCut) {
                for (int column = 0; column < 3; ++column) {
                  const QString text = table->item(row, column)->text();
                  EXPECT_FALSE(text.isEmpty()) << row;
-                 EXPECT_LE(table->fontMetrics().horizontalAdvance(text), table->columnWidth(column))
-                     << text.toStdString();
+                 const QModelIndex cell = table->model()->index(row, column);
+                 QStyleOptionViewItem option;
+                 option.initFrom(table);
+                 option.features = QStyleOptionViewItem::WrapText;
+                 option.rect = QRect(0, 0, table->columnWidth(column), 0);
+                 const QSize needed = table->itemDelegate()->sizeHint(option, cell);
+                 EXPECT_LE(needed.width(), table->columnWidth(column)) << text.toStdString();
+                 EXPECT_LE(needed.height(), table->rowHeight(row)) << text.toStdString();
                }
              }
              for (const char* key : {"F1", "Ctrl+O", "Ctrl+Enter", "Ctrl+C", "Esc"})
@@ -101,6 +109,28 @@ TEST(Keys, EveryRowSaysWhereWhichAndWhatForAndNothingIsCut) {
              EXPECT_EQ(test::UnnamedControls(dialog, named).join('\n').toStdString(), "");
              EXPECT_GE(named, 2);
            });
+}
+
+TEST(ToolbarPageTest, SaysWhatItIsForAndLeadsBack) {
+  ToolbarPage page;
+  int returns = 0;
+  page.OnReturn = [&returns] { ++returns; };
+  page.SetParameter({});
+  page.resize(600, 300);
+  page.show();
+  QApplication::setActiveWindow(&page);
+  EXPECT_TRUE(AllTexts(page).contains(QStringLiteral("没有打开任何工具。")));
+  EXPECT_TRUE(AllTexts(page).contains(QStringLiteral("插件可以在这一页打开它自己的工具")));
+  QPushButton* back = ButtonWith(page, QStringLiteral("返回(&B)"));
+  ASSERT_NE(back, nullptr);
+  QTest::mouseClick(back, Qt::LeftButton);
+  EXPECT_EQ(returns, 1);
+  QTest::keyClick(&page, Qt::Key_Escape);
+  back->setFocus();
+  QTest::keyClick(back, Qt::Key_Escape);
+  EXPECT_EQ(returns, 3);
+  page.SetParameter(QStringLiteral("基金"));
+  EXPECT_TRUE(AllTexts(page).startsWith(QStringLiteral("参数：基金\n")));
 }
 
 TEST(NoticePageTest, CopiesItsCommandsAndDoesWhatItsButtonsSay) {

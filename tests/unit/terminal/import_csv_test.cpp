@@ -111,6 +111,31 @@ TEST_F(ImportCsv, EachKindOfBadLine) {
   ExpectBadLine(QStringLiteral("甲,600000,100,8,9"), "有5个字段，应为4个");
 }
 
+/// Whoever mends one fault of a row at a time imports a file as often as it has faults.
+TEST_F(ImportCsv, ARowWithTwoFaultsIsNamedForBoth) {
+  const auto reasonsOf = [&](const QString& row, const ImportOptions& options) {
+    QStringList reasons;
+    const QString csv = QStringLiteral("name,code,quantity,price,date\n甲,600036,100,8,\n") + row + QLatin1Char('\n');
+    for (const ImportProblem& problem : Import(csv.toUtf8(), {}, options).problems) {
+      EXPECT_EQ(problem.line, 3);
+      reasons << problem.reason;
+    }
+    return reasons;
+  };
+  ImportOptions inWindow;
+  inWindow.ask = [](const ImportPreview&) { return std::optional<ImportChoice>(); };
+  for (const ImportOptions& options : {ImportOptions(), inWindow}) {
+    const QStringList unknown = reasonsOf(QStringLiteral("乙,999999,x,8,"), options);
+    ASSERT_EQ(unknown.size(), 2);
+    EXPECT_TRUE(unknown.join('|').contains("没有代码为999999的A股股票"));
+    EXPECT_TRUE(unknown.join('|').contains("数量“x”"));
+    const QStringList dated = reasonsOf(QStringLiteral("a'b,600000,100,8,2025-13-01"), options);
+    ASSERT_EQ(dated.size(), 2);
+    EXPECT_TRUE(dated[0].contains("“'”") && dated[1].contains("日期“2025-13-01”")) << dated.join('|').toStdString();
+    EXPECT_EQ(reasonsOf(QStringLiteral("a'b,999999,x,0,2025-13-01"), options).size(), 5);
+  }
+}
+
 TEST_F(ImportCsv, CodesInAnyFormWithTheMarketBesideThem) {
   const ImportResult result =
       Import("name,code,quantity,price\n甲,SH600000,1,8\n甲,600036.SH,2,34\n甲,sz.000001,3,11\n甲,XSHE.300750,4,199\n");

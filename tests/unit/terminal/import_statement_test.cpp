@@ -124,6 +124,15 @@ TEST_F(ImportStatement, NothingIsLeftOutWithoutConsent) {
   EXPECT_EQ(Everything(), "##");
 }
 
+TEST_F(ImportStatement, ARowWithTwoFaultsIsNamedForBoth) {
+  const ImportResult refused = Import("证券代码,持仓数量,成本价,交易市场\n600000,x,8,深圳A股\n", {}, Named());
+  QStringList reasons;
+  for (const ImportProblem& problem : refused.problems) reasons << problem.reason;
+  ASSERT_EQ(reasons.size(), 2) << reasons.join('|').toStdString();
+  EXPECT_TRUE(reasons.join('|').contains("不是股票600000的市场")) << reasons.join('|').toStdString();
+  EXPECT_TRUE(reasons.join('|').contains("数量“x”"));
+}
+
 TEST_F(ImportStatement, OfTheDocumentsTableTooStrangersAreLeftOutWithConsent) {
   const QByteArray csv = "name,code,quantity,price\n甲,600000,100,8\n甲,510300,100,3.9\n乙,113050,10,120\n";
   EXPECT_EQ(Import(csv).problems.size(), 2U);

@@ -88,6 +88,9 @@ TEST(QuoteWordsTest, SayTimeAndAgeAndWhyPricesStandStill) {
 class StatusBarTest : public testing::Test {
  protected:
   StatusBarTest() { window_.show(); }
+  [[nodiscard]] QToolButton& Quotes() {
+    return *window_.statusBar()->findChild<QToolButton*>(QStringLiteral("quotes"));
+  }
   [[nodiscard]] QLabel& Label(const char* name) {
     return *window_.statusBar()->findChild<QLabel*>(QString::fromLatin1(name));
   }
@@ -98,12 +101,12 @@ class StatusBarTest : public testing::Test {
 
 TEST_F(StatusBarTest, TheLineOfThePricesIsAmberWithItsReason) {
   const QColor amber = theme_.Colors().ColorOf(QStringLiteral("Qm_KlineYellowColor"));
-  const auto ground = [&] { return Label("quotes").grab().toImage().pixelColor(1, 1); };
+  const auto ground = [&] { return Quotes().grab().toImage().pixelColor(1, 1); };
   window_.SetQuotes(QStringLiteral("行情 11:30:00 · 3 秒前"), {});
-  EXPECT_EQ(Label("quotes").text(), QStringLiteral("行情 11:30:00 · 3 秒前"));
+  EXPECT_EQ(Quotes().text(), QStringLiteral("行情 11:30:00 · 3 秒前"));
   EXPECT_NE(ground(), amber);
   window_.SetQuotes(QStringLiteral("行情 11:30:00 · 2 分钟前"), QStringLiteral("<行情>文件不在"));
-  EXPECT_EQ(Label("quotes").text(), QStringLiteral("行情 11:30:00 · 2 分钟前：<行情>文件不在"));
+  EXPECT_EQ(Quotes().text(), QStringLiteral("行情 11:30:00 · 2 分钟前：<行情>文件不在"));
   EXPECT_EQ(ground(), amber);
   window_.SetQuotes(QStringLiteral("行情 11:32:00 · 0 秒前"), {});
   EXPECT_NE(ground(), amber);
@@ -142,7 +145,7 @@ TEST_F(StatusBarTest, WhatIsIncompleteIsListedByAClick) {
 /// A simulated market whose day has come so far.
 class SimulatedStatusTest : public MarketDataTest {
  protected:
-  QLabel& ShownAt(double secondOfDay) {
+  QToolButton& ShownAt(double secondOfDay) {
     const QString stateFile = folder_.File(QStringLiteral("simulation.state"));
     status_.reset();
     market_.reset();  // keeps how far its own day has come
@@ -150,7 +153,7 @@ class SimulatedStatusTest : public MarketDataTest {
     market_ = std::make_unique<EmbeddedMarket>(data_, log_, SimulationSetting{1, stateFile});
     market_->Connect();
     status_ = std::make_unique<QuoteStatus>(data_, *market_, clock_, window_);
-    return *window_.statusBar()->findChild<QLabel*>(QStringLiteral("quotes"));
+    return *window_.statusBar()->findChild<QToolButton*>(QStringLiteral("quotes"));
   }
   ThemeServices theme_{ThemeKind::Dark, log_};
   MainWindow window_{theme_, {}};
@@ -167,7 +170,7 @@ TEST_F(SimulatedStatusTest, SaysWhyThePricesOfItsDayStandStill) {
   } cases[] = {{11.75 * 3600, "行情 11:45:00 · 午间休市，13:00 开市"},
                {15 * 3600 + 60, "行情 15:01:00 · 已收盘，稍后重新开市"}};
   for (const auto& [secondOfDay, text] : cases) {
-    const QLabel& quotes = ShownAt(secondOfDay);
+    const QToolButton& quotes = ShownAt(secondOfDay);
     EXPECT_EQ(quotes.text(), QString::fromUtf8(text));
     EXPECT_FALSE(quotes.autoFillBackground()) << "no fault";
   }

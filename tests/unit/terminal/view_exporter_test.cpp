@@ -10,6 +10,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <tuple>
@@ -17,21 +18,6 @@
 
 namespace holdwise {
 namespace {
-
-TEST(GridCsv, HeadsUntitledColumnsWithTheirNumber) {
-  const GridText grid{"g", {"名称", "", "a,b"}, {false, true, false}, {{"x\"y", "1", ""}, {"z", "2", "3"}}};
-  EXPECT_EQ(GridToCsv(grid), QString("名称,#1,\"a,b\"\n\"x\"\"y\",1,\"\"\nz,2,3\n").toUtf8());
-}
-
-TEST(GridToCsvTest, WhatASpreadsheetWouldRunIsText) {
-  GridText grid;
-  grid.titles = QStringList{"=a"};
-  for (const char* cell :
-       {"=1+1", "+cmd", "-A1", "@SUM(A1)", "\tx", "-1.50", "+2.5%", "-1,234.5", "--", "-", "a=1", "-1e5"})
-    grid.rows.push_back({QString::fromUtf8(cell)});
-  EXPECT_EQ(GridToCsv(grid),
-            "'=a\n'=1+1\n'+cmd\n'-A1\n'@SUM(A1)\n'\tx\n-1.50\n+2.5%\n\"-1,234.5\"\n--\n-\na=1\n-1e5\n");
-}
 
 class FakeWindow : public CatalogueWindow {
  public:
@@ -72,8 +58,14 @@ class FakeViews : public ViewCatalogue {
   }
   bool SelectPortfolio(const QString& portfolioId) override {
     portfolio_ = '-' + portfolioId;
+    place[current_] = portfolioId.toUtf8();
     asked_ = 0;
     return true;
+  }
+  [[nodiscard]] QByteArray Place() const override { return place[current_]; }
+  void PutPlace(const QByteArray& kept) override {
+    put.append(current_);
+    place[current_] = kept;
   }
   [[nodiscard]] std::vector<Input> Inputs() const override { return current_ == 2 ? inputs : std::vector<Input>{}; }
   QString SetInput(const QString& name, const QString& value) override {
@@ -81,6 +73,7 @@ class FakeViews : public ViewCatalogue {
     EXPECT_TRUE(asked_ >= 4 || isRestoring()) << name.toStdString() << " is set before the view has settled";
     asked_ = 0;
     portfolio_ += ' ' + name + '=' + value;
+    place[current_] = "lost";
     if (value == "bad") return "no";
     for (Input& input : inputs)
       if (input.name == name) input.value = input.inForce = value;
@@ -102,6 +95,8 @@ class FakeViews : public ViewCatalogue {
   int windowLooks = 3;
   std::function<bool()> isRestoring = [] { return false; };
   std::vector<Input> inputs;
+  mutable std::map<int, QByteArray> place{{1, "of one"}, {2, "of two"}};
+  QList<int> put;  ///< views into which a place was put
   QList<int> shown;
   QStringList set;
   int unshowable = 0;
@@ -150,6 +145,20 @@ TEST(ViewExporterTest, VisitsEveryViewAndPortfolio) {
   EXPECT_EQ(ContentOf(out.filePath("1-g_1.csv")), "t\n1\n");
   EXPECT_EQ(ContentOf(out.filePath("2-g_1-12.csv")), "t\n2-12\n");
   EXPECT_EQ(views.Current(), 2);
+}
+
+TEST(ViewExporterTest, EachViewStandsInTheEndWhereTheUserHadGotTo) {
+  const std::map<int, QByteArray> before{{1, "of one"}, {2, "of two"}};
+  const QTemporaryDir folder;
+  FakeViews views;
+  EXPECT_EQ(Export(views, folder.path()), QStringList{"done|"});
+  EXPECT_EQ(views.place, before);
+  EXPECT_EQ(views.put.last(), 2) << "after it is shown again";
+  FakeViews withInputs;
+  withInputs.inputs = {{"i", "0"}};
+  withInputs.isRestoring = [] { return true; };
+  EXPECT_EQ(Export(withInputs, folder.path(), {{2, "i", "5"}}), QStringList{"done|"});
+  EXPECT_EQ(withInputs.place, before) << "also where setting an input back loses it";
 }
 
 TEST(ViewExporterTest, WindowsBesideTheViewsAreWrittenWhenTheyHaveSettled) {

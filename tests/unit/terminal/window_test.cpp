@@ -23,7 +23,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <QTranslator>
+#include <QTreeView>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -89,6 +91,27 @@ TEST(DialogsTest, TheDeleteKeyTakesNothingAway) {
     });
     EXPECT_EQ(ask(nullptr), QString());
     EXPECT_TRUE(QDir(folder.filePath("work/log")).exists());
+  }
+}
+
+TEST(DialogsTest, TheTitlesOfAllColumnsCanBeRead) {
+  for (const auto& ask : {AskForFile, AskForFolder}) {
+    QTimer::singleShot(100, qApp, [] {
+      auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      const auto* list = dialog->findChild<QTreeView*>("treeView");
+      const QHeaderView& header = *list->header();
+      EXPECT_EQ(header.count(), 4);
+      int width = 0;
+      for (int column = 0; column < header.count(); ++column) {
+        EXPECT_GE(header.sectionSize(column), header.sectionSizeHint(column)) << column;
+        width += header.sectionSize(column);
+      }
+      EXPECT_LE(width, list->viewport()->width()) << "nothing has to be scrolled for";
+      EXPECT_GE(header.sectionSize(0), 200) << "room for names";
+      dialog->reject();
+    });
+    EXPECT_EQ(ask(nullptr), QString());
   }
 }
 
@@ -283,24 +306,6 @@ TEST(TerminalStyleTest, TheOutlineOfAMenuIsSeenInEitherTheme) {
   }
 }
 
-TEST(MainWindowTest, TellsInTheStatusBarWhileTheQuotesAreNotFollowed) {
-  RecordingLog log;
-  const ThemeServices theme(ThemeKind::Dark, log);
-  MainWindow window(theme, {});
-  window.show();
-  const auto told = [&window] {
-    QStringList hints;
-    for (const QLabel* label : window.statusBar()->findChildren<QLabel*>())
-      if (label->isVisible() && label->text() == "行情没有更新") hints.append(label->toolTip());
-    return hints;
-  };
-  EXPECT_EQ(told(), QStringList());
-  window.SetQuotesProblem("日期不同");
-  EXPECT_EQ(told(), QStringList{"日期不同"});
-  window.SetQuotesProblem({});
-  EXPECT_EQ(told(), QStringList());
-}
-
 TEST(MainWindowTest, OffersANewDayInTheStatusBar) {
   RecordingLog log;
   const ThemeServices theme(ThemeKind::Dark, log);
@@ -356,33 +361,6 @@ TEST(MainWindowTest, TheColoursOfRisesAndFallsAreChosenInTheViewMenu) {
   QTest::keyClick(menu, Qt::Key_N);
   const QString plain = theme.Colors().ColorOf("Grid_UnSelTxtColor").name();
   EXPECT_EQ(state(), QStringList({"不着色(&N)", plain, plain}));
-}
-
-TEST(MainWindowTest, TellsInTheStatusBarWhatWasNotDone) {
-  RecordingLog log;
-  const ThemeServices theme(ThemeKind::Dark, log);
-  MainWindow window(theme, {});
-  window.TellFailure("磁盘空间不足");
-  EXPECT_EQ(window.statusBar()->currentMessage(), "没有完成：磁盘空间不足");
-  window.TellOutcome("已删除");
-  EXPECT_EQ(window.statusBar()->currentMessage(), "已删除");
-}
-
-TEST(MainWindowTest, TellsInTheStatusBarWhatOfTheDataIsNotUsed) {
-  RecordingLog log;
-  const ThemeServices theme(ThemeKind::Dark, log);
-  MainWindow window(theme, {});
-  window.show();
-  const auto told = [&window] {
-    for (const QLabel* label : window.findChildren<QLabel*>())
-      if (label->isVisible() && label->text() == "数据有2处未采用") return label->toolTip();
-    return QString();
-  };
-  EXPECT_EQ(told(), QString());
-  window.SetDataNotices({"accounts.dat <坏>", "自选股"});
-  EXPECT_EQ(told(), "accounts.dat &lt;坏&gt;<br>自选股");
-  window.SetDataNotices({});
-  EXPECT_EQ(told(), QString());
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <memory>
@@ -72,6 +73,14 @@ class ViewCatalogue {
   /// Selects a portfolio of the shown view, by its id in decimal digits, as a click on its row does. False, and the
   /// selection stays, when it is not listed.
   virtual bool SelectPortfolio(const QString& portfolioId) = 0;
+
+  /// Where the user has got to in the shown view: the portfolio that is selected, what is typed into a filter, how far
+  /// the grids are scrolled. For PutPlace of a view with the same id, also a later one; what it consists of is the
+  /// views' own affair. Empty when no view is shown or none of this is kept.
+  [[nodiscard]] virtual QByteArray Place() const { return {}; }
+  /// Puts it back into the shown view. What is not there any more stays as it is, and so does all for a text that is no
+  /// place of this view.
+  virtual void PutPlace(const QByteArray& /*place*/) {}
 
   struct Input {
     QString name;       ///< of the control, as the view's makers call it

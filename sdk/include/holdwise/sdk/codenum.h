@@ -27,6 +27,10 @@ class CodeNumServices {
 
   /// Name of a security or an index, empty when unknown.
   [[nodiscard]] virtual QString NameOf(const QString& code) const = 0;
+  /// First letters by which the name of a code number, given as an integer, can be typed: capital letters and digits,
+  /// every reading of a character together, the characters apart by a blank ("Y HX"). Empty when unknown, or when the
+  /// host has none.
+  [[nodiscard]] virtual QString InitialsOf(int /*codeNumber*/) const { return {}; }
   /// Industry of a code number given as an integer, empty when unknown.
   [[nodiscard]] virtual QString IndustryOf(int codeNumber) const = 0;
   /// 1 Shanghai, 2 Shenzhen; 0 when unknown.

@@ -53,7 +53,7 @@ class Host {
 };
 
 /// Version of these headers. A host and a plug-in of different versions have nothing to say to each other.
-inline constexpr int kSdkVersion = 7;
+inline constexpr int kSdkVersion = 8;
 
 /// The functions a plug-in library exports with C linkage, in the order a host calls them: GetPlugInContract, which is
 /// kSdkVersion as the library was built with and the only one that is called when it is not the host's; Initialize,

@@ -30,6 +30,9 @@ class DebugServers {
   virtual void TellFailure(const QString& /*text*/) {}
   /// What was done and how to undo it. As TellFailure in all else.
   virtual void TellOutcome(const QString& /*text*/) {}
+  /// What goes on and how the user can end it, shown until the next call; empty: it has ended. As TellFailure in all
+  /// else.
+  virtual void TellOngoing(const QString& /*text*/) {}
 };
 
 /// The host's keyboard capture for its own quick entry. User-interface thread only.
