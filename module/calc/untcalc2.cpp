@@ -71,7 +71,7 @@ QWindow* OwnerWindow() {
 
 std::unique_ptr<TfrmCalc2> frmCalc2;
 
-TfrmCalc2::TfrmCalc2() {
+TfrmCalc2::TfrmCalc2() : line_(Database().OpenSession()) {
   BuildForm();
   BuildDownloads();
 }
@@ -241,7 +241,7 @@ void TfrmCalc2::tmrCalcTimer() {
   if (!driver_.BeginCalculation()) return;
   Decisive([this] {
     for (const QString& id : calc::ReadUnfinishedPortfolios(Database())) {
-      calc::CalculatePortfolio(Database(), id, data_);
+      calc::CalculatePortfolio(*line_, id, data_);
       calculated_.append(id);
       driver_.PortfolioHandled();
       ShowProgress();
@@ -272,7 +272,7 @@ void TfrmCalc2::IngestBasicData(const QString& fileName, const ResultSet& rows) 
   const calc::BaseDataFamily family = calc::ClassifyBaseData(fileName);
   const QString code = family.isIndex ? QStringLiteral("1") : driver_.CurrentCode();
   try {
-    calc::IngestBaseData(Database(), rows, family, code, ForwardDateOfHost, data_.edition);
+    calc::IngestBaseData(*line_, rows, family, code, ForwardDateOfHost, data_.edition);
   } catch (const std::exception& error) {
     NoteWhetherItPasses(error);
     LogFileFailure(QStringLiteral("BasicDataRecv"), fileName, error);
@@ -299,7 +299,7 @@ void TfrmCalc2::ReceiveReference(Reference reference, const TDSBAsynDownFileRole
       throw Error(ErrorCategory::Refused, "是随另一份数据生成的，请重新启动终端，或重新生成数据目录");
     }
     // Only repaints inside the transaction: events let in there would find the database in the middle of it.
-    replace(Database(), file, [this] { rzprgrsbr1->repaint(); });
+    replace(*line_, file, [this] { rzprgrsbr1->repaint(); });
   } catch (const std::exception& error) {
     const QString problem =
         NoteWhetherItPasses(error) ? QStringLiteral("没有存入数据库：%1") : QStringLiteral("不能使用：%1");

@@ -104,6 +104,8 @@ class TfrmCalc2 : public QDialog {
   void infsyndwnflrlReciveStearm(const QString& fileName, int errorCode, const QByteArray& stream);
   void infsyndwnflrlReciveAFileFail(const QString& fileName, int errorCode);
 
+  /// What is written goes this way: none of it is the user's, who may leave an entry behind that has to be kept first.
+  std::unique_ptr<UserDataSession> line_;
   calc::CalculationDriver driver_;
   QStringList codes_;
   QStringList calculated_;

@@ -24,6 +24,7 @@
 #include "common/store/exchange_files.h"
 #include "common/store/statements.h"
 #include "mainframe/view_table.h"
+#include "pane_keys.h"
 #include "text_link.h"
 #include "views/znstocklist/znstocklist.h"
 
@@ -165,6 +166,9 @@ void TMainFrm::BuildTimers() {
   connect(&Timer1, &QTimer::timeout, this,
           [this] { GuardEvent(Unit(), QStringLiteral("Timer1Timer"), [this] { Timer1Timer(); }); });
   Timer1.start();
+  Timer_Reload.setInterval(0);
+  connect(&Timer_Reload, &QTimer::timeout, this,
+          [this] { GuardEvent(Unit(), QStringLiteral("Timer_ReloadTimer"), [this] { Timer_ReloadTimer(); }); });
 }
 
 int TMainFrm::GetFID(int nodeId) {
@@ -229,9 +233,13 @@ void TMainFrm::ShowView(const TNodeData& view, const QTreeWidgetItem& node, TVie
   if (view.restsOn != RestsOn::Nothing) EnableTimer1();
 }
 
-void TMainFrm::SendInit() {
+void TMainFrm::SendInitAlone() {
   arePricesShown_ = g_NowPrice->HasPrices() && g_NowPrice->IsDataReady();
   SendFrameMessage(*FCurFrame, FrameMessage::Init);
+}
+
+void TMainFrm::SendInit() {
+  SendInitAlone();
   ShowNotice(true);
 }
 
@@ -336,7 +344,7 @@ QStringList TMainFrm::NoticesOfViews(std::vector<IncompletePortfolio>& lacking) 
 }
 
 bool TMainFrm::IsSettled() const {
-  if (Timer1.isActive() || frmCalc2 || g_AllStockData->IsDownloading()) return false;
+  if (Timer1.isActive() || Timer_Reload.isActive() || frmCalc2 || g_AllStockData->IsDownloading()) return false;
   if (FCurFrame == nullptr) return true;
   // Only a live view asks for prices again when they did not come.
   return FCurFrame->IsSettled() && (!IsLive(FCurFrame->Tag()) || (arePricesShown_ && g_NowPrice->HasPrices()));
@@ -345,15 +353,34 @@ bool TMainFrm::IsSettled() const {
 void TMainFrm::DataChanged() {
   RetryIncomplete();
   g_AllStockData->ForgetOtherEdition();
-  ReCalc();
   // Nobody looks while the address is left; entering it again makes up for it.
   isReloadDue_ = !Timer_NowPrice.isActive();
-  if (isReloadDue_) return;
-  g_NowPrice->ReGetNowPrice();
-  if (FCurFrame == nullptr) return;
-  FCurFrame->KeepSelection();
-  SendInit();
-  if (RestOf(FCurFrame->Tag()) != RestsOn::Nothing) EnableTimer1();
+  if (isReloadDue_) return ReCalc();
+  ForgetSeries();
+  reload_ = Reload::Series;
+  Timer_Reload.start();
+}
+
+void TMainFrm::Timer_ReloadTimer() {
+  // What fails leaves the rest to come all the same.
+  const Reload now = reload_;
+  reload_ = now == Reload::Series ? Reload::View : Reload::Notice;
+  switch (now) {
+    case Reload::Series:
+      return ReCalc();
+    case Reload::View:
+      isReloadDue_ = !Timer_NowPrice.isActive();  // the address has been left since
+      if (isReloadDue_) return Timer_Reload.stop();
+      g_NowPrice->ReGetNowPrice();
+      if (FCurFrame == nullptr) return;
+      FCurFrame->KeepSelection();
+      return SendInitAlone();
+    case Reload::Notice:
+      Timer_Reload.stop();
+      if (FCurFrame == nullptr) return;
+      if (RestOf(FCurFrame->Tag()) != RestsOn::Nothing) EnableTimer1();
+      return ShowNotice(true);
+  }
 }
 
 void TMainFrm::NextPane(int step) {
@@ -362,17 +389,7 @@ void TMainFrm::NextPane(int step) {
     const std::vector<QWidget*> ofView = FCurFrame->Panes();
     panes.insert(panes.end(), ofView.begin(), ofView.end());
   }
-  std::erase_if(panes, [](const QWidget* pane) { return !pane->isVisible() || !pane->isEnabled(); });
-  if (panes.empty()) return;
-  const auto has = [](const QWidget* pane) {
-    const QWidget* focused = QApplication::focusWidget();
-    return focused != nullptr && (focused == pane || pane->isAncestorOf(focused));
-  };
-  const auto count = static_cast<int>(panes.size());
-  const auto now = static_cast<int>(std::find_if(panes.begin(), panes.end(), has) - panes.begin());
-  // From elsewhere to the first, or the last.
-  const int next = now < count ? (now + step + count) % count : step > 0 ? 0 : count - 1;
-  panes[static_cast<std::size_t>(next)]->setFocus(Qt::ShortcutFocusReason);
+  FocusNextPane(std::move(panes), step);
 }
 
 void TMainFrm::MakeSkin() {

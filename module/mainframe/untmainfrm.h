@@ -51,7 +51,8 @@ class TMainFrm : public QWidget {
   [[nodiscard]] QStringList NoticesOfViews(std::vector<IncompletePortfolio>& lacking) const;
   /// No recalculation waits or runs, no risk file is on its way, and prices are in and shown if the view is a live one.
   [[nodiscard]] bool IsSettled() const;
-  /// The database has changed behind the views: recalculates, reads the shown view again and asks for prices again.
+  /// The database has changed behind the views: recalculates, reads the shown view again and asks for prices again,
+  /// from the event loop. What is not read yet counts as out of date from now on, and nothing is settled.
   void DataChanged();
 
  private:
@@ -71,6 +72,9 @@ class TMainFrm : public QWidget {
   /// F6: gives the keys to the next pane, Shift+F6 to the one before: the tree, and what the shown view has.
   void NextPane(int step);
   void SendInit();
+  void SendInitAlone();
+  /// Reads anew what is shown, a piece a turn of the event loop: the window answers in between.
+  void Timer_ReloadTimer();
   /// Says in the title strip what the figures of the shown view lack. `readAgain`: the stored figures may have changed.
   void ShowNotice(bool readAgain);
 
@@ -85,6 +89,10 @@ class TMainFrm : public QWidget {
   QStackedLayout* views_ = nullptr;
   QTimer Timer_NowPrice;
   QTimer Timer1;
+  QTimer Timer_Reload;
+  /// What Timer_Reload comes to next.
+  enum class Reload { Series, View, Notice };
+  Reload reload_ = Reload::Series;
 
   std::vector<TViewFrame*> FFrameList;
   TViewFrame* FCurFrame = nullptr;

@@ -68,9 +68,10 @@ std::vector<int> HeldStocks(const std::vector<CsvPortfolio>& portfolios) {
 
 void FindTakenNames(UserDataServices& database, const CsvPortfolios& file, std::vector<ImportProblem>& problems) {
   constexpr std::size_t kEnough = 100;  // of a file that is refused anyway
+  const TakenNames taken(database);
   for (const CsvPortfolio& portfolio : file.portfolios) {
     if (problems.size() >= kEnough) return;
-    if (const QString problem = TakenProblem(database, portfolio.name); !problem.isEmpty())
+    if (const QString problem = taken.ProblemOf(portfolio.name); !problem.isEmpty())
       problems.push_back({portfolio.line, problem});
   }
 }
@@ -209,7 +210,7 @@ Checked Check(const ImportServices& services, const CsvPortfolios& file, const I
 
 QString NewNameProblem(UserDataServices& database, const QString& name) {
   if (QString problem = NameProblem(name); !problem.isEmpty()) return problem;
-  return TakenProblem(database, name);
+  return TakenNames(database).ProblemOf(name);
 }
 
 ImportResult ImportPortfolios(const QByteArray& csv, const ImportServices& services, const ImportProgress& progress,

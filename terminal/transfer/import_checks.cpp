@@ -7,6 +7,15 @@
 #include "import_statements.h"
 
 namespace holdwise {
+namespace {
+
+/// The database takes no notice of blanks at the end of a text, and of nothing else.
+QString Compared(QString name) {
+  while (name.endsWith(QLatin1Char(' '))) name.chop(1);
+  return name;
+}
+
+}  // namespace
 
 void RequireNoQuestion(const UserDataServices& database) {
   if (database.InTransaction())
@@ -24,9 +33,15 @@ QStringList UnpricedStocks(std::vector<int> stocks, const TDataCenter& dataCentr
   return warnings;
 }
 
-QString TakenProblem(UserDataServices& database, const QString& name) {
-  const bool isTaken = database.Count(import_sql::CountPortfolios(name)) != 0;
-  return isTaken ? QStringLiteral("已有名称为“%1”的组合").arg(name) : QString();
+TakenNames::TakenNames(UserDataServices& database) {
+  const ResultSet rows = database.Query(import_sql::kNames);
+  const int name = rows.Column("COMNAME");
+  names_.reserve(rows.RowCount());
+  for (int row = 0; row < rows.RowCount(); ++row) names_.insert(Compared(rows.TextAt(row, name)));
+}
+
+QString TakenNames::ProblemOf(const QString& name) const {
+  return names_.contains(Compared(name)) ? QStringLiteral("已有名称为“%1”的组合").arg(name) : QString();
 }
 
 ImportResult Refused(std::vector<ImportProblem> problems) {

@@ -15,8 +15,10 @@ namespace {
 constexpr int kCodeDigits = 6;
 
 /// What keeps a whole portfolio of the file from being added here; empty when nothing does.
-QStringList ProblemsOf(const backup::SavedPortfolio& portfolio, const ImportServices& services) {
-  QStringList problems{NewNameProblem(services.database, portfolio.name)};
+QStringList ProblemsOf(const backup::SavedPortfolio& portfolio, const TakenNames& taken,
+                       const ImportServices& services) {
+  const QString problem = NameProblem(portfolio.name);
+  QStringList problems{problem.isEmpty() ? taken.ProblemOf(portfolio.name) : problem};
   for (const backup::SavedHolding& holding : portfolio.holdings)
     problems.append(CodeProblem(QString::number(holding.code).right(kCodeDigits), services.codes));
   problems.removeAll(QString());
@@ -26,10 +28,11 @@ QStringList ProblemsOf(const backup::SavedPortfolio& portfolio, const ImportServ
 std::vector<ImportProblem> Check(const backup::ReadFile& file, const ImportServices& services) {
   std::vector<ImportProblem> problems;
   QHash<QString, int> firstLines;
+  const TakenNames taken(services.database);
   for (std::size_t place = 0; place < file.set.portfolios.size(); ++place) {
     const backup::SavedPortfolio& portfolio = file.set.portfolios[place];
     const int line = static_cast<int>(file.lines[place]);
-    for (const QString& reason : ProblemsOf(portfolio, services)) problems.push_back({line, reason});
+    for (const QString& reason : ProblemsOf(portfolio, taken, services)) problems.push_back({line, reason});
     if (const int earlier = firstLines.value(portfolio.name); earlier != 0)
       problems.push_back({line, QStringLiteral("组合名称“%1”与第%2行重复").arg(portfolio.name).arg(earlier)});
     firstLines.insert(portfolio.name, line);

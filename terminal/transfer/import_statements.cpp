@@ -3,10 +3,6 @@
 
 namespace holdwise::import_sql {
 
-QString CountPortfolios(const QString& name) {
-  return QStringLiteral("select count(COMNAME) from alg_commain where COMNAME='%1'").arg(name);
-}
-
 QString InsertHolding(const Holding& holding) {
   return QStringLiteral(
              "insert into alg_comdetail (ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE) values (gen_id(ALG_ROWID_DETAIL,1),%1,"

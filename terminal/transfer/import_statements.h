@@ -7,8 +7,8 @@
 namespace holdwise::import_sql {
 
 inline const QString kNextPortfolioId = QStringLiteral("select gen_id(ALG_ROWID_MAIN,1) from rdb$database");
-/// How many portfolios have the name.
-[[nodiscard]] QString CountPortfolios(const QString& name);
+/// Of all portfolios.
+inline const QString kNames = QStringLiteral("select COMNAME from alg_commain");
 
 /// Numbers as texts.
 struct Holding {

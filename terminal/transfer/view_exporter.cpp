@@ -24,6 +24,9 @@ constexpr int kLookMilliseconds = 50;
 // A view that has just been shown may start its work only from the event loop: one quiet look is not enough.
 constexpr int kQuietLooksAtView = 3;
 constexpr int kQuietLooksAtPortfolio = 1;
+/// A selected portfolio is there for a few milliseconds: to paint each of them costs more than to write it, and nobody
+/// can read them.
+constexpr int kPaintMilliseconds = 100;
 
 const QString kInputsName = QStringLiteral("inputs");
 
@@ -91,7 +94,9 @@ ViewExporter::ViewExporter(ViewCatalogue& views, QWidget& picture, int settleMil
   connect(&look_, &QTimer::timeout, this, [this] { Look(); });
 }
 
-ViewExporter::~ViewExporter() = default;
+ViewExporter::~ViewExporter() {
+  PaintAlways();
+}
 
 void ViewExporter::Start(const QString& folder, std::vector<ViewInput> inputs, bool isSimulated) {
   folder_ = folder;
@@ -153,6 +158,7 @@ void ViewExporter::Look() {
     waiting_.restart();
   }
   if (settledLooks_ < quietLooks_) {
+    if (!isSettled) PaintAlways();  // it may take long
     if (waiting_.elapsed() > settleMilliseconds_)
       Finish(QStringLiteral("%1 在 %2 秒内没有进展（原因见日志）。").arg(waitingFor_).arg(settleMilliseconds_ / 1000));
     return;
@@ -265,11 +271,27 @@ void ViewExporter::WriteView() {
   NextPortfolio();
 }
 
+void ViewExporter::PaintAlways() {
+  if (!std::exchange(isPaintedSeldom_, false)) return;
+  picture_.setUpdatesEnabled(true);
+}
+
+void ViewExporter::PaintSeldom() {
+  if (isPaintedSeldom_ && painted_.elapsed() < kPaintMilliseconds) return;
+  PaintAlways();
+  picture_.repaint();
+  painted_.start();
+  picture_.setUpdatesEnabled(false);
+  isPaintedSeldom_ = true;
+}
+
 void ViewExporter::NextPortfolio() {
   if (portfoliosLeft_.isEmpty()) {
+    PaintAlways();
     RestorePlace();
     return NextView();
   }
+  PaintSeldom();
   portfolio_ = portfoliosLeft_.takeFirst();
   if (!views_.SelectPortfolio(portfolio_))
     return Finish(QStringLiteral("视图“%1”中没有组合 %2。").arg(view_.caption, portfolio_));
@@ -339,6 +361,7 @@ void ViewExporter::WroteAll() {
 void ViewExporter::Finish(const QString& problem, const QString& lacking) {
   look_.stop();
   window_.reset();
+  PaintAlways();
   qApp->removeEventFilter(this);
   QStringList problems{problem};
   try {

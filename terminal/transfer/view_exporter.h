@@ -37,7 +37,8 @@ void PutBackInputs(ViewCatalogue& views, const std::vector<ViewCatalogue::Input>
 /// of a view with inputs rest on as "<frame id>-inputs.csv". Of a simulated market "模拟行情.txt" says so beside them.
 /// Views whose inputs are set come first: others may follow what is chosen there. In the end the inputs are what they
 /// were: what was in force, and what had been typed or chosen there and not applied; and each view stands where the
-/// user had got to: the portfolio selected, the filter, the grids scrolled. Of an earlier export into the same
+/// user had got to: the portfolio selected, the filter, the grids scrolled. While the portfolios of a view are gone
+/// through, the picture's widget is painted ten times a second. Of an earlier export into the same
 /// folder the tables of those of its grids stay no longer whose view or portfolio is gone, nor anything of a view that
 /// was not written because an input was refused, nor that note when the market is none; other files are left alone.
 /// Works along with the event loop; the user's mouse and keys reach nothing of the window meanwhile but what is spared.
@@ -77,6 +78,9 @@ class ViewExporter : public QObject {
   void RestorePlace();
   void RestoreInputs();
   void NextPortfolio();
+  /// While the portfolios of a view are gone through: the picture's part of the window is painted now and then.
+  void PaintSeldom();
+  void PaintAlways();
   void WriteView();
   void WritePortfolio();
   void WriteInputs();
@@ -118,6 +122,8 @@ class ViewExporter : public QObject {
   QString portfolio_;
   QSet<QString> gridNames_;  ///< of this export, as they stand in file names
   QSet<QString> tables_;     ///< files of this export
+  bool isPaintedSeldom_ = false;
+  QElapsedTimer painted_;
   QTimer look_;
   QElapsedTimer waiting_;
   int settledLooks_ = 0;

@@ -6,6 +6,7 @@
 #include "accessible_names.h"
 #include "calc_fixture.h"
 #include "download_settings.h"
+#include "injecting_user_data.h"
 
 namespace holdwise {
 namespace {
@@ -86,6 +87,33 @@ TEST_F(CalcDialog, TheLastStreamToFinishCalculates) {
   EXPECT_EQ(Rows("select INTEREST from alg_rmbinterestrate"), QStringList{"1.5"});
   EXPECT_EQ(Rows("select SECUCODE,PRICE from ALG_STOCKESTIMATEVALUE"), QStringList{"600000|9.5"});
   EXPECT_TRUE(host_.debug.Lines().empty());
+}
+
+/// What the user enters goes this way, and only that counts as the user's.
+class UsersLine final : public test::Injecting<UserDataServices> {
+ public:
+  explicit UsersLine(UserDataServices& inner) : Injecting(inner, plan), services_(inner) {}
+  std::unique_ptr<UserDataSession> OpenSession() override { return services_.OpenSession(); }
+  test::FailurePlan plan;
+
+ private:
+  UserDataServices& services_;
+};
+
+TEST_F(CalcDialog, WritesNothingAsIfItWereTheUsers) {
+  UsersLine line(temporary_.Service());
+  Use(line);
+  {
+    TfrmCalc2 dialog;
+    Show(dialog);
+    FinishAll();
+  }
+  EXPECT_EQ(Unfinished(), QStringList());
+  EXPECT_EQ(Statistics().size(), 7);
+  EXPECT_EQ(Rows("select INTEREST from alg_rmbinterestrate"), QStringList{"1.5"});
+  EXPECT_FALSE(line.plan.Calls().isEmpty());
+  for (const QString& call : line.plan.Calls()) EXPECT_TRUE(call.startsWith("select")) << call.toStdString();
+  Use(temporary_.Service());
 }
 
 TEST_F(CalcDialog, FilesOnDiskWorkAsWell) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QToolTip>
+#include <functional>
 
 #include "common/series/missing_prices.h"
 #include "common/series/shared_objects.h"
@@ -148,6 +149,27 @@ TEST_F(PerformanceView, AClickLoadsThatPortfolio) {
   EXPECT_EQ(holdings->Cells(kHoldingGain, 0), QStringLiteral("100.00"));
   EXPECT_EQ(portfolios->Row(), 1);
   EXPECT_EQ(spy.Count(FrameMessage::ReflashNowPrice), 1);
+}
+
+/// With a thousand portfolios each selection would take as long as all of them.
+TEST_F(PerformanceView, ASelectionWorksOutNothingThatTheListShowsAlready) {
+  OpenWithTwo();
+  const QString mark = QStringLiteral("mark");
+  const auto isWorkedOutBy = [&](const std::function<void()>& change) {
+    portfolios->SetCells(kValue, 1, mark);
+    change();
+    Click(*portfolios, kName, 1 - portfolios->Row());
+    return portfolios->Cells(kValue, 1) == QStringLiteral("2000.00");
+  };
+  EXPECT_FALSE(isWorkedOutBy([] {}));
+  EXPECT_EQ(portfolios->Cells(kValue, 1), mark);
+  EXPECT_EQ(holdings->RowCount(), 1) << "the selected one's holdings";
+  EXPECT_TRUE(isWorkedOutBy([this] { bench.DeliverPrices(PricesOfThree()); }));
+  EXPECT_TRUE(isWorkedOutBy([] { g_UserValue->ReGetUserValue_Sum(); }));
+  EXPECT_TRUE(isWorkedOutBy([] { g_UserValue->ReGetUserCloseValue(); }));
+  EXPECT_TRUE(isWorkedOutBy([] { g_ClosePrice->SetIsNeedUpdate(true); }));
+  EXPECT_TRUE(isWorkedOutBy([this] { SendFrameMessage(*frame, FrameMessage::Init); }));
+  EXPECT_FALSE(isWorkedOutBy([] {}));
 }
 
 TEST_F(PerformanceView, InitialisationEndsWithAPriceMessageOfItsOwn) {

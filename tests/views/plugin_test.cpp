@@ -4,7 +4,9 @@
 #include <QLibrary>
 #include <QLineEdit>
 #include <QTest>
+#include <QTimer>
 
+#include "common/frames/frame_parts.h"
 #include "common/grid/string_grid.h"
 #include "common/host/host_access.h"
 #include "common/series/shared_objects.h"
@@ -276,9 +278,47 @@ TEST_F(Plugin, ChangedDataIsReadAgain) {
   EXPECT_TRUE(views->Grids()[0].rows.empty());
   bench.AddPortfolio(3, QStringLiteral("丙"), {{1600000, 200, 1, 9}});
   views->DataChanged();
-  ASSERT_EQ(views->Grids()[0].rows.size(), 1U);
+  EXPECT_FALSE(views->IsSettled());
+  EXPECT_TRUE(g_UserValue->GetUserValuesStringList()->Has(QStringLiteral("3"))) << "nobody reads what was before";
+  ASSERT_TRUE(QTest::qWaitFor([&] { return views->Grids()[0].rows.size() == 1; }));
   EXPECT_EQ(bench.PriceRole()->Commands(), std::vector<QString>{QStringLiteral("0|01600000")});
   EXPECT_FALSE(views->IsSettled());
+}
+
+/// Each of them takes long with a thousand portfolios.
+TEST_F(Plugin, ChangedDataAreReadInSeveralTurnsOfTheEventLoop) {
+  item->EnterAddress(QStringLiteral("Skip风险计量"));
+  ViewCatalogue* views = item->Views();
+  bench.AddPortfolio(3, QStringLiteral("丙"), {{1600000, 200, 1, 9}});
+  ASSERT_EQ(bench.database.Service().Execute(QStringLiteral("update alg_commain set ISFINISHED = 0")), 1);
+  auto* strip = bench.host.titleFrames.front()->findChild<TitleStrip*>();
+  const QString notice = strip->Notice().text();
+  MessageSpy spy(*views->Frame());
+  QStringList turns;
+  QTimer pulse;
+  QObject::connect(&pulse, &QTimer::timeout, &pulse, [&] {
+    turns << QStringLiteral("%1 %2").arg(spy.Count(FrameMessage::Init)).arg(strip->Notice().text() != notice);
+  });
+  pulse.start(0);
+  views->DataChanged();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !turns.isEmpty() && turns.last() == QStringLiteral("1 1"); }));
+  turns.removeDuplicates();
+  EXPECT_EQ(turns, QStringList({"0 0", "1 0", "1 1"}));
+}
+
+TEST_F(Plugin, DataThatChangedJustBeforeTheAddressIsLeftAreReadWhenItIsEnteredAgain) {
+  item->EnterAddress(QStringLiteral("Skip组合表现"));
+  ViewCatalogue* views = item->Views();
+  MessageSpy spy(*views->Frame());
+  bench.AddPortfolio(3, QStringLiteral("丙"), {{1600000, 200, 1, 9}});
+  views->DataChanged();
+  item->LeaveAddress();
+  QTest::qWait(50);
+  EXPECT_EQ(spy.Count(FrameMessage::Init), 0);
+  EXPECT_TRUE(bench.PriceRole()->Commands().empty());
+  item->EnterAddress({});
+  EXPECT_EQ(spy.Count(FrameMessage::Init), 1);
+  EXPECT_EQ(bench.PriceRole()->Commands(), std::vector<QString>{QStringLiteral("0|01600000")});
 }
 
 TEST_F(Plugin, TheCatalogueNamesWhatIsBeingMadeInAnyView) {

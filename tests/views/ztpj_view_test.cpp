@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
+#include <functional>
 #include <utility>
 
 #include "common/series/all_stock_data.h"
@@ -103,6 +104,24 @@ TEST_F(EvaluationView, ASelectionComputesItsLiveColumnsAtOnce) {
   // 0.5 / 9.5 = 5.263 %
   EXPECT_EQ(RowOf(*holdings, 0),
             List({"600000", "浦发银行", "5.26", "1.50", "3.76", "0.041235", "0.000713", "1.250000", "9.5"}));
+}
+
+/// With a thousand portfolios each selection would take as long as all of them.
+TEST_F(EvaluationView, ASelectionWorksOutNothingThatTheListShowsAlready) {
+  OpenWithTwo();
+  const QString mark = QStringLiteral("mark");
+  const auto isWorkedOutBy = [&](const std::function<void()>& change) {
+    portfolios->SetCells(kReturn, 1, mark);
+    change();
+    Click(*portfolios, kName, 1 - portfolios->Row());
+    return portfolios->Cells(kReturn, 1) == QStringLiteral("5.26");
+  };
+  EXPECT_FALSE(isWorkedOutBy([] {}));
+  EXPECT_EQ(portfolios->Cells(kReturn, 1), mark);
+  EXPECT_TRUE(isWorkedOutBy([this] { bench.DeliverPrices(PricesOfThree()); }));
+  EXPECT_TRUE(isWorkedOutBy([] { g_UserValue->ReGetUserValue_Sum(); }));
+  EXPECT_TRUE(isWorkedOutBy([this] { SendFrameMessage(*frame, FrameMessage::Init); }));
+  EXPECT_FALSE(isWorkedOutBy([] {}));
 }
 
 TEST_F(EvaluationView, AKeySelectsTheNextPortfolio) {

@@ -231,7 +231,10 @@ QStringList PortfolioList::PortfolioIds() const {
 }
 
 bool PortfolioList::SelectPortfolio(const QString& portfolioId) {
-  return SelectRow(static_cast<int>(PortfolioIds().indexOf(portfolioId)));
+  if (grid_->IsEmpty()) return SelectRow(-1);
+  int row = 0;
+  while (row < grid_->RowCount() && grid_->Cells(keyColumn_, row) != portfolioId) ++row;
+  return SelectRow(row < grid_->RowCount() ? row : -1);
 }
 
 }  // namespace holdwise

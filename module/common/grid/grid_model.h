@@ -24,6 +24,8 @@ class GridModel : public QAbstractTableModel {
   /// All rows, shown or not.
   [[nodiscard]] int RowCount() const { return static_cast<int>(rows_.size()); }
   [[nodiscard]] const QString& Text(int column, int row) const;
+  /// All texts of a row, which must be there.
+  [[nodiscard]] const QStringList& TextsOf(int row) const { return rows_[static_cast<size_t>(row)].cells; }
   /// Announces a change at once, or at the end of the open batch. An equal text is no change.
   void SetText(int column, int row, const QString& text);
   /// Counts below 1 are taken as 1. New cells are empty; what is cut off is forgotten. Another count shows all rows.

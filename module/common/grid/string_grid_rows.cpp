@@ -108,8 +108,11 @@ void TStringGrid::MakeCurrent(int column, int row) {
 }
 
 QStringList TStringGrid::TextsOf(int row) const {
-  QStringList texts;
-  for (int column = 0; column < ColCount(); ++column) texts << TextInItsUnit({column, row});
+  // An export asks for a long list again and again: the texts are shared with the cells where they are the same.
+  QStringList texts = model_->TextsOf(row);
+  for (const int column : percents_) {
+    if (column < texts.size()) texts[column] = TextInItsUnit({column, row});
+  }
   return texts;
 }
 

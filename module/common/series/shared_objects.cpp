@@ -44,6 +44,14 @@ void FreeSharedObjects() {
   g_Timer.reset();
 }
 
+void ForgetSeries() {
+  if (g_ClosePrice) g_ClosePrice->SetIsNeedUpdate(true);
+  if (g_AllStockData) g_AllStockData->SetIsNeedUpdate(true);
+  if (!g_UserValue) return;
+  g_UserValue->SetIsGetUserValue_Sum(false);
+  g_UserValue->SetIsGetUserCloseValue(false);
+}
+
 // No date or time format is set for the process here: every date text of the module is made and read by date_text.h as
 // "YYYY-MM-DD", so it does not depend on what the host or another plug-in has set.
 void ReCalc() {

@@ -28,6 +28,10 @@ void CreateSharedObjects();
 /// Stops the timer and frees them in the same order. Frees what there is when only some were made.
 void FreeSharedObjects();
 
+/// Nothing that was read from the database counts any more: whoever asks next has it read again. The stress test, which
+/// nobody asks for, waits for ReCalc. User-interface thread.
+void ForgetSeries();
+
 /// Marks the shared objects as out of date: close prices and deviations are read again when a view next asks, portfolio
 /// values and the stress test at once. What a failing query throws reaches the caller. User-interface thread.
 void ReCalc();

@@ -2,6 +2,7 @@
 #include "performance_rows.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "common/frames/security_links.h"
 #include "common/host/codes.h"
@@ -163,13 +164,18 @@ std::vector<Total> RefreshHoldings(TStringGrid& grid, QStringList& closesDue) {
   return TotalsOf(totals, QStringLiteral("只股票"));
 }
 
-std::vector<Total> RefreshPortfolios(TStringGrid& grid) {
+std::vector<Total> RefreshPortfolios(TStringGrid& grid, ShownPortfolios& shown) {
   const TNameValueSnapshot values = g_NowPrice->GetNowValueGroupStringList();
   if (values->Count() == 0) return {};
   const TNameValueSnapshot weekCloses = g_ClosePrice->GetWeekCloseStringList_Sum();
   const TNameValueSnapshot monthCloses = g_ClosePrice->GetMonthCloseStringList_Sum();
   const TNameValueSnapshot costs = g_UserValue->GetUserValuesStringList();
   const TNameValueSnapshot previousCloses = g_UserValue->GetUserValuesPrvCloseValues();
+  const auto basisOf = [](const ShownPortfolios& all) {
+    return std::tie(all.values, all.weekCloses, all.monthCloses, all.costs, all.previousCloses);
+  };
+  const ShownPortfolios now{values, weekCloses, monthCloses, costs, previousCloses, {}};
+  if (basisOf(now) == basisOf(shown)) return shown.totals;
   const TMissingCodes withoutPreviousClose = g_UserValue->HoldingsWithoutPreviousClose();
   const TMissingCodes withoutWeekClose = g_ClosePrice->HoldingsWithoutWeekClose();
   const TMissingCodes withoutMonthClose = g_ClosePrice->HoldingsWithoutMonthClose();
@@ -199,7 +205,9 @@ std::vector<Total> RefreshPortfolios(TStringGrid& grid) {
     if (figures->gainRate) grid.SetCells(kGainRate, row, *figures->gainRate);
     grid.SetCells(kDayChange, row, figures->dayChange);
   }
-  return TotalsOf(totals, QStringLiteral("个组合"));
+  shown = now;
+  shown.totals = TotalsOf(totals, QStringLiteral("个组合"));
+  return shown.totals;
 }
 
 }  // namespace holdwise::performance

@@ -5,6 +5,7 @@
 
 #include "common/frames/totals_strip.h"
 #include "common/grid/string_grid.h"
+#include "common/helpers/name_value_list.h"
 #include "holdwise/packet/result_set.h"
 
 /// Between the shared data and the rows of the performance view's grids. User-interface thread; the shared objects must
@@ -22,6 +23,13 @@ void ShowPortfolios(const ResultSet& portfolios, TStringGrid& grid);
 /// @param closesDue codes of the rows whose closes are still to be shown; emptied when that is done
 /// @return the sums of the rows; none before the first prices
 [[nodiscard]] std::vector<Total> RefreshHoldings(TStringGrid& grid, QStringList& closesDue);
-[[nodiscard]] std::vector<Total> RefreshPortfolios(TStringGrid& grid);
+/// What the portfolios' live columns show, and what that was made from.
+struct ShownPortfolios {
+  TNameValueSnapshot values, weekCloses, monthCloses, costs, previousCloses;
+  std::vector<Total> totals;
+};
+/// @param shown of these very rows as they stand, else empty: a selection refreshes the whole list each time, and
+/// nothing is worked out anew from what it shows already
+[[nodiscard]] std::vector<Total> RefreshPortfolios(TStringGrid& grid, ShownPortfolios& shown);
 
 }  // namespace holdwise::performance

@@ -50,9 +50,11 @@ TFrm_ZHBX::TFrm_ZHBX(QWidget* parent)
                 .hint = {},
                 .onPress = [this](int row) { AskAndDelete(row); }}}),
       listTotals_(list_->AddTotals(TotalTitles())),
-      holdingTotals_(holdings_->AddTotals(TotalTitles())) {
+      holdingTotals_(holdings_->AddTotals(TotalTitles())),
+      shown_(std::make_unique<performance::ShownPortfolios>()) {
   InitAppear();
   list_->OnClear = [this] {
+    *shown_ = {};
     holdings_->Clear();
     listTotals_.Show({});
     holdingTotals_.Show({});
@@ -61,6 +63,8 @@ TFrm_ZHBX::TFrm_ZHBX(QWidget* parent)
   list_->OnShow = [this](int row) { ShowHoldings(row); };
   msg_changeskin();
 }
+
+TFrm_ZHBX::~TFrm_ZHBX() = default;
 
 void TFrm_ZHBX::InitAppear() {
   AddParts(*list_, PortfolioList::kHeight, *holdings_);
@@ -117,7 +121,7 @@ void TFrm_ZHBX::ReflashNowPrice() {
   // The list stands still, too, while the selected portfolio shows no holdings: intended. Notice says so.
   if (holdings_->Grid().IsEmpty() || list_->Grid().IsEmpty()) return;
   holdingTotals_.Show(performance::RefreshHoldings(holdings_->Grid(), closesDue_));
-  listTotals_.Show(performance::RefreshPortfolios(list_->Grid()));
+  listTotals_.Show(performance::RefreshPortfolios(list_->Grid(), *shown_));
 }
 
 void TFrm_ZHBX::ShowHoldings(int row) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 #include <QStringList>
+#include <memory>
 
 #include "common/frames/cell_buttons.h"
 #include "common/frames/view_frame.h"
@@ -10,6 +11,9 @@ namespace holdwise {
 class HoldingsPanel;
 class PortfolioList;
 class TotalsStrip;
+namespace performance {
+struct ShownPortfolios;
+}
 
 /// "组合表现": every saved portfolio with its live value and changes, and the holdings of the selected one with their
 /// contributions; under both, their sums. Everything is computed anew from the shared objects with every price message;
@@ -17,6 +21,7 @@ class TotalsStrip;
 class TFrm_ZHBX : public TViewFrame {
  public:
   explicit TFrm_ZHBX(QWidget* parent = nullptr);
+  ~TFrm_ZHBX() override;
 
   void DoInit_() override;
   void ReflashNowPrice() override;
@@ -38,8 +43,9 @@ class TFrm_ZHBX : public TViewFrame {
   CellButtons delete_;
   TotalsStrip& listTotals_;
   TotalsStrip& holdingTotals_;
-  QStringList unfound_;    ///< portfolios shown without holdings, by name
-  QStringList closesDue_;  ///< codes of the holdings shown, until their closes are read
+  QStringList unfound_;                                  ///< portfolios shown without holdings, by name
+  std::unique_ptr<performance::ShownPortfolios> shown_;  ///< of the list; empty when it has just been read
+  QStringList closesDue_;                                ///< codes of the holdings shown, until their closes are read
 };
 
 }  // namespace holdwise

@@ -74,9 +74,10 @@ void RefreshHoldings(TStringGrid& grid) {
   }
 }
 
-std::vector<IncompletePortfolio> RefreshPortfolios(TStringGrid& grid) {
+std::vector<IncompletePortfolio> RefreshPortfolios(TStringGrid& grid, ShownPortfolios& shown) {
   const TNameValueSnapshot values = g_NowPrice->GetNowValueGroupStringList();
   const TNameValueSnapshot costs = g_UserValue->GetUserValuesStringList();
+  if (values == shown.values && costs == shown.costs) return shown.lacking;
   std::vector<IncompletePortfolio> lacking;
   const GridBatch batch(grid);
   for (int row = 0; row < grid.RowCount(); ++row) {
@@ -88,6 +89,7 @@ std::vector<IncompletePortfolio> RefreshPortfolios(TStringGrid& grid) {
     grid.SetCells(kReturn, row, texts->gain);
     grid.SetCells(kExcess, row, texts->excess);
   }
+  shown = {values, costs, lacking};
   return lacking;
 }
 

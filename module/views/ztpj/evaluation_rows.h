@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "common/grid/string_grid.h"
+#include "common/helpers/name_value_list.h"
 #include "common/store/incomplete_portfolios.h"
 #include "holdwise/packet/result_set.h"
 
@@ -19,7 +20,14 @@ void ShowHoldings(const ResultSet& holdings, const QString& riskFree, TStringGri
 
 /// Live columns. A row without a price (value) keeps what it shows.
 void RefreshHoldings(TStringGrid& grid);
+/// What the portfolios' live columns show, and what that was made from.
+struct ShownPortfolios {
+  TNameValueSnapshot values, costs;
+  std::vector<IncompletePortfolio> lacking;
+};
+/// @param shown of these very rows as they stand, else empty: a selection refreshes the whole list each time, and
+/// nothing is worked out anew from what it shows already
 /// @return the portfolios whose return is none because nothing is known to have been paid for them
-std::vector<IncompletePortfolio> RefreshPortfolios(TStringGrid& grid);
+[[nodiscard]] std::vector<IncompletePortfolio> RefreshPortfolios(TStringGrid& grid, ShownPortfolios& shown);
 
 }  // namespace holdwise::evaluation

@@ -36,12 +36,16 @@ TFrM_ZTPJ::TFrM_ZTPJ(QWidget* parent)
                                .emptyText = NoSavedPortfolios},
                               this)),
       holdings_(new HoldingsPanel(
-          {.unit = kUnit, .columns = evaluation::HoldingTable(), .caption = QStringLiteral("组合名称")}, this)) {
+          {.unit = kUnit, .columns = evaluation::HoldingTable(), .caption = QStringLiteral("组合名称")}, this)),
+      shown_(std::make_unique<evaluation::ShownPortfolios>()) {
   AddParts(*list_, PortfolioList::kHeight, *holdings_);
   list_->OnEnter = [this](int) { holdings_->Grid().setFocus(); };
   DrawInTheColoursOfTheMoment(list_->Grid());
   DrawInTheColoursOfTheMoment(holdings_->Grid());
-  list_->OnClear = [this] { holdings_->Clear(); };
+  list_->OnClear = [this] {
+    *shown_ = {};
+    holdings_->Clear();
+  };
   list_->OnFill = [this](const ResultSet& portfolios) {
     evaluation::ShowPortfolios(portfolios, rate_.value_or(0), list_->Grid());
   };
@@ -49,6 +53,8 @@ TFrM_ZTPJ::TFrM_ZTPJ(QWidget* parent)
   FollowRiskTable(*this, kUnit, *list_);
   msg_changeskin();
 }
+
+TFrM_ZTPJ::~TFrM_ZTPJ() = default;
 
 void TFrM_ZTPJ::DoInit_() {
   g_AllStockData->RequestCurrentTable();
@@ -75,7 +81,7 @@ void TFrM_ZTPJ::ShowHoldings(int row) {
 void TFrM_ZTPJ::ReflashNowPrice() {
   if (list_->Grid().IsEmpty()) return;
   evaluation::RefreshHoldings(holdings_->Grid());
-  withoutReturn_ = evaluation::RefreshPortfolios(list_->Grid());
+  withoutReturn_ = evaluation::RefreshPortfolios(list_->Grid(), *shown_);
 }
 
 ViewNotice TFrM_ZTPJ::Notice() const {

@@ -32,7 +32,7 @@ TEST_F(ImportTest, PortfoliosAndHoldingsStandInTheDatabase) {
 TEST_F(ImportTest, StatementsAreTheModulesOwn) {
   ASSERT_TRUE(Import("name,code,quantity,price\n甲,600000,1000,8.00\n甲,600036,500,34\n").problems.empty());
   const QStringList expected = {
-      QStringLiteral("select count(COMNAME) from alg_commain where COMNAME='甲'"),
+      QStringLiteral("select COMNAME from alg_commain"),
       QStringLiteral("start"),
       QStringLiteral("select gen_id(ALG_ROWID_MAIN,1) from rdb$database"),
       QStringLiteral("insert into alg_comdetail (ID,MAINID,SecuCode,PZSL,PZBL,BUYPRICE) values "
@@ -43,6 +43,20 @@ TEST_F(ImportTest, StatementsAreTheModulesOwn) {
                      "values(1,'甲',3111.02,0,0,0,0,'2024-05-29',1)"),
       QStringLiteral("commit")};
   EXPECT_EQ(database_.plan.Calls(), expected);
+}
+
+TEST_F(ImportTest, TheNamesThatAreThereAreReadOnceForAWholeFile) {
+  ASSERT_TRUE(Import(kGood).problems.empty());
+  // As the database compares: blanks at the end do not count, capital letters do.
+  ASSERT_EQ(temp_.Service().Execute(QStringLiteral("update alg_commain set COMNAME = '稳健一号  ' where ID = 1")), 1);
+  const auto before = database_.plan.Calls().size();
+  const ImportResult result = Import(
+      "name,code,quantity,price\n稳健一号,600000,1,8\n进取(2)_a-b,600000,1,8\n丙,600000,1,8\n"
+      "进取(2)_A-b,600000,1,8\n");
+  EXPECT_EQ(database_.plan.Calls().mid(before), QStringList{"select COMNAME from alg_commain"});
+  ASSERT_EQ(result.problems.size(), 2U);
+  EXPECT_EQ(result.problems[0].line, 2);
+  EXPECT_EQ(result.problems[1].line, 5);
 }
 
 /// Somebody is asked whether to delete a portfolio, which has begun its transaction.
@@ -126,8 +140,8 @@ TEST_F(ImportTest, AnyFailingStatementRollsEverythingBack) {
     ASSERT_EQ(probe.plan.Calls().last(), QStringLiteral("rollback"));
   }
   ASSERT_EQ(Everything(), before);
-  // The names of 2 portfolios, the transaction, 2 numbers, 5 holdings, 2 portfolios, the end.
-  ASSERT_EQ(calls, 13);
+  // The names that are there, the transaction, 2 numbers, 5 holdings, 2 portfolios, the end.
+  ASSERT_EQ(calls, 12);
   using Kind = test::FailurePlan::Kind;
   for (int number = 0; number < calls; ++number) {
     for (const Kind kind : {Kind::Throws, Kind::Refuses}) {
