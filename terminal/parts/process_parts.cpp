@@ -20,14 +20,10 @@ QString MadeLogFolder(const QString& workFolder) {
   return folder;
 }
 
-QString SettingsFile(const QString& workFolder) {
-  return workFolder + QStringLiteral("/settings.ini");
-}
-
 }  // namespace
 
 QString RememberedDataFolder(const QString& workFolder) {
-  return QSettings(SettingsFile(workFolder), QSettings::IniFormat).value(kDataSetting).toString();
+  return RememberedDataFolder(QSettings(SettingsFileOf(workFolder), QSettings::IniFormat));
 }
 
 QDateTime SystemClock::Now() const {
@@ -37,13 +33,8 @@ QDateTime SystemClock::Now() const {
 ProcessParts::ProcessParts(Options options)
     : options_(std::move(options)),
       log_(MadeLogFolder(options_.workFolder) + QStringLiteral("/terminal.log"), clock_),
-<<<<<<< HEAD
       settingsProblem_(SetAsideIfDamaged(SettingsFileOf(options_.workFolder))),
       settings_(SettingsFileOf(options_.workFolder), QSettings::IniFormat) {
-=======
-      settingsProblem_(SetAsideIfDamaged(SettingsFile(options_.workFolder))),
-      settings_(SettingsFile(options_.workFolder), QSettings::IniFormat) {
->>>>>>> small
   Application().SetLog(&log_);
   const QString remembered = RememberedDataFolder(settings_);
   const bool isRestored = options_.command.dataFolder.isEmpty() && !options_.IsBatch() && !remembered.isEmpty();

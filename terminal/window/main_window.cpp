@@ -236,23 +236,10 @@ void MainWindow::SetSimulated(bool isSimulated) {
   setWindowTitle(isSimulated ? QStringLiteral("Holdwise — 模拟行情") : QStringLiteral("Holdwise"));
 }
 
-<<<<<<< HEAD
 void MainWindow::SetDemo(bool isDemo) {
   switchDemo_->setText(isDemo ? QStringLiteral("回到自己的数据(&B)") : QStringLiteral("试用模拟行情(&D)"));
 }
 
-void MainWindow::SetAmber(QLabel& label, bool isAmber) const {
-  QPalette colors = palette();
-  if (isAmber) {
-    colors.setColor(QPalette::Window, theme_.Colors().ColorOf(QStringLiteral("Qm_KlineYellowColor")));
-    colors.setColor(QPalette::WindowText, theme_.Colors().ColorOf(QStringLiteral("Qm_BGCorlor")));
-  }
-  label.setAutoFillBackground(isAmber);
-  label.setPalette(colors);
-}
-
-=======
->>>>>>> small
 void MainWindow::SetQuotes(const QString& text, const QString& reason) {
   constexpr int kWidestReason = 320;
   const QString shown = quotes_->fontMetrics().elidedText(reason, Qt::ElideRight, kWidestReason);

@@ -14,6 +14,7 @@ namespace {
 
 constexpr int kManyPortfolios = 60;
 constexpr qint64 kLongestEnd = 3000 * kSlowness;
+constexpr qint64 kGrace = 2500;
 
 QByteArray ManyPortfolios() {
   QByteArray text = "name,code,quantity,price\n";
@@ -128,7 +129,9 @@ TEST(Signals, AtAnyMomentEndInTimeAndLoseNothing) {
     EXPECT_LE(took, kLongestEnd) << "after " << delay << " ms";
     // Before main has begun the system's own handling ends the process.
     if (running.Process().exitStatus() == QProcess::NormalExit) {
-      EXPECT_EQ(running.Process().exitCode(), 0) << "after " << delay << " ms";
+      // What takes too long is given up.
+      const bool isGivenUp = took >= kGrace && running.Process().exitCode() == 1;
+      EXPECT_TRUE(isGivenUp || running.Process().exitCode() == 0) << "after " << delay << " ms";
     } else {
       EXPECT_LT(delay, 100U);
     }
