@@ -39,6 +39,12 @@ if(CMAKE_CXX_FLAGS MATCHES "-fsanitize" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU"
   target_compile_options(holdwise_options INTERFACE -Wno-maybe-uninitialized)
 endif()
 
+# A sanitizer's programs are several times slower.
+set(HOLDWISE_TIMEOUT_FACTOR 1)
+if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+  set(HOLDWISE_TIMEOUT_FACTOR 5)
+endif()
+
 # What every test runs in, also one that is a script: the sanitizers of a sanitizer build. They report into files, because a
 # test seldom shows what a program that it starts writes.
 # The leak sanitizer's look into the storage of threads crashes now and then while the database engine's threads end.
@@ -46,16 +52,11 @@ set(HOLDWISE_REPORTS ${CMAKE_BINARY_DIR}/reports)
 file(MAKE_DIRECTORY ${HOLDWISE_REPORTS})
 set(HOLDWISE_TEST_ENVIRONMENT
   QT_QPA_PLATFORM=offscreen
+  HOLDWISE_SLOWNESS=${HOLDWISE_TIMEOUT_FACTOR}
   ASAN_OPTIONS=log_path=${HOLDWISE_REPORTS}/address
   LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/leaks.supp:print_suppressions=0:use_tls=0
   TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/threads.supp:detect_deadlocks=0:die_after_fork=0:history_size=7:log_path=${HOLDWISE_REPORTS}/thread
   UBSAN_OPTIONS=print_stacktrace=1)
-
-# A sanitizer's programs are several times slower.
-set(HOLDWISE_TIMEOUT_FACTOR 1)
-if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
-  set(HOLDWISE_TIMEOUT_FACTOR 5)
-endif()
 
 # How many seconds each of the tests named after it may take.
 function(holdwise_test_timeout seconds)

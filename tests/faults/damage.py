@@ -19,11 +19,11 @@ import sys
 import tempfile
 
 from aftermath import read_back
-from faults import Database, Report, run
+from faults import SLOWNESS, Database, Report, run
 from market import CHINESE, EARLIER, Market, environment, same_holdings, timed
 
-SECONDS = 30  # an export gives each of the views the second after which it may ask for a calculation, nine in all
-SECONDS_TO_KILL = 60
+SECONDS = 30 * SLOWNESS  # an export gives each of the views the second after which it may ask for a calculation, nine in all
+SECONDS_TO_KILL = 60 * SLOWNESS
 PAGE = 4096
 ROWS_PAGE = 5  # on-disk structure 12
 PAIR = ["TZZHDetail.dat", "TZZHMerge.dat"]

@@ -10,6 +10,7 @@ import tempfile
 STATISTICS = ["closeprice", "hqtype", "rowid", "ggqjsyl", "pjsyl", "hqdate", "oldcloseprice", "sylbzc", "islastday", "startdate",
               "enddate"]
 TYPES = {"closeprice": "real", "ggqjsyl": "real", "pjsyl": "real", "oldcloseprice": "real", "sylbzc": "real"}
+SLOWNESS = int(os.environ.get("HOLDWISE_SLOWNESS", "1"))  # of the programs: a sanitizer's build is given more time
 
 
 def run(*command, **more):

@@ -17,11 +17,11 @@ import subprocess
 import tempfile
 import time
 
-from faults import Report
+from faults import SLOWNESS, Report
 from market import environment, timed
 
 TITLES = ("组合名称,股票代码,数量(股),买入价(元),买入日期,组合编号,上证指数,指数为收盘,保存标志,组合风格,目标收益率,行情止于,持股编号,比例")
-MOST_SECONDS = 10
+MOST_SECONDS = 10 * SLOWNESS
 HOLDINGS = 5
 
 
@@ -61,7 +61,7 @@ class Campaign:
                                        self.folder / "nowhere", *more)]
 
     def run(self, *more):
-        done, seconds = timed(self.command(*more), 60)
+        done, seconds = timed(self.command(*more), 60 * SLOWNESS)
         if seconds > MOST_SECONDS:
             self.report.problem(f"{more} took {seconds:.1f} s")
         if done is None or done.returncode != 0:

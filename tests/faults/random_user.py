@@ -15,12 +15,12 @@ import sys
 import tempfile
 import time
 
-from faults import SKIPPED, Database, Report, run
+from faults import SKIPPED, SLOWNESS, Database, Report, run
 from market import environment, make_market, timed
 
 WIDTH, HEIGHT = 1280, 800
 BATCH = 25  # events between two looks
-LONGEST_SECONDS = 2
+LONGEST_SECONDS = 2 * SLOWNESS
 MOST_GROWTH_KB = 80 * 1024
 KEYS = ["Tab", "shift+Tab", "Return", "Escape", "space", "Delete", "BackSpace", "Up", "Down", "Left", "Right", "Home", "End",
         "Prior", "Next", "F1", "F5", "F10", "alt+f", "alt+v", "alt+h", "ctrl+o", "ctrl+s", "ctrl+a", "ctrl+c", "ctrl+v",
