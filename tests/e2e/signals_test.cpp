@@ -13,7 +13,7 @@ namespace holdwise::e2e {
 namespace {
 
 constexpr int kManyPortfolios = 60;
-constexpr qint64 kLongestEnd = 3000 * kSlowness;
+constexpr qint64 kLongestEnd = qint64{3000} * kSlowness;
 constexpr qint64 kGrace = 2500;
 
 QByteArray ManyPortfolios() {
