@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "demo_maker.h"
 
+#include <sys/prctl.h>
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QTimer>
 #include <chrono>
+#include <csignal>
 
 #include "window/dialogs.h"
 
@@ -18,12 +22,40 @@ const QString kTitle = QStringLiteral("模拟行情");
 const QString kSecurities = QStringLiteral("1000");
 const QString kDays = QStringLiteral("400");
 const QString kMarket = QStringLiteral("market");
+const QString kNotMade = QStringLiteral("没有生成模拟行情：\n%1");
 
 constexpr std::chrono::milliseconds kBetweenLooks{200};
 
+/// No data folder of the user's is called so.
+const QString kMadeFolders = QStringLiteral("/demo-making-");
+
+const QRegularExpression& ProgressLine() {
+  static const QRegularExpression line(QStringLiteral("(\\d+)/(\\d+)\\s*$"));
+  return line;
+}
+
+/// That a terminal which was killed has left behind: nobody else makes one in the same work folder.
+void RemoveLeftovers(const QString& beside) {
+  const QDir place(beside);
+  for (const QString& name : place.entryList({kMadeFolders.mid(1) + QLatin1Char('*')}, QDir::Dirs | QDir::NoSymLinks))
+    QDir(place.filePath(name)).removeRecursively();
+}
+
 }  // namespace
 
+QString ReasonOfMaker(const QByteArray& said) {
+  QStringList lines = QString::fromUtf8(said).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+  lines.removeIf([](const QString& line) { return ProgressLine().match(line).hasMatch(); });
+  if (!lines.isEmpty()) return lines.join(QLatin1Char('\n')).trimmed();
+  return QStringLiteral("生成程序意外结束了，也许内存不够。请再试一次。");
+}
+
 DemoMaker::DemoMaker(WindowSide& window) : window_(window) {
+  // Ends with this process: nobody would take what it makes.
+  maker_.setChildProcessModifier([parent = ::getpid()] {
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (::getppid() != parent) ::_exit(1);
+  });
   connect(&maker_, &QProcess::readyReadStandardError, this, [this] { ShowProgress(); });
   connect(&maker_, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
     if (error == QProcess::FailedToStart)
@@ -32,7 +64,7 @@ DemoMaker::DemoMaker(WindowSide& window) : window_(window) {
   connect(&maker_, &QProcess::finished, this, [this](int exitCode, QProcess::ExitStatus status) {
     if (next_ == nullptr) return;
     if (work_->IsGivenUp()) return End({});
-    if (status != QProcess::NormalExit || exitCode != 0) return End(QString::fromUtf8(said_).trimmed());
+    if (status != QProcess::NormalExit || exitCode != 0) return End(ReasonOfMaker(said_));
     (this->*next_)();
   });
   wait_.setSingleShot(true);
@@ -48,7 +80,13 @@ DemoMaker::~DemoMaker() {
 void DemoMaker::Make(const QString& folder, const QString& beside) {
   if (made_) return;
   folder_ = folder;
-  made_.emplace(beside + QStringLiteral("/demo-XXXXXX"));
+  RemoveLeftovers(beside);
+  made_.emplace(beside + kMadeFolders + QStringLiteral("XXXXXX"));
+  if (!made_->isValid()) {
+    const QString problem = QStringLiteral("目录“%1”里不能建立目录，请检查磁盘空间和权限。").arg(beside);
+    made_.reset();
+    return ShowReport(&window_.Window(), kTitle, kNotMade.arg(problem));
+  }
   work_ = std::make_unique<OngoingWork>(window_.Window(), QStringLiteral("正在生成模拟行情"));
   work_->OnGivenUp = [this] { maker_.kill(); };
   Run({QStringLiteral("simulate"), QStringLiteral("--securities"), kSecurities, QStringLiteral("--days"), kDays,
@@ -87,10 +125,9 @@ void DemoMaker::Run(const QStringList& arguments, void (DemoMaker::*next)()) {
 }
 
 void DemoMaker::ShowProgress() {
-  static const QRegularExpression count(QStringLiteral("(\\d+)/(\\d+)\\s*$"));
   const QByteArray fresh = maker_.readAllStandardError();
   said_ = (said_ + fresh).right(4096);
-  const QRegularExpressionMatch match = count.match(QString::fromUtf8(fresh));
+  const QRegularExpressionMatch match = ProgressLine().match(QString::fromUtf8(fresh));
   if (!match.hasMatch()) return;
   const int total = match.captured(2).toInt();
   // Making the bars and making the folder of them are a half each.
@@ -104,7 +141,7 @@ void DemoMaker::End(const QString& problem) {
   window_.Window().ShowProgress(0, 0);
   if (work_->IsGivenUp()) window_.Window().Tell(QStringLiteral("没有生成模拟行情。"));
   work_.reset();
-  if (!problem.isEmpty()) ShowReport(&window_.Window(), kTitle, QStringLiteral("没有生成模拟行情：\n%1").arg(problem));
+  if (!problem.isEmpty()) ShowReport(&window_.Window(), kTitle, kNotMade.arg(problem));
 }
 
 void DemoMaker::GiveUp() {

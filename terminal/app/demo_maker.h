@@ -14,6 +14,10 @@
 
 namespace holdwise {
 
+/// What a holdwise-market that has failed gives as its reason on standard error, without the progress that it made; a
+/// reason too when it gives none.
+[[nodiscard]] QString ReasonOfMaker(const QByteArray& said);
+
 /// Makes a simulated market with holdwise-market, with its progress in the window. User-interface thread.
 class DemoMaker : public QObject {
  public:

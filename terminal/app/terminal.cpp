@@ -153,7 +153,6 @@ bool Terminal::OpenPages() {
                             [this] { TryAgain(); }, data_.Choices(), data_.Advice()});
     return false;
   }
-  data_.GiveUpMaking();
   window_.ShowMarket(market_->Data(), market_->Connection());
   MarketConnection& connection = market_->Connection();
   QObject::connect(&connection, &MarketConnection::DataFolderChanged, &connection, [this] {
@@ -193,6 +192,7 @@ void Terminal::TryAgain() {
 void Terminal::ShowPages() {
   isReady_ = OpenPages();
   if (pages_ == nullptr) return;
+  data_.GiveUpMaking();
   EnterFirstPage();
   GoOn();
 }

@@ -117,6 +117,29 @@ TEST_F(FirstStart, ClosedWhileADemoMarketIsMadeItAsksFirst) {
   EXPECT_TRUE(QDir(bench_.Work()).entryList({"demo*", "market", ".market*"}, QDir::Dirs | QDir::Hidden).isEmpty());
 }
 
+/// Killed while it is made, and what makes it ends too; what is left of it is gone when one is made again.
+TEST_F(FirstStart, WhatAKilledTerminalLeftOfItsMakingIsRemoved) {
+  ASSERT_NO_FATAL_FAILURE(BeginDemo());
+  ASSERT_NO_FATAL_FAILURE(HoldMaker());
+  const QStringList left = QDir(bench_.Work()).entryList({"demo-*"}, QDir::Dirs);
+  ASSERT_EQ(left.size(), 1);
+  const QByteArray made = QFile::encodeName(bench_.Work() + '/' + left.front());
+  const auto isMaking = [&] {
+    for (const QString& process : QDir("/proc").entryList(QDir::Dirs))
+      if (Bytes("/proc/" + process + "/cmdline").contains(made)) return true;
+    return false;
+  };
+  EXPECT_TRUE(isMaking());
+  (void)terminal_->Signal(SIGKILL);
+  EXPECT_TRUE(Until([&] { return !isMaking(); }, 10'000));
+  const QString others = bench_.Work() + "/demo-market";
+  ASSERT_TRUE(QDir().mkpath(others + "/csv"));
+  EXPECT_TRUE(QFile::exists(QString::fromUtf8(made)));
+  ASSERT_NO_FATAL_FAILURE(BeginDemo());
+  EXPECT_TRUE(Until([&] { return !QFile::exists(QString::fromUtf8(made)); }, 10'000));
+  EXPECT_TRUE(QFile::exists(others + "/csv")) << "not of its making";
+}
+
 /// No data: the page stays, says that it has looked, and opens the market once it is there.
 TEST_F(FirstStart, LookingAgainIsSeenAndOpensWhatHasCome) {
   const QString data = bench_.File("data");
