@@ -10,6 +10,7 @@
 #include "datacentre/market_data.h"
 #include "holdwise/packet/error.h"
 #include "process/settings_file.h"
+#include "process/work_folder.h"
 #include "window/dialogs.h"
 
 namespace holdwise {
@@ -18,8 +19,10 @@ namespace {
 const QString kFolderTitle = QStringLiteral("选择数据目录");
 const QString kDemoTitle = QStringLiteral("模拟行情");
 
-QString TextOf(const std::exception& error) {
-  return QString::fromUtf8(error.what());
+/// With its full stop.
+QString SentenceOf(const std::exception& error) {
+  const QString text = QString::fromUtf8(error.what());
+  return text.endsWith(QStringLiteral("。")) ? text : text + QStringLiteral("。");
 }
 
 /// Of the folder with the user's own data, whichever this process is for.
@@ -92,24 +95,29 @@ void DataSwitch::DemoMade() {
 void DataSwitch::OpenDemo() {
   if (!targets_.mayLeave()) return window_.Window().Tell(QStringLiteral("模拟行情可以用“文件→试用模拟行情”打开。"));
   try {
+    const Options there = demo_.WayThere();
     demo_.Choose(process_.Asked());
+    LeaveFor(there);
   } catch (const Error& error) {
-    return ShowReport(&window_.Window(), kDemoTitle, QStringLiteral("没有打开模拟行情：%1。").arg(TextOf(error)));
+    ShowReport(&window_.Window(), kDemoTitle, QStringLiteral("没有打开模拟行情：%1").arg(SentenceOf(error)));
   }
-  wanted_ = demo_.WayThere();
-  targets_.leave();
 }
 
 void DataSwitch::GoBack(const QString& folder) {
   if (!targets_.mayLeave()) return;
-  wanted_ = demo_.WayBack();
   try {
-    if (!folder.isEmpty()) Remember(folder);
+    Options back = demo_.WayBack();
+    if (!folder.isEmpty()) Remember(folder, back);
     demo_.Leave();
+    LeaveFor(std::move(back));
   } catch (const Error& error) {
-    wanted_.reset();
-    return ShowReport(&window_.Window(), kDemoTitle, QStringLiteral("没有离开模拟行情：%1。").arg(TextOf(error)));
+    ShowReport(&window_.Window(), kDemoTitle, QStringLiteral("没有离开模拟行情：%1").arg(SentenceOf(error)));
   }
+}
+
+void DataSwitch::LeaveFor(Options next) {
+  next.simulationSpeed = process_.Asked().simulationSpeed;
+  wanted_ = std::move(next);
   targets_.leave();
 }
 
@@ -135,15 +143,19 @@ void DataSwitch::Open(const QString& folder) {
     Require(folder);
     if (!IsDemo()) return targets_.openFolder(folder);
   } catch (const std::exception& error) {
-    const QString text = QStringLiteral("目录“%1”不能用，什么都没有改变。\n\n%2。").arg(folder, TextOf(error));
+    const QString text = QStringLiteral("目录“%1”不能用，什么都没有改变。\n\n%2").arg(folder, SentenceOf(error));
     process_.Log().WriteLog(text);
     return ShowReport(&window_.Window(), kFolderTitle, text);
   }
   GoBack(folder);
 }
 
-void DataSwitch::Remember(const QString& folder) {
-  QSettings own(SettingsFileOf(process_.Asked().ownFolder), QSettings::IniFormat);
+void DataSwitch::Remember(const QString& folder, Options& back) {
+  if (WorkFolderLock::IsHeld(back.workFolder))
+    throw Error(ErrorCategory::Busy, "自己的数据已在另一个终端窗口里打开，请在那个窗口里选择数据目录");
+  if (const QString problem = SetAsideIfDamaged(SettingsFileOf(back.workFolder)); !problem.isEmpty())
+    process_.Log().WriteLog(problem);
+  QSettings own(SettingsFileOf(back.workFolder), QSettings::IniFormat);
   RememberDataFolder(own, folder);
   own.sync();
   if (own.status() != QSettings::NoError) {
@@ -151,7 +163,7 @@ void DataSwitch::Remember(const QString& folder) {
                 QStringLiteral("设置文件“%1”不能写入，请检查磁盘空间和权限").arg(own.fileName()).toStdString());
   }
   // The command line that it was opened with last named another one.
-  if (!wanted_->command.dataFolder.isEmpty()) wanted_->command.dataFolder = folder;
+  if (!back.command.dataFolder.isEmpty()) back.command.dataFolder = folder;
 }
 
 }  // namespace holdwise

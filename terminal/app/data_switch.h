@@ -58,8 +58,10 @@ class DataSwitch {
   void OpenDemo();
   /// `folder`: the data folder that the user's own data are opened with from now on; empty: the one of before.
   void GoBack(const QString& folder);
-  /// Has the start that is wanted, and those after it, use that data folder. Error(Io).
-  void Remember(const QString& folder);
+  /// Ends this terminal for that start.
+  void LeaveFor(Options next);
+  /// Has the way back, and the starts after it, use that data folder. Error(Busy, Io).
+  void Remember(const QString& folder, Options& back);
   void Open(const QString& folder);
   /// Throws unless it is a data folder that can be used for the user's own portfolios.
   void Require(const QString& folder);

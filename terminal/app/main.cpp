@@ -145,7 +145,7 @@ void Repair(const Options& options) {
 /// Starts anew, now that all of this start is written; with other data the window is to look as it did.
 void GoOnWith(const Options& next, const Options& before) {
   if (next.workFolder != before.workFolder) CarrySettings(before.workFolder, next.workFolder);
-  StartAgain(next);
+  if (!signal_guard::Requested()) StartAgain(next);
 }
 
 /// `next`: the start that is to follow; none: this is the last.
@@ -262,7 +262,7 @@ int Main(int argc, char** argv) {
   std::optional<Options> next;
   const int exitCode = RunTerminal(argc, argv, options, next);
   const bool isEngineEnded = ShutdownFirebird();
-  if (next && !signal_guard::Requested()) GoOnWith(*next, options);
+  if (next) GoOnWith(*next, options);
   if (!isEngineEnded) {
     std::fflush(nullptr);
     _exit(exitCode);

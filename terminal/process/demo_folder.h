@@ -25,13 +25,15 @@ class DemoFolder {
   /// It is what was chosen last.
   [[nodiscard]] bool IsChosen() const;
   /// From now on starts open it. `own`: the start that comes back to the user's own data, of which the data folder and
-  /// the database of its command line are kept. Error(Io) when that cannot be written: nothing has changed.
+  /// the database of its command line are kept. Error(Io) when that cannot be written: nothing has changed. A file that
+  /// is damaged is kept under another name.
   void Choose(const Options& own) const;
   /// From now on starts open the user's own data again. Error(Io) likewise.
   void Leave() const;
-  /// How to start with the user's own data as they were opened before the demo.
+  /// How to start with the user's own data as they were opened before the demo; where a terminal runs on them, with
+  /// whichever it has. Error when their work folder cannot be used.
   [[nodiscard]] Options WayBack() const;
-  /// How to start with the demo.
+  /// How to start with the demo. Error when its folder cannot be used.
   [[nodiscard]] Options WayThere() const;
 
  private:
@@ -40,7 +42,8 @@ class DemoFolder {
 };
 
 /// Makes the demo what a start opens that names neither data nor database, is no batch and no check, when the demo was
-/// chosen last and no terminal runs on the user's own data. A start on the demo's work folder becomes one of it too.
+/// chosen last (the others are told on standard error where it is), its folder can be used and no terminal runs on the
+/// user's own data. A start on the demo's work folder becomes one of it too.
 void TurnToDemo(Options& options);
 
 }  // namespace holdwise

@@ -24,6 +24,15 @@ bool IsSettingsText(const QByteArray& text) {
   return true;
 }
 
+/// Not readable, too large for settings, or what no settings file holds.
+bool IsDamaged(const QString& path) {
+  constexpr qint64 kMostBytes = 1 << 20;
+  QFile file(path);
+  if (!file.exists()) return false;
+  return !file.open(QIODevice::ReadOnly) || file.size() > kMostBytes || !IsSettingsText(file.readAll()) ||
+         QSettings(path, QSettings::IniFormat).status() != QSettings::NoError;
+}
+
 const QString kDataSetting = QStringLiteral("data");
 
 }  // namespace
@@ -41,6 +50,7 @@ QString RememberedDataFolder(const QSettings& settings) {
 }
 
 void CarrySettings(const QString& fromFolder, const QString& toFolder) {
+  if (IsDamaged(SettingsFileOf(toFolder))) return;
   const QSettings from(SettingsFileOf(fromFolder), QSettings::IniFormat);
   QSettings to(SettingsFileOf(toFolder), QSettings::IniFormat);
   for (const QString& key : from.allKeys())
@@ -48,14 +58,7 @@ void CarrySettings(const QString& fromFolder, const QString& toFolder) {
 }
 
 QString SetAsideIfDamaged(const QString& path) {
-  constexpr qint64 kMostBytes = 1 << 20;
-  QFile file(path);
-  if (!file.exists()) return {};
-  const bool isOpen = file.open(QIODevice::ReadOnly);
-  const bool isWell = isOpen && file.size() <= kMostBytes && IsSettingsText(file.readAll()) &&
-                      QSettings(path, QSettings::IniFormat).status() == QSettings::NoError;
-  if (isWell) return {};
-  file.close();
+  if (!IsDamaged(path)) return {};
   const QString kept = path + QStringLiteral(".damaged");
   QFile::remove(kept);
   const QString fate = QFile::rename(path, kept) ? QStringLiteral("它改名保留为“%1”").arg(kept)

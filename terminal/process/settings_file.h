@@ -20,7 +20,7 @@ void RememberDataFolder(QSettings& settings, const QString& folder);
 [[nodiscard]] QString SetAsideIfDamaged(const QString& path);
 
 /// Has the settings of one work folder, as far as they say how the window looks and where it was left, be those of
-/// another one too. What cannot be written stays as it was.
+/// another one too. What cannot be written stays as it was; so does a damaged file, which the start there tells of.
 void CarrySettings(const QString& fromFolder, const QString& toFolder);
 
 }  // namespace holdwise

@@ -44,9 +44,9 @@ QString LockOf(const QString& folder) {
 
 /// Opening a pipe would wait for its other end, without a word and before there is a window.
 void RequireFiles(const QString& folder) {
-  for (const char* name :
-       {"settings.ini", "settings.ini.lock", "log/terminal.log", "terminal.lock", "optional_stocks.txt", "holdwise.fdb",
-        "holdwise.fdb.open", "holdwise.fdb.checked", "TZZHMerge.dat", "TZZHDetail.dat", "TZZHOwner.txt"}) {
+  for (const char* name : {"settings.ini", "settings.ini.lock", "log/terminal.log", "terminal.lock",
+                           "optional_stocks.txt", "holdwise.fdb", "holdwise.fdb.open", "holdwise.fdb.checked",
+                           "TZZHMerge.dat", "TZZHDetail.dat", "TZZHOwner.txt", "demo.ini", "demo.ini.lock"}) {
     const QString path = folder + QLatin1Char('/') + QLatin1String(name);
     struct stat status {};
     if (stat(QFile::encodeName(path).constData(), &status) == 0 && !S_ISREG(status.st_mode))

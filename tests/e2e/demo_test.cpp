@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // From the user's own data to the simulated market that is tried out, back again, and to another data folder.
+#include <sys/stat.h>
+
 #include <QDir>
 #include <QSettings>
 #include <csignal>
@@ -118,6 +120,7 @@ TEST_F(Demo, TheNextStartOpensWhatWasOpenedLast) {
   for (const QString& work : {Folder(), bench_.Work()}) {
     const Outcome checked = RunTerminal({"--work", work, "--check"});
     EXPECT_TRUE(checked.out.contains("数据库：" + work + "/holdwise.fdb")) << checked.out.toStdString();
+    EXPECT_EQ(checked.err.contains("--work '" + Folder() + '\''), work != Folder()) << checked.err.toStdString();
     EXPECT_TRUE(checked.out.contains(work + "/market")) << checked.out.toStdString();
   }
   ASSERT_NO_FATAL_FAILURE(Start(bench_.Arguments({})));
@@ -166,6 +169,37 @@ TEST_F(Demo, AFolderChosenInTheDemoOpensOnesOwnPortfoliosWithIt) {
   EXPECT_GE(terminal_->Signal(SIGTERM), 0);
   EXPECT_EQ(QSettings(bench_.Work() + "/settings.ini", QSettings::IniFormat).value("data").toString(), other);
   EXPECT_EQ(Portfolios(bench_.Work()), QStringList({"甲", "乙"}));
+}
+
+/// With its reason, and what is open stays; nobody waits for a pipe when there is no window any more.
+TEST_F(Demo, ADemoThatCannotBeEnteredIsSaidBeforeItIsLeftFor) {
+  ASSERT_NO_FATAL_FAILURE(MakeDemo());
+  const QByteArray settings = QFile::encodeName(Folder() + "/settings.ini");
+  ASSERT_EQ(::mkfifo(settings.constData(), 0600), 0);
+  ASSERT_NO_FATAL_FAILURE(Start(bench_.Arguments({})));
+  ASSERT_TRUE(screen_.Enter("^Holdwise$"));
+  FileMenu("d");
+  ASSERT_TRUE(screen_.Enter("^模拟行情$"));
+  screen_.Keys({"Escape"});
+  EXPECT_FALSE(QFile::exists(Folder() + "/demo.ini"));
+  ASSERT_TRUE(QFile::remove(QString::fromUtf8(settings)));
+  ASSERT_NO_FATAL_FAILURE(GoToDemo());
+}
+
+/// What is open on one's own data meanwhile comes to the front, whichever data it has.
+TEST_F(Demo, TheWayBackReachesATerminalThatWasStartedWithOtherData) {
+  ASSERT_NO_FATAL_FAILURE(MakeDemo());
+  const QString other = bench_.File("other");
+  CopyFolder(bench_.data, other);
+  ASSERT_NO_FATAL_FAILURE(Start(bench_.Arguments({})));
+  ASSERT_NO_FATAL_FAILURE(GoToDemo());
+  RunningTerminal own(Bare() + QStringList{"--data", other}, screen_.Environment());
+  ASSERT_TRUE(own.WaitForWindow());
+  ASSERT_TRUE(screen_.Enter("^Holdwise — 模拟行情$"));
+  FileMenu("b");
+  EXPECT_TRUE(IsGone(*terminal_));
+  EXPECT_EQ(terminal_->Process().exitCode(), 0) << terminal_->Process().readAllStandardError().toStdString();
+  EXPECT_EQ(own.Process().state(), QProcess::Running);
 }
 
 /// Of another version, of none, or the demo's own: said, and what is open stays.

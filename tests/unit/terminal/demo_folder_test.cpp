@@ -9,6 +9,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
+#include "app/demo_maker.h"
 #include "holdwise/packet/error.h"
 #include "process/settings_file.h"
 #include "process/work_folder.h"
@@ -133,10 +134,87 @@ TEST_F(DemoFolderTest, TheWayBackIsTheStartThatItWasLeftWith) {
   EXPECT_EQ(demo_.WayBack().command.database, QString());
 }
 
+/// The user's own data open instead, as they would be without a demo.
+TEST_F(DemoFolderTest, ADemoWhoseFolderCannotBeUsedIsNotOpened) {
+  Choose();
+  ASSERT_EQ(mkfifo(QFile::encodeName(demo_.Path() + "/settings.ini").constData(), 0600), 0);
+  EXPECT_FALSE(Turned({}).IsDemo());
+  EXPECT_EQ(Turned({}).workFolder, own_);
+  EXPECT_THROW((void)demo_.WayThere(), Error) << "said before the terminal leaves for it";
+  ASSERT_TRUE(QFile::remove(demo_.Path() + "/settings.ini"));
+  EXPECT_TRUE(Turned({}).IsDemo());
+}
+
+TEST_F(DemoFolderTest, AWayBackToAFolderThatCannotBeUsedIsRefused) {
+  Choose();
+  ASSERT_EQ(mkfifo(QFile::encodeName(SettingsFileOf(own_)).constData(), 0600), 0);
+  EXPECT_THROW((void)demo_.WayBack(), Error);
+}
+
+/// It is read before there is a window: nothing in its place may hold that up.
+TEST_F(DemoFolderTest, WhatIsNoMarkIsNotReadAndIsKeptWhenOneIsWritten) {
+  Choose();
+  const QString mark = demo_.Path() + "/demo.ini";
+  {
+    QFile file(mark);
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write(QByteArray("[Other]\n") + QByteArray(2 << 20, '='));
+  }
+  EXPECT_FALSE(demo_.IsChosen());
+  EXPECT_EQ(demo_.WayBack().workFolder, own_);
+  demo_.Choose(*Start({"--data", "/d"}).options);
+  EXPECT_TRUE(demo_.IsChosen());
+  EXPECT_EQ(demo_.WayBack().command.dataFolder, "/d");
+  EXPECT_LT(QFileInfo(mark).size(), 1000);
+  EXPECT_GT(QFileInfo(mark + ".damaged").size(), 2 << 20);
+  ASSERT_TRUE(QFile::remove(mark));
+  ASSERT_EQ(mkfifo(QFile::encodeName(mark).constData(), 0600), 0);
+  EXPECT_FALSE(demo_.IsChosen());
+  EXPECT_EQ(demo_.WayBack().command.dataFolder, QString());
+  EXPECT_THROW(demo_.Choose(*Start({}).options), Error);
+}
+
+/// What has been started there meanwhile may have other data than it was left with; asked for the former ones it would
+/// refuse.
+TEST_F(DemoFolderTest, TheWayBackToATerminalThatRunsAsksForNoData) {
+  Touch("terminal.lock");
+  demo_.Choose(*Start({"--data", "/d"}).options);
+  EXPECT_EQ(demo_.WayBack().command.dataFolder, "/d");
+  WorkFolderLock lock(own_);
+  ASSERT_TRUE(lock.Acquire());
+  EXPECT_EQ(demo_.WayBack().command.dataFolder, QString());
+}
+
+/// As on a full disk, where nothing can be written but much be removed.
+TEST_F(DemoFolderTest, ItIsLeftAlthoughNothingCanBeWritten) {
+  Choose();
+  ASSERT_TRUE(QDir().mkpath(demo_.Path() + "/demo.ini.lock/what-stands-in-the-way"));
+  demo_.Leave();
+  EXPECT_FALSE(demo_.IsChosen());
+  EXPECT_FALSE(Turned({}).IsDemo());
+}
+
 TEST_F(DemoFolderTest, AChoiceThatCannotBeWrittenIsSaid) {
   Touch("demo");  // no folder
   EXPECT_THROW(demo_.Choose(*Start({}).options), Error);
   EXPECT_FALSE(demo_.IsChosen());
+}
+
+/// The start there keeps the file and tells of it.
+TEST_F(DemoFolderTest, NothingIsCarriedIntoADamagedFile) {
+  const QString other = own_ + "/demo";
+  ASSERT_TRUE(QDir().mkpath(other));
+  QSettings(SettingsFileOf(other), QSettings::IniFormat).setValue("theme", "light");
+  const QByteArray damaged("data=/own\n\0\1\2", 13);
+  {
+    QFile file(SettingsFileOf(own_));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(damaged);
+  }
+  CarrySettings(other, own_);
+  QFile file(SettingsFileOf(own_));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_EQ(file.readAll(), damaged);
 }
 
 TEST_F(DemoFolderTest, SettingsAreCarriedButNotTheDataFolder) {
@@ -158,6 +236,13 @@ TEST_F(DemoFolderTest, SettingsAreCarriedButNotTheDataFolder) {
   EXPECT_EQ(RememberedDataFolder(to), QString());
   CarrySettings(other, own_);
   EXPECT_EQ(RememberedDataFolder(QSettings(SettingsFileOf(own_), QSettings::IniFormat)), "/own");
+}
+
+TEST(DemoMakerTest, AFailureGivesItsReasonWithoutTheProgress) {
+  EXPECT_EQ(ReasonOfMaker("处理行情 100/1000\n处理行情 200/1000\n磁盘已满\n请清理\n"), "磁盘已满\n请清理");
+  EXPECT_EQ(ReasonOfMaker("处理行情 1000/1000\r\n没有写完"), "没有写完");
+  for (const char* silent : {"", "处理行情 100/1000\n"})
+    EXPECT_TRUE(ReasonOfMaker(silent).startsWith("生成程序意外结束了")) << silent;
 }
 
 }  // namespace
