@@ -48,6 +48,7 @@ TEST_F(AllocationEdges, ReplacedDataAreAskedForAgainWithNewPrices) {
   bench.host.codeNums.Add({"600000", "浦发银行", "银行", 1, {12.34, 10}});
   bench.host.dataCenter.dataEdition = "two";
   bench.mainFrame->DataChanged();
+  ASSERT_TRUE(QTest::qWaitFor([this] { return Role(2)->Requests().size() == 2; }));
   Serve();
   EXPECT_EQ(Parts().last(), "600000 浦发银行 10100 0.25");
   EXPECT_EQ(Role(2)->Requests().size(), 2U);
