@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The smart allocation when files are missing, damaged, hostile or late, and when the host goes away.
+#include <QTest>
+
 #include "znpz_fixture.h"
 
 namespace holdwise::test {
