@@ -60,10 +60,6 @@ Outcome Run(const QString& program, const QStringList& arguments, const QProcess
             int timeOutMilliseconds) {
   QProcess process;
   process.setProcessEnvironment(environment);
-#if defined(__SANITIZE_THREAD__)
-  // Has the child begin as a copy: one that shares our memory has the sanitizer stop looking at our own thread.
-  process.setChildProcessModifier([] {});
-#endif
   process.start(program, arguments);
   Outcome outcome;
   if (process.waitForFinished(timeOutMilliseconds) && process.exitStatus() == QProcess::NormalExit)

@@ -12,6 +12,7 @@
 #include <QTimer>
 #include <QToolButton>
 #include <functional>
+#include <thread>
 
 #include "app/terminal.h"
 #include "database/firebird_process.h"
@@ -37,6 +38,10 @@ MainWindow* TheWindow() {
 
 class TroublePages : public testing::Test {
  protected:
+  /// On a thread of its own: the thread sanitizer is blind to what one does that has started a program.
+  static void SetUpTestSuite() {
+    std::thread([] { (void)SharedMarket(); }).join();
+  }
   TroublePages() {
     QDir().mkpath(plugins_);
     qputenv("HOLDWISE_PLUGIN_DIR", plugins_.toUtf8());
