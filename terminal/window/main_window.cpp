@@ -12,6 +12,7 @@
 #include <QStatusBar>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <initializer_list>
 #include <utility>
 
 #include "address_bar.h"
@@ -178,6 +179,17 @@ void MainWindow::BuildStatusBar() {
   quotes_->SetAsked(false);
   quotes_->hide();
   quotes_->setMinimumWidth(kNarrowestQuotes);  // a long reason gives way to the other signs
+}
+
+bool MainWindow::focusNextPrevChild(bool next) {
+  // A page comes into the window later than the bar, and so behind it.
+  for (QWidget* sign : std::initializer_list<QWidget*>{quotesProblem_, dataNotices_, health_, incomplete_, quotes_}) {
+    QWidget* last = previousInFocusChain();
+    // Only one that takes the keys can stand before another.
+    while (last != this && last->focusPolicy() == Qt::NoFocus) last = last->previousInFocusChain();
+    if (last != this && last != sign) setTabOrder(last, sign);
+  }
+  return QMainWindow::focusNextPrevChild(next);
 }
 
 StatusSign* MainWindow::AddSign(const QString& name) {

@@ -96,6 +96,8 @@ class MainWindow : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  /// Tab goes over the page before it comes to the status bar.
+  bool focusNextPrevChild(bool next) override;
 
  private:
   [[nodiscard]] bool MayLeave(bool isAgreed) const;

@@ -67,7 +67,8 @@ class IncompleteSign : public Incomplete {
     if (const QString missing = MissingProgram(); !missing.isEmpty()) GTEST_SKIP() << missing.toStdString();
     ASSERT_TRUE(screen_.IsThere());
   }
-  /// Clicks along the status bar, in which nothing else opens a list. Where that was; 0 for nowhere.
+  /// Clicks along the status bar, in which nothing else opens a list. Where that was; 0 for nowhere. What a sign opens
+  /// instead is closed.
   [[nodiscard]] int PlaceOfSign() const {
     const QString window = screen_.Do({"search", "--onlyvisible", "--name", "^Holdwise"}).section('\n', 0, 0);
     const QString shell = screen_.Do({"getwindowgeometry", "--shell", window});
@@ -78,11 +79,12 @@ class IncompleteSign : public Incomplete {
   }
   [[nodiscard]] bool OpensAList(int x, int y) const {
     screen_.Click(x, y);
-    const QString list = screen_.Do({"search", "--onlyvisible", "--name", "^不完整的数据$"});
-    if (list.isEmpty()) return false;
-    (void)screen_.Do({"windowfocus", "--sync", list});
+    const QString opened = screen_.Do({"search", "--onlyvisible", "--name", "^(不完整的数据|状态)$"});
+    if (opened.isEmpty()) return false;
+    const bool isList = screen_.Do({"getwindowname", opened}).contains("不完整的数据");
+    (void)screen_.Do({"windowfocus", "--sync", opened});
     screen_.Keys({"Escape"});
-    return true;
+    return isList;
   }
   const Screen screen_;
 };

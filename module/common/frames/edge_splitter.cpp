@@ -32,7 +32,10 @@ class EdgeHandle : public QSplitterHandle {
       moveSplitter(parentWidget()->mapFromGlobal(event->globalPosition()).toPoint().y() - grabbed_);
   }
   void mouseReleaseEvent(QMouseEvent* /*event*/) override {}
-  void resizeEvent(QResizeEvent* event) override { QWidget::resizeEvent(event); }
+  // The base would take the margins away.
+  void resizeEvent(QResizeEvent* event) override {
+    QWidget::resizeEvent(event);  // NOLINT(bugprone-parent-virtual-call)
+  }
   void paintEvent(QPaintEvent* /*event*/) override {
     if (!underMouse()) return;
     const int above = contentsMargins().top();

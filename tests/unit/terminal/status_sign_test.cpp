@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QStatusBar>
 #include <QTest>
 #include <QToolButton>
+#include <initializer_list>
 
 #include "scripted_host.h"
 #include "theme/theme_services.h"
@@ -81,6 +83,28 @@ TEST_F(StatusSigns, ASignInTheStatusBarOpensWhatExplainsIt) {
   window.SetOngoing({}, {});
   QTest::mouseClick(sign("health"), Qt::LeftButton);
   EXPECT_EQ(shown, expected + 1);
+}
+
+TEST_F(StatusSigns, TabComesToTheBarAfterThePage) {
+  QWidget page;
+  QLineEdit first(&page);
+  QLineEdit second(&page);
+  window.show();
+  window.SetDataNotices({"a"});
+  window.SetQuotes("行情 11:30:00 · 2 分钟前", "价格 2 分钟没有变动");
+  window.Area().ShowFrame(&page);
+  QApplication::setActiveWindow(&window);
+  window.Area().setFocus();
+  const auto* sign = window.findChild<QToolButton*>("dataNotices");
+  const auto* quotes = window.findChild<QToolButton*>("quotes");
+  for (const QWidget* expected : std::initializer_list<const QWidget*>{&first, &second, sign, quotes}) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), expected);
+  }
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+  EXPECT_EQ(QApplication::focusWidget(), sign);
+  window.Area().ShowFrame(nullptr);
+  page.setParent(nullptr);
 }
 
 TEST_F(StatusSigns, WhatGoesOnIsToldUntilItHasEnded) {
