@@ -31,11 +31,13 @@ TEST_F(Window, OpensWhereItWasLeft) {
 
 /// Where it was left shows that Escape and the button lead from a page without anything on it to the portfolios.
 TEST_F(Window, TheToolbarPageIsLeftByEscapeAndByItsButton) {
+  constexpr unsigned long kWhile = 1000;
   const auto leftBy = [&](const QStringList& keys) {
     RunningTerminal terminal(bench_.Arguments({"--address", "工具条"}), screen_.Environment());
     EXPECT_TRUE(terminal.WaitForWindow());
     EXPECT_TRUE(screen_.Enter("^Holdwise"));
     screen_.Keys(keys);
+    QThread::msleep(kWhile);  // the key's way through the screen, and the button that is seen to go down
     EXPECT_GE(terminal.Signal(SIGTERM), 0);
     return QSettings(bench_.Work() + "/settings.ini", QSettings::IniFormat).value("address").toString();
   };
